@@ -1,0 +1,45 @@
+// The calls that the middleware offers alike for each of its four list kinds.
+#pragma once
+
+#include "middleware/types.h"
+
+// Declares the 17 common calls of one list kind. PREFIX is x_svl, x_tsl, x_nwl or x_satl and
+// RECORD the kind's record structure. Every call returns 0 or a negative status.
+//
+//   open         opens list `list_id`; fails when there is none. `*handle` receives the handle.
+//   create       makes and opens list `list_id` under the storage name `name`.
+//   close        gives the handle back; the list and its records stay.
+//   delete       removes the list with all its records and gives the handle back.
+//   clean        removes all records.
+//   copy_date    replaces the records of `to` by those of `from`.
+//   fs_sync      loads the list from the file at `path`: kMwNoFile when there is none,
+//                kMwNotAListFile when it holds no list.
+//   fs_store     writes the list to the file at `path`.
+//   lock/unlock, read_lock/read_unlock
+//                the list's lock: one writer or many readers.
+//   qry_rec_id   answers a kMwQuery... question with a record id.
+//   add_rec      adds a record under the id that it carries; kMwRecordExists when it is taken.
+//   update_rec   replaces the record that carries the same id.
+//   del_rec      removes a record.
+//   get_rec      reads a record; `*version` receives the list's version.
+//
+// Paths and names are NUL-terminated and belong to the caller, as do records and out values.
+#define TAVRO_DECLARE_LIST_CALLS(PREFIX, RECORD)                                                                       \
+    MwStatus PREFIX##_open(std::uint16_t list_id, std::uint32_t tag, std::uint32_t notify, MwdbHandle* handle);        \
+    MwStatus PREFIX##_create(const char* name, std::uint16_t list_id, std::uint32_t mode, std::uint32_t growth,        \
+                             std::uint32_t tag, std::uint32_t notify, MwdbHandle* handle);                             \
+    MwStatus PREFIX##_close(MwdbHandle handle);                                                                        \
+    MwStatus PREFIX##_delete(MwdbHandle handle);                                                                       \
+    MwStatus PREFIX##_clean(MwdbHandle handle);                                                                        \
+    MwStatus PREFIX##_copy_date(MwdbHandle from, MwdbHandle to);                                                       \
+    MwStatus PREFIX##_fs_sync(MwdbHandle handle, std::uint32_t drive, const char* path, std::uint16_t list_id);        \
+    MwStatus PREFIX##_fs_store(MwdbHandle handle, const char* path, std::uint16_t list_id);                            \
+    MwStatus PREFIX##_lock(MwdbHandle handle);                                                                         \
+    MwStatus PREFIX##_unlock(MwdbHandle handle);                                                                       \
+    MwStatus PREFIX##_read_lock(MwdbHandle handle);                                                                    \
+    MwStatus PREFIX##_read_unlock(MwdbHandle handle);                                                                  \
+    MwStatus PREFIX##_qry_rec_id(MwdbHandle handle, std::uint32_t query, std::uint16_t* record_id);                    \
+    MwStatus PREFIX##_add_rec(MwdbHandle handle, RECORD* record);                                                      \
+    MwStatus PREFIX##_update_rec(MwdbHandle handle, RECORD* record, std::uint32_t flag);                               \
+    MwStatus PREFIX##_del_rec(MwdbHandle handle, std::uint16_t record_id);                                             \
+    MwStatus PREFIX##_get_rec(MwdbHandle handle, std::uint16_t record_id, RECORD* record, std::int32_t* version)
