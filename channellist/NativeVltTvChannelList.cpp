@@ -1,0 +1,192 @@
+#include "channellist/NativeVltTvChannelList.h"
+
+#include "middleware/files.h"
+
+#include <utility>
+
+HandleMap m_mwdbIdHandleMap;
+
+namespace {
+
+constexpr auto& kTag = SvlKind::kTag;
+constexpr auto& kClass = SvlKind::kClass;
+
+constexpr char kCableCache[] = "/cache/scan_cable.bin";
+constexpr char kTerrestrialCache[] = "/cache/scan_terrestrial.bin";
+
+void trace_handle_set(const char* operation, int number) {
+    TAVRO_LOG_DEBUG(kTag, "%s[%s]: mwdbId = %d set handle ok \n", kClass, operation, number);
+}
+
+} // namespace
+
+void SvlKind::trace_record(const char* operation, const _SVL_REC_T& record) {
+    TAVRO_LOG_DEBUG(kTag, "%s[%s]:rec_id:%d ui2_prog_id:%d ac_name:%s\n", kClass, operation, record.ui2_svl_rec_id,
+                    record.t_header.ui2_svc_id, record.t_header.ac_name);
+}
+
+int NativeVltTvChannelList::open(int mwdbId) {
+    trace_list("open", mwdbId);
+    MwdbHandle handle = 0;
+    if (find_handle(mwdbId, handle)) {
+        return kDone;
+    }
+    MwStatus status = kMwOk;
+    if (!open_or_create(mwdbId, handle, status) || status != kMwOk || !record_handle(mwdbId, handle, true)) {
+        return kFailed;
+    }
+    trace_handle_set("open", mwdbId);
+    return kDone;
+}
+
+int NativeVltTvChannelList::open(int mwdbId, std::string newPath) {
+    trace_open_path(mwdbId, newPath);
+    if (newPath.empty()) {
+        return kFailed;
+    }
+    path = newPath;
+    const std::string listPath = std::move(newPath);
+
+    MwdbHandle handle = 0;
+    if (find_handle(mwdbId, handle)) {
+        if (getInfoListNum(handle) == 0 &&
+            x_svl_fs_sync(handle, kMwRootDrive, listPath.c_str(), low16(mwdbId)) == kMwNotAListFile) {
+            fs_raw_init(kMwRootDrive, listPath.c_str());
+        }
+        return kDone;
+    }
+
+    MwStatus status = kMwOk;
+    if (!open_or_create(mwdbId, handle, status)) {
+        return kFailed;
+    }
+    if (status == kMwOk && handle != 0) {
+        status = x_svl_fs_sync(handle, kMwRootDrive, listPath.c_str(), low16(mwdbId));
+        if (!record_handle(mwdbId, handle, true)) {
+            return kFailed;
+        }
+    }
+    if (status == kMwNotAListFile && fs_raw_init(kMwRootDrive, listPath.c_str()) == kMwOk) {
+        TAVRO_LOG_ERROR(kTag, "%s[%s]: init current path  ps_svl_path %s \n", kClass, "open", listPath.c_str());
+    }
+    if (status == kMwNoFile || status == kMwNotAListFile) {
+        seed_from_cache(mwdbId, handle, listPath);
+    }
+    return kDone;
+}
+
+// A scan that was cut short leaves its result in the cache: it stands in for a scan list whose own
+// file could not be loaded, and is removed once the list holds it.
+void NativeVltTvChannelList::seed_from_cache(int mwdbId, MwdbHandle handle, const std::string& listPath) {
+    if (listPath.find("scan_") == std::string::npos) {
+        return;
+    }
+    const char* cache = listPath.find("cable") != std::string::npos ? kCableCache : kTerrestrialCache;
+    std::uint32_t words[3] = {};
+    const MwStatus found = fs_raw_qry_fpath(kMwRootDrive, cache, &words[0], &words[1], &words[2]);
+    TAVRO_LOG_ERROR(kTag, "%s[%s]: find cache path, i4_ret %d\n", kClass, "open", found);
+    if (found != kMwOk) {
+        return;
+    }
+    TAVRO_LOG_ERROR(kTag, "%s[%s]: Try to copy cache! \n", kClass, "open");
+    fs_raw_init(kMwRootDrive, cache);
+    fs_raw_copy(kMwRootDrive, cache, kMwRootDrive, listPath.c_str());
+    const MwStatus loaded = x_svl_fs_sync(handle, kMwRootDrive, cache, low16(mwdbId));
+    TAVRO_LOG_ERROR(kTag, "%s[%s]:copy ps_svl_path2 %s\n", kClass, "open", listPath.c_str());
+    if (loaded == kMwOk) {
+        const MwStatus deleted = x_fm_delete_file(kMwRootDrive, cache);
+        TAVRO_LOG_ERROR(kTag, "%s[%s]: cache file deleted! i4_ret%d \n", kClass, "open", deleted);
+    }
+}
+
+unsigned int NativeVltTvChannelList::openTmp(int mwdbId) {
+    trace_list("openTmp", mwdbId);
+    MwdbHandle handle = 0;
+    if (x_svl_open(low16(mwdbId), 0, 0, &handle) != kMwOk) {
+        return 0;
+    }
+    trace_handle_set("openTmp", mwdbId);
+    return handle;
+}
+
+int NativeVltTvChannelList::closeTmp(unsigned int mwdbHandle) {
+    TAVRO_LOG_DEBUG(kTag, "%s[%s]:\n", kClass, "closeTmp");
+    if (x_svl_close(mwdbHandle) != kMwOk) {
+        return kFailed;
+    }
+    trace_handle_set("closeTmp", static_cast<int>(mwdbHandle));
+    return kDone;
+}
+
+int NativeVltTvChannelList::addInfo(int mwdbId, _SVL_REC_T* rec) {
+    trace_list("addInfo", mwdbId);
+    MwdbHandle handle = 0;
+    if (!resolve(mwdbId, handle)) {
+        return kFailed;
+    }
+    std::uint16_t newId = 0;
+    if (x_svl_qry_rec_id(handle, kMwQueryNextRecordId, &newId) != kMwOk || newId >= kMwNoRecordId) {
+        return kFailed;
+    }
+    rec->ui2_svl_rec_id = newId;
+    SvlKind::trace_record("addInfo", *rec);
+    if (handle == 0) {
+        return kDone; // deliberate: reported as added although there is nowhere to add to
+    }
+    return result_of(x_svl_add_rec(handle, rec));
+}
+
+int NativeVltTvChannelList::copyInfo(int mwdbId, _SVL_REC_T* rec) {
+    trace_list("copyInfo", mwdbId);
+    MwdbHandle handle = 0;
+    if (!resolve(mwdbId, handle)) {
+        return kFailed;
+    }
+    if (rec != nullptr && handle != 0 && x_svl_add_rec(handle, rec) == kMwOk) {
+        TAVRO_LOG_DEBUG(kTag, "[%s]: x_svl_add_rec OK , svl_rec_id=%d  \n", "copyInfo", rec->ui2_svl_rec_id);
+        return kDone;
+    }
+    TAVRO_LOG_DEBUG(kTag, "[%s]: fail \n", "copyInfo");
+    return kFailed;
+}
+
+int NativeVltTvChannelList::getInfoByIdx(int idx, unsigned int mwdbHandle, int* version, _SVL_REC_T* rec) {
+    if (mwdbHandle == 0) {
+        return kFailed;
+    }
+    return result_of(
+        x_svl_get_rec_by_brdcst_type(mwdbHandle, kMwEveryBroadcastType, kMwEveryNetworkMask, low16(idx), rec, version));
+}
+
+int NativeVltTvChannelList::getInfoByIdx(int tsKey1, int tsKey2, int idx, unsigned int mwdbHandle, int* version,
+                                         _SVL_REC_T* rec) {
+    if (mwdbHandle == 0) {
+        return kFailed;
+    }
+    return result_of(
+        x_svl_get_rec_by_ts(mwdbHandle, low16(tsKey1), low16(tsKey2), kMwEveryNetworkMask, low16(idx), rec, version));
+}
+
+int NativeVltTvChannelList::getInfoListNum(unsigned int mwdbHandle) {
+    trace_list("getInfoListNum", static_cast<int>(mwdbHandle));
+    if (mwdbHandle == 0) {
+        return 0;
+    }
+    std::uint16_t count = 0;
+    std::int32_t version = 0;
+    const MwStatus status =
+        x_svl_get_num_rec_by_brdcst_type(mwdbHandle, kMwEveryBroadcastType, kMwEveryNetworkMask, &count, &version);
+    return status == kMwOk ? count : 0;
+}
+
+int NativeVltTvChannelList::getInfoListNum(unsigned int mwdbHandle, int tsKey1, int tsKey2) {
+    trace_list("getInfoListNum", static_cast<int>(mwdbHandle));
+    if (mwdbHandle == 0) {
+        return 0;
+    }
+    std::uint16_t count = 0;
+    std::int32_t version = 0;
+    const MwStatus status =
+        x_svl_get_num_rec_by_ts(mwdbHandle, low16(tsKey1), low16(tsKey2), kMwEveryNetworkMask, &count, &version);
+    return status == kMwOk ? count : 0;
+}
