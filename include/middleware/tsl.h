@@ -130,10 +130,10 @@ struct _TSL_REC_T {
     std::uint8_t e_bcst_type;
     std::uint8_t e_bcst_medium; // kMedium...
     std::uint8_t aui1_reserved_6[2];
-    std::uint32_t ui4_flags;  // 0x2: barker channel
-    std::uint16_t ui2_nw_id;  // network_id
-    std::uint16_t ui2_on_id;  // original_network_id
-    std::uint16_t ui2_ts_id;  // transport_stream_id
+    std::uint32_t ui4_flags; // 0x2: barker channel
+    std::uint16_t ui2_nw_id; // network_id
+    std::uint16_t ui2_on_id; // original_network_id
+    std::uint16_t ui2_ts_id; // transport_stream_id
     std::uint16_t ui2_nwl_rec_id;
     std::uint8_t ui1_nwl_id;
     std::uint8_t aui1_reserved_21[23];

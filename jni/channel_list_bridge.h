@@ -1,0 +1,50 @@
+// The native methods of the Java class VltTvChannelList.
+//
+// Unless told otherwise, int results are the manager's: 0, or -22 for a failure. A null record object
+// or list gives the method's failure result, and so does a class, method or field that the platform
+// does not find; the exception that it raised stays pending then. Records are written under the target
+// list's write lock; opening and deleting lists is serialised for the whole process.
+#pragma once
+
+#include <jni.h>
+
+// Makes the manager. The result carries no status; see tavro::set_up.
+jint com_velotra_tv_tavro_ch_list_native_setup(JNIEnv* env, jobject self);
+
+jint com_velotra_tv_tavro_channellist_clean(JNIEnv* env, jobject self, jint mwdbId);
+jint com_velotra_tv_tavro_channellist_close(JNIEnv* env, jobject self, jint mwdbId);
+jint com_velotra_tv_tavro_channellist_delete(JNIEnv* env, jobject self, jint mwdbId);
+jint com_velotra_tv_tavro_channellist_copy(JNIEnv* env, jobject self, jint sourceId, jint destinationId);
+jint com_velotra_tv_tavro_channellist_open(JNIEnv* env, jobject self, jint mwdbId);
+jint com_velotra_tv_tavro_channellist_open_path(JNIEnv* env, jobject self, jint mwdbId, jstring path);
+jint com_velotra_tv_tavro_channellist_store(JNIEnv* env, jobject self, jint mwdbId, jstring path);
+
+// Removals answer -1 when the identifier has no comma.
+jint com_velotra_tv_tavro_channellist_remove_info(JNIEnv* env, jobject self, jstring identifier);
+jint com_velotra_tv_tavro_channellist_remove_Info_by_recId(JNIEnv* env, jobject self, jint mwdbId, jstring identifier);
+
+// One service as the 552 bytes of its record; null when it cannot be read.
+jbyteArray com_velotra_tv_tavro_channellist_getSVLInfo(JNIEnv* env, jobject self, jstring identifier);
+
+// The services of a list, record after record in list order, read under the list's read lock. Null when
+// the list is empty or a record cannot be read; an empty array when none of its services matches. The
+// filters choose by transport stream id, by record id of the transport stream, and by network id.
+jbyteArray com_velotra_tv_tavro_channellist_getSVLInfoList(JNIEnv* env, jobject self, jint mwdbId);
+jbyteArray com_velotra_tv_tavro_channellist_getInfoListByTransportStream(JNIEnv* env, jobject self, jint mwdbId,
+                                                                         jint transportStreamId);
+jbyteArray com_velotra_tv_tavro_channellist_getInfoListByTransportStreamRecord(JNIEnv* env, jobject self, jint mwdbId,
+                                                                               jint transportStreamRecordId);
+jbyteArray com_velotra_tv_tavro_channellist_getInfoListByNetwork(JNIEnv* env, jobject self, jint mwdbId,
+                                                                 jint networkId);
+
+// Overlays a stored service with the values that a Java channel object carries.
+jint com_velotra_tv_tavro_channellist_updateInfo(JNIEnv* env, jobject self, jint mwdbId, jobject channel);
+// Makes a stored service point at the companion lists of list `mwdbId`, and stores it there.
+jint com_velotra_tv_tavro_channellist_updateInfo_by_recId(JNIEnv* env, jobject self, jint mwdbId, jstring identifier);
+// Overlays many services under one lock. Ends at the first that fails; those before it stay updated.
+jint com_velotra_tv_tavro_channellist_updateInfoList(JNIEnv* env, jobject self, jint mwdbId, jobject channels);
+
+// Add a service, from a Java channel object or as a copy of a stored one. The result is the new
+// service's record identifier, or an empty string.
+jstring com_velotra_tv_tavro_channellist_add_Info(JNIEnv* env, jobject self, jint mwdbId, jobject channel);
+jstring com_velotra_tv_tavro_channellist_add_Info_by_recId(JNIEnv* env, jobject self, jint mwdbId, jstring identifier);

@@ -1,0 +1,110 @@
+#include "jni/jni_VltTvList_Init.h"
+
+#include "jni/channel_list_bridge.h"
+#include "jni/log_gate.h"
+#include "jni/managers.h"
+#include "jni/native_method.h"
+
+#include <iterator>
+
+namespace {
+
+constexpr char kLoadTag[] = "Tavro_onLoad_channellist";
+constexpr jint kJniVersion = JNI_VERSION_1_4;
+
+#define LIST_PACKAGE "com/velotra/tv/tavro/services/channellist/"
+
+// Overloads share their Java name. The styles of the names are the Java classes' own.
+const JNINativeMethod kChannelListMethods[] = {
+    TAVRO_NATIVE("nativeSetup", "()I", com_velotra_tv_tavro_ch_list_native_setup),
+    TAVRO_NATIVE("native_clean", "(I)I", com_velotra_tv_tavro_channellist_clean),
+    TAVRO_NATIVE("native_close", "(I)I", com_velotra_tv_tavro_channellist_close),
+    TAVRO_NATIVE("native_delete", "(I)I", com_velotra_tv_tavro_channellist_delete),
+    TAVRO_NATIVE("native_copy", "(II)I", com_velotra_tv_tavro_channellist_copy),
+    TAVRO_NATIVE("native_getSvlInfo", "(Ljava/lang/String;)[B", com_velotra_tv_tavro_channellist_getSVLInfo),
+    TAVRO_NATIVE("native_getSvlInfoList", "(I)[B", com_velotra_tv_tavro_channellist_getSVLInfoList),
+    TAVRO_NATIVE("native_getInfoListByTransportStream", "(II)[B",
+                 com_velotra_tv_tavro_channellist_getInfoListByTransportStream),
+    TAVRO_NATIVE("native_getInfoListByTransportStreamRecord", "(II)[B",
+                 com_velotra_tv_tavro_channellist_getInfoListByTransportStreamRecord),
+    TAVRO_NATIVE("native_getInfoListByNetwork", "(II)[B", com_velotra_tv_tavro_channellist_getInfoListByNetwork),
+    TAVRO_NATIVE("native_open", "(I)I", com_velotra_tv_tavro_channellist_open),
+    TAVRO_NATIVE("native_open", "(ILjava/lang/String;)I", com_velotra_tv_tavro_channellist_open_path),
+    TAVRO_NATIVE("native_store", "(ILjava/lang/String;)I", com_velotra_tv_tavro_channellist_store),
+    TAVRO_NATIVE("native_updateInfo", "(IL" LIST_PACKAGE "VltTvChannelInfoBase;)I",
+                 com_velotra_tv_tavro_channellist_updateInfo),
+    TAVRO_NATIVE("native_updateInfo", "(ILjava/lang/String;)I", com_velotra_tv_tavro_channellist_updateInfo_by_recId),
+    TAVRO_NATIVE("native_updateInfoList", "(ILjava/util/List;)I", com_velotra_tv_tavro_channellist_updateInfoList),
+    TAVRO_NATIVE("nativeAdd", "(IL" LIST_PACKAGE "VltTvChannelInfoBase;)Ljava/lang/String;",
+                 com_velotra_tv_tavro_channellist_add_Info),
+    TAVRO_NATIVE("nativeAdd", "(ILjava/lang/String;)Ljava/lang/String;",
+                 com_velotra_tv_tavro_channellist_add_Info_by_recId),
+    TAVRO_NATIVE("nativeRemove", "(Ljava/lang/String;)I", com_velotra_tv_tavro_channellist_remove_info),
+    TAVRO_NATIVE("nativeRemoveByRecId", "(ILjava/lang/String;)I",
+                 com_velotra_tv_tavro_channellist_remove_Info_by_recId),
+};
+
+// A class, its methods, and what is said when they cannot be registered.
+struct NativeTable {
+    const char* path;
+    const JNINativeMethod* methods;
+    int count;
+    const char* failure;
+};
+
+// In registration order. The classes without rows get theirs together with their bridges.
+const NativeTable kTables[] = {
+    {LIST_PACKAGE "VltTvChannelList", kChannelListMethods, static_cast<int>(std::size(kChannelListMethods)),
+     "Failed to register Channel List native methods"},
+    {LIST_PACKAGE "VltTvTransportStreamList", nullptr, 0, "Failed to register TS List native methods"},
+    {LIST_PACKAGE "VltTvNetworkList", nullptr, 0, "Failed to register Network List native methods"},
+    {LIST_PACKAGE "VltTvSatelliteList", nullptr, 0, "Failed to register Satellite List native methods"},
+};
+
+} // namespace
+
+int registerNativeMethods(JNIEnv* env, const char* path, const JNINativeMethod* methods, int count) {
+    jclass cls = env->FindClass(path);
+    if (cls == nullptr) {
+        TAVRO_LOG_ERROR(kLoadTag, "registerNativeMethods cannot find class return false");
+        return -1;
+    }
+    if (env->RegisterNatives(cls, methods, count) < 0) {
+        TAVRO_LOG_ERROR(kLoadTag, "registerNativeMethods cannot register methods return false");
+        return -1;
+    }
+    return 0;
+}
+
+int register_com_velotra_tv_tavro_channellist_VltTvList(JNIEnv* env) {
+    for (const NativeTable& table : kTables) {
+        if (registerNativeMethods(env, table.path, table.methods, table.count) != 0) {
+            TAVRO_LOG_ERROR(kNoTag, "%s", table.failure);
+            return 0;
+        }
+    }
+    return 1;
+}
+
+jint JNI_OnLoad(JavaVM* vm, void* /*reserved*/) {
+    void* env = nullptr;
+    const bool attached = vm->GetEnv(&env, kJniVersion) == JNI_OK;
+    // One answer of the gate for both branches. The second line is written before registration, and so
+    // also when that fails.
+    const bool loggable = __velotra_log_is_loggable(kErrorLevel, kLogLevelProperty) != 0;
+    if (!attached) {
+        if (loggable) {
+            __android_log_print(kErrorPriority, kLoadTag, "ERROR: GetEnv failed\n");
+        }
+        return -1;
+    }
+    if (loggable) {
+        __android_log_print(kErrorPriority, kLoadTag, "channellist JNI_OnLoad OK.");
+    }
+    if (register_com_velotra_tv_tavro_channellist_VltTvList(static_cast<JNIEnv*>(env)) == 0) {
+        TAVRO_LOG_ERROR(kLoadTag, "ERROR: VltTvList native registration failed");
+        return -1;
+    }
+    javaVM = vm;
+    return kJniVersion;
+}

@@ -1,0 +1,90 @@
+// The Java environment of one native call, as the bridges and conversions use it.
+#pragma once
+
+#include <jni.h>
+
+#include <string>
+
+namespace tavro {
+
+// Makes JNI calls until one fails. A look-up or allocation that gives null has left an exception
+// pending, and hardly any JNI call is allowed then: from that moment on every call here does nothing
+// and answers null, 0 or false, at the price of a test and of no further JNI call. Null classes,
+// objects, methods and fields handed in are answered in the same way.
+class Jni {
+public:
+    explicit Jni(JNIEnv* env) : env_(env) {}
+    Jni(const Jni&) = delete;
+    Jni& operator=(const Jni&) = delete;
+
+    JNIEnv* env() const { return env_; }
+
+    // Whether a call has failed; mostly with a Java exception pending.
+    bool failed() const { return failed_; }
+
+    // References that these return are local and stay until the native call returns.
+    jclass find_class(const char* path);
+    jclass class_of(jobject object);
+    jmethodID method(jclass cls, const char* name, const char* signature);
+    jfieldID field(jclass cls, const char* name, const char* descriptor);
+    jstring new_string(const char* text);
+
+    // A local reference may be given back also when a call has failed.
+    void delete_local(jobject reference) {
+        if (reference != nullptr) {
+            env_->DeleteLocalRef(reference);
+        }
+    }
+
+    template <class... Arguments>
+    bool call_boolean(jobject object, jmethodID method, Arguments... arguments) {
+        return usable(object, method) && env_->CallBooleanMethod(object, method, arguments...) != JNI_FALSE;
+    }
+    template <class... Arguments>
+    jint call_int(jobject object, jmethodID method, Arguments... arguments) {
+        return usable(object, method) ? env_->CallIntMethod(object, method, arguments...) : 0;
+    }
+    template <class... Arguments>
+    jobject call_object(jobject object, jmethodID method, Arguments... arguments) {
+        return usable(object, method) ? env_->CallObjectMethod(object, method, arguments...) : nullptr;
+    }
+
+    jint int_value(jobject object, jfieldID field) {
+        return usable(object, field) ? env_->GetIntField(object, field) : 0;
+    }
+    jobject object_value(jobject object, jfieldID field) {
+        return usable(object, field) ? env_->GetObjectField(object, field) : nullptr;
+    }
+
+    // The modified UTF-8 characters of a string, deliberately never released. Null when there is no
+    // string or the platform has no memory for them.
+    const char* keep_utf_chars(jstring text);
+
+    // The elements of an array, deliberately never released. Null as above.
+    const jint* keep_int_elements(jintArray array);
+
+private:
+    template <class Id>
+    bool usable(jobject object, Id id) {
+        failed_ = failed_ || object == nullptr || id == nullptr;
+        return !failed_;
+    }
+    template <class Pointer>
+    Pointer checked(Pointer result) {
+        failed_ = failed_ || result == nullptr;
+        return result;
+    }
+
+    JNIEnv* env_;
+    bool failed_ = false;
+};
+
+// A Java byte array holding `size` bytes from `bytes`. Null, with an exception pending, when there is
+// no memory for it.
+jbyteArray to_byte_array(JNIEnv* env, const void* bytes, std::size_t size);
+
+} // namespace tavro
+
+// The text of a Java string as modified UTF-8. Empty, with an error line, when the string is null or
+// empty or the platform returns no characters (an exception is pending then).
+std::string jstr2str(JNIEnv* env, jstring text);

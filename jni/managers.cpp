@@ -1,0 +1,4 @@
+#include "jni/managers.h"
+
+JavaVM* javaVM = nullptr;
+NativeVltTvChannelList* chList = nullptr;

@@ -1,0 +1,74 @@
+// Rows of the native method tables, checked against the C++ functions at compile time.
+#pragma once
+
+#include <jni.h>
+
+namespace tavro {
+
+namespace signature {
+
+// Skips one type of a JNI signature when it is the one that T stands for; null otherwise. Objects of
+// classes that jni.h has no type for (lists, record objects) are jobject.
+template <class T>
+constexpr const char* skip(const char* at);
+
+constexpr const char* skip_text(const char* at, const char* text) {
+    while (*text != '\0') {
+        if (at == nullptr || *at++ != *text++) {
+            return nullptr;
+        }
+    }
+    return at;
+}
+
+template <>
+constexpr const char* skip<jint>(const char* at) {
+    return skip_text(at, "I");
+}
+
+template <>
+constexpr const char* skip<jbyteArray>(const char* at) {
+    return skip_text(at, "[B");
+}
+
+template <>
+constexpr const char* skip<jstring>(const char* at) {
+    return skip_text(at, "Ljava/lang/String;");
+}
+
+template <>
+constexpr const char* skip<jobject>(const char* at) {
+    if (at == nullptr || *at != 'L' || skip<jstring>(at) != nullptr) {
+        return nullptr;
+    }
+    while (*at != ';') {
+        if (*at++ == '\0') {
+            return nullptr;
+        }
+    }
+    return at + 1;
+}
+
+} // namespace signature
+
+// Whether a JNI signature is that of an instance method implemented by a function of this type.
+template <class Result, class... Arguments>
+constexpr bool fits(Result (*)(JNIEnv*, jobject, Arguments...), const char* text) {
+    const char* at = signature::skip_text(text, "(");
+    ((at = at == nullptr ? nullptr : signature::skip<Arguments>(at)), ...);
+    at = at == nullptr ? nullptr : signature::skip_text(at, ")");
+    at = at == nullptr ? nullptr : signature::skip<Result>(at);
+    return at != nullptr && *at == '\0';
+}
+
+} // namespace tavro
+
+// One row: Java method name, JNI signature, function. jni.h declares the texts as char* on some
+// platforms and const char* on others, and never writes to them.
+#define TAVRO_NATIVE(NAME, SIGNATURE, FUNCTION)                                                                        \
+    JNINativeMethod {                                                                                                  \
+        const_cast<char*>(NAME), const_cast<char*>(SIGNATURE), [] {                                                    \
+            static_assert(tavro::fits(FUNCTION, SIGNATURE), #FUNCTION " is not a " SIGNATURE);                         \
+            return reinterpret_cast<void*>(FUNCTION);                                                                  \
+        }()                                                                                                            \
+    }

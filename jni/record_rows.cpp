@@ -1,0 +1,91 @@
+#include "jni/record_rows.h"
+
+#include "jni/record_id.h"
+
+#include <cstring>
+
+namespace tavro {
+namespace {
+
+template <class Unsigned>
+void put_as(std::byte* at, std::uint32_t value) {
+    const auto cut = static_cast<Unsigned>(value);
+    std::memcpy(at, &cut, sizeof(cut));
+}
+
+} // namespace
+
+void put(std::byte* structure, Place to, std::uint32_t value) {
+    std::byte* at = structure + to.offset;
+    switch (to.width) {
+    case 1:
+        put_as<std::uint8_t>(at, value);
+        break;
+    case 2:
+        put_as<std::uint16_t>(at, value);
+        break;
+    default:
+        put_as<std::uint32_t>(at, value);
+        break;
+    }
+}
+
+void store_integer(const Row& row, RecordObject& object, std::byte* structure) {
+    const std::optional<jint> value = object.int_field(row.field);
+    if (!value) {
+        return;
+    }
+    put(structure, row.to, static_cast<std::uint32_t>(*value));
+    if (row.trace != nullptr) {
+        row.trace(row, structure, *value);
+    }
+}
+
+void store_flag(const Row& row, RecordObject& object, std::byte* structure) {
+    const std::optional<jint> value = object.int_field(row.field);
+    if (!value) {
+        return;
+    }
+    std::uint32_t flags = 0;
+    std::memcpy(&flags, structure + row.to.offset, sizeof(flags));
+    put(structure, row.to, *value == 1 ? flags | row.mask : flags & ~row.mask);
+    if (row.trace != nullptr) {
+        row.trace(row, structure, *value);
+    }
+}
+
+void store_text(const Row& row, RecordObject& object, std::byte* structure) {
+    const std::optional<jstring> value = object.string_field(row.field);
+    const char* chars = object.jni().keep_utf_chars(value.value_or(nullptr));
+    if (chars == nullptr) {
+        return;
+    }
+    std::byte* at = structure + row.to.offset;
+    const std::size_t length = strnlen(chars, row.to.width - 1U);
+    std::memcpy(at, chars, length);
+    std::memset(at + length, 0, row.to.width - length);
+    if (row.trace != nullptr) {
+        row.trace(row, structure, 0);
+    }
+}
+
+void store_record_id(const Row& row, RecordObject& object, std::byte* structure) {
+    const std::optional<jstring> value = object.string_field(row.field);
+    int list_id = 0;
+    int record_id = 0;
+    if (value && parse_identifier(object.jni().env(), *value, list_id, record_id)) {
+        put(structure, row.to, static_cast<std::uint32_t>(list_id));
+        put(structure, row.to_record, static_cast<std::uint32_t>(record_id));
+    }
+}
+
+void walk_rows(const Row* first, const Row* last, RecordObject& object, std::byte* structure) {
+    for (const Row* row = first; row != last; ++row) {
+        const Key key(object, row->key);
+        if (key.present()) {
+            row->store(*row, object, structure);
+        }
+    }
+}
+
+} // namespace tavro
