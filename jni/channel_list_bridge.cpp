@@ -122,7 +122,8 @@ jint com_velotra_tv_tavro_channellist_remove_Info_by_recId(JNIEnv* env, jobject,
 jbyteArray com_velotra_tv_tavro_channellist_getSVLInfo(JNIEnv* env, jobject, jstring identifier) {
     int list_id = 0;
     int record_id = 0;
-    if (!tavro::parse_identifier(env, identifier, list_id, record_id)) {
+    tavro::Jni jni(env);
+    if (!tavro::parse_identifier(jni, identifier, list_id, record_id)) {
         return nullptr;
     }
     _SVL_REC_T record = {};

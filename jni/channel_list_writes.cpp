@@ -148,7 +148,7 @@ bool record_id_of(RecordObject& object, int& record_id) {
     record_id = 0;
     const jstring identifier = object.string_field(kRecordIdField).value_or(nullptr);
     int list_id = 0;
-    return identifier == nullptr || tavro::parse_identifier(object.jni().env(), identifier, list_id, record_id);
+    return identifier == nullptr || tavro::parse_identifier(object.jni(), identifier, list_id, record_id);
 }
 
 enum class Applied { kStored, kFailed, kBadIdentifier };
@@ -206,10 +206,11 @@ jint com_velotra_tv_tavro_channellist_updateInfo(JNIEnv* env, jobject, jint mwdb
 
 jint com_velotra_tv_tavro_channellist_updateInfo_by_recId(JNIEnv* env, jobject, jint mwdbId, jstring identifier) {
     TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "%s", __func__);
+    Jni jni(env);
     int list_id = 0;
     int record_id = 0;
     _SVL_REC_T record = {};
-    if (!tavro::parse_identifier(env, identifier, list_id, record_id) ||
+    if (!tavro::parse_identifier(jni, identifier, list_id, record_id) ||
         chList->getInfo(list_id, record_id, &record) != kDone) {
         return kFailed;
     }
@@ -277,11 +278,12 @@ jstring com_velotra_tv_tavro_channellist_add_Info(JNIEnv* env, jobject, jint mwd
 
 jstring com_velotra_tv_tavro_channellist_add_Info_by_recId(JNIEnv* env, jobject, jint mwdbId, jstring identifier) {
     TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d] ", __func__, __LINE__);
-    jstring nothing = env->NewStringUTF("");
+    Jni jni(env);
+    jstring nothing = jni.new_string("");
     int list_id = 0;
     int record_id = 0;
     _SVL_REC_T record = {};
-    if (!tavro::parse_identifier(env, identifier, list_id, record_id) ||
+    if (!tavro::parse_identifier(jni, identifier, list_id, record_id) ||
         chList->getInfo(list_id, record_id, &record) != kDone) {
         return nothing;
     }

@@ -3,6 +3,31 @@
 #include "jni/log_gate.h"
 
 namespace tavro {
+namespace {
+
+// The characters of a string, released at the end of the scope.
+class UtfChars {
+public:
+    UtfChars(JNIEnv* env, jstring text)
+        : env_(env), text_(text), chars_(text == nullptr ? nullptr : env->GetStringUTFChars(text, nullptr)) {}
+    ~UtfChars() {
+        if (chars_ != nullptr) {
+            env_->ReleaseStringUTFChars(text_, chars_);
+        }
+    }
+    UtfChars(const UtfChars&) = delete;
+    UtfChars& operator=(const UtfChars&) = delete;
+
+    bool missing() const { return chars_ == nullptr; }
+    const char* c_str() const { return chars_ == nullptr ? "" : chars_; }
+
+private:
+    JNIEnv* env_;
+    jstring text_;
+    const char* chars_;
+};
+
+} // namespace
 
 jclass Jni::find_class(const char* path) { return failed_ ? nullptr : checked(env_->FindClass(path)); }
 
@@ -19,6 +44,16 @@ jfieldID Jni::field(jclass cls, const char* name, const char* descriptor) {
 }
 
 jstring Jni::new_string(const char* text) { return failed_ ? nullptr : checked(env_->NewStringUTF(text)); }
+
+std::string Jni::text(jstring text) {
+    const UtfChars chars(env_, failed_ ? nullptr : text);
+    failed_ = failed_ || (text != nullptr && chars.missing());
+    std::string copy = chars.c_str();
+    if (copy.empty()) {
+        TAVRO_LOG_ERROR(kNoTag, "Invalid String.\n");
+    }
+    return copy;
+}
 
 const char* Jni::keep_utf_chars(jstring text) {
     return failed_ || text == nullptr ? nullptr : checked(env_->GetStringUTFChars(text, nullptr));
@@ -38,37 +73,6 @@ jbyteArray to_byte_array(JNIEnv* env, const void* bytes, std::size_t size) {
     return array;
 }
 
-namespace {
-
-// The characters of a string, released at the end of the scope.
-class UtfChars {
-public:
-    UtfChars(JNIEnv* env, jstring text)
-        : env_(env), text_(text), chars_(text == nullptr ? nullptr : env->GetStringUTFChars(text, nullptr)) {}
-    ~UtfChars() {
-        if (chars_ != nullptr) {
-            env_->ReleaseStringUTFChars(text_, chars_);
-        }
-    }
-    UtfChars(const UtfChars&) = delete;
-    UtfChars& operator=(const UtfChars&) = delete;
-
-    const char* c_str() const { return chars_ == nullptr ? "" : chars_; }
-
-private:
-    JNIEnv* env_;
-    jstring text_;
-    const char* chars_;
-};
-
-} // namespace
 } // namespace tavro
 
-std::string jstr2str(JNIEnv* env, jstring text) {
-    const tavro::UtfChars chars(env, text);
-    std::string copy = chars.c_str();
-    if (copy.empty()) {
-        TAVRO_LOG_ERROR(kNoTag, "Invalid String.\n");
-    }
-    return copy;
-}
+std::string jstr2str(JNIEnv* env, jstring text) { return tavro::Jni(env).text(text); }

@@ -56,6 +56,10 @@ public:
         return usable(object, field) ? env_->GetObjectField(object, field) : nullptr;
     }
 
+    // The text of a string as modified UTF-8, with an error line when it is empty. Empty when there is no
+    // string or the platform returns no characters.
+    std::string text(jstring text);
+
     // The modified UTF-8 characters of a string, deliberately never released. Null when there is no
     // string or the platform has no memory for them.
     const char* keep_utf_chars(jstring text);
@@ -85,6 +89,6 @@ jbyteArray to_byte_array(JNIEnv* env, const void* bytes, std::size_t size);
 
 } // namespace tavro
 
-// The text of a Java string as modified UTF-8. Empty, with an error line, when the string is null or
-// empty or the platform returns no characters (an exception is pending then).
+// The text of a Java string; see Jni::text. An exception is pending when the platform returned no
+// characters.
 std::string jstr2str(JNIEnv* env, jstring text);

@@ -1,6 +1,5 @@
 #include "jni/record_id.h"
 
-#include "jni/jni_env.h"
 #include "jni/log_gate.h"
 
 #include <algorithm>
@@ -40,8 +39,8 @@ jstring combineMId(JNIEnv* env, int list_id, int record_id) {
 
 namespace tavro {
 
-bool parse_identifier(JNIEnv* env, jstring identifier, int& list_id, int& record_id) {
-    return trimId(jstr2str(env, identifier), list_id, record_id);
+bool parse_identifier(Jni& jni, jstring identifier, int& list_id, int& record_id) {
+    return trimId(jni.text(identifier), list_id, record_id);
 }
 
 } // namespace tavro

@@ -1,6 +1,8 @@
 // Record identifiers: the text "list id, comma, record id" by which Java names one record.
 #pragma once
 
+#include "jni/jni_env.h"
+
 #include <jni.h>
 
 #include <string>
@@ -23,6 +25,6 @@ jstring combineMId(JNIEnv* env, int list_id, int record_id);
 namespace tavro {
 
 // Reads a record identifier that came as a Java string; a null one counts as empty text.
-bool parse_identifier(JNIEnv* env, jstring identifier, int& list_id, int& record_id);
+bool parse_identifier(Jni& jni, jstring identifier, int& list_id, int& record_id);
 
 } // namespace tavro

@@ -73,7 +73,7 @@ void store_record_id(const Row& row, RecordObject& object, std::byte* structure)
     const std::optional<jstring> value = object.string_field(row.field);
     int list_id = 0;
     int record_id = 0;
-    if (value && parse_identifier(object.jni().env(), *value, list_id, record_id)) {
+    if (value && parse_identifier(object.jni(), *value, list_id, record_id)) {
         put(structure, row.to, static_cast<std::uint32_t>(list_id));
         put(structure, row.to_record, static_cast<std::uint32_t>(record_id));
     }

@@ -1,0 +1,209 @@
+#include "fake_jni.h"
+
+#include "script.h"
+
+#include <algorithm>
+#include <cstdarg>
+#include <cstddef>
+
+namespace tavro::test {
+namespace {
+
+std::string quoted(const std::string& text) { return '"' + text + '"'; }
+
+} // namespace
+
+FakeJni::FakeJni() {
+    fill_table();
+    env_.functions = &table_;
+    // The last slot that the library never calls carries the way back to this object.
+    table_.reserved0 = this;
+    vm_table_.reserved0 = this;
+    vm_table_.GetEnv = [](JavaVM* vm, void** env, jint version) -> jint {
+        auto& fake = *static_cast<FakeJni*>(vm->functions->reserved0);
+        fake.journal_.push_back("GetEnv(" + std::to_string(version) + ")");
+        *env = fake.get_env_result == JNI_OK ? fake.env() : nullptr;
+        return fake.get_env_result;
+    };
+    vm_.functions = &vm_table_;
+    script::observe([this](const std::string& text) { journal_.push_back(text); });
+}
+
+FakeJni::~FakeJni() { script::observe({}); }
+
+FakeJni& FakeJni::self(JNIEnv* env) { return *static_cast<FakeJni*>(env->functions->reserved0); }
+
+FakeObject& FakeJni::make() { return objects_.emplace_back(); }
+
+FakeObject& FakeJni::object(const std::string& name) {
+    FakeObject& made = make();
+    made.name = name;
+    return made;
+}
+
+FakeObject& FakeJni::string(const std::string& text) {
+    FakeObject& made = object(quoted(text));
+    made.text = text;
+    return made;
+}
+
+FakeObject& FakeJni::int_array(std::vector<jint> elements) {
+    FakeObject& made = object("int[]");
+    made.ints = std::move(elements);
+    return made;
+}
+
+FakeObject& FakeJni::list(std::vector<FakeObject*> elements) {
+    FakeObject& made = object("list");
+    made.elements = std::move(elements);
+    return made;
+}
+
+std::vector<std::string> FakeJni::journal_with(const std::string& part) const {
+    std::vector<std::string> found;
+    std::copy_if(journal_.begin(), journal_.end(), std::back_inserter(found),
+                 [&](const std::string& text) { return text.find(part) != std::string::npos; });
+    return found;
+}
+
+bool FakeJni::call(const std::string& text) {
+    journal_.push_back(text);
+    if (pending_) {
+        forbidden_.push_back(text);
+    }
+    return true;
+}
+
+bool FakeJni::fallible(const std::string& text) {
+    call(text);
+    ++fallible_calls_;
+    const bool fails = failing_.count(text) != 0 || (countdown_ > 0 && --countdown_ == 0);
+    pending_ = pending_ || fails;
+    return !fails;
+}
+
+void FakeJni::fill_table() {
+    table_.FindClass = [](JNIEnv* env, const char* path) -> jclass {
+        FakeJni& fake = self(env);
+        return fake.fallible("FindClass(" + std::string(path) + ")") ? static_cast<jclass>(ref(fake.object(path)))
+                                                                     : nullptr;
+    };
+    table_.GetObjectClass = [](JNIEnv* env, jobject object) -> jclass {
+        FakeJni& fake = self(env);
+        fake.call("GetObjectClass(" + from(object).name + ")");
+        return static_cast<jclass>(ref(fake.object("class of " + from(object).name)));
+    };
+    table_.GetMethodID = [](JNIEnv* env, jclass, const char* name, const char* signature) -> jmethodID {
+        FakeJni& fake = self(env);
+        return fake.fallible("GetMethodID(" + std::string(name) + ", " + signature + ")")
+                   ? reinterpret_cast<jmethodID>(&fake.members_.emplace_back(Member{name, signature}))
+                   : nullptr;
+    };
+    table_.GetFieldID = [](JNIEnv* env, jclass, const char* name, const char* descriptor) -> jfieldID {
+        FakeJni& fake = self(env);
+        return fake.fallible("GetFieldID(" + std::string(name) + ", " + descriptor + ")")
+                   ? reinterpret_cast<jfieldID>(&fake.members_.emplace_back(Member{name, descriptor}))
+                   : nullptr;
+    };
+    table_.NewStringUTF = [](JNIEnv* env, const char* text) -> jstring {
+        FakeJni& fake = self(env);
+        return fake.fallible("NewStringUTF(" + quoted(text) + ")") ? string_ref(fake.string(text)) : nullptr;
+    };
+    table_.GetStringUTFChars = [](JNIEnv* env, jstring text, jboolean* is_copy) -> const char* {
+        FakeJni& fake = self(env);
+        const std::string copy_asked = is_copy == nullptr ? "" : ", isCopy";
+        if (!fake.fallible("GetStringUTFChars(" + from(text).name + copy_asked + ")")) {
+            return nullptr;
+        }
+        ++fake.unreleased_chars_;
+        return fake.chars_.emplace_back(from(text).text).c_str();
+    };
+    table_.ReleaseStringUTFChars = [](JNIEnv* env, jstring text, const char*) {
+        FakeJni& fake = self(env);
+        fake.journal_.push_back("ReleaseStringUTFChars(" + from(text).name + ")");
+        --fake.unreleased_chars_;
+    };
+    table_.DeleteLocalRef = [](JNIEnv* env, jobject object) {
+        self(env).journal_.push_back("DeleteLocalRef(" + from(object).name + ")");
+    };
+    table_.CallBooleanMethodV = [](JNIEnv* env, jobject object, jmethodID method, va_list arguments) -> jboolean {
+        const auto& member = *reinterpret_cast<const Member*>(method);
+        if (member.name != "isContainsKey") {
+            const auto* key = va_arg(arguments, FakeObject*);
+            self(env).call(from(object).name + "." + member.name + "(" + key->name + ")");
+            return from(object).int_answers[member.name] != 0 ? JNI_TRUE : JNI_FALSE;
+        }
+        const auto* subject = va_arg(arguments, FakeObject*);
+        const auto* key = va_arg(arguments, FakeObject*);
+        self(env).call(from(object).name + ".isContainsKey(" + subject->name + ", " + key->name + ")");
+        return from(object).keys.count(key->text) != 0 ? JNI_TRUE : JNI_FALSE;
+    };
+    table_.CallIntMethodV = [](JNIEnv* env, jobject object, jmethodID method, va_list arguments) -> jint {
+        const auto& member = *reinterpret_cast<const Member*>(method);
+        if (member.name == "size") {
+            self(env).call(from(object).name + ".size()");
+            return static_cast<jint>(from(object).elements.size());
+        }
+        const auto* key = va_arg(arguments, FakeObject*);
+        self(env).call(from(object).name + "." + member.name + "(" + key->name + ")");
+        return from(object).int_answers[member.name];
+    };
+    table_.CallObjectMethodV = [](JNIEnv* env, jobject object, jmethodID method, va_list arguments) -> jobject {
+        const auto& member = *reinterpret_cast<const Member*>(method);
+        if (member.name == "get") {
+            const jint index = va_arg(arguments, jint);
+            self(env).call(from(object).name + ".get(" + std::to_string(index) + ")");
+            return reinterpret_cast<jobject>(from(object).elements.at(static_cast<std::size_t>(index)));
+        }
+        const auto* key = va_arg(arguments, FakeObject*);
+        self(env).call(from(object).name + "." + member.name + "(" + key->name + ")");
+        return reinterpret_cast<jobject>(from(object).object_answers[member.name]);
+    };
+    table_.GetIntField = [](JNIEnv* env, jobject object, jfieldID field) -> jint {
+        const auto& name = reinterpret_cast<const Member*>(field)->name;
+        self(env).call("GetIntField(" + name + ")");
+        return from(object).int_fields[name];
+    };
+    table_.GetObjectField = [](JNIEnv* env, jobject object, jfieldID field) -> jobject {
+        const auto& name = reinterpret_cast<const Member*>(field)->name;
+        self(env).call("GetObjectField(" + name + ")");
+        return reinterpret_cast<jobject>(from(object).object_fields[name]);
+    };
+    table_.GetArrayLength = [](JNIEnv* env, jarray array) -> jsize {
+        self(env).call("GetArrayLength(" + from(array).name + ")");
+        return static_cast<jsize>(from(array).ints.size());
+    };
+    table_.GetIntArrayElements = [](JNIEnv* env, jintArray array, jboolean*) -> jint* {
+        static jint nothing = 0;
+        FakeJni& fake = self(env);
+        if (!fake.fallible("GetIntArrayElements(" + from(array).name + ")")) {
+            return nullptr;
+        }
+        return from(array).ints.empty() ? &nothing : from(array).ints.data();
+    };
+    table_.NewByteArray = [](JNIEnv* env, jsize length) -> jbyteArray {
+        FakeJni& fake = self(env);
+        if (!fake.fallible("NewByteArray(" + std::to_string(length) + ")")) {
+            return nullptr;
+        }
+        FakeObject& made = fake.object("byte[]");
+        made.bytes.resize(static_cast<std::size_t>(length));
+        return static_cast<jbyteArray>(ref(made));
+    };
+    table_.SetByteArrayRegion = [](JNIEnv* env, jbyteArray array, jsize start, jsize length, const jbyte* bytes) {
+        self(env).call("SetByteArrayRegion(" + std::to_string(start) + ", " + std::to_string(length) + ")");
+        std::copy(bytes, bytes + length, from(array).bytes.begin() + start);
+    };
+    table_.RegisterNatives = [](JNIEnv* env, jclass cls, const JNINativeMethod* methods, jint count) -> jint {
+        FakeJni& fake = self(env);
+        if (!fake.fallible("RegisterNatives(" + from(cls).name + ", " + std::to_string(count) + ")")) {
+            return -1;
+        }
+        if (fake.register_result == JNI_OK) {
+            fake.registered.push_back({from(cls).name, {methods, methods + count}});
+        }
+        return fake.register_result;
+    };
+}
+
+} // namespace tavro::test

@@ -1,0 +1,109 @@
+// A Java environment made of plain C++ objects, for tests that must see every JNI call or make one
+// fail. Its function table is empty but for the functions that the library uses, so that any other
+// call ends the test.
+#pragma once
+
+#include <jni.h>
+
+#include <deque>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace tavro::test {
+
+// A Java object, class, string or array; which of them is told by what it holds.
+struct FakeObject {
+    std::string name;                       // in the journal
+    std::string text;                       // of strings
+    std::vector<jint> ints;                 // of int arrays
+    std::vector<jbyte> bytes;               // of byte arrays
+    std::vector<FakeObject*> elements;      // of lists
+    std::set<std::string> keys;             // what isContainsKey is true for
+    std::map<std::string, jint> int_fields; //
+    std::map<std::string, FakeObject*> object_fields;
+    std::map<std::string, jint> int_answers; // of int and boolean methods, by name
+    std::map<std::string, FakeObject*> object_answers;
+};
+
+class FakeJni {
+public:
+    FakeJni();
+    ~FakeJni();
+    FakeJni(const FakeJni&) = delete;
+    FakeJni& operator=(const FakeJni&) = delete;
+
+    JNIEnv* env() { return &env_; }
+    JavaVM* vm() { return &vm_; }
+
+    // Makes objects, which live as long as this.
+    FakeObject& object(const std::string& name);
+    FakeObject& string(const std::string& text);
+    FakeObject& int_array(std::vector<jint> elements);
+    FakeObject& list(std::vector<FakeObject*> elements);
+    static jobject ref(FakeObject& object) { return reinterpret_cast<jobject>(&object); }
+    static jstring string_ref(FakeObject& object) { return reinterpret_cast<jstring>(&object); }
+    static FakeObject& from(jobject reference) { return *reinterpret_cast<FakeObject*>(reference); }
+
+    // JNI calls, middleware calls and log lines in one order; JNI calls are "GetFieldID(serviceId, I)".
+    const std::vector<std::string>& journal() const { return journal_; }
+    std::vector<std::string> journal_with(const std::string& part) const;
+    void clear_journal() { journal_.clear(); }
+
+    // Makes the call with this journal text fail, or the n-th call (from 1) of all that can fail: it
+    // answers null with an exception pending.
+    void fail(const std::string& text) { failing_.insert(text); }
+    void fail_nth(int n) { countdown_ = n; }
+
+    // How many calls that can fail have been made.
+    int fallible_calls() const { return fallible_calls_; }
+    bool exception_pending() const { return pending_; }
+
+    // Calls made although an exception was pending, other than the few that JNI allows then.
+    const std::vector<std::string>& forbidden_calls() const { return forbidden_; }
+
+    // Local references given back and characters or elements not released.
+    int unreleased_chars() const { return unreleased_chars_; }
+
+    // What the platform answers to GetEnv and RegisterNatives, and what was registered.
+    jint get_env_result = JNI_OK;
+    jint register_result = JNI_OK;
+    struct Registered {
+        std::string cls;
+        std::vector<JNINativeMethod> methods;
+    };
+    std::vector<Registered> registered;
+
+private:
+    struct Member {
+        std::string name;
+        std::string signature;
+    };
+
+    static FakeJni& self(JNIEnv* env);
+    // Journals a call. Returns false when it is to fail.
+    bool call(const std::string& text);
+    bool fallible(const std::string& text);
+    FakeObject& make();
+    void fill_table();
+
+    JNINativeInterface_ table_{};
+    JNIInvokeInterface_ vm_table_{};
+    JNIEnv_ env_{};
+    JavaVM_ vm_{};
+    std::deque<FakeObject> objects_;
+    std::deque<Member> members_;
+    std::deque<std::string> chars_;
+    std::vector<std::string> journal_;
+    std::set<std::string> failing_;
+    std::vector<std::string> forbidden_;
+    int countdown_ = 0;
+    int fallible_calls_ = 0;
+    int unreleased_chars_ = 0;
+    bool pending_ = false;
+};
+
+} // namespace tavro::test
