@@ -146,7 +146,7 @@ constexpr char kRecordIdField[] = "svlIdSvlRecId";
 // cannot be parsed. The identifier's list does not count.
 bool record_id_of(RecordObject& object, int& record_id) {
     record_id = 0;
-    const jstring identifier = object.string_field(kRecordIdField).value_or(nullptr);
+    jstring identifier = object.string_field(kRecordIdField).value_or(nullptr);
     int list_id = 0;
     return identifier == nullptr || tavro::parse_identifier(object.jni(), identifier, list_id, record_id);
 }

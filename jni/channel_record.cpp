@@ -42,7 +42,13 @@ void trace_dtmb_short_name(const Row& row, const std::byte* dtmb, jint) {
 
 void store_satellite_record_id(const Row& row, RecordObject& object, std::byte* header) {
     TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "%s", kHeaderInfo);
-    store_record_id(row, object, header);
+    tavro::store_record_id(row, object, header);
+}
+
+constexpr Row satellite_record_id(const char* key, const char* field, Place list, Place record) {
+    Row row = record_id(key, field, list, record);
+    row.store = store_satellite_record_id;
+    return row;
 }
 
 // Up to three codes; fewer zero the rest, more store nothing.
@@ -78,7 +84,7 @@ constexpr Place kOptionMask2 = HEADER(ui4_option_mask2);
 constexpr Row kHeaderRows[] = {
     integer("ServiceId", "serviceId", HEADER(ui2_svc_id), trace_service_id),
     record_id("TslRecId", "tslRecId", HEADER(ui2_tsl_id), HEADER(ui2_tsl_rec_id)),
-    special("SatlRecId", "satlRecId", store_satellite_record_id, HEADER(ui2_satl_id), HEADER(ui2_satl_rec_id)),
+    satellite_record_id("SatlRecId", "satlRecId", HEADER(ui2_satl_id), HEADER(ui2_satl_rec_id)),
     integer("BroadcastType", "broadcastType", HEADER(e_brdcst_type), trace_broadcast_type),
     text("ServiceName", "serviceName", HEADER(ac_name)),
     flag("VnetActive", "vnetActive", kNetworkMask, 0x2, trace_active),

@@ -1,10 +1,8 @@
-// Library load and registration of the native methods.
+// Library load and registration of the native methods. The load entry itself, JNI_OnLoad, is declared
+// by jni.h: it answers the JNI version that the library needs, or -1 when it cannot be used.
 #pragma once
 
 #include <jni.h>
-
-// Called by the Java virtual machine. Returns the JNI version that the library needs, or -1.
-extern "C" JNIEXPORT jint JNICALL JNI_OnLoad(JavaVM* vm, void* reserved);
 
 // Registers a method table on the class at `path`. Returns 0, or -1 when there is no such class or it
 // lacks one of the methods; an exception is pending then. The class reference is left to the VM.

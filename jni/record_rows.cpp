@@ -30,28 +30,53 @@ void put(std::byte* structure, Place to, std::uint32_t value) {
     }
 }
 
-void store_integer(const Row& row, RecordObject& object, std::byte* structure) {
-    const std::optional<jint> value = object.int_field(row.field);
-    if (!value) {
-        return;
-    }
-    put(structure, row.to, static_cast<std::uint32_t>(*value));
-    if (row.trace != nullptr) {
-        row.trace(row, structure, *value);
+void put(std::byte* structure, const Variant& variant, jint value) {
+    if (variant.to.width != 0) {
+        put(structure, variant.to,
+            variant.codes == nullptr ? static_cast<std::uint32_t>(value) : (*variant.codes)(value));
     }
 }
 
-void store_flag(const Row& row, RecordObject& object, std::byte* structure) {
-    const std::optional<jint> value = object.int_field(row.field);
-    if (!value) {
-        return;
+namespace {
+
+void trace(const Row& row, const std::byte* structure, jint value) {
+    if (row.trace != nullptr) {
+        row.trace(row, structure, value);
     }
+}
+
+// Reads the row's int field, lets `store` do what it does with it, and writes the row's line.
+template <class Store>
+void store_int(const Row& row, RecordObject& object, std::byte* structure, Store store) {
+    const std::optional<jint> value = object.int_field(row.field);
+    if (value) {
+        store(*value);
+        trace(row, structure, *value);
+    }
+}
+
+void put_flag(const Row& row, std::byte* structure, bool on) {
     std::uint32_t flags = 0;
     std::memcpy(&flags, structure + row.to.offset, sizeof(flags));
-    put(structure, row.to, *value == 1 ? flags | row.mask : flags & ~row.mask);
-    if (row.trace != nullptr) {
-        row.trace(row, structure, *value);
-    }
+    put(structure, row.to, on ? flags | row.mask : flags & ~row.mask);
+}
+
+} // namespace
+
+void store_integer(const Row& row, RecordObject& object, std::byte* structure) {
+    store_int(row, object, structure, [&](jint value) { put(structure, Variant{row.to}, value); });
+}
+
+void store_code(const Row& row, RecordObject& object, std::byte* structure) {
+    store_int(row, object, structure, [&](jint value) { put(structure, Variant{row.to, row.codes}, value); });
+}
+
+void store_flag_if_one(const Row& row, RecordObject& object, std::byte* structure) {
+    store_int(row, object, structure, [&](jint value) { put_flag(row, structure, value == 1); });
+}
+
+void store_flag_if_positive(const Row& row, RecordObject& object, std::byte* structure) {
+    store_int(row, object, structure, [&](jint value) { put_flag(row, structure, value > 0); });
 }
 
 void store_text(const Row& row, RecordObject& object, std::byte* structure) {
@@ -64,9 +89,20 @@ void store_text(const Row& row, RecordObject& object, std::byte* structure) {
     const std::size_t length = strnlen(chars, row.to.width - 1U);
     std::memcpy(at, chars, length);
     std::memset(at + length, 0, row.to.width - length);
-    if (row.trace != nullptr) {
-        row.trace(row, structure, 0);
+    trace(row, structure, 0);
+}
+
+void store_short_text(const Row& row, RecordObject& object, std::byte* structure) {
+    const std::optional<jstring> value = object.string_field(row.field);
+    if (!value) {
+        return;
     }
+    const char* chars = object.jni().keep_utf_chars(*value);
+    const std::size_t length = chars == nullptr ? row.to.width : std::strlen(chars);
+    if (length < row.to.width) {
+        std::memcpy(structure + row.to.offset, chars, length + 1);
+    }
+    trace(row, structure, 0);
 }
 
 void store_record_id(const Row& row, RecordObject& object, std::byte* structure) {
