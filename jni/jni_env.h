@@ -67,6 +67,11 @@ public:
     // The elements of an array, deliberately never released. Null as above.
     const jint* keep_int_elements(jintArray array);
 
+    // An element of an object array, which may be null.
+    jobject element(jobjectArray array, jsize index) {
+        return failed_ ? nullptr : env_->GetObjectArrayElement(array, index);
+    }
+
 private:
     template <class Id>
     bool usable(jobject object, Id id) {

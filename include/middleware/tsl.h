@@ -12,6 +12,11 @@ inline constexpr std::uint8_t kMediumTerrestrial = 1;
 inline constexpr std::uint8_t kMediumCable = 2;
 inline constexpr std::uint8_t kMediumSatellite = 3;
 
+// Codes of the middleware's tuner. Only their numbers are fixed; what they mean is the tuner's own.
+using TUNER_FEC_INNER_T = std::uint32_t;
+using TUNER_MODULATION_T = std::uint32_t;
+using TUNER_TRANSMISSION_MODE_T = std::uint32_t;
+
 // Tuner parameters of a terrestrial transport stream, from record byte 48: 128 bytes.
 struct _TSL_TER_T {
     std::uint32_t e_bandwidth;

@@ -1,0 +1,33 @@
+package com.velotra.tv.tavro.services.channellist;
+
+/**
+ * Names one record of one list.
+ *
+ * @param listId the list
+ * @param recordId the record within it
+ */
+public record RecordId(int listId, int recordId) {
+    /**
+     * Reads the text form, as in {@code 3,17}.
+     *
+     * @throws IllegalArgumentException when the text is not two decimal numbers with a comma between them
+     */
+    public static RecordId parse(String text) {
+        String[] fields = text.split(",", -1);
+        if (fields.length == 2) {
+            try {
+                return new RecordId(Integer.parseInt(fields[0]), Integer.parseInt(fields[1]));
+            } catch (NumberFormatException e) {
+                // Falls through to the message that names the whole text.
+            }
+        }
+        throw new IllegalArgumentException(
+                "'" + text + "' is not a record identifier; write list and record as in 3,17");
+    }
+
+    /** The text form. */
+    @Override
+    public String toString() {
+        return listId + "," + recordId;
+    }
+}

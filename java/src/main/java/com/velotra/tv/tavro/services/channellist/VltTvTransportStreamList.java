@@ -1,0 +1,6 @@
+package com.velotra.tv.tavro.services.channellist;
+
+/** The transport stream lists. The library looks this class up when it is loaded; its natives come with their bridge. */
+public final class VltTvTransportStreamList {
+    private VltTvTransportStreamList() {}
+}
