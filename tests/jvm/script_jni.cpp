@@ -53,8 +53,7 @@ SCRIPT(void, always0)
 
 SCRIPT(jobjectArray, lines)(JNIEnv* env, jclass) {
     const std::vector<std::string> lines = script::lines();
-    auto* array =
-        env->NewObjectArray(static_cast<jsize>(lines.size()), env->FindClass("java/lang/String"), nullptr);
+    auto* array = env->NewObjectArray(static_cast<jsize>(lines.size()), env->FindClass("java/lang/String"), nullptr);
     for (std::size_t i = 0; i < lines.size(); ++i) {
         jstring line = env->NewStringUTF(lines[i].c_str());
         env->SetObjectArrayElement(array, static_cast<jsize>(i), line);
@@ -66,8 +65,7 @@ SCRIPT(jobjectArray, lines)(JNIEnv* env, jclass) {
 SCRIPT(jbyteArray, record)(JNIEnv* env, jclass, jint index) {
     const std::vector<std::byte> record = script::journal().at(static_cast<std::size_t>(index)).record;
     auto* array = env->NewByteArray(static_cast<jsize>(record.size()));
-    env->SetByteArrayRegion(array, 0, static_cast<jsize>(record.size()),
-                            reinterpret_cast<const jbyte*>(record.data()));
+    env->SetByteArrayRegion(array, 0, static_cast<jsize>(record.size()), reinterpret_cast<const jbyte*>(record.data()));
     return array;
 }
 

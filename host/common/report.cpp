@@ -1,0 +1,31 @@
+#include "report.h"
+
+#include <android/log.h>
+
+#include <mutex>
+#include <set>
+
+namespace tavro::host {
+namespace {
+
+constexpr int kErrorPriority = 6;
+constexpr char kTag[] = "TavroHost";
+
+} // namespace
+
+void report(const std::string& message) { __android_log_print(kErrorPriority, kTag, "%s", message.c_str()); }
+
+void report_once(const std::string& message) {
+    // Never destroyed: reports may come while the process ends.
+    static std::mutex& mutex = *new std::mutex;
+    static std::set<std::string>& seen = *new std::set<std::string>;
+    {
+        std::lock_guard<std::mutex> lock(mutex);
+        if (!seen.insert(message).second) {
+            return;
+        }
+    }
+    report(message);
+}
+
+} // namespace tavro::host

@@ -1,0 +1,88 @@
+// The workstation's middleware: handles, list operations and locks, alike for all four kinds.
+#pragma once
+
+#include "filter.h"
+#include "kinds.h"
+#include "lock_table.h"
+#include "order.h"
+#include "storage.h"
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <mutex>
+
+namespace tavro::host {
+
+// All functions may be called from any thread; they return kMwOk or a status of middleware/types.h or
+// status.h and throw nothing. Failures that an engineer must see are in the log as well.
+//
+// The storage is opened by the first call, in the directory that home_directory() names then.
+// Out values are written on success only, but for the record id of qry_rec_id.
+class Engine {
+public:
+    static Engine& instance();
+
+    MwStatus open(const Kind& kind, std::uint16_t list_id, MwdbHandle* handle);
+    MwStatus create(const Kind& kind, const char* name, std::uint16_t list_id, MwdbHandle* handle);
+    MwStatus close(const Kind& kind, MwdbHandle handle);
+    MwStatus remove(const Kind& kind, MwdbHandle handle);
+    MwStatus clean(const Kind& kind, MwdbHandle handle);
+    MwStatus copy(const Kind& kind, MwdbHandle from, MwdbHandle to);
+    MwStatus load_file(const Kind& kind, MwdbHandle handle, const char* path);
+    MwStatus store_file(const Kind& kind, MwdbHandle handle, const char* path);
+
+    MwStatus lock(const Kind& kind, MwdbHandle handle, LockLevel level);
+    MwStatus unlock(const Kind& kind, MwdbHandle handle, LockLevel level);
+
+    MwStatus query_record_id(const Kind& kind, MwdbHandle handle, std::uint32_t query, std::uint16_t* record_id);
+    MwStatus add(const Kind& kind, MwdbHandle handle, const void* record);
+    MwStatus update(const Kind& kind, MwdbHandle handle, const void* record);
+    MwStatus remove_record(const Kind& kind, MwdbHandle handle, std::uint16_t record_id);
+    MwStatus get(const Kind& kind, MwdbHandle handle, std::uint16_t record_id, void* record, std::int32_t* version);
+    MwStatus get_at(const Kind& kind, MwdbHandle handle, const Filter& filter, std::int64_t index, void* record,
+                    std::int32_t* version);
+    MwStatus count(const Kind& kind, MwdbHandle handle, const Filter& filter, std::uint16_t* count,
+                   std::int32_t* version);
+
+    // Gives up every handle and lock and closes the storage; the next call opens it anew.
+    void reset();
+    // Instructions of SQLite's virtual machine that the open storage has run: a measure of work.
+    std::uint64_t work();
+
+private:
+    struct OpenList {
+        const Kind* kind;
+        ListKey list;
+    };
+    // The whole order of a list and that of the filter used last.
+    struct Orders {
+        Order every;
+        Order chosen;
+    };
+
+    template <class Body>
+    MwStatus guarded(Body body) noexcept;
+    template <class Body>
+    MwStatus on_list(const Kind& kind, MwdbHandle handle, Body body) noexcept;
+    template <class Body>
+    MwStatus on_list_lock(const Kind& kind, MwdbHandle handle, Body body) noexcept;
+
+    Storage& storage();
+    MwStatus give_handle(const Kind& kind, const ListKey& list, MwdbHandle* handle);
+    const OpenList* find(const Kind& kind, MwdbHandle handle) const;
+    void forget(MwdbHandle handle);
+    Order& order_of(const ListKey& list, const Filter& filter);
+    MwStatus current_order(const ListKey& list, const Filter& filter, const Order** order);
+    MwStatus next_record_id(const ListKey& list, std::uint16_t* record_id);
+
+    std::mutex mutex_; // guards what follows; never held while a list's lock is waited for
+    std::unique_ptr<Storage> storage_;
+    std::map<MwdbHandle, OpenList> open_lists_;
+    MwdbHandle last_handle_ = 0;
+    std::map<ListKey, Orders> orders_;
+
+    LockTable locks_;
+};
+
+} // namespace tavro::host

@@ -1,0 +1,40 @@
+// Which records of a list a filtered count or read chooses from.
+#pragma once
+
+#include "middleware/types.h"
+
+#include <cstddef>
+#include <cstdint>
+
+namespace tavro::host {
+
+inline constexpr std::uint16_t kEveryNetwork = 0xFFFF; // of x_tsl_..._by_sat
+
+class Filter {
+public:
+    // Every record.
+    Filter() = default;
+
+    // Services of one broadcast type whose flags meet the mask. kMwEveryBroadcastType and
+    // kMwEveryNetworkMask choose all.
+    static Filter by_broadcast_type(std::uint32_t broadcast_type, std::uint32_t network_mask);
+    // Services that one transport stream record carries.
+    static Filter by_transport_stream(std::uint16_t tsl_id, std::uint16_t tsl_rec_id, std::uint32_t network_mask);
+    // Transport streams of one satellite record, of one network_id or kEveryNetwork.
+    static Filter by_satellite(std::uint16_t network, std::uint16_t satl_id, std::uint16_t satl_rec_id);
+
+    bool is_everything() const { return field_ == Field::kNone; }
+    // Whether a record of the kind that the filter is for is chosen.
+    bool matches(const std::byte* record) const;
+    bool operator==(const Filter& other) const;
+
+private:
+    enum class Field { kNone, kBroadcastType, kTransportStream, kSatellite };
+
+    Field field_ = Field::kNone;
+    std::uint32_t first_ = 0;   // broadcast type, or list id
+    std::uint32_t second_ = 0;  // record id
+    std::uint32_t network_ = 0; // mask, or network_id
+};
+
+} // namespace tavro::host

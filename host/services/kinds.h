@@ -1,0 +1,47 @@
+// What the storage has to know of the four list kinds.
+#pragma once
+
+#include "middleware/nwl.h"
+#include "middleware/satl.h"
+#include "middleware/svl.h"
+#include "middleware/tsl.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+namespace tavro::host {
+
+struct Kind {
+    std::uint32_t number; // in the storage, never changed
+    const char* name;
+    std::size_t record_bytes;
+    std::size_t record_id_offset; // of the record's own 16-bit id
+};
+
+inline constexpr Kind kSvl{1, "svl", sizeof(_SVL_REC_T), offsetof(_SVL_REC_T, ui2_svl_rec_id)};
+inline constexpr Kind kTsl{2, "tsl", sizeof(_TSL_REC_T), offsetof(_TSL_REC_T, ui2_tsl_rec_id)};
+inline constexpr Kind kNwl{3, "nwl", sizeof(_NWL_REC_T), offsetof(_NWL_REC_T, ui2_nwl_rec_id)};
+inline constexpr Kind kSatl{4, "satl", sizeof(_SATL_REC_T), offsetof(_SATL_REC_T, ui2_satl_rec_id)};
+
+inline std::uint16_t record_id_of(const Kind& kind, const void* record) {
+    std::uint16_t id = 0;
+    std::memcpy(&id, static_cast<const char*>(record) + kind.record_id_offset, sizeof id);
+    return id;
+}
+
+// One list, and the storage's numbers for it and for its records.
+struct ListKey {
+    std::uint32_t kind; // Kind::number
+    std::uint16_t list_id;
+
+    // 0x30004 for network list 4.
+    std::int64_t number() const { return std::int64_t{kind} << 16 | list_id; }
+    // 0x300040011 for its record 17.
+    std::int64_t record(std::uint16_t record_id) const { return number() << 16 | record_id; }
+
+    bool operator<(const ListKey& other) const { return number() < other.number(); }
+    bool operator==(const ListKey& other) const { return number() == other.number(); }
+};
+
+} // namespace tavro::host

@@ -1,0 +1,135 @@
+#include "list_file.h"
+
+#include "common/replacement_file.h"
+#include "failure.h"
+#include "sqlite.h"
+#include "status.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tavro::host {
+namespace {
+
+// Nobody sees the temporary file and it is brought to the disk once, whole: SQLite need not do so.
+constexpr char kForm[] = R"(
+    PRAGMA journal_mode = OFF;
+    PRAGMA synchronous = OFF;
+    BEGIN;
+    CREATE TABLE list (kind INTEGER NOT NULL, kind_name TEXT NOT NULL, list_id INTEGER NOT NULL, name TEXT NOT NULL);
+    CREATE TABLE records (record_id INTEGER PRIMARY KEY, position INTEGER NOT NULL, bytes BLOB NOT NULL);
+)";
+
+[[noreturn]] void cannot_write(const std::string& path, const std::string& why) {
+    throw Failure(kHostCannotWriteFile, "cannot write list file " + path + ": " + why +
+                                            "; check that its directory exists, may be written and has space left");
+}
+
+void write_temporary(const std::string& path, const Kind& kind, std::uint16_t list_id, const std::string& name,
+                     const StoredRecords& records) {
+    Connection file(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+    file.execute("PRAGMA application_id = " + std::to_string(kListFileApplication) +
+                 "; PRAGMA user_version = " + std::to_string(kListFileForm));
+    file.execute(kForm);
+    file.prepare("INSERT INTO list VALUES (?, ?, ?, ?)")
+        .bind(kind.number)
+        .bind(std::string(kind.name))
+        .bind(list_id)
+        .bind(name)
+        .run();
+    for (std::size_t i = 0; i < records.ids.size(); ++i) {
+        file.prepare("INSERT INTO records VALUES (?, ?, ?)")
+            .bind(records.ids[i])
+            .bind(static_cast<std::int64_t>(i + 1))
+            .bind(records.bytes.data() + i * kind.record_bytes, kind.record_bytes)
+            .run();
+    }
+    file.execute("COMMIT");
+}
+
+// Throws SqlError for whatever SQLite does not take for a sound database. `file_bytes` is the file's
+// size: SQLite itself reads a last page that is cut short as one that ends in zeros.
+MwStatus read_rows(Connection& file, std::int64_t file_bytes, const Kind& kind, StoredRecords& records) {
+    if (file.number("PRAGMA page_count") * file.number("PRAGMA page_size") != file_bytes ||
+        file.number("PRAGMA application_id") != kListFileApplication ||
+        file.number("PRAGMA user_version") != kListFileForm || file.number("SELECT count(*) FROM list") != 1 ||
+        file.number("SELECT kind FROM list") != kind.number) {
+        return kMwNotAListFile;
+    }
+    Statement rows = file.prepare("SELECT record_id, bytes FROM records ORDER BY position");
+    while (rows.step()) {
+        const std::int64_t record_id = rows.number(0);
+        if (record_id < 0 || record_id >= kMwNoRecordId || rows.blob_bytes(1) != kind.record_bytes ||
+            record_id_of(kind, rows.blob(1)) != record_id) {
+            return kMwNotAListFile;
+        }
+        const std::byte* const bytes = rows.blob(1);
+        records.ids.push_back(static_cast<std::uint16_t>(record_id));
+        records.bytes.insert(records.bytes.end(), bytes, bytes + kind.record_bytes);
+    }
+    return kMwOk;
+}
+
+// Whether the file can be read at all: SQLite tells a missing right no different from a missing file.
+MwStatus look_for(const std::string& path, std::int64_t& file_bytes) {
+    struct stat found {};
+    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    int error = descriptor < 0 || ::fstat(descriptor, &found) != 0 ? errno : 0;
+    if (descriptor >= 0) {
+        ::close(descriptor);
+    }
+    if (error == 0 && S_ISDIR(found.st_mode)) {
+        error = EISDIR;
+    }
+    if (error == ENOENT) {
+        return kMwNoFile;
+    }
+    if (error != 0) {
+        throw Failure(kHostCannotReadFile, "cannot read list file " + path + ": " + std::strerror(error) +
+                                               "; check the path and that you may read the file");
+    }
+    file_bytes = found.st_size;
+    return kMwOk;
+}
+
+bool means_damage(int code) {
+    return code == SQLITE_NOTADB || code == SQLITE_CORRUPT || code == SQLITE_ERROR || code == SQLITE_CANTOPEN ||
+           code == SQLITE_READONLY;
+}
+
+} // namespace
+
+void write_list_file(const std::string& path, const Kind& kind, std::uint16_t list_id, const std::string& name,
+                     const StoredRecords& records) {
+    ReplacementFile replacement(path);
+    try {
+        write_temporary(replacement.temporary(), kind, list_id, name, records);
+    } catch (const SqlError& error) {
+        cannot_write(path, error.what());
+    }
+    const int error = replacement.take_place();
+    if (error != 0) {
+        cannot_write(path, std::strerror(error));
+    }
+}
+
+MwStatus read_list_file(const std::string& path, const Kind& kind, StoredRecords& records) {
+    std::int64_t file_bytes = 0;
+    const MwStatus looked = look_for(path, file_bytes);
+    if (looked != kMwOk) {
+        return looked;
+    }
+    try {
+        Connection file(path, SQLITE_OPEN_READONLY);
+        return read_rows(file, file_bytes, kind, records);
+    } catch (const SqlError& error) {
+        if (means_damage(error.code())) {
+            return kMwNotAListFile;
+        }
+        throw Failure(kHostCannotReadFile, "cannot read list file " + path + ": " + error.what() + "; try again");
+    }
+}
+
+} // namespace tavro::host

@@ -1,0 +1,107 @@
+#include "sqlite.h"
+
+namespace tavro::host {
+
+Statement::~Statement() {
+    sqlite3_reset(statement_);
+    sqlite3_clear_bindings(statement_);
+    connection_.work_ +=
+        static_cast<std::uint64_t>(sqlite3_stmt_status(statement_, SQLITE_STMTSTATUS_VM_STEP, /*reset*/ 1));
+}
+
+void Statement::check(int code) {
+    if (code != SQLITE_OK) {
+        connection_.fail(code);
+    }
+}
+
+Statement& Statement::bind(std::int64_t value) {
+    check(sqlite3_bind_int64(statement_, ++bound_, value));
+    return *this;
+}
+
+Statement& Statement::bind(const std::string& text) {
+    check(sqlite3_bind_text(statement_, ++bound_, text.data(), static_cast<int>(text.size()), SQLITE_STATIC));
+    return *this;
+}
+
+Statement& Statement::bind(const void* blob, std::size_t bytes) {
+    check(sqlite3_bind_blob(statement_, ++bound_, blob, static_cast<int>(bytes), SQLITE_STATIC));
+    return *this;
+}
+
+bool Statement::step() {
+    const int code = sqlite3_step(statement_);
+    if (code == SQLITE_ROW) {
+        return true;
+    }
+    if (code != SQLITE_DONE) {
+        connection_.fail(code);
+    }
+    return false;
+}
+
+void Statement::run() {
+    while (step()) {
+    }
+}
+
+Connection::Connection(const std::string& path, int flags) {
+    sqlite3* database = nullptr;
+    const int code = sqlite3_open_v2(path.c_str(), &database, flags | SQLITE_OPEN_NOMUTEX, nullptr);
+    database_.reset(database); // a failed open leaves a connection too, for its message
+    if (code != SQLITE_OK) {
+        fail(code);
+    }
+    sqlite3_extended_result_codes(database, 0);
+}
+
+void Connection::fail(int code) const {
+    throw SqlError(code & 0xFF, database_ == nullptr ? "out of memory" : sqlite3_errmsg(database_.get()));
+}
+
+Statement Connection::prepare(const char* sql) {
+    std::unique_ptr<sqlite3_stmt, Close>& statement = statements_[sql];
+    if (statement == nullptr) {
+        sqlite3_stmt* prepared = nullptr;
+        const int code = sqlite3_prepare_v3(database_.get(), sql, -1, SQLITE_PREPARE_PERSISTENT, &prepared, nullptr);
+        if (code != SQLITE_OK) {
+            fail(code);
+        }
+        statement.reset(prepared);
+    }
+    return {*this, statement.get()};
+}
+
+void Connection::execute(const std::string& sql) {
+    const int code = sqlite3_exec(database_.get(), sql.c_str(), nullptr, nullptr, nullptr);
+    if (code != SQLITE_OK) {
+        fail(code);
+    }
+}
+
+std::int64_t Connection::number(const char* sql) {
+    Statement question = prepare(sql);
+    return question.step() ? question.number(0) : 0;
+}
+
+Transaction::Transaction(Connection& connection, Kind kind) : connection_(connection) {
+    connection_.prepare(kind == Kind::kWrite ? "BEGIN IMMEDIATE" : "BEGIN").run();
+}
+
+Transaction::~Transaction() {
+    if (open_) {
+        try {
+            connection_.prepare("ROLLBACK").run();
+        } catch (const SqlError&) {
+            // SQLite has undone it already, as it does after some errors.
+        }
+    }
+}
+
+void Transaction::commit() {
+    connection_.prepare("COMMIT").run();
+    open_ = false;
+}
+
+} // namespace tavro::host

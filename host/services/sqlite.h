@@ -1,0 +1,115 @@
+// Thin types for SQLite connections, statements and transactions. Every failure is thrown as SqlError.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <sqlite3.h>
+#include <stdexcept>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace tavro::host {
+
+// What SQLite answered: its primary result code and its own message.
+class SqlError : public std::runtime_error {
+public:
+    SqlError(int code, const std::string& message) : std::runtime_error(message), code_(code) {}
+    int code() const { return code_; }
+
+private:
+    int code_;
+};
+
+class Connection;
+
+// A prepared statement in use: binds in order, steps, and is ready for the next use when it goes.
+class Statement {
+public:
+    Statement(Connection& connection, sqlite3_stmt* statement) : connection_(connection), statement_(statement) {}
+    ~Statement();
+    Statement(const Statement&) = delete;
+    Statement& operator=(const Statement&) = delete;
+
+    // The next parameter. Blobs and texts stay the caller's and must outlive the use.
+    Statement& bind(std::int64_t value);
+    Statement& bind(const std::string& text);
+    Statement& bind(const void* blob, std::size_t bytes);
+
+    // Moves to the next row; false when there is none.
+    bool step();
+    // Steps a statement without rows to its end.
+    void run();
+
+    std::int64_t number(int column) const { return sqlite3_column_int64(statement_, column); }
+    bool is_null(int column) const { return sqlite3_column_type(statement_, column) == SQLITE_NULL; }
+    // A blob of the current row; valid until the next step.
+    const std::byte* blob(int column) const {
+        return static_cast<const std::byte*>(sqlite3_column_blob(statement_, column));
+    }
+    std::string text(int column) const {
+        return reinterpret_cast<const char*>(sqlite3_column_text(statement_, column));
+    }
+    std::size_t blob_bytes(int column) const {
+        return static_cast<std::size_t>(sqlite3_column_bytes(statement_, column));
+    }
+
+private:
+    void check(int code);
+
+    Connection& connection_;
+    sqlite3_stmt* statement_;
+    int bound_ = 0;
+};
+
+// An open database. Used by one thread at a time.
+class Connection {
+public:
+    // `flags` are those of sqlite3_open_v2 and say whether the file may be made.
+    Connection(const std::string& path, int flags);
+
+    // A statement for `sql`, which is prepared once; a literal, or a string that outlives the connection.
+    Statement prepare(const char* sql);
+    // Runs statements without parameters, ignoring rows.
+    void execute(const std::string& sql);
+    // The only value of a question such as "PRAGMA application_id".
+    std::int64_t number(const char* sql);
+
+    // How long a step waits for another process before it fails with SQLITE_BUSY.
+    void set_busy_timeout(int milliseconds) { sqlite3_busy_timeout(database_.get(), milliseconds); }
+
+    // Rows that the last insertion, update or deletion touched.
+    int changes() const { return sqlite3_changes(database_.get()); }
+    // Instructions of SQLite's virtual machine that this connection has run.
+    std::uint64_t work() const { return work_; }
+
+private:
+    friend class Statement;
+    struct Close {
+        void operator()(sqlite3* database) const { sqlite3_close_v2(database); }
+        void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+    };
+    [[noreturn]] void fail(int code) const;
+
+    std::unique_ptr<sqlite3, Close> database_;
+    std::unordered_map<const char*, std::unique_ptr<sqlite3_stmt, Close>> statements_;
+    std::uint64_t work_ = 0;
+};
+
+// A transaction that is undone unless it is committed.
+class Transaction {
+public:
+    enum class Kind { kRead, kWrite };
+    Transaction(Connection& connection, Kind kind);
+    ~Transaction();
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+    void commit();
+
+private:
+    Connection& connection_;
+    bool open_ = true;
+};
+
+} // namespace tavro::host

@@ -1,0 +1,73 @@
+#include "child_process.h"
+
+#include <csignal>
+#include <fcntl.h>
+#include <spawn.h>
+#include <stdexcept>
+#include <sys/wait.h>
+#include <unistd.h>
+
+extern char** environ;
+
+ChildProcess::ChildProcess(const std::vector<std::string>& arguments) {
+    int to_child[2];
+    int from_child[2];
+    if (::pipe2(to_child, O_CLOEXEC) != 0 || ::pipe2(from_child, O_CLOEXEC) != 0) {
+        throw std::runtime_error("no pipes for a helper process");
+    }
+    std::string program = HOST_HELPER;
+    std::vector<std::string> copies = arguments;
+    std::vector<char*> words{program.data()};
+    for (std::string& argument : copies) {
+        words.push_back(argument.data());
+    }
+    words.push_back(nullptr);
+    posix_spawn_file_actions_t actions;
+    ::posix_spawn_file_actions_init(&actions);
+    ::posix_spawn_file_actions_adddup2(&actions, to_child[0], STDIN_FILENO);
+    ::posix_spawn_file_actions_adddup2(&actions, from_child[1], STDOUT_FILENO);
+    const int error = ::posix_spawn(&process_, program.c_str(), &actions, nullptr, words.data(), environ);
+    ::posix_spawn_file_actions_destroy(&actions);
+    ::close(to_child[0]);
+    ::close(from_child[1]);
+    input_ = to_child[1];
+    output_ = from_child[0];
+    if (error != 0) {
+        throw std::runtime_error("cannot start " + program);
+    }
+}
+
+ChildProcess::~ChildProcess() {
+    if (process_ > 0) {
+        kill();
+    }
+    close_input();
+    ::close(output_);
+}
+
+std::string ChildProcess::read_line() {
+    std::string line;
+    for (char letter = 0; ::read(output_, &letter, 1) == 1 && letter != '\n';) {
+        line += letter;
+    }
+    return line;
+}
+
+void ChildProcess::close_input() {
+    if (input_ >= 0) {
+        ::close(input_);
+        input_ = -1;
+    }
+}
+
+void ChildProcess::kill() {
+    ::kill(process_, SIGKILL);
+    wait();
+}
+
+int ChildProcess::wait() {
+    int status = 0;
+    ::waitpid(process_, &status, 0);
+    process_ = -1;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+}

@@ -1,0 +1,31 @@
+// A helper process with pipes to its standard input and from its standard output.
+#pragma once
+
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+class ChildProcess {
+public:
+    // Starts tests/host/helper.cpp with these arguments in the test's environment.
+    explicit ChildProcess(const std::vector<std::string>& arguments);
+    ~ChildProcess(); // kills and reaps what still runs
+    ChildProcess(const ChildProcess&) = delete;
+    ChildProcess& operator=(const ChildProcess&) = delete;
+
+    pid_t id() const { return process_; }
+
+    // The next line that it writes, without its newline; empty at the end of its output.
+    std::string read_line();
+    // Ends its standard input.
+    void close_input();
+    // Kills it with SIGKILL and waits for its end.
+    void kill();
+    // Waits for its end; the exit code, or minus the signal that ended it.
+    int wait();
+
+private:
+    pid_t process_ = -1;
+    int input_ = -1;
+    int output_ = -1;
+};

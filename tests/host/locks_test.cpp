@@ -1,0 +1,245 @@
+// List locks between the threads of one process.
+#include "kinds.h"
+#include "services/status.h"
+#include "workspace.h"
+
+#include <atomic>
+#include <future>
+#include <thread>
+#include <unistd.h>
+
+template <class Kind>
+class Locks : public Workspace {
+protected:
+    Locks() {
+        environment.set("TAVRO_LOCK_TIMEOUT_MS", "30");
+        handle = created<Kind>(1);
+    }
+
+    // What a call on another thread answers.
+    template <class Call>
+    static MwStatus elsewhere(Call call) {
+        return std::async(std::launch::async, call).get();
+    }
+    MwStatus write_elsewhere() const {
+        return elsewhere([this] { return taken(Kind::lock(handle), Kind::unlock); });
+    }
+    MwStatus read_elsewhere() const {
+        return elsewhere([this] { return taken(Kind::read_lock(handle), Kind::read_unlock); });
+    }
+
+    // Returns when the thread sleeps, as it does inside a call that waits for a lock.
+    static void await_sleep(pid_t thread) {
+        const std::string file = "/proc/self/task/" + std::to_string(thread) + "/stat";
+        for (std::string stat; stat.find(") S ") == std::string::npos; std::this_thread::yield()) {
+            stat = Workspace::read_file(file);
+        }
+    }
+
+    MwdbHandle handle = 0;
+
+private:
+    // Gives a lock back that was taken; the status of the taking.
+    MwStatus taken(MwStatus status, MwStatus (*give_back)(MwdbHandle)) const {
+        return status == kMwOk && give_back(handle) != kMwOk ? -1 : status;
+    }
+};
+TYPED_TEST_SUITE(Locks, EveryKind, KindNames);
+
+TYPED_TEST(Locks, ManyThreadsMayRead) {
+    ASSERT_EQ(TypeParam::read_lock(this->handle), kMwOk);
+    EXPECT_EQ(this->read_elsewhere(), kMwOk);
+    EXPECT_EQ(this->write_elsewhere(), kHostLockTimeout);
+    EXPECT_EQ(TypeParam::read_unlock(this->handle), kMwOk);
+    EXPECT_EQ(this->write_elsewhere(), kMwOk);
+}
+
+TYPED_TEST(Locks, AWriterIsAlone) {
+    ASSERT_EQ(TypeParam::lock(this->handle), kMwOk);
+    EXPECT_EQ(this->read_elsewhere(), kHostLockTimeout);
+    EXPECT_EQ(this->write_elsewhere(), kHostLockTimeout);
+    EXPECT_EQ(TypeParam::unlock(this->handle), kMwOk);
+    EXPECT_EQ(this->read_elsewhere(), kMwOk);
+}
+
+TYPED_TEST(Locks, EveryListHasItsOwn) {
+    const MwdbHandle other = created<TypeParam>(2);
+    ASSERT_EQ(TypeParam::lock(other), kMwOk);
+    EXPECT_EQ(this->write_elsewhere(), kMwOk);
+    EXPECT_EQ(TypeParam::unlock(other), kMwOk);
+}
+
+TYPED_TEST(Locks, BelongToTheListWhateverTheHandle) {
+    const MwdbHandle again = opened<TypeParam>(1);
+    ASSERT_EQ(TypeParam::lock(again), kMwOk);
+    EXPECT_EQ(this->read_elsewhere(), kHostLockTimeout);
+    EXPECT_EQ(TypeParam::unlock(this->handle), kMwOk);
+    EXPECT_EQ(this->read_elsewhere(), kMwOk);
+}
+
+TYPED_TEST(Locks, TheHolderMayLockAgainAndGivesEachBack) {
+    ASSERT_EQ(TypeParam::lock(this->handle), kMwOk);
+    ASSERT_EQ(TypeParam::lock(this->handle), kMwOk);
+    ASSERT_EQ(TypeParam::read_lock(this->handle), kMwOk);
+    EXPECT_EQ(TypeParam::unlock(this->handle), kMwOk);
+    EXPECT_EQ(this->read_elsewhere(), kHostLockTimeout);
+    EXPECT_EQ(TypeParam::unlock(this->handle), kMwOk);
+    EXPECT_EQ(this->read_elsewhere(), kMwOk); // what is left is a reader
+    EXPECT_EQ(this->write_elsewhere(), kHostLockTimeout);
+    EXPECT_EQ(TypeParam::read_unlock(this->handle), kMwOk);
+    EXPECT_EQ(this->write_elsewhere(), kMwOk);
+}
+
+TYPED_TEST(Locks, TheOnlyReaderMayBecomeTheWriter) {
+    ASSERT_EQ(TypeParam::read_lock(this->handle), kMwOk);
+    EXPECT_EQ(TypeParam::lock(this->handle), kMwOk);
+    EXPECT_EQ(this->read_elsewhere(), kHostLockTimeout);
+    EXPECT_EQ(TypeParam::unlock(this->handle), kMwOk);
+    EXPECT_EQ(TypeParam::read_unlock(this->handle), kMwOk);
+}
+
+TYPED_TEST(Locks, OneOfTwoReadersMayNotBecomeTheWriter) {
+    ASSERT_EQ(TypeParam::read_lock(this->handle), kMwOk);
+    EXPECT_EQ(this->elsewhere([this] {
+        EXPECT_EQ(TypeParam::read_lock(this->handle), kMwOk);
+        const MwStatus status = TypeParam::lock(this->handle);
+        EXPECT_EQ(TypeParam::read_unlock(this->handle), kMwOk);
+        return status;
+    }),
+              kHostLockTimeout);
+    EXPECT_EQ(TypeParam::read_unlock(this->handle), kMwOk);
+}
+
+TYPED_TEST(Locks, OnlyTheHolderGivesThemBack) {
+    EXPECT_EQ(TypeParam::unlock(this->handle), kHostNotLockHolder);
+    EXPECT_EQ(TypeParam::read_unlock(this->handle), kHostNotLockHolder);
+    ASSERT_EQ(TypeParam::lock(this->handle), kMwOk);
+    EXPECT_EQ(TypeParam::read_unlock(this->handle), kHostNotLockHolder);
+    EXPECT_EQ(this->elsewhere([this] { return TypeParam::unlock(this->handle); }), kHostNotLockHolder);
+    EXPECT_EQ(this->read_elsewhere(), kHostLockTimeout);
+    EXPECT_EQ(TypeParam::unlock(this->handle), kMwOk);
+}
+
+TYPED_TEST(Locks, EndWithTheHandleThatTheThreadClosesOrDeletes) {
+    const MwdbHandle again = opened<TypeParam>(1);
+    ASSERT_EQ(TypeParam::lock(again), kMwOk);
+    ASSERT_EQ(TypeParam::close(again), kMwOk);
+    EXPECT_EQ(this->write_elsewhere(), kMwOk);
+    ASSERT_EQ(TypeParam::lock(this->handle), kMwOk);
+    ASSERT_EQ(TypeParam::remove(this->handle), kMwOk);
+    this->handle = created<TypeParam>(1);
+    EXPECT_EQ(this->write_elsewhere(), kMwOk);
+}
+
+TYPED_TEST(Locks, OfClosedHandlesAreRefused) {
+    ASSERT_EQ(TypeParam::close(this->handle), kMwOk);
+    EXPECT_EQ(TypeParam::lock(this->handle), kHostBadHandle);
+    EXPECT_EQ(TypeParam::read_lock(this->handle), kHostBadHandle);
+    EXPECT_EQ(TypeParam::unlock(this->handle), kHostBadHandle);
+    EXPECT_EQ(TypeParam::read_unlock(this->handle), kHostBadHandle);
+}
+
+TYPED_TEST(Locks, AWaitEndsWhenTheHolderGivesTheLockBack) {
+    this->environment.unset("TAVRO_LOCK_TIMEOUT_MS");
+    ASSERT_EQ(TypeParam::lock(this->handle), kMwOk);
+    std::atomic<bool> given_back{false};
+    std::promise<pid_t> waiting;
+    std::thread waiter([&] {
+        waiting.set_value(::gettid());
+        EXPECT_EQ(TypeParam::lock(this->handle), kMwOk);
+        EXPECT_TRUE(given_back);
+        EXPECT_EQ(TypeParam::unlock(this->handle), kMwOk);
+    });
+    this->await_sleep(waiting.get_future().get());
+    given_back = true;
+    EXPECT_EQ(TypeParam::unlock(this->handle), kMwOk);
+    waiter.join();
+}
+
+TYPED_TEST(Locks, ReadersThatComeLaterLetAWaitingWriterGoFirst) {
+    this->environment.unset("TAVRO_LOCK_TIMEOUT_MS");
+    ASSERT_EQ(TypeParam::read_lock(this->handle), kMwOk);
+    std::promise<pid_t> waiting;
+    std::thread writer([&] {
+        waiting.set_value(::gettid());
+        EXPECT_EQ(TypeParam::lock(this->handle), kMwOk);
+        EXPECT_EQ(TypeParam::unlock(this->handle), kMwOk);
+    });
+    this->await_sleep(waiting.get_future().get());
+    this->environment.set("TAVRO_LOCK_TIMEOUT_MS", "30");
+    EXPECT_EQ(this->read_elsewhere(), kHostLockTimeout);
+    EXPECT_EQ(TypeParam::read_lock(this->handle), kMwOk); // who reads already may go on
+    EXPECT_EQ(TypeParam::read_unlock(this->handle), kMwOk);
+    EXPECT_EQ(TypeParam::read_unlock(this->handle), kMwOk);
+    writer.join();
+    EXPECT_EQ(this->read_elsewhere(), kMwOk);
+}
+
+TYPED_TEST(Locks, ATimeOutNamesTheListTheThreadsAndTheRemedy) {
+    ASSERT_EQ(TypeParam::lock(this->handle), kMwOk);
+    pid_t waiter = 0;
+    EXPECT_EQ(this->elsewhere([&] {
+        waiter = ::gettid();
+        return TypeParam::read_lock(this->handle);
+    }),
+              kHostLockTimeout);
+    EXPECT_EQ(this->log(),
+              std::vector<std::string>{"E/TavroHost" + Workspace::process_mark() + ": time-out: thread " +
+                                       std::to_string(waiter) + " waited 30 ms for the read lock of " +
+                                       TypeParam::kName + " list 1, held by thread " + std::to_string(::gettid()) +
+                                       " of this process; look for a lock that is not given back there, or set "
+                                       "TAVRO_LOCK_TIMEOUT_MS higher"});
+    EXPECT_EQ(TypeParam::unlock(this->handle), kMwOk);
+}
+
+class LockedWork : public Workspace {};
+
+TEST_F(LockedWork, OfManyThreadsLosesNothing) {
+    constexpr int kThreads = 8;
+    constexpr int kAdds = 40;
+    const MwdbHandle handle = created<Services>(1);
+    std::vector<std::thread> threads;
+    for (int i = 0; i < kThreads; ++i) {
+        threads.emplace_back([&] {
+            for (int n = 0; n < kAdds; ++n) {
+                ASSERT_EQ(x_svl_lock(handle), kMwOk);
+                _SVL_REC_T record{};
+                ASSERT_EQ(x_svl_qry_rec_id(handle, kMwQueryNextRecordId, &record.ui2_svl_rec_id), kMwOk);
+                ASSERT_EQ(x_svl_add_rec(handle, &record), kMwOk);
+                ASSERT_EQ(x_svl_unlock(handle), kMwOk);
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    Contents expected;
+    for (int id = 1; id <= kThreads * kAdds; ++id) {
+        expected.emplace_back(id, 0);
+    }
+    EXPECT_EQ(contents<Services>(handle), expected);
+}
+
+TEST_F(LockedWork, CallsWithoutLocksFromManyThreadsAllSucceed) {
+    constexpr int kThreads = 4;
+    constexpr int kRecords = 50;
+    std::vector<std::thread> threads;
+    for (std::uint16_t list = 1; list <= kThreads; ++list) {
+        threads.emplace_back([list] {
+            const MwdbHandle handle = created<Networks>(list);
+            for (std::uint16_t id = 1; id <= kRecords; ++id) {
+                ASSERT_EQ(add<Networks>(handle, id, static_cast<unsigned char>(list)), kMwOk);
+                ASSERT_EQ(contents<Networks>(handle).size(), id);
+            }
+            ASSERT_EQ(x_nwl_close(handle), kMwOk);
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    for (std::uint16_t list = 1; list <= kThreads; ++list) {
+        const Contents all = contents<Networks>(opened<Networks>(list));
+        EXPECT_EQ(all.size(), static_cast<std::size_t>(kRecords));
+        EXPECT_EQ(all.back(), (std::pair<int, int>{kRecords, list}));
+    }
+}

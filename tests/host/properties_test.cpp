@@ -1,0 +1,99 @@
+// System properties from the environment and from a file.
+#include "workspace.h"
+
+#include <cutils/properties.h>
+
+#include <filesystem>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr char kName[] = "vendor.vlt.broadcast.log.level";
+constexpr char kVariable[] = "TAVRO_PROP_vendor_vlt_broadcast_log_level";
+
+class SystemProperties : public Workspace {
+protected:
+    SystemProperties() {
+        environment.unset(kVariable);
+        environment.set("TAVRO_PROPERTIES", file());
+    }
+    std::string file() const { return path("properties"); }
+
+    // The value, checked against the length that the call gives.
+    static std::string get(const char* name, const char* default_value = "default") {
+        char value[PROPERTY_VALUE_MAX + 1];
+        std::fill(std::begin(value), std::end(value), '#');
+        const int length = property_get(name, value, default_value);
+        EXPECT_EQ(value[PROPERTY_VALUE_MAX], '#');
+        EXPECT_EQ(static_cast<int>(std::char_traits<char>::length(value)), length);
+        return value;
+    }
+};
+
+} // namespace
+
+TEST_F(SystemProperties, AreReadFromNameValueLines) {
+    write_file(file(),
+               "# vendor.comment=no\n\n" + std::string(kName) + "=D\n  other = two words \r\nno sign\nlast=x=y");
+    EXPECT_EQ(get(kName), "D");
+    EXPECT_EQ(get("other"), "two words");
+    EXPECT_EQ(get("last"), "x=y");
+    EXPECT_EQ(get("no sign"), "default");
+    EXPECT_EQ(get("# vendor.comment"), "default");
+    EXPECT_EQ(get("missing", nullptr), "");
+}
+
+TEST_F(SystemProperties, WithoutAFileHaveTheirDefaults) {
+    EXPECT_EQ(get(kName), "default");
+    EXPECT_EQ(get(kName, ""), "");
+}
+
+TEST_F(SystemProperties, StandBelowTheStorageDirectoryByDefault) {
+    environment.unset("TAVRO_PROPERTIES");
+    fs::create_directory(home());
+    write_file(home() + "/properties", std::string(kName) + "=W\n");
+    EXPECT_EQ(get(kName), "W");
+}
+
+TEST_F(SystemProperties, ChangeWhileTheProcessRuns) {
+    EXPECT_EQ(get(kName), "default");
+    for (const char* value : {"D", "E", "V", "W"}) { // alike in size and nearly in time
+        write_file(file(), std::string(kName) + "=" + value);
+        EXPECT_EQ(get(kName), value);
+        EXPECT_EQ(get(kName), value);
+    }
+    write_file(path("new"), std::string(kName) + "=I");
+    fs::rename(path("new"), file());
+    EXPECT_EQ(get(kName), "I");
+    fs::remove(file());
+    EXPECT_EQ(get(kName), "default");
+}
+
+TEST_F(SystemProperties, ChangeAfterTheFileHasLainStill) {
+    const auto long_ago = fs::file_time_type::clock::now() - std::chrono::hours(1);
+    write_file(file(), std::string(kName) + "=D");
+    fs::last_write_time(file(), long_ago);
+    EXPECT_EQ(get(kName), "D");
+    write_file(file(), std::string(kName) + "=E");
+    EXPECT_EQ(get(kName), "E");
+}
+
+TEST_F(SystemProperties, OfTheEnvironmentWin) {
+    write_file(file(), std::string(kName) + "=D");
+    environment.set(kVariable, "E");
+    EXPECT_EQ(get(kName), "E");
+    environment.unset(kVariable);
+    EXPECT_EQ(get(kName), "D");
+}
+
+TEST_F(SystemProperties, SetToNothingHaveTheirDefaults) {
+    write_file(file(), std::string(kName) + "=\n");
+    EXPECT_EQ(get(kName), "default");
+}
+
+TEST_F(SystemProperties, AreCutTo91Bytes) {
+    write_file(file(), std::string(kName) + "=" + std::string(91, 'a') + "b");
+    EXPECT_EQ(get(kName), std::string(91, 'a'));
+    EXPECT_EQ(get("missing", std::string(200, 'c').c_str()), std::string(91, 'c'));
+}

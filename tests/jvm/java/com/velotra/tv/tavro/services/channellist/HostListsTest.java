@@ -1,0 +1,165 @@
+package com.velotra.tv.tavro.services.channellist;
+
+import static org.junit.jupiter.api.Assertions.assertArrayEquals;
+import static org.junit.jupiter.api.Assertions.assertEquals;
+import static org.junit.jupiter.api.Assertions.assertFalse;
+import static org.junit.jupiter.api.Assertions.assertThrows;
+import static org.junit.jupiter.api.Assertions.assertTrue;
+
+import java.nio.file.Path;
+import java.util.List;
+import java.util.Optional;
+import org.junit.jupiter.api.AfterEach;
+import org.junit.jupiter.api.Test;
+import org.junit.jupiter.api.io.TempDir;
+
+/** The channel list's API over the workstation's platform. */
+class HostListsTest {
+    private final VltTvChannelList lists = VltTvChannelList.getInstance();
+
+    @AfterEach
+    void removeLists() {
+        for (int id = 1; id <= 3; id++) {
+            if (lists.exists(id)) {
+                lists.delete(id);
+            }
+        }
+    }
+
+    private static VltTvChannelInfoBase service(String name, int serviceId) {
+        return new VltTvChannelInfoBase()
+                .setBroadcastType(ServiceRecord.BROADCAST_DVB)
+                .setServiceName(name)
+                .setServiceId(serviceId)
+                .setTslRecId(new RecordId(1, serviceId / 100));
+    }
+
+    @Test
+    void aListThatWasNeverOpenedDoesNotExistAndAskingCreatesNothing() {
+        assertFalse(lists.exists(1));
+        assertTrue(lists.getAll(1).isEmpty());
+        assertEquals(Optional.empty(), lists.get(new RecordId(1, 1)));
+        assertFalse(lists.exists(1));
+        lists.open(1);
+        assertTrue(lists.exists(1));
+    }
+
+    @Test
+    void servicesAreAddedReadUpdatedAndRemoved() {
+        lists.open(1);
+        RecordId one = lists.add(1, service("One", 101));
+        RecordId two = lists.add(1, service("Zwei äöü", 102));
+        assertEquals(new RecordId(1, 1), one);
+        assertEquals(List.of("One", "Zwei äöü"), lists.getAll(1).stream().map(ServiceRecord::name).toList());
+
+        lists.update(1, new VltTvChannelInfoBase().setSvlIdSvlRecId(one).setServiceName("Uno").setVnetVisible(true));
+        ServiceRecord updated = lists.get(one).orElseThrow();
+        assertEquals("Uno", updated.name());
+        assertEquals(101, updated.serviceId());
+        assertTrue(updated.visible());
+
+        lists.remove(one);
+        assertEquals(Optional.empty(), lists.get(one));
+        assertEquals(List.of("Zwei äöü"), lists.getAll(1).stream().map(ServiceRecord::name).toList());
+        assertThrows(ChannelListException.class, () -> lists.remove(one));
+        lists.remove(1, new RecordId(7, two.recordId()));
+        assertTrue(lists.getAll(1).isEmpty());
+    }
+
+    @Test
+    void filtersChooseByTransportStreamRecord() {
+        lists.open(1);
+        for (int serviceId : new int[] {101, 202, 102, 203}) {
+            lists.add(1, service("S" + serviceId, serviceId));
+        }
+        assertEquals(List.of(101, 102), lists.byTransportStreamRecord(1, 1).stream().map(ServiceRecord::serviceId).toList());
+        assertEquals(List.of(202, 203), lists.byTransportStreamRecord(1, 2).stream().map(ServiceRecord::serviceId).toList());
+        assertTrue(lists.byTransportStreamRecord(1, 3).isEmpty());
+        assertTrue(lists.byTransportStream(1, 1).isEmpty());
+    }
+
+    @Test
+    void aListIsCopiedAndARecordIsCopiedUnderItsId() {
+        lists.open(1);
+        lists.open(2);
+        lists.add(1, service("One", 101));
+        RecordId two = lists.add(1, service("Two", 102));
+        assertEquals(new RecordId(2, 2), lists.add(2, two));
+        assertThrows(ChannelListException.class, () -> lists.add(2, two));
+        lists.copy(1, 2);
+        assertArrayEquals(lists.getAllBytes(1), lists.getAllBytes(2));
+        lists.clean(2);
+        assertTrue(lists.getAll(2).isEmpty());
+        assertEquals(2, lists.getAll(1).size());
+    }
+
+    @Test
+    void aListIsStoredAndLoadedByteForByte(@TempDir Path folder) {
+        lists.open(1);
+        for (int i = 0; i < 300; i++) {
+            lists.add(1, service("Service " + i, i));
+        }
+        String file = folder.resolve("list").toString();
+        lists.store(1, file);
+        lists.open(3, file);
+        assertArrayEquals(lists.getAllBytes(1), lists.getAllBytes(3));
+        assertEquals(300, lists.getAll(3).size());
+    }
+
+    @Test
+    void anOpenListThatHasRecordsIsNotLoadedAgain(@TempDir Path folder) {
+        lists.open(1);
+        lists.add(1, service("One", 101));
+        String file = folder.resolve("list").toString();
+        lists.store(1, file);
+        lists.add(1, service("Two", 102));
+        lists.open(1, file);
+        assertEquals(2, lists.getAll(1).size());
+        lists.clean(1);
+        lists.open(1, file);
+        assertEquals(List.of("One"), lists.getAll(1).stream().map(ServiceRecord::name).toList());
+    }
+
+    @Test
+    void manyServicesAreUpdatedTogether() {
+        lists.open(1);
+        RecordId one = lists.add(1, service("One", 101));
+        RecordId two = lists.add(1, service("Two", 102));
+        lists.updateAll(1, List.of(
+                new VltTvChannelInfoBase().setSvlIdSvlRecId(one).setLogicalChannelNumber(501),
+                new VltTvChannelInfoBase().setSvlIdSvlRecId(two).setLogicalChannelNumber(502)));
+        assertEquals(List.of(501, 502), lists.getAll(1).stream().map(ServiceRecord::logicalChannelNumber).toList());
+    }
+
+    @Test
+    void aServiceMovedToAnotherListPointsAtItsCompanions() {
+        lists.open(1);
+        lists.open(2);
+        RecordId one = lists.add(1, service("One", 101));
+        lists.add(2, one);
+        lists.update(2, one);
+        ServiceRecord moved = lists.get(new RecordId(2, one.recordId())).orElseThrow();
+        assertEquals(List.of(2, 2, 2), List.of(moved.tslId(), moved.nwlId(), moved.satlId()));
+        assertEquals(1, moved.tslRecordId());
+    }
+
+    @Test
+    void failuresAreExceptionsThatNameTheListAndTheStatus() {
+        ChannelListException failure = assertThrows(ChannelListException.class, () -> lists.delete(77));
+        assertEquals("cannot delete service list 77: is there such a list? (status -22)", failure.getMessage());
+        assertEquals(-22, failure.status());
+        failure = assertThrows(ChannelListException.class, () -> lists.add(77, service("One", 1)));
+        assertEquals("cannot add a service to list 77", failure.getMessage());
+        failure = assertThrows(ChannelListException.class, () -> lists.open(0));
+        assertEquals("cannot open or create service list 0 (status -22)", failure.getMessage());
+    }
+
+    @Test
+    void listIdsCountByTheirLow16Bits() {
+        lists.open(1);
+        lists.add(65537, service("One", 101));
+        assertEquals(1, lists.getAll(1).size());
+        lists.delete(65537);
+        assertFalse(lists.exists(1));
+    }
+}

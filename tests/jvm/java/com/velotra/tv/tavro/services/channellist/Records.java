@@ -1,0 +1,55 @@
+package com.velotra.tv.tavro.services.channellist;
+
+import java.nio.ByteBuffer;
+import java.nio.ByteOrder;
+
+/** Record bytes for tests, written and read by offset. */
+final class Records {
+    private Records() {}
+
+    /** A record in which no two neighbouring bytes are alike, so that a byte that moves shows. */
+    static byte[] patterned() {
+        byte[] record = new byte[ServiceRecord.SIZE];
+        for (int i = 0; i < record.length; i++) {
+            record[i] = (byte) (0x5A + i * 11);
+        }
+        return record;
+    }
+
+    /** A copy with a 16-bit number at an offset. */
+    static byte[] with16(byte[] record, int offset, int value) {
+        byte[] copy = record.clone();
+        view(copy).putShort(offset, (short) value);
+        return copy;
+    }
+
+    /** A copy with a 32-bit number at an offset. */
+    static byte[] with32(byte[] record, int offset, int value) {
+        byte[] copy = record.clone();
+        view(copy).putInt(offset, value);
+        return copy;
+    }
+
+    /** A copy with a byte at an offset. */
+    static byte[] with8(byte[] record, int offset, int value) {
+        byte[] copy = record.clone();
+        copy[offset] = (byte) value;
+        return copy;
+    }
+
+    static int int32(byte[] record, int offset) {
+        return view(record).getInt(offset);
+    }
+
+    static byte[] join(byte[]... records) {
+        ByteBuffer all = ByteBuffer.allocate(records.length * ServiceRecord.SIZE);
+        for (byte[] record : records) {
+            all.put(record);
+        }
+        return all.array();
+    }
+
+    private static ByteBuffer view(byte[] record) {
+        return ByteBuffer.wrap(record).order(ByteOrder.LITTLE_ENDIAN);
+    }
+}
