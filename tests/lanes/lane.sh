@@ -9,4 +9,4 @@ select=()
 # ThreadSanitizer and a Java virtual machine do not get along without suppressions of the latter: that
 # lane runs the C++ tests. Style and layout do not depend on the build.
 [ "$preset" != tsan ] || select=(-R '^(unit|host)\.')
-ctest --test-dir "build/$preset" -L quick -E '^(style|layout)\.' "${select[@]}" --output-on-failure -j 2
+ctest --test-dir "build/$preset" -L quick -E '^(style|layout|library)\.' "${select[@]}" --output-on-failure -j 2

@@ -1,0 +1,208 @@
+package com.velotra.tv.tavro.tool;
+
+import java.io.IOException;
+import java.nio.ByteBuffer;
+import java.nio.charset.CharacterCodingException;
+import java.nio.charset.StandardCharsets;
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.util.ArrayList;
+import java.util.List;
+
+/**
+ * Service lists in the channels.conf form of Debian's vdr package.
+ *
+ * <p>A line is a service: thirteen fields with colons between them,
+ *
+ * <pre>Name,Short;Provider:Frequency:Parameters:Source:SymbolRate:VPID:APIDs:TPID:CAIDs:SID:NID:TID:RID</pre>
+ *
+ * of which older files leave the last one out. A bar in a name stands for a colon. A line that begins with a colon is a
+ * group heading; {@code :@N} in front of its text gives the number N to the service that follows, and the next numbers to
+ * those behind it, up to the next heading with a number. Blank lines and lines that begin with {@code #} say nothing.
+ * A line that is not valid UTF-8 is read as ISO-8859-1, which the older examples are written in.
+ */
+final class ChannelsConf {
+    /** What the first letter of the source says. */
+    enum Medium { SATELLITE, CABLE, TERRESTRIAL }
+
+    /**
+     * One service.
+     *
+     * @param name its name
+     * @param shortName its short name, or empty
+     * @param provider its provider, or empty
+     * @param frequency as the file gives it: its unit depends on medium and age of the file
+     * @param parameters tuning parameters, letters with their values
+     * @param medium satellite, cable or terrestrial
+     * @param source the whole source, as in S19.2E
+     * @param symbolRate in thousands a second
+     * @param videoPid 0 for a service without pictures
+     * @param caIds CA_system_ids (ETSI TS 101 162); none for a service in the clear
+     * @param serviceId service_id
+     * @param networkId original_network_id, or 0
+     * @param transportStreamId transport_stream_id, or 0
+     * @param number the channel number that the file gives, or 0
+     */
+    record Service(
+            String name,
+            String shortName,
+            String provider,
+            int frequency,
+            String parameters,
+            Medium medium,
+            String source,
+            int symbolRate,
+            int videoPid,
+            List<Integer> caIds,
+            int serviceId,
+            int networkId,
+            int transportStreamId,
+            int number) {
+        /** What makes a transport stream: services that agree in it share one. */
+        String transponder() {
+            return source + ":" + frequency + ":" + parameters + ":" + symbolRate;
+        }
+
+        boolean scrambled() {
+            return !caIds.isEmpty();
+        }
+    }
+
+    /** A line that is no service: where it is, and why. */
+    record Malformed(Path file, int line, String reason) {
+        @Override
+        public String toString() {
+            return file + ":" + line + ": " + reason;
+        }
+    }
+
+    private static final int FIELDS = 13;
+    private static final int FIRST_CA_SYSTEM = 0x100; // below are numbers of local devices
+
+    final List<Service> services = new ArrayList<>();
+    final List<Malformed> malformed = new ArrayList<>();
+    int groups;
+    int ignored; // blank lines and comments
+
+    private int nextNumber;
+
+    private ChannelsConf() {}
+
+    /** Reads a file. Malformed lines are collected, not thrown. */
+    static ChannelsConf read(Path file) throws IOException {
+        ChannelsConf conf = new ChannelsConf();
+        byte[] bytes = Files.readAllBytes(file);
+        int line = 0;
+        for (int start = 0; start < bytes.length; ) {
+            int end = start;
+            while (end < bytes.length && bytes[end] != '\n') {
+                end++;
+            }
+            line++;
+            String text = decode(ByteBuffer.wrap(bytes, start, end - start)).stripTrailing();
+            try {
+                conf.take(text);
+            } catch (IllegalArgumentException e) {
+                conf.malformed.add(new Malformed(file, line, e.getMessage()));
+            }
+            start = end + 1;
+        }
+        return conf;
+    }
+
+    private static String decode(ByteBuffer line) {
+        try {
+            return StandardCharsets.UTF_8.newDecoder().decode(line.duplicate()).toString();
+        } catch (CharacterCodingException e) {
+            return StandardCharsets.ISO_8859_1.decode(line).toString();
+        }
+    }
+
+    private void take(String line) {
+        if (line.isBlank() || line.startsWith("#")) {
+            ignored++;
+        } else if (line.startsWith(":")) {
+            takeHeading(line.substring(1));
+        } else {
+            services.add(parse(line, nextNumber));
+            nextNumber = nextNumber == 0 ? 0 : nextNumber + 1;
+        }
+    }
+
+    private void takeHeading(String text) {
+        if (text.startsWith("@")) {
+            String number = text.substring(1).split("\\s", 2)[0];
+            nextNumber = number(number, 10, 1, 0xFFFF, "channel number");
+        }
+        groups++;
+    }
+
+    private static Service parse(String line, int number) {
+        String[] fields = line.split(":", -1);
+        if (fields.length != FIELDS && fields.length != FIELDS - 1) {
+            throw new IllegalArgumentException(
+                    fields.length + " fields instead of " + FIELDS + " with colons between them");
+        }
+        String[] nameAndProvider = fields[0].split(";", 2);
+        String[] names = nameAndProvider[0].split(",", 2);
+        if (names[0].isBlank()) {
+            throw new IllegalArgumentException("the service has no name");
+        }
+        return new Service(
+                text(names, 0),
+                text(names, 1),
+                text(nameAndProvider, 1),
+                number(fields[1], 10, 1, Integer.MAX_VALUE, "frequency"),
+                fields[2],
+                medium(fields[3]),
+                fields[3],
+                number(fields[4], 10, 0, Integer.MAX_VALUE, "symbol rate"),
+                number(fields[5].split("[+=]", 2)[0], 10, 0, 0x1FFF, "video PID"),
+                caIds(fields[8]),
+                number(fields[9], 10, 0, 0xFFFF, "service id"),
+                number(fields[10], 10, 0, 0xFFFF, "network id"),
+                number(fields[11], 10, 0, 0xFFFF, "transport stream id"),
+                number);
+    }
+
+    private static String text(String[] parts, int index) {
+        return index < parts.length ? parts[index].replace('|', ':').strip() : "";
+    }
+
+    private static Medium medium(String source) {
+        if (source.equals("C")) {
+            return Medium.CABLE;
+        }
+        if (source.equals("T")) {
+            return Medium.TERRESTRIAL;
+        }
+        if (source.matches("S\\d+(\\.\\d+)?[EW]")) {
+            return Medium.SATELLITE;
+        }
+        throw new IllegalArgumentException("source '" + source + "' is not C, T or a position as in S19.2E");
+    }
+
+    private static List<Integer> caIds(String field) {
+        List<Integer> ids = new ArrayList<>();
+        for (String id : field.split(",", -1)) {
+            int value = number(id, 16, 0, 0xFFFF, "CA id");
+            if (value >= FIRST_CA_SYSTEM) {
+                ids.add(value);
+            }
+        }
+        return List.copyOf(ids);
+    }
+
+    private static int number(String text, int radix, int least, int most, String what) {
+        try {
+            int value = Integer.parseInt(text, radix);
+            if (value >= least && value <= most) {
+                return value;
+            }
+        } catch (NumberFormatException e) {
+            // Falls through to the message.
+        }
+        throw new IllegalArgumentException(
+                what + " '" + text + "' is not a number from " + least + " to " + most);
+    }
+}

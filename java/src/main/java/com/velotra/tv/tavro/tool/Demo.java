@@ -1,0 +1,186 @@
+package com.velotra.tv.tavro.tool;
+
+import com.velotra.tv.tavro.services.channellist.RecordId;
+import com.velotra.tv.tavro.services.channellist.ServiceRecord;
+import com.velotra.tv.tavro.services.channellist.VltTvChannelInfoBase;
+import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
+import java.io.IOException;
+import java.io.PrintStream;
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.util.ArrayList;
+import java.util.Arrays;
+import java.util.List;
+
+/** The main job from end to end on real service lists, with a check after every step. */
+final class Demo {
+    private static final int SATELLITE = 1;
+    private static final int CABLE = 2;
+    private static final int TERRESTRIAL = 3;
+    private static final int COPY = 4;
+    private static final int LOADED = 5;
+
+    private static final int ROWS = 8;
+
+    private final VltTvChannelList lists;
+    private final Path sources;
+    private final Path work;
+    private final PrintStream out;
+
+    private int step;
+    private int checks;
+    private int failed;
+
+    Demo(VltTvChannelList lists, Path sources, Path work, PrintStream out) {
+        this.lists = lists;
+        this.sources = sources;
+        this.work = work;
+        this.out = out;
+    }
+
+    /** Runs all steps. Returns whether every check passed. */
+    boolean run() throws IOException, InterruptedException {
+        importServices();
+        showTables();
+        editServices();
+        filterServices();
+        copyAndRemove();
+        storeAndLoad();
+        out.println();
+        if (failed == 0) {
+            out.printf("All %d checks passed.%n", checks);
+            out.printf("Look around: TAVRO_HOME=%s ./tavro list %d%n", Storage.directory(), SATELLITE);
+        } else {
+            out.printf("%d of %d checks FAILED.%n", failed, checks);
+        }
+        return failed == 0;
+    }
+
+    private void heading(String text) {
+        out.printf("%n%d. %s%n", ++step, text);
+    }
+
+    private void check(boolean passed, String what, Object... arguments) {
+        checks++;
+        failed += passed ? 0 : 1;
+        out.printf("   %s %s%n", passed ? "ok  " : "FAIL", String.format(what, arguments));
+    }
+
+    private void importServices() throws IOException {
+        heading("Import: every service of three real channel lists goes through nativeAdd");
+        importFile("channels.conf.sat", SATELLITE, "satellite");
+        importFile("channels.conf.cable", CABLE, "cable");
+        importFile("channels.conf.terr", TERRESTRIAL, "terrestrial");
+    }
+
+    private void importFile(String name, int listId, String medium) throws IOException {
+        ChannelsConf conf = ChannelsConf.read(sources.resolve(name));
+        conf.malformed.forEach(line -> out.println("   skipped " + line));
+        lists.open(listId);
+        ServiceImport importer = new ServiceImport(lists, listId, out);
+        importer.addAll(conf.services);
+        out.printf("   list %d, %s: %d services on %d transport streams, %d group headings, %d malformed lines%n",
+                listId, medium, conf.services.size(), importer.transponders(), conf.groups, conf.malformed.size());
+        List<ServiceRecord> stored = lists.getAll(listId);
+        check(stored.size() == conf.services.size(), "list %d holds %d services", listId, stored.size());
+        int same = 0;
+        for (int i = 0; i < Math.min(stored.size(), conf.services.size()); i++) {
+            same += agrees(stored.get(i), conf.services.get(i)) ? 1 : 0;
+        }
+        check(same == conf.services.size(), "%d of them read back as the source has them", same);
+    }
+
+    private static boolean agrees(ServiceRecord stored, ChannelsConf.Service source) {
+        return stored.name().equals(source.name())
+                && stored.shortName().equals(shortened(source.shortName()))
+                && stored.serviceId() == source.serviceId()
+                && stored.serviceType() == (source.videoPid() == 0 ? 2 : 1)
+                && stored.scrambled() == source.scrambled()
+                && stored.caSystemId() == (source.scrambled() ? source.caIds().get(0) : 0)
+                && stored.logicalChannelNumber() == source.number();
+    }
+
+    /** Short names keep 16 bytes. */
+    private static String shortened(String text) {
+        return text.length() <= 16 ? text : text.substring(0, 16);
+    }
+
+    private void showTables() {
+        heading("List: the first services of each list, read under its read lock");
+        for (int listId : new int[] {SATELLITE, CABLE, TERRESTRIAL}) {
+            out.println();
+            ServiceTable.of(lists.getAll(listId), ROWS).lines().forEach(line -> out.println("   " + line));
+        }
+    }
+
+    private void editServices() {
+        heading("Edit: rename one service, number another, hide a third");
+        List<ServiceRecord> before = lists.getAll(SATELLITE);
+        RecordId renamed = idOf(before.get(0));
+        RecordId numbered = idOf(before.get(1));
+        RecordId hidden = idOf(before.get(2));
+        lists.updateAll(SATELLITE, List.of(
+                new VltTvChannelInfoBase().setSvlIdSvlRecId(renamed).setServiceName("My favourite").setVoptChNameEdited(true),
+                new VltTvChannelInfoBase().setSvlIdSvlRecId(numbered).setLogicalChannelNumber(7).setVoptChNumEdited(true)));
+        lists.update(SATELLITE, new VltTvChannelInfoBase().setSvlIdSvlRecId(hidden).setVnetVisible(false));
+
+        List<ServiceRecord> after = lists.getAll(SATELLITE);
+        ServiceTable.of(after, 3).lines().limit(4).forEach(line -> out.println("   " + line));
+        check(after.get(0).name().equals("My favourite"), "%s is called '%s' instead of '%s'", renamed, after.get(0).name(), before.get(0).name());
+        check(after.get(1).logicalChannelNumber() == 7, "%s has the number %d", numbered, after.get(1).logicalChannelNumber());
+        check(before.get(2).visible() && !after.get(2).visible(), "%s is hidden", hidden);
+        check(after.subList(3, after.size()).equals(before.subList(3, before.size())), "the other %d services are as they were", after.size() - 3);
+    }
+
+    private static RecordId idOf(ServiceRecord service) {
+        return new RecordId(SATELLITE, service.recordId());
+    }
+
+    private void filterServices() {
+        heading("Filter: the services of one transport stream");
+        List<ServiceRecord> all = lists.getAll(SATELLITE);
+        int stream = all.get(0).tslRecordId();
+        List<ServiceRecord> expected = all.stream().filter(service -> service.tslRecordId() == stream).toList();
+        List<ServiceRecord> found = lists.byTransportStreamRecord(SATELLITE, stream);
+        ServiceTable.of(found, ROWS).lines().forEach(line -> out.println("   " + line));
+        check(found.equals(expected), "%d services lie on transport stream %d,%d", found.size(), SATELLITE, stream);
+        check(lists.byTransportStreamRecord(SATELLITE, 60000).isEmpty(), "none on a transport stream that there is not");
+    }
+
+    private void copyAndRemove() {
+        heading("Copy and remove: a whole list, one service, and back");
+        lists.open(COPY);
+        lists.copy(CABLE, COPY);
+        byte[] original = lists.getAllBytes(CABLE);
+        check(Arrays.equals(lists.getAllBytes(COPY), original), "list %d is a copy of list %d", COPY, CABLE);
+        ServiceRecord last = lists.getAll(CABLE).get(lists.getAll(CABLE).size() - 1);
+        RecordId id = new RecordId(CABLE, last.recordId());
+        lists.remove(COPY, id);
+        check(lists.get(new RecordId(COPY, last.recordId())).isEmpty(), "%s is gone from list %d", last, COPY);
+        lists.add(COPY, id);
+        check(Arrays.equals(lists.getAllBytes(COPY), original), "and back, copied from list %d under its record id", CABLE);
+    }
+
+    private void storeAndLoad() throws IOException, InterruptedException {
+        heading("Store and load: a list goes to a file and is loaded by a second virtual machine");
+        Path file = work.resolve("satellite.list");
+        Path records = work.resolve("loaded.records");
+        Files.deleteIfExists(records);
+        lists.store(SATELLITE, file.toString());
+        out.printf("   %s: %d bytes%n", file, Files.size(file));
+        check(runSecondMachine(file, records) == 0, "the second virtual machine loaded it into list %d", LOADED);
+        byte[] stored = lists.getAllBytes(SATELLITE);
+        byte[] loaded = Files.exists(records) ? Files.readAllBytes(records) : new byte[0];
+        check(stored.length > 0 && Arrays.equals(stored, loaded), "%d bytes stored and %d loaded: equal byte for byte", stored.length, loaded.length);
+        check(Arrays.equals(lists.getAllBytes(LOADED), stored), "this virtual machine sees list %d as well", LOADED);
+    }
+
+    private static int runSecondMachine(Path file, Path records) throws IOException, InterruptedException {
+        List<String> command = new ArrayList<>();
+        command.add(Path.of(System.getProperty("java.home"), "bin", "java").toString());
+        command.add("-Djava.library.path=" + System.getProperty("java.library.path"));
+        command.addAll(List.of("-cp", System.getProperty("java.class.path"), Main.class.getName(), "load"));
+        command.addAll(List.of(Integer.toString(LOADED), file.toString(), records.toString()));
+        return new ProcessBuilder(command).inheritIO().start().waitFor();
+    }
+}

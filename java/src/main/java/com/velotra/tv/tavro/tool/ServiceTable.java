@@ -1,0 +1,36 @@
+package com.velotra.tv.tavro.tool;
+
+import com.velotra.tv.tavro.services.channellist.ServiceRecord;
+import java.util.List;
+
+/** Services as a table, one a row. */
+final class ServiceTable {
+    private ServiceTable() {}
+
+    /** The first {@code most} services of a list. */
+    static String of(List<ServiceRecord> services, int most) {
+        Table table = new Table(">record", ">LCN", "name", ">service id", "type", "scrambled", "shown", "transport stream");
+        for (ServiceRecord service : services.subList(0, Math.min(most, services.size()))) {
+            table.add(
+                    service.recordId(),
+                    service.logicalChannelNumber() == 0 ? "-" : service.logicalChannelNumber(),
+                    service.name(),
+                    service.serviceId(),
+                    type(service.serviceType()),
+                    service.scrambled() ? "yes" : "no",
+                    service.visible() ? "yes" : "no",
+                    service.transportStream());
+        }
+        int more = services.size() - most;
+        return table + (more > 0 ? "… and " + more + " more" + System.lineSeparator() : "");
+    }
+
+    /** Service types as the library's keys group them. */
+    private static String type(int serviceType) {
+        return switch (serviceType) {
+            case 1, 4, 7 -> "TV";
+            case 2, 5, 8 -> "radio";
+            default -> "other";
+        };
+    }
+}

@@ -1,0 +1,55 @@
+package com.velotra.tv.tavro.tool;
+
+import java.util.ArrayList;
+import java.util.List;
+
+/** Rows of text in columns that are as wide as their widest cell. */
+final class Table {
+    private static final String GAP = "  ";
+
+    private final List<String[]> rows = new ArrayList<>();
+    private final boolean[] right;
+
+    /** A column whose heading begins with {@code >} is set flush right. */
+    Table(String... headings) {
+        right = new boolean[headings.length];
+        String[] row = new String[headings.length];
+        for (int i = 0; i < headings.length; i++) {
+            right[i] = headings[i].startsWith(">");
+            row[i] = right[i] ? headings[i].substring(1) : headings[i];
+        }
+        rows.add(row);
+    }
+
+    void add(Object... cells) {
+        String[] row = new String[right.length];
+        for (int i = 0; i < row.length; i++) {
+            row[i] = cells[i].toString();
+        }
+        rows.add(row);
+    }
+
+    @Override
+    public String toString() {
+        int[] widths = new int[right.length];
+        for (String[] row : rows) {
+            for (int i = 0; i < row.length; i++) {
+                widths[i] = Math.max(widths[i], width(row[i]));
+            }
+        }
+        StringBuilder out = new StringBuilder();
+        for (String[] row : rows) {
+            StringBuilder line = new StringBuilder();
+            for (int i = 0; i < row.length; i++) {
+                String padding = " ".repeat(widths[i] - width(row[i]));
+                line.append(i == 0 ? "" : GAP).append(right[i] ? padding + row[i] : row[i] + padding);
+            }
+            out.append(line.toString().stripTrailing()).append(System.lineSeparator());
+        }
+        return out.toString();
+    }
+
+    private static int width(String text) {
+        return text.codePointCount(0, text.length());
+    }
+}
