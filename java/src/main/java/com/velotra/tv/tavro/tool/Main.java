@@ -4,21 +4,25 @@ import com.velotra.tv.tavro.services.channellist.ChannelListException;
 import com.velotra.tv.tavro.services.channellist.RecordId;
 import com.velotra.tv.tavro.services.channellist.ServiceRecord;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
+import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.concurrent.Callable;
 import picocli.CommandLine;
 import picocli.CommandLine.Command;
 import picocli.CommandLine.ITypeConverter;
+import picocli.CommandLine.Mixin;
 import picocli.CommandLine.Option;
 import picocli.CommandLine.Parameters;
 
 /** The command-line tool. Exit codes: 0 done, 1 could not be done, 2 not understood. */
 @Command(
         name = "tavro",
-        mixinStandardHelpOptions = true,
         description = "Shows what is in channel lists.",
         subcommands = {Main.ListCommand.class, Main.ShowCommand.class, Main.DemoCommand.class, Main.LoadCommand.class})
 public final class Main {
+    @Mixin
+    private HelpOption help;
+
     private Main() {}
 
     /** Runs the tool and ends the virtual machine with its exit code. */
@@ -37,6 +41,12 @@ public final class Main {
                     return 1;
                 })
                 .execute(arguments);
+    }
+
+    /** Every command explains itself. */
+    static final class HelpOption {
+        @Option(names = {"-h", "--help"}, usageHelp = true, description = "Prints this text.")
+        boolean asked;
     }
 
     /** Something that the user asked for and that cannot be done; its message says why. */
@@ -65,19 +75,24 @@ public final class Main {
         Storage.problem(directory).ifPresent(problem -> {
             throw new Failure(problem);
         });
-        VltTvChannelList lists = VltTvChannelList.getInstance();
-        if (!lists.exists(listId)) {
-            throw new Failure("there is no service list " + listId + " in " + directory);
+        // Loading the library over a directory without lists would make an empty database in it.
+        if (Storage.hasLists(directory)) {
+            VltTvChannelList lists = VltTvChannelList.getInstance();
+            if (lists.exists(listId)) {
+                return lists;
+            }
         }
-        return lists;
+        throw new Failure("there is no service list " + listId + " in " + directory);
     }
 
     @Command(
             name = "list",
-            mixinStandardHelpOptions = true,
             description = "Prints the services of a list as a table.",
             footer = {"", "Example: ./tavro list 1"})
     static final class ListCommand implements Callable<Integer> {
+        @Mixin
+        HelpOption help;
+
         @Parameters(paramLabel = "ID", description = "The list, by its number.")
         int listId;
 
@@ -95,10 +110,12 @@ public final class Main {
 
     @Command(
             name = "show",
-            mixinStandardHelpOptions = true,
             description = "Prints one service, decoded field by field.",
             footer = {"", "Example: ./tavro show 1,17 --hex"})
     static final class ShowCommand implements Callable<Integer> {
+        @Mixin
+        HelpOption help;
+
         @Parameters(paramLabel = "LIST,RECORD", description = "The service, by list and record.")
         RecordId id;
 
@@ -146,7 +163,7 @@ public final class Main {
         public Integer call() throws Exception {
             VltTvChannelList lists = VltTvChannelList.getInstance();
             lists.open(listId, file.toString());
-            java.nio.file.Files.write(records, lists.getAllBytes(listId));
+            Files.write(records, lists.getAllBytes(listId));
             return 0;
         }
     }

@@ -19,6 +19,11 @@ final class Storage {
                 .resolve("tavro");
     }
 
+    /** Whether a directory holds lists already. */
+    static boolean hasLists(Path directory) {
+        return Files.exists(directory.resolve("lists.db"));
+    }
+
     /** Why lists cannot be read from a directory; nothing when they can. Nothing is created. */
     static Optional<String> problem(Path directory) {
         String reason = null;

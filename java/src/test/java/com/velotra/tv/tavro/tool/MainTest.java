@@ -1,0 +1,133 @@
+package com.velotra.tv.tavro.tool;
+
+import static org.junit.jupiter.api.Assertions.assertEquals;
+import static org.junit.jupiter.api.Assertions.assertFalse;
+import static org.junit.jupiter.api.Assertions.assertTrue;
+
+import com.velotra.tv.tavro.services.channellist.RecordId;
+import com.velotra.tv.tavro.services.channellist.VltTvChannelInfoBase;
+import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
+import java.io.IOException;
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.util.ArrayList;
+import java.util.List;
+import org.junit.jupiter.api.Test;
+import org.junit.jupiter.api.io.TempDir;
+
+/** The command line, each command in a virtual machine of its own. */
+class MainTest {
+    private static final String USAGE_LIST =
+            """
+            Usage: tavro list [-h] [--first=N] ID
+            """;
+
+    @TempDir
+    Path folder;
+
+    private record Result(int exit, String out, String err) {}
+
+    private Result run(Path home, String... arguments) throws IOException, InterruptedException {
+        List<String> command = new ArrayList<>(List.of(
+                Path.of(System.getProperty("java.home"), "bin", "java").toString(),
+                "-Djava.library.path=" + System.getProperty("java.library.path"),
+                "-cp", System.getProperty("java.class.path"), Main.class.getName()));
+        command.addAll(List.of(arguments));
+        Path out = folder.resolve("out");
+        Path err = folder.resolve("err");
+        ProcessBuilder builder = new ProcessBuilder(command).redirectOutput(out.toFile()).redirectError(err.toFile());
+        builder.environment().put("TAVRO_HOME", home.toString());
+        int exit = builder.start().waitFor();
+        return new Result(exit, Files.readString(out), Files.readString(err));
+    }
+
+    private static Path storage() {
+        return Path.of(System.getenv("TAVRO_HOME"));
+    }
+
+    @Test
+    void listAndShowPrintServices() throws Exception {
+        VltTvChannelList lists = VltTvChannelList.getInstance();
+        lists.open(1);
+        lists.clean(1);
+        VltTvChannelInfoBase info = new VltTvChannelInfoBase()
+                .setBroadcastType(2).setServiceType(1).setServiceName("Uno").setServiceId(101).setTslRecId(new RecordId(1, 4));
+        lists.add(1, info);
+        lists.add(1, info.setServiceName("Zwölf Töne").setServiceType(2).setLogicalChannelNumber(12).setVnetScrambled(true));
+
+        Result list = run(storage(), "list", "1");
+        assertEquals(
+                """
+                record  LCN  name        service id  type   scrambled  shown  transport stream
+                     1    -  Uno                101  TV     no         no     1,4
+                     2   12  Zwölf Töne         101  radio  yes        no     1,4
+                2 services
+                """,
+                list.out());
+        assertEquals(0, list.exit());
+        assertTrue(run(storage(), "list", "--first", "1", "1").out().contains("… and 1 more"));
+
+        Result show = run(storage(), "show", "1,2");
+        assertEquals(0, show.exit());
+        assertTrue(show.out().contains("\nname                           \"Zwölf Töne\"\n"), show.out());
+        assertFalse(show.out().contains("0000  "));
+        assertTrue(run(storage(), "show", "1,2", "--hex").out().contains("\n0000  02 00 "));
+    }
+
+    @Test
+    void anUnknownListOrRecordEndsWithOneAndCreatesNothing() throws Exception {
+        VltTvChannelList.getInstance().open(2);
+        assertEquals(new Result(1, "", "tavro: there is no service list 99 in " + storage() + "\n"), run(storage(), "list", "99"));
+        assertEquals(new Result(1, "", "tavro: there is no service list 99 in " + storage() + "\n"), run(storage(), "show", "99,1"));
+        assertEquals(new Result(1, "", "tavro: list 2 has no record 5\n"), run(storage(), "show", "2,5"));
+        assertFalse(VltTvChannelList.getInstance().exists(99));
+    }
+
+    @Test
+    void aStorageDirectoryThatIsEmptyStaysEmpty() throws Exception {
+        Path home = Files.createDirectory(folder.resolve("home"));
+        assertEquals(new Result(1, "", "tavro: there is no service list 1 in " + home + "\n"), run(home, "list", "1"));
+        assertEquals(0, home.toFile().list().length);
+    }
+
+    @Test
+    void aStorageDirectoryThatCannotBeReadIsToldWithTheReason() throws Exception {
+        Path missing = folder.resolve("missing");
+        String remedy = "; set TAVRO_HOME to the one that holds your lists\n";
+        assertEquals(
+                new Result(1, "", "tavro: cannot read the storage directory " + missing + ": there is no such directory" + remedy),
+                run(missing, "list", "1"));
+        assertFalse(Files.exists(missing));
+        Path file = Files.writeString(folder.resolve("file"), "text");
+        assertEquals(
+                new Result(1, "", "tavro: cannot read the storage directory " + file + ": it is not a directory" + remedy),
+                run(file, "show", "1,1"));
+    }
+
+    @Test
+    void aDamagedDatabaseIsToldWithItsPathAndStaysAsItIs() throws Exception {
+        Path database = Files.writeString(Files.createDirectory(folder.resolve("damaged")).resolve("lists.db"), "no database");
+        Result result = run(database.getParent(), "list", "1");
+        assertEquals(1, result.exit());
+        assertTrue(result.err().contains(database + " fails: file is not a database"), result.err());
+        assertEquals("no database", Files.readString(database));
+    }
+
+    @Test
+    void whatIsNotUnderstoodEndsWithTwoAndTheUsage() throws Exception {
+        Result badId = run(storage(), "show", "17");
+        assertEquals(2, badId.exit());
+        assertTrue(badId.err().contains("'17' is not a record identifier; write list and record as in 3,17"), badId.err());
+        assertEquals(2, run(storage(), "list", "x").exit());
+        assertEquals(2, run(storage(), "nonsense").exit());
+    }
+
+    @Test
+    void everyCommandExplainsItself() throws Exception {
+        Result help = run(storage(), "list", "--help");
+        assertEquals(0, help.exit());
+        assertTrue(help.out().startsWith(USAGE_LIST), help.out());
+        assertTrue(help.out().contains("Example: ./tavro list 1"), help.out());
+        assertTrue(run(storage(), "show", "--help").out().contains("Example: ./tavro show 1,17 --hex"));
+    }
+}
