@@ -1,0 +1,227 @@
+// How the channel list store loads a list from its file, and what it puts in place of one that it cannot load.
+#include "store_test_support.h"
+
+namespace script = tavro::script;
+
+namespace {
+
+using namespace tavro::test;
+
+class ChannelListLoading : public StoreTest {
+protected:
+    ChannelListLoading() : StoreTest(kServices) {}
+
+    NativeVltTvChannelList manager;
+};
+
+// The course of open with a path while the list is open.
+class ChannelListReopened : public ChannelListLoading {
+protected:
+    const Steps counting = debug("#[open]: mwdbId = 5 path = /data/scan_cable.bin \n") + found(5) +
+                           debug("#[getInfoListNum]: mwdbId = 65541 \n") +
+                           call("get_num_rec_by_brdcst_type(@5, 0, 0xffffffff)");
+    const Steps loading = call("fs_sync(@5, 0, \"/data/scan_cable.bin\", 5)");
+
+    int reopen() { return manager.open(5, "/data/scan_cable.bin"); }
+};
+
+TEST_F(ChannelListReopened, AListWithRecordsIsLeftAsItIs) {
+    for (const std::uint32_t count : {1U, 65535U}) {
+        start(kEveryLine);
+        given_open(5);
+        answer("get_num_rec_by_brdcst_type", with_value(0, count));
+        EXPECT_EQ(reopen(), 0);
+        expect_journal(counting);
+    }
+}
+
+TEST_F(ChannelListReopened, AListWithoutRecordsIsLoadedAndNeverSeeded) {
+    given_open(5);
+    for (const MwStatus status : {0, -8, -3}) {
+        answer("fs_sync", status);
+        EXPECT_EQ(reopen(), 0);
+        expect_journal(counting + loading);
+    }
+    expect_open_lists({{5, handle(5)}});
+}
+
+TEST_F(ChannelListReopened, AListThatCannotBeCountedIsLoaded) {
+    given_open(5);
+    answer("get_num_rec_by_brdcst_type", with_value(-3, 12));
+    EXPECT_EQ(reopen(), 0);
+    expect_journal(counting + loading);
+}
+
+TEST_F(ChannelListReopened, AFileThatIsNoListIsPreparedWithoutALine) {
+    for (const MwStatus prepared : {0, -1}) {
+        start(kEveryLine);
+        given_open(5);
+        answer("fs_sync", -12);
+        script::answer("fs_raw_init", script::Answer{prepared});
+        EXPECT_EQ(reopen(), 0);
+        expect_journal(counting + loading + file_call("fs_raw_init(0, \"/data/scan_cable.bin\")"));
+    }
+}
+
+TEST_F(ChannelListReopened, TheListIdIsCutToSixteenBits) {
+    given_open(5);
+    EXPECT_EQ(manager.open(65541, "/data/scan_cable.bin"), 0);
+    Steps steps = counting + loading;
+    steps.front() = debug("#[open]: mwdbId = 65541 path = /data/scan_cable.bin \n").front();
+    expect_journal(steps);
+}
+
+TEST_F(ChannelListReopened, AListRecordedWithHandleZeroIsNotCountedButLoaded) {
+    given_handle(5, 0);
+    EXPECT_EQ(reopen(), 0);
+    expect_journal(debug("#[open]: mwdbId = 5 path = /data/scan_cable.bin \n") + found(5, 0) +
+                   debug("#[getInfoListNum]: mwdbId = 0 \n") + call("fs_sync(0x0, 0, \"/data/scan_cable.bin\", 5)"));
+}
+
+// The course of open with a path whose file cannot be loaded.
+class ChannelListSeeding : public ChannelListLoading {
+protected:
+    static constexpr MwStatus kNoCache = -8;
+
+    // List 2 is opened and loaded from `path`.
+    Steps loading(const std::string& path) const {
+        return debug("#[open]: mwdbId = 2 path = " + path + " \n") + call("open(2, 0, 0)") +
+               call("fs_sync(@2, 0, \"" + path + "\", 2)") + recorded(2);
+    }
+    Steps prepared(const std::string& path) const {
+        return file_call("fs_raw_init(0, \"" + path + "\")") +
+               error("#[open]: init current path  ps_svl_path " + path + " \n");
+    }
+    Steps look(const std::string& cache, MwStatus found = 0) const {
+        return file_call("fs_raw_qry_fpath(0, \"" + cache + "\")") +
+               error("#[open]: find cache path, i4_ret " + std::to_string(found) + "\n");
+    }
+    Steps seeding(const std::string& cache, const std::string& path, const std::string& at = "@2") const {
+        return error("#[open]: Try to copy cache! \n") + file_call("fs_raw_init(0, \"" + cache + "\")") +
+               file_call("fs_raw_copy(0, \"" + cache + "\", 0, \"" + path + "\")") +
+               call("fs_sync(" + at + ", 0, \"" + cache + "\", 2)") + error("#[open]:copy ps_svl_path2 " + path + "\n");
+    }
+    Steps deletion(const std::string& cache, MwStatus status = 0) const {
+        return file_call("x_fm_delete_file(0, \"" + cache + "\")") +
+               error("#[open]: cache file deleted! i4_ret" + std::to_string(status) + " \n");
+    }
+    static void file_answer(const std::string& call, MwStatus status) { script::answer(call, script::Answer{status}); }
+
+    const std::string cable = "/cache/scan_cable.bin";
+    const std::string terrestrial = "/cache/scan_terrestrial.bin";
+    const std::string path = "/data/scan_cable_1.bin";
+};
+
+TEST_F(ChannelListSeeding, AFileThatIsNoListIsReplacedByTheCacheWhichIsThenDeleted) {
+    for (const char* property : {kEveryLine, kErrorLines, kNoLine}) {
+        start(property);
+        answer("fs_sync", -12);
+        EXPECT_EQ(manager.open(2, path), 0);
+        expect_journal(loading(path) + prepared(path) + look(cable) + seeding(cable, path) + deletion(cable));
+        expect_open_lists({{2, handle(2)}});
+        EXPECT_EQ(manager.getPath(), path);
+    }
+}
+
+TEST_F(ChannelListSeeding, AMissingFileIsReplacedByTheCacheWithoutBeingPrepared) {
+    answer("fs_sync", -8);
+    EXPECT_EQ(manager.open(2, path), 0);
+    expect_journal(loading(path) + look(cable) + seeding(cable, path) + deletion(cable));
+}
+
+TEST_F(ChannelListSeeding, AFileThatCannotBePreparedIsNotToldButSeededAllTheSame) {
+    answer("fs_sync", -12);
+    file_answer("fs_raw_init", -1);
+    EXPECT_EQ(manager.open(2, path), 0);
+    expect_journal(loading(path) + file_call("fs_raw_init(0, \"" + path + "\")") + look(cable) + seeding(cable, path) +
+                   deletion(cable));
+}
+
+TEST_F(ChannelListSeeding, ThePathChoosesTheCacheOrNone) {
+    const struct {
+        const char* path;
+        const std::string cache;
+    } cases[] = {
+        {"/data/scan_cable.bin", cable}, {"/cable/scan_1.bin", cable}, // "cable" may stand anywhere
+        {"cablescan_", cable},           {"/data/scan_1.bin", terrestrial}, {"/data/scan_Cable.bin", terrestrial},
+        {"scan_", terrestrial},          {"/data/cable.bin", ""},           {"/data/scan-cable.bin", ""},
+        {"/data/SCAN_cable.bin", ""},
+    };
+    for (const auto& c : cases) {
+        start(kEveryLine);
+        answer("fs_sync", -8);
+        EXPECT_EQ(manager.open(2, c.path), 0);
+        expect_journal(loading(c.path) +
+                       (c.cache.empty() ? Steps{} : look(c.cache) + seeding(c.cache, c.path) + deletion(c.cache)));
+    }
+}
+
+TEST_F(ChannelListSeeding, AFileThatIsNoListAndNamesNoScanIsOnlyPrepared) {
+    answer("fs_sync", -12);
+    EXPECT_EQ(manager.open(2, "/data/cable.bin"), 0);
+    expect_journal(loading("/data/cable.bin") + prepared("/data/cable.bin"));
+}
+
+TEST_F(ChannelListSeeding, AListThatIsLoadedOrFailsOtherwiseIsNotSeeded) {
+    for (const MwStatus status : {0, -3, -6, -11}) {
+        start(kEveryLine);
+        answer("fs_sync", status);
+        EXPECT_EQ(manager.open(2, path), 0);
+        expect_journal(loading(path));
+    }
+}
+
+TEST_F(ChannelListSeeding, WithoutACacheFileNothingIsCopied) {
+    for (const MwStatus found : {kNoCache, 1}) {
+        start(kErrorLines);
+        answer("fs_sync", -8);
+        file_answer("fs_raw_qry_fpath", found);
+        EXPECT_EQ(manager.open(2, path), 0);
+        expect_journal(loading(path) + look(cable, found));
+    }
+}
+
+TEST_F(ChannelListSeeding, ACacheThatCannotBeLoadedIsKept) {
+    for (const MwStatus status : {-8, -12, -3}) {
+        start(kEveryLine);
+        answer("fs_sync", -8);
+        answer("fs_sync", status);
+        EXPECT_EQ(manager.open(2, path), 0);
+        expect_journal(loading(path) + look(cable) + seeding(cable, path));
+        expect_open_lists({{2, handle(2)}});
+    }
+}
+
+TEST_F(ChannelListSeeding, PreparingCopyingAndDeletingTheCacheMayFail) {
+    answer("fs_sync", -8);
+    file_answer("fs_raw_init", -1);
+    file_answer("fs_raw_copy", -2);
+    file_answer("x_fm_delete_file", -5);
+    EXPECT_EQ(manager.open(2, path), 0);
+    expect_journal(loading(path) + look(cable) + seeding(cable, path) + deletion(cable, -5));
+}
+
+TEST_F(ChannelListSeeding, AFailedCreateTooIsAnsweredByTheCacheWithoutAHandle) {
+    const Steps creating = debug("#[open]: mwdbId = 2 path = " + path + " \n") + call("open(2, 0, 0)") +
+                           call("create(\"fs_Svl_1\", 2, 1, 16, 0, 0)");
+    for (const MwStatus status : {-8, -12, -7}) {
+        start(kEveryLine);
+        answer("open", -7);
+        answer("create", status);
+        EXPECT_EQ(manager.open(2, path), 0);
+        expect_journal(creating + (status == -12 ? prepared(path) : Steps{}) +
+                       (status == -7 ? Steps{} : look(cable) + seeding(cable, path, "0x0") + deletion(cable)));
+        expect_open_lists({});
+    }
+}
+
+TEST_F(ChannelListSeeding, ListZeroFailsBeforeItIsSeeded) {
+    answer("fs_sync", -12);
+    EXPECT_EQ(manager.open(65536, path), -22);
+    expect_journal(debug("#[open]: mwdbId = 65536 path = " + path + " \n") + call("open(0, 0, 0)") +
+                   call("fs_sync(@0, 0, \"" + path + "\", 0)"));
+    expect_open_lists({});
+    EXPECT_EQ(manager.getPath(), path);
+}
+
+} // namespace

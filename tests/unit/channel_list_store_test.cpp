@@ -1,0 +1,318 @@
+// What the channel list store does unlike the others.
+#include "store_test_support.h"
+
+namespace script = tavro::script;
+
+namespace {
+
+using namespace tavro::test;
+
+class ChannelListStore : public StoreTest {
+protected:
+    ChannelListStore() : StoreTest(kServices) {}
+
+    Steps entry(const std::string& operation, int id = 5) const {
+        return debug("#[" + operation + "]: mwdbId = " + std::to_string(id) + " \n");
+    }
+    // A trace of the sample under that record id.
+    Steps told(const std::string& operation, int record_id = 17) const {
+        return debug("#[" + operation + "]:rec_id:" + std::to_string(record_id) + " ui2_prog_id:258 ac_name:Name\n");
+    }
+
+    // Calls with the sample under that record id, and the bytes that the record has afterwards.
+    template <class Call>
+    int with_sample(Call call) {
+        _SVL_REC_T record = {};
+        std::memcpy(&record, sample.data(), sizeof(record));
+        const int result = call(&record);
+        after.assign(sizeof(record), std::byte{0});
+        std::memcpy(after.data(), &record, sizeof(record));
+        return result;
+    }
+    Bytes sample_as(std::uint16_t record_id) const {
+        Bytes record = sample;
+        put16(record, 0, record_id);
+        return record;
+    }
+    int add(int id) {
+        return with_sample([&](_SVL_REC_T* record) { return manager.addInfo(id, record); });
+    }
+    int copy(int id) {
+        return with_sample([&](_SVL_REC_T* record) { return manager.copyInfo(id, record); });
+    }
+
+    NativeVltTvChannelList manager;
+    const Bytes sample = kind.sample();
+    Bytes after;
+};
+
+TEST_F(ChannelListStore, ThePathIsTheOneLastSet) {
+    EXPECT_EQ(manager.getPath(), "");
+    manager.setPath("/data/a.bin");
+    EXPECT_EQ(manager.getPath(), "/data/a.bin");
+    manager.setPath("");
+    EXPECT_EQ(manager.getPath(), "");
+    EXPECT_EQ(NativeVltTvChannelList().getPath(), "");
+    expect_journal({});
+}
+
+TEST_F(ChannelListStore, OpenWithAPathSetsThePathFirstAlsoWhenItFails) {
+    std::string path_at_open;
+    script::observe([&](const std::string& text) {
+        if (text.rfind("x_svl_open", 0) == 0) {
+            path_at_open = manager.getPath();
+        }
+    });
+    EXPECT_EQ(manager.open(0, "/data/a.bin"), -22);
+    EXPECT_EQ(path_at_open, "/data/a.bin");
+    EXPECT_EQ(manager.getPath(), "/data/a.bin");
+    given_open(5);
+    EXPECT_EQ(manager.open(5, "/data/b.bin"), 0);
+    EXPECT_EQ(manager.getPath(), "/data/b.bin");
+}
+
+TEST_F(ChannelListStore, OpenWithAnEmptyPathLeavesThePathAlone) {
+    manager.setPath("/data/a.bin");
+    EXPECT_EQ(manager.open(5, ""), -22);
+    EXPECT_EQ(manager.getPath(), "/data/a.bin");
+}
+
+TEST_F(ChannelListStore, ThePathBelongsToOneManagerAndNeitherOpenNorStoreChangesIt) {
+    NativeVltTvChannelList other;
+    manager.setPath("/data/a.bin");
+    EXPECT_EQ(manager.open(5), 0);
+    EXPECT_EQ(manager.store(5, "/data/b.bin"), 0);
+    EXPECT_EQ(manager.getPath(), "/data/a.bin");
+    EXPECT_EQ(other.getPath(), "");
+}
+
+TEST_F(ChannelListStore, OpenTmpGivesAHandleThatIsNotRecorded) {
+    EXPECT_EQ(manager.openTmp(5), 0x10005U);
+    expect_journal(entry("openTmp") + call("open(5, 0, 0)") + debug("#[openTmp]: mwdbId = 5 set handle ok \n"));
+    given_open(5); // a list that is open is opened once more
+    answer("open", with_value(0, 0x77));
+    EXPECT_EQ(manager.openTmp(65541), 0x77U);
+    expect_journal(entry("openTmp", 65541) + call("open(5, 0, 0)") +
+                   debug("#[openTmp]: mwdbId = 65541 set handle ok \n"));
+    EXPECT_EQ(manager.openTmp(0), 0x10000U);
+    expect_journal(entry("openTmp", 0) + call("open(0, 0, 0)") + debug("#[openTmp]: mwdbId = 0 set handle ok \n"));
+    expect_open_lists({{5, handle(5)}});
+}
+
+TEST_F(ChannelListStore, OpenTmpOfAListThatDoesNotExistGivesZeroAndCreatesNone) {
+    answer("open", with_value(-7, 0x77));
+    EXPECT_EQ(manager.openTmp(5), 0U);
+    expect_journal(entry("openTmp") + call("open(5, 0, 0)"));
+}
+
+TEST_F(ChannelListStore, CloseTmpClosesTheHandleAndLeavesTheMapAlone) {
+    given_open(5);
+    EXPECT_EQ(manager.closeTmp(handle(5)), 0);
+    expect_journal(debug("#[closeTmp]:\n") + call("close(@5)") + debug("#[closeTmp]: mwdbId = 65541 set handle ok \n"));
+    answer("close", -3);
+    EXPECT_EQ(manager.closeTmp(0), -22);
+    expect_journal(debug("#[closeTmp]:\n") + call("close(0x0)"));
+    expect_open_lists({{5, handle(5)}});
+}
+
+TEST_F(ChannelListStore, TheReadLocksTakeAHandleAndPassItOnUntested) {
+    for (const unsigned int any : {0x10005U, 0U, 0xFFFFFFFFU}) {
+        const std::string at = any == 0 ? "0x0" : any == 0x10005 ? "0x10005" : "0xffffffff";
+        EXPECT_EQ(manager.readLockSvl(any), 0);
+        EXPECT_EQ(manager.unReadLockSvl(any), 0);
+        answer("read_lock", -3);
+        answer("read_unlock", -3);
+        EXPECT_EQ(manager.readLockSvl(any), -22);
+        EXPECT_EQ(manager.unReadLockSvl(any), -22);
+        const Steps both = call("read_lock(" + at + ")") + call("read_unlock(" + at + ")");
+        expect_journal(both + both);
+    }
+}
+
+TEST_F(ChannelListStore, AddInfoOverwritesTheRecordsIdWithTheNextOneWithoutALock) {
+    given_open(5);
+    for (const std::uint16_t next : {0, 1, 1207, 65534}) {
+        answer("qry_rec_id", with_value(0, next));
+        EXPECT_EQ(add(5), 0);
+        expect_journal(entry("addInfo") + found(5) + call("qry_rec_id(@5, 3)") + told("addInfo", next) +
+                       call("add_rec(@5, record)", sample_as(next)));
+        EXPECT_EQ(after, sample_as(next));
+    }
+}
+
+TEST_F(ChannelListStore, AddInfoFailsWhenTheListOffersNoId) {
+    given_open(5);
+    for (const auto& offer : {with_value(0, 65535), with_value(-3, 1), with_value(-6, 0), with_value(-11, 1)}) {
+        answer("qry_rec_id", offer);
+        EXPECT_EQ(add(5), -22);
+        expect_journal(entry("addInfo") + found(5) + call("qry_rec_id(@5, 3)"));
+        EXPECT_EQ(after, sample);
+    }
+}
+
+TEST_F(ChannelListStore, AddInfoFailsWhenTheMiddlewareRefusesTheRecord) {
+    given_open(5);
+    for (const MwStatus status : {-3, -11}) { // a taken id is not written over
+        answer("qry_rec_id", with_value(0, 40));
+        answer("add_rec", status);
+        EXPECT_EQ(add(5), -22);
+        expect_journal(entry("addInfo") + found(5) + call("qry_rec_id(@5, 3)") + told("addInfo", 40) +
+                       call("add_rec(@5, record)", sample_as(40)));
+    }
+}
+
+TEST_F(ChannelListStore, AddInfoToHandleZeroAsksForAnIdAndSucceedsWithoutAdding) {
+    given_handle(5, 0);
+    answer("qry_rec_id", with_value(0, 40));
+    EXPECT_EQ(add(5), 0);
+    expect_journal(entry("addInfo") + found(5, 0) + call("qry_rec_id(0x0, 3)") + told("addInfo", 40));
+    EXPECT_EQ(after, sample_as(40));
+}
+
+TEST_F(ChannelListStore, CopyInfoKeepsTheRecordAsItIs) {
+    given_open(5);
+    EXPECT_EQ(copy(5), 0);
+    expect_journal(entry("copyInfo") + found(5) + call("add_rec(@5, record)", sample) +
+                   debug("[copyInfo]: x_svl_add_rec OK , svl_rec_id=17  \n"));
+    EXPECT_EQ(after, sample);
+}
+
+TEST_F(ChannelListStore, CopyInfoThatTheMiddlewareRefusesSaysSoAndReplacesNothing) {
+    given_open(5);
+    for (const MwStatus status : {-3, -11}) {
+        answer("add_rec", status);
+        EXPECT_EQ(copy(5), -22);
+        expect_journal(entry("copyInfo") + found(5) + call("add_rec(@5, record)", sample) +
+                       debug("[copyInfo]: fail \n"));
+    }
+}
+
+TEST_F(ChannelListStore, CopyInfoOfNoRecordOrToHandleZeroSaysThatItFailedWithoutACall) {
+    given_open(5);
+    EXPECT_EQ(manager.copyInfo(5, nullptr), -22);
+    expect_journal(entry("copyInfo") + found(5) + debug("[copyInfo]: fail \n"));
+    given_handle(6, 0);
+    EXPECT_EQ(copy(6), -22);
+    expect_journal(entry("copyInfo", 6) + found(6, 0) + debug("[copyInfo]: fail \n"));
+}
+
+TEST_F(ChannelListStore, AddsAndCopiesOpenAListThatIsNotOpenButCreateNone) {
+    for (const char* property : {kEveryLine, kNoLine}) {
+        start(property);
+        EXPECT_EQ(add(5), 0);
+        expect_journal(entry("addInfo") + opened(5) + call("qry_rec_id(@5, 3)") + told("addInfo", 1) +
+                       call("add_rec(@5, record)", sample_as(1)));
+        EXPECT_EQ(copy(6), 0);
+        expect_journal(entry("copyInfo", 6) + opened(6) + call("add_rec(@6, record)", sample) +
+                       debug("[copyInfo]: x_svl_add_rec OK , svl_rec_id=17  \n"));
+        always("open", -7);
+        EXPECT_EQ(add(7), -22);
+        EXPECT_EQ(copy(7), -22);
+        expect_journal(entry("addInfo", 7) + call("open(7, 0, 0)") + entry("copyInfo", 7) + call("open(7, 0, 0)"));
+        EXPECT_EQ(add(65536), -22);
+        EXPECT_EQ(copy(0), -22);
+        expect_journal(entry("addInfo", 65536) + call("open(0, 0, 0)") + entry("copyInfo", 0) + call("open(0, 0, 0)"));
+    }
+}
+
+TEST_F(ChannelListStore, GetInfoGivesTheRecordOfTheIdCutToSixteenBits) {
+    given_open(5);
+    answer("get_rec", with_record(0, sample));
+    EXPECT_EQ(with_sample([&](_SVL_REC_T* record) {
+                  *record = {};
+                  return manager.getInfo(5, 65553, record);
+              }),
+              0);
+    expect_journal(debug("#[getInfo]: mwdbId = 5 recId = 65553\n") + found(5) + call("get_rec(@5, 17)") +
+                   told("getInfo"));
+    EXPECT_EQ(after, sample);
+}
+
+TEST_F(ChannelListStore, GetInfoByIdxReadsByBroadcastTypeAmongEveryRecord) {
+    int version = 0;
+    answer("get_rec_by_brdcst_type", with_record(0, sample, 9));
+    const auto read = [&](int index, unsigned int at) {
+        return with_sample([&](_SVL_REC_T* record) {
+            *record = {};
+            return manager.getInfoByIdx(index, at, &version, record);
+        });
+    };
+    EXPECT_EQ(read(65539, 0x10005), 0);
+    expect_journal(call("get_rec_by_brdcst_type(@5, 0, 0xffffffff, 3)"));
+    EXPECT_EQ(after, sample);
+    EXPECT_EQ(version, 9);
+    answer("get_rec_by_brdcst_type", -3);
+    EXPECT_EQ(read(-1, 0x10005), -22);
+    expect_journal(call("get_rec_by_brdcst_type(@5, 0, 0xffffffff, 65535)"));
+    EXPECT_EQ(read(3, 0), -22);
+    expect_journal({});
+}
+
+TEST_F(ChannelListStore, GetInfoByIdxReadsByTransportStream) {
+    int version = 0;
+    answer("get_rec_by_ts", with_record(0, sample, 9));
+    const auto read = [&](int key1, int key2, int index, unsigned int at) {
+        return with_sample([&](_SVL_REC_T* record) {
+            *record = {};
+            return manager.getInfoByIdx(key1, key2, index, at, &version, record);
+        });
+    };
+    EXPECT_EQ(read(65537, -2, 65539, 0x10005), 0);
+    expect_journal(call("get_rec_by_ts(@5, 1, 65534, 0xffffffff, 3)"));
+    EXPECT_EQ(after, sample);
+    EXPECT_EQ(version, 9);
+    answer("get_rec_by_ts", -3);
+    EXPECT_EQ(read(1, 2, 3, 0x10005), -22);
+    expect_journal(call("get_rec_by_ts(@5, 1, 2, 0xffffffff, 3)"));
+    EXPECT_EQ(read(1, 2, 3, 0), -22);
+    expect_journal({});
+}
+
+TEST_F(ChannelListStore, GetInfoListNumCountsEveryRecordOfAHandle) {
+    answer("get_num_rec_by_brdcst_type", with_value(0, 65535));
+    EXPECT_EQ(manager.getInfoListNum(0x10005), 65535);
+    answer("get_num_rec_by_brdcst_type", with_value(-3, 12));
+    EXPECT_EQ(manager.getInfoListNum(0x10005), 0);
+    const Steps counting = entry("getInfoListNum", 65541) + call("get_num_rec_by_brdcst_type(@5, 0, 0xffffffff)");
+    expect_journal(counting + counting);
+    EXPECT_EQ(manager.getInfoListNum(0), 0);
+    expect_journal(entry("getInfoListNum", 0));
+}
+
+TEST_F(ChannelListStore, GetInfoListNumCountsTheRecordsOfATransportStream) {
+    answer("get_num_rec_by_ts", with_value(0, 65535));
+    EXPECT_EQ(manager.getInfoListNum(0x10005, 65537, -2), 65535);
+    answer("get_num_rec_by_ts", with_value(-3, 12));
+    EXPECT_EQ(manager.getInfoListNum(0x10005, 1, 65534), 0);
+    const Steps counting = entry("getInfoListNum", 65541) + call("get_num_rec_by_ts(@5, 1, 65534, 0xffffffff)");
+    expect_journal(counting + counting);
+    EXPECT_EQ(manager.getInfoListNum(0, 1, 2), 0);
+    expect_journal(entry("getInfoListNum", 0));
+}
+
+TEST_F(ChannelListStore, GetInfoListAndUpdateInfoListAreSilentPlaceholders) {
+    for (const int id : {5, 0}) {
+        EXPECT_EQ(manager.getInfoList(id), 0);
+        EXPECT_EQ(manager.updateInfoList(id), -22);
+    }
+    expect_journal({});
+    expect_open_lists({});
+}
+
+TEST_F(ChannelListStore, TheSharedTranscriptsReadAsTheyStand) {
+    given_open(1);
+    EXPECT_EQ(manager.clean(1), 0);
+    EXPECT_EQ(manager.open(5), 0);
+    const std::string start = "log 3 NativeVltTvChannelList_Cpp: [NativeVltTvChannelList]";
+    expect_journal({{"log 3 NativeVltTvChannelList_Cpp: [NativeVltChannelList][clean]: mwdbId = 1 \n"}, // without "Tv"
+                    {start + "[getMwdbHandle]: mwdbId = 1 mwdbHandle:0x10001\n"},
+                    {"x_svl_lock(0x10001)"},
+                    {"x_svl_clean(0x10001)"},
+                    {"x_svl_unlock(0x10001)"},
+                    {start + "[open]: mwdbId = 5 \n"},
+                    {"x_svl_open(5, 0, 0)"},
+                    {start + "[setMwdbHandle]: mwdbId = 5 mwdbHandle:0x10005\n"},
+                    {start + "[open]: mwdbId = 5 set handle ok \n"}});
+}
+
+} // namespace
