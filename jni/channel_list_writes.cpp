@@ -2,6 +2,7 @@
 
 #include "jni/channel_list_bridge.h"
 #include "jni/channel_record.h"
+#include "jni/list_lock.h"
 #include "jni/log_gate.h"
 #include "jni/managers.h"
 #include "jni/record_id.h"
@@ -13,28 +14,11 @@ using tavro::RecordObject;
 
 namespace {
 
-// The write lock of a list, for the length of a scope.
-class WriteLock {
-public:
-    explicit WriteLock(int mwdbId) : mwdbId_(mwdbId) { chList->lockSvl(mwdbId_); }
-    ~WriteLock() {
-        if (!left_locked_) {
-            chList->unLockSvl(mwdbId_);
-        }
-    }
-    WriteLock(const WriteLock&) = delete;
-    WriteLock& operator=(const WriteLock&) = delete;
-
-    // Leaves the list locked behind the scope.
-    void leave_locked() { left_locked_ = true; }
-
-private:
-    int mwdbId_;
-    bool left_locked_ = false;
-};
+using WriteLock =
+    tavro::ListLock<NativeVltTvChannelList, &NativeVltTvChannelList::lockSvl, &NativeVltTvChannelList::unLockSvl>;
 
 int update_locked(int mwdbId, _SVL_REC_T& record) {
-    const WriteLock lock(mwdbId);
+    const WriteLock lock(*chList, mwdbId);
     return chList->updateInfo(mwdbId, &record);
 }
 
@@ -229,7 +213,7 @@ jint com_velotra_tv_tavro_channellist_updateInfoList(JNIEnv* env, jobject, jint 
     if (jni.failed()) {
         return kFailed;
     }
-    WriteLock lock(mwdbId);
+    WriteLock lock(*chList, mwdbId);
     for (jint i = 0; i < size; ++i) {
         jobject element = jni.call_object(channels, get, i);
         if (element == nullptr) {
@@ -268,7 +252,7 @@ jstring com_velotra_tv_tavro_channellist_add_Info(JNIEnv* env, jobject, jint mwd
     }
     int result = kDone;
     {
-        const WriteLock lock(mwdbId);
+        const WriteLock lock(*chList, mwdbId);
         result = chList->addInfo(mwdbId, &record);
     }
     TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[chList->addInfo][%d] mwdbId = %d, rec_id = %d", result, mwdbId,
@@ -289,7 +273,7 @@ jstring com_velotra_tv_tavro_channellist_add_Info_by_recId(JNIEnv* env, jobject,
     }
     int result = kDone;
     {
-        const WriteLock lock(mwdbId);
+        const WriteLock lock(*chList, mwdbId);
         result = chList->copyInfo(mwdbId, &record);
     }
     TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[chList->copyInfo][%d] mwdbId = %d, rec_id = %d", result, mwdbId,

@@ -4,6 +4,8 @@
 #include "jni/log_gate.h"
 #include "jni/managers.h"
 #include "jni/native_method.h"
+#include "jni/network_list_bridge.h"
+#include "jni/transport_stream_list_bridge.h"
 
 #include <iterator>
 
@@ -44,6 +46,60 @@ const JNINativeMethod kChannelListMethods[] = {
                  com_velotra_tv_tavro_channellist_remove_Info_by_recId),
 };
 
+const JNINativeMethod kTransportStreamListMethods[] = {
+    TAVRO_NATIVE("nativeSetup", "()I", com_velotra_tv_tavro_ts_list_native_setup),
+    TAVRO_NATIVE("native_clean", "(I)I", com_velotra_tv_tavro_transportstreamlist_clean),
+    TAVRO_NATIVE("native_close", "(I)I", com_velotra_tv_tavro_transportstreamlist_close),
+    TAVRO_NATIVE("native_delete", "(I)I", com_velotra_tv_tavro_transportstreamlist_delete),
+    TAVRO_NATIVE("native_copy", "(II)I", com_velotra_tv_tavro_transportstreamlist_copy),
+    TAVRO_NATIVE("native_getInfo", "(Ljava/lang/String;)[B", com_velotra_tv_tavro_transportstreamlist_getInfo),
+    TAVRO_NATIVE("native_getInfoList", "(I)[B", com_velotra_tv_tavro_transportstreamlist_getInfoList),
+    TAVRO_NATIVE("native_getInfoListBySatellite", "(II)[B",
+                 com_velotra_tv_tavro_transportstreamlist_getInfoListBySatellite),
+    TAVRO_NATIVE("native_open", "(I)I", com_velotra_tv_tavro_transportstreamlist_open),
+    TAVRO_NATIVE("native_open", "(ILjava/lang/String;)I", com_velotra_tv_tavro_transportstreamlist_open_path),
+    TAVRO_NATIVE("native_store", "(ILjava/lang/String;)I", com_velotra_tv_tavro_transportstreamlist_store),
+    TAVRO_NATIVE("native_updateInfo", "(IL" LIST_PACKAGE "VltTvTransportStreamInfoBase;)I",
+                 com_velotra_tv_tavro_transportstreamlist_updateInfo),
+    TAVRO_NATIVE("native_updateInfo", "(ILjava/lang/String;)I",
+                 com_velotra_tv_tavro_transportstreamlist_updateInfo_by_recId),
+    TAVRO_NATIVE("native_updateInfoList", "(ILjava/util/List;)I",
+                 com_velotra_tv_tavro_transportstreamlist_updateInfoList),
+    TAVRO_NATIVE("nativeAdd", "(IL" LIST_PACKAGE "VltTvTransportStreamInfoBase;)Ljava/lang/String;",
+                 com_velotra_tv_tavro_transportstreamlist_add_Info),
+    TAVRO_NATIVE("nativeAdd", "(ILjava/lang/String;)Ljava/lang/String;",
+                 com_velotra_tv_tavro_transportstreamlist_add_Info_by_recId),
+    TAVRO_NATIVE("nativeRemove", "(Ljava/lang/String;)I", com_velotra_tv_tavro_transportstreamlist_remove_info),
+    TAVRO_NATIVE("nativeRemoveByRecId", "(ILjava/lang/String;)I",
+                 com_velotra_tv_tavro_transportstreamlist_remove_info_by_recId),
+};
+
+const JNINativeMethod kNetworkListMethods[] = {
+    TAVRO_NATIVE("nativeSetup", "()I", com_velotra_tv_tavro_nw_list_native_setup),
+    TAVRO_NATIVE("native_clean", "(I)I", com_velotra_tv_tavro_networklist_clean),
+    TAVRO_NATIVE("native_close", "(I)I", com_velotra_tv_tavro_networklist_close),
+    TAVRO_NATIVE("native_delete", "(I)I", com_velotra_tv_tavro_networklist_delete),
+    TAVRO_NATIVE("native_copy", "(II)I", com_velotra_tv_tavro_networklist_copy),
+    TAVRO_NATIVE("native_getInfo", "(Ljava/lang/String;Ljava/util/List;)L" LIST_PACKAGE "VltTvNetworkInfo;",
+                 com_velotra_tv_tavro_networklist_getInfo),
+    TAVRO_NATIVE("native_getInfoList", "(ILjava/util/List;)Ljava/util/List;",
+                 com_velotra_tv_tavro_networklist_getInfoList),
+    TAVRO_NATIVE("native_open", "(I)I", com_velotra_tv_tavro_networklist_open),
+    TAVRO_NATIVE("native_open", "(ILjava/lang/String;)I", com_velotra_tv_tavro_networklist_open_path),
+    TAVRO_NATIVE("native_store", "(ILjava/lang/String;)I", com_velotra_tv_tavro_networklist_store),
+    TAVRO_NATIVE("native_updateInfo", "(IL" LIST_PACKAGE "VltTvNetworkInfoBase;)I",
+                 com_velotra_tv_tavro_networklist_updateInfo),
+    TAVRO_NATIVE("native_updateInfo", "(ILjava/lang/String;)I", com_velotra_tv_tavro_networklist_updateInfo_by_recId),
+    TAVRO_NATIVE("native_updateInfoList", "(ILjava/util/List;)I", com_velotra_tv_tavro_networklist_updateInfoList),
+    TAVRO_NATIVE("nativeAdd", "(IL" LIST_PACKAGE "VltTvNetworkInfoBase;)Ljava/lang/String;",
+                 com_velotra_tv_tavro_networklist_add_Info),
+    TAVRO_NATIVE("nativeAdd", "(ILjava/lang/String;)Ljava/lang/String;",
+                 com_velotra_tv_tavro_networklist_add_Info_by_recId),
+    TAVRO_NATIVE("nativeRemove", "(Ljava/lang/String;)I", com_velotra_tv_tavro_networklist_remove_info),
+    TAVRO_NATIVE("nativeRemoveByRecId", "(ILjava/lang/String;)I",
+                 com_velotra_tv_tavro_networklist_remove_info_by_recId),
+};
+
 // A class, its methods, and what is said when they cannot be registered.
 struct NativeTable {
     const char* path;
@@ -52,12 +108,14 @@ struct NativeTable {
     const char* failure;
 };
 
-// In registration order. The classes without rows get theirs together with their bridges.
+// In registration order. The satellite list's rows come together with their bridge.
 const NativeTable kTables[] = {
     {LIST_PACKAGE "VltTvChannelList", kChannelListMethods, static_cast<int>(std::size(kChannelListMethods)),
      "Failed to register Channel List native methods"},
-    {LIST_PACKAGE "VltTvTransportStreamList", nullptr, 0, "Failed to register TS List native methods"},
-    {LIST_PACKAGE "VltTvNetworkList", nullptr, 0, "Failed to register Network List native methods"},
+    {LIST_PACKAGE "VltTvTransportStreamList", kTransportStreamListMethods,
+     static_cast<int>(std::size(kTransportStreamListMethods)), "Failed to register TS List native methods"},
+    {LIST_PACKAGE "VltTvNetworkList", kNetworkListMethods, static_cast<int>(std::size(kNetworkListMethods)),
+     "Failed to register Network List native methods"},
     {LIST_PACKAGE "VltTvSatelliteList", nullptr, 0, "Failed to register Satellite List native methods"},
 };
 

@@ -3,32 +3,6 @@
 #include "jni/log_gate.h"
 
 namespace tavro {
-namespace {
-
-// The characters of a string, released at the end of the scope.
-class UtfChars {
-public:
-    UtfChars(JNIEnv* env, jstring text)
-        : env_(env), text_(text), chars_(text == nullptr ? nullptr : env->GetStringUTFChars(text, nullptr)) {}
-    ~UtfChars() {
-        if (chars_ != nullptr) {
-            env_->ReleaseStringUTFChars(text_, chars_);
-        }
-    }
-    UtfChars(const UtfChars&) = delete;
-    UtfChars& operator=(const UtfChars&) = delete;
-
-    bool missing() const { return chars_ == nullptr; }
-    const char* c_str() const { return chars_ == nullptr ? "" : chars_; }
-
-private:
-    JNIEnv* env_;
-    jstring text_;
-    const char* chars_;
-};
-
-} // namespace
-
 jclass Jni::find_class(const char* path) { return failed_ ? nullptr : checked(env_->FindClass(path)); }
 
 jclass Jni::class_of(jobject object) {
@@ -46,8 +20,7 @@ jfieldID Jni::field(jclass cls, const char* name, const char* descriptor) {
 jstring Jni::new_string(const char* text) { return failed_ ? nullptr : checked(env_->NewStringUTF(text)); }
 
 std::string Jni::text(jstring text) {
-    const UtfChars chars(env_, failed_ ? nullptr : text);
-    failed_ = failed_ || (text != nullptr && chars.missing());
+    const UtfChars chars(*this, text);
     std::string copy = chars.c_str();
     if (copy.empty()) {
         TAVRO_LOG_ERROR(kNoTag, "Invalid String.\n");

@@ -49,6 +49,16 @@ public:
         return usable(object, method) ? env_->CallObjectMethod(object, method, arguments...) : nullptr;
     }
 
+    template <class... Arguments>
+    void call_void(jobject object, jmethodID method, Arguments... arguments) {
+        if (usable(object, method)) {
+            env_->CallVoidMethod(object, method, arguments...);
+        }
+    }
+    jobject new_object(jclass cls, jmethodID constructor) {
+        return usable(cls, constructor) ? checked(env_->NewObject(cls, constructor)) : nullptr;
+    }
+
     jint int_value(jobject object, jfieldID field) {
         return usable(object, field) ? env_->GetIntField(object, field) : 0;
     }
@@ -60,8 +70,8 @@ public:
     // string or the platform returns no characters.
     std::string text(jstring text);
 
-    // The modified UTF-8 characters of a string, deliberately never released. Null when there is no
-    // string or the platform has no memory for them.
+    // The modified UTF-8 characters of a string, deliberately never released unless a UtfChars does it. Null
+    // when there is no string or the platform has no memory for them.
     const char* keep_utf_chars(jstring text);
 
     // The elements of an array, deliberately never released. Null as above.
@@ -86,6 +96,27 @@ private:
 
     JNIEnv* env_;
     bool failed_ = false;
+};
+
+// The modified UTF-8 characters of a string, released at the end of the scope. Empty when there is no
+// string or the platform returns none.
+class UtfChars {
+public:
+    UtfChars(Jni& jni, jstring text) : env_(jni.env()), text_(text), chars_(jni.keep_utf_chars(text)) {}
+    ~UtfChars() {
+        if (chars_ != nullptr) {
+            env_->ReleaseStringUTFChars(text_, chars_);
+        }
+    }
+    UtfChars(const UtfChars&) = delete;
+    UtfChars& operator=(const UtfChars&) = delete;
+
+    const char* c_str() const { return chars_ == nullptr ? "" : chars_; }
+
+private:
+    JNIEnv* env_;
+    jstring text_;
+    const char* chars_;
 };
 
 // A Java byte array holding `size` bytes from `bytes`. Null, with an exception pending, when there is

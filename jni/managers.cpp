@@ -2,3 +2,5 @@
 
 JavaVM* javaVM = nullptr;
 NativeVltTvChannelList* chList = nullptr;
+NativeVltTvTransportStreamList* tsList = nullptr;
+NativeVltTvNetworkList* nwList = nullptr;

@@ -2,15 +2,19 @@
 #pragma once
 
 #include "channellist/NativeVltTvChannelList.h"
+#include "channellist/NativeVltTvNetworkList.h"
+#include "channellist/NativeVltTvTransportStreamList.h"
 
 #include <jni.h>
 
 // The Java virtual machine; null until the library has been loaded successfully.
 extern JavaVM* javaVM;
 
-// The manager of the service lists; null until the Java class's nativeSetup has run, which every other
+// The managers of the list kinds; null until the Java class's nativeSetup has run, which every other
 // native of the class counts on.
 extern NativeVltTvChannelList* chList;
+extern NativeVltTvTransportStreamList* tsList;
+extern NativeVltTvNetworkList* nwList;
 
 namespace tavro {
 

@@ -33,14 +33,19 @@ std::string combineStrMId(int list_id, int record_id) {
 }
 
 jstring combineMId(JNIEnv* env, int list_id, int record_id) {
-    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[combineMId] mwdbId = %d, recId = %d", list_id, record_id);
-    return env->NewStringUTF(combineStrMId(list_id, record_id).c_str());
+    tavro::Jni jni(env);
+    return tavro::combine_identifier(jni, list_id, record_id);
 }
 
 namespace tavro {
 
 bool parse_identifier(Jni& jni, jstring identifier, int& list_id, int& record_id) {
     return trimId(jni.text(identifier), list_id, record_id);
+}
+
+jstring combine_identifier(Jni& jni, int list_id, int record_id) {
+    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[combineMId] mwdbId = %d, recId = %d", list_id, record_id);
+    return jni.new_string(combineStrMId(list_id, record_id).c_str());
 }
 
 } // namespace tavro

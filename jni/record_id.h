@@ -27,4 +27,7 @@ namespace tavro {
 // Reads a record identifier that came as a Java string; a null one counts as empty text.
 bool parse_identifier(Jni& jni, jstring identifier, int& list_id, int& record_id);
 
+// combineMId within a native call.
+jstring combine_identifier(Jni& jni, int list_id, int record_id);
+
 } // namespace tavro

@@ -16,6 +16,9 @@ public:
     // the record kind's isContainsKey.
     RecordObject(Jni& jni, jclass cls, jobject object, const char* contains_key_signature)
         : jni_(jni), class_(cls), object_(object), contains_key_signature_(contains_key_signature) {}
+    // The same with isContainsKey looked up before.
+    RecordObject(Jni& jni, jclass cls, jobject object, jmethodID contains_key)
+        : jni_(jni), class_(cls), object_(object), contains_key_signature_(nullptr), contains_key_(contains_key) {}
     RecordObject(const RecordObject&) = delete;
     RecordObject& operator=(const RecordObject&) = delete;
 
@@ -46,7 +49,7 @@ private:
     jclass class_;
     jobject object_;
     const char* contains_key_signature_;
-    jmethodID contains_key_ = nullptr;
+    jmethodID contains_key_ = nullptr; // null until looked up
 };
 
 // One key put to a record object. The key's Java string lives as long as this.
@@ -55,16 +58,24 @@ public:
     Key(RecordObject& object, const char* name)
         : jni_(object.jni_), name_(jni_.new_string(name)),
           present_(jni_.call_boolean(object.object_, object.contains_key_, object.object_, name_)) {}
-    ~Key() { jni_.delete_local(name_); }
+    ~Key() {
+        if (!kept_) {
+            jni_.delete_local(name_);
+        }
+    }
     Key(const Key&) = delete;
     Key& operator=(const Key&) = delete;
 
     bool present() const { return present_; }
 
+    // Leaves the key's local reference to the end of the native call.
+    void keep_reference() { kept_ = true; }
+
 private:
     Jni& jni_;
     jstring name_;
     bool present_;
+    bool kept_ = false;
 };
 
 } // namespace tavro

@@ -21,7 +21,7 @@ using tavro::host::report_once;
 using tavro::host::resolve_path;
 
 constexpr mode_t kFileMode = 0644;
-constexpr std::size_t kCopyBytes = 64 * 1024;
+constexpr std::size_t kCopyBytes = std::size_t{64} * 1024;
 
 bool is_bad(std::uint32_t drive, const char* path) { return drive != kMwRootDrive || path == nullptr || *path == '\0'; }
 

@@ -36,7 +36,8 @@ LockFile::~LockFile() { ::close(file_); }
 
 bool LockFile::set_byte(std::int64_t offset, LockLevel level, bool wait) {
     struct flock range {};
-    range.l_type = level == LockLevel::kNone ? F_UNLCK : level == LockLevel::kRead ? F_RDLCK : F_WRLCK;
+    const int type = level == LockLevel::kNone ? F_UNLCK : level == LockLevel::kRead ? F_RDLCK : F_WRLCK;
+    range.l_type = static_cast<short>(type);
     range.l_whence = SEEK_SET;
     range.l_start = offset;
     range.l_len = 1;

@@ -128,6 +128,12 @@ void FakeJni::fill_table() {
     };
     table_.CallBooleanMethodV = [](JNIEnv* env, jobject object, jmethodID method, va_list arguments) -> jboolean {
         const auto& member = *reinterpret_cast<const Member*>(method);
+        if (member.name == "add") {
+            auto* element = va_arg(arguments, FakeObject*);
+            self(env).call(from(object).name + ".add(" + element->name + ")");
+            from(object).elements.push_back(element);
+            return JNI_TRUE;
+        }
         if (member.name != "isContainsKey") {
             const auto* key = va_arg(arguments, FakeObject*);
             self(env).call(from(object).name + "." + member.name + "(" + key->name + ")");
@@ -159,6 +165,18 @@ void FakeJni::fill_table() {
         self(env).call(from(object).name + "." + member.name + "(" + key->name + ")");
         return reinterpret_cast<jobject>(from(object).object_answers[member.name]);
     };
+    table_.CallVoidMethodV = [](JNIEnv* env, jobject object, jmethodID method, va_list arguments) {
+        const auto& member = *reinterpret_cast<const Member*>(method);
+        const std::string argument =
+            member.signature == "(I)V" ? std::to_string(va_arg(arguments, jint)) : va_arg(arguments, FakeObject*)->name;
+        self(env).call(from(object).name + "." + member.name + "(" + argument + ")");
+    };
+    table_.NewObjectV = [](JNIEnv* env, jclass cls, jmethodID, va_list) -> jobject {
+        FakeJni& fake = self(env);
+        const std::string& path = from(cls).name;
+        const std::string name = path.substr(path.rfind('/') + 1);
+        return fake.fallible("NewObject(" + name + ")") ? ref(fake.object(name)) : nullptr;
+    };
     table_.GetIntField = [](JNIEnv* env, jobject object, jfieldID field) -> jint {
         const auto& name = reinterpret_cast<const Member*>(field)->name;
         self(env).call("GetIntField(" + name + ")");
@@ -171,7 +189,11 @@ void FakeJni::fill_table() {
     };
     table_.GetArrayLength = [](JNIEnv* env, jarray array) -> jsize {
         self(env).call("GetArrayLength(" + from(array).name + ")");
-        return static_cast<jsize>(from(array).ints.size());
+        return static_cast<jsize>(std::max(from(array).ints.size(), from(array).elements.size()));
+    };
+    table_.GetObjectArrayElement = [](JNIEnv* env, jobjectArray array, jsize index) -> jobject {
+        self(env).call("GetObjectArrayElement(" + std::to_string(index) + ")");
+        return reinterpret_cast<jobject>(from(array).elements.at(static_cast<std::size_t>(index)));
     };
     table_.GetIntArrayElements = [](JNIEnv* env, jintArray array, jboolean*) -> jint* {
         static jint nothing = 0;

@@ -3,6 +3,8 @@
 #include "jni/jni_VltTvList_Init.h"
 #include "jni/managers.h"
 #include "jni/native_method.h"
+#include "jni/network_list_bridge.h"
+#include "jni/transport_stream_list_bridge.h"
 #include "script.h"
 #include "scripted_test.h"
 
@@ -42,9 +44,9 @@ TEST_F(Load, RegistersTheFourClassesInOrderAndKeepsTheVirtualMachine) {
                                  find("VltTvChannelList"),
                                  registers("VltTvChannelList", 20),
                                  find("VltTvTransportStreamList"),
-                                 registers("VltTvTransportStreamList", 0),
+                                 registers("VltTvTransportStreamList", 18),
                                  find("VltTvNetworkList"),
-                                 registers("VltTvNetworkList", 0),
+                                 registers("VltTvNetworkList", 17),
                                  find("VltTvSatelliteList"),
                                  registers("VltTvSatelliteList", 0),
                              }));
@@ -134,48 +136,121 @@ TEST_F(Load, AClassThatLacksAMethodFailsWithItsOwnLine) {
                   "log 6 Tavro_onLoad_channellist: ERROR: VltTvList native registration failed"}));
 }
 
+struct ExpectedRow {
+    std::string name;
+    std::string signature;
+    void* function;
+};
+
+void expect_table(const std::vector<JNINativeMethod>& table, const std::vector<ExpectedRow>& rows) {
+    ASSERT_EQ(table.size(), rows.size());
+    for (std::size_t i = 0; i < table.size(); ++i) {
+        EXPECT_EQ(table[i].name, rows[i].name) << i;
+        EXPECT_EQ(table[i].signature, rows[i].signature) << i;
+        EXPECT_EQ(table[i].fnPtr, rows[i].function) << rows[i].name << rows[i].signature;
+    }
+}
+
+#define ROW(NAME, SIGNATURE, FUNCTION)                                                                                 \
+    ExpectedRow { NAME, SIGNATURE, reinterpret_cast<void*>(FUNCTION) }
+
 TEST_F(Load, TheChannelListTableHasItsTwentyRowsInOrder) {
     FakeJni jni;
     ASSERT_EQ(register_com_velotra_tv_tavro_channellist_VltTvList(jni.env()), 1);
     const std::string channel = "L" + kPackage + "VltTvChannelInfoBase;";
-    const struct {
-        std::string name;
-        std::string signature;
-        void* function;
-    } rows[] = {
-#define ROW(NAME, SIGNATURE, FUNCTION) {NAME, SIGNATURE, reinterpret_cast<void*>(FUNCTION)}
-        ROW("nativeSetup", "()I", com_velotra_tv_tavro_ch_list_native_setup),
-        ROW("native_clean", "(I)I", com_velotra_tv_tavro_channellist_clean),
-        ROW("native_close", "(I)I", com_velotra_tv_tavro_channellist_close),
-        ROW("native_delete", "(I)I", com_velotra_tv_tavro_channellist_delete),
-        ROW("native_copy", "(II)I", com_velotra_tv_tavro_channellist_copy),
-        ROW("native_getSvlInfo", "(Ljava/lang/String;)[B", com_velotra_tv_tavro_channellist_getSVLInfo),
-        ROW("native_getSvlInfoList", "(I)[B", com_velotra_tv_tavro_channellist_getSVLInfoList),
-        ROW("native_getInfoListByTransportStream", "(II)[B",
-            com_velotra_tv_tavro_channellist_getInfoListByTransportStream),
-        ROW("native_getInfoListByTransportStreamRecord", "(II)[B",
-            com_velotra_tv_tavro_channellist_getInfoListByTransportStreamRecord),
-        ROW("native_getInfoListByNetwork", "(II)[B", com_velotra_tv_tavro_channellist_getInfoListByNetwork),
-        ROW("native_open", "(I)I", com_velotra_tv_tavro_channellist_open),
-        ROW("native_open", "(ILjava/lang/String;)I", com_velotra_tv_tavro_channellist_open_path),
-        ROW("native_store", "(ILjava/lang/String;)I", com_velotra_tv_tavro_channellist_store),
-        ROW("native_updateInfo", "(I" + channel + ")I", com_velotra_tv_tavro_channellist_updateInfo),
-        ROW("native_updateInfo", "(ILjava/lang/String;)I", com_velotra_tv_tavro_channellist_updateInfo_by_recId),
-        ROW("native_updateInfoList", "(ILjava/util/List;)I", com_velotra_tv_tavro_channellist_updateInfoList),
-        ROW("nativeAdd", "(I" + channel + ")Ljava/lang/String;", com_velotra_tv_tavro_channellist_add_Info),
-        ROW("nativeAdd", "(ILjava/lang/String;)Ljava/lang/String;", com_velotra_tv_tavro_channellist_add_Info_by_recId),
-        ROW("nativeRemove", "(Ljava/lang/String;)I", com_velotra_tv_tavro_channellist_remove_info),
-        ROW("nativeRemoveByRecId", "(ILjava/lang/String;)I", com_velotra_tv_tavro_channellist_remove_Info_by_recId),
-#undef ROW
-    };
-    const std::vector<JNINativeMethod>& table = jni.registered.at(0).methods;
-    ASSERT_EQ(table.size(), std::size(rows));
-    for (std::size_t i = 0; i < table.size(); ++i) {
-        EXPECT_EQ(table[i].name, rows[i].name) << i;
-        EXPECT_EQ(table[i].signature, rows[i].signature) << i;
-        EXPECT_EQ(table[i].fnPtr, rows[i].function) << i;
-    }
+    expect_table(
+        jni.registered.at(0).methods,
+        {
+            ROW("nativeSetup", "()I", com_velotra_tv_tavro_ch_list_native_setup),
+            ROW("native_clean", "(I)I", com_velotra_tv_tavro_channellist_clean),
+            ROW("native_close", "(I)I", com_velotra_tv_tavro_channellist_close),
+            ROW("native_delete", "(I)I", com_velotra_tv_tavro_channellist_delete),
+            ROW("native_copy", "(II)I", com_velotra_tv_tavro_channellist_copy),
+            ROW("native_getSvlInfo", "(Ljava/lang/String;)[B", com_velotra_tv_tavro_channellist_getSVLInfo),
+            ROW("native_getSvlInfoList", "(I)[B", com_velotra_tv_tavro_channellist_getSVLInfoList),
+            ROW("native_getInfoListByTransportStream", "(II)[B",
+                com_velotra_tv_tavro_channellist_getInfoListByTransportStream),
+            ROW("native_getInfoListByTransportStreamRecord", "(II)[B",
+                com_velotra_tv_tavro_channellist_getInfoListByTransportStreamRecord),
+            ROW("native_getInfoListByNetwork", "(II)[B", com_velotra_tv_tavro_channellist_getInfoListByNetwork),
+            ROW("native_open", "(I)I", com_velotra_tv_tavro_channellist_open),
+            ROW("native_open", "(ILjava/lang/String;)I", com_velotra_tv_tavro_channellist_open_path),
+            ROW("native_store", "(ILjava/lang/String;)I", com_velotra_tv_tavro_channellist_store),
+            ROW("native_updateInfo", "(I" + channel + ")I", com_velotra_tv_tavro_channellist_updateInfo),
+            ROW("native_updateInfo", "(ILjava/lang/String;)I", com_velotra_tv_tavro_channellist_updateInfo_by_recId),
+            ROW("native_updateInfoList", "(ILjava/util/List;)I", com_velotra_tv_tavro_channellist_updateInfoList),
+            ROW("nativeAdd", "(I" + channel + ")Ljava/lang/String;", com_velotra_tv_tavro_channellist_add_Info),
+            ROW("nativeAdd", "(ILjava/lang/String;)Ljava/lang/String;",
+                com_velotra_tv_tavro_channellist_add_Info_by_recId),
+            ROW("nativeRemove", "(Ljava/lang/String;)I", com_velotra_tv_tavro_channellist_remove_info),
+            ROW("nativeRemoveByRecId", "(ILjava/lang/String;)I", com_velotra_tv_tavro_channellist_remove_Info_by_recId),
+        });
 }
+
+TEST_F(Load, TheTransportStreamListTableHasItsEighteenRowsInOrder) {
+    FakeJni jni;
+    ASSERT_EQ(register_com_velotra_tv_tavro_channellist_VltTvList(jni.env()), 1);
+    const std::string stream = "L" + kPackage + "VltTvTransportStreamInfoBase;";
+    expect_table(
+        jni.registered.at(1).methods,
+        {
+            ROW("nativeSetup", "()I", com_velotra_tv_tavro_ts_list_native_setup),
+            ROW("native_clean", "(I)I", com_velotra_tv_tavro_transportstreamlist_clean),
+            ROW("native_close", "(I)I", com_velotra_tv_tavro_transportstreamlist_close),
+            ROW("native_delete", "(I)I", com_velotra_tv_tavro_transportstreamlist_delete),
+            ROW("native_copy", "(II)I", com_velotra_tv_tavro_transportstreamlist_copy),
+            ROW("native_getInfo", "(Ljava/lang/String;)[B", com_velotra_tv_tavro_transportstreamlist_getInfo),
+            ROW("native_getInfoList", "(I)[B", com_velotra_tv_tavro_transportstreamlist_getInfoList),
+            ROW("native_getInfoListBySatellite", "(II)[B",
+                com_velotra_tv_tavro_transportstreamlist_getInfoListBySatellite),
+            ROW("native_open", "(I)I", com_velotra_tv_tavro_transportstreamlist_open),
+            ROW("native_open", "(ILjava/lang/String;)I", com_velotra_tv_tavro_transportstreamlist_open_path),
+            ROW("native_store", "(ILjava/lang/String;)I", com_velotra_tv_tavro_transportstreamlist_store),
+            ROW("native_updateInfo", "(I" + stream + ")I", com_velotra_tv_tavro_transportstreamlist_updateInfo),
+            ROW("native_updateInfo", "(ILjava/lang/String;)I",
+                com_velotra_tv_tavro_transportstreamlist_updateInfo_by_recId),
+            ROW("native_updateInfoList", "(ILjava/util/List;)I",
+                com_velotra_tv_tavro_transportstreamlist_updateInfoList),
+            ROW("nativeAdd", "(I" + stream + ")Ljava/lang/String;", com_velotra_tv_tavro_transportstreamlist_add_Info),
+            ROW("nativeAdd", "(ILjava/lang/String;)Ljava/lang/String;",
+                com_velotra_tv_tavro_transportstreamlist_add_Info_by_recId),
+            ROW("nativeRemove", "(Ljava/lang/String;)I", com_velotra_tv_tavro_transportstreamlist_remove_info),
+            ROW("nativeRemoveByRecId", "(ILjava/lang/String;)I",
+                com_velotra_tv_tavro_transportstreamlist_remove_info_by_recId),
+        });
+}
+
+TEST_F(Load, TheNetworkListTableHasItsSeventeenRowsInOrder) {
+    FakeJni jni;
+    ASSERT_EQ(register_com_velotra_tv_tavro_channellist_VltTvList(jni.env()), 1);
+    const std::string network = "L" + kPackage + "VltTvNetworkInfoBase;";
+    expect_table(
+        jni.registered.at(2).methods,
+        {
+            ROW("nativeSetup", "()I", com_velotra_tv_tavro_nw_list_native_setup),
+            ROW("native_clean", "(I)I", com_velotra_tv_tavro_networklist_clean),
+            ROW("native_close", "(I)I", com_velotra_tv_tavro_networklist_close),
+            ROW("native_delete", "(I)I", com_velotra_tv_tavro_networklist_delete),
+            ROW("native_copy", "(II)I", com_velotra_tv_tavro_networklist_copy),
+            ROW("native_getInfo", "(Ljava/lang/String;Ljava/util/List;)L" + kPackage + "VltTvNetworkInfo;",
+                com_velotra_tv_tavro_networklist_getInfo),
+            ROW("native_getInfoList", "(ILjava/util/List;)Ljava/util/List;",
+                com_velotra_tv_tavro_networklist_getInfoList),
+            ROW("native_open", "(I)I", com_velotra_tv_tavro_networklist_open),
+            ROW("native_open", "(ILjava/lang/String;)I", com_velotra_tv_tavro_networklist_open_path),
+            ROW("native_store", "(ILjava/lang/String;)I", com_velotra_tv_tavro_networklist_store),
+            ROW("native_updateInfo", "(I" + network + ")I", com_velotra_tv_tavro_networklist_updateInfo),
+            ROW("native_updateInfo", "(ILjava/lang/String;)I", com_velotra_tv_tavro_networklist_updateInfo_by_recId),
+            ROW("native_updateInfoList", "(ILjava/util/List;)I", com_velotra_tv_tavro_networklist_updateInfoList),
+            ROW("nativeAdd", "(I" + network + ")Ljava/lang/String;", com_velotra_tv_tavro_networklist_add_Info),
+            ROW("nativeAdd", "(ILjava/lang/String;)Ljava/lang/String;",
+                com_velotra_tv_tavro_networklist_add_Info_by_recId),
+            ROW("nativeRemove", "(Ljava/lang/String;)I", com_velotra_tv_tavro_networklist_remove_info),
+            ROW("nativeRemoveByRecId", "(ILjava/lang/String;)I", com_velotra_tv_tavro_networklist_remove_info_by_recId),
+        });
+}
+
+#undef ROW
 
 TEST_F(Load, SetUpTwiceReplacesTheManagerAndKeepsOpenLists) {
     FakeJni jni;

@@ -16,10 +16,11 @@ import java.util.List;
  *
  * <pre>Name,Short;Provider:Frequency:Parameters:Source:SymbolRate:VPID:APIDs:TPID:CAIDs:SID:NID:TID:RID</pre>
  *
- * of which older files leave the last one out. A bar in a name stands for a colon. A line that begins with a colon is a
- * group heading; {@code :@N} in front of its text gives the number N to the service that follows, and the next numbers to
- * those behind it, up to the next heading with a number. Blank lines and lines that begin with {@code #} say nothing.
- * A line that is not valid UTF-8 is read as ISO-8859-1, which the older examples are written in.
+ * of which older files leave the last one out. A bar in a name stands for a colon; a short name holds no comma. A line
+ * that begins with a colon is a group heading; {@code :@N} in front of its text gives the number N to the service that
+ * follows, and the next numbers to those behind it, up to the next heading with a number. Numbers only grow. Blank lines
+ * and lines that begin with {@code #} say nothing. A line that is not valid UTF-8 is read as ISO-8859-1, which the older
+ * examples are written in.
  */
 final class ChannelsConf {
     /** What the first letter of the source says. */
@@ -77,6 +78,7 @@ final class ChannelsConf {
     }
 
     private static final int FIELDS = 13;
+    private static final int MAX_NUMBER = 0x3FFF; // 14 bits, in the channel id as in broadcasts
     private static final int FIRST_CA_SYSTEM = 0x100; // below are numbers of local devices
 
     final List<Service> services = new ArrayList<>();
@@ -125,14 +127,14 @@ final class ChannelsConf {
             takeHeading(line.substring(1));
         } else {
             services.add(parse(line, nextNumber));
-            nextNumber = nextNumber == 0 ? 0 : nextNumber + 1;
+            nextNumber = nextNumber == 0 || nextNumber == MAX_NUMBER ? 0 : nextNumber + 1;
         }
     }
 
     private void takeHeading(String text) {
         if (text.startsWith("@")) {
             String number = text.substring(1).split("\\s", 2)[0];
-            nextNumber = number(number, 10, 1, 0xFFFF, "channel number");
+            nextNumber = number(number, 10, Math.max(1, nextNumber), MAX_NUMBER, "channel number");
         }
         groups++;
     }
@@ -144,7 +146,7 @@ final class ChannelsConf {
                     fields.length + " fields instead of " + FIELDS + " with colons between them");
         }
         String[] nameAndProvider = fields[0].split(";", 2);
-        String[] names = nameAndProvider[0].split(",", 2);
+        String[] names = nameAndProvider[0].split(",(?=[^,]*$)", 2);
         if (names[0].isBlank()) {
             throw new IllegalArgumentException("the service has no name");
         }

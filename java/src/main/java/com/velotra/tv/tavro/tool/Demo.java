@@ -6,11 +6,15 @@ import com.velotra.tv.tavro.services.channellist.VltTvChannelInfoBase;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
 import java.io.IOException;
 import java.io.PrintStream;
+import java.lang.management.ManagementFactory;
+import java.nio.charset.StandardCharsets;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.Arrays;
 import java.util.List;
+import java.util.Map;
+import java.util.stream.Collectors;
 
 /** The main job from end to end on real service lists, with a check after every step. */
 final class Demo {
@@ -21,6 +25,7 @@ final class Demo {
     private static final int LOADED = 5;
 
     private static final int ROWS = 8;
+    private static final int COLUMNS = 110;
 
     private final VltTvChannelList lists;
     private final Path sources;
@@ -66,6 +71,15 @@ final class Demo {
         out.printf("   %s %s%n", passed ? "ok  " : "FAIL", String.format(what, arguments));
     }
 
+    private void checkSame(byte[] expected, byte[] found, String what, Object... arguments) {
+        int difference = Arrays.mismatch(expected, found);
+        check(expected.length > 0 && difference < 0, what, arguments);
+        if (difference >= 0) {
+            out.printf("        %d and %d bytes, different from byte %d of the record at index %d on%n",
+                    expected.length, found.length, difference % ServiceRecord.SIZE, difference / ServiceRecord.SIZE);
+        }
+    }
+
     private void importServices() throws IOException {
         heading("Import: every service of three real channel lists goes through nativeAdd");
         importFile("channels.conf.sat", SATELLITE, "satellite");
@@ -74,25 +88,41 @@ final class Demo {
     }
 
     private void importFile(String name, int listId, String medium) throws IOException {
-        ChannelsConf conf = ChannelsConf.read(sources.resolve(name));
+        Path file = sources.resolve(name);
+        ChannelsConf conf = ChannelsConf.read(file);
         conf.malformed.forEach(line -> out.println("   skipped " + line));
         lists.open(listId);
-        ServiceImport importer = new ServiceImport(lists, listId, out);
+        ServiceImport importer = new ServiceImport(lists, listId, System.err);
         importer.addAll(conf.services);
         out.printf("   list %d, %s: %d services on %d transport streams, %d group headings, %d malformed lines%n",
                 listId, medium, conf.services.size(), importer.transponders(), conf.groups, conf.malformed.size());
+        check(conf.services.size() == serviceLines(file),
+                "every line that is no heading is a service: %d", serviceLines(file));
         List<ServiceRecord> stored = lists.getAll(listId);
         check(stored.size() == conf.services.size(), "list %d holds %d services", listId, stored.size());
         int same = 0;
         for (int i = 0; i < Math.min(stored.size(), conf.services.size()); i++) {
-            same += agrees(stored.get(i), conf.services.get(i)) ? 1 : 0;
+            boolean agrees = agrees(stored.get(i), conf.services.get(i), listId, importer);
+            if (!agrees) {
+                out.printf("   %s is stored as%n%s", conf.services.get(i), stored.get(i).describe(false));
+            }
+            same += agrees ? 1 : 0;
         }
-        check(same == conf.services.size(), "%d of them read back as the source has them", same);
+        check(same == conf.services.size(), "%d of %d read back as the source has them", same, conf.services.size());
     }
 
-    private static boolean agrees(ServiceRecord stored, ChannelsConf.Service source) {
-        return stored.name().equals(source.name())
-                && stored.shortName().equals(shortened(source.shortName()))
+    /** How many lines have more to say than a heading or a comment; knows nothing of what a service looks like. */
+    private static long serviceLines(Path file) throws IOException {
+        return Files.readAllLines(file, StandardCharsets.ISO_8859_1).stream()
+                .filter(line -> !line.isBlank() && !line.startsWith(":") && !line.startsWith("#"))
+                .count();
+    }
+
+    private static boolean agrees(
+            ServiceRecord stored, ChannelsConf.Service source, int listId, ServiceImport importer) {
+        return stored.name().equals(ServiceImport.name(source))
+                && stored.shortName().equals(ServiceImport.shortName(source))
+                && stored.transportStream().equals(new RecordId(listId, importer.transponderOf(source)))
                 && stored.serviceId() == source.serviceId()
                 && stored.serviceType() == (source.videoPid() == 0 ? 2 : 1)
                 && stored.scrambled() == source.scrambled()
@@ -100,17 +130,16 @@ final class Demo {
                 && stored.logicalChannelNumber() == source.number();
     }
 
-    /** Short names keep 16 bytes. */
-    private static String shortened(String text) {
-        return text.length() <= 16 ? text : text.substring(0, 16);
-    }
-
     private void showTables() {
         heading("List: the first services of each list, read under its read lock");
         for (int listId : new int[] {SATELLITE, CABLE, TERRESTRIAL}) {
             out.println();
-            ServiceTable.of(lists.getAll(listId), ROWS).lines().forEach(line -> out.println("   " + line));
+            table(lists.getAll(listId), ROWS).lines().forEach(line -> out.println("   " + line));
         }
+    }
+
+    private static String table(List<ServiceRecord> services, int most) {
+        return ServiceTable.of(services, most, COLUMNS);
     }
 
     private void editServices() {
@@ -125,7 +154,7 @@ final class Demo {
         lists.update(SATELLITE, new VltTvChannelInfoBase().setSvlIdSvlRecId(hidden).setVnetVisible(false));
 
         List<ServiceRecord> after = lists.getAll(SATELLITE);
-        ServiceTable.of(after, 3).lines().limit(4).forEach(line -> out.println("   " + line));
+        table(after, 3).lines().limit(4).forEach(line -> out.println("   " + line));
         check(after.get(0).name().equals("My favourite"), "%s is called '%s' instead of '%s'", renamed, after.get(0).name(), before.get(0).name());
         check(after.get(1).logicalChannelNumber() == 7, "%s has the number %d", numbered, after.get(1).logicalChannelNumber());
         check(before.get(2).visible() && !after.get(2).visible(), "%s is hidden", hidden);
@@ -139,11 +168,17 @@ final class Demo {
     private void filterServices() {
         heading("Filter: the services of one transport stream");
         List<ServiceRecord> all = lists.getAll(SATELLITE);
-        int stream = all.get(0).tslRecordId();
-        List<ServiceRecord> expected = all.stream().filter(service -> service.tslRecordId() == stream).toList();
-        List<ServiceRecord> found = lists.byTransportStreamRecord(SATELLITE, stream);
-        ServiceTable.of(found, ROWS).lines().forEach(line -> out.println("   " + line));
-        check(found.equals(expected), "%d services lie on transport stream %d,%d", found.size(), SATELLITE, stream);
+        int first = all.get(0).tslRecordId();
+        List<ServiceRecord> expected = all.stream().filter(service -> service.tslRecordId() == first).toList();
+        List<ServiceRecord> found = lists.byTransportStreamRecord(SATELLITE, first);
+        table(found, ROWS).lines().forEach(line -> out.println("   " + line));
+        check(found.equals(expected), "%d services lie on transport stream %d,%d", found.size(), SATELLITE, first);
+        Map<Integer, List<ServiceRecord>> streams =
+                all.stream().collect(Collectors.groupingBy(ServiceRecord::tslRecordId));
+        boolean allAgree = streams.entrySet().stream().allMatch(
+                stream -> lists.byTransportStreamRecord(SATELLITE, stream.getKey()).equals(stream.getValue()));
+        check(allAgree,
+                "the filters of all %d transport streams together give the %d services", streams.size(), all.size());
         check(lists.byTransportStreamRecord(SATELLITE, 60000).isEmpty(), "none on a transport stream that there is not");
     }
 
@@ -152,13 +187,14 @@ final class Demo {
         lists.open(COPY);
         lists.copy(CABLE, COPY);
         byte[] original = lists.getAllBytes(CABLE);
-        check(Arrays.equals(lists.getAllBytes(COPY), original), "list %d is a copy of list %d", COPY, CABLE);
+        checkSame(original, lists.getAllBytes(COPY), "list %d is a copy of list %d", COPY, CABLE);
         ServiceRecord last = lists.getAll(CABLE).get(lists.getAll(CABLE).size() - 1);
         RecordId id = new RecordId(CABLE, last.recordId());
         lists.remove(COPY, id);
         check(lists.get(new RecordId(COPY, last.recordId())).isEmpty(), "%s is gone from list %d", last, COPY);
         lists.add(COPY, id);
-        check(Arrays.equals(lists.getAllBytes(COPY), original), "and back, copied from list %d under its record id", CABLE);
+        checkSame(original, lists.getAllBytes(COPY),
+                "and back, copied from list %d under its record id", CABLE);
     }
 
     private void storeAndLoad() throws IOException, InterruptedException {
@@ -171,14 +207,16 @@ final class Demo {
         check(runSecondMachine(file, records) == 0, "the second virtual machine loaded it into list %d", LOADED);
         byte[] stored = lists.getAllBytes(SATELLITE);
         byte[] loaded = Files.exists(records) ? Files.readAllBytes(records) : new byte[0];
-        check(stored.length > 0 && Arrays.equals(stored, loaded), "%d bytes stored and %d loaded: equal byte for byte", stored.length, loaded.length);
-        check(Arrays.equals(lists.getAllBytes(LOADED), stored), "this virtual machine sees list %d as well", LOADED);
+        checkSame(stored, loaded,
+                "%d bytes stored and %d loaded: equal byte for byte", stored.length, loaded.length);
+        checkSame(stored, lists.getAllBytes(LOADED), "this virtual machine sees list %d as well", LOADED);
     }
 
     private static int runSecondMachine(Path file, Path records) throws IOException, InterruptedException {
         List<String> command = new ArrayList<>();
         command.add(Path.of(System.getProperty("java.home"), "bin", "java").toString());
-        command.add("-Djava.library.path=" + System.getProperty("java.library.path"));
+        // The second machine needs the options of the first: where the library is, and on an emulator how to run.
+        command.addAll(ManagementFactory.getRuntimeMXBean().getInputArguments());
         command.addAll(List.of("-cp", System.getProperty("java.class.path"), Main.class.getName(), "load"));
         command.addAll(List.of(Integer.toString(LOADED), file.toString(), records.toString()));
         return new ProcessBuilder(command).inheritIO().start().waitFor();

@@ -4,15 +4,24 @@ import com.velotra.tv.tavro.services.channellist.ChannelListException;
 import com.velotra.tv.tavro.services.channellist.RecordId;
 import com.velotra.tv.tavro.services.channellist.ServiceRecord;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
+import java.io.BufferedOutputStream;
+import java.io.FileDescriptor;
+import java.io.FileOutputStream;
+import java.io.IOException;
+import java.io.PrintStream;
+import java.nio.charset.StandardCharsets;
 import java.nio.file.Files;
 import java.nio.file.Path;
+import java.util.Optional;
 import java.util.concurrent.Callable;
 import picocli.CommandLine;
 import picocli.CommandLine.Command;
 import picocli.CommandLine.ITypeConverter;
 import picocli.CommandLine.Mixin;
 import picocli.CommandLine.Option;
+import picocli.CommandLine.ParameterException;
 import picocli.CommandLine.Parameters;
+import picocli.CommandLine.Spec;
 
 /** The command-line tool. Exit codes: 0 done, 1 could not be done, 2 not understood. */
 @Command(
@@ -27,17 +36,28 @@ public final class Main {
 
     /** Runs the tool and ends the virtual machine with its exit code. */
     public static void main(String[] arguments) {
+        System.setOut(utf8(FileDescriptor.out));
+        System.setErr(utf8(FileDescriptor.err));
         System.exit(run(arguments));
+    }
+
+    // Service names come in all scripts: a locale with an encoding of its own must not lose any.
+    private static PrintStream utf8(FileDescriptor descriptor) {
+        return new PrintStream(
+                new BufferedOutputStream(new FileOutputStream(descriptor)), true, StandardCharsets.UTF_8);
     }
 
     static int run(String... arguments) {
         return new CommandLine(new Main())
                 .registerConverter(RecordId.class, new RecordIdConverter())
                 .setExecutionExceptionHandler((failure, command, parsed) -> {
-                    if (!(failure instanceof Failure || failure instanceof ChannelListException)) {
+                    if (failure instanceof Failure || failure instanceof ChannelListException) {
+                        System.err.println("tavro: " + failure.getMessage());
+                    } else if (failure instanceof IOException) {
+                        System.err.println("tavro: a file cannot be read or written: " + failure);
+                    } else {
                         throw failure;
                     }
-                    System.err.println("tavro: " + failure.getMessage());
                     return 1;
                 })
                 .execute(arguments);
@@ -69,20 +89,33 @@ public final class Main {
         }
     }
 
+    private static VltTvChannelList lists() {
+        try {
+            return VltTvChannelList.getInstance();
+        } catch (UnsatisfiedLinkError e) {
+            throw new Failure(e.getMessage());
+        }
+    }
+
     /** The lists of the storage directory, which must be there already. */
     private static VltTvChannelList existing(int listId) {
         Path directory = Storage.directory();
         Storage.problem(directory).ifPresent(problem -> {
             throw new Failure(problem);
         });
-        // Loading the library over a directory without lists would make an empty database in it.
-        if (Storage.hasLists(directory)) {
-            VltTvChannelList lists = VltTvChannelList.getInstance();
+        // Loading the library over a directory without lists would make an empty database in it. The library cuts
+        // ids to 16 bits, so that a wider one would name another list.
+        if (Storage.hasLists(directory) && fits16Bits(listId)) {
+            VltTvChannelList lists = lists();
             if (lists.exists(listId)) {
                 return lists;
             }
         }
         throw new Failure("there is no service list " + listId + " in " + directory);
+    }
+
+    private static boolean fits16Bits(int id) {
+        return id >= 0 && id <= 0xFFFF;
     }
 
     @Command(
@@ -99,12 +132,25 @@ public final class Main {
         @Option(names = "--first", paramLabel = "N", description = "Prints no more than N services.")
         int first = Integer.MAX_VALUE;
 
+        @Spec
+        CommandLine.Model.CommandSpec spec;
+
         @Override
         public Integer call() {
+            if (first < 0) {
+                throw new ParameterException(spec.commandLine(), "--first takes a number from 0, not " + first);
+            }
             var services = existing(listId).getAll(listId);
-            System.out.print(ServiceTable.of(services, first));
+            System.out.print(ServiceTable.of(services, first, columns()));
             System.out.printf("%d services%n", services.size());
             return 0;
+        }
+
+        // A terminal gets lines that fit when it says how wide it is; files and pipes get whole lines.
+        private static int columns() {
+            String columns = System.getenv("COLUMNS");
+            boolean known = System.console() != null && columns != null && columns.matches("[1-9]\\d{0,3}");
+            return known ? Integer.parseInt(columns) : Integer.MAX_VALUE;
         }
     }
 
@@ -124,9 +170,10 @@ public final class Main {
 
         @Override
         public Integer call() {
-            ServiceRecord service = existing(id.listId()).get(id).orElseThrow(
+            VltTvChannelList lists = existing(id.listId());
+            ServiceRecord service = Optional.of(id).filter(record -> fits16Bits(record.recordId())).flatMap(lists::get).orElseThrow(
                     () -> new Failure("list " + id.listId() + " has no record " + id.recordId()));
-            System.out.print(service.describe(hex));
+            service.describe(hex).lines().map(Text::printable).forEach(System.out::println);
             return 0;
         }
     }
@@ -134,8 +181,12 @@ public final class Main {
     @Command(
             name = "demo",
             hidden = true,
-            description = "Imports, edits, filters, stores and loads real service lists. Run it with ./tavro demo.")
+            description = "Imports, edits, filters, stores and loads real service lists, and checks every step.",
+            footer = {"", "Example: ./tavro demo"})
     static final class DemoCommand implements Callable<Integer> {
+        @Mixin
+        HelpOption help;
+
         @Parameters(index = "0", description = "Folder with the channels.conf examples.")
         Path sources;
 
@@ -144,7 +195,10 @@ public final class Main {
 
         @Override
         public Integer call() throws Exception {
-            return new Demo(VltTvChannelList.getInstance(), sources, work, System.out).run() ? 0 : 1;
+            Storage.demoProblem(work).ifPresent(problem -> {
+                throw new Failure(problem);
+            });
+            return new Demo(lists(), sources, work, System.out).run() ? 0 : 1;
         }
     }
 
@@ -161,7 +215,7 @@ public final class Main {
 
         @Override
         public Integer call() throws Exception {
-            VltTvChannelList lists = VltTvChannelList.getInstance();
+            VltTvChannelList lists = lists();
             lists.open(listId, file.toString());
             Files.write(records, lists.getAllBytes(listId));
             return 0;

@@ -1,5 +1,6 @@
 package com.velotra.tv.tavro.tool;
 
+import com.velotra.tv.tavro.services.channellist.ChannelListException;
 import com.velotra.tv.tavro.services.channellist.RecordId;
 import com.velotra.tv.tavro.services.channellist.ServiceRecord;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelInfoBase;
@@ -14,6 +15,10 @@ final class ServiceImport {
     // service_type (ETSI EN 300 468 table 87): 1 digital television, 2 digital radio sound.
     private static final int TELEVISION = 1;
     private static final int RADIO = 2;
+
+    // What a record keeps of its texts, in bytes of modified UTF-8.
+    private static final int NAME_BYTES = 64;
+    private static final int SHORT_NAME_BYTES = 16;
 
     private static final int PROGRESS_EVERY = 1000;
 
@@ -35,10 +40,21 @@ final class ServiceImport {
         return transponders.size();
     }
 
+    /**
+     * Adds services behind those that the list has.
+     *
+     * @throws Main.Failure naming the service that could not be added; those before it are in the list then
+     */
     void addAll(List<ChannelsConf.Service> services) {
         int added = 0;
         for (ChannelsConf.Service service : services) {
-            lists.add(listId, convert(service));
+            try {
+                lists.add(listId, convert(service));
+            } catch (ChannelListException e) {
+                throw new Main.Failure(String.format(
+                        "%s: '%s', service id %d, number %d of %d; those before it are in the list",
+                        e.getMessage(), service.name(), service.serviceId(), added + 1, services.size()));
+            }
             added++;
             if (added % PROGRESS_EVERY == 0) {
                 progress.printf("  %d of %d services%n", added, services.size());
@@ -53,16 +69,17 @@ final class ServiceImport {
                 .setBroadcastType(ServiceRecord.BROADCAST_DVB)
                 .setServiceType(type)
                 .setSdtServiceType(type)
-                .setServiceName(service.name())
+                .setServiceName(name(service))
                 .setServiceId(service.serviceId())
                 .setTslRecId(new RecordId(listId, transponderOf(service)))
                 .setVnetActive(true)
+                .setVnetEpg(true)
                 .setVnetVisible(true)
                 .setVnetNumericSelectable(true)
                 .setVnetScrambled(service.scrambled())
                 .setFreeCaMode(service.scrambled() ? 1 : 0);
         if (!service.shortName().isEmpty()) {
-            info.setServiceShortName(service.shortName());
+            info.setServiceShortName(shortName(service));
         }
         if (service.scrambled()) {
             info.setCaSystemId(service.caIds().get(0));
@@ -76,7 +93,36 @@ final class ServiceImport {
         return info;
     }
 
-    private int transponderOf(ChannelsConf.Service service) {
+    /** The name as a record keeps it. */
+    static String name(ChannelsConf.Service service) {
+        return cut(service.name(), NAME_BYTES);
+    }
+
+    /** The short name as a record keeps it. */
+    static String shortName(ChannelsConf.Service service) {
+        return cut(service.shortName(), SHORT_NAME_BYTES);
+    }
+
+    // The library cuts at a byte; cutting here at a character keeps the last one whole.
+    private static String cut(String text, int bytes) {
+        int used = 0;
+        for (int i = 0; i < text.length(); ) {
+            int next = text.offsetByCodePoints(i, 1);
+            used += text.substring(i, next).chars().map(ServiceImport::encodedBytes).sum();
+            if (used > bytes) {
+                return text.substring(0, i);
+            }
+            i = next;
+        }
+        return text;
+    }
+
+    private static int encodedBytes(int character) {
+        return character != 0 && character < 0x80 ? 1 : character < 0x800 ? 2 : 3;
+    }
+
+    /** The number of the service's transport stream, a new one when there is none like it yet. */
+    int transponderOf(ChannelsConf.Service service) {
         return transponders.computeIfAbsent(service.transponder(), key -> transponders.size() + 1);
     }
 }

@@ -7,8 +7,8 @@ import java.util.List;
 final class ServiceTable {
     private ServiceTable() {}
 
-    /** The first {@code most} services of a list. */
-    static String of(List<ServiceRecord> services, int most) {
+    /** The first {@code most} services of a list, no line wider than {@code columns}. */
+    static String of(List<ServiceRecord> services, int most, int columns) {
         Table table = new Table(">record", ">LCN", "name", ">service id", "type", "scrambled", "shown", "transport stream");
         for (ServiceRecord service : services.subList(0, Math.min(most, services.size()))) {
             table.add(
@@ -22,7 +22,7 @@ final class ServiceTable {
                     service.transportStream());
         }
         int more = services.size() - most;
-        return table + (more > 0 ? "… and " + more + " more" + System.lineSeparator() : "");
+        return table.toString(columns) + (more > 0 ? "… and " + more + " more" + System.lineSeparator() : "");
     }
 
     /** Service types as the library's keys group them. */

@@ -24,6 +24,22 @@ final class Storage {
         return Files.exists(directory.resolve("lists.db"));
     }
 
+    /** Why the demo must not run over the storage directory; nothing when it is empty and below {@code work}. */
+    static Optional<String> demoProblem(Path work) {
+        Path home = directory().toAbsolutePath().normalize();
+        Path folder = work.toAbsolutePath().normalize();
+        String[] content = home.toFile().list();
+        String reason = null;
+        if (home.equals(folder) || !home.startsWith(folder)) {
+            reason = "is not below " + folder;
+        } else if (Files.exists(home) && (content == null || content.length > 0)) {
+            reason = "is not an empty directory";
+        }
+        return Optional.ofNullable(reason)
+                .map(r -> "the demo keeps its hands off the storage directory " + home + ", which " + r
+                        + "; run ./tavro demo, or set TAVRO_HOME to a new directory below " + folder);
+    }
+
     /** Why lists cannot be read from a directory; nothing when they can. Nothing is created. */
     static Optional<String> problem(Path directory) {
         String reason = null;

@@ -24,32 +24,28 @@ final class Table {
     void add(Object... cells) {
         String[] row = new String[right.length];
         for (int i = 0; i < row.length; i++) {
-            row[i] = cells[i].toString();
+            row[i] = Text.printable(cells[i].toString());
         }
         rows.add(row);
     }
 
-    @Override
-    public String toString() {
+    /** The table with no line wider than {@code columns}. */
+    String toString(int columns) {
         int[] widths = new int[right.length];
         for (String[] row : rows) {
             for (int i = 0; i < row.length; i++) {
-                widths[i] = Math.max(widths[i], width(row[i]));
+                widths[i] = Math.max(widths[i], Text.width(row[i]));
             }
         }
         StringBuilder out = new StringBuilder();
         for (String[] row : rows) {
             StringBuilder line = new StringBuilder();
             for (int i = 0; i < row.length; i++) {
-                String padding = " ".repeat(widths[i] - width(row[i]));
+                String padding = " ".repeat(widths[i] - Text.width(row[i]));
                 line.append(i == 0 ? "" : GAP).append(right[i] ? padding + row[i] : row[i] + padding);
             }
-            out.append(line.toString().stripTrailing()).append(System.lineSeparator());
+            out.append(Text.fit(line.toString().stripTrailing(), columns)).append(System.lineSeparator());
         }
         return out.toString();
-    }
-
-    private static int width(String text) {
-        return text.codePointCount(0, text.length());
     }
 }

@@ -58,6 +58,24 @@ class ChannelsConfTest {
     }
 
     @Test
+    void numbersOnlyGrow() throws IOException {
+        ChannelsConf conf = read(":@100", PLAIN, ":@50", PLAIN, ":@102", PLAIN, ":@16383", PLAIN, PLAIN);
+        assertEquals(
+                List.of(100, 101, 102, 16383, 0), conf.services.stream().map(ChannelsConf.Service::number).toList());
+        assertEquals(
+                List.of(folder.resolve("channels.conf") + ":3: channel number '50' is not a number from 101 to 16383"),
+                conf.malformed.stream().map(Object::toString).toList());
+    }
+
+    @Test
+    void aShortNameStandsBehindTheLastComma() throws IOException {
+        ChannelsConf conf = read(PLAIN.replace("Uno", "Uno, due, tre,U2;Provider, Inc."));
+        assertEquals("Uno, due, tre", conf.services.get(0).name());
+        assertEquals("U2", conf.services.get(0).shortName());
+        assertEquals("Provider, Inc.", conf.services.get(0).provider());
+    }
+
+    @Test
     void aLocalDeviceNumberIsNoConditionalAccess() throws IOException {
         ChannelsConf conf = read(PLAIN.replace(":0:10301", ":1,ff:10301"), PLAIN.replace(":0:10301", ":100:10301"));
         assertEquals(List.of(List.of(), List.of(0x100)), conf.services.stream().map(ChannelsConf.Service::caIds).toList());
@@ -102,7 +120,7 @@ class ChannelsConfTest {
                         file + ":7: video PID '9999' is not a number from 0 to 8191",
                         file + ":8: CA id 'xyz' is not a number from 0 to 65535",
                         file + ":9: service id '70000' is not a number from 0 to 65535",
-                        file + ":10: channel number '0' is not a number from 1 to 65535",
+                        file + ":10: channel number '0' is not a number from 1 to 16383",
                         file + ":11: 14 fields instead of 13 with colons between them"),
                 conf.malformed.stream().map(Object::toString).toList());
     }

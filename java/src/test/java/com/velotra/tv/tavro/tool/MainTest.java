@@ -7,11 +7,11 @@ import static org.junit.jupiter.api.Assertions.assertTrue;
 import com.velotra.tv.tavro.services.channellist.RecordId;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelInfoBase;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
+import com.velotra.tv.tavro.tool.ToolProcess.Result;
 import java.io.IOException;
 import java.nio.file.Files;
 import java.nio.file.Path;
-import java.util.ArrayList;
-import java.util.List;
+import java.util.Map;
 import org.junit.jupiter.api.Test;
 import org.junit.jupiter.api.io.TempDir;
 
@@ -25,20 +25,8 @@ class MainTest {
     @TempDir
     Path folder;
 
-    private record Result(int exit, String out, String err) {}
-
     private Result run(Path home, String... arguments) throws IOException, InterruptedException {
-        List<String> command = new ArrayList<>(List.of(
-                Path.of(System.getProperty("java.home"), "bin", "java").toString(),
-                "-Djava.library.path=" + System.getProperty("java.library.path"),
-                "-cp", System.getProperty("java.class.path"), Main.class.getName()));
-        command.addAll(List.of(arguments));
-        Path out = folder.resolve("out");
-        Path err = folder.resolve("err");
-        ProcessBuilder builder = new ProcessBuilder(command).redirectOutput(out.toFile()).redirectError(err.toFile());
-        builder.environment().put("TAVRO_HOME", home.toString());
-        int exit = builder.start().waitFor();
-        return new Result(exit, Files.readString(out), Files.readString(err));
+        return ToolProcess.run(folder, Map.of("TAVRO_HOME", home.toString()), arguments);
     }
 
     private static Path storage() {
@@ -75,12 +63,47 @@ class MainTest {
     }
 
     @Test
+    void namesAreWholeInEveryLocaleAndDoNotSteerTheTerminal() throws Exception {
+        VltTvChannelList lists = VltTvChannelList.getInstance();
+        lists.open(3);
+        lists.add(3, new VltTvChannelInfoBase().setServiceName("Zwölf\u001b[2J").setServiceId(101));
+        Map<String, String> environment = Map.of("TAVRO_HOME", storage().toString(), "LC_ALL", "C");
+        Result list = ToolProcess.run(folder, environment, "list", "3");
+        assertTrue(list.out().contains("  Zwölf·[2J  "), list.out());
+        Result show = ToolProcess.run(folder, environment, "show", "3,1");
+        assertTrue(show.out().contains("\nname                           \"Zwölf·[2J\"\n"), show.out());
+    }
+
+    @Test
+    void aLibraryThatIsNotThereIsToldWithTheRemedy() throws Exception {
+        VltTvChannelList.getInstance().open(2);
+        Map<String, String> environment = Map.of("TAVRO_HOME", storage().toString());
+        Result list = ToolProcess.runWithLibraryPath(folder.toString(), folder, environment, "list", "2");
+        assertEquals(1, list.exit());
+        assertTrue(list.err().startsWith("tavro: cannot load libvelotra_tavro_channellist.so from java.library.path "
+                + folder + "; run ./tavro build ("), list.err());
+        assertEquals(1, list.err().lines().count());
+    }
+
+    @Test
     void anUnknownListOrRecordEndsWithOneAndCreatesNothing() throws Exception {
         VltTvChannelList.getInstance().open(2);
         assertEquals(new Result(1, "", "tavro: there is no service list 99 in " + storage() + "\n"), run(storage(), "list", "99"));
         assertEquals(new Result(1, "", "tavro: there is no service list 99 in " + storage() + "\n"), run(storage(), "show", "99,1"));
         assertEquals(new Result(1, "", "tavro: list 2 has no record 5\n"), run(storage(), "show", "2,5"));
         assertFalse(VltTvChannelList.getInstance().exists(99));
+    }
+
+    @Test
+    void anIdWiderThanSixteenBitsNamesNoOtherListOrRecord() throws Exception {
+        VltTvChannelList lists = VltTvChannelList.getInstance();
+        lists.open(8);
+        int record = lists.add(8, new VltTvChannelInfoBase().setServiceName("Three")).recordId();
+        String noList = "tavro: there is no service list 65544 in " + storage() + "\n";
+        assertEquals(new Result(1, "", noList), run(storage(), "list", "65544"));
+        assertEquals(new Result(1, "", noList), run(storage(), "show", "65544," + record));
+        int wide = record + 65536;
+        assertEquals(new Result(1, "", "tavro: list 8 has no record " + wide + "\n"), run(storage(), "show", "8," + wide));
     }
 
     @Test
@@ -120,6 +143,9 @@ class MainTest {
         assertTrue(badId.err().contains("'17' is not a record identifier; write list and record as in 3,17"), badId.err());
         assertEquals(2, run(storage(), "list", "x").exit());
         assertEquals(2, run(storage(), "nonsense").exit());
+        Result negative = run(storage(), "list", "1", "--first", "-1");
+        assertEquals(2, negative.exit());
+        assertTrue(negative.err().startsWith("--first takes a number from 0, not -1\n"), negative.err());
     }
 
     @Test

@@ -2,6 +2,7 @@ package com.velotra.tv.tavro.services.channellist;
 
 import java.nio.ByteBuffer;
 import java.nio.ByteOrder;
+import java.nio.charset.StandardCharsets;
 
 /** Record bytes for tests, written and read by offset. */
 final class Records {
@@ -9,7 +10,11 @@ final class Records {
 
     /** A record in which no two neighbouring bytes are alike, so that a byte that moves shows. */
     static byte[] patterned() {
-        byte[] record = new byte[ServiceRecord.SIZE];
+        return patterned(ServiceRecord.SIZE);
+    }
+
+    static byte[] patterned(int size) {
+        byte[] record = new byte[size];
         for (int i = 0; i < record.length; i++) {
             record[i] = (byte) (0x5A + i * 11);
         }
@@ -41,8 +46,17 @@ final class Records {
         return view(record).getInt(offset);
     }
 
+    /** A copy with a text and its terminator at an offset. */
+    static byte[] withText(byte[] record, int offset, String text) {
+        byte[] copy = record.clone();
+        byte[] bytes = text.getBytes(StandardCharsets.UTF_8);
+        System.arraycopy(bytes, 0, copy, offset, bytes.length);
+        copy[offset + bytes.length] = 0;
+        return copy;
+    }
+
     static byte[] join(byte[]... records) {
-        ByteBuffer all = ByteBuffer.allocate(records.length * ServiceRecord.SIZE);
+        ByteBuffer all = ByteBuffer.allocate(records.length * records[0].length);
         for (byte[] record : records) {
             all.put(record);
         }

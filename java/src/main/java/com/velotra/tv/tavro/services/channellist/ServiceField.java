@@ -1,7 +1,7 @@
 package com.velotra.tv.tavro.services.channellist;
 
 /** The named fields of a service record: where they are, and what they are called when printed. */
-public enum ServiceField {
+public enum ServiceField implements RecordField {
     RECORD_ID("record id", 0, 2),
     CHANNEL_ID("channel id", 4, 4),
     NETWORK_MASK("network flags", 8, 4),
@@ -63,15 +63,12 @@ public enum ServiceField {
     DTMB_FREE_CA_MODE("free CA mode", 214, 1, Part.DTMB),
     DTMB_SDT_SERVICE_TYPE("SDT service type", 217, 1, Part.DTMB);
 
-    private enum Style { NUMBER, HEX, TEXT }
-
     private enum Part { HEADER, DVB_AND_DTMB, DVB, TYPE_5, DTMB }
 
-    final String label;
-    final int offset; // bytes from the record's start
-    final int width; // bytes
-    final boolean isText;
-    final boolean isHex;
+    private final String label;
+    private final int offset;
+    private final int width;
+    private final Style style;
     private final Part part;
 
     ServiceField(String label, int offset, int width) {
@@ -86,8 +83,7 @@ public enum ServiceField {
         this.label = label;
         this.offset = offset;
         this.width = width;
-        this.isText = style == Style.TEXT;
-        this.isHex = style == Style.HEX;
+        this.style = style;
         this.part = part;
     }
 
@@ -101,5 +97,25 @@ public enum ServiceField {
             case TYPE_5 -> broadcastType == ServiceRecord.BROADCAST_TYPE_5;
             case DTMB -> broadcastType == ServiceRecord.BROADCAST_DTMB;
         };
+    }
+
+    @Override
+    public String label() {
+        return label;
+    }
+
+    @Override
+    public int offset() {
+        return offset;
+    }
+
+    @Override
+    public int width() {
+        return width;
+    }
+
+    @Override
+    public Style style() {
+        return style;
     }
 }

@@ -1,15 +1,13 @@
 package com.velotra.tv.tavro.services.channellist;
 
 import java.nio.ByteBuffer;
-import java.nio.ByteOrder;
-import java.nio.charset.StandardCharsets;
-import java.util.ArrayList;
+import java.util.Arrays;
 import java.util.List;
 import java.util.Set;
 import java.util.TreeSet;
 
 /** A view of the 552 bytes of one service record, decoded field by field. */
-public final class ServiceRecord {
+public final class ServiceRecord extends RecordView {
     /** Bytes of one record. */
     public static final int SIZE = 552;
 
@@ -19,23 +17,17 @@ public final class ServiceRecord {
     public static final int BROADCAST_TYPE_5 = 5;
     public static final int BROADCAST_DTMB = 7;
 
-    private final ByteBuffer bytes;
-
     /**
      * Views {@code record} without copying it.
      *
      * @throws IllegalArgumentException when it is not 552 bytes long
      */
     public ServiceRecord(byte[] record) {
-        this(record, 0);
-        if (record.length != SIZE) {
-            throw new IllegalArgumentException("a service record has " + SIZE + " bytes, not " + record.length);
-        }
+        super(one(record, SIZE, "service"));
     }
 
-    private ServiceRecord(byte[] records, int offset) {
-        bytes = ByteBuffer.wrap(records, offset, Math.min(SIZE, records.length - offset)).slice()
-                .order(ByteOrder.LITTLE_ENDIAN);
+    private ServiceRecord(ByteBuffer bytes) {
+        super(bytes);
     }
 
     /**
@@ -44,46 +36,7 @@ public final class ServiceRecord {
      * @throws IllegalArgumentException when the last one is incomplete
      */
     public static List<ServiceRecord> listOf(byte[] records) {
-        if (records.length % SIZE != 0) {
-            throw new IllegalArgumentException(
-                    "service records have " + SIZE + " bytes each; " + records.length + " is no multiple of it");
-        }
-        List<ServiceRecord> list = new ArrayList<>(records.length / SIZE);
-        for (int offset = 0; offset < records.length; offset += SIZE) {
-            list.add(new ServiceRecord(records, offset));
-        }
-        return list;
-    }
-
-    /** A copy of the record's bytes. */
-    public byte[] bytes() {
-        byte[] copy = new byte[SIZE];
-        bytes.get(0, copy);
-        return copy;
-    }
-
-    /** The value of a number field, unsigned. */
-    public long value(ServiceField field) {
-        return switch (field.width) {
-            case 1 -> Byte.toUnsignedLong(bytes.get(field.offset));
-            case 2 -> Short.toUnsignedLong(bytes.getShort(field.offset));
-            default -> Integer.toUnsignedLong(bytes.getInt(field.offset));
-        };
-    }
-
-    /** The value of a text field, up to its terminator. */
-    public String text(ServiceField field) {
-        byte[] text = new byte[field.width];
-        bytes.get(field.offset, text);
-        int length = 0;
-        while (length < text.length && text[length] != 0) {
-            length++;
-        }
-        return new String(text, 0, length, StandardCharsets.UTF_8);
-    }
-
-    private int number(ServiceField field) {
-        return (int) value(field);
+        return many(records, SIZE, "service", ServiceRecord::new);
     }
 
     /** The record's id within its list. */
@@ -197,7 +150,7 @@ public final class ServiceRecord {
         return flags;
     }
 
-    private Set<String> flags(ServiceField word) {
+    private Set<String> flags(RecordField word) {
         Set<String> names = new TreeSet<>();
         for (ServiceFlag flag : ServiceFlag.values()) {
             if (flag.word == word && (value(word) & flag.bit) != 0) {
@@ -222,39 +175,30 @@ public final class ServiceRecord {
         return has(ServiceFlag.VISIBLE);
     }
 
-    /** The record field by field, a line each, and with {@code hex} its bytes. */
-    public String describe(boolean hex) {
-        StringBuilder out = new StringBuilder();
-        for (ServiceField field : ServiceField.values()) {
-            if (field.belongsTo(broadcastType())) {
-                String value = field.isText ? '"' + text(field) + '"' : format(field);
-                out.append(String.format("%-30s %s%n", field.label, value).replaceAll(" +(\\R)", "$1"));
-            }
-        }
-        if (hex) {
-            HexDump.append(out, bytes());
-        }
-        return out.toString();
+    @Override
+    List<ServiceField> fields() {
+        return Arrays.stream(ServiceField.values()).filter(field -> field.belongsTo(broadcastType())).toList();
     }
 
-    private String format(ServiceField field) {
-        long value = value(field);
-        return switch (field) {
-            case CHANNEL_ID -> String.format("0x%08x (major %d)", value, majorChannelNumber());
-            case NETWORK_MASK, OPTION_MASK, OPTION_MASK_2 ->
-                    String.format("0x%08x %s", value, String.join(" ", flags(field)));
-            default -> field.isHex ? String.format("0x%04x", value) : Long.toString(value);
+    @Override
+    String format(RecordField field) {
+        if (field == ServiceField.CHANNEL_ID) {
+            return String.format("0x%08x", channelId()) + channelNumbers();
+        }
+        if (field == ServiceField.NETWORK_MASK || field == ServiceField.OPTION_MASK || field == ServiceField.OPTION_MASK_2) {
+            return String.format("0x%08x %s", value(field), String.join(" ", flags(field)));
+        }
+        return super.format(field);
+    }
+
+    /** The channel numbers inside the channel id, where its layout is known. */
+    private String channelNumbers() {
+        return switch (broadcastType()) {
+            case BROADCAST_DVB, BROADCAST_DTMB -> " (major " + majorChannelNumber() + ')';
+            case BROADCAST_TYPE_5 ->
+                    " (major " + (channelId() >>> 18 & 0xFF) + ", minor " + (channelId() >>> 8 & 0xFF) + ')';
+            default -> "";
         };
-    }
-
-    @Override
-    public boolean equals(Object other) {
-        return other instanceof ServiceRecord record && bytes.equals(record.bytes);
-    }
-
-    @Override
-    public int hashCode() {
-        return bytes.hashCode();
     }
 
     @Override

@@ -124,7 +124,7 @@ public class VltTvChannelInfoBase {
         return mark("SvlIdSvlRecId");
     }
 
-    /** Service_id, 16 bits (ETSI EN 300 468). */
+    /** service_id, 16 bits (ETSI EN 300 468). */
     public VltTvChannelInfoBase setServiceId(int value) {
         serviceId = value;
         return mark("ServiceId");
@@ -336,7 +336,7 @@ public class VltTvChannelInfoBase {
         return mark("CaSystemId");
     }
 
-    /** Running_status (EN 300 468 table 6). */
+    /** running_status (EN 300 468 table 6). */
     public VltTvChannelInfoBase setServiceRunningStatus(int value) {
         serviceRunningStatus = value;
         return mark("ServiceRunningStatus");
@@ -348,85 +348,85 @@ public class VltTvChannelInfoBase {
         return mark("LinkageDescrMask");
     }
 
-    /** Original_network_id of the CA replacement service. */
+    /** original_network_id of the CA replacement service. */
     public VltTvChannelInfoBase setCaReplacementOnId(int value) {
         caReplacementOnId = value;
         return mark("CaReplacementOnId");
     }
 
-    /** Transport_stream_id of the CA replacement service. */
+    /** transport_stream_id of the CA replacement service. */
     public VltTvChannelInfoBase setCaReplacementTsId(int value) {
         caReplacementTsId = value;
         return mark("CaReplacementTsId");
     }
 
-    /** Service_id of the CA replacement service; the spelling is the key's own. */
+    /** service_id of the CA replacement service; the spelling is the key's own. */
     public VltTvChannelInfoBase setCaRepalacementSvcId(int value) {
         caRepalacementSvcId = value;
         return mark("CaRepalacementSvcId");
     }
 
-    /** Original_network_id of the replacement service. */
+    /** original_network_id of the replacement service. */
     public VltTvChannelInfoBase setSvcReplacementOnId(int value) {
         svcReplacementOnId = value;
         return mark("SvcReplacementOnId");
     }
 
-    /** Transport_stream_id of the replacement service. */
+    /** transport_stream_id of the replacement service. */
     public VltTvChannelInfoBase setSvcReplacementTsId(int value) {
         svcReplacementTsId = value;
         return mark("SvcReplacementTsId");
     }
 
-    /** Service_id of the replacement service. */
+    /** service_id of the replacement service. */
     public VltTvChannelInfoBase setSvcReplacementSvcId(int value) {
         svcReplacementSvcId = value;
         return mark("SvcReplacementSvcId");
     }
 
-    /** Original_network_id of the service with the complete EIT schedule. */
+    /** original_network_id of the service with the complete EIT schedule. */
     public VltTvChannelInfoBase setCompleteEitSchOnId(int value) {
         completeEitSchOnId = value;
         return mark("CompleteEitSchOnId");
     }
 
-    /** Transport_stream_id of the service with the complete EIT schedule. */
+    /** transport_stream_id of the service with the complete EIT schedule. */
     public VltTvChannelInfoBase setCompleteEitSchTsId(int value) {
         completeEitSchTsId = value;
         return mark("CompleteEitSchTsId");
     }
 
-    /** Service_id of the service with the complete EIT schedule. */
+    /** service_id of the service with the complete EIT schedule. */
     public VltTvChannelInfoBase setCompleteEitSchSvcId(int value) {
         completeEitSchSvcId = value;
         return mark("CompleteEitSchSvcId");
     }
 
-    /** Original_network_id of the HD simulcast service; the spelling is the key's own. */
+    /** original_network_id of the HD simulcast service; the spelling is the key's own. */
     public VltTvChannelInfoBase setHdSimulCastOnId(int value) {
         hdSimulCastOnId = value;
         return mark("HdSimulCastOnId");
     }
 
-    /** Transport_stream_id of the HD simulcast service. */
+    /** transport_stream_id of the HD simulcast service. */
     public VltTvChannelInfoBase setHdSimulcastTsId(int value) {
         hdSimulcastTsId = value;
         return mark("HdSimulcastTsId");
     }
 
-    /** Service_id of the HD simulcast service. */
+    /** service_id of the HD simulcast service. */
     public VltTvChannelInfoBase setHdSimulcastSvcId(int value) {
         hdSimulcastSvcId = value;
         return mark("HdSimulcastSvcId");
     }
 
-    /** Free_CA_mode, 8 bits. */
+    /** free_CA_mode, 8 bits. */
     public VltTvChannelInfoBase setFreeCaMode(int value) {
         freeCaMode = value;
         return mark("FreeCaMode");
     }
 
-    /** Service_type of the service descriptor, 8 bits (EN 300 468 table 87). */
+    /** service_type of the service descriptor, 8 bits (EN 300 468 table 87). */
     public VltTvChannelInfoBase setSdtServiceType(int value) {
         sdtServiceType = value;
         return mark("SdtServiceType");
@@ -518,25 +518,25 @@ public class VltTvChannelInfoBase {
         return mark("TargetRegionLevel");
     }
 
-    /** Up to three target region codes of 16 bits; more are not stored. */
+    /** Up to three target region codes of 16 bits; of a longer array nothing is stored. */
     public VltTvChannelInfoBase setTargetRegionCode(int... codes) {
         targetRegionCode = codes;
         return mark("TargetRegionCode");
     }
 
-    /** Stream_content of the component descriptor, 8 bits. */
+    /** stream_content of the component descriptor, 8 bits. */
     public VltTvChannelInfoBase setSdtStreamContent(int value) {
         sdtStreamContent = value;
         return mark("SdtStreamContent");
     }
 
-    /** Stream_content_ext of the component descriptor, 8 bits. */
+    /** stream_content_ext of the component descriptor, 8 bits. */
     public VltTvChannelInfoBase setSdtStreamContentExt(int value) {
         sdtStreamContentExt = value;
         return mark("SdtStreamContentExt");
     }
 
-    /** Component_type of the component descriptor, 8 bits. */
+    /** component_type of the component descriptor, 8 bits. */
     public VltTvChannelInfoBase setSdtStreamComponentType(int value) {
         sdtStreamComponentType = value;
         return mark("SdtStreamComponentType");

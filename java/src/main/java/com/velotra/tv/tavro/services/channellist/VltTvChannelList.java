@@ -6,12 +6,9 @@ import java.util.Optional;
 /**
  * The service lists of the TV.
  *
- * <p>Lists are named by small numbers of which the low 16 bits count, 0 standing for none. Operations open a list that is
- * not open. Those that fail throw {@link ChannelListException}.
- *
- * <p>The native methods are the library's contract; this class's own methods are a thin layer over them.
+ * <p>The native methods are the library's contract; the other methods are a thin layer over them.
  */
-public final class VltTvChannelList {
+public final class VltTvChannelList extends TvList {
     private static final class Holder {
         static final VltTvChannelList INSTANCE = load();
 
@@ -23,7 +20,9 @@ public final class VltTvChannelList {
         }
     }
 
-    VltTvChannelList() {}
+    private VltTvChannelList() {
+        super("service list");
+    }
 
     /**
      * The service lists, with the library loaded.
@@ -32,46 +31,6 @@ public final class VltTvChannelList {
      */
     public static VltTvChannelList getInstance() {
         return Holder.INSTANCE;
-    }
-
-    /** Whether there is such a list. Nothing is created; a list that was open is closed. */
-    public boolean exists(int listId) {
-        return native_close(listId) == 0;
-    }
-
-    /** Opens a list, creating it when there is none. */
-    public void open(int listId) {
-        check(native_open(listId), "cannot open or create service list %d", listId);
-    }
-
-    /** The same, loading the list from the file at {@code path} when it has no records yet. */
-    public void open(int listId, String path) {
-        check(native_open(listId, path), "cannot open service list %d with the file '%s'", listId, path);
-    }
-
-    /** Closes a list; its records stay. */
-    public void close(int listId) {
-        check(native_close(listId), "cannot close service list %d: is there such a list?", listId);
-    }
-
-    /** Removes all records of a list. */
-    public void clean(int listId) {
-        check(native_clean(listId), "cannot clean service list %d: is there such a list?", listId);
-    }
-
-    /** Removes a list with its records. */
-    public void delete(int listId) {
-        check(native_delete(listId), "cannot delete service list %d: is there such a list?", listId);
-    }
-
-    /** Replaces the records of list {@code to} by those of list {@code from}. */
-    public void copy(int from, int to) {
-        check(native_copy(from, to), "cannot copy service list %d to service list %d: are there both?", from, to);
-    }
-
-    /** Writes a list to the file at {@code path}. */
-    public void store(int listId, String path) {
-        check(native_store(listId, path), "cannot store service list %d to the file '%s'", listId, path);
     }
 
     /** One service; empty when there is no such record. */
@@ -109,11 +68,6 @@ public final class VltTvChannelList {
         check(native_updateInfo(listId, info), "cannot update the service %s of list %d", info.svlIdSvlRecId, listId);
     }
 
-    /** Makes a service point at the companion lists of list {@code listId}, and stores it there. */
-    public void update(int listId, RecordId id) {
-        check(native_updateInfo(listId, id.toString()), "cannot move the service %s to list %d", id, listId);
-    }
-
     /** Overlays many services. Those before the first that fails stay updated. */
     public void updateAll(int listId, List<? extends VltTvChannelInfoBase> infos) {
         check(native_updateInfoList(listId, infos), "cannot update %d services of list %d", infos.size(), listId);
@@ -124,47 +78,19 @@ public final class VltTvChannelList {
         return added(nativeAdd(listId, info), "cannot add a service to list %d", listId);
     }
 
-    /** Adds a copy of a service under the record id that it has. */
-    public RecordId add(int listId, RecordId copyOf) {
-        return added(nativeAdd(listId, copyOf.toString()), "cannot copy the service %s to list %d", copyOf, listId);
-    }
-
-    /** Removes a service. */
-    public void remove(RecordId id) {
-        check(nativeRemove(id.toString()), "cannot remove the service %s: is there such a record?", id);
-    }
-
-    /** Removes the service with the record id of {@code id} from list {@code listId}. */
-    public void remove(int listId, RecordId id) {
-        check(nativeRemoveByRecId(listId, id.toString()), "cannot remove the service %d of list %d", id.recordId(), listId);
-    }
-
-    private static void check(int status, String message, Object... arguments) {
-        if (status != 0) {
-            throw new ChannelListException(String.format(message, arguments), status);
-        }
-    }
-
-    private static RecordId added(String identifier, String message, Object... arguments) {
-        if (identifier.isEmpty()) {
-            throw new ChannelListException(String.format(message, arguments), 0);
-        }
-        return RecordId.parse(identifier);
-    }
-
-    private static byte[] orEmpty(byte[] records) {
-        return records == null ? new byte[0] : records;
-    }
-
     // Answers the address of the manager's slot, cut to an int: never 0, and no status.
     native int nativeSetup();
 
+    @Override
     native int native_clean(int mwdbId);
 
+    @Override
     native int native_close(int mwdbId);
 
+    @Override
     native int native_delete(int mwdbId);
 
+    @Override
     native int native_copy(int sourceId, int destinationId);
 
     native byte[] native_getSvlInfo(String identifier);
@@ -177,23 +103,30 @@ public final class VltTvChannelList {
 
     native byte[] native_getInfoListByNetwork(int mwdbId, int networkId);
 
+    @Override
     native int native_open(int mwdbId);
 
+    @Override
     native int native_open(int mwdbId, String path);
 
+    @Override
     native int native_store(int mwdbId, String path);
 
     native int native_updateInfo(int mwdbId, VltTvChannelInfoBase channel);
 
+    @Override
     native int native_updateInfo(int mwdbId, String identifier);
 
     native int native_updateInfoList(int mwdbId, List<? extends VltTvChannelInfoBase> channels);
 
     native String nativeAdd(int mwdbId, VltTvChannelInfoBase channel);
 
+    @Override
     native String nativeAdd(int mwdbId, String identifier);
 
+    @Override
     native int nativeRemove(String identifier);
 
+    @Override
     native int nativeRemoveByRecId(int mwdbId, String identifier);
 }

@@ -1,6 +1,114 @@
 package com.velotra.tv.tavro.services.channellist;
 
-/** The network lists. The library looks this class up when it is loaded; its natives come with their bridge. */
-public final class VltTvNetworkList {
-    private VltTvNetworkList() {}
+import java.util.List;
+import java.util.Optional;
+
+/**
+ * The network lists of the TV.
+ *
+ * <p>The native methods are the library's contract; the other methods are a thin layer over them.
+ */
+public final class VltTvNetworkList extends TvList {
+    private static final class Holder {
+        static final VltTvNetworkList INSTANCE = load();
+
+        private static VltTvNetworkList load() {
+            NativeLibrary.load();
+            VltTvNetworkList list = new VltTvNetworkList();
+            list.nativeSetup(); // answers an address, not a status
+            return list;
+        }
+    }
+
+    private VltTvNetworkList() {
+        super("network list");
+    }
+
+    /**
+     * The network lists, with the library loaded.
+     *
+     * @throws UnsatisfiedLinkError when the library cannot be loaded
+     */
+    public static VltTvNetworkList getInstance() {
+        return Holder.INSTANCE;
+    }
+
+    /** One network with the values of the named keys, or with all when {@code keys} is null; empty when there is no such record. */
+    public Optional<VltTvNetworkInfo> get(RecordId id, List<String> keys) {
+        return Optional.ofNullable(native_getInfo(id.toString(), keys));
+    }
+
+    /**
+     * All networks of a list, in list order, with the values of the named keys or with all when {@code keys} is null.
+     *
+     * @throws ChannelListException when one of them cannot be read
+     */
+    public List<VltTvNetworkInfo> getAll(int listId, List<String> keys) {
+        List<VltTvNetworkInfo> networks = native_getInfoList(listId, keys);
+        if (networks == null) {
+            throw new ChannelListException("cannot read network list " + listId, 0);
+        }
+        return networks;
+    }
+
+    /** Overlays the network that {@code info} names by its record id with the values that it carries. */
+    public void update(int listId, VltTvNetworkInfoBase info) {
+        check(native_updateInfo(listId, info), "cannot update the network %s of list %d", info.identifier(), listId);
+    }
+
+    /** Overlays many networks. Those before the first that fails stay updated. */
+    public void updateAll(int listId, List<? extends VltTvNetworkInfoBase> infos) {
+        check(native_updateInfoList(listId, infos), "cannot update %d networks of list %d", infos.size(), listId);
+    }
+
+    /** Adds a network. */
+    public RecordId add(int listId, VltTvNetworkInfoBase info) {
+        return added(nativeAdd(listId, info), "cannot add a network to list %d", listId);
+    }
+
+    // Answers the address of the manager's slot, cut to an int: never 0, and no status.
+    native int nativeSetup();
+
+    @Override
+    native int native_clean(int mwdbId);
+
+    @Override
+    native int native_close(int mwdbId);
+
+    @Override
+    native int native_delete(int mwdbId);
+
+    @Override
+    native int native_copy(int sourceId, int destinationId);
+
+    native VltTvNetworkInfo native_getInfo(String identifier, List<String> keys);
+
+    native List<VltTvNetworkInfo> native_getInfoList(int mwdbId, List<String> keys);
+
+    @Override
+    native int native_open(int mwdbId);
+
+    @Override
+    native int native_open(int mwdbId, String path);
+
+    @Override
+    native int native_store(int mwdbId, String path);
+
+    native int native_updateInfo(int mwdbId, VltTvNetworkInfoBase network);
+
+    @Override
+    native int native_updateInfo(int mwdbId, String identifier);
+
+    native int native_updateInfoList(int mwdbId, List<? extends VltTvNetworkInfoBase> networks);
+
+    native String nativeAdd(int mwdbId, VltTvNetworkInfoBase network);
+
+    @Override
+    native String nativeAdd(int mwdbId, String identifier);
+
+    @Override
+    native int nativeRemove(String identifier);
+
+    @Override
+    native int nativeRemoveByRecId(int mwdbId, String identifier);
 }

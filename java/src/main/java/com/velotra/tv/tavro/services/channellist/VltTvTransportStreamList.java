@@ -1,6 +1,118 @@
 package com.velotra.tv.tavro.services.channellist;
 
-/** The transport stream lists. The library looks this class up when it is loaded; its natives come with their bridge. */
-public final class VltTvTransportStreamList {
-    private VltTvTransportStreamList() {}
+import java.util.List;
+import java.util.Optional;
+
+/**
+ * The transport stream lists of the TV.
+ *
+ * <p>The native methods are the library's contract; the other methods are a thin layer over them.
+ */
+public final class VltTvTransportStreamList extends TvList {
+    private static final class Holder {
+        static final VltTvTransportStreamList INSTANCE = load();
+
+        private static VltTvTransportStreamList load() {
+            NativeLibrary.load();
+            VltTvTransportStreamList list = new VltTvTransportStreamList();
+            list.nativeSetup(); // answers an address, not a status
+            return list;
+        }
+    }
+
+    private VltTvTransportStreamList() {
+        super("transport stream list");
+    }
+
+    /**
+     * The transport stream lists, with the library loaded.
+     *
+     * @throws UnsatisfiedLinkError when the library cannot be loaded
+     */
+    public static VltTvTransportStreamList getInstance() {
+        return Holder.INSTANCE;
+    }
+
+    /** One transport stream; empty when there is no such record. */
+    public Optional<TransportStreamRecord> get(RecordId id) {
+        return Optional.ofNullable(native_getInfo(id.toString())).map(TransportStreamRecord::new);
+    }
+
+    /** All transport streams of a list, in list order; none when there is no such list. */
+    public List<TransportStreamRecord> getAll(int listId) {
+        return TransportStreamRecord.listOf(getAllBytes(listId));
+    }
+
+    /** The same as the bytes of the records, one behind the other. */
+    public byte[] getAllBytes(int listId) {
+        return orEmpty(native_getInfoList(listId));
+    }
+
+    /** Those that point at that record of the satellite list with the same list id. */
+    public List<TransportStreamRecord> bySatellite(int listId, int satelliteRecordId) {
+        return TransportStreamRecord.listOf(orEmpty(native_getInfoListBySatellite(listId, satelliteRecordId)));
+    }
+
+    /** Overlays the transport stream that {@code info} names by its record id with the values that it carries. */
+    public void update(int listId, VltTvTransportStreamInfoBase info) {
+        check(native_updateInfo(listId, info), "cannot update the transport stream %s of list %d", info.identifier(), listId);
+    }
+
+    /** Overlays many transport streams. Those before the first that fails stay updated. */
+    public void updateAll(int listId, List<? extends VltTvTransportStreamInfoBase> infos) {
+        check(native_updateInfoList(listId, infos), "cannot update %d transport streams of list %d", infos.size(), listId);
+    }
+
+    /** Adds a transport stream. */
+    public RecordId add(int listId, VltTvTransportStreamInfoBase info) {
+        return added(nativeAdd(listId, info), "cannot add a transport stream to list %d", listId);
+    }
+
+    // Answers the address of the manager's slot, cut to an int: never 0, and no status.
+    native int nativeSetup();
+
+    @Override
+    native int native_clean(int mwdbId);
+
+    @Override
+    native int native_close(int mwdbId);
+
+    @Override
+    native int native_delete(int mwdbId);
+
+    @Override
+    native int native_copy(int sourceId, int destinationId);
+
+    native byte[] native_getInfo(String identifier);
+
+    native byte[] native_getInfoList(int mwdbId);
+
+    native byte[] native_getInfoListBySatellite(int mwdbId, int satelliteRecordId);
+
+    @Override
+    native int native_open(int mwdbId);
+
+    @Override
+    native int native_open(int mwdbId, String path);
+
+    @Override
+    native int native_store(int mwdbId, String path);
+
+    native int native_updateInfo(int mwdbId, VltTvTransportStreamInfoBase stream);
+
+    @Override
+    native int native_updateInfo(int mwdbId, String identifier);
+
+    native int native_updateInfoList(int mwdbId, List<? extends VltTvTransportStreamInfoBase> streams);
+
+    native String nativeAdd(int mwdbId, VltTvTransportStreamInfoBase stream);
+
+    @Override
+    native String nativeAdd(int mwdbId, String identifier);
+
+    @Override
+    native int nativeRemove(String identifier);
+
+    @Override
+    native int nativeRemoveByRecId(int mwdbId, String identifier);
 }

@@ -49,6 +49,30 @@ class ServiceRecordTest {
     }
 
     @Test
+    void readsModifiedUtf8WithCharactersBeyondTheBasicPlane() {
+        view.put(40, new byte[] {'a', (byte) 0xED, (byte) 0xA0, (byte) 0xBD, (byte) 0xED, (byte) 0xB8, (byte) 0x80, 'b'});
+        assertEquals("a\uD83D\uDE00b", record.name());
+    }
+
+    @Test
+    void describesTheChannelNumbersThatItsBroadcastTypeKeeps() {
+        view.putInt(4, 0x00280301);
+        for (var expected : List.of(
+                List.of(2, "0x00280301 (major 10)"), List.of(7, "0x00280301 (major 10)"),
+                List.of(5, "0x00280301 (major 10, minor 3)"), List.of(3, "0x00280301"))) {
+            view.put(38, ((Integer) expected.get(0)).byteValue());
+            assertEquals("channel id                     " + expected.get(1), record.describe(false).lines().toList().get(1));
+        }
+    }
+
+    @Test
+    void describesATextOnOneLine() {
+        text(40, "a\nservice id  9\u001B\u0086\u2028b");
+        assertEquals("name                           \"a·service id  9···b\"", record.describe(false).lines().toList().get(14));
+        assertEquals("a\nservice id  9\u001B\u0086\u2028b", record.name());
+    }
+
+    @Test
     void namesTheFlagsThatAreSet() {
         view.putInt(8, 0x2 | 0x800 | 0x1).putInt(12, 0x20).putInt(16, 0x400);
         assertEquals(Set.of("VnetActive", "VnetScrambled"), record.networkFlags());
@@ -79,7 +103,7 @@ class ServiceRecordTest {
         assertEquals(
                 """
                 record id                      0
-                channel id                     0x00000000 (major 0)
+                channel id                     0x00000000 (major 0, minor 0)
                 network flags                  0x00000008 VnetVisible
                 option flags                   0x00000000
                 option flags 2                 0x00000000

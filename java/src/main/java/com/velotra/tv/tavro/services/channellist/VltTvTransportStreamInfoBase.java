@@ -1,0 +1,317 @@
+package com.velotra.tv.tavro.services.channellist;
+
+import java.util.Collections;
+import java.util.LinkedHashSet;
+import java.util.Set;
+
+/**
+ * The values of one transport stream that are to be stored: a bag of optional values, each under its key.
+ *
+ * <p>A value that is set marks its key; see {@link VltTvChannelInfoBase} for the rules. Where a tuner parameter is stored
+ * depends on the medium: the one set here, else that of the stored record.
+ */
+public class VltTvTransportStreamInfoBase {
+    private final Set<String> keys = new LinkedHashSet<>();
+
+    // Identity.
+    protected String tslIdTslRecId;
+    protected int broadcastType;
+    protected int broadcastMedium;
+    protected int networkId;
+    protected int originalNetworkId;
+    protected int transportStreamId;
+    protected String tslNwlRecId;
+    protected String tslSatlRecId;
+    protected String networkName;
+    protected String acTsName;
+    protected int barkerChannel;
+    protected int isHomeTransponder;
+    protected int rcKeyId;
+
+    // Tuning.
+    protected int frequency;
+    protected int bandwidth;
+    protected int broadcastMode;
+    protected int standard;
+    protected int plpId;
+    protected int plpGroupId;
+    protected int fecInner;
+    protected int fecOuter;
+    protected int modulation;
+    protected int guardInterval;
+    protected int transmissionMode;
+    protected int hierarchy;
+    protected int symbolRate;
+    protected int pilotInsert;
+    protected int rollOff;
+    protected int codeRate;
+    protected int tunerPolarizaTion;
+    protected int signalStrength;
+    protected int signalQuality;
+    protected AlternateFrequencyInfoBase[] alternateFrequencyInfoList;
+
+    /** An alternate frequency with its bandwidth in kHz. */
+    public static class AlternateFrequencyInfoBase {
+        protected int alternateFreq;
+        protected int alternateBandwidth;
+
+        /**
+         * @param frequency in the unit of the stream's own frequency
+         * @param bandwidth in kHz
+         */
+        public AlternateFrequencyInfoBase(int frequency, int bandwidth) {
+            alternateFreq = frequency;
+            alternateBandwidth = bandwidth;
+        }
+    }
+
+    /** Whether {@code info} carries a value under {@code key}. Called by the native side. */
+    public boolean isContainsKey(VltTvTransportStreamInfoBase info, String key) {
+        return info.keys.contains(key);
+    }
+
+    /** The keys of the values that were set, in the order in which they were set. */
+    public Set<String> keys() {
+        return Collections.unmodifiableSet(keys);
+    }
+
+    /** The text form of the record identifier that was set, or null. */
+    String identifier() {
+        return tslIdTslRecId;
+    }
+
+    // Identity.
+
+    /** The record to update; its list part does not count. */
+    public VltTvTransportStreamInfoBase setTslIdTslRecId(RecordId id) {
+        tslIdTslRecId = id == null ? null : id.toString();
+        keys.add("TslIdTslRecId");
+        return this;
+    }
+
+    /** Broadcast system, 8 bits, as in service records. */
+    public VltTvTransportStreamInfoBase setBroadcastType(int value) {
+        broadcastType = value;
+        keys.add("BroadcastType");
+        return this;
+    }
+
+    /** 1 terrestrial, 2 cable, 3 satellite; decides where tuner parameters are stored. */
+    public VltTvTransportStreamInfoBase setBroadcastMedium(int value) {
+        broadcastMedium = value;
+        keys.add("BroadcastMedium");
+        return this;
+    }
+
+    /** network_id, 16 bits (ETSI EN 300 468). */
+    public VltTvTransportStreamInfoBase setNetworkId(int value) {
+        networkId = value;
+        keys.add("NetworkId");
+        return this;
+    }
+
+    /** original_network_id, 16 bits. */
+    public VltTvTransportStreamInfoBase setOriginalNetworkId(int value) {
+        originalNetworkId = value;
+        keys.add("OriginalNetworkId");
+        return this;
+    }
+
+    /** transport_stream_id, 16 bits. */
+    public VltTvTransportStreamInfoBase setTransportStreamId(int value) {
+        transportStreamId = value;
+        keys.add("TransportStreamId");
+        return this;
+    }
+
+    /** The network record that the stream belongs to; the list part is cut to 8 bits. */
+    public VltTvTransportStreamInfoBase setTslNwlRecId(RecordId id) {
+        tslNwlRecId = id == null ? null : id.toString();
+        keys.add("TslNwlRecId");
+        return this;
+    }
+
+    /** The satellite record that the stream is received from. */
+    public VltTvTransportStreamInfoBase setTslSatlRecId(RecordId id) {
+        tslSatlRecId = id == null ? null : id.toString();
+        keys.add("TslSatlRecId");
+        return this;
+    }
+
+    /** Network name; stored when it has at most 31 bytes of modified UTF-8. */
+    public VltTvTransportStreamInfoBase setNetworkName(String text) {
+        networkName = text;
+        keys.add("NetworkName");
+        return this;
+    }
+
+    /** Transport stream name; stored when it has at most 40 bytes of modified UTF-8. */
+    public VltTvTransportStreamInfoBase setAcTsName(String text) {
+        acTsName = text;
+        keys.add("AcTsName");
+        return this;
+    }
+
+    /** Greater than 0: the stream carries a barker channel. */
+    public VltTvTransportStreamInfoBase setBarkerChannel(int value) {
+        barkerChannel = value;
+        keys.add("BarkerChannel");
+        return this;
+    }
+
+    /** Exactly 1: the stream is the home transponder. */
+    public VltTvTransportStreamInfoBase setIsHomeTransponder(int value) {
+        isHomeTransponder = value;
+        keys.add("IsHomeTransponder");
+        return this;
+    }
+
+    /** Remote-control key id, 8 bits. */
+    public VltTvTransportStreamInfoBase setRcKeyId(int value) {
+        rcKeyId = value;
+        keys.add("RcKeyId");
+        return this;
+    }
+
+    // Tuning.
+
+    /** Frequency, in the unit that the lists of the TV are kept in; nothing for an unknown medium. */
+    public VltTvTransportStreamInfoBase setFrequency(int value) {
+        frequency = value;
+        keys.add("Frequency");
+        return this;
+    }
+
+    /** Bandwidth in kHz: 1712, 5000, 6000, 7000, 8000 or 10000. */
+    public VltTvTransportStreamInfoBase setBandwidth(int value) {
+        bandwidth = value;
+        keys.add("Bandwidth");
+        return this;
+    }
+
+    /** Mode word of the medium: 1 or 2 for DVB-T or T2, C or C2, S or S2. */
+    public VltTvTransportStreamInfoBase setBroadcastMode(int value) {
+        broadcastMode = value;
+        keys.add("BroadcastMode");
+        return this;
+    }
+
+    /** Terrestrial 3 T, 4 T2; cable 1 C, 2 C2; satellite 5 S, 6 S2, by the medium set here. */
+    public VltTvTransportStreamInfoBase setStandard(int value) {
+        standard = value;
+        keys.add("Standard");
+        return this;
+    }
+
+    /** PLP id, 8 bits. */
+    public VltTvTransportStreamInfoBase setPlpId(int value) {
+        plpId = value;
+        keys.add("PlpId");
+        return this;
+    }
+
+    /** PLP group id, 8 bits. */
+    public VltTvTransportStreamInfoBase setPlpGroupId(int value) {
+        plpGroupId = value;
+        keys.add("PlpGroupId");
+        return this;
+    }
+
+    /** Inner FEC, as FEC_inner of EN 300 468 table 35. */
+    public VltTvTransportStreamInfoBase setFecInner(int value) {
+        fecInner = value;
+        keys.add("FecInner");
+        return this;
+    }
+
+    /** Outer FEC, as FEC_outer of EN 300 468 table 34. */
+    public VltTvTransportStreamInfoBase setFecOuter(int value) {
+        fecOuter = value;
+        keys.add("FecOuter");
+        return this;
+    }
+
+    /** Modulation, 1 to 28. */
+    public VltTvTransportStreamInfoBase setModulation(int value) {
+        modulation = value;
+        keys.add("Modulation");
+        return this;
+    }
+
+    /** Guard interval, 2 to 5 for T and 2 to 8 for T2. */
+    public VltTvTransportStreamInfoBase setGuardInterval(int value) {
+        guardInterval = value;
+        keys.add("GuardInterval");
+        return this;
+    }
+
+    /** Transmission mode, 2 to 9. */
+    public VltTvTransportStreamInfoBase setTransmissionMode(int value) {
+        transmissionMode = value;
+        keys.add("TransmissionMode");
+        return this;
+    }
+
+    /** Hierarchy, 4 to 7. */
+    public VltTvTransportStreamInfoBase setHierarchy(int value) {
+        hierarchy = value;
+        keys.add("Hierarchy");
+        return this;
+    }
+
+    /** Symbol rate of cable and satellite. */
+    public VltTvTransportStreamInfoBase setSymbolRate(int value) {
+        symbolRate = value;
+        keys.add("SymbolRate");
+        return this;
+    }
+
+    /** Pilots, 8 bits. */
+    public VltTvTransportStreamInfoBase setPilotInsert(int value) {
+        pilotInsert = value;
+        keys.add("PilotInsert");
+        return this;
+    }
+
+    /** Roll-off, 3 or 4. */
+    public VltTvTransportStreamInfoBase setRollOff(int value) {
+        rollOff = value;
+        keys.add("RollOff");
+        return this;
+    }
+
+    /** Code rate of terrestrial and satellite, 2 to 11. */
+    public VltTvTransportStreamInfoBase setCodeRate(int value) {
+        codeRate = value;
+        keys.add("CodeRate");
+        return this;
+    }
+
+    /** Polarization; the spelling is the key's own. */
+    public VltTvTransportStreamInfoBase setTunerPolarizaTion(int value) {
+        tunerPolarizaTion = value;
+        keys.add("TunerPolarizaTion");
+        return this;
+    }
+
+    /** Signal strength, 8 bits. */
+    public VltTvTransportStreamInfoBase setSignalStrength(int value) {
+        signalStrength = value;
+        keys.add("SignalStrength");
+        return this;
+    }
+
+    /** Signal quality. */
+    public VltTvTransportStreamInfoBase setSignalQuality(int value) {
+        signalQuality = value;
+        keys.add("SignalQuality");
+        return this;
+    }
+
+    /** Up to five alternate frequencies; of a longer array nothing is stored. */
+    public VltTvTransportStreamInfoBase setAlternateFrequencyInfoList(AlternateFrequencyInfoBase... frequencies) {
+        alternateFrequencyInfoList = frequencies;
+        keys.add("AlternateFrequencyInfoList");
+        return this;
+    }
+}

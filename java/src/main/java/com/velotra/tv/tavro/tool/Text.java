@@ -1,0 +1,52 @@
+package com.velotra.tv.tavro.tool;
+
+/** Text as a terminal shows it. */
+final class Text {
+    // First and last code points that take two columns: Hangul Jamo; CJK, kana and Yi; Hangul syllables; CJK
+    // compatibility; full-width forms; pictographs; the supplementary ideographs (Unicode standard annex 11).
+    private static final int[][] WIDE = {
+        {0x1100, 0x115F}, {0x2E80, 0x303E}, {0x3041, 0xA4CF}, {0xAC00, 0xD7A3}, {0xF900, 0xFAFF}, {0xFE30, 0xFE6F},
+        {0xFF00, 0xFF60}, {0xFFE0, 0xFFE6}, {0x1F300, 0x1F64F}, {0x1F900, 0x1F9FF}, {0x20000, 0x3FFFD}};
+
+    private Text() {}
+
+    /** The text with a dot for every control character: names come from broadcasts and must not steer the terminal. */
+    static String printable(String text) {
+        return text.replaceAll("\\p{Cntrl}|[\u0080-\u009f]", "·");
+    }
+
+    /** How many columns the text takes. */
+    static int width(String text) {
+        return text.codePoints().map(Text::width).sum();
+    }
+
+    /** The text itself when it takes no more than {@code columns}, else its beginning and an ellipsis. */
+    static String fit(String text, int columns) {
+        if (width(text) <= columns) {
+            return text;
+        }
+        int used = 1; // the ellipsis
+        int end = 0;
+        while (end < text.length() && used + width(text.codePointAt(end)) <= columns) {
+            used += width(text.codePointAt(end));
+            end += Character.charCount(text.codePointAt(end));
+        }
+        return text.substring(0, end) + "…";
+    }
+
+    private static int width(int codePoint) {
+        switch (Character.getType(codePoint)) {
+            case Character.NON_SPACING_MARK, Character.ENCLOSING_MARK, Character.FORMAT -> {
+                return 0;
+            }
+            default -> {
+                for (int[] range : WIDE) {
+                    if (codePoint >= range[0] && codePoint <= range[1]) {
+                        return 2;
+                    }
+                }
+                return 1;
+            }
+        }
+    }
+}

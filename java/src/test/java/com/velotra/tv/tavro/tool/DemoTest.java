@@ -1,0 +1,103 @@
+package com.velotra.tv.tavro.tool;
+
+import static org.junit.jupiter.api.Assertions.assertEquals;
+import static org.junit.jupiter.api.Assertions.assertFalse;
+import static org.junit.jupiter.api.Assertions.assertTrue;
+
+import com.velotra.tv.tavro.tool.ToolProcess.Result;
+import java.io.IOException;
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.util.List;
+import java.util.Map;
+import org.junit.jupiter.api.BeforeEach;
+import org.junit.jupiter.api.Test;
+import org.junit.jupiter.api.io.TempDir;
+
+/** The demo over service lists of three or four services. */
+class DemoTest {
+    @TempDir
+    Path folder;
+
+    private Path sources;
+    private Path work;
+
+    @BeforeEach
+    void writeSources() throws IOException {
+        sources = Files.createDirectory(folder.resolve("sources"));
+        work = Files.createDirectory(folder.resolve("work"));
+        Files.write(sources.resolve("channels.conf.sat"), List.of(
+                "Uno,U1;Provider:11493:H:S19.2E:22000:101=27:102:0:0:1:1:1019:0",
+                ":@100 Pay",
+                "Due:11493:H:S19.2E:22000:201=27:202:0:98c:2:1:1019:0",
+                "Tre:11494:V:S19.2E:22000:0:302:0:0:3:1:1020:0",
+                "Vier und " + "v".repeat(80) + ":11494:V:S19.2E:22000:0:402:0:0:4:1:1020:0"));
+        Files.write(sources.resolve("channels.conf.cable"), List.of(
+                "Köln:410:M64:C:6900:101:102:0:0:5:0:0:0", "Bonn:418:M64:C:6900:201:202:0:0:6:0:0:0"));
+        Files.write(sources.resolve("channels.conf.terr"), List.of("Sieben:490000:I0:T:27500:545:546:0:0:7:0:0"));
+    }
+
+    private Result demo(Path home) throws IOException, InterruptedException {
+        return ToolProcess.run(folder, Map.of("TAVRO_HOME", home.toString()), "demo", sources.toString(), work.toString());
+    }
+
+    @Test
+    void everyStepIsCheckedAndTheListsStay() throws Exception {
+        Path home = work.resolve("home");
+        Result demo = demo(home);
+        assertEquals(0, demo.exit(), demo.out() + demo.err());
+        assertEquals(6, demo.out().lines().filter(line -> line.matches("\\d\\. .*")).count(), demo.out());
+        assertEquals(22, demo.out().lines().filter(line -> line.startsWith("   ok   ")).count(), demo.out());
+        assertTrue(demo.out().contains("\nAll 22 checks passed.\n"), demo.out());
+        assertEquals("", demo.err());
+
+        Result list = ToolProcess.run(folder, Map.of("TAVRO_HOME", home.toString()), "list", "5");
+        assertTrue(list.out().contains("My favourite"), list.out());
+        assertTrue(list.out().endsWith("4 services\n"), list.out());
+    }
+
+    @Test
+    void aLineThatIsNoServiceFailsTheDemo() throws Exception {
+        Files.write(sources.resolve("channels.conf.terr"),
+                List.of("Sieben:490000:I0:T:27500:545:546:0:0:7:0:0", "Acht:490000"));
+        Result demo = demo(work.resolve("home"));
+        assertEquals(1, demo.exit());
+        assertTrue(demo.out().contains("channels.conf.terr:2: 2 fields instead of 13"), demo.out());
+        assertTrue(demo.out().contains("\n   FAIL every line that is no heading is a service: 2\n"), demo.out());
+        assertTrue(demo.out().endsWith("\n1 of 22 checks FAILED.\n"), demo.out());
+    }
+
+    @Test
+    void aMissingSourceIsNamed() throws Exception {
+        Files.delete(sources.resolve("channels.conf.cable"));
+        Result demo = demo(work.resolve("home"));
+        assertEquals(1, demo.exit());
+        assertEquals(
+                "tavro: a file cannot be read or written: java.nio.file.NoSuchFileException: "
+                        + sources.resolve("channels.conf.cable") + "\n",
+                demo.err());
+    }
+
+    @Test
+    void aStorageDirectoryElsewhereIsLeftAlone() throws Exception {
+        Path home = folder.resolve("mine");
+        assertEquals(new Result(1, "", refusal(home, "is not below " + work)), demo(home));
+        assertFalse(Files.exists(home));
+        assertEquals(new Result(1, "", refusal(work, "is not below " + work)), demo(work));
+    }
+
+    @Test
+    void aStorageDirectoryInUseIsLeftAlone() throws Exception {
+        Path home = Files.createDirectory(work.resolve("home"));
+        Path properties = Files.writeString(home.resolve("properties"), "name=value");
+        assertEquals(new Result(1, "", refusal(home, "is not an empty directory")), demo(home));
+        assertEquals(List.of(properties), List.of(home.resolve(home.toFile().list()[0])));
+        assertEquals(1, home.toFile().list().length);
+        assertEquals(new Result(1, "", refusal(properties, "is not an empty directory")), demo(properties));
+    }
+
+    private String refusal(Path home, String reason) {
+        return "tavro: the demo keeps its hands off the storage directory " + home + ", which " + reason
+                + "; run ./tavro demo, or set TAVRO_HOME to a new directory below " + work + "\n";
+    }
+}

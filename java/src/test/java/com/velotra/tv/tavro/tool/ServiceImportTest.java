@@ -1,0 +1,129 @@
+package com.velotra.tv.tavro.tool;
+
+import static org.junit.jupiter.api.Assertions.assertEquals;
+import static org.junit.jupiter.api.Assertions.assertFalse;
+import static org.junit.jupiter.api.Assertions.assertThrows;
+
+import com.velotra.tv.tavro.services.channellist.RecordId;
+import com.velotra.tv.tavro.services.channellist.ServiceRecord;
+import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
+import java.io.ByteArrayOutputStream;
+import java.io.IOException;
+import java.io.PrintStream;
+import java.nio.charset.StandardCharsets;
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.util.Collections;
+import java.util.List;
+import java.util.Set;
+import org.junit.jupiter.api.AfterEach;
+import org.junit.jupiter.api.BeforeEach;
+import org.junit.jupiter.api.Test;
+import org.junit.jupiter.api.io.TempDir;
+
+/** What the importer stores, read back through the natives. */
+class ServiceImportTest {
+    private static final int LIST = 1;
+    private static final String PLAIN = "Uno:11493:H:S19.2E:22000:101:102:0:0:7:1:1019:0";
+
+    @TempDir
+    Path folder;
+
+    private final VltTvChannelList lists = VltTvChannelList.getInstance();
+    private final ByteArrayOutputStream progress = new ByteArrayOutputStream();
+
+    @BeforeEach
+    void openList() {
+        lists.open(LIST);
+    }
+
+    @AfterEach
+    void deleteList() {
+        lists.delete(LIST);
+    }
+
+    private List<ServiceRecord> imported(List<String> lines) throws IOException {
+        return imported(LIST, lines);
+    }
+
+    private List<ServiceRecord> imported(int listId, List<String> lines) throws IOException {
+        ChannelsConf conf = ChannelsConf.read(Files.write(folder.resolve("channels.conf"), lines));
+        assertEquals(List.of(), conf.malformed);
+        new ServiceImport(lists, listId, new PrintStream(progress, true, StandardCharsets.UTF_8)).addAll(conf.services);
+        return lists.getAll(listId);
+    }
+
+    @Test
+    void aScrambledNumberedTelevisionServiceIsStoredWithAllThatTheFileTells() throws IOException {
+        ServiceRecord stored = imported(
+                List.of(":@900", "Uno Züri,U1;Provider:11493:H:S19.2E:22000:101=27:102:103:98c,1833:10301:1:1019:0")).get(0);
+        assertEquals(1, stored.recordId());
+        assertEquals("Uno Züri", stored.name());
+        assertEquals("U1", stored.shortName());
+        assertEquals(10301, stored.serviceId());
+        assertEquals(2, stored.broadcastType());
+        assertEquals(1, stored.serviceType());
+        assertEquals(1, stored.sdtServiceType());
+        assertEquals(900, stored.logicalChannelNumber());
+        assertEquals(900, stored.majorChannelNumber());
+        assertEquals(0x98c, stored.caSystemId());
+        assertEquals(1, stored.freeCaMode());
+        assertEquals(new RecordId(LIST, 1), stored.transportStream());
+        assertEquals(
+                Set.of("VnetActive", "VnetEpg", "VnetVisible", "VnetNumericSelectable", "VnetScrambled"),
+                stored.networkFlags());
+        assertEquals(Set.of("VoptLcnApplied"), stored.optionFlags());
+    }
+
+    @Test
+    void aFreeRadioServiceWithoutNumberLeavesTheRestAtZero() throws IOException {
+        ServiceRecord stored = imported(List.of("Due:410:M64:C:6900:0:102:0:0:28013:0:0:0")).get(0);
+        assertEquals("", stored.shortName());
+        assertEquals(2, stored.serviceType());
+        assertEquals(2, stored.sdtServiceType());
+        assertEquals(0, stored.logicalChannelNumber());
+        assertEquals(0, stored.majorChannelNumber());
+        assertEquals(0, stored.caSystemId());
+        assertEquals(0, stored.freeCaMode());
+        assertFalse(stored.scrambled());
+        assertEquals(Set.of(), stored.optionFlags());
+    }
+
+    @Test
+    void servicesOfOneTransponderAreFoundByItsRecord() throws IOException {
+        imported(List.of(PLAIN, PLAIN.replace("11493", "11494"), PLAIN.replace("Uno", "Due")));
+        assertEquals(List.of("Uno", "Due"), names(lists.byTransportStreamRecord(LIST, 1)));
+        assertEquals(List.of("Uno"), names(lists.byTransportStreamRecord(LIST, 2)));
+        assertEquals(List.of(), names(lists.byTransportStreamRecord(LIST, 3)));
+    }
+
+    @Test
+    void longNamesEndBehindAWholeCharacter() throws IOException {
+        String name = "a".repeat(63);
+        String shortName = "b".repeat(14);
+        ServiceRecord stored = imported(List.of(PLAIN.replace("Uno", name + "ü," + shortName + "€"))).get(0);
+        assertEquals(name, stored.name());
+        assertEquals(shortName, stored.shortName());
+        ServiceRecord fitting = imported(List.of(PLAIN.replace("Uno", name + "z," + shortName + "ü"))).get(1);
+        assertEquals(name + "z", fitting.name());
+        assertEquals(shortName + "ü", fitting.shortName());
+    }
+
+    @Test
+    void aLongImportTellsItsProgress() throws IOException {
+        imported(Collections.nCopies(1001, PLAIN));
+        assertEquals("  1000 of 1001 services\n", progress.toString(StandardCharsets.UTF_8));
+    }
+
+    @Test
+    void aServiceThatCannotBeAddedIsNamed() {
+        Main.Failure failure = assertThrows(Main.Failure.class, () -> imported(77, List.of(PLAIN)));
+        assertEquals(
+                "cannot add a service to list 77: 'Uno', service id 7, number 1 of 1; those before it are in the list",
+                failure.getMessage());
+    }
+
+    private static List<String> names(List<ServiceRecord> services) {
+        return services.stream().map(ServiceRecord::name).toList();
+    }
+}

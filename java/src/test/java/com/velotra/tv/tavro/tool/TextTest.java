@@ -1,0 +1,31 @@
+package com.velotra.tv.tavro.tool;
+
+import static org.junit.jupiter.api.Assertions.assertEquals;
+
+import org.junit.jupiter.api.Test;
+
+class TextTest {
+    @Test
+    void aCharacterTakesTheColumnsThatATerminalGivesIt() {
+        assertEquals(0, Text.width(""));
+        assertEquals(4, Text.width("Köln"));
+        assertEquals(4, Text.width("Ko\u0308ln"), "a combining mark takes none");
+        assertEquals(4, Text.width("朝日"), "an ideograph takes two");
+        assertEquals(2, Text.width("\ud842\udfb7"), "also outside the basic plane");
+        assertEquals(3, Text.width("\uff34V"), "a full-width letter takes two");
+    }
+
+    @Test
+    void aTextThatIsTooWideEndsInAnEllipsis() {
+        assertEquals("abcd", Text.fit("abcd", 4));
+        assertEquals("abc…", Text.fit("abcde", 4));
+        assertEquals("朝…", Text.fit("朝日新", 4));
+        assertEquals("\ud842\udfb7…", Text.fit("\ud842\udfb7\ud842\udfb7", 3));
+        assertEquals("…", Text.fit("abc", 1));
+    }
+
+    @Test
+    void controlCharactersBecomeDots() {
+        assertEquals("a·[31mb·c·d ü", Text.printable("a\u001b[31mb\u0086c\u007fd ü"));
+    }
+}

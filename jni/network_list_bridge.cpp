@@ -1,0 +1,175 @@
+#include "jni/network_list_bridge.h"
+
+#include "jni/jni_env.h"
+#include "jni/list_lock.h"
+#include "jni/log_gate.h"
+#include "jni/managers.h"
+#include "jni/network_record.h"
+#include "jni/record_id.h"
+
+using tavro::Jni;
+using tavro::Key;
+using tavro::RecordObject;
+
+namespace {
+
+using Manager = NativeVltTvNetworkList;
+using WriteLock = tavro::ListLock<Manager, &Manager::lockNwl, &Manager::unLockNwl>;
+
+int update_locked(int mwdbId, _NWL_REC_T& record) {
+    const WriteLock lock(*nwList, mwdbId);
+    return nwList->updateInfo(mwdbId, &record);
+}
+
+// Reads the record that an identifier names.
+bool read_named(Jni& jni, jstring identifier, _NWL_REC_T& record) {
+    int list_id = 0;
+    int record_id = 0;
+    return tavro::parse_identifier(jni, identifier, list_id, record_id) &&
+           nwList->getInfo(list_id, record_id, &record) == kDone;
+}
+
+// Takes the record id of the identifier that an object carries; its list does not count. Without one the
+// record id stays. Returns false when it cannot be parsed.
+bool take_record_id(RecordObject& object, int& record_id) {
+    const Key key(object, kNetworkIdKey);
+    jstring identifier = key.present() ? object.string_field(kNetworkIdKey).value_or(nullptr) : nullptr;
+    int list_id = 0;
+    return identifier == nullptr || tavro::parse_identifier(object.jni(), identifier, list_id, record_id);
+}
+
+} // namespace
+
+jint com_velotra_tv_tavro_nw_list_native_setup(JNIEnv*, jobject) { return tavro::set_up(nwList); }
+
+jint com_velotra_tv_tavro_networklist_clean(JNIEnv*, jobject, jint mwdbId) { return nwList->clean(mwdbId); }
+
+jint com_velotra_tv_tavro_networklist_close(JNIEnv*, jobject, jint mwdbId) { return nwList->close(mwdbId); }
+
+jint com_velotra_tv_tavro_networklist_delete(JNIEnv*, jobject, jint mwdbId) { return nwList->_delete(mwdbId); }
+
+jint com_velotra_tv_tavro_networklist_copy(JNIEnv*, jobject, jint sourceId, jint destinationId) {
+    const WriteLock lock(*nwList, destinationId);
+    return nwList->copy(sourceId, destinationId);
+}
+
+jint com_velotra_tv_tavro_networklist_open(JNIEnv*, jobject, jint mwdbId) { return nwList->open(mwdbId); }
+
+jint com_velotra_tv_tavro_networklist_open_path(JNIEnv* env, jobject, jint mwdbId, jstring path) {
+    return nwList->open(mwdbId, jstr2str(env, path));
+}
+
+jint com_velotra_tv_tavro_networklist_store(JNIEnv* env, jobject, jint mwdbId, jstring path) {
+    return nwList->store(mwdbId, jstr2str(env, path));
+}
+
+jint com_velotra_tv_tavro_networklist_remove_info(JNIEnv* env, jobject, jstring identifier) {
+    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d] ", __func__, 3238);
+    return nwList->removeInfo(jstr2str(env, identifier));
+}
+
+jint com_velotra_tv_tavro_networklist_remove_info_by_recId(JNIEnv* env, jobject, jint mwdbId, jstring identifier) {
+    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d] ", __func__, 3248);
+    return nwList->removeInfoByRecId(mwdbId, jstr2str(env, identifier));
+}
+
+jint com_velotra_tv_tavro_networklist_updateInfo(JNIEnv* env, jobject, jint mwdbId, jobject network) {
+    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d] ", __func__, 3462);
+    if (network == nullptr) {
+        return kFailed;
+    }
+    Jni jni(env);
+    RecordObject object(jni, jni.class_of(network), network, kNetworkContainsKey);
+    object.look_up_contains_key();
+    int record_id = 0;
+    _NWL_REC_T record = {};
+    if (!take_record_id(object, record_id) || nwList->getInfo(mwdbId, record_id, &record) != kDone) {
+        return kFailed;
+    }
+    set_network_info(object, record);
+    return jni.failed() ? kFailed : update_locked(mwdbId, record);
+}
+
+jint com_velotra_tv_tavro_networklist_updateInfo_by_recId(JNIEnv* env, jobject, jint mwdbId, jstring identifier) {
+    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d] ", __func__, 3555);
+    Jni jni(env);
+    _NWL_REC_T record = {};
+    if (!read_named(jni, identifier, record)) {
+        return kFailed;
+    }
+    NwlKind::stamp_list(record, mwdbId);
+    return update_locked(mwdbId, record);
+}
+
+jint com_velotra_tv_tavro_networklist_updateInfoList(JNIEnv* env, jobject, jint mwdbId, jobject networks) {
+    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "%s", __func__);
+    Jni jni(env);
+    jclass list_class = jni.class_of(networks);
+    jmethodID get = jni.method(list_class, "get", "(I)Ljava/lang/Object;");
+    const jint size = jni.call_int(networks, jni.method(list_class, "size", "()I"));
+    if (jni.failed()) {
+        return kFailed;
+    }
+    WriteLock lock(*nwList, mwdbId);
+    int saved = kFailed; // of the latest record read
+    for (jint i = 0; i < size; ++i) {
+        jobject network = jni.call_object(networks, get, i);
+        if (network == nullptr) {
+            return kFailed;
+        }
+        RecordObject object(jni, jni.class_of(network), network, kNetworkContainsKey);
+        object.look_up_contains_key();
+        int record_id = 0;
+        if (!take_record_id(object, record_id)) {
+            // Deliberate: the list is half applied, and its lock is kept from everybody else.
+            lock.leave_locked();
+            return saved;
+        }
+        _NWL_REC_T record = {};
+        saved = nwList->getInfo(mwdbId, record_id, &record);
+        if (saved != kDone) {
+            return kFailed;
+        }
+        set_network_info(object, record);
+        if (jni.failed() || nwList->updateInfo(mwdbId, &record) == kFailed) {
+            return kFailed;
+        }
+    }
+    return kDone;
+}
+
+jstring com_velotra_tv_tavro_networklist_add_Info(JNIEnv* env, jobject, jint mwdbId, jobject network) {
+    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d] ", __func__, 3109);
+    Jni jni(env);
+    jstring nothing = jni.new_string("");
+    if (network == nullptr) {
+        return nothing;
+    }
+    _NWL_REC_T record = {};
+    RecordObject object(jni, jni.class_of(network), network, kNetworkContainsKey);
+    object.look_up_contains_key();
+    set_network_info(object, record);
+    int record_id = 0;
+    if (take_record_id(object, record_id)) {
+        record.ui2_nwl_rec_id = low16(record_id);
+    }
+    if (jni.failed()) {
+        return nothing;
+    }
+    const int result = nwList->addInfo(mwdbId, &record);
+    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[nwList->addInfo][%d] ", result);
+    return result == kDone ? combineMId(env, mwdbId, record.ui2_nwl_rec_id) : nothing;
+}
+
+jstring com_velotra_tv_tavro_networklist_add_Info_by_recId(JNIEnv* env, jobject, jint mwdbId, jstring identifier) {
+    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d] ", __func__, 3208);
+    Jni jni(env);
+    jstring nothing = jni.new_string("");
+    _NWL_REC_T record = {};
+    if (!read_named(jni, identifier, record)) {
+        return nothing;
+    }
+    const int result = nwList->copyInfo(mwdbId, &record);
+    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[nwList->copyInfo][%d] ", result);
+    return result == kDone ? combineMId(env, mwdbId, record.ui2_nwl_rec_id) : nothing;
+}

@@ -1,0 +1,39 @@
+#include "jni/record_getters.h"
+
+#include <cstring>
+#include <string>
+
+namespace tavro {
+
+jint unsigned_value(const Getter& getter, const std::byte* structure) {
+    std::uint32_t value = 0; // little-endian: the low bytes come first
+    std::memcpy(&value, structure + getter.from.offset, getter.from.width);
+    return static_cast<jint>(value);
+}
+
+jint flag_value(const Getter& getter, const std::byte* structure) {
+    return (static_cast<std::uint32_t>(unsigned_value(getter, structure)) & getter.mask) != 0 ? 1 : 0;
+}
+
+void hand_over(const Getter& getter, Jni& jni, jclass cls, jobject object, const std::byte* structure) {
+    if (getter.value != nullptr) {
+        jni.call_void(object, jni.method(cls, getter.setter, "(I)V"), getter.value(getter, structure));
+        return;
+    }
+    const auto* chars = reinterpret_cast<const char*>(structure + getter.from.offset);
+    jmethodID setter = jni.method(cls, getter.setter, "(Ljava/lang/String;)V");
+    jstring text = jni.new_string(std::string(chars, strnlen(chars, getter.from.width)).c_str());
+    jni.call_void(object, setter, text);
+    jni.delete_local(text);
+}
+
+const Getter* find_getter(const Getter* first, const Getter* last, const char* key) {
+    for (const Getter* getter = first; getter != last; ++getter) {
+        if (std::strcmp(getter->key, key) == 0) {
+            return getter;
+        }
+    }
+    return nullptr;
+}
+
+} // namespace tavro

@@ -1,0 +1,251 @@
+#include "jni/transport_stream_list_bridge.h"
+
+#include "jni/jni_env.h"
+#include "jni/list_lock.h"
+#include "jni/log_gate.h"
+#include "jni/managers.h"
+#include "jni/record_id.h"
+#include "jni/transport_stream_record.h"
+
+using tavro::Jni;
+using tavro::Key;
+using tavro::RecordObject;
+
+namespace {
+
+using Manager = NativeVltTvTransportStreamList;
+using WriteLock = tavro::ListLock<Manager, &Manager::lockTsl, &Manager::unLockTsl>;
+using ReadLock = tavro::ListLock<Manager, &Manager::readLockTsl, &Manager::readUnLockTsl>;
+
+constexpr char kIdKey[] = "TslIdTslRecId";
+constexpr char kIdField[] = "tslIdTslRecId";
+
+// Hands the records of a list to Java. `count` and `read` are the manager's calls; `name` is the native's.
+template <class Count, class Read>
+jbyteArray list_records(JNIEnv* env, const char* name, int mwdbId, Count count, Read read) {
+    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "%s", name);
+    const ReadLock lock(*tsList, mwdbId);
+    const int number = count();
+    if (number < 1) {
+        return nullptr;
+    }
+    constexpr jsize kSize = sizeof(_TSL_REC_T);
+    jbyteArray array = env->NewByteArray(number * kSize);
+    if (array == nullptr) {
+        return nullptr;
+    }
+    for (int index = 0; index < number; ++index) {
+        _TSL_REC_T record = {};
+        int version = 0;
+        const int result = read(index, &version, &record);
+        if (result != kDone) {
+            TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "%s getInfoByIdx fail ret=%d ", name, result);
+            return nullptr;
+        }
+        env->SetByteArrayRegion(array, index * kSize, kSize, reinterpret_cast<const jbyte*>(&record));
+    }
+    return array;
+}
+
+// Reads the record that an identifier names.
+bool read_named(Jni& jni, jstring identifier, _TSL_REC_T& record) {
+    int list_id = 0;
+    int record_id = 0;
+    return tavro::parse_identifier(jni, identifier, list_id, record_id) &&
+           tsList->getInfo(list_id, record_id, &record) == kDone;
+}
+
+int update_locked(int mwdbId, _TSL_REC_T& record) {
+    const WriteLock lock(*tsList, mwdbId);
+    return tsList->updateInfo(mwdbId, &record);
+}
+
+// Overlays a stored record with the values of a Java object. Returns false when it cannot be read or the
+// object lacks something.
+bool overlay(Jni& jni, int mwdbId, int record_id, jobject stream, _TSL_REC_T& record) {
+    if (tsList->getInfo(mwdbId, record_id, &record) != kDone) {
+        return false;
+    }
+    _set_ts_info(jni, stream, record);
+    return !jni.failed();
+}
+
+} // namespace
+
+jint com_velotra_tv_tavro_ts_list_native_setup(JNIEnv*, jobject) { return tavro::set_up(tsList); }
+
+jint com_velotra_tv_tavro_transportstreamlist_clean(JNIEnv*, jobject, jint mwdbId) { return tsList->clean(mwdbId); }
+
+jint com_velotra_tv_tavro_transportstreamlist_close(JNIEnv*, jobject, jint mwdbId) { return tsList->close(mwdbId); }
+
+jint com_velotra_tv_tavro_transportstreamlist_delete(JNIEnv*, jobject, jint mwdbId) { return tsList->_delete(mwdbId); }
+
+jint com_velotra_tv_tavro_transportstreamlist_copy(JNIEnv*, jobject, jint sourceId, jint destinationId) {
+    const WriteLock lock(*tsList, destinationId);
+    return tsList->copy(sourceId, destinationId);
+}
+
+jint com_velotra_tv_tavro_transportstreamlist_open(JNIEnv*, jobject, jint mwdbId) { return tsList->open(mwdbId); }
+
+jint com_velotra_tv_tavro_transportstreamlist_open_path(JNIEnv* env, jobject, jint mwdbId, jstring path) {
+    return tsList->open(mwdbId, jstr2str(env, path));
+}
+
+jint com_velotra_tv_tavro_transportstreamlist_store(JNIEnv* env, jobject, jint mwdbId, jstring path) {
+    return tsList->store(mwdbId, jstr2str(env, path));
+}
+
+jint com_velotra_tv_tavro_transportstreamlist_remove_info(JNIEnv* env, jobject, jstring identifier) {
+    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d] ", __func__, 2867);
+    return tsList->removeInfo(jstr2str(env, identifier));
+}
+
+jint com_velotra_tv_tavro_transportstreamlist_remove_info_by_recId(JNIEnv* env, jobject, jint mwdbId,
+                                                                   jstring identifier) {
+    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d] ", __func__, 2876);
+    return tsList->removeInfoByRecId(mwdbId, jstr2str(env, identifier));
+}
+
+jbyteArray com_velotra_tv_tavro_transportstreamlist_getInfo(JNIEnv* env, jobject, jstring identifier) {
+    Jni jni(env);
+    int list_id = 0;
+    int record_id = 0;
+    if (!tavro::parse_identifier(jni, identifier, list_id, record_id)) {
+        return nullptr;
+    }
+    _TSL_REC_T record = {};
+    const int result = tsList->getInfo(list_id, record_id, &record);
+    if (result != kDone) {
+        // The line speaks of service lists, deliberately.
+        TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "%s getSVLInfo fail ret=%d ", __func__, result);
+        return nullptr;
+    }
+    return tavro::to_byte_array(env, &record, sizeof(record));
+}
+
+jbyteArray com_velotra_tv_tavro_transportstreamlist_getInfoList(JNIEnv* env, jobject, jint mwdbId) {
+    return list_records(
+        env, __func__, mwdbId, [&] { return tsList->getInfoListNum(mwdbId); },
+        [&](int index, int* version, _TSL_REC_T* record) {
+            return tsList->getInfoByIdx(mwdbId, index, version, record);
+        });
+}
+
+jbyteArray com_velotra_tv_tavro_transportstreamlist_getInfoListBySatellite(JNIEnv* env, jobject, jint mwdbId,
+                                                                           jint satelliteRecordId) {
+    return list_records(
+        env, __func__, mwdbId, [&] { return tsList->getInfoListNumBySatellite(mwdbId, mwdbId, satelliteRecordId); },
+        [&](int index, int* version, _TSL_REC_T* record) {
+            return tsList->getInfoByIdxBySatellite(mwdbId, mwdbId, satelliteRecordId, index, version, record);
+        });
+}
+
+jint com_velotra_tv_tavro_transportstreamlist_updateInfo(JNIEnv* env, jobject, jint mwdbId, jobject stream) {
+    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "%s", __func__);
+    if (stream == nullptr) {
+        return kFailed;
+    }
+    Jni jni(env);
+    RecordObject object(jni, jni.class_of(stream), stream, kTransportStreamContainsKey);
+    object.look_up_contains_key();
+    int record_id = 0;
+    {
+        const Key key(object, kIdKey);
+        jstring identifier = key.present() ? object.string_field(kIdField).value_or(nullptr) : nullptr;
+        int list_id = 0;
+        if (identifier != nullptr && !tavro::parse_identifier(jni, identifier, list_id, record_id)) {
+            return kFailed;
+        }
+    }
+    _TSL_REC_T record = {};
+    return overlay(jni, mwdbId, record_id, stream, record) ? update_locked(mwdbId, record) : kFailed;
+}
+
+jint com_velotra_tv_tavro_transportstreamlist_updateInfo_by_recId(JNIEnv* env, jobject, jint mwdbId,
+                                                                  jstring identifier) {
+    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "%s", __func__);
+    Jni jni(env);
+    const char* chars = jni.keep_utf_chars(identifier);
+    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "%s recId=%s", __func__, chars == nullptr ? "" : chars);
+    int list_id = 0;
+    int record_id = 0;
+    if (!tavro::parse_identifier(jni, identifier, list_id, record_id)) {
+        TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "%s tmpRecId=%d ", __func__, record_id);
+        return kFailed;
+    }
+    _TSL_REC_T record = {};
+    if (tsList->getInfo(list_id, record_id, &record) != kDone) {
+        return kFailed;
+    }
+    TslKind::stamp_list(record, mwdbId);
+    return update_locked(mwdbId, record);
+}
+
+jint com_velotra_tv_tavro_transportstreamlist_updateInfoList(JNIEnv* env, jobject, jint mwdbId, jobject streams) {
+    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "%s", __func__);
+    Jni jni(env);
+    jclass list_class = jni.class_of(streams);
+    jmethodID get = jni.method(list_class, "get", "(I)Ljava/lang/Object;");
+    const jint size = jni.call_int(streams, jni.method(list_class, "size", "()I"));
+    if (jni.failed()) {
+        return kFailed;
+    }
+    const WriteLock lock(*tsList, mwdbId);
+    jclass stream_class = jni.find_class(kTransportStreamInfo);
+    jmethodID contains_key = jni.method(stream_class, "isContainsKey", kTransportStreamContainsKey);
+    for (jint i = 0; i < size; ++i) {
+        jobject stream = jni.call_object(streams, get, i);
+        if (stream == nullptr) {
+            return kFailed;
+        }
+        RecordObject object(jni, stream_class, stream, contains_key);
+        int record_id = 0;
+        {
+            Key key(object, kIdKey);
+            if (key.present()) {
+                const std::optional<jstring> identifier = object.string_field(kIdField);
+                int list_id = 0;
+                if (identifier && !tavro::parse_identifier(jni, *identifier, list_id, record_id)) {
+                    key.keep_reference(); // deliberately
+                    continue;
+                }
+            }
+        }
+        _TSL_REC_T record = {};
+        if (!overlay(jni, mwdbId, record_id, stream, record) || tsList->updateInfo(mwdbId, &record) != kDone) {
+            return kFailed;
+        }
+    }
+    return kDone;
+}
+
+jstring com_velotra_tv_tavro_transportstreamlist_add_Info(JNIEnv* env, jobject, jint mwdbId, jobject stream) {
+    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d] ", __func__, 2811);
+    Jni jni(env);
+    jstring nothing = jni.new_string("");
+    if (stream == nullptr) {
+        return nothing;
+    }
+    _TSL_REC_T record = {};
+    _set_ts_info(jni, stream, record);
+    if (jni.failed()) {
+        return nothing;
+    }
+    const int result = tsList->addInfo(mwdbId, &record);
+    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[tsList->addInfo][%d] ", result);
+    return result == kDone ? combineMId(env, mwdbId, record.ui2_tsl_rec_id) : nothing;
+}
+
+jstring com_velotra_tv_tavro_transportstreamlist_add_Info_by_recId(JNIEnv* env, jobject, jint mwdbId,
+                                                                   jstring identifier) {
+    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d] ", __func__, 2836);
+    Jni jni(env);
+    jstring nothing = jni.new_string("");
+    _TSL_REC_T record = {};
+    if (!read_named(jni, identifier, record)) {
+        return nothing;
+    }
+    const int result = tsList->copyInfo(mwdbId, &record);
+    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[tsList->copyInfo][%d] ", result);
+    return result == kDone ? combineMId(env, mwdbId, record.ui2_tsl_rec_id) : nothing;
+}
