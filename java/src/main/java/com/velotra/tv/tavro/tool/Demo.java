@@ -2,8 +2,11 @@ package com.velotra.tv.tavro.tool;
 
 import com.velotra.tv.tavro.services.channellist.RecordId;
 import com.velotra.tv.tavro.services.channellist.ServiceRecord;
+import com.velotra.tv.tavro.services.channellist.TransportStreamRecord;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelInfoBase;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
+import com.velotra.tv.tavro.services.channellist.VltTvNetworkList;
+import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamList;
 import java.io.IOException;
 import java.io.PrintStream;
 import java.lang.management.ManagementFactory;
@@ -14,6 +17,7 @@ import java.util.ArrayList;
 import java.util.Arrays;
 import java.util.List;
 import java.util.Map;
+import java.util.function.Predicate;
 import java.util.stream.Collectors;
 
 /** The main job from end to end on real service lists, with a check after every step. */
@@ -28,6 +32,8 @@ final class Demo {
     private static final int COLUMNS = 110;
 
     private final VltTvChannelList lists;
+    private final VltTvTransportStreamList streams = VltTvTransportStreamList.getInstance();
+    private final VltTvNetworkList networks = VltTvNetworkList.getInstance();
     private final Path sources;
     private final Path work;
     private final PrintStream out;
@@ -80,34 +86,38 @@ final class Demo {
         }
     }
 
-    private void importServices() throws IOException {
+    private void importServices() throws IOException, InterruptedException {
         heading("Import: every service of three real channel lists goes through nativeAdd");
         importFile("channels.conf.sat", SATELLITE, "satellite");
         importFile("channels.conf.cable", CABLE, "cable");
         importFile("channels.conf.terr", TERRESTRIAL, "terrestrial");
     }
 
-    private void importFile(String name, int listId, String medium) throws IOException {
+    private void importFile(String name, int listId, String medium) throws IOException, InterruptedException {
         Path file = sources.resolve(name);
         ChannelsConf conf = ChannelsConf.read(file);
         conf.malformed.forEach(line -> out.println("   skipped " + line));
         lists.open(listId);
-        ServiceImport importer = new ServiceImport(lists, listId, System.err);
+        CompanionImport companions = new CompanionImport(streams, networks, listId);
+        ServiceImport importer = new ServiceImport(lists, companions, listId, System.err);
         importer.addAll(conf.services);
-        out.printf("   list %d, %s: %d services on %d transport streams, %d group headings, %d malformed lines%n",
-                listId, medium, conf.services.size(), importer.transponders(), conf.groups, conf.malformed.size());
+        ScanStandIn.noteNetworks(Storage.directory(), listId, importer.networks());
+        out.printf("   list %d, %s: %d services on %d transport streams of %d networks, %d group headings, %d malformed lines%n",
+                listId, medium, conf.services.size(), companions.streams(), companions.networks(), conf.groups, conf.malformed.size());
         check(conf.services.size() == serviceLines(file),
                 "every line that is no heading is a service: %d", serviceLines(file));
         List<ServiceRecord> stored = lists.getAll(listId);
         check(stored.size() == conf.services.size(), "list %d holds %d services", listId, stored.size());
         int same = 0;
         for (int i = 0; i < Math.min(stored.size(), conf.services.size()); i++) {
-            boolean agrees = agrees(stored.get(i), conf.services.get(i), listId, importer);
+            boolean agrees = agrees(stored.get(i), conf.services.get(i), companions);
             if (!agrees) {
                 out.printf("   %s is stored as%n%s", conf.services.get(i), stored.get(i).describe(false));
             }
             same += agrees ? 1 : 0;
         }
+        check(streams.getAll(listId).size() == companions.streams() && networks.getAll(listId, null).size() == companions.networks(),
+                "transport stream list %d and network list %d hold the records that they point at", listId, listId);
         check(same == conf.services.size(), "%d of %d read back as the source has them", same, conf.services.size());
     }
 
@@ -118,11 +128,11 @@ final class Demo {
                 .count();
     }
 
-    private static boolean agrees(
-            ServiceRecord stored, ChannelsConf.Service source, int listId, ServiceImport importer) {
+    private static boolean agrees(ServiceRecord stored, ChannelsConf.Service source, CompanionImport companions) {
         return stored.name().equals(ServiceImport.name(source))
                 && stored.shortName().equals(ServiceImport.shortName(source))
-                && stored.transportStream().equals(new RecordId(listId, importer.transponderOf(source)))
+                && stored.transportStream().equals(companions.streamOf(source))
+                && stored.network().equals(companions.networkOf(source).orElse(new RecordId(0, 0)))
                 && stored.serviceId() == source.serviceId()
                 && stored.serviceType() == (source.videoPid() == 0 ? 2 : 1)
                 && stored.scrambled() == source.scrambled()
@@ -136,6 +146,8 @@ final class Demo {
             out.println();
             table(lists.getAll(listId), ROWS).lines().forEach(line -> out.println("   " + line));
         }
+        out.println();
+        StreamTable.of(streams.getAll(SATELLITE), ROWS, COLUMNS).lines().forEach(line -> out.println("   " + line));
     }
 
     private static String table(List<ServiceRecord> services, int most) {
@@ -166,20 +178,38 @@ final class Demo {
     }
 
     private void filterServices() {
-        heading("Filter: the services of one transport stream");
+        heading("Filter: the services of one transport stream record, one transport stream id, one network");
         List<ServiceRecord> all = lists.getAll(SATELLITE);
         int first = all.get(0).tslRecordId();
         List<ServiceRecord> expected = all.stream().filter(service -> service.tslRecordId() == first).toList();
         List<ServiceRecord> found = lists.byTransportStreamRecord(SATELLITE, first);
         table(found, ROWS).lines().forEach(line -> out.println("   " + line));
         check(found.equals(expected), "%d services lie on transport stream %d,%d", found.size(), SATELLITE, first);
-        Map<Integer, List<ServiceRecord>> streams =
+        Map<Integer, List<ServiceRecord>> byStream =
                 all.stream().collect(Collectors.groupingBy(ServiceRecord::tslRecordId));
-        boolean allAgree = streams.entrySet().stream().allMatch(
+        boolean allAgree = byStream.entrySet().stream().allMatch(
                 stream -> lists.byTransportStreamRecord(SATELLITE, stream.getKey()).equals(stream.getValue()));
         check(allAgree,
-                "the filters of all %d transport streams together give the %d services", streams.size(), all.size());
+                "the filters of all %d transport streams together give the %d services", byStream.size(), all.size());
         check(lists.byTransportStreamRecord(SATELLITE, 60000).isEmpty(), "none on a transport stream that there is not");
+
+        Map<Integer, Integer> streamIds = streams.getAll(SATELLITE).stream()
+                .collect(Collectors.toMap(TransportStreamRecord::recordId, TransportStreamRecord::transportStreamId));
+        int streamId = streamIds.get(first);
+        filter(all, service -> streamIds.get(service.tslRecordId()) == streamId, lists.byTransportStream(SATELLITE, streamId),
+                "transport stream id " + streamId);
+        Map<Integer, Integer> networkIds = networks.getAll(SATELLITE, null).stream()
+                .collect(Collectors.toMap(network -> network.id().recordId(), network -> network.values().getNwlNetworkId()));
+        for (int networkId : networkIds.values()) {
+            filter(all, service -> networkIds.get(service.network().recordId()) == networkId, lists.byNetwork(SATELLITE, networkId),
+                    "network id " + networkId);
+        }
+        check(lists.byTransportStream(SATELLITE, 65534).isEmpty() && lists.byNetwork(SATELLITE, 65534).isEmpty(),
+                "none with a transport stream id or network id that there is not");
+    }
+
+    private void filter(List<ServiceRecord> all, Predicate<ServiceRecord> wanted, List<ServiceRecord> found, String name) {
+        check(found.equals(all.stream().filter(wanted).toList()), "%d services have %s", found.size(), name);
     }
 
     private void copyAndRemove() {

@@ -2,7 +2,6 @@ package com.velotra.tv.tavro.tool;
 
 import com.velotra.tv.tavro.services.channellist.ChannelListException;
 import com.velotra.tv.tavro.services.channellist.RecordId;
-import com.velotra.tv.tavro.services.channellist.ServiceRecord;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
 import java.io.BufferedOutputStream;
 import java.io.FileDescriptor;
@@ -14,6 +13,7 @@ import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.Optional;
 import java.util.concurrent.Callable;
+import java.util.function.Supplier;
 import picocli.CommandLine;
 import picocli.CommandLine.Command;
 import picocli.CommandLine.ITypeConverter;
@@ -50,6 +50,7 @@ public final class Main {
     static int run(String... arguments) {
         return new CommandLine(new Main())
                 .registerConverter(RecordId.class, new RecordIdConverter())
+                .setCaseInsensitiveEnumValuesAllowed(true)
                 .setExecutionExceptionHandler((failure, command, parsed) -> {
                     if (failure instanceof Failure || failure instanceof ChannelListException) {
                         System.err.println("tavro: " + failure.getMessage());
@@ -89,29 +90,33 @@ public final class Main {
         }
     }
 
-    private static VltTvChannelList lists() {
+    /** Does something with the library; one that cannot be loaded is the user's to mend. */
+    private static <T> T withLibrary(Supplier<T> body) {
         try {
-            return VltTvChannelList.getInstance();
+            return body.get();
         } catch (UnsatisfiedLinkError e) {
             throw new Failure(e.getMessage());
         }
     }
 
-    /** The lists of the storage directory, which must be there already. */
-    private static VltTvChannelList existing(int listId) {
+    /** Makes sure that a list is there, in a storage directory that is there already. */
+    private static void needList(Kind kind, int listId) {
         Path directory = Storage.directory();
         Storage.problem(directory).ifPresent(problem -> {
             throw new Failure(problem);
         });
         // Loading the library over a directory without lists would make an empty database in it. The library cuts
         // ids to 16 bits, so that a wider one would name another list.
-        if (Storage.hasLists(directory) && fits16Bits(listId)) {
-            VltTvChannelList lists = lists();
-            if (lists.exists(listId)) {
-                return lists;
-            }
+        if (!Storage.hasLists(directory) || !fits16Bits(listId) || !withLibrary(kind::lists).exists(listId)) {
+            throw new Failure("there is no " + kind.one + " list " + listId + " in " + directory);
         }
-        throw new Failure("there is no service list " + listId + " in " + directory);
+    }
+
+    /** Which kind of list is meant. */
+    static final class KindOption {
+        @Option(names = {"-k", "--kind"}, paramLabel = "KIND", defaultValue = "services",
+                description = "services (the default), streams or networks.")
+        Kind kind;
     }
 
     private static boolean fits16Bits(int id) {
@@ -120,8 +125,8 @@ public final class Main {
 
     @Command(
             name = "list",
-            description = "Prints the services of a list as a table.",
-            footer = {"", "Example: ./tavro list 1"})
+            description = "Prints the services, transport streams or networks of a list as a table.",
+            footer = {"", "Examples: ./tavro list 1", "          ./tavro list 1 --kind streams"})
     static final class ListCommand implements Callable<Integer> {
         @Mixin
         HelpOption help;
@@ -129,7 +134,10 @@ public final class Main {
         @Parameters(paramLabel = "ID", description = "The list, by its number.")
         int listId;
 
-        @Option(names = "--first", paramLabel = "N", description = "Prints no more than N services.")
+        @Mixin
+        KindOption of;
+
+        @Option(names = "--first", paramLabel = "N", description = "Prints no more than N of them.")
         int first = Integer.MAX_VALUE;
 
         @Spec
@@ -140,9 +148,10 @@ public final class Main {
             if (first < 0) {
                 throw new ParameterException(spec.commandLine(), "--first takes a number from 0, not " + first);
             }
-            var services = existing(listId).getAll(listId);
-            System.out.print(ServiceTable.of(services, first, columns()));
-            System.out.printf("%d services%n", services.size());
+            needList(of.kind, listId);
+            Kind.Listing listing = of.kind.list(listId);
+            System.out.print(listing.printer().table(first, columns()));
+            System.out.printf("%d %s%n", listing.size(), of.kind.many);
             return 0;
         }
 
@@ -156,8 +165,8 @@ public final class Main {
 
     @Command(
             name = "show",
-            description = "Prints one service, decoded field by field.",
-            footer = {"", "Example: ./tavro show 1,17 --hex"})
+            description = "Prints one service, transport stream or network, decoded field by field.",
+            footer = {"", "Examples: ./tavro show 1,17 --hex", "          ./tavro show 1,3 --kind streams"})
     static final class ShowCommand implements Callable<Integer> {
         @Mixin
         HelpOption help;
@@ -165,15 +174,18 @@ public final class Main {
         @Parameters(paramLabel = "LIST,RECORD", description = "The service, by list and record.")
         RecordId id;
 
-        @Option(names = "--hex", description = "Prints the record's bytes too.")
+        @Mixin
+        KindOption of;
+
+        @Option(names = "--hex", description = "Prints the record's bytes too (services and transport streams).")
         boolean hex;
 
         @Override
         public Integer call() {
-            VltTvChannelList lists = existing(id.listId());
-            ServiceRecord service = Optional.of(id).filter(record -> fits16Bits(record.recordId())).flatMap(lists::get).orElseThrow(
+            needList(of.kind, id.listId());
+            String record = Optional.of(id).filter(asked -> fits16Bits(asked.recordId())).flatMap(asked -> of.kind.show(asked, hex)).orElseThrow(
                     () -> new Failure("list " + id.listId() + " has no record " + id.recordId()));
-            service.describe(hex).lines().map(Text::printable).forEach(System.out::println);
+            record.lines().map(Text::printable).forEach(System.out::println);
             return 0;
         }
     }
@@ -198,7 +210,7 @@ public final class Main {
             Storage.demoProblem(work).ifPresent(problem -> {
                 throw new Failure(problem);
             });
-            return new Demo(lists(), sources, work, System.out).run() ? 0 : 1;
+            return new Demo(withLibrary(VltTvChannelList::getInstance), sources, work, System.out).run() ? 0 : 1;
         }
     }
 
@@ -215,7 +227,7 @@ public final class Main {
 
         @Override
         public Integer call() throws Exception {
-            VltTvChannelList lists = lists();
+            VltTvChannelList lists = withLibrary(VltTvChannelList::getInstance);
             lists.open(listId, file.toString());
             Files.write(records, lists.getAllBytes(listId));
             return 0;

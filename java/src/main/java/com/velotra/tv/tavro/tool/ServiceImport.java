@@ -6,6 +6,7 @@ import com.velotra.tv.tavro.services.channellist.ServiceRecord;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelInfoBase;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
 import java.io.PrintStream;
+import java.util.Collections;
 import java.util.LinkedHashMap;
 import java.util.List;
 import java.util.Map;
@@ -23,21 +24,23 @@ final class ServiceImport {
     private static final int PROGRESS_EVERY = 1000;
 
     private final VltTvChannelList lists;
+    private final CompanionImport companions;
     private final int listId;
     private final PrintStream progress;
 
-    // Transport streams in the order in which they were met, each with its number from 1.
-    private final Map<String, Integer> transponders = new LinkedHashMap<>();
+    // The network records of the services that have one, by the services' record ids.
+    private final Map<Integer, RecordId> networks = new LinkedHashMap<>();
 
-    ServiceImport(VltTvChannelList lists, int listId, PrintStream progress) {
+    ServiceImport(VltTvChannelList lists, CompanionImport companions, int listId, PrintStream progress) {
         this.lists = lists;
+        this.companions = companions;
         this.listId = listId;
         this.progress = progress;
     }
 
-    /** How many transport streams the services so far lie on. */
-    int transponders() {
-        return transponders.size();
+    /** The network records of the services that have one, by the services' record ids. */
+    Map<Integer, RecordId> networks() {
+        return Collections.unmodifiableMap(networks);
     }
 
     /**
@@ -49,7 +52,8 @@ final class ServiceImport {
         int added = 0;
         for (ChannelsConf.Service service : services) {
             try {
-                lists.add(listId, convert(service));
+                RecordId id = lists.add(listId, convert(service));
+                companions.networkOf(service).ifPresent(network -> networks.put(id.recordId(), network));
             } catch (ChannelListException e) {
                 throw new Main.Failure(String.format(
                         "%s: '%s', service id %d, number %d of %d; those before it are in the list",
@@ -71,7 +75,7 @@ final class ServiceImport {
                 .setSdtServiceType(type)
                 .setServiceName(name(service))
                 .setServiceId(service.serviceId())
-                .setTslRecId(new RecordId(listId, transponderOf(service)))
+                .setTslRecId(companions.streamOf(service))
                 .setVnetActive(true)
                 .setVnetEpg(true)
                 .setVnetVisible(true)
@@ -119,10 +123,5 @@ final class ServiceImport {
 
     private static int encodedBytes(int character) {
         return character != 0 && character < 0x80 ? 1 : character < 0x800 ? 2 : 3;
-    }
-
-    /** The number of the service's transport stream, a new one when there is none like it yet. */
-    int transponderOf(ChannelsConf.Service service) {
-        return transponders.computeIfAbsent(service.transponder(), key -> transponders.size() + 1);
     }
 }

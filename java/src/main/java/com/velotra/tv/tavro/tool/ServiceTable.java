@@ -21,8 +21,7 @@ final class ServiceTable {
                     service.visible() ? "yes" : "no",
                     service.transportStream());
         }
-        int more = services.size() - most;
-        return table.toString(columns) + (more > 0 ? "… and " + more + " more" + System.lineSeparator() : "");
+        return table.toString(columns) + Table.more(services.size() - most);
     }
 
     /** Service types as the library's keys group them. */

@@ -21,6 +21,11 @@ final class Table {
         rows.add(row);
     }
 
+    /** The line behind a table that leaves {@code left} rows out; nothing when it leaves none. */
+    static String more(int left) {
+        return left > 0 ? "… and " + left + " more" + System.lineSeparator() : "";
+    }
+
     void add(Object... cells) {
         String[] row = new String[right.length];
         for (int i = 0; i < row.length; i++) {

@@ -19,7 +19,7 @@ import org.junit.jupiter.api.io.TempDir;
 class MainTest {
     private static final String USAGE_LIST =
             """
-            Usage: tavro list [-h] [--first=N] ID
+            Usage: tavro list [-h] [--first=N] [-k=KIND] ID
             """;
 
     @TempDir
@@ -153,7 +153,7 @@ class MainTest {
         Result help = run(storage(), "list", "--help");
         assertEquals(0, help.exit());
         assertTrue(help.out().startsWith(USAGE_LIST), help.out());
-        assertTrue(help.out().contains("Example: ./tavro list 1"), help.out());
-        assertTrue(run(storage(), "show", "--help").out().contains("Example: ./tavro show 1,17 --hex"));
+        assertTrue(help.out().contains("Examples: ./tavro list 1"), help.out());
+        assertTrue(run(storage(), "show", "--help").out().contains("Examples: ./tavro show 1,17 --hex"));
     }
 }

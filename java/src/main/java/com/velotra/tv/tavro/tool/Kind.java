@@ -1,0 +1,123 @@
+package com.velotra.tv.tavro.tool;
+
+import com.velotra.tv.tavro.services.channellist.RecordId;
+import com.velotra.tv.tavro.services.channellist.ServiceRecord;
+import com.velotra.tv.tavro.services.channellist.TransportStreamRecord;
+import com.velotra.tv.tavro.services.channellist.TvList;
+import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
+import com.velotra.tv.tavro.services.channellist.VltTvNetworkInfo;
+import com.velotra.tv.tavro.services.channellist.VltTvNetworkInfoBase;
+import com.velotra.tv.tavro.services.channellist.VltTvNetworkList;
+import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamList;
+import java.util.List;
+import java.util.Optional;
+
+/** The kinds of list that the tool shows. */
+enum Kind {
+    SERVICES("service", "services") {
+        @Override
+        TvList lists() {
+            return VltTvChannelList.getInstance();
+        }
+
+        @Override
+        Listing list(int listId) {
+            List<ServiceRecord> services = VltTvChannelList.getInstance().getAll(listId);
+            return new Listing(services.size(), (most, columns) -> ServiceTable.of(services, most, columns));
+        }
+
+        @Override
+        Optional<String> show(RecordId id, boolean hex) {
+            return VltTvChannelList.getInstance().get(id).map(service -> service.describe(hex));
+        }
+    },
+
+    STREAMS("transport stream", "transport streams") {
+        @Override
+        TvList lists() {
+            return VltTvTransportStreamList.getInstance();
+        }
+
+        @Override
+        Listing list(int listId) {
+            List<TransportStreamRecord> streams = VltTvTransportStreamList.getInstance().getAll(listId);
+            return new Listing(streams.size(), (most, columns) -> StreamTable.of(streams, most, columns));
+        }
+
+        @Override
+        Optional<String> show(RecordId id, boolean hex) {
+            return VltTvTransportStreamList.getInstance().get(id).map(stream -> stream.describe(hex));
+        }
+    },
+
+    NETWORKS("network", "networks") {
+        @Override
+        TvList lists() {
+            return VltTvNetworkList.getInstance();
+        }
+
+        @Override
+        Listing list(int listId) {
+            List<VltTvNetworkInfo> networks = VltTvNetworkList.getInstance().getAll(listId, null);
+            return new Listing(networks.size(), (most, columns) -> table(networks, most, columns));
+        }
+
+        // Networks leave the library as objects: there are no bytes to dump.
+        @Override
+        Optional<String> show(RecordId id, boolean hex) {
+            return VltTvNetworkList.getInstance().get(id, null).map(VltTvNetworkInfo::values).map(Kind::describe);
+        }
+    };
+
+    /** The table of a list, and how many records it has. */
+    record Listing(int size, Printer printer) {
+        /** Prints the first {@code most} records, no line wider than {@code columns}. */
+        interface Printer {
+            String table(int most, int columns);
+        }
+    }
+
+    final String one;
+    final String many;
+
+    Kind(String one, String many) {
+        this.one = one;
+        this.many = many;
+    }
+
+    /** The class of the lists of this kind, with the library loaded. */
+    abstract TvList lists();
+
+    abstract Listing list(int listId);
+
+    /** One record field by field; empty when there is no such record. */
+    abstract Optional<String> show(RecordId id, boolean hex);
+
+    /** As an option's value. */
+    @Override
+    public String toString() {
+        return name().toLowerCase(java.util.Locale.ROOT);
+    }
+
+    private static String table(List<VltTvNetworkInfo> networks, int most, int columns) {
+        Table table = new Table(">record", ">network id", "name", ">version", "favourite", "candidate");
+        for (VltTvNetworkInfo network : networks.subList(0, Math.min(most, networks.size()))) {
+            VltTvNetworkInfoBase values = network.values();
+            table.add(
+                    network.id().recordId(),
+                    values.getNwlNetworkId(),
+                    values.getNetworkName(),
+                    values.getNetworkVersion(),
+                    values.getNwlFavNetwork() == 1 ? "yes" : "no",
+                    values.getNwlFavNetworkCandidate() == 1 ? "yes" : "no");
+        }
+        return table.toString(columns) + Table.more(networks.size() - most);
+    }
+
+    private static String describe(VltTvNetworkInfoBase values) {
+        return String.format(
+                "record %25s%nnetwork id %21s%nname %27s%nversion %24s%nfavourite %22s%ncandidate %22s%n",
+                values.getNwlIdNwlRecId(), values.getNwlNetworkId(), '"' + values.getNetworkName() + '"',
+                values.getNetworkVersion(), values.getNwlFavNetwork(), values.getNwlFavNetworkCandidate());
+    }
+}

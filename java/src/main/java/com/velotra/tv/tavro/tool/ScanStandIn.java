@@ -1,0 +1,51 @@
+package com.velotra.tv.tavro.tool;
+
+import com.velotra.tv.tavro.services.channellist.RecordId;
+import java.io.IOException;
+import java.io.OutputStreamWriter;
+import java.io.Writer;
+import java.nio.charset.StandardCharsets;
+import java.nio.file.Path;
+import java.util.Map;
+import java.util.stream.Collectors;
+
+/**
+ * Notes the network of services, as the middleware's own scan does on a TV.
+ *
+ * <p>No key of a channel object stores it: the bytes 30 to 33 of a service record are the middleware's to write. Here they
+ * are written into the stored records through Debian's sqlite3.
+ */
+final class ScanStandIn {
+    private ScanStandIn() {}
+
+    /**
+     * Makes services of one list point at network records.
+     *
+     * @param networks the network record of each service, by the service's record id
+     */
+    static void noteNetworks(Path storage, int listId, Map<Integer, RecordId> networks)
+            throws IOException, InterruptedException {
+        Map<RecordId, String> services = networks.entrySet().stream().collect(Collectors.groupingBy(
+                Map.Entry::getValue, Collectors.mapping(entry -> entry.getKey().toString(), Collectors.joining(","))));
+        StringBuilder sql = new StringBuilder("BEGIN IMMEDIATE;\n");
+        services.forEach((network, records) -> sql.append(String.format(
+                "UPDATE records SET bytes = CAST(substr(bytes, 1, 30) || x'%s%s' || substr(bytes, 35) AS BLOB)"
+                        + " WHERE kind = 1 AND list_id = %d AND record_id IN (%s);%n",
+                littleEndian(network.listId()), littleEndian(network.recordId()), listId, records)));
+        sql.append(String.format("UPDATE lists SET version = version + 1 WHERE kind = 1 AND list_id = %d;%nCOMMIT;%n", listId));
+        Process sqlite = new ProcessBuilder("sqlite3", "-bail", storage.resolve("lists.db").toString())
+                .redirectOutput(ProcessBuilder.Redirect.INHERIT)
+                .redirectError(ProcessBuilder.Redirect.INHERIT)
+                .start();
+        try (Writer input = new OutputStreamWriter(sqlite.getOutputStream(), StandardCharsets.US_ASCII)) {
+            input.write(sql.toString());
+        }
+        if (sqlite.waitFor() != 0) {
+            throw new Main.Failure("sqlite3 could not note the networks of service list " + listId + " in " + storage);
+        }
+    }
+
+    private static String littleEndian(int number) {
+        return String.format("%02x%02x", number & 0xFF, number >> 8 & 0xFF);
+    }
+}
