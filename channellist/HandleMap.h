@@ -7,8 +7,8 @@
 #include <map>
 
 // Ordered map from 16-bit list id to handle. There is one a list kind for the whole process, shared
-// by every manager of that kind. It is not guarded: the bridges see to it that calls that change it
-// do not run side by side. Destroying the map does not close handles.
+// by every manager of that kind. It is not guarded: the natives that open and delete channel lists are
+// serialised by their bridge, and callers answer for the rest. Destroying the map does not close handles.
 class HandleMap {
 public:
     using Key = std::uint16_t;

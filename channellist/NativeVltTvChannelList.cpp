@@ -50,7 +50,7 @@ int NativeVltTvChannelList::open(int mwdbId, std::string newPath) {
     MwdbHandle handle = 0;
     if (find_handle(mwdbId, handle)) {
         if (getInfoListNum(handle) == 0 &&
-            x_svl_fs_sync(handle, kMwRootDrive, listPath.c_str(), low16(mwdbId)) == kMwNotAListFile) {
+            x_svl_fs_sync(handle, kMwRootDrive, listPath.c_str(), HandleMap::key(mwdbId)) == kMwNotAListFile) {
             fs_raw_init(kMwRootDrive, listPath.c_str());
         }
         return kDone;
@@ -61,7 +61,7 @@ int NativeVltTvChannelList::open(int mwdbId, std::string newPath) {
         return kFailed;
     }
     if (status == kMwOk && handle != 0) {
-        status = x_svl_fs_sync(handle, kMwRootDrive, listPath.c_str(), low16(mwdbId));
+        status = x_svl_fs_sync(handle, kMwRootDrive, listPath.c_str(), HandleMap::key(mwdbId));
         if (!record_handle(mwdbId, handle, true)) {
             return kFailed;
         }
@@ -75,8 +75,8 @@ int NativeVltTvChannelList::open(int mwdbId, std::string newPath) {
     return kDone;
 }
 
-// A scan that was cut short leaves its result in the cache: it stands in for a scan list whose own
-// file could not be loaded, and is removed once the list holds it.
+// The scan cache stands in for a scan list whose own file could not be loaded, and is removed once the
+// list holds it.
 void NativeVltTvChannelList::seed_from_cache(int mwdbId, MwdbHandle handle, const std::string& listPath) {
     if (listPath.find("scan_") == std::string::npos) {
         return;
@@ -91,7 +91,7 @@ void NativeVltTvChannelList::seed_from_cache(int mwdbId, MwdbHandle handle, cons
     TAVRO_LOG_ERROR(kTag, "%s[%s]: Try to copy cache! \n", kClass, "open");
     fs_raw_init(kMwRootDrive, cache);
     fs_raw_copy(kMwRootDrive, cache, kMwRootDrive, listPath.c_str());
-    const MwStatus loaded = x_svl_fs_sync(handle, kMwRootDrive, cache, low16(mwdbId));
+    const MwStatus loaded = x_svl_fs_sync(handle, kMwRootDrive, cache, HandleMap::key(mwdbId));
     TAVRO_LOG_ERROR(kTag, "%s[%s]:copy ps_svl_path2 %s\n", kClass, "open", listPath.c_str());
     if (loaded == kMwOk) {
         const MwStatus deleted = x_fm_delete_file(kMwRootDrive, cache);
@@ -102,7 +102,7 @@ void NativeVltTvChannelList::seed_from_cache(int mwdbId, MwdbHandle handle, cons
 unsigned int NativeVltTvChannelList::openTmp(int mwdbId) {
     trace_list("openTmp", mwdbId);
     MwdbHandle handle = 0;
-    if (x_svl_open(low16(mwdbId), 0, 0, &handle) != kMwOk) {
+    if (x_svl_open(HandleMap::key(mwdbId), 0, 0, &handle) != kMwOk) {
         return 0;
     }
     trace_handle_set("openTmp", mwdbId);

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 
 // Handles of the open service lists of the process.
 extern HandleMap m_mwdbIdHandleMap;

@@ -9,6 +9,7 @@
 #include <memory>
 #include <mutex>
 #include <new>
+#include <utility>
 
 namespace {
 
@@ -88,10 +89,8 @@ jint com_velotra_tv_tavro_channellist_delete(JNIEnv*, jobject, jint mwdbId) {
 }
 
 jint com_velotra_tv_tavro_channellist_copy(JNIEnv*, jobject, jint sourceId, jint destinationId) {
-    chList->lockSvl(destinationId);
-    const int result = chList->copy(sourceId, destinationId);
-    chList->unLockSvl(destinationId);
-    return result;
+    const SvlWriteLock lock(*chList, destinationId);
+    return chList->copy(sourceId, destinationId);
 }
 
 jint com_velotra_tv_tavro_channellist_open(JNIEnv*, jobject, jint mwdbId) {

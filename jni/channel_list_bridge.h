@@ -3,7 +3,7 @@
 // Unless told otherwise, int results are the manager's: 0, or -22 for a failure. A null record object
 // or list gives the method's failure result, and so does a class, method or field that the platform
 // does not find; the exception that it raised stays pending then. Records are written under the target
-// list's write lock; opening and deleting lists is serialised for the whole process.
+// list's write lock. native_open and native_delete run one at a time in the whole process.
 #pragma once
 
 #include <jni.h>

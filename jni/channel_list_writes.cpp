@@ -2,7 +2,6 @@
 
 #include "jni/channel_list_bridge.h"
 #include "jni/channel_record.h"
-#include "jni/list_lock.h"
 #include "jni/log_gate.h"
 #include "jni/managers.h"
 #include "jni/record_id.h"
@@ -14,11 +13,8 @@ using tavro::RecordObject;
 
 namespace {
 
-using WriteLock =
-    tavro::ListLock<NativeVltTvChannelList, &NativeVltTvChannelList::lockSvl, &NativeVltTvChannelList::unLockSvl>;
-
 int update_locked(int mwdbId, _SVL_REC_T& record) {
-    const WriteLock lock(*chList, mwdbId);
+    const SvlWriteLock lock(*chList, mwdbId);
     return chList->updateInfo(mwdbId, &record);
 }
 
@@ -213,7 +209,9 @@ jint com_velotra_tv_tavro_channellist_updateInfoList(JNIEnv* env, jobject, jint 
     if (jni.failed()) {
         return kFailed;
     }
-    WriteLock lock(*chList, mwdbId);
+    SvlWriteLock lock(*chList, mwdbId);
+    // Every element leaves some local references behind until the native returns: giving them back would be
+    // calls that the contract does not have.
     for (jint i = 0; i < size; ++i) {
         jobject element = jni.call_object(channels, get, i);
         if (element == nullptr) {
@@ -252,7 +250,7 @@ jstring com_velotra_tv_tavro_channellist_add_Info(JNIEnv* env, jobject, jint mwd
     }
     int result = kDone;
     {
-        const WriteLock lock(*chList, mwdbId);
+        const SvlWriteLock lock(*chList, mwdbId);
         result = chList->addInfo(mwdbId, &record);
     }
     TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[chList->addInfo][%d] mwdbId = %d, rec_id = %d", result, mwdbId,
@@ -273,7 +271,7 @@ jstring com_velotra_tv_tavro_channellist_add_Info_by_recId(JNIEnv* env, jobject,
     }
     int result = kDone;
     {
-        const WriteLock lock(*chList, mwdbId);
+        const SvlWriteLock lock(*chList, mwdbId);
         result = chList->copyInfo(mwdbId, &record);
     }
     TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[chList->copyInfo][%d] mwdbId = %d, rec_id = %d", result, mwdbId,

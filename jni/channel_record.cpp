@@ -117,7 +117,7 @@ constexpr Row kMoreHeaderRows[] = {
     flag("ventChannelBlock", "ventChannelBlock", kNetworkMask, 0x100),
 };
 
-// Asked a second time, to the same effect: the Java side counts on every question being put.
+// Asked a second time, deliberately; harmless.
 constexpr Row kChannelBlockAgain[] = {
     flag("ventChannelBlock", "ventChannelBlock", kNetworkMask, 0x100),
 };

@@ -9,8 +9,11 @@ namespace tavro {
 
 // Makes JNI calls until one fails. A look-up or allocation that gives null has left an exception
 // pending, and hardly any JNI call is allowed then: from that moment on every call here does nothing
-// and answers null, 0 or false, at the price of a test and of no further JNI call. Null classes,
-// objects, methods and fields handed in are answered in the same way.
+// and answers null, 0 or false, at the price of a test and of no further JNI call. So it does when it is
+// handed a null class, object, method or field to work on.
+//
+// An exception that a called Java method throws is not noticed: asking for it would be a JNI call more
+// on every good path, and the calls on those paths are contract.
 class Jni {
 public:
     explicit Jni(JNIEnv* env) : env_(env) {}
@@ -24,7 +27,7 @@ public:
 
     // References that these return are local and stay until the native call returns.
     jclass find_class(const char* path);
-    jclass class_of(jobject object);
+    jclass class_of(jobject object); // null for a null object
     jmethodID method(jclass cls, const char* name, const char* signature);
     jfieldID field(jclass cls, const char* name, const char* descriptor);
     jstring new_string(const char* text);
@@ -77,7 +80,7 @@ public:
     // The elements of an array, deliberately never released. Null as above.
     const jint* keep_int_elements(jintArray array);
 
-    // An element of an object array, which may be null.
+    // An element of an object array, which may be null; the array may not.
     jobject element(jobjectArray array, jsize index) {
         return failed_ ? nullptr : env_->GetObjectArrayElement(array, index);
     }

@@ -4,8 +4,11 @@
 #include "channellist/NativeVltTvChannelList.h"
 #include "channellist/NativeVltTvNetworkList.h"
 #include "channellist/NativeVltTvTransportStreamList.h"
+#include "jni/list_lock.h"
 
 #include <jni.h>
+
+#include <cstdint>
 
 // The Java virtual machine; null until the library has been loaded successfully.
 extern JavaVM* javaVM;
@@ -15,6 +18,10 @@ extern JavaVM* javaVM;
 extern NativeVltTvChannelList* chList;
 extern NativeVltTvTransportStreamList* tsList;
 extern NativeVltTvNetworkList* nwList;
+
+// The write lock of a service list.
+using SvlWriteLock =
+    tavro::ListLock<NativeVltTvChannelList, &NativeVltTvChannelList::lockSvl, &NativeVltTvChannelList::unLockSvl>;
 
 namespace tavro {
 

@@ -23,7 +23,8 @@
 //   del_rec      removes a record.
 //   get_rec      reads a record; `*version` receives the list's version.
 //
-// Paths and names are NUL-terminated and belong to the caller, as do records and out values.
+// Paths and names are NUL-terminated and belong to the caller, as do records and out values. Parameters
+// without a word above are passed as constants; their names are this project's.
 #define TAVRO_DECLARE_LIST_CALLS(PREFIX, RECORD)                                                                       \
     MwStatus PREFIX##_open(std::uint16_t list_id, std::uint32_t tag, std::uint32_t notify, MwdbHandle* handle);        \
     MwStatus PREFIX##_create(const char* name, std::uint16_t list_id, std::uint32_t mode, std::uint32_t growth,        \

@@ -107,7 +107,7 @@ struct _SVL_DVB_T {
     std::uint16_t ui2_displaying_svc_id;
     std::uint8_t aui1_reserved_124[4];
     std::uint32_t ui4_comp_descr_info;
-    std::uint8_t ui1_sdt_service_type; // service_type of the service descriptor, EN 300 468 table 87
+    std::uint8_t ui1_sdt_service_type; // service_type of the service descriptor
     std::uint8_t aui1_reserved_133[1];
     char s_dad_info[33]; // at most 32 bytes and a NUL
     std::uint8_t aui1_reserved_167[5];

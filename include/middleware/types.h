@@ -27,11 +27,13 @@ inline constexpr std::uint16_t kMwNoRecordId = 0xFFFF;
 inline constexpr std::uint32_t kMwEveryBroadcastType = 0;
 inline constexpr std::uint32_t kMwEveryNetworkMask = 0xFFFFFFFF;
 
-// Constants of x_..._create and x_..._update_rec; what they mean inside is the middleware's own.
+// Constants of x_..._create and x_..._update_rec. What they mean inside is the middleware's own; the
+// names are this project's.
 inline constexpr std::uint32_t kMwCreateMode = 1;
 inline constexpr std::uint32_t kMwCreateGrowth = 16;
 inline constexpr std::uint32_t kMwUpdatePlain = 0;   // update of a record read before
 inline constexpr std::uint32_t kMwUpdateReplace = 1; // update after an add found the id taken
 
-// Drive of every file path that the library hands to the middleware.
+// First argument with every file path that the library hands to the middleware; the name is this
+// project's.
 inline constexpr std::uint32_t kMwRootDrive = 0;

@@ -8,7 +8,6 @@
 #include "scripted_test.h"
 
 #include <cstring>
-#include <functional>
 #include <gtest/gtest.h>
 #include <new>
 #include <string>
@@ -179,87 +178,5 @@ TEST_F(ChannelBridge, AMissingRecordIdFieldGivesRecordIdZeroAndStoresNothing) {
     EXPECT_TRUE(jni.exception_pending());
     EXPECT_EQ(jni.forbidden_calls(), Lines{});
 }
-
-// Every native under a platform that fails at its first, second, … call until it is never reached.
-struct Native {
-    const char* name;
-    std::function<void(FakeJni&, FakeObject& channel)> run;
-};
-
-class FailingPlatform : public ChannelBridge, public testing::WithParamInterface<Native> {};
-
-TEST_P(FailingPlatform, NeverCallsWithAnExceptionPendingNorLeavesALock) {
-    count(2);
-    bool clean = false;
-    for (int n = 1; !clean; ++n) {
-        script::reset();
-        count(2);
-        FakeJni failing;
-        FakeObject& object = failing.object("channel");
-        object.keys = {"SvlIdSvlRecId",      "TslRecId", "ServiceName",     "BroadcastType",
-                       "MajorChannelNumber", "DadInfo",  "TargetRegionCode"};
-        object.int_fields = {{"broadcastType", 2}, {"majorChannelNumber", 5}};
-        FakeObject& text = failing.string("2,18");
-        object.object_fields = {{"svlIdSvlRecId", &failing.string("1,17")},
-                                {"tslRecId", &text},
-                                {"serviceName", &text},
-                                {"dadInfo", &text},
-                                {"targetRegionCode", &failing.int_array({1})}};
-        failing.fail_nth(n);
-        GetParam().run(failing, object);
-        clean = !failing.exception_pending();
-        EXPECT_EQ(failing.forbidden_calls(), Lines{}) << n;
-        const auto number = [&](const char* call) { return failing.journal_with(call).size(); };
-        // A list update whose identifier has no characters ends as with any identifier that cannot be parsed.
-        const bool bad_element = failing.journal().back() == "GetStringUTFChars(\"1,17\")";
-        EXPECT_EQ(number("x_svl_lock("), number("x_svl_unlock(") + (bad_element && number("list.get") != 0 ? 1U : 0U))
-            << n;
-        EXPECT_EQ(number("x_svl_read_lock("), number("x_svl_read_unlock(")) << n;
-        ASSERT_LT(n, 1000);
-    }
-}
-
-const Native kNatives[] = {
-    {"getSVLInfo",
-     [](FakeJni& jni, FakeObject&) {
-         com_velotra_tv_tavro_channellist_getSVLInfo(jni.env(), nullptr, FakeJni::string_ref(jni.string("1,17")));
-     }},
-    {"getSVLInfoList",
-     [](FakeJni& jni, FakeObject&) { com_velotra_tv_tavro_channellist_getSVLInfoList(jni.env(), nullptr, 1); }},
-    {"openPath",
-     [](FakeJni& jni, FakeObject&) {
-         com_velotra_tv_tavro_channellist_open_path(jni.env(), nullptr, 1, FakeJni::string_ref(jni.string("/data/x")));
-     }},
-    {"updateInfo",
-     [](FakeJni& jni, FakeObject& channel) {
-         com_velotra_tv_tavro_channellist_updateInfo(jni.env(), nullptr, 1, FakeJni::ref(channel));
-     }},
-    {"updateInfoByRecId",
-     [](FakeJni& jni, FakeObject&) {
-         com_velotra_tv_tavro_channellist_updateInfo_by_recId(jni.env(), nullptr, 1,
-                                                              FakeJni::string_ref(jni.string("2,17")));
-     }},
-    {"updateInfoList",
-     [](FakeJni& jni, FakeObject& channel) {
-         com_velotra_tv_tavro_channellist_updateInfoList(jni.env(), nullptr, 1,
-                                                         FakeJni::ref(jni.list({&channel, &channel})));
-     }},
-    {"addInfo",
-     [](FakeJni& jni, FakeObject& channel) {
-         com_velotra_tv_tavro_channellist_add_Info(jni.env(), nullptr, 1, FakeJni::ref(channel));
-     }},
-    {"addInfoByRecId",
-     [](FakeJni& jni, FakeObject&) {
-         com_velotra_tv_tavro_channellist_add_Info_by_recId(jni.env(), nullptr, 1,
-                                                            FakeJni::string_ref(jni.string("2,17")));
-     }},
-    {"removeInfo",
-     [](FakeJni& jni, FakeObject&) {
-         com_velotra_tv_tavro_channellist_remove_info(jni.env(), nullptr, FakeJni::string_ref(jni.string("2,17")));
-     }},
-};
-
-INSTANTIATE_TEST_SUITE_P(Natives, FailingPlatform, testing::ValuesIn(kNatives),
-                         [](const testing::TestParamInfo<Native>& info) { return info.param.name; });
 
 } // namespace

@@ -66,6 +66,12 @@ std::vector<std::string> FakeJni::journal_with(const std::string& part) const {
     return found;
 }
 
+std::vector<std::string> FakeJni::journal_from_failure() const {
+    return pending_
+               ? std::vector<std::string>(journal_.begin() + static_cast<std::ptrdiff_t>(failed_at_), journal_.end())
+               : std::vector<std::string>();
+}
+
 bool FakeJni::call(const std::string& text) {
     journal_.push_back(text);
     if (pending_) {
@@ -76,8 +82,10 @@ bool FakeJni::call(const std::string& text) {
 
 bool FakeJni::fallible(const std::string& text) {
     call(text);
-    ++fallible_calls_;
     const bool fails = failing_.count(text) != 0 || (countdown_ > 0 && --countdown_ == 0);
+    if (fails && !pending_) {
+        failed_at_ = journal_.size() - 1;
+    }
     pending_ = pending_ || fails;
     return !fails;
 }

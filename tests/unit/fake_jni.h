@@ -5,6 +5,7 @@
 
 #include <jni.h>
 
+#include <cstddef>
 #include <deque>
 #include <map>
 #include <memory>
@@ -58,8 +59,8 @@ public:
     void fail(const std::string& text) { failing_.insert(text); }
     void fail_nth(int n) { countdown_ = n; }
 
-    // How many calls that can fail have been made.
-    int fallible_calls() const { return fallible_calls_; }
+    // The journal from the first call that failed on; empty when none has.
+    std::vector<std::string> journal_from_failure() const;
     bool exception_pending() const { return pending_; }
 
     // Calls made although an exception was pending, other than the few that JNI allows then.
@@ -101,7 +102,7 @@ private:
     std::set<std::string> failing_;
     std::vector<std::string> forbidden_;
     int countdown_ = 0;
-    int fallible_calls_ = 0;
+    std::size_t failed_at_ = 0;
     int unreleased_chars_ = 0;
     bool pending_ = false;
 };

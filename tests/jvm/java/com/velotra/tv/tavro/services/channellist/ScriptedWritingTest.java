@@ -388,4 +388,61 @@ class ScriptedWritingTest extends ScriptedPlatform {
         assertEquals(List.of("x_svl_unlock(0x10002)"), Script.linesWith("unlock"));
         assertEquals(1, Script.linesWith("[chList->copyInfo][-22] mwdbId = 2, rec_id = 0").size());
     }
+
+    private static final String PREFIX = "log 3 -: [jni_VltTvList_Init] ";
+
+    @Test
+    void updatesBeginWithALineThatNamesThem() {
+        open(1);
+        Script.always("x_svl_get_rec", stored);
+        Script.logLevel("D");
+        lists.native_updateInfo(1, named("1,17"));
+        lists.native_updateInfo(1, "");
+        lists.native_updateInfoList(1, List.of(named("1,17")));
+        lists.native_updateInfoList(1, null);
+        assertEquals(
+                List.of(
+                        PREFIX + BRIDGE + "updateInfo",
+                        PREFIX + BRIDGE + "updateInfo_by_recId",
+                        "log 6 -: Invalid String.\n",
+                        "log 6 -: Invalid param.\n",
+                        PREFIX + BRIDGE + "updateInfoList",
+                        PREFIX + BRIDGE + "updateInfoList"),
+                Arrays.stream(Script.lines()).filter(line -> line.startsWith("log ") && line.contains(" -: ")).toList());
+    }
+
+    @Test
+    void addByRecordIdBeginsAndEndsWithItsLines() {
+        open(1, 2);
+        Script.answer("x_svl_get_rec", stored);
+        Script.logLevel("D");
+        assertEquals("2,17", lists.nativeAdd(2, "1,17"));
+        List<String> lines = Script.linesWith(PREFIX);
+        assertEquals(3, lines.size());
+        String entry = "log 3 -: \\[jni_VltTvList_Init\\] \\[" + BRIDGE + "add_Info_by_recId\\]\\[\\d+\\] ";
+        assertTrue(lines.get(0).matches(entry), lines.get(0));
+        assertEquals(PREFIX + "[chList->copyInfo][0] mwdbId = 2, rec_id = 17", lines.get(1));
+        assertEquals(PREFIX + "[combineMId] mwdbId = 2, recId = 17", lines.get(2));
+
+        Script.reset();
+        Script.logLevel("D");
+        assertEquals("", lists.nativeAdd(2, ""));
+        lines = List.of(Script.lines());
+        assertTrue(lines.get(0).matches(entry), lines.get(0));
+        assertEquals(List.of("log 6 -: Invalid String.\n", "log 6 -: Invalid param.\n"), lines.subList(1, 3));
+    }
+
+    @Test
+    void addsAndListUpdatesOfABroadcastTypeWithoutARuleWriteALineToo() {
+        open(1);
+        Script.logLevel("D");
+        lists.nativeAdd(1, info().setBroadcastType(4).setServiceType(200).setMajorChannelNumber(1));
+        Script.answer("x_svl_get_rec", Records.with8(stored(9, 1), 39, 201));
+        lists.native_updateInfoList(1, List.of(named("1,17").setMajorChannelNumber(1)));
+        assertEquals(
+                List.of(
+                        PREFIX + "e_brdcst_type = 4, unsupport type stheader.e_serv_type=200 \n",
+                        PREFIX + "e_brdcst_type = 9, unsupport type stheader.e_serv_type=201 \n"),
+                Script.linesWith("unsupport"));
+    }
 }
