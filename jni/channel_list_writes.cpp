@@ -2,11 +2,13 @@
 
 #include "jni/channel_list_bridge.h"
 #include "jni/channel_record.h"
+#include "jni/java_list.h"
 #include "jni/log_gate.h"
 #include "jni/managers.h"
 #include "jni/record_id.h"
 #include "middleware/channel_id.h"
 
+using tavro::JavaList;
 using tavro::Jni;
 using tavro::Key;
 using tavro::RecordObject;
@@ -203,17 +205,15 @@ jint com_velotra_tv_tavro_channellist_updateInfo_by_recId(JNIEnv* env, jobject, 
 jint com_velotra_tv_tavro_channellist_updateInfoList(JNIEnv* env, jobject, jint mwdbId, jobject channels) {
     TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "%s", __func__);
     Jni jni(env);
-    jclass list_class = jni.class_of(channels);
-    jmethodID get = jni.method(list_class, "get", "(I)Ljava/lang/Object;");
-    const jint size = jni.call_int(channels, jni.method(list_class, "size", "()I"));
+    JavaList list(jni, channels);
     if (jni.failed()) {
         return kFailed;
     }
     SvlWriteLock lock(*chList, mwdbId);
     // Every element leaves some local references behind until the native returns: giving them back would be
     // calls that the contract does not have.
-    for (jint i = 0; i < size; ++i) {
-        jobject element = jni.call_object(channels, get, i);
+    for (jint i = 0; i < list.size(); ++i) {
+        jobject element = list.get(i);
         if (element == nullptr) {
             return kFailed;
         }

@@ -1,5 +1,6 @@
 #include "jni/network_list_bridge.h"
 
+#include "jni/java_list.h"
 #include "jni/jni_env.h"
 #include "jni/list_lock.h"
 #include "jni/log_gate.h"
@@ -7,6 +8,7 @@
 #include "jni/network_record.h"
 #include "jni/record_id.h"
 
+using tavro::JavaList;
 using tavro::Jni;
 using tavro::Key;
 using tavro::RecordObject;
@@ -42,26 +44,7 @@ bool take_record_id(RecordObject& object, int& record_id) {
 
 jint com_velotra_tv_tavro_nw_list_native_setup(JNIEnv*, jobject) { return tavro::set_up(nwList); }
 
-jint com_velotra_tv_tavro_networklist_clean(JNIEnv*, jobject, jint mwdbId) { return nwList->clean(mwdbId); }
-
-jint com_velotra_tv_tavro_networklist_close(JNIEnv*, jobject, jint mwdbId) { return nwList->close(mwdbId); }
-
-jint com_velotra_tv_tavro_networklist_delete(JNIEnv*, jobject, jint mwdbId) { return nwList->_delete(mwdbId); }
-
-jint com_velotra_tv_tavro_networklist_copy(JNIEnv*, jobject, jint sourceId, jint destinationId) {
-    const WriteLock lock(*nwList, destinationId);
-    return nwList->copy(sourceId, destinationId);
-}
-
-jint com_velotra_tv_tavro_networklist_open(JNIEnv*, jobject, jint mwdbId) { return nwList->open(mwdbId); }
-
-jint com_velotra_tv_tavro_networklist_open_path(JNIEnv* env, jobject, jint mwdbId, jstring path) {
-    return nwList->open(mwdbId, jstr2str(env, path));
-}
-
-jint com_velotra_tv_tavro_networklist_store(JNIEnv* env, jobject, jint mwdbId, jstring path) {
-    return nwList->store(mwdbId, jstr2str(env, path));
-}
+TAVRO_DEFINE_FORWARDING(com_velotra_tv_tavro_networklist, nwList, WriteLock);
 
 jint com_velotra_tv_tavro_networklist_remove_info(JNIEnv* env, jobject, jstring identifier) {
     TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d] ", __func__, 3238);
@@ -104,16 +87,14 @@ jint com_velotra_tv_tavro_networklist_updateInfo_by_recId(JNIEnv* env, jobject, 
 jint com_velotra_tv_tavro_networklist_updateInfoList(JNIEnv* env, jobject, jint mwdbId, jobject networks) {
     TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "%s", __func__);
     Jni jni(env);
-    jclass list_class = jni.class_of(networks);
-    jmethodID get = jni.method(list_class, "get", "(I)Ljava/lang/Object;");
-    const jint size = jni.call_int(networks, jni.method(list_class, "size", "()I"));
+    JavaList list(jni, networks);
     if (jni.failed()) {
         return kFailed;
     }
     WriteLock lock(*nwList, mwdbId);
     int saved = kFailed; // of the latest record read
-    for (jint i = 0; i < size; ++i) {
-        jobject network = jni.call_object(networks, get, i);
+    for (jint i = 0; i < list.size(); ++i) {
+        jobject network = list.get(i);
         if (network == nullptr) {
             return kFailed;
         }

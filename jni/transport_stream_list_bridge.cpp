@@ -1,5 +1,6 @@
 #include "jni/transport_stream_list_bridge.h"
 
+#include "jni/java_list.h"
 #include "jni/jni_env.h"
 #include "jni/list_lock.h"
 #include "jni/log_gate.h"
@@ -7,6 +8,7 @@
 #include "jni/record_id.h"
 #include "jni/transport_stream_record.h"
 
+using tavro::JavaList;
 using tavro::Jni;
 using tavro::Key;
 using tavro::RecordObject;
@@ -74,26 +76,7 @@ bool overlay(Jni& jni, int mwdbId, int record_id, jobject stream, _TSL_REC_T& re
 
 jint com_velotra_tv_tavro_ts_list_native_setup(JNIEnv*, jobject) { return tavro::set_up(tsList); }
 
-jint com_velotra_tv_tavro_transportstreamlist_clean(JNIEnv*, jobject, jint mwdbId) { return tsList->clean(mwdbId); }
-
-jint com_velotra_tv_tavro_transportstreamlist_close(JNIEnv*, jobject, jint mwdbId) { return tsList->close(mwdbId); }
-
-jint com_velotra_tv_tavro_transportstreamlist_delete(JNIEnv*, jobject, jint mwdbId) { return tsList->_delete(mwdbId); }
-
-jint com_velotra_tv_tavro_transportstreamlist_copy(JNIEnv*, jobject, jint sourceId, jint destinationId) {
-    const WriteLock lock(*tsList, destinationId);
-    return tsList->copy(sourceId, destinationId);
-}
-
-jint com_velotra_tv_tavro_transportstreamlist_open(JNIEnv*, jobject, jint mwdbId) { return tsList->open(mwdbId); }
-
-jint com_velotra_tv_tavro_transportstreamlist_open_path(JNIEnv* env, jobject, jint mwdbId, jstring path) {
-    return tsList->open(mwdbId, jstr2str(env, path));
-}
-
-jint com_velotra_tv_tavro_transportstreamlist_store(JNIEnv* env, jobject, jint mwdbId, jstring path) {
-    return tsList->store(mwdbId, jstr2str(env, path));
-}
+TAVRO_DEFINE_FORWARDING(com_velotra_tv_tavro_transportstreamlist, tsList, WriteLock);
 
 jint com_velotra_tv_tavro_transportstreamlist_remove_info(JNIEnv* env, jobject, jstring identifier) {
     TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d] ", __func__, 2867);
@@ -184,17 +167,15 @@ jint com_velotra_tv_tavro_transportstreamlist_updateInfo_by_recId(JNIEnv* env, j
 jint com_velotra_tv_tavro_transportstreamlist_updateInfoList(JNIEnv* env, jobject, jint mwdbId, jobject streams) {
     TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "%s", __func__);
     Jni jni(env);
-    jclass list_class = jni.class_of(streams);
-    jmethodID get = jni.method(list_class, "get", "(I)Ljava/lang/Object;");
-    const jint size = jni.call_int(streams, jni.method(list_class, "size", "()I"));
+    JavaList list(jni, streams);
     if (jni.failed()) {
         return kFailed;
     }
     const WriteLock lock(*tsList, mwdbId);
     jclass stream_class = jni.find_class(kTransportStreamInfo);
     jmethodID contains_key = jni.method(stream_class, "isContainsKey", kTransportStreamContainsKey);
-    for (jint i = 0; i < size; ++i) {
-        jobject stream = jni.call_object(streams, get, i);
+    for (jint i = 0; i < list.size(); ++i) {
+        jobject stream = list.get(i);
         if (stream == nullptr) {
             return kFailed;
         }

@@ -2,17 +2,13 @@
 // list's natives (channel_list_bridge.h); what differs is said here.
 #pragma once
 
+#include "jni/forwarding.h"
+
 #include <jni.h>
 
 jint com_velotra_tv_tavro_ts_list_native_setup(JNIEnv* env, jobject self);
 
-jint com_velotra_tv_tavro_transportstreamlist_clean(JNIEnv* env, jobject self, jint mwdbId);
-jint com_velotra_tv_tavro_transportstreamlist_close(JNIEnv* env, jobject self, jint mwdbId);
-jint com_velotra_tv_tavro_transportstreamlist_delete(JNIEnv* env, jobject self, jint mwdbId);
-jint com_velotra_tv_tavro_transportstreamlist_copy(JNIEnv* env, jobject self, jint sourceId, jint destinationId);
-jint com_velotra_tv_tavro_transportstreamlist_open(JNIEnv* env, jobject self, jint mwdbId);
-jint com_velotra_tv_tavro_transportstreamlist_open_path(JNIEnv* env, jobject self, jint mwdbId, jstring path);
-jint com_velotra_tv_tavro_transportstreamlist_store(JNIEnv* env, jobject self, jint mwdbId, jstring path);
+TAVRO_DECLARE_FORWARDING(com_velotra_tv_tavro_transportstreamlist);
 
 // Removals touch only lists that are open.
 jint com_velotra_tv_tavro_transportstreamlist_remove_info(JNIEnv* env, jobject self, jstring identifier);

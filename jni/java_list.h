@@ -1,0 +1,28 @@
+// A java.util.List that came as an argument.
+#pragma once
+
+#include "jni/jni_env.h"
+
+namespace tavro {
+
+// Looks the list's methods up and asks its size at once. A null list fails the native call (Jni::failed).
+class JavaList {
+public:
+    JavaList(Jni& jni, jobject list) : jni_(jni), list_(list) {
+        jclass cls = jni.class_of(list);
+        get_ = jni.method(cls, "get", "(I)Ljava/lang/Object;");
+        size_ = jni.call_int(list, jni.method(cls, "size", "()I"));
+    }
+
+    jint size() const { return size_; }
+    // The element at a position, which may be null; a local reference.
+    jobject get(jint index) { return jni_.call_object(list_, get_, index); }
+
+private:
+    Jni& jni_;
+    jobject list_;
+    jmethodID get_;
+    jint size_;
+};
+
+} // namespace tavro
