@@ -3,6 +3,8 @@ package com.velotra.tv.tavro.tool;
 import com.velotra.tv.tavro.services.channellist.ChannelListException;
 import com.velotra.tv.tavro.services.channellist.RecordId;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
+import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamList;
+import com.velotra.tv.tavro.tool.transponders.ScanImport;
 import java.io.BufferedOutputStream;
 import java.io.FileDescriptor;
 import java.io.FileOutputStream;
@@ -11,6 +13,7 @@ import java.io.PrintStream;
 import java.nio.charset.StandardCharsets;
 import java.nio.file.Files;
 import java.nio.file.Path;
+import java.util.List;
 import java.util.Optional;
 import java.util.concurrent.Callable;
 import java.util.function.Supplier;
@@ -27,7 +30,8 @@ import picocli.CommandLine.Spec;
 @Command(
         name = "tavro",
         description = "Shows what is in channel lists.",
-        subcommands = {Main.ListCommand.class, Main.ShowCommand.class, Main.DemoCommand.class, Main.LoadCommand.class})
+        subcommands = {Main.ListCommand.class, Main.ShowCommand.class, Main.ImportCommand.class, Main.DemoCommand.class,
+            Main.LoadCommand.class})
 public final class Main {
     @Mixin
     private HelpOption help;
@@ -186,6 +190,38 @@ public final class Main {
             String record = Optional.of(id).filter(asked -> fits16Bits(asked.recordId())).flatMap(asked -> of.kind.show(asked, hex)).orElseThrow(
                     () -> new Failure("list " + id.listId() + " has no record " + id.recordId()));
             record.lines().map(Text::printable).forEach(System.out::println);
+            return 0;
+        }
+    }
+
+    @Command(
+            name = "import",
+            description = "Adds the transponders of scan tables (DVBv5 form) to transport stream lists, one a medium.",
+            footer = {"", "Example: ./tavro import /usr/share/dvb/dvb-t", "         ./tavro list 11 --kind streams"})
+    static final class ImportCommand implements Callable<Integer> {
+        @Mixin
+        HelpOption help;
+
+        @Parameters(paramLabel = "FILE", arity = "1..*", description = "A scan table, or a folder of them.")
+        List<Path> paths;
+
+        @Option(names = "--list", paramLabel = "ID", defaultValue = "11",
+                description = "List for terrestrial streams (${DEFAULT-VALUE}); cable goes to the next, satellite to the one behind.")
+        int firstList;
+
+        @Override
+        public Integer call() throws Exception {
+            for (Path path : paths) {
+                if (!Files.isReadable(path)) {
+                    throw new Failure("cannot read " + path + ": " + (Files.exists(path) ? "you may not" : "there is no such file or folder"));
+                }
+            }
+            ScanImport scan = new ScanImport(
+                    withLibrary(VltTvTransportStreamList::getInstance), firstList, System.err, (entry, id) -> { });
+            for (Path path : paths) {
+                scan.add(path);
+            }
+            scan.printSummary(System.out);
             return 0;
         }
     }

@@ -7,6 +7,8 @@ import static org.junit.jupiter.api.Assertions.assertTrue;
 import com.velotra.tv.tavro.services.channellist.RecordId;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelInfoBase;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
+import com.velotra.tv.tavro.services.channellist.VltTvNetworkInfoBase;
+import com.velotra.tv.tavro.services.channellist.VltTvNetworkList;
 import com.velotra.tv.tavro.tool.ToolProcess.Result;
 import java.io.IOException;
 import java.nio.file.Files;
@@ -155,5 +157,71 @@ class MainTest {
         assertTrue(help.out().startsWith(USAGE_LIST), help.out());
         assertTrue(help.out().contains("Examples: ./tavro list 1"), help.out());
         assertTrue(run(storage(), "show", "--help").out().contains("Examples: ./tavro show 1,17 --hex"));
+    }
+
+    @Test
+    void importFillsTransportStreamListsThatListAndShowPrint() throws Exception {
+        Path table = Files.writeString(
+                folder.resolve("table"),
+                "[Uno]\nDELIVERY_SYSTEM = DVBC/ANNEX_A\nFREQUENCY = 330000000\nSYMBOL_RATE = 6900000\n");
+        Path home = Files.createDirectory(folder.resolve("import-home"));
+        Result imported = run(home, "import", "--list", "41", table.toString());
+        assertEquals(0, imported.exit(), imported.err());
+        assertEquals(
+                """
+                1 files, 1 transponders, 0 malformed lines
+                Imported, by delivery system:
+                       1  DVBC/ANNEX_A
+                transport stream list 42: 1 records
+                """,
+                imported.out());
+        assertEquals(
+                """
+                record  standard  frequency  symbol rate  stream id  network id  network record  name
+                     1  DVB-C        330000      6900000          0           0  0,0             Uno
+                1 transport streams
+                """,
+                run(home, "list", "42", "--kind", "streams").out());
+        Result show = run(home, "show", "42,1", "-k", "streams", "--hex");
+        assertTrue(show.out().contains("\nfrequency                      330000\n"), show.out());
+        assertTrue(show.out().contains("\n0000  01 00 "), show.out());
+        assertEquals(
+                new Result(1, "", "tavro: there is no transport stream list 41 in " + home + "\n"),
+                run(home, "list", "41", "--kind", "streams"));
+        Path missing = folder.resolve("missing");
+        assertEquals(
+                new Result(1, "", "tavro: cannot read " + missing + ": there is no such file or folder\n"),
+                run(home, "import", missing.toString()));
+    }
+
+    @Test
+    void networksAreListedAndShown() throws Exception {
+        VltTvNetworkList networks = VltTvNetworkList.getInstance();
+        networks.open(1);
+        networks.clean(1);
+        VltTvNetworkInfoBase info = new VltTvNetworkInfoBase();
+        info.setNwlNetworkId(8468);
+        info.setNetworkName("Uno");
+        info.setNwlFavNetwork(1);
+        networks.add(1, info);
+        assertEquals(
+                """
+                record  network id  name  version  favourite  candidate
+                     1        8468  Uno         0  yes        no
+                1 networks
+                """,
+                run(storage(), "list", "1", "--kind", "networks").out());
+        assertEquals(
+                """
+                record                       1,1
+                network id                  8468
+                name                       "Uno"
+                version                        0
+                favourite                      1
+                candidate                      0
+                """,
+                run(storage(), "show", "1,1", "--kind", "networks").out());
+        assertEquals(
+                new Result(1, "", "tavro: list 1 has no record 9\n"), run(storage(), "show", "1,9", "--kind", "networks"));
     }
 }

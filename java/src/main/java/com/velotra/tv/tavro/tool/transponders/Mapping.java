@@ -1,0 +1,179 @@
+package com.velotra.tv.tavro.tool.transponders;
+
+import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamInfoBase;
+import java.nio.charset.Charset;
+import java.util.ArrayList;
+import java.util.List;
+import java.util.Map;
+import java.util.function.IntConsumer;
+
+/**
+ * One transponder of a scan table as the values of a transport stream record: frequency in kHz for every medium, symbol
+ * rate in symbols a second, bandwidth in kHz. AUTO and values that say nothing (an unused stream id, a bandwidth of 0) set no key.
+ */
+final class Mapping {
+    /** A transponder that cannot become a record; the message is the reason. */
+    static final class NotImportable extends Exception {
+        private static final long serialVersionUID = 1L;
+
+        NotImportable(String reason) {
+            super(reason);
+        }
+    }
+
+    private record System(int medium, int standard, boolean dvb) {}
+
+    private static final int NO_STANDARD = 0;
+
+    private static final Map<String, System> SYSTEMS = Map.of(
+            "DVBT", new System(TunerValues.TERRESTRIAL, TunerValues.STANDARD_T, true),
+            "DVBT2", new System(TunerValues.TERRESTRIAL, TunerValues.STANDARD_T2, true),
+            "DVBC/ANNEX_A", new System(TunerValues.CABLE, TunerValues.STANDARD_C, true),
+            "DVBC/ANNEX_B", new System(TunerValues.CABLE, NO_STANDARD, false),
+            "DVBS", new System(TunerValues.SATELLITE, TunerValues.STANDARD_S, true),
+            "DVBS2", new System(TunerValues.SATELLITE, TunerValues.STANDARD_S2, true),
+            "ISDBT", new System(TunerValues.TERRESTRIAL, NO_STANDARD, false),
+            "ATSC", new System(TunerValues.TERRESTRIAL, NO_STANDARD, false));
+
+    private static final long NO_STREAM_ID = 0xFFFFFFFFL;
+    private static final int NAME_BYTES = 40; // of modified UTF-8, which is CESU-8 but for the NUL
+    private static final Charset MODIFIED_UTF_8 = Charset.forName("CESU-8");
+
+    private final ScanTable.Entry entry;
+    private final String systemName;
+    private final System system;
+    private final VltTvTransportStreamInfoBase info = new VltTvTransportStreamInfoBase();
+    private final List<String> left = new ArrayList<>();
+
+    /** Maps a transponder, or says why it cannot be a record. */
+    Mapping(ScanTable.Entry entry) throws NotImportable {
+        this.entry = entry;
+        systemName = entry.values().getOrDefault("DELIVERY_SYSTEM", "");
+        system = SYSTEMS.get(systemName);
+        if (system == null) {
+            throw new NotImportable(systemName.isEmpty() ? "no delivery system" : "unknown delivery system " + systemName);
+        }
+        map();
+    }
+
+    /** The medium, which decides about the list. */
+    int medium() {
+        return system.medium;
+    }
+
+    String systemName() {
+        return systemName;
+    }
+
+    VltTvTransportStreamInfoBase info() {
+        return info;
+    }
+
+    /** What of the transponder the record has no place for, a reason each. */
+    List<String> left() {
+        return left;
+    }
+
+    private void map() throws NotImportable {
+        info.setBroadcastMedium(system.medium).setFrequency(frequency());
+        if (system.dvb) {
+            info.setBroadcastType(TunerValues.BROADCAST_DVB);
+        }
+        if (system.standard == NO_STANDARD) {
+            left.add("the standard " + systemName);
+        } else {
+            info.setStandard(system.standard);
+        }
+        if (!entry.heading().equalsIgnoreCase("CHANNEL")) {
+            if (entry.heading().getBytes(MODIFIED_UTF_8).length <= NAME_BYTES) {
+                info.setAcTsName(entry.heading());
+            } else {
+                left.add("a heading that does not fit the name");
+            }
+        }
+        entry.values().forEach(this::map);
+    }
+
+    private int frequency() throws NotImportable {
+        long value = number(entry.values().get("FREQUENCY"));
+        if (value <= 0) {
+            throw new NotImportable("no frequency");
+        }
+        long kilohertz = system.medium == TunerValues.SATELLITE ? value : Math.round(value / 1000.0);
+        if (kilohertz > Integer.MAX_VALUE) {
+            throw new NotImportable("a frequency beyond 32 bits");
+        }
+        if (system.medium != TunerValues.SATELLITE && value % 1000 != 0) {
+            left.add("a fraction of a kHz in FREQUENCY");
+        }
+        return (int) kilohertz;
+    }
+
+    private void map(String key, String value) {
+        boolean t2 = systemName.equals("DVBT2");
+        switch (key) {
+            case "DELIVERY_SYSTEM", "FREQUENCY" -> { }
+            case "BANDWIDTH_HZ" -> put(key, value, number(value) / 1000, info::setBandwidth);
+            case "SYMBOL_RATE" -> put(key, value, number(value), info::setSymbolRate);
+            case "MODULATION" -> put(key, value, TunerValues.MODULATION, info::setModulation);
+            case "POLARIZATION" -> put(key, value, TunerValues.POLARIZATION, info::setTunerPolarizaTion);
+            case "INNER_FEC" -> {
+                put(key, value, TunerValues.FEC_INNER, info::setFecInner);
+                if (system.medium == TunerValues.SATELLITE) {
+                    put("the code rate of " + key, value, TunerValues.CODE_RATE_SATELLITE, info::setCodeRate);
+                }
+            }
+            case "CODE_RATE_HP" -> put(key, value, TunerValues.CODE_RATE_TERRESTRIAL, info::setCodeRate);
+            case "GUARD_INTERVAL" -> put(
+                    key, value, t2 ? TunerValues.GUARD_INTERVAL_T2 : TunerValues.GUARD_INTERVAL_T, system.dvb ? info::setGuardInterval : null);
+            // Polarization and transmission mode share their bytes: no satellite stream has the latter.
+            case "TRANSMISSION_MODE" -> put(key, value, TunerValues.TRANSMISSION_MODE, info::setTransmissionMode);
+            case "HIERARCHY" -> put(key, value, TunerValues.HIERARCHY, info::setHierarchy);
+            case "STREAM_ID" -> mapStreamId(value);
+            default -> {
+                if (!saysNothing(value)) {
+                    left.add(key.startsWith("ISDBT_") ? "ISDB-T layers and segments" : key.matches("SERVICE_ID|.*PID.*") ? "services and PIDs" : key);
+                }
+            }
+        }
+    }
+
+    // On a satellite the bytes of the PLP id hold the signal quality.
+    private void mapStreamId(String value) {
+        long id = number(value);
+        if (id == NO_STREAM_ID) {
+            return;
+        }
+        if (system.medium != TunerValues.TERRESTRIAL || id < 0 || id > 0xFF) {
+            left.add("STREAM_ID of " + systemName);
+            return;
+        }
+        info.setPlpId((int) id);
+    }
+
+    private static boolean saysNothing(String value) {
+        return value.isEmpty() || value.equals("AUTO") || value.equals("NONE") || value.equals("QAM/AUTO");
+    }
+
+    private void put(String key, String value, Map<String, Integer> numbers, IntConsumer setter) {
+        Integer number = numbers.get(value);
+        if (number != null && setter != null) {
+            setter.accept(number);
+        } else if (!saysNothing(value)) {
+            left.add(key + " " + value);
+        }
+    }
+
+    private void put(String key, String value, long number, IntConsumer setter) {
+        if (number > 0 && number <= Integer.MAX_VALUE) {
+            setter.accept((int) number);
+        } else if (number != 0 && !saysNothing(value)) {
+            left.add(key + " " + value);
+        }
+    }
+
+    /** -1 for what is no number. */
+    private static long number(String text) {
+        return text != null && text.matches("\\d{1,18}") ? Long.parseLong(text) : -1;
+    }
+}

@@ -1,0 +1,152 @@
+package com.velotra.tv.tavro.tool.transponders;
+
+import static org.junit.jupiter.api.Assertions.assertEquals;
+
+import com.velotra.tv.tavro.services.channellist.TransportStreamRecord;
+import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamList;
+import java.io.ByteArrayOutputStream;
+import java.io.IOException;
+import java.io.PrintStream;
+import java.nio.charset.StandardCharsets;
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.util.List;
+import java.util.Map;
+import org.junit.jupiter.api.AfterEach;
+import org.junit.jupiter.api.Test;
+import org.junit.jupiter.api.io.TempDir;
+
+/** What becomes of a transponder, read back through the natives by offset. */
+class ScanImportTest {
+    private static final int FIRST = 21;
+
+    @TempDir
+    Path folder;
+
+    private final VltTvTransportStreamList lists = VltTvTransportStreamList.getInstance();
+    private final ByteArrayOutputStream log = new ByteArrayOutputStream();
+
+    @AfterEach
+    void deleteLists() {
+        for (int id = FIRST; id < FIRST + 3; id++) {
+            if (lists.exists(id)) {
+                lists.delete(id);
+            }
+        }
+    }
+
+    private ScanImport imported(String... lines) throws IOException {
+        Files.write(folder.resolve("table"), List.of(lines));
+        ScanImport scan = new ScanImport(lists, FIRST, new PrintStream(log, true, StandardCharsets.UTF_8), (entry, id) -> { });
+        scan.add(folder);
+        return scan;
+    }
+
+    private RawRecord only(int list) {
+        List<TransportStreamRecord> records = lists.getAll(list);
+        assertEquals(1, records.size());
+        return new RawRecord(records.get(0).bytes());
+    }
+
+    @Test
+    void aTerrestrialTransponderIsStoredWithItsTuning() throws IOException {
+        ScanImport scan = imported(
+                "[C21 MPE2]", "DELIVERY_SYSTEM = DVBT2", "FREQUENCY = 474000000", "BANDWIDTH_HZ = 8000000", "CODE_RATE_HP = 3/5",
+                "CODE_RATE_LP = NONE", "MODULATION = QAM/256", "TRANSMISSION_MODE = 32K", "GUARD_INTERVAL = 19/256",
+                "HIERARCHY = NONE", "STREAM_ID = 7", "INVERSION = AUTO");
+        RawRecord record = only(FIRST);
+        assertEquals(List.of(2L, 1L, 474000L), List.of(record.u8(4), record.u8(5), record.u32(44)));
+        assertEquals(3, record.u32(48), "8 MHz");
+        assertEquals(2, record.u32(120), "T2");
+        assertEquals(2, record.u32(132), "3/5");
+        assertEquals(8, record.u32(76), "32K");
+        assertEquals(7, record.u32(148), "19/256");
+        assertEquals(1, record.u32(64), "no hierarchy");
+        assertEquals(7, record.u8(124), "PLP");
+        assertEquals("C21 MPE2", record.text(212));
+        assertEquals(Map.of("DVBT2", 1), scan.imported());
+        assertEquals(Map.of(), scan.left());
+    }
+
+    @Test
+    void aSatelliteTransponderIsStoredWithItsTuning() throws IOException {
+        imported("[CHANNEL]", "DELIVERY_SYSTEM = DVBS2", "FREQUENCY = 11362000", "POLARIZATION = RIGHT", "SYMBOL_RATE = 22000000",
+                "INNER_FEC = 2/3", "MODULATION = PSK/8");
+        RawRecord record = only(FIRST + 2);
+        assertEquals(List.of(3L, 11362000L, 22000000L), List.of(record.u8(5), record.u32(44), record.u32(56)));
+        assertEquals(3, record.u32(68), "FEC");
+        assertEquals(5, record.u32(108), "code rate");
+        assertEquals(2, record.u32(72), "8PSK");
+        assertEquals(3, record.u32(76), "right");
+        assertEquals(2, record.u32(92), "S2");
+        assertEquals("", record.text(212));
+    }
+
+    @Test
+    void aCableTransponderIsStoredWithItsTuning() throws IOException {
+        imported("[CHANNEL]", "DELIVERY_SYSTEM = DVBC/ANNEX_A", "FREQUENCY = 330000000", "SYMBOL_RATE = 6900000", "INNER_FEC = NONE",
+                "MODULATION = QAM/64");
+        RawRecord record = only(FIRST + 1);
+        assertEquals(List.of(2L, 330000L, 6900000L), List.of(record.u8(5), record.u32(44), record.u32(48)));
+        assertEquals(5, record.u32(60), "64-QAM");
+        assertEquals(1, record.u32(80), "C");
+        assertEquals(0, record.u32(56), "no FEC");
+    }
+
+    @Test
+    void whatHasNoPlaceIsCountedByReasonAndTheRestIsStored() throws IOException {
+        ScanImport scan = imported(
+                "[CHANNEL]", "DELIVERY_SYSTEM = ISDBT", "FREQUENCY = 473142857", "BANDWIDTH_HZ = 6000000", "ISDBT_LAYERA_FEC = 3/4",
+                "ISDBT_LAYERB_FEC = 3/4",
+                "[CHANNEL]", "DELIVERY_SYSTEM = DVBS2", "FREQUENCY = 11362000", "INNER_FEC = 9/10", "STREAM_ID = 3", "PLS_CODE = 8",
+                "[CHANNEL]", "DELIVERY_SYSTEM = DVBS", "FREQUENCY = 11362000", "STREAM_ID = 4294967295");
+        assertEquals(Map.of("ISDBT", 1, "DVBS2", 1, "DVBS", 1), scan.imported());
+        assertEquals(
+                Map.of(
+                        "the standard ISDBT", 1, "a fraction of a kHz in FREQUENCY", 1, "ISDB-T layers and segments", 1,
+                        "the code rate of INNER_FEC 9/10", 1, "STREAM_ID of DVBS2", 1, "PLS_CODE", 1),
+                scan.left());
+        assertEquals(473143, only(FIRST).u32(44));
+        assertEquals(11, new RawRecord(lists.getAll(FIRST + 2).get(0).bytes()).u32(68), "9/10 as inner FEC");
+    }
+
+    @Test
+    void whatCannotBecomeARecordIsCountedByReason() throws IOException {
+        ScanImport scan = imported(
+                "[A]", "FREQUENCY = 1", "[B]", "DELIVERY_SYSTEM = MORSE", "FREQUENCY = 1", "[C]", "DELIVERY_SYSTEM = DVBT",
+                "[D]", "DELIVERY_SYSTEM = DVBT", "FREQUENCY = x", "[E]", "DELIVERY_SYSTEM = DVBS", "FREQUENCY = 4294967295",
+                "[F]", "DELIVERY_SYSTEM = DVBT", "FREQUENCY = 474000000");
+        assertEquals(
+                Map.of("no delivery system", 1, "unknown delivery system MORSE", 1, "no frequency", 2, "a frequency beyond 32 bits", 1),
+                scan.notImported());
+        assertEquals(Map.of("DVBT", 1), scan.imported());
+        assertEquals(6, scan.entries());
+        assertEquals(Map.of(FIRST, 1), scan.perList());
+    }
+
+    @Test
+    void theSummaryTellsEverything() throws IOException {
+        ByteArrayOutputStream out = new ByteArrayOutputStream();
+        imported("[A]", "nonsense", "[B]", "DELIVERY_SYSTEM = ATSC", "FREQUENCY = 57028615", "MODULATION = VSB/8")
+                .printSummary(new PrintStream(out, true, StandardCharsets.UTF_8));
+        assertEquals(
+                """
+                1 files, 2 transponders, 1 malformed lines
+                Imported, by delivery system:
+                       1  ATSC
+                Not imported, by reason:
+                       1  no delivery system
+                Imported without what a record has no place for:
+                       1  MODULATION VSB/8
+                       1  a fraction of a kHz in FREQUENCY
+                       1  the standard ATSC
+                transport stream list 21: 1 records
+                """,
+                out.toString(StandardCharsets.UTF_8));
+        String file = folder.resolve("table").toString();
+        assertEquals(
+                "  left out " + file + ":2: 'nonsense' is neither a heading nor of the form KEY = VALUE\n"
+                        + "  not imported " + file + ":1: no delivery system\n",
+                log.toString(StandardCharsets.UTF_8));
+    }
+}
