@@ -1,0 +1,143 @@
+package com.velotra.tv.tavro.services.channellist;
+
+import static org.junit.jupiter.api.Assertions.assertEquals;
+import static org.junit.jupiter.api.Assertions.assertFalse;
+import static org.junit.jupiter.api.Assertions.assertNull;
+import static org.junit.jupiter.api.Assertions.assertSame;
+import static org.junit.jupiter.api.Assertions.assertTrue;
+
+import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamInfoBase.AlternateFrequencyInfoBase;
+import java.lang.reflect.Field;
+import java.lang.reflect.Method;
+import java.util.Arrays;
+import java.util.List;
+import java.util.Set;
+import java.util.TreeSet;
+import java.util.function.Function;
+import org.junit.jupiter.api.Test;
+
+/** The record objects of transport streams and networks. */
+class CompanionObjectsTest {
+    /** Every key that the native side asks for. */
+    private static final String STREAM_KEYS =
+            """
+            BroadcastType BroadcastMedium NetworkId OriginalNetworkId TransportStreamId TslNwlRecId Frequency Bandwidth
+            BroadcastMode PlpId PlpGroupId NetworkName BarkerChannel FecInner Modulation Standard GuardInterval TransmissionMode
+            Hierarchy FecOuter SymbolRate PilotInsert RollOff CodeRate IsHomeTransponder TslSatlRecId AcTsName
+            TunerPolarizaTion SignalStrength SignalQuality AlternateFrequencyInfoList RcKeyId TslIdTslRecId
+            """;
+
+    private static final String NETWORK_KEYS =
+            "NetworkVersion NetworkName NwlFavNetworkCandidate NwlFavNetwork NwlNetworkId NwlIdNwlRecId";
+
+    private static Object sample(Class<?> type) {
+        if (type == int.class) {
+            return 42;
+        }
+        if (type == RecordId.class) {
+            return new RecordId(5, 9);
+        }
+        return type == String.class ? "5,9" : new AlternateFrequencyInfoBase[] {new AlternateFrequencyInfoBase(1, 2)};
+    }
+
+    /** Calls every setter on an object of its own and collects the keys that they mark. */
+    private static <T> Set<String> keysOf(Class<T> type, Function<T, Set<String>> keys, Function<String, String> fieldOf)
+            throws Exception {
+        Set<String> marked = new TreeSet<>();
+        for (Method setter : type.getMethods()) {
+            if (!setter.getName().startsWith("set")) {
+                continue;
+            }
+            T info = type.getDeclaredConstructor().newInstance();
+            Object value = sample(setter.getParameterTypes()[0]);
+            setter.invoke(info, value);
+            assertEquals(1, keys.apply(info).size(), setter.getName());
+            String key = keys.apply(info).iterator().next();
+            assertEquals("set" + key, setter.getName());
+            Field field = type.getDeclaredField(fieldOf.apply(key));
+            assertEquals(value instanceof RecordId ? "5,9" : value, field.get(info), key);
+            assertTrue(marked.add(key), key);
+        }
+        return marked;
+    }
+
+    private static Set<String> words(String text) {
+        return new TreeSet<>(Arrays.asList(text.trim().split("\\s+")));
+    }
+
+    @Test
+    void everyTransportStreamKeyHasOneSetterThatStoresInTheFieldWithASmallLetter() throws Exception {
+        assertEquals(words(STREAM_KEYS), keysOf(
+                VltTvTransportStreamInfoBase.class,
+                VltTvTransportStreamInfoBase::keys,
+                key -> Character.toLowerCase(key.charAt(0)) + key.substring(1)));
+    }
+
+    @Test
+    void everyNetworkKeyHasOneSetterThatStoresInTheFieldOfItsName() throws Exception {
+        assertEquals(words(NETWORK_KEYS), keysOf(VltTvNetworkInfoBase.class, VltTvNetworkInfoBase::keys, key -> key));
+    }
+
+    @Test
+    void keysAreTheObjectsOwn() {
+        VltTvTransportStreamInfoBase stream = new VltTvTransportStreamInfoBase().setFrequency(1);
+        assertTrue(new VltTvTransportStreamInfoBase().isContainsKey(stream, "Frequency"));
+        assertFalse(stream.isContainsKey(new VltTvTransportStreamInfoBase(), "Frequency"));
+        VltTvNetworkInfoBase network = new VltTvNetworkInfoBase();
+        network.setNetworkName(null);
+        assertTrue(network.isContainsKey(network, "NetworkName"));
+        assertFalse(network.isContainsKey(new VltTvNetworkInfoBase(), "NetworkName"));
+    }
+
+    @Test
+    void aNetworkTakesOverWhatTheNativeSideFilledIn() {
+        VltTvNetworkInfo network = new VltTvNetworkInfo();
+        assertNull(network.id());
+        VltTvNetworkInfoBase values = new VltTvNetworkInfoBase();
+        values.setNwlIdNwlRecId("3,17");
+        network.nwlToNetworkInfo(values);
+        assertSame(values, network.values());
+        assertEquals(new RecordId(3, 17), network.id());
+    }
+
+    @Test
+    void aTransportStreamRecordIsDescribedByItsMedium() {
+        byte[] bytes = new byte[724];
+        for (int i = 0; i < bytes.length; i++) {
+            bytes[i] = (byte) (i % 7 + 1);
+        }
+        bytes[212] = 'U';
+        bytes[213] = 0;
+        bytes[544] = 'N';
+        bytes[545] = 0;
+        for (int medium : new int[] {1, 2, 3, 4}) {
+            bytes[5] = (byte) medium;
+            TransportStreamRecord record = new TransportStreamRecord(bytes);
+            List<String> lines = record.describe(false).lines().toList();
+            assertEquals(new int[] {0, 41, 34, 37, 27}[medium], lines.size(), "medium " + medium);
+            assertEquals("medium                         " + medium, lines.get(2));
+            assertTrue(lines.contains("name                           \"U\""));
+            assertTrue(lines.contains("network name                   \"N\""));
+            assertEquals(medium == 1, lines.stream().anyMatch(line -> line.startsWith("bandwidth code")));
+            assertEquals(medium == 3, lines.stream().anyMatch(line -> line.startsWith("polarization")));
+            assertEquals(medium == 2 || medium == 3, lines.stream().anyMatch(line -> line.startsWith("symbol rate")));
+        }
+    }
+
+    @Test
+    void theFieldsOfATransportStreamRecordAreAtTheirOffsets() {
+        byte[] bytes = new byte[724];
+        TransportStreamRecord record = new TransportStreamRecord(bytes);
+        for (TransportStreamField field : TransportStreamField.values()) {
+            if (field.style() != RecordField.Style.TEXT) {
+                bytes[field.offset()] = 1;
+                assertEquals(1, record.value(field), field.label());
+                bytes[field.offset()] = 0;
+            }
+        }
+        assertEquals(List.of(120, 80, 92, 44, 708, 712, 714), List.of(
+                TransportStreamField.TER_MODE.offset(), TransportStreamField.CAB_MODE.offset(), TransportStreamField.SAT_MODE.offset(),
+                TransportStreamField.FREQUENCY.offset(), TransportStreamField.TSL_ID.offset(), TransportStreamField.SATL_ID.offset(),
+                TransportStreamField.SATL_RECORD_ID.offset()));
+    }
+}
