@@ -5,6 +5,7 @@ import java.nio.charset.Charset;
 import java.util.ArrayList;
 import java.util.List;
 import java.util.Map;
+import java.util.Set;
 import java.util.function.IntConsumer;
 
 /**
@@ -34,6 +35,14 @@ final class Mapping {
             "DVBS2", new System(TunerValues.SATELLITE, TunerValues.STANDARD_S2, true),
             "ISDBT", new System(TunerValues.TERRESTRIAL, NO_STANDARD, false),
             "ATSC", new System(TunerValues.TERRESTRIAL, NO_STANDARD, false));
+
+    // The keys that a record of a medium has a place for. Records of different media share bytes, and the library stores
+    // some keys whatever the medium: a bandwidth would end up in a cable record's symbol rate.
+    private static final Map<Integer, Set<String>> KEYS = Map.of(
+            TunerValues.TERRESTRIAL, Set.of("BANDWIDTH_HZ", "MODULATION", "INNER_FEC", "CODE_RATE_HP", "GUARD_INTERVAL",
+                    "TRANSMISSION_MODE", "HIERARCHY", "STREAM_ID"),
+            TunerValues.CABLE, Set.of("SYMBOL_RATE", "MODULATION", "INNER_FEC"),
+            TunerValues.SATELLITE, Set.of("SYMBOL_RATE", "MODULATION", "INNER_FEC", "POLARIZATION", "ROLLOFF", "PILOT", "STREAM_ID"));
 
     private static final long NO_STREAM_ID = 0xFFFFFFFFL;
     private static final int NAME_BYTES = 40; // of modified UTF-8, which is CESU-8 but for the NUL
@@ -106,14 +115,27 @@ final class Mapping {
         if (system.medium != TunerValues.SATELLITE && value % 1000 != 0) {
             left.add("a fraction of a kHz in FREQUENCY");
         }
+        if (kilohertz == 0) {
+            throw new NotImportable("no frequency");
+        }
         return (int) kilohertz;
     }
 
     private void map(String key, String value) {
+        if (key.equals("DELIVERY_SYSTEM") || key.equals("FREQUENCY")) {
+            return;
+        }
+        if (!KEYS.get(system.medium).contains(key)) {
+            leave(key, value);
+            return;
+        }
         boolean t2 = systemName.equals("DVBT2");
         switch (key) {
-            case "DELIVERY_SYSTEM", "FREQUENCY" -> { }
-            case "BANDWIDTH_HZ" -> put(key, value, number(value) / 1000, info::setBandwidth);
+            case "BANDWIDTH_HZ" -> {
+                if (!value.equals("0")) {
+                    put(key, value, TunerValues.BANDWIDTH, info::setBandwidth);
+                }
+            }
             case "SYMBOL_RATE" -> put(key, value, number(value), info::setSymbolRate);
             case "MODULATION" -> put(key, value, TunerValues.MODULATION, info::setModulation);
             case "POLARIZATION" -> put(key, value, TunerValues.POLARIZATION, info::setTunerPolarizaTion);
@@ -126,15 +148,18 @@ final class Mapping {
             case "CODE_RATE_HP" -> put(key, value, TunerValues.CODE_RATE_TERRESTRIAL, info::setCodeRate);
             case "GUARD_INTERVAL" -> put(
                     key, value, t2 ? TunerValues.GUARD_INTERVAL_T2 : TunerValues.GUARD_INTERVAL_T, system.dvb ? info::setGuardInterval : null);
-            // Polarization and transmission mode share their bytes: no satellite stream has the latter.
             case "TRANSMISSION_MODE" -> put(key, value, TunerValues.TRANSMISSION_MODE, info::setTransmissionMode);
             case "HIERARCHY" -> put(key, value, TunerValues.HIERARCHY, info::setHierarchy);
             case "STREAM_ID" -> mapStreamId(value);
-            default -> {
-                if (!saysNothing(value)) {
-                    left.add(key.startsWith("ISDBT_") ? "ISDB-T layers and segments" : key.matches("SERVICE_ID|.*PID.*") ? "services and PIDs" : key);
-                }
-            }
+            case "ROLLOFF" -> put(key, value, TunerValues.ROLL_OFF, info::setRollOff);
+            case "PILOT" -> put(key, value, TunerValues.PILOT, info::setPilotInsert);
+            default -> throw new IllegalStateException("no rule for " + key);
+        }
+    }
+
+    private void leave(String key, String value) {
+        if (!saysNothing(value)) {
+            left.add(key.startsWith("ISDBT_") ? "ISDB-T layers and segments" : key.matches("SERVICE_ID|.*PID.*") ? "services and PIDs" : key);
         }
     }
 

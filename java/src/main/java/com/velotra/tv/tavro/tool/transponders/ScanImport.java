@@ -7,6 +7,7 @@ import java.io.IOException;
 import java.io.PrintStream;
 import java.nio.file.Files;
 import java.nio.file.Path;
+import java.util.HashMap;
 import java.util.LinkedHashMap;
 import java.util.List;
 import java.util.Map;
@@ -20,7 +21,8 @@ public final class ScanImport {
         void imported(ScanTable.Entry entry, RecordId id);
     }
 
-    private static final int PROGRESS_EVERY = 2000;
+    private static final int PROGRESS_EVERY = 1000;
+    private static final int MAX_RECORDS = 65_534; // of one list: record ids have 16 bits, and the two ends are not given out
 
     private final VltTvTransportStreamList lists;
     private final int firstList;
@@ -31,6 +33,7 @@ public final class ScanImport {
     private final Map<String, Integer> notImported = new TreeMap<>();
     private final Map<String, Integer> left = new TreeMap<>();
     private final Map<Integer, Integer> perList = new LinkedHashMap<>();
+    private final Map<Integer, Integer> sizes = new HashMap<>(); // records in each list, with those of before
     private int files;
     private int entries;
     private int malformed;
@@ -76,13 +79,19 @@ public final class ScanImport {
         }
     }
 
-    private RecordId add(Mapping mapping) {
+    private RecordId add(Mapping mapping) throws Mapping.NotImportable {
         int listId = firstList + mapping.medium() - 1;
-        if (perList.putIfAbsent(listId, 0) == null) {
+        if (!sizes.containsKey(listId)) {
             lists.open(listId);
+            sizes.put(listId, lists.getAll(listId).size());
+            perList.put(listId, 0);
+        }
+        if (sizes.get(listId) == MAX_RECORDS) {
+            throw new Mapping.NotImportable("list " + listId + " is full: it has " + MAX_RECORDS + " records");
         }
         RecordId id = lists.add(listId, mapping.info());
         perList.merge(listId, 1, Integer::sum);
+        sizes.merge(listId, 1, Integer::sum);
         return id;
     }
 

@@ -47,6 +47,7 @@ public final class ScanTable {
 
     private final List<Entry> entries = new ArrayList<>();
     private final List<Malformed> malformed = new ArrayList<>();
+    private boolean skipping; // below a malformed heading, whose lines belong to no other transponder
 
     private ScanTable() {}
 
@@ -81,17 +82,22 @@ public final class ScanTable {
     private void take(Path file, int number, String line) {
         Matcher heading = HEADING.matcher(line);
         if (heading.matches()) {
+            skipping = false;
             entries.add(new Entry(file, number, heading.group(1).strip(), new LinkedHashMap<>()));
             return;
         }
         String text = line.replaceFirst("#.*", "").strip();
-        if (!text.isEmpty()) {
+        if (!text.isEmpty() && (!skipping || text.startsWith("["))) {
             problem(text).ifPresent(reason -> malformed.add(new Malformed(file, number, reason)));
         }
     }
 
     /** Takes a line behind a heading, or says why it cannot be taken. */
     private Optional<String> problem(String text) {
+        if (text.startsWith("[")) {
+            skipping = true;
+            return Optional.of("'" + text + "' is no heading; the lines up to the next one are left out with it");
+        }
         String[] parts = text.split("=", 2);
         String key = parts[0].strip();
         if (parts.length < 2 || key.isEmpty()) {
@@ -100,8 +106,11 @@ public final class ScanTable {
         if (entries.isEmpty()) {
             return Optional.of("'" + text + "' stands before the first heading");
         }
-        // Files repeat keys now and then; that is worth a word only when they contradict themselves.
         String value = parts[1].strip();
+        if (value.isEmpty()) {
+            return Optional.of(key + " has no value");
+        }
+        // Files repeat keys now and then; that is worth a word only when they contradict themselves.
         String first = entries.get(entries.size() - 1).values.putIfAbsent(key, value);
         return first == null || first.equals(value)
                 ? Optional.empty()

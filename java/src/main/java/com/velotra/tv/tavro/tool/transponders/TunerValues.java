@@ -37,6 +37,15 @@ final class TunerValues {
     static final Map<String, Integer> MODULATION = Map.of(
             "QPSK", 1, "PSK/8", 2, "QAM/16", 3, "QAM/32", 4, "QAM/64", 5, "QAM/128", 6, "QAM/256", 7, "APSK/16", 8, "APSK/32", 9);
 
+    /** roll_off in percent; 35 has code 0, as when it was never set. */
+    static final Map<String, Integer> ROLL_OFF = Map.of("35", 2, "25", 3, "20", 4);
+
+    static final Map<String, Integer> PILOT = Map.of("OFF", 0, "ON", 1);
+
+    /** kHz, by the Hz of scan tables: the bandwidths that have a code. */
+    static final Map<String, Integer> BANDWIDTH = Map.of(
+            "1712000", 1712, "5000000", 5000, "6000000", 6000, "7000000", 7000, "8000000", 8000, "10000000", 10000);
+
     static final Map<String, Integer> GUARD_INTERVAL_T = Map.of("1/32", 2, "1/16", 3, "1/8", 4, "1/4", 5);
 
     static final Map<String, Integer> GUARD_INTERVAL_T2 =

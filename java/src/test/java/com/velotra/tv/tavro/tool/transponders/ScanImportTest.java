@@ -111,6 +111,44 @@ class ScanImportTest {
     }
 
     @Test
+    void rollOffAndPilotsOfASatelliteTransponderAreStored() throws IOException {
+        ScanImport scan = imported(
+                "[CHANNEL]", "DELIVERY_SYSTEM = DVBS2", "FREQUENCY = 11362000", "ROLLOFF = 20", "PILOT = ON");
+        assertEquals(2, only(FIRST + 2).u32(100), "0.20");
+        assertEquals(1, only(FIRST + 2).u8(112), "pilots");
+        assertEquals(Map.of(), scan.left());
+    }
+
+    @Test
+    void aParameterOfAnotherMediumIsLeftOutAndDoesNotReachTheBytesThatTheMediaShare() throws IOException {
+        ScanImport scan = imported(
+                "[CHANNEL]", "DELIVERY_SYSTEM = DVBC/ANNEX_A", "FREQUENCY = 330000000", "BANDWIDTH_HZ = 6000000", "CODE_RATE_HP = 3/4",
+                "[CHANNEL]", "DELIVERY_SYSTEM = DVBS", "FREQUENCY = 11362000", "TRANSMISSION_MODE = 8K",
+                "[CHANNEL]", "DELIVERY_SYSTEM = DVBT", "FREQUENCY = 474000000", "TRANSMISSION_MODE = 8K", "POLARIZATION = VERTICAL",
+                "SYMBOL_RATE = 6900000");
+        assertEquals(0, only(FIRST + 1).u32(48), "symbol rate");
+        assertEquals(0, only(FIRST + 2).u32(76), "polarization");
+        assertEquals(2, only(FIRST).u32(76), "transmission mode");
+        assertEquals(
+                Map.of("BANDWIDTH_HZ", 1, "CODE_RATE_HP", 1, "TRANSMISSION_MODE", 1, "POLARIZATION", 1, "SYMBOL_RATE", 1), scan.left());
+    }
+
+    @Test
+    void aBandwidthWithoutACodeIsLeftOutAndOneOfZeroSaysNothing() throws IOException {
+        ScanImport scan = imported(
+                "[CHANNEL]", "DELIVERY_SYSTEM = DVBT", "FREQUENCY = 474000000", "BANDWIDTH_HZ = 7999999",
+                "[CHANNEL]", "DELIVERY_SYSTEM = DVBT", "FREQUENCY = 482000000", "BANDWIDTH_HZ = 0");
+        assertEquals(List.of(0L, 0L), lists.getAll(FIRST).stream().map(record -> new RawRecord(record.bytes()).u32(48)).toList());
+        assertEquals(Map.of("BANDWIDTH_HZ 7999999", 1), scan.left());
+    }
+
+    @Test
+    void aFrequencyThatRoundsToNothingIsNone() throws IOException {
+        ScanImport scan = imported("[CHANNEL]", "DELIVERY_SYSTEM = DVBT", "FREQUENCY = 499");
+        assertEquals(Map.of("no frequency", 1), scan.notImported());
+    }
+
+    @Test
     void whatCannotBecomeARecordIsCountedByReason() throws IOException {
         ScanImport scan = imported(
                 "[A]", "FREQUENCY = 1", "[B]", "DELIVERY_SYSTEM = MORSE", "FREQUENCY = 1", "[C]", "DELIVERY_SYSTEM = DVBT",

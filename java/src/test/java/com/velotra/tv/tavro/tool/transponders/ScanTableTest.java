@@ -51,7 +51,7 @@ class ScanTableTest {
 
     @Test
     void malformedLinesAreToldWithFileLineAndReasonAndTheRestIsRead() throws IOException {
-        ScanTable table = read("A = 1", "[CHANNEL]", "no value", "= 3", "B = 1", "B = 1", "B = 2", "[open", "C = 4");
+        ScanTable table = read("A = 1", "[CHANNEL]", "no value", "= 3", "B = 1", "B = 1", "B = 2", "C =", "[open", "C = 4", "[x");
         String file = folder.resolve("table").toString();
         assertEquals(
                 List.of(
@@ -59,8 +59,16 @@ class ScanTableTest {
                         file + ":3: 'no value' is neither a heading nor of the form KEY = VALUE",
                         file + ":4: '= 3' is neither a heading nor of the form KEY = VALUE",
                         file + ":7: B is 2 here and 1 further up; the first counts",
-                        file + ":8: '[open' is neither a heading nor of the form KEY = VALUE"),
+                        file + ":8: C has no value",
+                        file + ":9: '[open' is no heading; the lines up to the next one are left out with it",
+                        file + ":11: '[x' is no heading; the lines up to the next one are left out with it"),
                 table.malformed().stream().map(Object::toString).toList());
-        assertEquals(Map.of("B", "1", "C", "4"), table.entries().get(0).values());
+        assertEquals(Map.of("B", "1"), table.entries().get(0).values());
+    }
+
+    @Test
+    void aHeadingBehindAMalformedOneIsReadAgain() throws IOException {
+        ScanTable table = read("[A]", "[open", "B = 1", "[C]", "D = 2");
+        assertEquals(List.of(Map.of(), Map.of("D", "2")), table.entries().stream().map(ScanTable.Entry::values).toList());
     }
 }

@@ -12,6 +12,7 @@ import java.io.PrintStream;
 import java.nio.charset.StandardCharsets;
 import java.nio.file.Files;
 import java.nio.file.Path;
+import java.util.Arrays;
 import java.util.HashMap;
 import java.util.List;
 import java.util.Map;
@@ -46,31 +47,51 @@ class ScanTreeTest {
         return Path.of(System.getProperty("tavro.scanTables"));
     }
 
-    /** Headings in the files, counted without the importer's reader. */
-    private static long headings() throws IOException {
-        long headings = 0;
+    /** The transponders of the files by file and line of their headings, read without the importer's reader. */
+    private static Map<String, ScanTable.Entry> sources() throws IOException {
+        Map<String, ScanTable.Entry> sources = new HashMap<>();
         for (String folder : FOLDERS) {
             try (Stream<Path> files = Files.walk(root().resolve(folder))) {
                 for (Path file : files.filter(Files::isRegularFile).toList()) {
-                    headings += Files.readAllLines(file, StandardCharsets.ISO_8859_1).stream().filter(line -> line.startsWith("[")).count();
+                    read(file, sources);
                 }
             }
         }
-        return headings;
+        return sources;
+    }
+
+    private static void read(Path file, Map<String, ScanTable.Entry> sources) throws IOException {
+        byte[] bytes = Files.readAllBytes(file);
+        String utf8 = new String(bytes, StandardCharsets.UTF_8);
+        boolean valid = Arrays.equals(utf8.getBytes(StandardCharsets.UTF_8), bytes);
+        String[] lines = (valid ? utf8 : new String(bytes, StandardCharsets.ISO_8859_1)).split("\n");
+        Map<String, String> values = null;
+        for (int i = 0; i < lines.length; i++) {
+            String line = lines[i].trim();
+            int equals = line.indexOf('=');
+            if (line.startsWith("[")) {
+                values = new HashMap<>();
+                ScanTable.Entry entry = new ScanTable.Entry(file, i + 1, line.substring(1, line.lastIndexOf(']')).trim(), values);
+                sources.put(entry.place(), entry);
+            } else if (equals > 0 && !line.startsWith("#")) {
+                values.putIfAbsent(line.substring(0, equals).trim(), line.substring(equals + 1).trim());
+            }
+        }
     }
 
     @Test
     void everyTransponderIsImportedAndReadsBackToTheValuesOfItsSource() throws IOException {
         VltTvTransportStreamList lists = VltTvTransportStreamList.getInstance();
+        Map<String, ScanTable.Entry> read = sources();
         Map<RecordId, ScanTable.Entry> sources = new HashMap<>();
         ScanImport scan = new ScanImport(
-                lists, FIRST, new PrintStream(OutputStream.nullOutputStream()), (entry, id) -> sources.put(id, entry));
+                lists, FIRST, new PrintStream(OutputStream.nullOutputStream()), (entry, id) -> sources.put(id, read.get(entry.place())));
         for (String folder : FOLDERS) {
             scan.add(root().resolve(folder));
         }
         scan.printSummary(System.out);
 
-        long expected = headings();
+        long expected = read.size();
         assertTrue(expected > 28_000, "the tree has " + expected + " transponders");
         assertEquals(expected, scan.entries());
         assertEquals(expected, sum(scan.imported()) + sum(scan.notImported()));
