@@ -104,9 +104,19 @@ public final class ServiceRecord extends RecordView {
         return number(ServiceField.NWL_ID);
     }
 
+    /** Record id of {@link #network()}. */
+    public int nwlRecordId() {
+        return number(ServiceField.NWL_RECORD_ID);
+    }
+
     /** List id of {@link #satellite()}. */
     public int satlId() {
         return number(ServiceField.SATL_ID);
+    }
+
+    /** Record id of {@link #satellite()}. */
+    public int satlRecordId() {
+        return number(ServiceField.SATL_RECORD_ID);
     }
 
     /** Short name of a DVB or DTMB service. */

@@ -81,6 +81,7 @@ class ScanTreeTest {
 
     @Test
     void everyTransponderIsImportedAndReadsBackToTheValuesOfItsSource() throws IOException {
+        assertTrue(Files.isDirectory(root()), "there are no scan tables at " + root() + "; ./tavro test fetches them");
         VltTvTransportStreamList lists = VltTvTransportStreamList.getInstance();
         Map<String, ScanTable.Entry> read = sources();
         Map<RecordId, ScanTable.Entry> sources = new HashMap<>();
