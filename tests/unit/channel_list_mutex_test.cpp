@@ -81,11 +81,19 @@ protected:
         changed.wait(lock, [&] { return held; });
         std::thread second([&] { other.run(other_jni, 3); });
         const bool meanwhile = changed.wait_for(lock, grace, [&] { return reached; });
+        if (meanwhile) {
+            // The handle map is not guarded: `other` has to be through before `holder` goes on.
+            lock.unlock();
+            second.join();
+            lock.lock();
+        }
         released = true;
         changed.notify_all();
         lock.unlock();
         first.join();
-        second.join();
+        if (!meanwhile) {
+            second.join();
+        }
         script::observe({});
         EXPECT_TRUE(reached) << other.name << " behind " << holder.name;
         m_mwdbIdHandleMap.clear();
