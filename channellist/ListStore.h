@@ -14,7 +14,7 @@
 //   kCopyWords                    how the copy trace calls source and destination
 //   kGet, kSet, kDelete, kClear   names of the handle operations in traces
 //   kTracesLookups                whether a successful look-up writes a line
-//   kNameFormat, kNameBytes       storage name of a new list: format and longest length accepted
+//   format_name, kNameBytes       storage name of a new list: how it is made and longest length accepted
 //   kRemoveWords, kRemoveByRecIdWords
 //                                 how the two removal traces call list id and record id
 //   TracedRecordId                the width to which they cut the record id

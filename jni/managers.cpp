@@ -4,3 +4,4 @@ JavaVM* javaVM = nullptr;
 NativeVltTvChannelList* chList = nullptr;
 NativeVltTvTransportStreamList* tsList = nullptr;
 NativeVltTvNetworkList* nwList = nullptr;
+NativeVltTvSatelliteList* satList = nullptr;

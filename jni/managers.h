@@ -3,6 +3,7 @@
 
 #include "channellist/NativeVltTvChannelList.h"
 #include "channellist/NativeVltTvNetworkList.h"
+#include "channellist/NativeVltTvSatelliteList.h"
 #include "channellist/NativeVltTvTransportStreamList.h"
 #include "jni/list_lock.h"
 
@@ -18,6 +19,7 @@ extern JavaVM* javaVM;
 extern NativeVltTvChannelList* chList;
 extern NativeVltTvTransportStreamList* tsList;
 extern NativeVltTvNetworkList* nwList;
+extern NativeVltTvSatelliteList* satList;
 
 // The write lock of a service list.
 using SvlWriteLock =

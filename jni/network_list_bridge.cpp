@@ -44,7 +44,7 @@ bool take_record_id(RecordObject& object, int& record_id) {
 
 jint com_velotra_tv_tavro_nw_list_native_setup(JNIEnv*, jobject) { return tavro::set_up(nwList); }
 
-TAVRO_DEFINE_FORWARDING(com_velotra_tv_tavro_networklist, nwList, WriteLock);
+TAVRO_DEFINE_FORWARDING(com_velotra_tv_tavro_networklist, nwList, WriteLock, TAVRO_NO_ENTRY);
 
 jint com_velotra_tv_tavro_networklist_remove_info(JNIEnv* env, jobject, jstring identifier) {
     TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d] ", __func__, 3238);

@@ -1,5 +1,6 @@
 // The network list's natives that hand networks to Java as objects.
 
+#include "jni/info_objects.h"
 #include "jni/jni_env.h"
 #include "jni/list_lock.h"
 #include "jni/log_gate.h"
@@ -10,7 +11,9 @@
 
 #include <cstring>
 
+using tavro::JavaClass;
 using tavro::Jni;
+using tavro::KeyList;
 using tavro::UtfChars;
 
 namespace {
@@ -18,31 +21,13 @@ namespace {
 using Manager = NativeVltTvNetworkList;
 using ReadLock = tavro::ListLock<Manager, &Manager::readLockNwl, &Manager::readUnLockNwl>;
 
-// A Java class with its constructor without arguments.
-struct JavaClass {
-    jclass cls = nullptr;
-    jmethodID constructor = nullptr;
-};
-
-// Finds a class and its constructor, or says on behalf of the native `name` which of them is missing.
-bool find_class(Jni& jni, const char* name, const char* path, const char* no_class, const char* no_constructor,
-                JavaClass& found) {
-    found.cls = jni.find_class(path);
-    found.constructor = jni.method(found.cls, "<init>", "()V");
-    if (jni.failed()) {
-        TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "%s : %s", name, found.cls == nullptr ? no_class : no_constructor);
-        return false;
-    }
-    return true;
-}
-
 bool find_info_class(Jni& jni, const char* name, JavaClass& info) {
-    return find_class(jni, name, kNetworkInfo, "Info class not find!", "init class failed!", info);
+    return tavro::find_class(jni, name, kNetworkInfo, "Info class not find!", "init class failed!", info);
 }
 
 bool find_base_class(Jni& jni, const char* name, JavaClass& base) {
-    return find_class(jni, name, kNetworkInfoBase, "VltTvNetworkInfoBase class not find!",
-                      "jcls_init init class failed!", base);
+    return tavro::find_class(jni, name, kNetworkInfoBase, "VltTvNetworkInfoBase class not find!",
+                             "jcls_init init class failed!", base);
 }
 
 // The result object and the carrier that its values are put into first.
@@ -70,26 +55,6 @@ void set_identifier(Jni& jni, const Result& result) {
     jmethodID setter = jni.method(result.base_class, "setNwlIdNwlRecId", "(Ljava/lang/String;)V");
     jni.call_void(result.carrier, setter, result.identifier);
 }
-
-// A Java list of the keys whose values are wanted.
-class KeyList {
-public:
-    KeyList(Jni& jni, jobject list) : jni_(jni), list_(list) {
-        jclass cls = jni.class_of(list);
-        jmethodID size = jni.method(cls, "size", "()I");
-        get_ = jni.method(cls, "get", "(I)Ljava/lang/Object;");
-        size_ = jni.call_int(list, size);
-    }
-
-    jint size() const { return size_; }
-    jstring get(jint index) { return static_cast<jstring>(jni_.call_object(list_, get_, index)); }
-
-private:
-    Jni& jni_;
-    jobject list_;
-    jmethodID get_;
-    jint size_;
-};
 
 // Puts the value of one key into the carrier.
 void put_value(Jni& jni, const Result& result, const char* key, const _NWL_REC_T& record) {
@@ -154,13 +119,10 @@ jobject com_velotra_tv_tavro_networklist_getInfo(JNIEnv* env, jobject, jstring i
 jobject com_velotra_tv_tavro_networklist_getInfoList(JNIEnv* env, jobject, jint mwdbId, jobject keys) {
     TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "%s", __func__);
     Jni jni(env);
-    JavaClass array_list;
-    constexpr char kNoArrayList[] = "ArrayList class not find!";
-    if (!find_class(jni, __func__, "java/util/ArrayList", kNoArrayList, kNoArrayList, array_list)) {
+    tavro::ResultList results;
+    if (!results.create(jni, __func__)) {
         return nullptr;
     }
-    jobject results = jni.new_object(array_list.cls, array_list.constructor);
-    jmethodID add = jni.method(array_list.cls, "add", "(Ljava/lang/Object;)Z");
     JavaClass info;
     JavaClass base;
     if (!find_info_class(jni, __func__, info) || !find_base_class(jni, __func__, base)) {
@@ -193,7 +155,7 @@ jobject com_velotra_tv_tavro_networklist_getInfoList(JNIEnv* env, jobject, jint 
         if (filled == nullptr) {
             return nullptr;
         }
-        jni.call_boolean(results, add, filled);
+        results.add(jni, filled);
     }
-    return results;
+    return results.list();
 }

@@ -5,19 +5,30 @@
 
 namespace tavro {
 
-jint unsigned_value(const Getter& getter, const std::byte* structure) {
+namespace {
+
+std::uint32_t number_at(Place from, const std::byte* structure) {
     std::uint32_t value = 0; // little-endian: the low bytes come first
-    std::memcpy(&value, structure + getter.from.offset, getter.from.width);
-    return static_cast<jint>(value);
+    std::memcpy(&value, structure + from.offset, from.width);
+    return value;
 }
 
-jint flag_value(const Getter& getter, const std::byte* structure) {
-    return (static_cast<std::uint32_t>(unsigned_value(getter, structure)) & getter.mask) != 0 ? 1 : 0;
+} // namespace
+
+std::optional<jint> unsigned_value(const Getter& getter, const std::byte* structure) {
+    return static_cast<jint>(number_at(getter.from, structure));
+}
+
+std::optional<jint> flag_value(const Getter& getter, const std::byte* structure) {
+    return (number_at(getter.from, structure) & getter.mask) != 0 ? 1 : 0;
 }
 
 void hand_over(const Getter& getter, Jni& jni, jclass cls, jobject object, const std::byte* structure) {
     if (getter.value != nullptr) {
-        jni.call_void(object, jni.method(cls, getter.setter, "(I)V"), getter.value(getter, structure));
+        const std::optional<jint> value = getter.value(getter, structure);
+        if (value) {
+            jni.call_void(object, jni.method(cls, getter.setter, "(I)V"), *value);
+        }
         return;
     }
     const auto* chars = reinterpret_cast<const char*>(structure + getter.from.offset);

@@ -7,12 +7,13 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 
 namespace tavro {
 
 struct Getter {
-    // The value of an int key.
-    using Value = jint (*)(const Getter&, const std::byte* structure);
+    // The value of an int key; nothing, and then no setter is called, when the structure has none.
+    using Value = std::optional<jint> (*)(const Getter&, const std::byte* structure);
     // Writes the line that comes before the value when it is asked for by its key.
     using Trace = void (*)(const std::byte* structure);
 
@@ -25,8 +26,8 @@ struct Getter {
 };
 
 // How int values are read.
-jint unsigned_value(const Getter& getter, const std::byte* structure);
-jint flag_value(const Getter& getter, const std::byte* structure);
+std::optional<jint> unsigned_value(const Getter& getter, const std::byte* structure);
+std::optional<jint> flag_value(const Getter& getter, const std::byte* structure);
 
 constexpr Getter number_getter(const char* key, const char* setter, Place from, Getter::Trace trace = nullptr) {
     return {key, setter, unsigned_value, from, 0, trace};
@@ -35,6 +36,11 @@ constexpr Getter number_getter(const char* key, const char* setter, Place from, 
 // 1 when the bit is set, else 0.
 constexpr Getter flag_getter(const char* key, const char* setter, Place from, std::uint32_t mask) {
     return {key, setter, flag_value, from, mask, nullptr};
+}
+
+// A value that is worked out.
+constexpr Getter special_getter(const char* key, const char* setter, Getter::Value value, Place from = {}) {
+    return {key, setter, value, from, 0, nullptr};
 }
 
 // The text up to its NUL, or all of its place.

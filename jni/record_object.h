@@ -15,26 +15,33 @@ public:
     // `cls` is the class that methods and fields are looked up on. `contains_key_signature` is that of
     // the record kind's isContainsKey.
     RecordObject(Jni& jni, jclass cls, jobject object, const char* contains_key_signature)
-        : jni_(jni), class_(cls), object_(object), contains_key_signature_(contains_key_signature) {}
+        : RecordObject(jni, cls, cls, object, contains_key_signature) {}
+    // The same with fields looked up on a class of their own.
+    RecordObject(Jni& jni, jclass method_class, jclass field_class, jobject object, const char* contains_key_signature)
+        : jni_(jni), method_class_(method_class), field_class_(field_class), object_(object),
+          contains_key_signature_(contains_key_signature) {}
     // The same with isContainsKey looked up before.
     RecordObject(Jni& jni, jclass cls, jobject object, jmethodID contains_key)
-        : jni_(jni), class_(cls), object_(object), contains_key_signature_(nullptr), contains_key_(contains_key) {}
+        : jni_(jni), method_class_(cls), field_class_(cls), object_(object), contains_key_signature_(nullptr),
+          contains_key_(contains_key) {}
     RecordObject(const RecordObject&) = delete;
     RecordObject& operator=(const RecordObject&) = delete;
 
     Jni& jni() { return jni_; }
 
     // Looks isContainsKey up. Until then, and when it is missing, no key is present.
-    void look_up_contains_key() { contains_key_ = jni_.method(class_, "isContainsKey", contains_key_signature_); }
+    void look_up_contains_key() {
+        contains_key_ = jni_.method(method_class_, "isContainsKey", contains_key_signature_);
+    }
 
     // The value of a field. Nothing when the class has no such field; an exception is pending then.
     std::optional<jint> int_field(const char* name) {
-        const jint value = jni_.int_value(object_, jni_.field(class_, name, "I"));
+        const jint value = jni_.int_value(object_, jni_.field(field_class_, name, "I"));
         return jni_.failed() ? std::nullopt : std::optional<jint>(value);
     }
     // The same for object fields, whose value may be null.
     std::optional<jobject> object_field(const char* name, const char* descriptor) {
-        jobject value = jni_.object_value(object_, jni_.field(class_, name, descriptor));
+        jobject value = jni_.object_value(object_, jni_.field(field_class_, name, descriptor));
         return jni_.failed() ? std::nullopt : std::optional<jobject>(value);
     }
     std::optional<jstring> string_field(const char* name) {
@@ -46,7 +53,8 @@ private:
     friend class Key;
 
     Jni& jni_;
-    jclass class_;
+    jclass method_class_;
+    jclass field_class_;
     jobject object_;
     const char* contains_key_signature_;
     jmethodID contains_key_ = nullptr; // null until looked up

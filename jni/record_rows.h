@@ -47,6 +47,7 @@ struct Row {
     std::uint32_t mask = 0;            // of a flag: its bit in `to`
     const CodeTable* codes = nullptr;  // of a code: its table
     const Variant* variants = nullptr; // of a value whose place depends on the record: one entry a variant
+    const char* name = nullptr;        // what the row's line calls the value
 };
 
 // How values are stored. A missing field stores nothing and writes no line.

@@ -76,7 +76,7 @@ bool overlay(Jni& jni, int mwdbId, int record_id, jobject stream, _TSL_REC_T& re
 
 jint com_velotra_tv_tavro_ts_list_native_setup(JNIEnv*, jobject) { return tavro::set_up(tsList); }
 
-TAVRO_DEFINE_FORWARDING(com_velotra_tv_tavro_transportstreamlist, tsList, WriteLock);
+TAVRO_DEFINE_FORWARDING(com_velotra_tv_tavro_transportstreamlist, tsList, WriteLock, TAVRO_NO_ENTRY);
 
 jint com_velotra_tv_tavro_transportstreamlist_remove_info(JNIEnv* env, jobject, jstring identifier) {
     TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d] ", __func__, 2867);

@@ -1,0 +1,33 @@
+// What antenna types and switch positions, as the Java side has them, mean to a satellite record.
+#pragma once
+
+#include "middleware/satl.h"
+
+#include <jni.h>
+
+#include <optional>
+
+namespace tavro {
+
+// Bits of _SATL_REC_T::ui4_mask that belong to this library.
+inline constexpr std::uint32_t kLnbSignalDetected = 0x00020;
+inline constexpr std::uint32_t kSatelliteEnabled = 0x02000;
+inline constexpr std::uint32_t kLnbUniversal = 0x04000;
+inline constexpr std::uint32_t kLnbSingleCable = 0x08000;
+inline constexpr std::uint32_t kLnbSingleCableJess = 0x10000; // the extended, second generation
+inline constexpr std::uint32_t kLnbKind = kLnbUniversal | kLnbSingleCable | kLnbSingleCableJess;
+
+// Makes the antenna that of a Java antenna type, 0 to 6; another type changes nothing.
+void set_antenna_type(_SATL_REC_T& record, jint type);
+
+// The Java antenna type of a record; nothing when it has no LNB kind.
+std::optional<jint> antenna_type(const _SATL_REC_T& record);
+
+// Sets the committed switch port (positions 0 to 3) or the tone burst (5 and 6); any other position means
+// neither.
+void set_diseqc_position(_TUNER_DISEQC_INFO_T& diseqc, jint position);
+
+// The Java position of a dish-control block; 255 when its switch has none.
+jint diseqc_position(const _TUNER_DISEQC_INFO_T& diseqc);
+
+} // namespace tavro

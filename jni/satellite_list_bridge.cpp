@@ -1,0 +1,194 @@
+#include "jni/satellite_list_bridge.h"
+
+#include "jni/java_list.h"
+#include "jni/jni_env.h"
+#include "jni/list_lock.h"
+#include "jni/log_gate.h"
+#include "jni/managers.h"
+#include "jni/record_id.h"
+#include "jni/satellite_record.h"
+
+#include <string>
+
+using tavro::JavaList;
+using tavro::Jni;
+using tavro::Key;
+using tavro::RecordObject;
+
+namespace {
+
+using Manager = NativeVltTvSatelliteList;
+using WriteLock = tavro::ListLock<Manager, &Manager::lockSatl, &Manager::unLockSatl>;
+
+// The line numbers by which the log knows the natives.
+enum EntryLine {
+    kSetup = 3694,
+    kClean = 3700,
+    kClose = 3707,
+    kDelete = 3715,
+    kCopy = 3723,
+    kOpen = 3733,
+    kOpenPath = 3741,
+    kStore = 3749,
+    kAdd = 4373,
+    kAddByRecordId = 4464,
+    kRemove = 4492,
+    kRemoveByRecordId = 4502,
+    kUpdate = 4690,
+    kUpdateByRecordId = 4797,
+};
+
+void trace_entry(const char* name, EntryLine line) {
+    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d] ", name, line);
+}
+
+#define TRACE_ENTRY(LINE) trace_entry(__func__, LINE)
+
+constexpr std::uint8_t kNoToneBurst = 0xFF;
+
+_SATL_REC_T new_record() {
+    _SATL_REC_T record = {};
+    record.t_diseqc_info.ui1_tone_burst = kNoToneBurst;
+    return record;
+}
+
+int update_locked(int mwdbId, _SATL_REC_T& record) {
+    const WriteLock lock(*satList, mwdbId);
+    return satList->updateInfo(mwdbId, &record);
+}
+
+// The record that an object names; both ids are 0 when it names none.
+struct RecordName {
+    int list_id = 0;
+    int record_id = 0;
+};
+
+// Returns false when the object's identifier cannot be parsed.
+bool record_name_of(RecordObject& object, RecordName& name) {
+    const Key key(object, kSatelliteIdKey);
+    jstring identifier = key.present() ? object.string_field(kSatelliteIdKey).value_or(nullptr) : nullptr;
+    return identifier == nullptr || tavro::parse_identifier(object.jni(), identifier, name.list_id, name.record_id);
+}
+
+constexpr int kUpdateIdentifierLine = 4714;
+constexpr int kUpdateListIdentifierLine = 4847;
+
+enum class Applied { kStored, kFailed, kBadIdentifier };
+
+// Overlays the record that a satellite names with its values, on behalf of the native `name`.
+// `identifier_line` is the number of the line that tells the identifier.
+Applied apply(Jni& jni, jclass base_class, jobject satellite, const char* name, int identifier_line) {
+    if (satellite == nullptr) {
+        return Applied::kFailed;
+    }
+    RecordObject object(jni, jni.class_of(satellite), base_class, satellite, kSatelliteContainsKey);
+    object.look_up_contains_key();
+    RecordName record_name;
+    if (!record_name_of(object, record_name)) {
+        return Applied::kBadIdentifier;
+    }
+    const std::string identifier = combineStrMId(record_name.list_id, record_name.record_id);
+    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d], sRecID: %s ", name, identifier_line, identifier.c_str());
+    _SATL_REC_T record = {};
+    if (satList->getInfo(identifier, &record) != kDone) {
+        return Applied::kFailed;
+    }
+    // The polarisation stays, deliberately.
+    set_main_data(object, record);
+    set_diseqc_data(object, record.t_diseqc_info);
+    set_lnb_data(object, record);
+    return !jni.failed() && update_locked(record_name.list_id, record) == kDone ? Applied::kStored : Applied::kFailed;
+}
+
+} // namespace
+
+jint com_velotra_tv_tavro_satellitelist_native_setup(JNIEnv*, jobject) {
+    TRACE_ENTRY(kSetup);
+    return tavro::set_up(satList);
+}
+
+TAVRO_DEFINE_FORWARDING(com_velotra_tv_tavro_satellitelist, satList, WriteLock, TRACE_ENTRY);
+
+jint com_velotra_tv_tavro_satellitelist_remove_info(JNIEnv* env, jobject, jstring identifier) {
+    TRACE_ENTRY(kRemove);
+    return satList->removeInfo(jstr2str(env, identifier));
+}
+
+jint com_velotra_tv_tavro_satellitelist_remove_info_by_recId(JNIEnv* env, jobject, jint mwdbId, jstring identifier) {
+    TRACE_ENTRY(kRemoveByRecordId);
+    return satList->removeInfoByRecId(mwdbId, jstr2str(env, identifier));
+}
+
+jint com_velotra_tv_tavro_satellitelist_updateInfo(JNIEnv* env, jobject, jobject satellite) {
+    TRACE_ENTRY(kUpdate);
+    Jni jni(env);
+    jclass base_class = jni.find_class(kSatelliteInfoBase);
+    const Applied applied = apply(jni, base_class, satellite, __func__, kUpdateIdentifierLine);
+    return applied == Applied::kStored ? kDone : kFailed;
+}
+
+jint com_velotra_tv_tavro_satellitelist_updateInfo_by_recId(JNIEnv* env, jobject, jint mwdbId, jstring identifier) {
+    TRACE_ENTRY(kUpdateByRecordId);
+    _SATL_REC_T record = {};
+    return satList->getInfo(jstr2str(env, identifier), &record) == kDone ? update_locked(mwdbId, record) : kFailed;
+}
+
+jint com_velotra_tv_tavro_satellitelist_updateInfoList(JNIEnv* env, jobject, jobject satellites) {
+    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "%s", __func__);
+    Jni jni(env);
+    JavaList list(jni, satellites);
+    if (jni.failed()) {
+        return kFailed;
+    }
+    if (list.size() < 1) {
+        return kDone;
+    }
+    jclass base_class = jni.find_class(kSatelliteInfoBase);
+    for (jint i = 0; i < list.size(); ++i) {
+        switch (apply(jni, base_class, list.get(i), __func__, kUpdateListIdentifierLine)) {
+        case Applied::kStored:
+            break;
+        case Applied::kFailed:
+            return kFailed;
+        case Applied::kBadIdentifier:
+            // Deliberate: behind the first element this looks like success.
+            return i == 0 ? kFailed : kDone;
+        }
+    }
+    return kDone;
+}
+
+jstring com_velotra_tv_tavro_satellitelist_add_Info(JNIEnv* env, jobject, jint mwdbId, jobject satellite) {
+    TRACE_ENTRY(kAdd);
+    Jni jni(env);
+    jstring nothing = jni.new_string("");
+    if (satellite == nullptr) {
+        return nothing;
+    }
+    _SATL_REC_T record = new_record();
+    jclass cls = jni.class_of(satellite);
+    RecordObject object(jni, cls, jni.find_class(kSatelliteInfoBase), satellite, kSatelliteContainsKey);
+    set_main_data(object, record);
+    set_diseqc_data(object, record.t_diseqc_info);
+    set_sub_diseqc_data(object, record.t_diseqc_info);
+    set_lnb_data(object, record);
+    if (jni.failed()) {
+        return nothing;
+    }
+    const int result = satList->addInfo(mwdbId, &record);
+    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[satList->addInfo][%d] ", result);
+    return result == kDone ? combineMId(env, mwdbId, record.ui2_satl_rec_id) : nothing;
+}
+
+jstring com_velotra_tv_tavro_satellitelist_add_Info_by_recId(JNIEnv* env, jobject, jint mwdbId, jstring identifier) {
+    TRACE_ENTRY(kAddByRecordId);
+    Jni jni(env);
+    jstring nothing = jni.new_string("");
+    _SATL_REC_T record = new_record();
+    if (satList->getInfo(jni.text(identifier), &record) != kDone) {
+        return nothing;
+    }
+    const int result = satList->copyInfo(mwdbId, &record);
+    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[satList->copyInfo][%d] ", result);
+    return result == kDone ? combineMId(env, mwdbId, record.ui2_satl_rec_id) : nothing;
+}

@@ -1,0 +1,151 @@
+// The satellite list's natives that hand satellites to Java as objects.
+
+#include "jni/info_objects.h"
+#include "jni/jni_env.h"
+#include "jni/list_lock.h"
+#include "jni/log_gate.h"
+#include "jni/managers.h"
+#include "jni/record_id.h"
+#include "jni/satellite_list_bridge.h"
+#include "jni/satellite_record.h"
+
+#include <string>
+
+using tavro::JavaClass;
+using tavro::Jni;
+using tavro::KeyList;
+
+namespace {
+
+using Manager = NativeVltTvSatelliteList;
+using ReadLock = tavro::ListLock<Manager, &Manager::readLockSatl, &Manager::readUnLockSatl>;
+
+constexpr int kGetInfoListLine = 4601;
+
+// The class of the result objects and the class of the carrier, which hands them its values.
+struct InfoClasses {
+    JavaClass info;
+    JavaClass base;
+};
+
+bool find_classes(Jni& jni, const char* name, InfoClasses& classes) {
+    return tavro::find_class(jni, name, kSatelliteInfo, "Info class not find!", "init class failed!", classes.info) &&
+           tavro::find_class(jni, name, kSatelliteInfoBase, "VltTvSatelliteInfoBase class not find!",
+                             "jcls_init init class failed!", classes.base);
+}
+
+// The object whose setters take a record's values, and through which results get them.
+class Carrier {
+public:
+    Carrier(Jni& jni, const InfoClasses& classes)
+        : jni_(jni), classes_(classes), object_(jni.new_object(classes.base.cls, classes.base.constructor)),
+          take_over_(jni.method(classes.info.cls, "satlToSatelliteInfo",
+                                "(Lcom/velotra/tv/tavro/services/channellist/VltTvSatelliteInfoBase;)V")) {}
+
+    // Makes the result object for the record of that identifier and gives the carrier the identifier.
+    jobject begin_result(int list_id, int record_id) {
+        jstring identifier = tavro::combine_identifier(jni_, list_id, record_id);
+        jobject result = jni_.new_object(classes_.info.cls, classes_.info.constructor);
+        jni_.call_void(object_, jni_.method(classes_.base.cls, "setRecId", "(Ljava/lang/String;)V"), identifier);
+        jni_.delete_local(identifier);
+        return result;
+    }
+
+    void put_all(const _SATL_REC_T& record) {
+        get_satellite_data(jni_, classes_.base.cls, object_, record);
+        get_all_diseqc_data(jni_, classes_.base.cls, object_, record.t_diseqc_info);
+    }
+
+    void put(KeyList& keys, const _SATL_REC_T& record) {
+        for (jint i = 0; i < keys.size(); ++i) {
+            const char* key = jni_.keep_utf_chars(keys.get(i));
+            if (key != nullptr) {
+                get_main_data(jni_, classes_.base.cls, object_, key, record);
+                get_diseqc_data(jni_, classes_.base.cls, object_, key, record.t_diseqc_info);
+            }
+        }
+    }
+
+    // Lets the result take over what the carrier holds. Null when the platform has failed.
+    jobject finish(jobject result) {
+        jni_.call_void(result, take_over_, object_);
+        return jni_.failed() ? nullptr : result;
+    }
+
+private:
+    Jni& jni_;
+    const InfoClasses& classes_;
+    jobject object_;
+    jmethodID take_over_;
+};
+
+} // namespace
+
+jobject com_velotra_tv_tavro_satellitelist_getInfo(JNIEnv* env, jobject, jstring identifier, jobject keys) {
+    Jni jni(env);
+    const std::string text = jni.text(identifier);
+    InfoClasses classes;
+    if (!find_classes(jni, __func__, classes)) {
+        return nullptr;
+    }
+    Carrier carrier(jni, classes);
+    _SATL_REC_T record = {};
+    const int read = satList->getInfo(text, &record);
+    TAVRO_LOG_DEBUG(kNoTag, "[%s]: pt_satl_rec.ui4_mask = %d \n", __func__, static_cast<int>(record.ui4_mask));
+    if (read != kDone) {
+        TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "%s getInfo fail ret=%d ", __func__, read);
+        return nullptr;
+    }
+    // The manager has refused text without a comma, so that this test only makes the split below safe.
+    const std::size_t comma = text.find(',');
+    if (comma == std::string::npos) {
+        TAVRO_LOG_ERROR(kNoTag, "Unknown recId info.\n");
+        return nullptr;
+    }
+    const int list_id = std::stoi(text.substr(0, comma));
+    jobject result = carrier.begin_result(list_id, record.ui2_satl_rec_id);
+    if (keys == nullptr) {
+        carrier.put_all(record);
+    } else {
+        KeyList list(jni, keys);
+        TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "Key List size = %d\n", list.size());
+        carrier.put(list, record);
+    }
+    return carrier.finish(result);
+}
+
+jobject com_velotra_tv_tavro_satellitelist_getInfoList(JNIEnv* env, jobject, jint mwdbId, jobject keys) {
+    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d] ", __func__, kGetInfoListLine);
+    Jni jni(env);
+    tavro::ResultList results;
+    InfoClasses classes;
+    if (!results.create(jni, __func__) || !find_classes(jni, __func__, classes)) {
+        return nullptr;
+    }
+    const ReadLock lock(*satList, mwdbId);
+    const int number = satList->getInfoListNum(mwdbId);
+    Carrier carrier(jni, classes);
+    for (int index = 0; index < number; ++index) {
+        _SATL_REC_T record = {};
+        int version = 0;
+        if (satList->getInfoByIdx(mwdbId, index, &version, &record) != kDone) {
+            TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "%s : %s", __func__, "getInfoByIdx failed!");
+            return nullptr;
+        }
+        TAVRO_LOG_DEBUG(kNoTag, "[%s]:List pt_satl_rec.ui4_mask = %d \n", __func__, static_cast<int>(record.ui4_mask));
+        jobject result = carrier.begin_result(mwdbId, record.ui2_satl_rec_id);
+        if (keys == nullptr) {
+            carrier.put_all(record);
+        } else {
+            KeyList list(jni, keys);
+            TAVRO_LOG_DEBUG(kNoTag, "[jni_VltTvList_Init]getInfoList, Key List size = %d\n", list.size());
+            carrier.put(list, record);
+        }
+        jobject filled = carrier.finish(result);
+        if (filled == nullptr) {
+            return nullptr;
+        }
+        results.add(jni, filled);
+    }
+    return results.list();
+}

@@ -1,0 +1,40 @@
+// Conversion of satellite records, with their dish-control block, into Java satellite objects
+// (VltTvSatelliteInfoBase) and back.
+#pragma once
+
+#include "jni/record_object.h"
+#include "middleware/satl.h"
+
+inline constexpr char kSatelliteInfo[] = "com/velotra/tv/tavro/services/channellist/VltTvSatelliteInfo";
+inline constexpr char kSatelliteInfoBase[] = "com/velotra/tv/tavro/services/channellist/VltTvSatelliteInfoBase";
+
+// Signature of isContainsKey of Java satellite objects.
+inline constexpr char kSatelliteContainsKey[] =
+    "(Lcom/velotra/tv/tavro/services/channellist/VltTvSatelliteInfoBase;Ljava/lang/String;)Z";
+
+// Key and field of the record identifier.
+inline constexpr char kSatelliteIdKey[] = "RecId";
+
+// Java to record: the values whose key the object carries, the rest of the record staying as it is. Each
+// function looks the object's isContainsKey up; fields belong to VltTvSatelliteInfoBase.
+
+// Flags, position, name and antenna type. The antenna type comes last and overrides the LNB flags.
+void set_main_data(tavro::RecordObject& object, _SATL_REC_T& record);
+
+// The dish-control block but for the polarisation. The switch position overrides the tone burst.
+void set_diseqc_data(tavro::RecordObject& object, _TUNER_DISEQC_INFO_T& diseqc);
+
+// The polarisation, which is taken into new records alone.
+void set_sub_diseqc_data(tavro::RecordObject& object, _TUNER_DISEQC_INFO_T& diseqc);
+
+// Single-cable values of the sub tuner and the LNB. isContainsKey must have been looked up.
+void set_lnb_data(tavro::RecordObject& object, _SATL_REC_T& record);
+
+// Record to Java: every value. Setters are looked up on `base_class`.
+void get_satellite_data(tavro::Jni& jni, jclass base_class, jobject base, const _SATL_REC_T& record);
+void get_all_diseqc_data(tavro::Jni& jni, jclass base_class, jobject base, const _TUNER_DISEQC_INFO_T& diseqc);
+
+// The same for the value that `key` names; a key of the other half or an unknown one does nothing.
+void get_main_data(tavro::Jni& jni, jclass base_class, jobject base, const char* key, const _SATL_REC_T& record);
+void get_diseqc_data(tavro::Jni& jni, jclass base_class, jobject base, const char* key,
+                     const _TUNER_DISEQC_INFO_T& diseqc);
