@@ -3,6 +3,7 @@
 #include "jni/channel_list_bridge.h"
 #include "jni/channel_record.h"
 #include "jni/java_list.h"
+#include "jni/list_writes.h"
 #include "jni/log_gate.h"
 #include "jni/managers.h"
 #include "jni/record_id.h"
@@ -14,11 +15,6 @@ using tavro::Key;
 using tavro::RecordObject;
 
 namespace {
-
-int update_locked(int mwdbId, _SVL_REC_T& record) {
-    const SvlWriteLock lock(*chList, mwdbId);
-    return chList->updateInfo(mwdbId, &record);
-}
 
 // The channel number that an object carries; 0 stands for none.
 struct ChannelNumber {
@@ -183,23 +179,20 @@ jint com_velotra_tv_tavro_channellist_updateInfo(JNIEnv* env, jobject, jint mwdb
             type = static_cast<std::uint8_t>(object.int_field("sdtServiceType").value_or(type));
         }
     }
-    return jni.failed() ? kFailed : update_locked(mwdbId, record);
+    return jni.failed() ? kFailed : tavro::update_locked<SvlWriteLock>(*chList, mwdbId, record);
 }
 
 jint com_velotra_tv_tavro_channellist_updateInfo_by_recId(JNIEnv* env, jobject, jint mwdbId, jstring identifier) {
     TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "%s", __func__);
     Jni jni(env);
-    int list_id = 0;
-    int record_id = 0;
     _SVL_REC_T record = {};
-    if (!tavro::parse_identifier(jni, identifier, list_id, record_id) ||
-        chList->getInfo(list_id, record_id, &record) != kDone) {
+    if (!tavro::read_named(jni, *chList, identifier, record)) {
         return kFailed;
     }
     record.t_header.ui2_tsl_id = low16(mwdbId);
     record.t_header.ui2_nwl_id = low16(mwdbId);
     record.t_header.ui2_satl_id = low16(mwdbId);
-    return update_locked(mwdbId, record);
+    return tavro::update_locked<SvlWriteLock>(*chList, mwdbId, record);
 }
 
 jint com_velotra_tv_tavro_channellist_updateInfoList(JNIEnv* env, jobject, jint mwdbId, jobject channels) {
@@ -262,11 +255,8 @@ jstring com_velotra_tv_tavro_channellist_add_Info_by_recId(JNIEnv* env, jobject,
     TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d] ", __func__, __LINE__);
     Jni jni(env);
     jstring nothing = jni.new_string("");
-    int list_id = 0;
-    int record_id = 0;
     _SVL_REC_T record = {};
-    if (!tavro::parse_identifier(jni, identifier, list_id, record_id) ||
-        chList->getInfo(list_id, record_id, &record) != kDone) {
+    if (!tavro::read_named(jni, *chList, identifier, record)) {
         return nothing;
     }
     int result = kDone;

@@ -3,6 +3,7 @@
 #include "jni/java_list.h"
 #include "jni/jni_env.h"
 #include "jni/list_lock.h"
+#include "jni/list_writes.h"
 #include "jni/log_gate.h"
 #include "jni/managers.h"
 #include "jni/network_record.h"
@@ -18,18 +19,10 @@ namespace {
 using Manager = NativeVltTvNetworkList;
 using WriteLock = tavro::ListLock<Manager, &Manager::lockNwl, &Manager::unLockNwl>;
 
-int update_locked(int mwdbId, _NWL_REC_T& record) {
-    const WriteLock lock(*nwList, mwdbId);
-    return nwList->updateInfo(mwdbId, &record);
-}
-
-// Reads the record that an identifier names.
-bool read_named(Jni& jni, jstring identifier, _NWL_REC_T& record) {
-    int list_id = 0;
-    int record_id = 0;
-    return tavro::parse_identifier(jni, identifier, list_id, record_id) &&
-           nwList->getInfo(list_id, record_id, &record) == kDone;
-}
+struct Lines : tavro::EntryLines {
+    static constexpr int kRemove = 3238;
+    static constexpr int kRemoveByRecordId = 3248;
+};
 
 // Takes the record id of the identifier that an object carries; its list does not count. Without one the
 // record id stays. Returns false when it cannot be parsed.
@@ -44,17 +37,7 @@ bool take_record_id(RecordObject& object, int& record_id) {
 
 jint com_velotra_tv_tavro_nw_list_native_setup(JNIEnv*, jobject) { return tavro::set_up(nwList); }
 
-TAVRO_DEFINE_FORWARDING(com_velotra_tv_tavro_networklist, nwList, WriteLock, TAVRO_NO_ENTRY);
-
-jint com_velotra_tv_tavro_networklist_remove_info(JNIEnv* env, jobject, jstring identifier) {
-    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d] ", __func__, 3238);
-    return nwList->removeInfo(jstr2str(env, identifier));
-}
-
-jint com_velotra_tv_tavro_networklist_remove_info_by_recId(JNIEnv* env, jobject, jint mwdbId, jstring identifier) {
-    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d] ", __func__, 3248);
-    return nwList->removeInfoByRecId(mwdbId, jstr2str(env, identifier));
-}
+TAVRO_DEFINE_FORWARDING(com_velotra_tv_tavro_networklist, nwList, WriteLock, Lines);
 
 jint com_velotra_tv_tavro_networklist_updateInfo(JNIEnv* env, jobject, jint mwdbId, jobject network) {
     TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d] ", __func__, 3462);
@@ -70,18 +53,18 @@ jint com_velotra_tv_tavro_networklist_updateInfo(JNIEnv* env, jobject, jint mwdb
         return kFailed;
     }
     set_network_info(object, record);
-    return jni.failed() ? kFailed : update_locked(mwdbId, record);
+    return jni.failed() ? kFailed : tavro::update_locked<WriteLock>(*nwList, mwdbId, record);
 }
 
 jint com_velotra_tv_tavro_networklist_updateInfo_by_recId(JNIEnv* env, jobject, jint mwdbId, jstring identifier) {
     TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d] ", __func__, 3555);
     Jni jni(env);
     _NWL_REC_T record = {};
-    if (!read_named(jni, identifier, record)) {
+    if (!tavro::read_named(jni, *nwList, identifier, record)) {
         return kFailed;
     }
     NwlKind::stamp_list(record, mwdbId);
-    return update_locked(mwdbId, record);
+    return tavro::update_locked<WriteLock>(*nwList, mwdbId, record);
 }
 
 jint com_velotra_tv_tavro_networklist_updateInfoList(JNIEnv* env, jobject, jint mwdbId, jobject networks) {
@@ -137,9 +120,8 @@ jstring com_velotra_tv_tavro_networklist_add_Info(JNIEnv* env, jobject, jint mwd
     if (jni.failed()) {
         return nothing;
     }
-    const int result = nwList->addInfo(mwdbId, &record);
-    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[nwList->addInfo][%d] ", result);
-    return result == kDone ? combineMId(env, mwdbId, record.ui2_nwl_rec_id) : nothing;
+    const int status = nwList->addInfo(mwdbId, &record);
+    return tavro::answer_add(env, "nwList->addInfo", status, mwdbId, record.ui2_nwl_rec_id, nothing);
 }
 
 jstring com_velotra_tv_tavro_networklist_add_Info_by_recId(JNIEnv* env, jobject, jint mwdbId, jstring identifier) {
@@ -147,10 +129,9 @@ jstring com_velotra_tv_tavro_networklist_add_Info_by_recId(JNIEnv* env, jobject,
     Jni jni(env);
     jstring nothing = jni.new_string("");
     _NWL_REC_T record = {};
-    if (!read_named(jni, identifier, record)) {
+    if (!tavro::read_named(jni, *nwList, identifier, record)) {
         return nothing;
     }
-    const int result = nwList->copyInfo(mwdbId, &record);
-    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[nwList->copyInfo][%d] ", result);
-    return result == kDone ? combineMId(env, mwdbId, record.ui2_nwl_rec_id) : nothing;
+    const int status = nwList->copyInfo(mwdbId, &record);
+    return tavro::answer_add(env, "nwList->copyInfo", status, mwdbId, record.ui2_nwl_rec_id, nothing);
 }

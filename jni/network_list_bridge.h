@@ -10,9 +10,6 @@ jint com_velotra_tv_tavro_nw_list_native_setup(JNIEnv* env, jobject self);
 
 TAVRO_DECLARE_FORWARDING(com_velotra_tv_tavro_networklist);
 
-jint com_velotra_tv_tavro_networklist_remove_info(JNIEnv* env, jobject self, jstring identifier);
-jint com_velotra_tv_tavro_networklist_remove_info_by_recId(JNIEnv* env, jobject self, jint mwdbId, jstring identifier);
-
 // One network as a VltTvNetworkInfo; null when it cannot be read. `keys` is a java.util.List of the keys
 // to fill in, or null for all.
 jobject com_velotra_tv_tavro_networklist_getInfo(JNIEnv* env, jobject self, jstring identifier, jobject keys);

@@ -3,6 +3,7 @@
 #include "jni/java_list.h"
 #include "jni/jni_env.h"
 #include "jni/list_lock.h"
+#include "jni/list_writes.h"
 #include "jni/log_gate.h"
 #include "jni/managers.h"
 #include "jni/record_id.h"
@@ -20,29 +21,22 @@ namespace {
 using Manager = NativeVltTvSatelliteList;
 using WriteLock = tavro::ListLock<Manager, &Manager::lockSatl, &Manager::unLockSatl>;
 
-// The line numbers by which the log knows the natives.
-enum EntryLine {
-    kSetup = 3694,
-    kClean = 3700,
-    kClose = 3707,
-    kDelete = 3715,
-    kCopy = 3723,
-    kOpen = 3733,
-    kOpenPath = 3741,
-    kStore = 3749,
-    kAdd = 4373,
-    kAddByRecordId = 4464,
-    kRemove = 4492,
-    kRemoveByRecordId = 4502,
-    kUpdate = 4690,
-    kUpdateByRecordId = 4797,
+struct Lines : tavro::EntryLines {
+    static constexpr int kSetup = 3694;
+    static constexpr int kClean = 3700;
+    static constexpr int kClose = 3707;
+    static constexpr int kDelete = 3715;
+    static constexpr int kCopy = 3723;
+    static constexpr int kOpen = 3733;
+    static constexpr int kOpenPath = 3741;
+    static constexpr int kStore = 3749;
+    static constexpr int kAdd = 4373;
+    static constexpr int kAddByRecordId = 4464;
+    static constexpr int kRemove = 4492;
+    static constexpr int kRemoveByRecordId = 4502;
+    static constexpr int kUpdate = 4690;
+    static constexpr int kUpdateByRecordId = 4797;
 };
-
-void trace_entry(const char* name, EntryLine line) {
-    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d] ", name, line);
-}
-
-#define TRACE_ENTRY(LINE) trace_entry(__func__, LINE)
 
 constexpr std::uint8_t kNoToneBurst = 0xFF;
 
@@ -50,11 +44,6 @@ _SATL_REC_T new_record() {
     _SATL_REC_T record = {};
     record.t_diseqc_info.ui1_tone_burst = kNoToneBurst;
     return record;
-}
-
-int update_locked(int mwdbId, _SATL_REC_T& record) {
-    const WriteLock lock(*satList, mwdbId);
-    return satList->updateInfo(mwdbId, &record);
 }
 
 // The record that an object names; both ids are 0 when it names none.
@@ -97,30 +86,22 @@ Applied apply(Jni& jni, jclass base_class, jobject satellite, const char* name, 
     set_main_data(object, record);
     set_diseqc_data(object, record.t_diseqc_info);
     set_lnb_data(object, record);
-    return !jni.failed() && update_locked(record_name.list_id, record) == kDone ? Applied::kStored : Applied::kFailed;
+    return !jni.failed() && tavro::update_locked<WriteLock>(*satList, record_name.list_id, record) == kDone
+               ? Applied::kStored
+               : Applied::kFailed;
 }
 
 } // namespace
 
 jint com_velotra_tv_tavro_satellitelist_native_setup(JNIEnv*, jobject) {
-    TRACE_ENTRY(kSetup);
+    tavro::trace_entry(__func__, Lines::kSetup);
     return tavro::set_up(satList);
 }
 
-TAVRO_DEFINE_FORWARDING(com_velotra_tv_tavro_satellitelist, satList, WriteLock, TRACE_ENTRY);
-
-jint com_velotra_tv_tavro_satellitelist_remove_info(JNIEnv* env, jobject, jstring identifier) {
-    TRACE_ENTRY(kRemove);
-    return satList->removeInfo(jstr2str(env, identifier));
-}
-
-jint com_velotra_tv_tavro_satellitelist_remove_info_by_recId(JNIEnv* env, jobject, jint mwdbId, jstring identifier) {
-    TRACE_ENTRY(kRemoveByRecordId);
-    return satList->removeInfoByRecId(mwdbId, jstr2str(env, identifier));
-}
+TAVRO_DEFINE_FORWARDING(com_velotra_tv_tavro_satellitelist, satList, WriteLock, Lines);
 
 jint com_velotra_tv_tavro_satellitelist_updateInfo(JNIEnv* env, jobject, jobject satellite) {
-    TRACE_ENTRY(kUpdate);
+    tavro::trace_entry(__func__, Lines::kUpdate);
     Jni jni(env);
     jclass base_class = jni.find_class(kSatelliteInfoBase);
     const Applied applied = apply(jni, base_class, satellite, __func__, kUpdateIdentifierLine);
@@ -128,9 +109,11 @@ jint com_velotra_tv_tavro_satellitelist_updateInfo(JNIEnv* env, jobject, jobject
 }
 
 jint com_velotra_tv_tavro_satellitelist_updateInfo_by_recId(JNIEnv* env, jobject, jint mwdbId, jstring identifier) {
-    TRACE_ENTRY(kUpdateByRecordId);
+    tavro::trace_entry(__func__, Lines::kUpdateByRecordId);
     _SATL_REC_T record = {};
-    return satList->getInfo(jstr2str(env, identifier), &record) == kDone ? update_locked(mwdbId, record) : kFailed;
+    return satList->getInfo(jstr2str(env, identifier), &record) == kDone
+               ? tavro::update_locked<WriteLock>(*satList, mwdbId, record)
+               : kFailed;
 }
 
 jint com_velotra_tv_tavro_satellitelist_updateInfoList(JNIEnv* env, jobject, jobject satellites) {
@@ -159,7 +142,7 @@ jint com_velotra_tv_tavro_satellitelist_updateInfoList(JNIEnv* env, jobject, job
 }
 
 jstring com_velotra_tv_tavro_satellitelist_add_Info(JNIEnv* env, jobject, jint mwdbId, jobject satellite) {
-    TRACE_ENTRY(kAdd);
+    tavro::trace_entry(__func__, Lines::kAdd);
     Jni jni(env);
     jstring nothing = jni.new_string("");
     if (satellite == nullptr) {
@@ -175,20 +158,18 @@ jstring com_velotra_tv_tavro_satellitelist_add_Info(JNIEnv* env, jobject, jint m
     if (jni.failed()) {
         return nothing;
     }
-    const int result = satList->addInfo(mwdbId, &record);
-    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[satList->addInfo][%d] ", result);
-    return result == kDone ? combineMId(env, mwdbId, record.ui2_satl_rec_id) : nothing;
+    const int status = satList->addInfo(mwdbId, &record);
+    return tavro::answer_add(env, "satList->addInfo", status, mwdbId, record.ui2_satl_rec_id, nothing);
 }
 
 jstring com_velotra_tv_tavro_satellitelist_add_Info_by_recId(JNIEnv* env, jobject, jint mwdbId, jstring identifier) {
-    TRACE_ENTRY(kAddByRecordId);
+    tavro::trace_entry(__func__, Lines::kAddByRecordId);
     Jni jni(env);
     jstring nothing = jni.new_string("");
     _SATL_REC_T record = new_record();
     if (satList->getInfo(jni.text(identifier), &record) != kDone) {
         return nothing;
     }
-    const int result = satList->copyInfo(mwdbId, &record);
-    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[satList->copyInfo][%d] ", result);
-    return result == kDone ? combineMId(env, mwdbId, record.ui2_satl_rec_id) : nothing;
+    const int status = satList->copyInfo(mwdbId, &record);
+    return tavro::answer_add(env, "satList->copyInfo", status, mwdbId, record.ui2_satl_rec_id, nothing);
 }

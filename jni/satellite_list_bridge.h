@@ -13,10 +13,6 @@ jint com_velotra_tv_tavro_satellitelist_native_setup(JNIEnv* env, jobject self);
 
 TAVRO_DECLARE_FORWARDING(com_velotra_tv_tavro_satellitelist);
 
-jint com_velotra_tv_tavro_satellitelist_remove_info(JNIEnv* env, jobject self, jstring identifier);
-jint com_velotra_tv_tavro_satellitelist_remove_info_by_recId(JNIEnv* env, jobject self, jint mwdbId,
-                                                             jstring identifier);
-
 // One satellite as a VltTvSatelliteInfo; null when it cannot be read. `keys` is a java.util.List of the
 // keys to fill in, or null for all. The identifier in the result names the record by the id that it
 // carries.

@@ -115,7 +115,7 @@ jobject com_velotra_tv_tavro_satellitelist_getInfo(JNIEnv* env, jobject, jstring
 }
 
 jobject com_velotra_tv_tavro_satellitelist_getInfoList(JNIEnv* env, jobject, jint mwdbId, jobject keys) {
-    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d] ", __func__, kGetInfoListLine);
+    tavro::trace_entry(__func__, kGetInfoListLine);
     Jni jni(env);
     tavro::ResultList results;
     InfoClasses classes;

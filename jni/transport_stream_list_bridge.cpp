@@ -3,6 +3,7 @@
 #include "jni/java_list.h"
 #include "jni/jni_env.h"
 #include "jni/list_lock.h"
+#include "jni/list_writes.h"
 #include "jni/log_gate.h"
 #include "jni/managers.h"
 #include "jni/record_id.h"
@@ -18,6 +19,11 @@ namespace {
 using Manager = NativeVltTvTransportStreamList;
 using WriteLock = tavro::ListLock<Manager, &Manager::lockTsl, &Manager::unLockTsl>;
 using ReadLock = tavro::ListLock<Manager, &Manager::readLockTsl, &Manager::readUnLockTsl>;
+
+struct Lines : tavro::EntryLines {
+    static constexpr int kRemove = 2867;
+    static constexpr int kRemoveByRecordId = 2876;
+};
 
 constexpr char kIdKey[] = "TslIdTslRecId";
 constexpr char kIdField[] = "tslIdTslRecId";
@@ -49,19 +55,6 @@ jbyteArray list_records(JNIEnv* env, const char* name, int mwdbId, Count count, 
     return array;
 }
 
-// Reads the record that an identifier names.
-bool read_named(Jni& jni, jstring identifier, _TSL_REC_T& record) {
-    int list_id = 0;
-    int record_id = 0;
-    return tavro::parse_identifier(jni, identifier, list_id, record_id) &&
-           tsList->getInfo(list_id, record_id, &record) == kDone;
-}
-
-int update_locked(int mwdbId, _TSL_REC_T& record) {
-    const WriteLock lock(*tsList, mwdbId);
-    return tsList->updateInfo(mwdbId, &record);
-}
-
 // Overlays a stored record with the values of a Java object. Returns false when it cannot be read or the
 // object lacks something.
 bool overlay(Jni& jni, int mwdbId, int record_id, jobject stream, _TSL_REC_T& record) {
@@ -76,18 +69,7 @@ bool overlay(Jni& jni, int mwdbId, int record_id, jobject stream, _TSL_REC_T& re
 
 jint com_velotra_tv_tavro_ts_list_native_setup(JNIEnv*, jobject) { return tavro::set_up(tsList); }
 
-TAVRO_DEFINE_FORWARDING(com_velotra_tv_tavro_transportstreamlist, tsList, WriteLock, TAVRO_NO_ENTRY);
-
-jint com_velotra_tv_tavro_transportstreamlist_remove_info(JNIEnv* env, jobject, jstring identifier) {
-    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d] ", __func__, 2867);
-    return tsList->removeInfo(jstr2str(env, identifier));
-}
-
-jint com_velotra_tv_tavro_transportstreamlist_remove_info_by_recId(JNIEnv* env, jobject, jint mwdbId,
-                                                                   jstring identifier) {
-    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d] ", __func__, 2876);
-    return tsList->removeInfoByRecId(mwdbId, jstr2str(env, identifier));
-}
+TAVRO_DEFINE_FORWARDING(com_velotra_tv_tavro_transportstreamlist, tsList, WriteLock, Lines);
 
 jbyteArray com_velotra_tv_tavro_transportstreamlist_getInfo(JNIEnv* env, jobject, jstring identifier) {
     Jni jni(env);
@@ -141,7 +123,8 @@ jint com_velotra_tv_tavro_transportstreamlist_updateInfo(JNIEnv* env, jobject, j
         }
     }
     _TSL_REC_T record = {};
-    return overlay(jni, mwdbId, record_id, stream, record) ? update_locked(mwdbId, record) : kFailed;
+    return overlay(jni, mwdbId, record_id, stream, record) ? tavro::update_locked<WriteLock>(*tsList, mwdbId, record)
+                                                           : kFailed;
 }
 
 jint com_velotra_tv_tavro_transportstreamlist_updateInfo_by_recId(JNIEnv* env, jobject, jint mwdbId,
@@ -161,7 +144,7 @@ jint com_velotra_tv_tavro_transportstreamlist_updateInfo_by_recId(JNIEnv* env, j
         return kFailed;
     }
     TslKind::stamp_list(record, mwdbId);
-    return update_locked(mwdbId, record);
+    return tavro::update_locked<WriteLock>(*tsList, mwdbId, record);
 }
 
 jint com_velotra_tv_tavro_transportstreamlist_updateInfoList(JNIEnv* env, jobject, jint mwdbId, jobject streams) {
@@ -212,9 +195,8 @@ jstring com_velotra_tv_tavro_transportstreamlist_add_Info(JNIEnv* env, jobject, 
     if (jni.failed()) {
         return nothing;
     }
-    const int result = tsList->addInfo(mwdbId, &record);
-    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[tsList->addInfo][%d] ", result);
-    return result == kDone ? combineMId(env, mwdbId, record.ui2_tsl_rec_id) : nothing;
+    const int status = tsList->addInfo(mwdbId, &record);
+    return tavro::answer_add(env, "tsList->addInfo", status, mwdbId, record.ui2_tsl_rec_id, nothing);
 }
 
 jstring com_velotra_tv_tavro_transportstreamlist_add_Info_by_recId(JNIEnv* env, jobject, jint mwdbId,
@@ -223,10 +205,9 @@ jstring com_velotra_tv_tavro_transportstreamlist_add_Info_by_recId(JNIEnv* env, 
     Jni jni(env);
     jstring nothing = jni.new_string("");
     _TSL_REC_T record = {};
-    if (!read_named(jni, identifier, record)) {
+    if (!tavro::read_named(jni, *tsList, identifier, record)) {
         return nothing;
     }
-    const int result = tsList->copyInfo(mwdbId, &record);
-    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[tsList->copyInfo][%d] ", result);
-    return result == kDone ? combineMId(env, mwdbId, record.ui2_tsl_rec_id) : nothing;
+    const int status = tsList->copyInfo(mwdbId, &record);
+    return tavro::answer_add(env, "tsList->copyInfo", status, mwdbId, record.ui2_tsl_rec_id, nothing);
 }

@@ -8,12 +8,8 @@
 
 jint com_velotra_tv_tavro_ts_list_native_setup(JNIEnv* env, jobject self);
 
-TAVRO_DECLARE_FORWARDING(com_velotra_tv_tavro_transportstreamlist);
-
 // Removals touch only lists that are open.
-jint com_velotra_tv_tavro_transportstreamlist_remove_info(JNIEnv* env, jobject self, jstring identifier);
-jint com_velotra_tv_tavro_transportstreamlist_remove_info_by_recId(JNIEnv* env, jobject self, jint mwdbId,
-                                                                   jstring identifier);
+TAVRO_DECLARE_FORWARDING(com_velotra_tv_tavro_transportstreamlist);
 
 // One transport stream as the 724 bytes of its record; null when it cannot be read.
 jbyteArray com_velotra_tv_tavro_transportstreamlist_getInfo(JNIEnv* env, jobject self, jstring identifier);
