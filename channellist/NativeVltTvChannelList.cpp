@@ -21,8 +21,8 @@ void trace_handle_set(const char* operation, int number) {
 } // namespace
 
 void SvlKind::trace_record(const char* operation, const _SVL_REC_T& record) {
-    TAVRO_LOG_DEBUG(kTag, "%s[%s]:rec_id:%d ui2_prog_id:%d ac_name:%s\n", kClass, operation, record.ui2_svl_rec_id,
-                    record.t_header.ui2_svc_id, record.t_header.ac_name);
+    TAVRO_LOG_DEBUG(kTag, "%s[%s]:rec_id:%d ui2_prog_id:%d ac_name:%.*s\n", kClass, operation, record.ui2_svl_rec_id,
+                    record.t_header.ui2_svc_id, TAVRO_BOUNDED(record.t_header.ac_name));
 }
 
 int NativeVltTvChannelList::open(int mwdbId) {

@@ -4,7 +4,7 @@ HandleMap m_tslHandleMap;
 
 namespace {
 
-// The by-satellite calls choose the streams of every network.
+// What the by-satellite calls are given as network. The name is this project's.
 constexpr std::uint16_t kEveryNetwork = 65535;
 
 } // namespace
@@ -16,8 +16,8 @@ void TslKind::stamp_list(_TSL_REC_T& record, int list_id) {
 }
 
 void TslKind::trace_record(const char* operation, const _TSL_REC_T& record) {
-    TAVRO_LOG_DEBUG(kTag, "%s[%s]:rec_id:%d ts_id:%d s_nw_name:%s\n", kClass, operation, record.ui2_tsl_rec_id,
-                    record.ui2_ts_id, record.ac_nw_name);
+    TAVRO_LOG_DEBUG(kTag, "%s[%s]:rec_id:%d ts_id:%d s_nw_name:%.*s\n", kClass, operation, record.ui2_tsl_rec_id,
+                    record.ui2_ts_id, TAVRO_BOUNDED(record.ac_nw_name));
 }
 
 void TslKind::trace_added(const char* operation, const _TSL_REC_T& record) {

@@ -6,6 +6,9 @@ namespace tavro {
 
 bool find_class(Jni& jni, const char* name, const char* path, const char* no_class, const char* no_constructor,
                 JavaClass& found) {
+    if (jni.failed()) {
+        return false; // of something else: the class was not asked for
+    }
     found.cls = jni.find_class(path);
     found.constructor = jni.method(found.cls, "<init>", "()V");
     if (jni.failed()) {

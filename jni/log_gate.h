@@ -23,6 +23,9 @@ inline constexpr const char* kNoTag = nullptr;
 // Start of the bridges' and conversions' debug lines.
 #define TAVRO_JNI_PREFIX "[jni_VltTvList_Init] "
 
+// Two arguments for "%.*s": text in an array of a record, which the middleware may have left without a NUL.
+#define TAVRO_BOUNDED(ARRAY) static_cast<int>(sizeof(ARRAY)), ARRAY
+
 // Macros, because the arguments must be evaluated only when the gate is open and the format must
 // be a literal that the compiler checks.
 #define TAVRO_LOG_LINE(level, priority, tag, ...)                                                                      \

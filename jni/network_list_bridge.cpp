@@ -27,10 +27,14 @@ struct Lines : tavro::EntryLines {
 // Takes the record id of the identifier that an object carries; its list does not count. Without one the
 // record id stays. Returns false when it cannot be parsed.
 bool take_record_id(RecordObject& object, int& record_id) {
-    const Key key(object, kNetworkIdKey);
+    Key key(object, kNetworkIdKey);
     jstring identifier = key.present() ? object.string_field(kNetworkIdKey).value_or(nullptr) : nullptr;
     int list_id = 0;
-    return identifier == nullptr || tavro::parse_identifier(object.jni(), identifier, list_id, record_id);
+    if (identifier != nullptr && !tavro::parse_identifier(object.jni(), identifier, list_id, record_id)) {
+        key.keep_reference(); // deliberately
+        return false;
+    }
+    return true;
 }
 
 } // namespace
@@ -95,6 +99,7 @@ jint com_velotra_tv_tavro_networklist_updateInfoList(JNIEnv* env, jobject, jint 
             return kFailed;
         }
         set_network_info(object, record);
+        // Another failure than -22 would not end the list, but the manager has none.
         if (jni.failed() || nwList->updateInfo(mwdbId, &record) == kFailed) {
             return kFailed;
         }

@@ -61,7 +61,8 @@ constexpr Row mask_bit(const char* key, std::uint32_t bit) { return mask_bit(key
 void store_name(const Row& row, RecordObject& object, std::byte* structure) {
     store_text(row, object, structure);
     if (!object.jni().failed()) {
-        TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "ac_sat_name = %s \n", satellite(structure).ac_sat_name);
+        TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "ac_sat_name = %.*s \n",
+                        TAVRO_BOUNDED(satellite(structure).ac_sat_name));
     }
 }
 

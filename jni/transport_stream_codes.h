@@ -1,7 +1,7 @@
 // Codes of the tuner parameters in transport stream records: Java value, stored code.
 //
-// The Java values of the outer and inner FEC run like the fields of the same names in the delivery
-// system descriptors (ETSI EN 300 468, tables 34 and 35).
+// The Java values of the outer and inner FEC are taken to be those of FEC_outer and FEC_inner in the
+// delivery system descriptors (ETSI EN 300 468, clause 6.2.13).
 #pragma once
 
 #include "jni/code_table.h"

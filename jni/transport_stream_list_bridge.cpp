@@ -115,10 +115,11 @@ jint com_velotra_tv_tavro_transportstreamlist_updateInfo(JNIEnv* env, jobject, j
     object.look_up_contains_key();
     int record_id = 0;
     {
-        const Key key(object, kIdKey);
+        Key key(object, kIdKey);
         jstring identifier = key.present() ? object.string_field(kIdField).value_or(nullptr) : nullptr;
         int list_id = 0;
         if (identifier != nullptr && !tavro::parse_identifier(jni, identifier, list_id, record_id)) {
+            key.keep_reference(); // deliberately
             return kFailed;
         }
     }

@@ -184,7 +184,7 @@ void store_alternate_frequencies(const Row& row, RecordObject& object, std::byte
 }
 
 void trace_ts_name(const Row&, const std::byte* structure, jint) {
-    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "ac_ts_name = %s\n", record_of(structure).ac_ts_name);
+    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "ac_ts_name = %.*s\n", TAVRO_BOUNDED(record_of(structure).ac_ts_name));
 }
 
 // Rows without a variant a medium write their place whatever the medium, over what other media keep
