@@ -5,6 +5,7 @@
 #include "jni/managers.h"
 #include "jni/native_method.h"
 #include "jni/network_list_bridge.h"
+#include "jni/satellite_list_bridge.h"
 #include "jni/transport_stream_list_bridge.h"
 
 #include <iterator>
@@ -100,6 +101,32 @@ const JNINativeMethod kNetworkListMethods[] = {
                  com_velotra_tv_tavro_networklist_remove_info_by_recId),
 };
 
+const JNINativeMethod kSatelliteListMethods[] = {
+    TAVRO_NATIVE("nativeSetup", "()I", com_velotra_tv_tavro_satellitelist_native_setup),
+    TAVRO_NATIVE("nativeOpen", "(I)I", com_velotra_tv_tavro_satellitelist_open),
+    TAVRO_NATIVE("nativeOpen", "(ILjava/lang/String;)I", com_velotra_tv_tavro_satellitelist_open_path),
+    TAVRO_NATIVE("nativeClean", "(I)I", com_velotra_tv_tavro_satellitelist_clean),
+    TAVRO_NATIVE("nativeClose", "(I)I", com_velotra_tv_tavro_satellitelist_close),
+    TAVRO_NATIVE("nativeDelete", "(I)I", com_velotra_tv_tavro_satellitelist_delete),
+    TAVRO_NATIVE("nativeCopy", "(II)I", com_velotra_tv_tavro_satellitelist_copy),
+    TAVRO_NATIVE("nativeStore", "(ILjava/lang/String;)I", com_velotra_tv_tavro_satellitelist_store),
+    TAVRO_NATIVE("nativeGetInfo", "(Ljava/lang/String;Ljava/util/List;)L" LIST_PACKAGE "VltTvSatelliteInfo;",
+                 com_velotra_tv_tavro_satellitelist_getInfo),
+    TAVRO_NATIVE("nativeGetInfoList", "(ILjava/util/List;)Ljava/util/List;",
+                 com_velotra_tv_tavro_satellitelist_getInfoList),
+    TAVRO_NATIVE("nativeUpdateInfo", "(L" LIST_PACKAGE "VltTvSatelliteInfoBase;)I",
+                 com_velotra_tv_tavro_satellitelist_updateInfo),
+    TAVRO_NATIVE("nativeUpdateInfo", "(ILjava/lang/String;)I", com_velotra_tv_tavro_satellitelist_updateInfo_by_recId),
+    TAVRO_NATIVE("nativeUpdateInfoList", "(Ljava/util/List;)I", com_velotra_tv_tavro_satellitelist_updateInfoList),
+    TAVRO_NATIVE("nativeAdd", "(IL" LIST_PACKAGE "VltTvSatelliteInfoBase;)Ljava/lang/String;",
+                 com_velotra_tv_tavro_satellitelist_add_Info),
+    TAVRO_NATIVE("nativeAdd", "(ILjava/lang/String;)Ljava/lang/String;",
+                 com_velotra_tv_tavro_satellitelist_add_Info_by_recId),
+    TAVRO_NATIVE("nativeRemove", "(Ljava/lang/String;)I", com_velotra_tv_tavro_satellitelist_remove_info),
+    TAVRO_NATIVE("nativeRemoveByRecId", "(ILjava/lang/String;)I",
+                 com_velotra_tv_tavro_satellitelist_remove_info_by_recId),
+};
+
 // A class, its methods, and what is said when they cannot be registered.
 struct NativeTable {
     const char* path;
@@ -108,7 +135,7 @@ struct NativeTable {
     const char* failure;
 };
 
-// In registration order. The satellite list's rows come together with their bridge.
+// In registration order.
 const NativeTable kTables[] = {
     {LIST_PACKAGE "VltTvChannelList", kChannelListMethods, static_cast<int>(std::size(kChannelListMethods)),
      "Failed to register Channel List native methods"},
@@ -116,7 +143,8 @@ const NativeTable kTables[] = {
      static_cast<int>(std::size(kTransportStreamListMethods)), "Failed to register TS List native methods"},
     {LIST_PACKAGE "VltTvNetworkList", kNetworkListMethods, static_cast<int>(std::size(kNetworkListMethods)),
      "Failed to register Network List native methods"},
-    {LIST_PACKAGE "VltTvSatelliteList", nullptr, 0, "Failed to register Satellite List native methods"},
+    {LIST_PACKAGE "VltTvSatelliteList", kSatelliteListMethods, static_cast<int>(std::size(kSatelliteListMethods)),
+     "Failed to register Satellite List native methods"},
 };
 
 } // namespace

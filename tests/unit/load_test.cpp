@@ -4,6 +4,7 @@
 #include "jni/managers.h"
 #include "jni/native_method.h"
 #include "jni/network_list_bridge.h"
+#include "jni/satellite_list_bridge.h"
 #include "jni/transport_stream_list_bridge.h"
 #include "script.h"
 #include "scripted_test.h"
@@ -48,7 +49,7 @@ TEST_F(Load, RegistersTheFourClassesInOrderAndKeepsTheVirtualMachine) {
                                  find("VltTvNetworkList"),
                                  registers("VltTvNetworkList", 17),
                                  find("VltTvSatelliteList"),
-                                 registers("VltTvSatelliteList", 0),
+                                 registers("VltTvSatelliteList", 17),
                              }));
 }
 
@@ -247,6 +248,37 @@ TEST_F(Load, TheNetworkListTableHasItsSeventeenRowsInOrder) {
                 com_velotra_tv_tavro_networklist_add_Info_by_recId),
             ROW("nativeRemove", "(Ljava/lang/String;)I", com_velotra_tv_tavro_networklist_remove_info),
             ROW("nativeRemoveByRecId", "(ILjava/lang/String;)I", com_velotra_tv_tavro_networklist_remove_info_by_recId),
+        });
+}
+
+TEST_F(Load, TheSatelliteListTableHasItsSeventeenRowsInOrder) {
+    FakeJni jni;
+    ASSERT_EQ(register_com_velotra_tv_tavro_channellist_VltTvList(jni.env()), 1);
+    const std::string satellite = "L" + kPackage + "VltTvSatelliteInfoBase;";
+    expect_table(
+        jni.registered.at(3).methods,
+        {
+            ROW("nativeSetup", "()I", com_velotra_tv_tavro_satellitelist_native_setup),
+            ROW("nativeOpen", "(I)I", com_velotra_tv_tavro_satellitelist_open),
+            ROW("nativeOpen", "(ILjava/lang/String;)I", com_velotra_tv_tavro_satellitelist_open_path),
+            ROW("nativeClean", "(I)I", com_velotra_tv_tavro_satellitelist_clean),
+            ROW("nativeClose", "(I)I", com_velotra_tv_tavro_satellitelist_close),
+            ROW("nativeDelete", "(I)I", com_velotra_tv_tavro_satellitelist_delete),
+            ROW("nativeCopy", "(II)I", com_velotra_tv_tavro_satellitelist_copy),
+            ROW("nativeStore", "(ILjava/lang/String;)I", com_velotra_tv_tavro_satellitelist_store),
+            ROW("nativeGetInfo", "(Ljava/lang/String;Ljava/util/List;)L" + kPackage + "VltTvSatelliteInfo;",
+                com_velotra_tv_tavro_satellitelist_getInfo),
+            ROW("nativeGetInfoList", "(ILjava/util/List;)Ljava/util/List;",
+                com_velotra_tv_tavro_satellitelist_getInfoList),
+            ROW("nativeUpdateInfo", "(" + satellite + ")I", com_velotra_tv_tavro_satellitelist_updateInfo),
+            ROW("nativeUpdateInfo", "(ILjava/lang/String;)I", com_velotra_tv_tavro_satellitelist_updateInfo_by_recId),
+            ROW("nativeUpdateInfoList", "(Ljava/util/List;)I", com_velotra_tv_tavro_satellitelist_updateInfoList),
+            ROW("nativeAdd", "(I" + satellite + ")Ljava/lang/String;", com_velotra_tv_tavro_satellitelist_add_Info),
+            ROW("nativeAdd", "(ILjava/lang/String;)Ljava/lang/String;",
+                com_velotra_tv_tavro_satellitelist_add_Info_by_recId),
+            ROW("nativeRemove", "(Ljava/lang/String;)I", com_velotra_tv_tavro_satellitelist_remove_info),
+            ROW("nativeRemoveByRecId", "(ILjava/lang/String;)I",
+                com_velotra_tv_tavro_satellitelist_remove_info_by_recId),
         });
 }
 
