@@ -4,6 +4,7 @@
 #include "jni/channel_list_bridge.h"
 #include "jni/managers.h"
 #include "jni/network_list_bridge.h"
+#include "jni/satellite_list_bridge.h"
 #include "jni/transport_stream_list_bridge.h"
 #include "script.h"
 #include "scripted_test.h"
@@ -37,6 +38,7 @@ protected:
         chList = &channels;
         tsList = &streams;
         nwList = &networks;
+        satList = &satellites;
         clear();
     }
     ~FailingPlatform() override {
@@ -44,10 +46,11 @@ protected:
         chList = nullptr;
         tsList = nullptr;
         nwList = nullptr;
+        satList = nullptr;
     }
 
     static void clear() {
-        for (HandleMap* map : {&m_mwdbIdHandleMap, &m_tslHandleMap, &m_nwlHandleMap}) {
+        for (HandleMap* map : {&m_mwdbIdHandleMap, &m_tslHandleMap, &m_nwlHandleMap, &m_satIdHandleMap}) {
             map->clear();
         }
     }
@@ -55,14 +58,19 @@ protected:
     // A record object of any kind that carries a bit of everything.
     static FakeObject& filled_object(FakeJni& jni) {
         FakeObject& object = jni.object("object");
-        object.keys = {"SvlIdSvlRecId", "TslIdTslRecId", "NwlIdNwlRecId",      "TslRecId",    "ServiceName",
-                       "BroadcastType", "DadInfo",       "MajorChannelNumber", "NetworkName", "TargetRegionCode",
-                       "TslNwlRecId",   "AcTsName",      "FecInner",           "Standard",    "NwlNetworkId"};
+        object.keys = {"SvlIdSvlRecId", "TslIdTslRecId",  "NwlIdNwlRecId",      "TslRecId",    "ServiceName",
+                       "BroadcastType", "DadInfo",        "MajorChannelNumber", "NetworkName", "TargetRegionCode",
+                       "TslNwlRecId",   "AcTsName",       "FecInner",           "Standard",    "NwlNetworkId",
+                       "RecId",         "MaskStatusOn",   "OrbitPosition",      "Name",        "AntennaType",
+                       "LnbPower",      "DiseqcPosition", "DiseqcPositionEx",   "DiseqcPolar", "SingleCableUserBandSub",
+                       "LnbSwitchFreq"};
         object.int_fields = {{"broadcastType", 2}, {"majorChannelNumber", 5}};
         FakeObject& text = jni.string("2,18");
         object.object_fields = {{"svlIdSvlRecId", &jni.string("1,17")},
                                 {"tslIdTslRecId", &jni.string("1,17")},
                                 {"NwlIdNwlRecId", &jni.string("1,17")},
+                                {"RecId", &jni.string("1,17")},
+                                {"Name", &text},
                                 {"tslRecId", &text},
                                 {"serviceName", &text},
                                 {"dadInfo", &text},
@@ -77,6 +85,7 @@ protected:
     NativeVltTvChannelList channels;
     NativeVltTvTransportStreamList streams;
     NativeVltTvNetworkList networks;
+    NativeVltTvSatelliteList satellites;
 };
 
 TEST_P(FailingPlatform, NeverCallsWithAnExceptionPendingNorStoresNorLeavesALock) {
@@ -84,7 +93,8 @@ TEST_P(FailingPlatform, NeverCallsWithAnExceptionPendingNorStoresNorLeavesALock)
     for (int n = 1; !clean; ++n) {
         script::reset();
         clear();
-        for (const char* count : {"x_svl_get_num_rec_by_brdcst_type", "x_tsl_get_num_recs", "x_nwl_get_num_rec"}) {
+        for (const char* count :
+             {"x_svl_get_num_rec_by_brdcst_type", "x_tsl_get_num_recs", "x_nwl_get_num_rec", "x_satl_get_num_recs"}) {
             script::always(count, {0, 2, {}, 0, {}});
         }
         FakeJni jni;
@@ -275,6 +285,77 @@ const Native kNatives[] = {
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
          com_velotra_tv_tavro_networklist_remove_info(jni.env(), nullptr, FakeJni::string_ref(jni.string("2,17")));
+     }},
+    {"satelliteOpenPath",
+     [](FakeJni& jni, FakeObject& object) {
+         static_cast<void>(object);
+         com_velotra_tv_tavro_satellitelist_open_path(jni.env(), nullptr, 1,
+                                                      FakeJni::string_ref(jni.string("/data/x")));
+     }},
+    {"satelliteStore",
+     [](FakeJni& jni, FakeObject& object) {
+         static_cast<void>(object);
+         com_velotra_tv_tavro_satellitelist_store(jni.env(), nullptr, 1, FakeJni::string_ref(jni.string("/data/x")));
+     }},
+    {"satelliteGetInfo",
+     [](FakeJni& jni, FakeObject& object) {
+         static_cast<void>(object);
+         com_velotra_tv_tavro_satellitelist_getInfo(jni.env(), nullptr, FakeJni::string_ref(jni.string("1,17")),
+                                                    nullptr);
+     }},
+    {"satelliteGetInfoByKeys",
+     [](FakeJni& jni, FakeObject& object) {
+         static_cast<void>(object);
+         com_velotra_tv_tavro_satellitelist_getInfo(
+             jni.env(), nullptr, FakeJni::string_ref(jni.string("1,17")),
+             FakeJni::ref(jni.list({&jni.string("Name"), &jni.string("LnbType")})));
+     }},
+    {"satelliteGetInfoList",
+     [](FakeJni& jni, FakeObject& object) {
+         static_cast<void>(object);
+         com_velotra_tv_tavro_satellitelist_getInfoList(jni.env(), nullptr, 1, nullptr);
+     }},
+    {"satelliteGetInfoListByKeys",
+     [](FakeJni& jni, FakeObject& object) {
+         static_cast<void>(object);
+         com_velotra_tv_tavro_satellitelist_getInfoList(
+             jni.env(), nullptr, 1, FakeJni::ref(jni.list({&jni.string("Name"), &jni.string("LnbType")})));
+     }},
+    {"satelliteUpdateInfo",
+     [](FakeJni& jni, FakeObject& object) {
+         com_velotra_tv_tavro_satellitelist_updateInfo(jni.env(), nullptr, FakeJni::ref(object));
+     }},
+    {"satelliteUpdateInfoByRecId",
+     [](FakeJni& jni, FakeObject& object) {
+         static_cast<void>(object);
+         com_velotra_tv_tavro_satellitelist_updateInfo_by_recId(jni.env(), nullptr, 1,
+                                                                FakeJni::string_ref(jni.string("2,17")));
+     }},
+    {"satelliteUpdateInfoList",
+     [](FakeJni& jni, FakeObject& object) {
+         com_velotra_tv_tavro_satellitelist_updateInfoList(jni.env(), nullptr,
+                                                           FakeJni::ref(jni.list({&object, &object})));
+     }},
+    {"satelliteAddInfo",
+     [](FakeJni& jni, FakeObject& object) {
+         com_velotra_tv_tavro_satellitelist_add_Info(jni.env(), nullptr, 1, FakeJni::ref(object));
+     }},
+    {"satelliteAddInfoByRecId",
+     [](FakeJni& jni, FakeObject& object) {
+         static_cast<void>(object);
+         com_velotra_tv_tavro_satellitelist_add_Info_by_recId(jni.env(), nullptr, 1,
+                                                              FakeJni::string_ref(jni.string("2,17")));
+     }},
+    {"satelliteRemoveInfo",
+     [](FakeJni& jni, FakeObject& object) {
+         static_cast<void>(object);
+         com_velotra_tv_tavro_satellitelist_remove_info(jni.env(), nullptr, FakeJni::string_ref(jni.string("2,17")));
+     }},
+    {"satelliteRemoveInfoByRecId",
+     [](FakeJni& jni, FakeObject& object) {
+         static_cast<void>(object);
+         com_velotra_tv_tavro_satellitelist_remove_info_by_recId(jni.env(), nullptr, 1,
+                                                                 FakeJni::string_ref(jni.string("2,17")));
      }},
 };
 
