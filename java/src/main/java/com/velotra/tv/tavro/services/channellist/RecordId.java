@@ -1,5 +1,7 @@
 package com.velotra.tv.tavro.services.channellist;
 
+import java.util.regex.Pattern;
+
 /**
  * Names one record of one list.
  *
@@ -7,6 +9,15 @@ package com.velotra.tv.tavro.services.channellist;
  * @param recordId the record within it
  */
 public record RecordId(int listId, int recordId) {
+    private static final Pattern DIGITS = Pattern.compile("[0-9]+");
+
+    /** @throws IllegalArgumentException when a number is negative: the native side takes digits alone */
+    public RecordId {
+        if (listId < 0 || recordId < 0) {
+            throw new IllegalArgumentException(listId + "," + recordId + " is not a record identifier; its numbers start at 0");
+        }
+    }
+
     /**
      * Reads the text form, as in {@code 3,17}.
      *
@@ -14,11 +25,11 @@ public record RecordId(int listId, int recordId) {
      */
     public static RecordId parse(String text) {
         String[] fields = text.split(",", -1);
-        if (fields.length == 2) {
+        if (fields.length == 2 && DIGITS.matcher(fields[0]).matches() && DIGITS.matcher(fields[1]).matches()) {
             try {
                 return new RecordId(Integer.parseInt(fields[0]), Integer.parseInt(fields[1]));
             } catch (NumberFormatException e) {
-                // Falls through to the message that names the whole text.
+                // Beyond an int; falls through to the message that names the whole text.
             }
         }
         throw new IllegalArgumentException(
