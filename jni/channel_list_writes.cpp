@@ -16,6 +16,20 @@ using tavro::RecordObject;
 
 namespace {
 
+// Adds a service under the list's write lock, in the way `add`, which the log calls `call`. Answers its
+// identifier, or `nothing` when that fails.
+jstring add_locked(JNIEnv* env, const char* call, int (NativeVltTvChannelList::*add)(int, _SVL_REC_T*), int mwdbId,
+                   _SVL_REC_T& record, jstring nothing) {
+    int result = kDone;
+    {
+        const SvlWriteLock lock(*chList, mwdbId);
+        result = (chList->*add)(mwdbId, &record);
+    }
+    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d] mwdbId = %d, rec_id = %d", call, result, mwdbId,
+                    record.ui2_svl_rec_id);
+    return result == kDone ? combineMId(env, mwdbId, record.ui2_svl_rec_id) : nothing;
+}
+
 // The channel number that an object carries; 0 stands for none.
 struct ChannelNumber {
     std::uint32_t major_number;
@@ -241,14 +255,7 @@ jstring com_velotra_tv_tavro_channellist_add_Info(JNIEnv* env, jobject, jint mwd
     if (jni.failed()) {
         return nothing;
     }
-    int result = kDone;
-    {
-        const SvlWriteLock lock(*chList, mwdbId);
-        result = chList->addInfo(mwdbId, &record);
-    }
-    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[chList->addInfo][%d] mwdbId = %d, rec_id = %d", result, mwdbId,
-                    record.ui2_svl_rec_id);
-    return result == kDone ? combineMId(env, mwdbId, record.ui2_svl_rec_id) : nothing;
+    return add_locked(env, "chList->addInfo", &NativeVltTvChannelList::addInfo, mwdbId, record, nothing);
 }
 
 jstring com_velotra_tv_tavro_channellist_add_Info_by_recId(JNIEnv* env, jobject, jint mwdbId, jstring identifier) {
@@ -259,12 +266,5 @@ jstring com_velotra_tv_tavro_channellist_add_Info_by_recId(JNIEnv* env, jobject,
     if (!tavro::read_named(jni, *chList, identifier, record)) {
         return nothing;
     }
-    int result = kDone;
-    {
-        const SvlWriteLock lock(*chList, mwdbId);
-        result = chList->copyInfo(mwdbId, &record);
-    }
-    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[chList->copyInfo][%d] mwdbId = %d, rec_id = %d", result, mwdbId,
-                    record.ui2_svl_rec_id);
-    return result == kDone ? combineMId(env, mwdbId, record.ui2_svl_rec_id) : nothing;
+    return add_locked(env, "chList->copyInfo", &NativeVltTvChannelList::copyInfo, mwdbId, record, nothing);
 }
