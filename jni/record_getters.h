@@ -62,19 +62,20 @@ void hand_over_all(const Getter (&getters)[N], Jni& jni, jclass cls, jobject obj
 // Finds the row of a key; null when there is none.
 const Getter* find_getter(const Getter* first, const Getter* last, const char* key);
 
-// Hands over the value of one key, with its line; an unknown key does nothing.
+// Hands over the value of one key, with its line. An unknown key does nothing and returns false.
 template <std::size_t N, class Structure>
-void hand_over_one(const Getter (&getters)[N], Jni& jni, jclass cls, jobject object, const char* key,
+bool hand_over_one(const Getter (&getters)[N], Jni& jni, jclass cls, jobject object, const char* key,
                    const Structure& structure) {
     const auto* bytes = reinterpret_cast<const std::byte*>(&structure);
     const Getter* getter = find_getter(getters, getters + N, key);
     if (getter == nullptr) {
-        return;
+        return false;
     }
     if (getter->trace != nullptr) {
         getter->trace(bytes);
     }
     hand_over(*getter, jni, cls, object, bytes);
+    return true;
 }
 
 } // namespace tavro

@@ -67,14 +67,14 @@ enum class Applied { kStored, kFailed, kBadIdentifier };
 // Overlays the record that a satellite names with its values, on behalf of the native `name`.
 // `identifier_line` is the number of the line that tells the identifier.
 Applied apply(Jni& jni, jclass base_class, jobject satellite, const char* name, int identifier_line) {
-    if (satellite == nullptr) {
-        return Applied::kFailed;
-    }
     RecordObject object(jni, jni.class_of(satellite), base_class, satellite, kSatelliteContainsKey);
     object.look_up_contains_key();
     RecordName record_name;
     if (!record_name_of(object, record_name)) {
         return Applied::kBadIdentifier;
+    }
+    if (jni.failed()) {
+        return Applied::kFailed;
     }
     const std::string identifier = combineStrMId(record_name.list_id, record_name.record_id);
     TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d], sRecID: %s ", name, identifier_line, identifier.c_str());
@@ -102,6 +102,9 @@ TAVRO_DEFINE_FORWARDING(com_velotra_tv_tavro_satellitelist, satList, WriteLock, 
 
 jint com_velotra_tv_tavro_satellitelist_updateInfo(JNIEnv* env, jobject, jobject satellite) {
     tavro::trace_entry(__func__, Lines::kUpdate);
+    if (satellite == nullptr) {
+        return kFailed;
+    }
     Jni jni(env);
     jclass base_class = jni.find_class(kSatelliteInfoBase);
     const Applied applied = apply(jni, base_class, satellite, __func__, kUpdateIdentifierLine);
@@ -128,7 +131,11 @@ jint com_velotra_tv_tavro_satellitelist_updateInfoList(JNIEnv* env, jobject, job
     }
     jclass base_class = jni.find_class(kSatelliteInfoBase);
     for (jint i = 0; i < list.size(); ++i) {
-        switch (apply(jni, base_class, list.get(i), __func__, kUpdateListIdentifierLine)) {
+        jobject satellite = list.get(i);
+        if (satellite == nullptr) {
+            return kFailed;
+        }
+        switch (apply(jni, base_class, satellite, __func__, kUpdateListIdentifierLine)) {
         case Applied::kStored:
             break;
         case Applied::kFailed:

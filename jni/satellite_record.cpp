@@ -150,12 +150,18 @@ constexpr Getter kMainGetters[] = {
     mask_getter("MaskLnbSingcabJess", "setMaskLnbSingcabJess", tavro::kLnbSingleCableJess),
     special_getter("OrbitPosition", "setOrbitPosition", orbit_value),
     text_getter("Name", "setName", SATL(ac_sat_name)),
+};
+
+constexpr Getter kSubMainGetters[] = {
     number_getter("SingleCableUserBandSub", "setSingleCableUserBandSub", SATL(e_sub_user_band)),
     number_getter("SingleCableBandFreqSub", "setSingleCableBandFreqSub", SATL(ui2_sub_band_freq)),
     number_getter("LnbType", "setLnbType", SATL(e_lnb_type)),
     number_getter("LnbLowFreq", "setLnbLowFreq", SATL(ui2_lnb_low_freq)),
     number_getter("LnbHighFreq", "setLnbHighFreq", SATL(ui2_lnb_high_freq)),
     number_getter("LnbSwitchFreq", "setLnbSwitchFreq", SATL(ui2_lnb_switch_freq)),
+};
+
+constexpr Getter kSub2MainGetters[] = {
     special_getter("AntennaType", "setAntennaType", antenna_value),
 };
 
@@ -169,6 +175,9 @@ constexpr Getter kDiseqcGetters[] = {
     special_getter("DiseqcPosition", "setDiseqcPosition", position_value),
     number_getter("SingleCableBandFreqMain", "setSingleCableBandFreqMain", DISEQC(ui2_band_freq)),
     number_getter("MduType", "setMduType", DISEQC(e_mdu_type)),
+};
+
+constexpr Getter kSubDiseqcGetters[] = {
     number_getter("DiseqcTypeEx", "setDiseqcTypeEx", DISEQC(e_diseqc_type_ex)),
     number_getter("DiseqcPositionEx", "setDiseqcPositionEx", DISEQC(ui1_port_ex)),
     number_getter("DiseqcPolar", "setDiseqcPolar", DISEQC(e_polar)),
@@ -195,17 +204,43 @@ void set_lnb_data(RecordObject& object, _SATL_REC_T& record) { walk(kLnbRows, ob
 
 void get_satellite_data(tavro::Jni& jni, jclass base_class, jobject base, const _SATL_REC_T& record) {
     hand_over_all(kMainGetters, jni, base_class, base, record);
+    hand_over_all(kSubMainGetters, jni, base_class, base, record);
+    get_satellite_sub_data(jni, base_class, base, record);
+}
+
+void get_satellite_sub_data(tavro::Jni& jni, jclass base_class, jobject base, const _SATL_REC_T& record) {
+    hand_over_all(kSub2MainGetters, jni, base_class, base, record);
 }
 
 void get_all_diseqc_data(tavro::Jni& jni, jclass base_class, jobject base, const _TUNER_DISEQC_INFO_T& diseqc) {
     hand_over_all(kDiseqcGetters, jni, base_class, base, diseqc);
+    hand_over_all(kSubDiseqcGetters, jni, base_class, base, diseqc);
 }
 
 void get_main_data(tavro::Jni& jni, jclass base_class, jobject base, const char* key, const _SATL_REC_T& record) {
-    hand_over_one(kMainGetters, jni, base_class, base, key, record);
+    if (!hand_over_one(kMainGetters, jni, base_class, base, key, record)) {
+        get_sub_main_data(jni, base_class, base, key, record);
+    }
+}
+
+void get_sub_main_data(tavro::Jni& jni, jclass base_class, jobject base, const char* key, const _SATL_REC_T& record) {
+    if (!hand_over_one(kSubMainGetters, jni, base_class, base, key, record)) {
+        get_sub2_main_data(jni, base_class, base, key, record);
+    }
+}
+
+void get_sub2_main_data(tavro::Jni& jni, jclass base_class, jobject base, const char* key, const _SATL_REC_T& record) {
+    hand_over_one(kSub2MainGetters, jni, base_class, base, key, record);
 }
 
 void get_diseqc_data(tavro::Jni& jni, jclass base_class, jobject base, const char* key,
                      const _TUNER_DISEQC_INFO_T& diseqc) {
-    hand_over_one(kDiseqcGetters, jni, base_class, base, key, diseqc);
+    if (!hand_over_one(kDiseqcGetters, jni, base_class, base, key, diseqc)) {
+        get_sub_diseqc_data(jni, base_class, base, key, diseqc);
+    }
+}
+
+void get_sub_diseqc_data(tavro::Jni& jni, jclass base_class, jobject base, const char* key,
+                         const _TUNER_DISEQC_INFO_T& diseqc) {
+    hand_over_one(kSubDiseqcGetters, jni, base_class, base, key, diseqc);
 }

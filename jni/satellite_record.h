@@ -30,11 +30,19 @@ void set_sub_diseqc_data(tavro::RecordObject& object, _TUNER_DISEQC_INFO_T& dise
 // Single-cable values of the sub tuner and the LNB. isContainsKey must have been looked up.
 void set_lnb_data(tavro::RecordObject& object, _SATL_REC_T& record);
 
-// Record to Java: every value. Setters are looked up on `base_class`.
+// Record to Java: every value. Setters are looked up on `base_class`. The antenna type, alone in
+// get_satellite_sub_data, comes last.
 void get_satellite_data(tavro::Jni& jni, jclass base_class, jobject base, const _SATL_REC_T& record);
+void get_satellite_sub_data(tavro::Jni& jni, jclass base_class, jobject base, const _SATL_REC_T& record);
 void get_all_diseqc_data(tavro::Jni& jni, jclass base_class, jobject base, const _TUNER_DISEQC_INFO_T& diseqc);
 
-// The same for the value that `key` names; a key of the other half or an unknown one does nothing.
+// Record to Java: the value that `key` names. A function that does not know the key hands it on: the main
+// values to those of the sub tuner and LNB and then to the antenna type, the dish control to its rest. A
+// key that nobody knows does nothing.
 void get_main_data(tavro::Jni& jni, jclass base_class, jobject base, const char* key, const _SATL_REC_T& record);
+void get_sub_main_data(tavro::Jni& jni, jclass base_class, jobject base, const char* key, const _SATL_REC_T& record);
+void get_sub2_main_data(tavro::Jni& jni, jclass base_class, jobject base, const char* key, const _SATL_REC_T& record);
 void get_diseqc_data(tavro::Jni& jni, jclass base_class, jobject base, const char* key,
                      const _TUNER_DISEQC_INFO_T& diseqc);
+void get_sub_diseqc_data(tavro::Jni& jni, jclass base_class, jobject base, const char* key,
+                         const _TUNER_DISEQC_INFO_T& diseqc);
