@@ -1,0 +1,35 @@
+# The library for a device, configured with an NDK's toolchain file: what it is linked to.
+#
+# With TAVRO_PLATFORM_LIBRARIES it is linked to the device's own libraries. Without, it is linked to
+# libraries that carry their names and functions and do nothing: the result is the same, and needs no
+# file of the device. They lie in the build folder's link/ and must never be installed.
+
+if(NOT CMAKE_SIZEOF_VOID_P EQUAL 4)
+    message(FATAL_ERROR "The channel list library goes into 32-bit processes, as the middleware does; "
+        "this toolchain makes ${CMAKE_SIZEOF_VOID_P}-byte pointers. Configure with -DANDROID_ABI=armeabi-v7a.")
+endif()
+
+set(TAVRO_PLATFORM_LIBRARIES "" CACHE STRING
+    "The device's three middleware libraries, libcutils and liblog, as file names separated by semicolons")
+
+# A library NAME with those of the platform's functions that match PATTERN.
+function(tavro_link_library NAME PATTERN)
+    file(STRINGS ${CMAKE_SOURCE_DIR}/tests/lanes/platform_symbols.txt functions REGEX ${PATTERN})
+    list(TRANSFORM functions REPLACE "(.+)" "void \\1(void) {}\n" OUTPUT_VARIABLE bodies)
+    string(CONCAT text ${bodies})
+    file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/link/${NAME}.c CONTENT "${text}")
+    add_library(link_${NAME} SHARED ${CMAKE_BINARY_DIR}/link/${NAME}.c)
+    set_target_properties(link_${NAME} PROPERTIES
+        OUTPUT_NAME ${NAME} LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/link)
+    target_link_libraries(velotra_tavro_channellist PRIVATE link_${NAME})
+endfunction()
+
+if(TAVRO_PLATFORM_LIBRARIES)
+    target_link_libraries(velotra_tavro_channellist PRIVATE ${TAVRO_PLATFORM_LIBRARIES})
+else()
+    tavro_link_library(velotra_tv_basic "^(fs_|x_fm_)")
+    tavro_link_library(velotra_tv_svl_builder "^x_sb_")
+    tavro_link_library(velotra_tv_services "^x_(svl|tsl|nwl|satl)_")
+    tavro_link_library(cutils "^property_")
+    tavro_link_library(log "^__android_log_")
+endif()

@@ -1,0 +1,23 @@
+// Reads Android build files with the build system's own C and C++ module types: an unknown module type,
+// an unknown property or a value of the wrong type is an error.
+package main
+
+import (
+	"fmt"
+	"os"
+
+	"android/soong/android"
+	_ "android/soong/cc"
+)
+
+func main() {
+	ctx := android.NewContext()
+	ctx.Register()
+	_, errs := ctx.ParseFileList("/", os.Args[1:], nil)
+	for _, err := range errs {
+		fmt.Println(err)
+	}
+	if len(errs) > 0 {
+		os.Exit(1)
+	}
+}
