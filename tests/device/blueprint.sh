@@ -15,7 +15,9 @@ folder=$3
 # build NAME PACKAGE|SOURCE: a Go program.
 build() {
     local name=$1 what=$2
-    [ ! -x "$folder/$name" ] || [ -f "$what" -a "$what" -nt "$folder/$name" ] || return 0
+    if [ -x "$folder/$name" ] && ! [ "$what" -nt "$folder/$name" ]; then
+        return
+    fi
     for needed in golang-go golang-github-google-blueprint-dev golang-android-soong-dev golang-goprotobuf-dev; do
         dpkg-query -W -f='${db:Status-Status}' "$needed" 2>/dev/null | grep -qx installed || {
             echo "skipped: the Debian package $needed is not installed; ./tavro setup installs it"
