@@ -20,18 +20,37 @@ if(TAVRO_SANITIZE MATCHES address)
         "UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1")
 endif()
 
-# tavro_add_junit(NAME JAR CLASS [ENVIRONMENT name=value...] [JVM_ARGS arg...])
-# Runs the tests of CLASS, which JAR (a target of add_jar) holds, over a fresh storage directory.
-function(tavro_add_junit NAME JAR CLASS)
-    cmake_parse_arguments(PARSE_ARGV 3 ARG "" "" "ENVIRONMENT;JVM_ARGS")
+# The virtual machine that the tests run on: this machine's, or one that a toolchain file names.
+if(NOT TAVRO_JAVA)
+    set(TAVRO_JAVA ${Java_JAVA_EXECUTABLE})
+endif()
+
+# tavro_add_junit(AREA GROUP JAR CLASSES class... [ENVIRONMENT name=value...] [JVM_ARGS arg...])
+# Runs the tests of CLASSES, which JAR (a target of add_jar) holds, over a fresh storage directory: an
+# entry AREA.CLASS for each, or, where a virtual machine starts under an emulator and takes its time, one
+# entry AREA.GROUP for all.
+function(tavro_add_junit AREA GROUP JAR)
+    cmake_parse_arguments(PARSE_ARGV 3 ARG "" "" "CLASSES;ENVIRONMENT;JVM_ARGS")
+    if(CMAKE_CROSSCOMPILING)
+        list(TRANSFORM ARG_CLASSES PREPEND "-c;" OUTPUT_VARIABLE selection)
+        add_junit_entry(${AREA}.${GROUP})
+    else()
+        foreach(class ${ARG_CLASSES})
+            string(REGEX REPLACE ".*\\." "" name ${class})
+            set(selection -c ${class})
+            add_junit_entry(${AREA}.${name})
+        endforeach()
+    endif()
+endfunction()
+
+macro(add_junit_entry NAME)
     get_target_property(jar_file ${JAR} JAR_FILE)
     get_target_property(tavro_file tavro_jar JAR_FILE)
-    set(home ${CMAKE_BINARY_DIR}/homes/${NAME})
-    add_test(NAME ${NAME} COMMAND ${CMAKE_SOURCE_DIR}/cmake/fresh-home.sh ${home}
-        ${Java_JAVA_EXECUTABLE} -ea -Djava.library.path=${CMAKE_BINARY_DIR}/lib:${CMAKE_BINARY_DIR}/lib/scripted
+    add_test(NAME ${NAME} COMMAND ${CMAKE_SOURCE_DIR}/cmake/fresh-home.sh ${CMAKE_BINARY_DIR}/homes/${NAME}
+        ${TAVRO_JAVA} -ea -Djava.library.path=${CMAKE_BINARY_DIR}/lib:${CMAKE_BINARY_DIR}/lib/scripted
         ${ARG_JVM_ARGS} -cp ${jar_file}:${tavro_file}:${TAVRO_PICOCLI}:${TAVRO_JUNIT}
         org.junit.platform.console.ConsoleLauncher --disable-banner --disable-ansi-colors --details=tree
-        --fail-if-no-tests -c ${CLASS})
-    set_tests_properties(${NAME} PROPERTIES LABELS quick TIMEOUT 300
+        --fail-if-no-tests ${selection})
+    set_tests_properties(${NAME} PROPERTIES LABELS quick TIMEOUT 900
         ENVIRONMENT "${TAVRO_JVM_ENVIRONMENT};${ARG_ENVIRONMENT}")
-endfunction()
+endmacro()

@@ -1,0 +1,110 @@
+#!/usr/bin/env bash
+# Prepares a folder with Debian's 32-bit ARM packages that the ARM build links and runs with: a Java
+# virtual machine, the C and C++ libraries and SQLite. Prints the folder on standard output, what it
+# does on standard error. Exit 3 when the packages cannot be had.
+#
+# The packages are fetched by an apt with settings, lists and cache of its own, from the mirror that this
+# machine's apt uses, and only unpacked: nothing is installed, and the machine's apt learns nothing of
+# another architecture. It happens once; the folder is below ${XDG_CACHE_HOME:-~/.cache}/tavro and can be
+# removed at any time.
+set -euo pipefail
+
+packages=(openjdk-17-jre-headless libc6 libgcc-s1 libsqlite3-dev libstdc++6)
+recipe=1 # counts up when what is prepared changes
+
+say() { printf 'armhf: %s\n' "$*" >&2; }
+cannot() {
+    say "$*"
+    exit 3
+}
+
+here=$(dirname "$(readlink -f "$0")")
+compiler=arm-linux-gnueabihf-gcc
+command -v "$compiler" >/dev/null || cannot "there is no $compiler; install g++-arm-linux-gnueabihf"
+
+suite=$(. /etc/os-release && printf '%s' "${VERSION_CODENAME:-}")
+cache=${XDG_CACHE_HOME:-$HOME/.cache}/tavro
+root=$cache/armhf-$suite-$recipe
+jvm=usr/lib/jvm/java-17-openjdk-armhf
+
+mkdir -p "$cache"
+exec 9>"$cache/armhf.lock"
+flock -n 9 || { say "waiting for another preparation to end"; flock 9; }
+if [ -d "$root" ]; then
+    printf '%s\n' "$root"
+    exit 0
+fi
+
+mirror=$(apt-get indextargets --format '$(CODENAME) $(COMPONENT) $(REPO_URI)' 'Created-By: Packages' |
+    awk -v suite="$suite" '$1 == suite && $2 == "main" {print $3; exit}')
+[ -n "$mirror" ] || cannot "this machine's apt knows no mirror of ${suite:-its suite} main"
+keys=/usr/share/keyrings/debian-archive-keyring.gpg
+[ -r "$keys" ] || cannot "there is no $keys; install debian-archive-keyring"
+
+part=$root.part
+rm -rf "$part"
+mkdir -p "$part"/apt/{etc/sources.d,etc/apt.conf.d,etc/preferences.d,lists/partial,cache/archives/partial} "$part/root"
+: >"$part/apt/status"
+printf 'deb [signed-by=%s] %s %s main\n' "$keys" "$mirror" "$suite" >"$part/apt/etc/sources.list"
+cat >"$part/apt/apt.conf" <<SETTINGS
+APT::Architecture "armhf";
+APT::Architectures { "armhf"; };
+APT::Install-Recommends "false";
+APT::Sandbox::User "$(id -un)";
+Acquire::Languages "none";
+Acquire::Retries "3";
+Dir::Etc::main "$part/apt/apt.conf";
+Dir::Etc::parts "$part/apt/etc/apt.conf.d";
+Dir::Etc::sourcelist "$part/apt/etc/sources.list";
+Dir::Etc::sourceparts "$part/apt/etc/sources.d";
+Dir::Etc::preferences "$part/apt/etc/preferences";
+Dir::Etc::preferencesparts "$part/apt/etc/preferences.d";
+Dir::State "$part/apt";
+Dir::State::status "$part/apt/status";
+Dir::State::lists "$part/apt/lists";
+Dir::Cache "$part/apt/cache";
+SETTINGS
+
+private_apt() { APT_CONFIG=$part/apt/apt.conf apt-get -qq "$@"; }
+fetched=
+for try in 1 2 3; do
+    say "fetching ${packages[*]} for 32-bit ARM (about 60 MB, once; try $try of 3) …"
+    # An old index names packages that are gone: index and packages are fetched together.
+    if private_apt update >"$part/log" 2>&1 &&
+        private_apt -y --download-only install "${packages[@]}" >>"$part/log" 2>&1; then
+        fetched=yes
+        break
+    fi
+done
+if [ -z "$fetched" ]; then
+    tail -n 5 "$part/log" >&2
+    cannot "the packages cannot be had; the whole log is $part/log"
+fi
+
+archives=("$part"/apt/cache/archives/*.deb)
+say "unpacking ${#archives[@]} packages ($(du -shc "${archives[@]}" | awk 'END {print $1}')) …"
+for archive in "${archives[@]}"; do
+    dpkg-deb -x "$archive" "$part/root"
+done
+
+# Whoever starts this machine's "java" gets it under the emulator, child processes of Java included. The
+# memory settings keep it off the edge of a 32-bit address space; a helper program between the machine and
+# its child processes, the default, could not be started by the kernel. Under an emulator a method pays
+# for its compilation later than usual.
+mv "$part/root/$jvm/bin/java" "$part/root/$jvm/bin/java.armhf"
+cat >"$part/root/$jvm/bin/java" <<'SCRIPT'
+#!/bin/sh
+bin=$(dirname "$(readlink -f "$0")")
+exec qemu-arm -L "${bin%/usr/lib/jvm/*}" "$bin/java.armhf" -Xmx128m -Xss512k -XX:+UseSerialGC -XX:-UsePerfData \
+    -XX:CompileThresholdScaling=5 -Djdk.lang.Process.launchMechanism=VFORK "$@"
+SCRIPT
+chmod +x "$part/root/$jvm/bin/java"
+
+"$compiler" -O2 -fno-strict-aliasing -D_GNU_SOURCE -Wall -Wextra -Werror -shared -fPIC \
+    -o "$part/root/usr/lib/tavro_readdir.so" "$here/armhf_readdir.c"
+echo /usr/lib/tavro_readdir.so >"$part/root/etc/ld.so.preload"
+
+mv "$part/root" "$root"
+rm -rf "$part"
+say "prepared $root ($(du -sh "$root" | cut -f1))"
+printf '%s\n' "$root"
