@@ -74,6 +74,13 @@ public abstract class TvList {
         check(nativeRemoveByRecId(listId, id.toString()), "cannot remove the record %d of %s %d", id.recordId(), kind, listId);
     }
 
+    /** The same list class, with the library loaded and its manager made. */
+    static <T extends TvList> T ready(T list) {
+        NativeLibrary.load();
+        list.nativeSetup();
+        return list;
+    }
+
     static void check(int status, String message, Object... arguments) {
         if (status != 0) {
             throw new ChannelListException(String.format(message, arguments), status);
@@ -87,11 +94,21 @@ public abstract class TvList {
         return RecordId.parse(identifier);
     }
 
+    static <T> T read(T answer, String message, Object... arguments) {
+        if (answer == null) {
+            throw new ChannelListException(String.format(message, arguments), 0);
+        }
+        return answer;
+    }
+
     static byte[] orEmpty(byte[] records) {
         return records == null ? new byte[0] : records;
     }
 
     // The natives that these methods call; each list class has its own.
+
+    /** Answers the address of the manager's slot, cut to an int: never 0, and no status. */
+    abstract int nativeSetup();
 
     abstract int native_open(int mwdbId);
 

@@ -1,9 +1,5 @@
 package com.velotra.tv.tavro.services.channellist;
 
-import java.util.Collections;
-import java.util.LinkedHashSet;
-import java.util.Set;
-
 /**
  * The values of one service that are to be stored: a bag of optional values, each under its key.
  *
@@ -13,9 +9,7 @@ import java.util.Set;
  *
  * <p>Keys and fields are the native side's contract, odd spellings included.
  */
-public class VltTvChannelInfoBase {
-    private final Set<String> keys = new LinkedHashSet<>();
-
+public class VltTvChannelInfoBase extends KeyedValues {
     // Identity: where the service is and what carries it.
     protected String svlIdSvlRecId;
     protected int serviceId;
@@ -99,16 +93,11 @@ public class VltTvChannelInfoBase {
 
     /** Whether {@code info} carries a value under {@code key}. Called by the native side. */
     public boolean isContainsKey(VltTvChannelInfoBase info, String key) {
-        return info.keys.contains(key);
+        return info.hasKey(key);
     }
 
-    /** The keys of the values that were set, in the order in which they were set. */
-    public Set<String> keys() {
-        return Collections.unmodifiableSet(keys);
-    }
-
-    private VltTvChannelInfoBase mark(String key) {
-        keys.add(key);
+    private VltTvChannelInfoBase marked(String key) {
+        mark(key);
         return this;
     }
 
@@ -121,43 +110,43 @@ public class VltTvChannelInfoBase {
     /** The record to update; its list part does not count. */
     public VltTvChannelInfoBase setSvlIdSvlRecId(RecordId id) {
         svlIdSvlRecId = text(id);
-        return mark("SvlIdSvlRecId");
+        return marked("SvlIdSvlRecId");
     }
 
     /** service_id, 16 bits (ETSI EN 300 468). */
     public VltTvChannelInfoBase setServiceId(int value) {
         serviceId = value;
-        return mark("ServiceId");
+        return marked("ServiceId");
     }
 
     /** The transport stream record that carries the service. */
     public VltTvChannelInfoBase setTslRecId(RecordId id) {
         tslRecId = text(id);
-        return mark("TslRecId");
+        return marked("TslRecId");
     }
 
     /** The satellite record that the service is received from. */
     public VltTvChannelInfoBase setSatlRecId(RecordId id) {
         satlRecId = text(id);
-        return mark("SatlRecId");
+        return marked("SatlRecId");
     }
 
     /** Broadcast system, 8 bits: 2 DVB, 7 DTMB, or 3 and 5. */
     public VltTvChannelInfoBase setBroadcastType(int value) {
         broadcastType = value;
-        return mark("BroadcastType");
+        return marked("BroadcastType");
     }
 
     /** Service type, 8 bits: 1, 4, 7 audio and video; 2, 5, 8 audio. */
     public VltTvChannelInfoBase setServiceType(int value) {
         serviceType = value;
-        return mark("ServiceType");
+        return marked("ServiceType");
     }
 
     /** Service name; its first 64 bytes of modified UTF-8 are kept. */
     public VltTvChannelInfoBase setServiceName(String text) {
         serviceName = text;
-        return mark("ServiceName");
+        return marked("ServiceName");
     }
 
     // Channel number: rebuilds the 32-bit channel id.
@@ -165,13 +154,13 @@ public class VltTvChannelInfoBase {
     /** Major channel number. */
     public VltTvChannelInfoBase setMajorChannelNumber(int value) {
         majorChannelNumber = value;
-        return mark("MajorChannelNumber");
+        return marked("MajorChannelNumber");
     }
 
     /** Minor channel number. */
     public VltTvChannelInfoBase setMinorChannelNumber(int value) {
         minorChannelNumber = value;
-        return mark("MinorChannelNumber");
+        return marked("MinorChannelNumber");
     }
 
     // Network flags.
@@ -179,61 +168,61 @@ public class VltTvChannelInfoBase {
     /** The service is active. */
     public VltTvChannelInfoBase setVnetActive(boolean on) {
         vnetActive = on ? 1 : 0;
-        return mark("VnetActive");
+        return marked("VnetActive");
     }
 
     /** The service is shown in the programme guide. */
     public VltTvChannelInfoBase setVnetEpg(boolean on) {
         vnetEpg = on ? 1 : 0;
-        return mark("VnetEpg");
+        return marked("VnetEpg");
     }
 
     /** The service is visible. */
     public VltTvChannelInfoBase setVnetVisible(boolean on) {
         vnetVisible = on ? 1 : 0;
-        return mark("VnetVisible");
+        return marked("VnetVisible");
     }
 
     /** The channel is blocked. */
     public VltTvChannelInfoBase setVentChannelBlock(boolean on) {
         ventChannelBlock = on ? 1 : 0;
-        return mark("ventChannelBlock");
+        return marked("ventChannelBlock");
     }
 
     /** The service can be chosen by number. */
     public VltTvChannelInfoBase setVnetNumericSelectable(boolean on) {
         vnetNumericSelectable = on ? 1 : 0;
-        return mark("VnetNumericSelectable");
+        return marked("VnetNumericSelectable");
     }
 
     /** The service is in the INB list. */
     public VltTvChannelInfoBase setVnetInbList(boolean on) {
         vnetInbList = on ? 1 : 0;
-        return mark("VnetInbList");
+        return marked("VnetInbList");
     }
 
     /** The service is scrambled. */
     public VltTvChannelInfoBase setVnetScrambled(boolean on) {
         vnetScrambled = on ? 1 : 0;
-        return mark("VnetScrambled");
+        return marked("VnetScrambled");
     }
 
     /** First backup flag. */
     public VltTvChannelInfoBase setVnetBackup1(boolean on) {
         vnetBackup1 = on ? 1 : 0;
-        return mark("VnetBackup1");
+        return marked("VnetBackup1");
     }
 
     /** The service was found by background monitoring. */
     public VltTvChannelInfoBase setVentNewServiceByBGM(boolean on) {
         ventNewServiceByBGM = on ? 1 : 0;
-        return mark("ventNewServiceByBGM");
+        return marked("ventNewServiceByBGM");
     }
 
     /** The service is a broadcast service. */
     public VltTvChannelInfoBase setVnetBrdcstSvc(boolean on) {
         vnetBrdcstSvc = on ? 1 : 0;
-        return mark("VnetBrdcstSvc");
+        return marked("VnetBrdcstSvc");
     }
 
     // Option flags.
@@ -241,85 +230,85 @@ public class VltTvChannelInfoBase {
     /** Unlocked by the user for the time being. */
     public VltTvChannelInfoBase setVoptUserTmpUnlock(boolean on) {
         voptUserTmpUnlock = on ? 1 : 0;
-        return mark("VoptUserTmpUnlock");
+        return marked("VoptUserTmpUnlock");
     }
 
     /** The name was edited. */
     public VltTvChannelInfoBase setVoptChNameEdited(boolean on) {
         voptChNameEdited = on ? 1 : 0;
-        return mark("VoptChNameEdited");
+        return marked("VoptChNameEdited");
     }
 
     /** The logical channel number is applied. */
     public VltTvChannelInfoBase setVoptLcnApplied(boolean on) {
         voptLcnApplied = on ? 1 : 0;
-        return mark("VoptLcnApplied");
+        return marked("VoptLcnApplied");
     }
 
     /** The service is an HD simulcast. */
     public VltTvChannelInfoBase setVoptHdSimulcast(boolean on) {
         voptHdSimulcast = on ? 1 : 0;
-        return mark("VoptHdSimulcast");
+        return marked("VoptHdSimulcast");
     }
 
     /** The service is in the SDT. */
     public VltTvChannelInfoBase setVoptSdtAvailable(boolean on) {
         voptSdtAvailable = on ? 1 : 0;
-        return mark("VoptSdtAvailable");
+        return marked("VoptSdtAvailable");
     }
 
     /** The channel number was edited. */
     public VltTvChannelInfoBase setVoptChNumEdited(boolean on) {
         voptChNumEdited = on ? 1 : 0;
-        return mark("VoptChNumEdited");
+        return marked("VoptChNumEdited");
     }
 
     /** The service is an HD simulcast by the Portuguese rules. */
     public VltTvChannelInfoBase setVoptPortugalHdSiMulcast(boolean on) {
         voptPortugalHdSiMulcast = on ? 1 : 0;
-        return mark("VoptPortugalHdSiMulcast");
+        return marked("VoptPortugalHdSiMulcast");
     }
 
     /** The user deleted the service. */
     public VltTvChannelInfoBase setVoptDeletedByUser(boolean on) {
         voptDeletedByUser = on ? 1 : 0;
-        return mark("VoptDeletedByUser");
+        return marked("VoptDeletedByUser");
     }
 
     /** The stream asks for blocking. */
     public VltTvChannelInfoBase setVoptStreamReqBlock(boolean on) {
         voptStreamReqBlock = on ? 1 : 0;
-        return mark("VoptStreamReqBlock");
+        return marked("VoptStreamReqBlock");
     }
 
     /** Interaction is restricted. */
     public VltTvChannelInfoBase setVoptInteractRestrict(boolean on) {
         voptInteractRestrict = on ? 1 : 0;
-        return mark("VoptInteractRestrict");
+        return marked("VoptInteractRestrict");
     }
 
     /** The service is in the SDT of the actual transport stream. */
     public VltTvChannelInfoBase setVopt2SdtActualAvailable(boolean on) {
         vopt2SdtActualAvailable = on ? 1 : 0;
-        return mark("Vopt2SdtActualAvailable");
+        return marked("Vopt2SdtActualAvailable");
     }
 
     /** The service was found by monitoring. */
     public VltTvChannelInfoBase setVopt2NewServiceByMonitor(boolean on) {
         vopt2NewServiceByMonitor = on ? 1 : 0;
-        return mark("vopt2NewServiceByMonitor");
+        return marked("vopt2NewServiceByMonitor");
     }
 
     /** The service has an EIT schedule. */
     public VltTvChannelInfoBase setVopt2SvcEitSchedule(boolean on) {
         vopt2SvcEitSchedule = on ? 1 : 0;
-        return mark("Vopt2SvcEitSchedule");
+        return marked("Vopt2SvcEitSchedule");
     }
 
     /** The service is new by the operator's rules. */
     public VltTvChannelInfoBase setVopt2NewServiceBasedOnOPT(boolean on) {
         vopt2NewServiceBasedOnOPT = on ? 1 : 0;
-        return mark("vopt2NewServiceBasedOnOPT");
+        return marked("vopt2NewServiceBasedOnOPT");
     }
 
     // DVB and DTMB.
@@ -327,109 +316,109 @@ public class VltTvChannelInfoBase {
     /** Short name; its first 16 bytes of modified UTF-8 are kept. */
     public VltTvChannelInfoBase setServiceShortName(String text) {
         serviceShortName = text;
-        return mark("ServiceShortName");
+        return marked("ServiceShortName");
     }
 
     /** CA_system_id, 16 bits (ETSI TS 101 162). */
     public VltTvChannelInfoBase setCaSystemId(int value) {
         caSystemId = value;
-        return mark("CaSystemId");
+        return marked("CaSystemId");
     }
 
     /** running_status (EN 300 468 table 6). */
     public VltTvChannelInfoBase setServiceRunningStatus(int value) {
         serviceRunningStatus = value;
-        return mark("ServiceRunningStatus");
+        return marked("ServiceRunningStatus");
     }
 
     /** Mask of the linkage descriptors present. */
     public VltTvChannelInfoBase setLinkageDescrMask(int value) {
         linkageDescrMask = value;
-        return mark("LinkageDescrMask");
+        return marked("LinkageDescrMask");
     }
 
     /** original_network_id of the CA replacement service. */
     public VltTvChannelInfoBase setCaReplacementOnId(int value) {
         caReplacementOnId = value;
-        return mark("CaReplacementOnId");
+        return marked("CaReplacementOnId");
     }
 
     /** transport_stream_id of the CA replacement service. */
     public VltTvChannelInfoBase setCaReplacementTsId(int value) {
         caReplacementTsId = value;
-        return mark("CaReplacementTsId");
+        return marked("CaReplacementTsId");
     }
 
     /** service_id of the CA replacement service; the spelling is the key's own. */
     public VltTvChannelInfoBase setCaRepalacementSvcId(int value) {
         caRepalacementSvcId = value;
-        return mark("CaRepalacementSvcId");
+        return marked("CaRepalacementSvcId");
     }
 
     /** original_network_id of the replacement service. */
     public VltTvChannelInfoBase setSvcReplacementOnId(int value) {
         svcReplacementOnId = value;
-        return mark("SvcReplacementOnId");
+        return marked("SvcReplacementOnId");
     }
 
     /** transport_stream_id of the replacement service. */
     public VltTvChannelInfoBase setSvcReplacementTsId(int value) {
         svcReplacementTsId = value;
-        return mark("SvcReplacementTsId");
+        return marked("SvcReplacementTsId");
     }
 
     /** service_id of the replacement service. */
     public VltTvChannelInfoBase setSvcReplacementSvcId(int value) {
         svcReplacementSvcId = value;
-        return mark("SvcReplacementSvcId");
+        return marked("SvcReplacementSvcId");
     }
 
     /** original_network_id of the service with the complete EIT schedule. */
     public VltTvChannelInfoBase setCompleteEitSchOnId(int value) {
         completeEitSchOnId = value;
-        return mark("CompleteEitSchOnId");
+        return marked("CompleteEitSchOnId");
     }
 
     /** transport_stream_id of the service with the complete EIT schedule. */
     public VltTvChannelInfoBase setCompleteEitSchTsId(int value) {
         completeEitSchTsId = value;
-        return mark("CompleteEitSchTsId");
+        return marked("CompleteEitSchTsId");
     }
 
     /** service_id of the service with the complete EIT schedule. */
     public VltTvChannelInfoBase setCompleteEitSchSvcId(int value) {
         completeEitSchSvcId = value;
-        return mark("CompleteEitSchSvcId");
+        return marked("CompleteEitSchSvcId");
     }
 
     /** original_network_id of the HD simulcast service; the spelling is the key's own. */
     public VltTvChannelInfoBase setHdSimulCastOnId(int value) {
         hdSimulCastOnId = value;
-        return mark("HdSimulCastOnId");
+        return marked("HdSimulCastOnId");
     }
 
     /** transport_stream_id of the HD simulcast service. */
     public VltTvChannelInfoBase setHdSimulcastTsId(int value) {
         hdSimulcastTsId = value;
-        return mark("HdSimulcastTsId");
+        return marked("HdSimulcastTsId");
     }
 
     /** service_id of the HD simulcast service. */
     public VltTvChannelInfoBase setHdSimulcastSvcId(int value) {
         hdSimulcastSvcId = value;
-        return mark("HdSimulcastSvcId");
+        return marked("HdSimulcastSvcId");
     }
 
     /** free_CA_mode, 8 bits. */
     public VltTvChannelInfoBase setFreeCaMode(int value) {
         freeCaMode = value;
-        return mark("FreeCaMode");
+        return marked("FreeCaMode");
     }
 
     /** service_type of the service descriptor, 8 bits (EN 300 468 table 87). */
     public VltTvChannelInfoBase setSdtServiceType(int value) {
         sdtServiceType = value;
-        return mark("SdtServiceType");
+        return marked("SdtServiceType");
     }
 
     // DVB alone.
@@ -437,108 +426,108 @@ public class VltTvChannelInfoBase {
     /** CI host shunning mode, 8 bits. */
     public VltTvChannelInfoBase setCiHostShunningMode(int value) {
         ciHostShunningMode = value;
-        return mark("CiHostShunningMode");
+        return marked("CiHostShunningMode");
     }
 
     /** CI tune service, 8 bits. */
     public VltTvChannelInfoBase setCiTuneService(int value) {
         ciTuneService = value;
-        return mark("CiTuneService");
+        return marked("CiTuneService");
     }
 
     /** EIT_present_following_flag, 8 bits. */
     public VltTvChannelInfoBase setEitPfFlag(int value) {
         eitPfFlag = value;
-        return mark("EitPfFlag");
+        return marked("EitPfFlag");
     }
 
     /** Logical channel number, 16 bits. */
     public VltTvChannelInfoBase setLogicalChannelNumber(int value) {
         logicalChannelNumber = value;
-        return mark("LogicalChannelNumber");
+        return marked("LogicalChannelNumber");
     }
 
     /** Logical channel number before any edit, 16 bits. */
     public VltTvChannelInfoBase setOriginalLcn(int value) {
         originalLcn = value;
-        return mark("OriginalLcn");
+        return marked("OriginalLcn");
     }
 
     /** Index of the logical channel number, 16 bits. */
     public VltTvChannelInfoBase setLcnIndex(int value) {
         lcnIndex = value;
-        return mark("LcnIndex");
+        return marked("LcnIndex");
     }
 
     /** Displaying-id flag, 8 bits. */
     public VltTvChannelInfoBase setDisplayingIdFlag(int value) {
         displayingIdFlag = value;
-        return mark("DisplayingIdFlag");
+        return marked("DisplayingIdFlag");
     }
 
     /** Displaying transport stream id, 16 bits. */
     public VltTvChannelInfoBase setDisplayingTsId(int value) {
         displayingTsId = value;
-        return mark("DisplayingTsId");
+        return marked("DisplayingTsId");
     }
 
     /** Displaying service id, 16 bits. */
     public VltTvChannelInfoBase setDisplayingServiceId(int value) {
         displayingServiceId = value;
-        return mark("DisplayingServiceId");
+        return marked("DisplayingServiceId");
     }
 
     /** Component descriptor information. */
     public VltTvChannelInfoBase setCompDescInfo(int value) {
         compDescInfo = value;
-        return mark("CompDescInfo");
+        return marked("CompDescInfo");
     }
 
     /** DAD information; its first 32 bytes of modified UTF-8 are kept. */
     public VltTvChannelInfoBase setDadInfo(String text) {
         dadInfo = text;
-        return mark("DadInfo");
+        return marked("DadInfo");
     }
 
     /** Category mask. */
     public VltTvChannelInfoBase setCategoryMask(int value) {
         categoryMask = value;
-        return mark("CategoryMask");
+        return marked("CategoryMask");
     }
 
     /** Service profile name; its first 32 bytes of modified UTF-8 are kept. */
     public VltTvChannelInfoBase setServiceProfileName(String text) {
         serviceProfileName = text;
-        return mark("ServiceProfileName");
+        return marked("ServiceProfileName");
     }
 
     /** Target region level, 8 bits. */
     public VltTvChannelInfoBase setTargetRegionLevel(int value) {
         targetRegionLevel = value;
-        return mark("TargetRegionLevel");
+        return marked("TargetRegionLevel");
     }
 
     /** Up to three target region codes of 16 bits; of a longer array nothing is stored. */
     public VltTvChannelInfoBase setTargetRegionCode(int... codes) {
         targetRegionCode = codes;
-        return mark("TargetRegionCode");
+        return marked("TargetRegionCode");
     }
 
     /** stream_content of the component descriptor, 8 bits. */
     public VltTvChannelInfoBase setSdtStreamContent(int value) {
         sdtStreamContent = value;
-        return mark("SdtStreamContent");
+        return marked("SdtStreamContent");
     }
 
     /** stream_content_ext of the component descriptor, 8 bits. */
     public VltTvChannelInfoBase setSdtStreamContentExt(int value) {
         sdtStreamContentExt = value;
-        return mark("SdtStreamContentExt");
+        return marked("SdtStreamContentExt");
     }
 
     /** component_type of the component descriptor, 8 bits. */
     public VltTvChannelInfoBase setSdtStreamComponentType(int value) {
         sdtStreamComponentType = value;
-        return mark("SdtStreamComponentType");
+        return marked("SdtStreamComponentType");
     }
 }

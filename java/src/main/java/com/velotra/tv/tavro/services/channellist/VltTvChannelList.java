@@ -10,14 +10,7 @@ import java.util.Optional;
  */
 public final class VltTvChannelList extends TvList {
     private static final class Holder {
-        static final VltTvChannelList INSTANCE = load();
-
-        private static VltTvChannelList load() {
-            NativeLibrary.load();
-            VltTvChannelList list = new VltTvChannelList();
-            list.nativeSetup(); // answers an address, not a status
-            return list;
-        }
+        static final VltTvChannelList INSTANCE = ready(new VltTvChannelList());
     }
 
     private VltTvChannelList() {
@@ -78,7 +71,7 @@ public final class VltTvChannelList extends TvList {
         return added(nativeAdd(listId, info), "cannot add a service to list %d", listId);
     }
 
-    // Answers the address of the manager's slot, cut to an int: never 0, and no status.
+    @Override
     native int nativeSetup();
 
     @Override

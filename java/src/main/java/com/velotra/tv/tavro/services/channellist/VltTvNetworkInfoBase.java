@@ -1,18 +1,12 @@
 package com.velotra.tv.tavro.services.channellist;
 
-import java.util.Collections;
-import java.util.LinkedHashSet;
-import java.util.Set;
-
 /**
  * The values of one network: a bag of optional values, each under its key, on the way in and on the way out.
  *
  * <p>A value that is set marks its key; see {@link VltTvChannelInfoBase} for the rules. Fields are called as their keys: the
  * native side reads them so.
  */
-public class VltTvNetworkInfoBase {
-    private final Set<String> keys = new LinkedHashSet<>();
-
+public class VltTvNetworkInfoBase extends KeyedValues {
     // Identity.
     protected String NwlIdNwlRecId;
     protected int NwlNetworkId;
@@ -25,12 +19,7 @@ public class VltTvNetworkInfoBase {
 
     /** Whether {@code info} carries a value under {@code key}. Called by the native side. */
     public boolean isContainsKey(VltTvNetworkInfoBase info, String key) {
-        return info.keys.contains(key);
-    }
-
-    /** The keys of the values that were set, in the order in which they were set. */
-    public Set<String> keys() {
-        return Collections.unmodifiableSet(keys);
+        return info.hasKey(key);
     }
 
     /** The text form of the record identifier that was set, or null. */
@@ -43,7 +32,7 @@ public class VltTvNetworkInfoBase {
     /** The record to update; its list part does not count. */
     public void setNwlIdNwlRecId(String id) {
         NwlIdNwlRecId = id;
-        keys.add("NwlIdNwlRecId");
+        mark("NwlIdNwlRecId");
     }
 
     /** The value under "NwlIdNwlRecId". */
@@ -54,7 +43,7 @@ public class VltTvNetworkInfoBase {
     /** network_id, 16 bits (ETSI EN 300 468). */
     public void setNwlNetworkId(int value) {
         NwlNetworkId = value;
-        keys.add("NwlNetworkId");
+        mark("NwlNetworkId");
     }
 
     /** The value under "NwlNetworkId". */
@@ -65,7 +54,7 @@ public class VltTvNetworkInfoBase {
     /** version_number of the NIT, 8 bits. */
     public void setNetworkVersion(int value) {
         NetworkVersion = value;
-        keys.add("NetworkVersion");
+        mark("NetworkVersion");
     }
 
     /** The value under "NetworkVersion". */
@@ -76,7 +65,7 @@ public class VltTvNetworkInfoBase {
     /** Network name; stored when it has at most 31 bytes of modified UTF-8. */
     public void setNetworkName(String text) {
         NetworkName = text;
-        keys.add("NetworkName");
+        mark("NetworkName");
     }
 
     /** The value under "NetworkName". */
@@ -89,7 +78,7 @@ public class VltTvNetworkInfoBase {
     /** 1 when the network may become the favourite one, else 0. */
     public void setNwlFavNetworkCandidate(int value) {
         NwlFavNetworkCandidate = value;
-        keys.add("NwlFavNetworkCandidate");
+        mark("NwlFavNetworkCandidate");
     }
 
     /** The value under "NwlFavNetworkCandidate". */
@@ -100,7 +89,7 @@ public class VltTvNetworkInfoBase {
     /** 1 when the network is the favourite one, else 0. */
     public void setNwlFavNetwork(int value) {
         NwlFavNetwork = value;
-        keys.add("NwlFavNetwork");
+        mark("NwlFavNetwork");
     }
 
     /** The value under "NwlFavNetwork". */

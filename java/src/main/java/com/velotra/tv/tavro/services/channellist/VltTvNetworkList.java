@@ -10,14 +10,7 @@ import java.util.Optional;
  */
 public final class VltTvNetworkList extends TvList {
     private static final class Holder {
-        static final VltTvNetworkList INSTANCE = load();
-
-        private static VltTvNetworkList load() {
-            NativeLibrary.load();
-            VltTvNetworkList list = new VltTvNetworkList();
-            list.nativeSetup(); // answers an address, not a status
-            return list;
-        }
+        static final VltTvNetworkList INSTANCE = ready(new VltTvNetworkList());
     }
 
     private VltTvNetworkList() {
@@ -44,11 +37,7 @@ public final class VltTvNetworkList extends TvList {
      * @throws ChannelListException when one of them cannot be read
      */
     public List<VltTvNetworkInfo> getAll(int listId, List<String> keys) {
-        List<VltTvNetworkInfo> networks = native_getInfoList(listId, keys);
-        if (networks == null) {
-            throw new ChannelListException("cannot read network list " + listId, 0);
-        }
-        return networks;
+        return read(native_getInfoList(listId, keys), "cannot read network list %d", listId);
     }
 
     /** Overlays the network that {@code info} names by its record id with the values that it carries. */
@@ -66,7 +55,7 @@ public final class VltTvNetworkList extends TvList {
         return added(nativeAdd(listId, info), "cannot add a network to list %d", listId);
     }
 
-    // Answers the address of the manager's slot, cut to an int: never 0, and no status.
+    @Override
     native int nativeSetup();
 
     @Override

@@ -1,18 +1,12 @@
 package com.velotra.tv.tavro.services.channellist;
 
-import java.util.Collections;
-import java.util.LinkedHashSet;
-import java.util.Set;
-
 /**
  * The values of one satellite: a bag of optional values, each under its key, on the way in and on the way out.
  *
  * <p>A value that is set marks its key; see {@link VltTvChannelInfoBase} for the rules. Fields are called as their keys, but for
  * one: the native side reads them so.
  */
-public class VltTvSatelliteInfoBase {
-    private final Set<String> keys = new LinkedHashSet<>();
-
+public class VltTvSatelliteInfoBase extends KeyedValues {
     // Identity.
     protected String RecId;
     protected String Name;
@@ -52,18 +46,12 @@ public class VltTvSatelliteInfoBase {
 
     /** Whether {@code info} carries a value under {@code key}. Called by the native side. */
     public boolean isContainsKey(VltTvSatelliteInfoBase info, String key) {
-        return info.keys.contains(key);
-    }
-
-    /** The keys of the values that were set, in the order in which they were set. */
-    public Set<String> keys() {
-        return Collections.unmodifiableSet(keys);
+        return info.hasKey(key);
     }
 
     /** Makes this the same as another bag, keys and values. */
     void copyFrom(VltTvSatelliteInfoBase from) {
-        keys.clear();
-        keys.addAll(from.keys);
+        copyKeys(from);
         RecId = from.RecId;
         Name = from.Name;
         OrbitPosition = from.OrbitPosition;
@@ -98,7 +86,7 @@ public class VltTvSatelliteInfoBase {
     /** The record to update, with its list. */
     public void setRecId(String id) {
         RecId = id;
-        keys.add("RecId");
+        mark("RecId");
     }
 
     /** The value under "RecId". */
@@ -109,7 +97,7 @@ public class VltTvSatelliteInfoBase {
     /** Name; its first 64 bytes of modified UTF-8 are stored. Null leaves the stored name. */
     public void setName(String text) {
         Name = text;
-        keys.add("Name");
+        mark("Name");
     }
 
     /** The value under "Name". */
@@ -117,10 +105,10 @@ public class VltTvSatelliteInfoBase {
         return Name;
     }
 
-    /** Orbital position, signed, 16 bits: tenths of a degree, east positive, as this workstation has it. */
+    /** Orbital position, signed, 16 bits: tenths of a degree; see {@link OrbitalPosition}. */
     public void setOrbitPosition(int value) {
         OrbitPosition = value;
-        keys.add("OrbitPosition");
+        mark("OrbitPosition");
     }
 
     /** The value under "OrbitPosition". */
@@ -133,7 +121,7 @@ public class VltTvSatelliteInfoBase {
     /** Whether the satellite is enabled. */
     public void setMaskStatusOn(int value) {
         MaskStatusOn = value;
-        keys.add("MaskStatusOn");
+        mark("MaskStatusOn");
     }
 
     /** The value under "MaskStatusOn". */
@@ -144,7 +132,7 @@ public class VltTvSatelliteInfoBase {
     /** Whether the LNB's signal was detected. */
     public void setLnbSignalDetected(int value) {
         lnbSignalDetected = value;
-        keys.add("LnbSignalDetected");
+        mark("LnbSignalDetected");
     }
 
     /** The value under "LnbSignalDetected". */
@@ -155,7 +143,7 @@ public class VltTvSatelliteInfoBase {
     /** Whether the LNB is a universal one. */
     public void setMaskLnbUniver(int value) {
         MaskLnbUniver = value;
-        keys.add("MaskLnbUniver");
+        mark("MaskLnbUniver");
     }
 
     /** The value under "MaskLnbUniver". */
@@ -166,7 +154,7 @@ public class VltTvSatelliteInfoBase {
     /** Whether the LNB is a single-cable one. */
     public void setMaskLnbSingcab(int value) {
         MaskLnbSingcab = value;
-        keys.add("MaskLnbSingcab");
+        mark("MaskLnbSingcab");
     }
 
     /** The value under "MaskLnbSingcab". */
@@ -177,7 +165,7 @@ public class VltTvSatelliteInfoBase {
     /** Whether the LNB is a single-cable one of the second generation. */
     public void setMaskLnbSingcabJess(int value) {
         MaskLnbSingcabJess = value;
-        keys.add("MaskLnbSingcabJess");
+        mark("MaskLnbSingcabJess");
     }
 
     /** The value under "MaskLnbSingcabJess". */
@@ -187,10 +175,14 @@ public class VltTvSatelliteInfoBase {
 
     // Antenna and LNB.
 
-    /** Antenna type, 0 to 6; overrides the three LNB flags. Others change nothing. */
+    /**
+     * Kind of the LNB and mode of its switch at once; overrides the three LNB flags. 0 and 6 universal, 1 single-cable, 2
+     * single-cable of the second generation; 3, 4 and 5 universal behind a committed, an extended and a second extended
+     * switch. Other values change nothing. Read back, 6 is 0; a satellite without any LNB flag has no value.
+     */
     public void setAntennaType(int value) {
         AntennaType = value;
-        keys.add("AntennaType");
+        mark("AntennaType");
     }
 
     /** The value under "AntennaType". */
@@ -201,7 +193,7 @@ public class VltTvSatelliteInfoBase {
     /** LNB type, 32 bits. */
     public void setLnbType(int value) {
         LnbType = value;
-        keys.add("LnbType");
+        mark("LnbType");
     }
 
     /** The value under "LnbType". */
@@ -212,7 +204,7 @@ public class VltTvSatelliteInfoBase {
     /** Local oscillator frequency of the low band, 16 bits; in MHz, as this workstation has it. */
     public void setLnbLowFreq(int value) {
         LnbLowFreq = value;
-        keys.add("LnbLowFreq");
+        mark("LnbLowFreq");
     }
 
     /** The value under "LnbLowFreq". */
@@ -223,7 +215,7 @@ public class VltTvSatelliteInfoBase {
     /** The same of the high band. */
     public void setLnbHighFreq(int value) {
         LnbHighFreq = value;
-        keys.add("LnbHighFreq");
+        mark("LnbHighFreq");
     }
 
     /** The value under "LnbHighFreq". */
@@ -234,7 +226,7 @@ public class VltTvSatelliteInfoBase {
     /** Frequency at which the bands are switched, 16 bits; in MHz, as this workstation has it. */
     public void setLnbSwitchFreq(int value) {
         LnbSwitchFreq = value;
-        keys.add("LnbSwitchFreq");
+        mark("LnbSwitchFreq");
     }
 
     /** The value under "LnbSwitchFreq". */
@@ -245,7 +237,7 @@ public class VltTvSatelliteInfoBase {
     /** LNB power setting, 32 bits. */
     public void setLnbPower(int value) {
         LnbPower = value;
-        keys.add("LnbPower");
+        mark("LnbPower");
     }
 
     /** The value under "LnbPower". */
@@ -258,7 +250,7 @@ public class VltTvSatelliteInfoBase {
     /** Mode of the switch, 32 bits: 0 tone burst only, 2 committed switch. */
     public void setDiseqcType(int value) {
         DiseqcType = value;
-        keys.add("DiseqcType");
+        mark("DiseqcType");
     }
 
     /** The value under "DiseqcType". */
@@ -269,7 +261,7 @@ public class VltTvSatelliteInfoBase {
     /** Position of the switch: 0 to 3 its port, 5 tone burst A, 6 tone burst B, any other none. Overrides the tone burst. */
     public void setDiseqcPosition(int value) {
         DiseqcPosition = value;
-        keys.add("DiseqcPosition");
+        mark("DiseqcPosition");
     }
 
     /** The value under "DiseqcPosition". */
@@ -280,7 +272,7 @@ public class VltTvSatelliteInfoBase {
     /** Tone burst, 8 bits: 0 burst A, 1 burst B, 255 none. */
     public void setToneBurst(int value) {
         ToneBurst = value;
-        keys.add("ToneBurst");
+        mark("ToneBurst");
     }
 
     /** The value under "ToneBurst". */
@@ -291,7 +283,7 @@ public class VltTvSatelliteInfoBase {
     /** 22 kHz tone, 8 bits. */
     public void setTone22k(int value) {
         Tone22k = value;
-        keys.add("Tone22k");
+        mark("Tone22k");
     }
 
     /** The value under "Tone22k". */
@@ -302,7 +294,7 @@ public class VltTvSatelliteInfoBase {
     /** Polarisation, 32 bits; taken into new satellites alone, not by updates. */
     public void setDiseqcPolar(int value) {
         DiseqcPolar = value;
-        keys.add("DiseqcPolar");
+        mark("DiseqcPolar");
     }
 
     /** The value under "DiseqcPolar". */
@@ -313,7 +305,7 @@ public class VltTvSatelliteInfoBase {
     /** Mode of the extended switch, 32 bits. */
     public void setDiseqcTypeEx(int value) {
         DiseqcTypeEx = value;
-        keys.add("DiseqcTypeEx");
+        mark("DiseqcTypeEx");
     }
 
     /** The value under "DiseqcTypeEx". */
@@ -324,7 +316,7 @@ public class VltTvSatelliteInfoBase {
     /** Port of the extended switch, 8 bits. */
     public void setDiseqcPositionEx(int value) {
         DiseqcPositionEx = value;
-        keys.add("DiseqcPositionEx");
+        mark("DiseqcPositionEx");
     }
 
     /** The value under "DiseqcPositionEx". */
@@ -335,7 +327,7 @@ public class VltTvSatelliteInfoBase {
     /** MDU type, 32 bits. */
     public void setMduType(int value) {
         MduType = value;
-        keys.add("MduType");
+        mark("MduType");
     }
 
     /** The value under "MduType". */
@@ -348,7 +340,7 @@ public class VltTvSatelliteInfoBase {
     /** Single-cable position, 32 bits. */
     public void setUnicablePosition(int value) {
         UnicablePosition = value;
-        keys.add("UnicablePosition");
+        mark("UnicablePosition");
     }
 
     /** The value under "UnicablePosition". */
@@ -359,7 +351,7 @@ public class VltTvSatelliteInfoBase {
     /** User band of the main tuner, 32 bits. */
     public void setSingleCableUserBandMain(int value) {
         SingleCableUserBandMain = value;
-        keys.add("SingleCableUserBandMain");
+        mark("SingleCableUserBandMain");
     }
 
     /** The value under "SingleCableUserBandMain". */
@@ -370,7 +362,7 @@ public class VltTvSatelliteInfoBase {
     /** Band frequency of the main tuner, 16 bits; in MHz, as this workstation has it. */
     public void setSingleCableBandFreqMain(int value) {
         SingleCableBandFreqMain = value;
-        keys.add("SingleCableBandFreqMain");
+        mark("SingleCableBandFreqMain");
     }
 
     /** The value under "SingleCableBandFreqMain". */
@@ -381,7 +373,7 @@ public class VltTvSatelliteInfoBase {
     /** User band of the sub tuner, 32 bits. */
     public void setSingleCableUserBandSub(int value) {
         SingleCableUserBandSub = value;
-        keys.add("SingleCableUserBandSub");
+        mark("SingleCableUserBandSub");
     }
 
     /** The value under "SingleCableUserBandSub". */
@@ -392,7 +384,7 @@ public class VltTvSatelliteInfoBase {
     /** Band frequency of the sub tuner, 16 bits; in MHz, as this workstation has it. */
     public void setSingleCableBandFreqSub(int value) {
         SingleCableBandFreqSub = value;
-        keys.add("SingleCableBandFreqSub");
+        mark("SingleCableBandFreqSub");
     }
 
     /** The value under "SingleCableBandFreqSub". */

@@ -10,14 +10,7 @@ import java.util.Optional;
  */
 public final class VltTvSatelliteList extends TvList {
     private static final class Holder {
-        static final VltTvSatelliteList INSTANCE = load();
-
-        private static VltTvSatelliteList load() {
-            NativeLibrary.load();
-            VltTvSatelliteList list = new VltTvSatelliteList();
-            list.nativeSetup(); // answers an address, not a status
-            return list;
-        }
+        static final VltTvSatelliteList INSTANCE = ready(new VltTvSatelliteList());
     }
 
     private VltTvSatelliteList() {
@@ -47,11 +40,7 @@ public final class VltTvSatelliteList extends TvList {
      * @throws ChannelListException when one of them cannot be read
      */
     public List<VltTvSatelliteInfo> getAll(int listId, List<String> keys) {
-        List<VltTvSatelliteInfo> satellites = nativeGetInfoList(listId, keys);
-        if (satellites == null) {
-            throw new ChannelListException("cannot read satellite list " + listId, 0);
-        }
-        return satellites;
+        return read(nativeGetInfoList(listId, keys), "cannot read satellite list %d", listId);
     }
 
     /** Overlays the satellite that {@code info} names by its identifier with the values that it carries. */
@@ -69,7 +58,7 @@ public final class VltTvSatelliteList extends TvList {
         return added(nativeAdd(listId, info), "cannot add a satellite to list %d", listId);
     }
 
-    // Answers the address of the manager's slot, cut to an int: never 0, and no status.
+    @Override
     native int nativeSetup();
 
     native int nativeOpen(int mwdbId);

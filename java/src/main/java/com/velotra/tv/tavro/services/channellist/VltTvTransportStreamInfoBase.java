@@ -1,18 +1,12 @@
 package com.velotra.tv.tavro.services.channellist;
 
-import java.util.Collections;
-import java.util.LinkedHashSet;
-import java.util.Set;
-
 /**
  * The values of one transport stream that are to be stored: a bag of optional values, each under its key.
  *
  * <p>A value that is set marks its key; see {@link VltTvChannelInfoBase} for the rules. Where a tuner parameter is stored
  * depends on the medium: the one set here, else that of the stored record.
  */
-public class VltTvTransportStreamInfoBase {
-    private final Set<String> keys = new LinkedHashSet<>();
-
+public class VltTvTransportStreamInfoBase extends KeyedValues {
     // Identity.
     protected String tslIdTslRecId;
     protected int broadcastType;
@@ -67,12 +61,7 @@ public class VltTvTransportStreamInfoBase {
 
     /** Whether {@code info} carries a value under {@code key}. Called by the native side. */
     public boolean isContainsKey(VltTvTransportStreamInfoBase info, String key) {
-        return info.keys.contains(key);
-    }
-
-    /** The keys of the values that were set, in the order in which they were set. */
-    public Set<String> keys() {
-        return Collections.unmodifiableSet(keys);
+        return info.hasKey(key);
     }
 
     /** The text form of the record identifier that was set, or null. */
@@ -85,91 +74,91 @@ public class VltTvTransportStreamInfoBase {
     /** The record to update; its list part does not count. */
     public VltTvTransportStreamInfoBase setTslIdTslRecId(RecordId id) {
         tslIdTslRecId = id == null ? null : id.toString();
-        keys.add("TslIdTslRecId");
+        mark("TslIdTslRecId");
         return this;
     }
 
     /** Broadcast system, 8 bits, as in service records. */
     public VltTvTransportStreamInfoBase setBroadcastType(int value) {
         broadcastType = value;
-        keys.add("BroadcastType");
+        mark("BroadcastType");
         return this;
     }
 
     /** 1 terrestrial, 2 cable, 3 satellite; decides where tuner parameters are stored. */
     public VltTvTransportStreamInfoBase setBroadcastMedium(int value) {
         broadcastMedium = value;
-        keys.add("BroadcastMedium");
+        mark("BroadcastMedium");
         return this;
     }
 
     /** network_id, 16 bits (ETSI EN 300 468). */
     public VltTvTransportStreamInfoBase setNetworkId(int value) {
         networkId = value;
-        keys.add("NetworkId");
+        mark("NetworkId");
         return this;
     }
 
     /** original_network_id, 16 bits. */
     public VltTvTransportStreamInfoBase setOriginalNetworkId(int value) {
         originalNetworkId = value;
-        keys.add("OriginalNetworkId");
+        mark("OriginalNetworkId");
         return this;
     }
 
     /** transport_stream_id, 16 bits. */
     public VltTvTransportStreamInfoBase setTransportStreamId(int value) {
         transportStreamId = value;
-        keys.add("TransportStreamId");
+        mark("TransportStreamId");
         return this;
     }
 
     /** The network record that the stream belongs to; the list part is cut to 8 bits. */
     public VltTvTransportStreamInfoBase setTslNwlRecId(RecordId id) {
         tslNwlRecId = id == null ? null : id.toString();
-        keys.add("TslNwlRecId");
+        mark("TslNwlRecId");
         return this;
     }
 
     /** The satellite record that the stream is received from. */
     public VltTvTransportStreamInfoBase setTslSatlRecId(RecordId id) {
         tslSatlRecId = id == null ? null : id.toString();
-        keys.add("TslSatlRecId");
+        mark("TslSatlRecId");
         return this;
     }
 
     /** Network name; stored when it has at most 31 bytes of modified UTF-8. */
     public VltTvTransportStreamInfoBase setNetworkName(String text) {
         networkName = text;
-        keys.add("NetworkName");
+        mark("NetworkName");
         return this;
     }
 
     /** Transport stream name; stored when it has at most 40 bytes of modified UTF-8. */
     public VltTvTransportStreamInfoBase setAcTsName(String text) {
         acTsName = text;
-        keys.add("AcTsName");
+        mark("AcTsName");
         return this;
     }
 
     /** Greater than 0: the stream carries a barker channel. */
     public VltTvTransportStreamInfoBase setBarkerChannel(int value) {
         barkerChannel = value;
-        keys.add("BarkerChannel");
+        mark("BarkerChannel");
         return this;
     }
 
     /** Exactly 1: the stream is the home transponder. */
     public VltTvTransportStreamInfoBase setIsHomeTransponder(int value) {
         isHomeTransponder = value;
-        keys.add("IsHomeTransponder");
+        mark("IsHomeTransponder");
         return this;
     }
 
     /** Remote-control key id, 8 bits. */
     public VltTvTransportStreamInfoBase setRcKeyId(int value) {
         rcKeyId = value;
-        keys.add("RcKeyId");
+        mark("RcKeyId");
         return this;
     }
 
@@ -178,140 +167,140 @@ public class VltTvTransportStreamInfoBase {
     /** Frequency, in the unit that the lists of the TV are kept in; nothing for an unknown medium. */
     public VltTvTransportStreamInfoBase setFrequency(int value) {
         frequency = value;
-        keys.add("Frequency");
+        mark("Frequency");
         return this;
     }
 
     /** Bandwidth in kHz: 1712, 5000, 6000, 7000, 8000 or 10000. */
     public VltTvTransportStreamInfoBase setBandwidth(int value) {
         bandwidth = value;
-        keys.add("Bandwidth");
+        mark("Bandwidth");
         return this;
     }
 
     /** Mode word of the medium: 1 or 2 for DVB-T or T2, C or C2, S or S2. */
     public VltTvTransportStreamInfoBase setBroadcastMode(int value) {
         broadcastMode = value;
-        keys.add("BroadcastMode");
+        mark("BroadcastMode");
         return this;
     }
 
     /** Terrestrial 3 T, 4 T2; cable 1 C, 2 C2; satellite 5 S, 6 S2, by the medium set here. */
     public VltTvTransportStreamInfoBase setStandard(int value) {
         standard = value;
-        keys.add("Standard");
+        mark("Standard");
         return this;
     }
 
     /** PLP id, 8 bits. */
     public VltTvTransportStreamInfoBase setPlpId(int value) {
         plpId = value;
-        keys.add("PlpId");
+        mark("PlpId");
         return this;
     }
 
     /** PLP group id, 8 bits. */
     public VltTvTransportStreamInfoBase setPlpGroupId(int value) {
         plpGroupId = value;
-        keys.add("PlpGroupId");
+        mark("PlpGroupId");
         return this;
     }
 
     /** Inner FEC, as FEC_inner of EN 300 468 table 35. */
     public VltTvTransportStreamInfoBase setFecInner(int value) {
         fecInner = value;
-        keys.add("FecInner");
+        mark("FecInner");
         return this;
     }
 
     /** Outer FEC, as FEC_outer of EN 300 468 table 34. */
     public VltTvTransportStreamInfoBase setFecOuter(int value) {
         fecOuter = value;
-        keys.add("FecOuter");
+        mark("FecOuter");
         return this;
     }
 
     /** Modulation, 1 to 28. */
     public VltTvTransportStreamInfoBase setModulation(int value) {
         modulation = value;
-        keys.add("Modulation");
+        mark("Modulation");
         return this;
     }
 
     /** Guard interval, 2 to 5 for T and 2 to 8 for T2. */
     public VltTvTransportStreamInfoBase setGuardInterval(int value) {
         guardInterval = value;
-        keys.add("GuardInterval");
+        mark("GuardInterval");
         return this;
     }
 
     /** Transmission mode, 2 to 9. */
     public VltTvTransportStreamInfoBase setTransmissionMode(int value) {
         transmissionMode = value;
-        keys.add("TransmissionMode");
+        mark("TransmissionMode");
         return this;
     }
 
     /** Hierarchy, 4 to 7. */
     public VltTvTransportStreamInfoBase setHierarchy(int value) {
         hierarchy = value;
-        keys.add("Hierarchy");
+        mark("Hierarchy");
         return this;
     }
 
     /** Symbol rate of cable and satellite. */
     public VltTvTransportStreamInfoBase setSymbolRate(int value) {
         symbolRate = value;
-        keys.add("SymbolRate");
+        mark("SymbolRate");
         return this;
     }
 
     /** Pilots, 8 bits. */
     public VltTvTransportStreamInfoBase setPilotInsert(int value) {
         pilotInsert = value;
-        keys.add("PilotInsert");
+        mark("PilotInsert");
         return this;
     }
 
     /** Roll-off, 3 or 4. */
     public VltTvTransportStreamInfoBase setRollOff(int value) {
         rollOff = value;
-        keys.add("RollOff");
+        mark("RollOff");
         return this;
     }
 
     /** Code rate of terrestrial and satellite, 2 to 11. */
     public VltTvTransportStreamInfoBase setCodeRate(int value) {
         codeRate = value;
-        keys.add("CodeRate");
+        mark("CodeRate");
         return this;
     }
 
     /** Polarization; the spelling is the key's own. */
     public VltTvTransportStreamInfoBase setTunerPolarizaTion(int value) {
         tunerPolarizaTion = value;
-        keys.add("TunerPolarizaTion");
+        mark("TunerPolarizaTion");
         return this;
     }
 
     /** Signal strength, 8 bits. */
     public VltTvTransportStreamInfoBase setSignalStrength(int value) {
         signalStrength = value;
-        keys.add("SignalStrength");
+        mark("SignalStrength");
         return this;
     }
 
     /** Signal quality. */
     public VltTvTransportStreamInfoBase setSignalQuality(int value) {
         signalQuality = value;
-        keys.add("SignalQuality");
+        mark("SignalQuality");
         return this;
     }
 
     /** Up to five alternate frequencies; of a longer array nothing is stored. */
     public VltTvTransportStreamInfoBase setAlternateFrequencyInfoList(AlternateFrequencyInfoBase... frequencies) {
         alternateFrequencyInfoList = frequencies;
-        keys.add("AlternateFrequencyInfoList");
+        mark("AlternateFrequencyInfoList");
         return this;
     }
 }

@@ -10,14 +10,7 @@ import java.util.Optional;
  */
 public final class VltTvTransportStreamList extends TvList {
     private static final class Holder {
-        static final VltTvTransportStreamList INSTANCE = load();
-
-        private static VltTvTransportStreamList load() {
-            NativeLibrary.load();
-            VltTvTransportStreamList list = new VltTvTransportStreamList();
-            list.nativeSetup(); // answers an address, not a status
-            return list;
-        }
+        static final VltTvTransportStreamList INSTANCE = ready(new VltTvTransportStreamList());
     }
 
     private VltTvTransportStreamList() {
@@ -68,7 +61,7 @@ public final class VltTvTransportStreamList extends TvList {
         return added(nativeAdd(listId, info), "cannot add a transport stream to list %d", listId);
     }
 
-    // Answers the address of the manager's slot, cut to an int: never 0, and no status.
+    @Override
     native int nativeSetup();
 
     @Override

@@ -16,7 +16,7 @@ import java.util.TreeSet;
 import java.util.function.Function;
 import org.junit.jupiter.api.Test;
 
-/** The record objects of transport streams and networks. */
+/** The record objects of transport streams, networks and satellites. */
 class CompanionObjectsTest {
     /** Every key that the native side asks for. */
     private static final String STREAM_KEYS =
@@ -30,6 +30,14 @@ class CompanionObjectsTest {
     private static final String NETWORK_KEYS =
             "NetworkVersion NetworkName NwlFavNetworkCandidate NwlFavNetwork NwlNetworkId NwlIdNwlRecId";
 
+    private static final String SATELLITE_KEYS =
+            """
+            MaskStatusOn MaskLnbUniver MaskLnbSingcab MaskLnbSingcabJess LnbSignalDetected OrbitPosition Name AntennaType
+            SingleCableUserBandSub SingleCableBandFreqSub LnbType LnbLowFreq LnbHighFreq LnbSwitchFreq LnbPower ToneBurst
+            DiseqcType Tone22k SingleCableUserBandMain UnicablePosition DiseqcPosition SingleCableBandFreqMain MduType
+            DiseqcTypeEx DiseqcPositionEx DiseqcPolar RecId
+            """;
+
     private static Object sample(Class<?> type) {
         if (type == int.class) {
             return 42;
@@ -41,7 +49,7 @@ class CompanionObjectsTest {
     }
 
     /** Calls every setter on an object of its own and collects the keys that they mark. */
-    private static <T> Set<String> keysOf(Class<T> type, Function<T, Set<String>> keys, Function<String, String> fieldOf)
+    private static <T extends KeyedValues> Set<String> keysOf(Class<T> type, Function<String, String> fieldOf)
             throws Exception {
         Set<String> marked = new TreeSet<>();
         for (Method setter : type.getMethods()) {
@@ -51,8 +59,8 @@ class CompanionObjectsTest {
             T info = type.getDeclaredConstructor().newInstance();
             Object value = sample(setter.getParameterTypes()[0]);
             setter.invoke(info, value);
-            assertEquals(1, keys.apply(info).size(), setter.getName());
-            String key = keys.apply(info).iterator().next();
+            assertEquals(1, info.keys().size(), setter.getName());
+            String key = info.keys().iterator().next();
             assertEquals("set" + key, setter.getName());
             Field field = type.getDeclaredField(fieldOf.apply(key));
             assertEquals(value instanceof RecordId ? "5,9" : value, field.get(info), key);
@@ -69,13 +77,18 @@ class CompanionObjectsTest {
     void everyTransportStreamKeyHasOneSetterThatStoresInTheFieldWithASmallLetter() throws Exception {
         assertEquals(words(STREAM_KEYS), keysOf(
                 VltTvTransportStreamInfoBase.class,
-                VltTvTransportStreamInfoBase::keys,
                 key -> Character.toLowerCase(key.charAt(0)) + key.substring(1)));
     }
 
     @Test
     void everyNetworkKeyHasOneSetterThatStoresInTheFieldOfItsName() throws Exception {
-        assertEquals(words(NETWORK_KEYS), keysOf(VltTvNetworkInfoBase.class, VltTvNetworkInfoBase::keys, key -> key));
+        assertEquals(words(NETWORK_KEYS), keysOf(VltTvNetworkInfoBase.class, key -> key));
+    }
+
+    @Test
+    void everySatelliteKeyHasOneSetterThatStoresInTheFieldOfItsNameButForOneInLowerCase() throws Exception {
+        assertEquals(words(SATELLITE_KEYS), keysOf(
+                VltTvSatelliteInfoBase.class, key -> key.equals("LnbSignalDetected") ? "lnbSignalDetected" : key));
     }
 
     @Test
@@ -87,6 +100,48 @@ class CompanionObjectsTest {
         network.setNetworkName(null);
         assertTrue(network.isContainsKey(network, "NetworkName"));
         assertFalse(network.isContainsKey(new VltTvNetworkInfoBase(), "NetworkName"));
+        VltTvSatelliteInfoBase satellite = new VltTvSatelliteInfo();
+        satellite.setName(null);
+        assertTrue(new VltTvSatelliteInfoBase().isContainsKey(satellite, "Name"));
+        assertFalse(satellite.isContainsKey(new VltTvSatelliteInfoBase(), "Name"));
+    }
+
+    @Test
+    void aSatelliteCopiesEveryValueThatTheNativeSideFilledIn() throws Exception {
+        VltTvSatelliteInfo satellite = new VltTvSatelliteInfo();
+        assertNull(satellite.id());
+        VltTvSatelliteInfoBase carrier = new VltTvSatelliteInfoBase();
+        int value = 0;
+        for (Field field : VltTvSatelliteInfoBase.class.getDeclaredFields()) {
+            value++;
+            field.set(carrier, field.getType() == int.class ? (Object) value : "3," + value);
+            carrier.mark(field.getName());
+        }
+        satellite.satlToSatelliteInfo(carrier);
+        for (Field field : VltTvSatelliteInfoBase.class.getDeclaredFields()) {
+            assertEquals(field.get(carrier), field.get(satellite), field.getName());
+        }
+        assertEquals(27, value);
+        assertEquals(carrier.keys(), satellite.keys());
+        assertEquals(RecordId.parse(carrier.getRecId()), satellite.id());
+
+        carrier.setName("the next one");
+        carrier.mark("more");
+        assertFalse(satellite.getName().equals("the next one") || satellite.keys().contains("more"));
+    }
+
+    /** Calls every getter of a satellite whose fields all differ. */
+    @Test
+    void everyGetterOfASatelliteAnswersItsField() throws Exception {
+        VltTvSatelliteInfoBase satellite = new VltTvSatelliteInfoBase();
+        int value = 0;
+        for (Field field : VltTvSatelliteInfoBase.class.getDeclaredFields()) {
+            value++;
+            Object given = field.getType() == int.class ? (Object) value : field.getName();
+            field.set(satellite, given);
+            String name = Character.toUpperCase(field.getName().charAt(0)) + field.getName().substring(1);
+            assertEquals(given, VltTvSatelliteInfoBase.class.getMethod("get" + name).invoke(satellite), name);
+        }
     }
 
     @Test
