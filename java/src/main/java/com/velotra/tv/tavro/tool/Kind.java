@@ -6,8 +6,9 @@ import com.velotra.tv.tavro.services.channellist.TransportStreamRecord;
 import com.velotra.tv.tavro.services.channellist.TvList;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
 import com.velotra.tv.tavro.services.channellist.VltTvNetworkInfo;
-import com.velotra.tv.tavro.services.channellist.VltTvNetworkInfoBase;
 import com.velotra.tv.tavro.services.channellist.VltTvNetworkList;
+import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfo;
+import com.velotra.tv.tavro.services.channellist.VltTvSatelliteList;
 import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamList;
 import java.util.List;
 import java.util.Optional;
@@ -59,13 +60,32 @@ enum Kind {
         @Override
         Listing list(int listId) {
             List<VltTvNetworkInfo> networks = VltTvNetworkList.getInstance().getAll(listId, null);
-            return new Listing(networks.size(), (most, columns) -> table(networks, most, columns));
+            return new Listing(networks.size(), (most, columns) -> NetworkTable.of(networks, most, columns));
         }
 
         // Networks leave the library as objects: there are no bytes to dump.
         @Override
         Optional<String> show(RecordId id, boolean hex) {
-            return VltTvNetworkList.getInstance().get(id, null).map(VltTvNetworkInfo::values).map(Kind::describe);
+            return VltTvNetworkList.getInstance().get(id, null).map(NetworkTable::describe);
+        }
+    },
+
+    SATELLITES("satellite", "satellites") {
+        @Override
+        TvList lists() {
+            return VltTvSatelliteList.getInstance();
+        }
+
+        @Override
+        Listing list(int listId) {
+            List<VltTvSatelliteInfo> satellites = VltTvSatelliteList.getInstance().getAll(listId, null);
+            return new Listing(satellites.size(), (most, columns) -> SatelliteTable.of(satellites, most, columns));
+        }
+
+        // As of networks, there are no bytes.
+        @Override
+        Optional<String> show(RecordId id, boolean hex) {
+            return VltTvSatelliteList.getInstance().get(id, null).map(SatelliteTable::describe);
         }
     };
 
@@ -97,27 +117,5 @@ enum Kind {
     @Override
     public String toString() {
         return name().toLowerCase(java.util.Locale.ROOT);
-    }
-
-    private static String table(List<VltTvNetworkInfo> networks, int most, int columns) {
-        Table table = new Table(">record", ">network id", "name", ">version", "favourite", "candidate");
-        for (VltTvNetworkInfo network : networks.subList(0, Math.min(most, networks.size()))) {
-            VltTvNetworkInfoBase values = network.values();
-            table.add(
-                    network.id().recordId(),
-                    values.getNwlNetworkId(),
-                    values.getNetworkName(),
-                    values.getNetworkVersion(),
-                    values.getNwlFavNetwork() == 1 ? "yes" : "no",
-                    values.getNwlFavNetworkCandidate() == 1 ? "yes" : "no");
-        }
-        return table.toString(columns) + Table.more(networks.size() - most);
-    }
-
-    private static String describe(VltTvNetworkInfoBase values) {
-        return String.format(
-                "record %25s%nnetwork id %21s%nname %27s%nversion %24s%nfavourite %22s%ncandidate %22s%n",
-                values.getNwlIdNwlRecId(), values.getNwlNetworkId(), '"' + values.getNetworkName() + '"',
-                values.getNetworkVersion(), values.getNwlFavNetwork(), values.getNwlFavNetworkCandidate());
     }
 }

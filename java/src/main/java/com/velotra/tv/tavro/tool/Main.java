@@ -119,7 +119,7 @@ public final class Main {
     /** Which kind of list is meant. */
     static final class KindOption {
         @Option(names = {"-k", "--kind"}, paramLabel = "KIND", defaultValue = "services",
-                description = "services (the default), streams or networks.")
+                description = "services (the default), streams, networks or satellites.")
         Kind kind;
     }
 
@@ -129,7 +129,7 @@ public final class Main {
 
     @Command(
             name = "list",
-            description = "Prints the services, transport streams or networks of a list as a table.",
+            description = "Prints the services, transport streams, networks or satellites of a list as a table.",
             footer = {"", "Examples: ./tavro list 1", "          ./tavro list 1 --kind streams"})
     static final class ListCommand implements Callable<Integer> {
         @Mixin
@@ -169,13 +169,13 @@ public final class Main {
 
     @Command(
             name = "show",
-            description = "Prints one service, transport stream or network, decoded field by field.",
+            description = "Prints one service, transport stream, network or satellite, decoded field by field.",
             footer = {"", "Examples: ./tavro show 1,17 --hex", "          ./tavro show 1,3 --kind streams"})
     static final class ShowCommand implements Callable<Integer> {
         @Mixin
         HelpOption help;
 
-        @Parameters(paramLabel = "LIST,RECORD", description = "The service, by list and record.")
+        @Parameters(paramLabel = "LIST,RECORD", description = "The record, by its list and its id in it.")
         RecordId id;
 
         @Mixin

@@ -9,6 +9,8 @@ import com.velotra.tv.tavro.services.channellist.VltTvChannelInfoBase;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
 import com.velotra.tv.tavro.services.channellist.VltTvNetworkInfoBase;
 import com.velotra.tv.tavro.services.channellist.VltTvNetworkList;
+import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfoBase;
+import com.velotra.tv.tavro.services.channellist.VltTvSatelliteList;
 import com.velotra.tv.tavro.tool.ToolProcess.Result;
 import java.io.IOException;
 import java.nio.file.Files;
@@ -223,5 +225,81 @@ class MainTest {
                 run(storage(), "show", "1,1", "--kind", "networks").out());
         assertEquals(
                 new Result(1, "", "tavro: list 1 has no record 9\n"), run(storage(), "show", "1,9", "--kind", "networks"));
+    }
+
+    @Test
+    void satellitesAreListedAndShown() throws Exception {
+        VltTvSatelliteList satellites = VltTvSatelliteList.getInstance();
+        satellites.open(1);
+        satellites.clean(1);
+        VltTvSatelliteInfoBase info = new VltTvSatelliteInfoBase();
+        info.setName("Uno\u001b Züri");
+        info.setOrbitPosition(192);
+        info.setMaskStatusOn(1);
+        info.setAntennaType(3);
+        info.setLnbLowFreq(9750);
+        info.setLnbHighFreq(10600);
+        info.setLnbSwitchFreq(11700);
+        info.setDiseqcPosition(2);
+        info.setTone22k(1);
+        info.setSingleCableBandFreqSub(1210);
+        satellites.add(1, info);
+        VltTvSatelliteInfoBase bare = new VltTvSatelliteInfoBase();
+        bare.setOrbitPosition(-8);
+        satellites.add(1, bare);
+        VltTvSatelliteInfoBase burst = new VltTvSatelliteInfoBase();
+        burst.setName("Tre");
+        burst.setMaskLnbSingcab(1);
+        burst.setMaskLnbSingcabJess(1);
+        burst.setDiseqcPosition(6);
+        burst.setLnbLowFreq(5150);
+        satellites.add(1, burst);
+        assertEquals(
+                """
+                record  position  name       in use  LNB                                                     DiSEqC
+                     1    S19.2E  Uno· Züri  yes     universal 9750/10600 MHz                                port 2
+                     2     S0.8W             no      -                                                       -
+                     3     S0.0E  Tre        no      single cable, single cable, second generation 5150 MHz  burst B
+                3 satellites
+                """,
+                run(storage(), "list", "1", "--kind", "satellites").out());
+        assertEquals(
+                """
+                record                         1,1
+                position                       S19.2E
+                name                           "Uno· Züri"
+                in use                         yes
+                LNB signal detected            no
+                LNB kind                       universal
+                antenna type                   3
+                LNB type                       0
+                low band oscillator            9750 MHz
+                high band oscillator           10600 MHz
+                high band begins at            11700 MHz
+                LNB power                      0
+                22 kHz tone                    1
+                tone burst                     -
+                DiSEqC type                    2
+                DiSEqC position                port 2
+                polarization                   0
+                extended DiSEqC type           0
+                extended DiSEqC port           0
+                MDU type                       0
+                single-cable position          0
+                main tuner's user band         0
+                main tuner's band frequency    -
+                sub tuner's user band          0
+                sub tuner's band frequency     1210 MHz
+                """,
+                run(storage(), "show", "1,1", "--kind", "satellites", "--hex").out());
+        String third = run(storage(), "show", "1,3", "-k", "satellites").out();
+        assertTrue(third.contains("\ntone burst                     B\n"), third);
+        assertTrue(third.contains("\nantenna type                   1\n"), third);
+        assertTrue(run(storage(), "show", "1,2", "-k", "satellites").out().contains("\nantenna type                   -\n"));
+        assertEquals(
+                new Result(1, "", "tavro: list 1 has no record 9\n"), run(storage(), "show", "1,9", "--kind", "satellites"));
+        assertEquals(
+                new Result(1, "", "tavro: there is no satellite list 2 in " + storage() + "\n"),
+                run(storage(), "list", "2", "--kind", "satellites"));
     }
 }

@@ -1,0 +1,35 @@
+package com.velotra.tv.tavro.tool;
+
+import com.velotra.tv.tavro.services.channellist.VltTvNetworkInfo;
+import com.velotra.tv.tavro.services.channellist.VltTvNetworkInfoBase;
+import java.util.List;
+
+/** Networks as a table, one a row. */
+final class NetworkTable {
+    private NetworkTable() {}
+
+    /** The first {@code most} networks of a list, no line wider than {@code columns}. */
+    static String of(List<VltTvNetworkInfo> networks, int most, int columns) {
+        Table table = new Table(">record", ">network id", "name", ">version", "favourite", "candidate");
+        for (VltTvNetworkInfo network : networks.subList(0, Math.min(most, networks.size()))) {
+            VltTvNetworkInfoBase values = network.values();
+            table.add(
+                    network.id().recordId(),
+                    values.getNwlNetworkId(),
+                    values.getNetworkName(),
+                    values.getNetworkVersion(),
+                    values.getNwlFavNetwork() == 1 ? "yes" : "no",
+                    values.getNwlFavNetworkCandidate() == 1 ? "yes" : "no");
+        }
+        return table.toString(columns) + Table.more(networks.size() - most);
+    }
+
+    /** One network field by field, a line each. */
+    static String describe(VltTvNetworkInfo network) {
+        VltTvNetworkInfoBase values = network.values();
+        return String.format(
+                "record %25s%nnetwork id %21s%nname %27s%nversion %24s%nfavourite %22s%ncandidate %22s%n",
+                values.getNwlIdNwlRecId(), values.getNwlNetworkId(), '"' + values.getNetworkName() + '"',
+                values.getNetworkVersion(), values.getNwlFavNetwork(), values.getNwlFavNetworkCandidate());
+    }
+}

@@ -1,0 +1,124 @@
+package com.velotra.tv.tavro.tool;
+
+import com.velotra.tv.tavro.services.channellist.OrbitalPosition;
+import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfo;
+import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfoBase;
+import java.util.ArrayList;
+import java.util.List;
+
+/** Satellites as a table, one a row. */
+final class SatelliteTable {
+    private static final int BURST_A = 5;
+    private static final int BURST_B = 6;
+    private static final int NO_POSITION = 255;
+    private static final String NONE = "-";
+
+    private SatelliteTable() {}
+
+    /** The first {@code most} satellites of a list, no line wider than {@code columns}. */
+    static String of(List<VltTvSatelliteInfo> satellites, int most, int columns) {
+        Table table = new Table(">record", ">position", "name", "in use", "LNB", "DiSEqC");
+        for (VltTvSatelliteInfo satellite : satellites.subList(0, Math.min(most, satellites.size()))) {
+            table.add(
+                    satellite.id().recordId(),
+                    position(satellite),
+                    satellite.getName(),
+                    yesNo(satellite.getMaskStatusOn()),
+                    lnb(satellite),
+                    switchPosition(satellite.getDiseqcPosition()));
+        }
+        return table.toString(columns) + Table.more(satellites.size() - most);
+    }
+
+    /** One satellite field by field, a line each. */
+    static String describe(VltTvSatelliteInfo satellite) {
+        Lines lines = new Lines();
+        lines.add("record", satellite.getRecId());
+        lines.add("position", position(satellite));
+        lines.add("name", '"' + Text.printable(satellite.getName()) + '"');
+        lines.add("in use", yesNo(satellite.getMaskStatusOn()));
+        lines.add("LNB signal detected", yesNo(satellite.getLnbSignalDetected()));
+        lines.add("LNB kind", kind(satellite));
+        lines.add("antenna type", satellite.keys().contains("AntennaType") ? satellite.getAntennaType() : NONE);
+        lines.add("LNB type", satellite.getLnbType());
+        lines.add("low band oscillator", megahertz(satellite.getLnbLowFreq()));
+        lines.add("high band oscillator", megahertz(satellite.getLnbHighFreq()));
+        lines.add("high band begins at", megahertz(satellite.getLnbSwitchFreq()));
+        lines.add("LNB power", satellite.getLnbPower());
+        lines.add("22 kHz tone", satellite.getTone22k());
+        lines.add("tone burst", burst(satellite.getToneBurst()));
+        lines.add("DiSEqC type", satellite.getDiseqcType());
+        lines.add("DiSEqC position", switchPosition(satellite.getDiseqcPosition()));
+        lines.add("polarization", satellite.getDiseqcPolar());
+        lines.add("extended DiSEqC type", satellite.getDiseqcTypeEx());
+        lines.add("extended DiSEqC port", satellite.getDiseqcPositionEx());
+        lines.add("MDU type", satellite.getMduType());
+        lines.add("single-cable position", satellite.getUnicablePosition());
+        lines.add("main tuner's user band", satellite.getSingleCableUserBandMain());
+        lines.add("main tuner's band frequency", megahertz(satellite.getSingleCableBandFreqMain()));
+        lines.add("sub tuner's user band", satellite.getSingleCableUserBandSub());
+        lines.add("sub tuner's band frequency", megahertz(satellite.getSingleCableBandFreqSub()));
+        return lines.text.toString();
+    }
+
+    private static final class Lines {
+        final StringBuilder text = new StringBuilder();
+
+        void add(String label, Object value) {
+            text.append(String.format("%-30s %s%n", label, value));
+        }
+    }
+
+    private static OrbitalPosition position(VltTvSatelliteInfoBase satellite) {
+        return new OrbitalPosition(satellite.getOrbitPosition());
+    }
+
+    private static String yesNo(int flag) {
+        return flag == 1 ? "yes" : "no";
+    }
+
+    // By the flags: every record has them, while the antenna type of one without any is that of the record before it.
+    private static String kind(VltTvSatelliteInfoBase satellite) {
+        List<String> kinds = new ArrayList<>();
+        if (satellite.getMaskLnbUniver() == 1) {
+            kinds.add("universal");
+        }
+        if (satellite.getMaskLnbSingcab() == 1) {
+            kinds.add("single cable");
+        }
+        if (satellite.getMaskLnbSingcabJess() == 1) {
+            kinds.add("single cable, second generation");
+        }
+        return kinds.isEmpty() ? NONE : String.join(", ", kinds);
+    }
+
+    private static String lnb(VltTvSatelliteInfoBase satellite) {
+        int low = satellite.getLnbLowFreq();
+        int high = satellite.getLnbHighFreq();
+        String oscillators = low == 0 && high == 0 ? "" : high == 0 ? low + " MHz" : low + "/" + high + " MHz";
+        String kind = kind(satellite);
+        return kind.equals(NONE) && !oscillators.isEmpty() ? oscillators : (kind + " " + oscillators).strip();
+    }
+
+    private static String megahertz(int frequency) {
+        return frequency == 0 ? NONE : frequency + " MHz";
+    }
+
+    private static String burst(int value) {
+        return switch (value) {
+            case 0 -> "A";
+            case 1 -> "B";
+            case NO_POSITION -> NONE;
+            default -> Integer.toString(value);
+        };
+    }
+
+    private static String switchPosition(int value) {
+        return switch (value) {
+            case BURST_A -> "burst A";
+            case BURST_B -> "burst B";
+            case NO_POSITION -> NONE;
+            default -> "port " + value;
+        };
+    }
+}
