@@ -64,7 +64,7 @@ public:
     }
 
     // Adds a record under the id that it carries, or replaces the one that has the id already. The
-    // record's list-id fields are made to name this list.
+    // record's list-id fields, where the kind has them, are made to name this list.
     int copyInfo(int list_id, Record* record) {
         Base::trace_list("", "copyInfo", list_id);
         MwdbHandle handle = 0;

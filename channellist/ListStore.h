@@ -70,8 +70,6 @@ struct MwdbWords {
     static constexpr auto mw_store = PREFIX##_fs_store;                                                                \
     static constexpr auto mw_lock = PREFIX##_lock;                                                                     \
     static constexpr auto mw_unlock = PREFIX##_unlock;                                                                 \
-    static constexpr auto mw_read_lock = PREFIX##_read_lock;                                                           \
-    static constexpr auto mw_read_unlock = PREFIX##_read_unlock;                                                       \
     static constexpr auto mw_query_record_id = PREFIX##_qry_rec_id;                                                    \
     static constexpr auto mw_add = PREFIX##_add_rec;                                                                   \
     static constexpr auto mw_update = PREFIX##_update_rec;                                                             \

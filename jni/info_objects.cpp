@@ -33,11 +33,4 @@ bool ResultList::create(Jni& jni, const char* name) {
     return true;
 }
 
-KeyList::KeyList(Jni& jni, jobject list) : jni_(jni), list_(list) {
-    jclass cls = jni.class_of(list);
-    jmethodID size = jni.method(cls, "size", "()I");
-    get_ = jni.method(cls, "get", "(I)Ljava/lang/Object;");
-    size_ = jni.call_int(list, size);
-}
-
 } // namespace tavro

@@ -1,4 +1,4 @@
-// What the natives need that hand records to Java as objects: classes, a result list, a list of keys.
+// What the natives need that hand records to Java as objects: classes and a result list.
 #pragma once
 
 #include "jni/jni_env.h"
@@ -29,22 +29,6 @@ public:
 private:
     jobject list_ = nullptr;
     jmethodID add_ = nullptr;
-};
-
-// A java.util.List of the keys whose values are wanted; the list may not be null.
-class KeyList {
-public:
-    KeyList(Jni& jni, jobject list);
-
-    jint size() const { return size_; }
-    // The key at a position; a local reference.
-    jstring get(jint index) { return static_cast<jstring>(jni_.call_object(list_, get_, index)); }
-
-private:
-    Jni& jni_;
-    jobject list_;
-    jmethodID get_;
-    jint size_;
 };
 
 } // namespace tavro

@@ -8,10 +8,13 @@ namespace tavro {
 // Looks the list's methods up and asks its size at once. A null list fails the native call (Jni::failed).
 class JavaList {
 public:
-    JavaList(Jni& jni, jobject list) : jni_(jni), list_(list) {
+    enum class LookUp { kGetFirst, kSizeFirst };
+
+    JavaList(Jni& jni, jobject list, LookUp order = LookUp::kGetFirst) : jni_(jni), list_(list) {
         jclass cls = jni.class_of(list);
+        jmethodID size = order == LookUp::kSizeFirst ? jni.method(cls, "size", "()I") : nullptr;
         get_ = jni.method(cls, "get", "(I)Ljava/lang/Object;");
-        size_ = jni.call_int(list, jni.method(cls, "size", "()I"));
+        size_ = jni.call_int(list, order == LookUp::kSizeFirst ? size : jni.method(cls, "size", "()I"));
     }
 
     jint size() const { return size_; }

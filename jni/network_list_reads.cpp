@@ -1,6 +1,7 @@
 // The network list's natives that hand networks to Java as objects.
 
 #include "jni/info_objects.h"
+#include "jni/java_list.h"
 #include "jni/jni_env.h"
 #include "jni/list_lock.h"
 #include "jni/log_gate.h"
@@ -12,8 +13,8 @@
 #include <cstring>
 
 using tavro::JavaClass;
+using tavro::JavaList;
 using tavro::Jni;
-using tavro::KeyList;
 using tavro::UtfChars;
 
 namespace {
@@ -103,14 +104,17 @@ jobject com_velotra_tv_tavro_networklist_getInfo(JNIEnv* env, jobject, jstring i
         return nullptr;
     }
     const Result result = make_result(jni, info, info_object, base, read_identifier);
+    if (jni.failed()) {
+        return nullptr;
+    }
     if (keys == nullptr) {
         put_values(jni, result, record);
         return finish(jni, result);
     }
-    KeyList list(jni, keys);
+    JavaList list(jni, keys, JavaList::LookUp::kSizeFirst);
     TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "Key List size = %d\n", list.size());
     for (jint i = 0; i < list.size(); ++i) {
-        const UtfChars key(jni, list.get(i));
+        const UtfChars key(jni, static_cast<jstring>(list.get(i)));
         put_value(jni, result, key.c_str(), record);
     }
     return finish(jni, result);
@@ -140,13 +144,16 @@ jobject com_velotra_tv_tavro_networklist_getInfoList(JNIEnv* env, jobject, jint 
         jstring identifier = tavro::combine_identifier(jni, mwdbId, record.ui2_nwl_rec_id);
         jobject info_object = jni.new_object(info.cls, info.constructor);
         const Result result = make_result(jni, info, info_object, base, identifier);
+        if (jni.failed()) {
+            return nullptr;
+        }
         if (keys == nullptr) {
             put_values(jni, result, record);
         } else {
-            KeyList list(jni, keys);
+            JavaList list(jni, keys, JavaList::LookUp::kSizeFirst);
             TAVRO_LOG_DEBUG(kNoTag, "[jni_VltTvList_Init]getInfoList, Key List size = %d\n", list.size());
             for (jint i = 0; i < list.size(); ++i) {
-                const UtfChars key(jni, list.get(i));
+                const UtfChars key(jni, static_cast<jstring>(list.get(i)));
                 TAVRO_LOG_DEBUG(kNoTag, "[jni_VltTvList_Init]getInfoList, keyName = %s \n", key.c_str());
                 put_value(jni, result, key.c_str(), record);
             }

@@ -1,8 +1,9 @@
 // The native methods of the Java class VltTvSatelliteList. The rules are those of the channel list's
 // natives (channel_list_bridge.h); what differs is said here.
 //
-// Identifiers are taken apart by the manager: one that has no comma finds no record, and one whose parts
-// are no numbers raises std::stoi's exception, which nobody catches.
+// Identifiers given as text are taken apart by the manager: one that has no comma finds no record, and one
+// whose parts are no numbers raises std::stoi's exception, which nobody catches. That of a satellite object
+// is parsed as everywhere (trimId).
 #pragma once
 
 #include "jni/forwarding.h"
@@ -20,7 +21,8 @@ jobject com_velotra_tv_tavro_satellitelist_getInfo(JNIEnv* env, jobject self, js
 
 // The satellites of a list as a java.util.ArrayList of VltTvSatelliteInfo, read under the list's read lock;
 // empty when there are none, null when one cannot be read. All results take their values over from one
-// carrier object: what `keys` does not name is as the record before left it.
+// carrier object: a value that a record lacks, the antenna type of one without an LNB, is as the record
+// before left it.
 jobject com_velotra_tv_tavro_satellitelist_getInfoList(JNIEnv* env, jobject self, jint mwdbId, jobject keys);
 
 // The satellite names its list itself. Without an identifier the record asked for is 0 of list 0, which

@@ -1,6 +1,7 @@
 // The satellite list's natives that hand satellites to Java as objects.
 
 #include "jni/info_objects.h"
+#include "jni/java_list.h"
 #include "jni/jni_env.h"
 #include "jni/list_lock.h"
 #include "jni/log_gate.h"
@@ -12,8 +13,8 @@
 #include <string>
 
 using tavro::JavaClass;
+using tavro::JavaList;
 using tavro::Jni;
-using tavro::KeyList;
 
 namespace {
 
@@ -56,9 +57,9 @@ public:
         get_all_diseqc_data(jni_, classes_.base.cls, object_, record.t_diseqc_info);
     }
 
-    void put(KeyList& keys, const _SATL_REC_T& record) {
+    void put(JavaList& keys, const _SATL_REC_T& record) {
         for (jint i = 0; i < keys.size(); ++i) {
-            const char* key = jni_.keep_utf_chars(keys.get(i));
+            const char* key = jni_.keep_utf_chars(static_cast<jstring>(keys.get(i)));
             if (key != nullptr) {
                 get_main_data(jni_, classes_.base.cls, object_, key, record);
                 get_diseqc_data(jni_, classes_.base.cls, object_, key, record.t_diseqc_info);
@@ -89,6 +90,9 @@ jobject com_velotra_tv_tavro_satellitelist_getInfo(JNIEnv* env, jobject, jstring
         return nullptr;
     }
     Carrier carrier(jni, classes);
+    if (jni.failed()) {
+        return nullptr;
+    }
     _SATL_REC_T record = {};
     const int read = satList->getInfo(text, &record);
     TAVRO_LOG_DEBUG(kNoTag, "[%s]: pt_satl_rec.ui4_mask = %d \n", __func__, static_cast<int>(record.ui4_mask));
@@ -107,7 +111,7 @@ jobject com_velotra_tv_tavro_satellitelist_getInfo(JNIEnv* env, jobject, jstring
     if (keys == nullptr) {
         carrier.put_all(record);
     } else {
-        KeyList list(jni, keys);
+        JavaList list(jni, keys);
         TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "Key List size = %d\n", list.size());
         carrier.put(list, record);
     }
@@ -125,6 +129,9 @@ jobject com_velotra_tv_tavro_satellitelist_getInfoList(JNIEnv* env, jobject, jin
     const ReadLock lock(*satList, mwdbId);
     const int number = satList->getInfoListNum(mwdbId);
     Carrier carrier(jni, classes);
+    if (jni.failed()) {
+        return nullptr;
+    }
     for (int index = 0; index < number; ++index) {
         _SATL_REC_T record = {};
         int version = 0;
@@ -137,7 +144,7 @@ jobject com_velotra_tv_tavro_satellitelist_getInfoList(JNIEnv* env, jobject, jin
         if (keys == nullptr) {
             carrier.put_all(record);
         } else {
-            KeyList list(jni, keys);
+            JavaList list(jni, keys);
             TAVRO_LOG_DEBUG(kNoTag, "[jni_VltTvList_Init]getInfoList, Key List size = %d\n", list.size());
             carrier.put(list, record);
         }

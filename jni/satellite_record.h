@@ -15,8 +15,8 @@ inline constexpr char kSatelliteContainsKey[] =
 // Key and field of the record identifier.
 inline constexpr char kSatelliteIdKey[] = "RecId";
 
-// Java to record: the values whose key the object carries, the rest of the record staying as it is. Each
-// function looks the object's isContainsKey up; fields belong to VltTvSatelliteInfoBase.
+// Java to record: the values whose key the object carries, the rest of the record staying as it is. All but
+// the last look the object's isContainsKey up; fields belong to VltTvSatelliteInfoBase.
 
 // Flags, position, name and antenna type. The antenna type comes last and overrides the LNB flags.
 void set_main_data(tavro::RecordObject& object, _SATL_REC_T& record);

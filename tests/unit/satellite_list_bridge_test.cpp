@@ -435,6 +435,29 @@ TEST_F(SatelliteBridge, AClassOrConstructorThatIsMissingForAListIsToldBeforeTheL
     }
 }
 
+TEST_F(SatelliteBridge, ACarrierThatCannotBeMadeOrHandedOverEndsAReadBeforeARecordIsAskedFor) {
+    log_level("D");
+    for (const int call : {6, 7}) { // the carrier, its "satlToSatelliteInfo"
+        FakeJni failing;
+        failing.fail_nth(call);
+        EXPECT_EQ(com_velotra_tv_tavro_satellitelist_getInfo(failing.env(), nullptr, ref(id), nullptr), nullptr);
+        EXPECT_EQ(failing.journal_with("log "), Lines{}) << call;
+        EXPECT_EQ(failing.journal_with("x_satl"), Lines{}) << call;
+        EXPECT_TRUE(failing.exception_pending());
+    }
+    ASSERT_EQ(satList->open(5), 0);
+    log_level("E");
+    for (const int call : {9, 10}) {
+        FakeJni failing;
+        failing.fail_nth(call);
+        EXPECT_EQ(com_velotra_tv_tavro_satellitelist_getInfoList(failing.env(), nullptr, 5, nullptr), nullptr);
+        EXPECT_EQ(failing.journal_with("x_satl"),
+                  (Lines{"x_satl_read_lock(0x40005)", "x_satl_get_num_recs(0x40005)", "x_satl_read_unlock(0x40005)"}))
+            << call;
+        EXPECT_TRUE(failing.exception_pending());
+    }
+}
+
 TEST_F(SatelliteBridge, ANumberThatIsNoneEndsInTheConversionsError) {
     const auto get = [&](const char* text) {
         return com_velotra_tv_tavro_satellitelist_getInfo(jni.env(), nullptr, ref(jni.string(text)), nullptr);
