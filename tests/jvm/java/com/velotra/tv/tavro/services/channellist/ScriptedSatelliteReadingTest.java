@@ -24,7 +24,7 @@ class ScriptedSatelliteReadingTest extends SatellitePlatform {
     }
 
     private static List<String> keys(VltTvSatelliteInfo info) {
-        return List.copyOf(info.values().keys());
+        return List.copyOf(info.keys());
     }
 
     @Test
@@ -33,11 +33,11 @@ class ScriptedSatelliteReadingTest extends SatellitePlatform {
         Script.logLevel("D");
         Script.answer("x_satl_get_rec", Records.with32(stored, 4, 0x80002000 | 0x8000));
         VltTvSatelliteInfo info = satellites.nativeGetInfo("5,12", null);
-        assertEquals("5,17", info.values().getRecId());
+        assertEquals("5,17", info.getRecId());
         assertEquals(ALL_IN_ORDER, keys(info));
-        assertEquals("Uno", info.values().getName());
-        assertEquals(1, info.values().getMaskStatusOn());
-        assertEquals(1, info.values().getAntennaType());
+        assertEquals("Uno", info.getName());
+        assertEquals(1, info.getMaskStatusOn());
+        assertEquals(1, info.getAntennaType());
         assertJournal(
                 store("[getInfo]: string recId = 5,12 \n"),
                 store("[getInfo]: satId = 5, satRecId = 12 \n"),
@@ -51,7 +51,7 @@ class ScriptedSatelliteReadingTest extends SatellitePlatform {
     void oneSatelliteTakesTheListFromTheTextAsTheStoreDoes() {
         open(5);
         Script.answer("x_satl_get_rec", stored);
-        assertEquals("5,17", satellites.nativeGetInfo(" 5x, 12,9", null).values().getRecId());
+        assertEquals("5,17", satellites.nativeGetInfo(" 5x, 12,9", null).getRecId());
         assertJournal("x_satl_get_rec(0x40005, 12)");
     }
 
@@ -113,8 +113,8 @@ class ScriptedSatelliteReadingTest extends SatellitePlatform {
                 "x_satl_get_rec_by_rec_idx", Records.withText(Records.with32(Records.with16(stored, 0, 18), 4, 0x8000), 282, "Due"));
         List<VltTvSatelliteInfo> list = satellites.nativeGetInfoList(5, null);
         assertSame(ArrayList.class, list.getClass());
-        assertEquals(List.of("5,17", "5,18"), list.stream().map(info -> info.values().getRecId()).toList());
-        assertEquals(List.of("Uno", "Due"), list.stream().map(info -> info.values().getName()).toList());
+        assertEquals(List.of("5,17", "5,18"), list.stream().map(info -> info.getRecId()).toList());
+        assertEquals(List.of("Uno", "Due"), list.stream().map(info -> info.getName()).toList());
         assertEquals(ALL_IN_ORDER, keys(list.get(1)));
         assertJournal(
                 entry("getInfoList", 4601),
@@ -161,7 +161,7 @@ class ScriptedSatelliteReadingTest extends SatellitePlatform {
         assertEquals(List.of("RecId"), keys(list.get(0)));
         assertEquals(List.of("RecId", "AntennaType"), keys(list.get(1)));
         assertEquals(List.of("RecId", "AntennaType"), keys(list.get(2)));
-        assertEquals(1, list.get(2).values().getAntennaType());
+        assertEquals(1, list.get(2).getAntennaType());
     }
 
     @Test
@@ -171,8 +171,8 @@ class ScriptedSatelliteReadingTest extends SatellitePlatform {
         Script.answer("x_satl_get_rec_by_rec_idx", stored);
         Script.answer("x_satl_get_rec_by_rec_idx", 0); // a read that leaves the record alone
         List<VltTvSatelliteInfo> list = satellites.nativeGetInfoList(5, List.of("Name"));
-        assertEquals(List.of("5,17", "5,0"), list.stream().map(info -> info.values().getRecId()).toList());
-        assertEquals(List.of("Uno", ""), list.stream().map(info -> info.values().getName()).toList());
+        assertEquals(List.of("5,17", "5,0"), list.stream().map(info -> info.getRecId()).toList());
+        assertEquals(List.of("Uno", ""), list.stream().map(info -> info.getName()).toList());
     }
 
     @Test
@@ -223,5 +223,15 @@ class ScriptedSatelliteReadingTest extends SatellitePlatform {
         Script.always("x_satl_get_num_recs", 0, 1);
         Script.always("x_satl_get_rec_by_rec_idx", stored);
         assertEquals(1, satellites.nativeGetInfoList(5, null).size());
+    }
+
+    @Test
+    void recordIdsAreUnsignedAndTheListIsToldAsItWasGiven() {
+        open(5);
+        Script.always("x_satl_get_rec", Records.with16(stored, 0, 0xABCD));
+        assertEquals("65541,43981", satellites.nativeGetInfo("65541,12", null).getRecId());
+        Script.always("x_satl_get_num_recs", 0, 1);
+        Script.always("x_satl_get_rec_by_rec_idx", Records.with16(stored, 0, 65535));
+        assertEquals("65541,65535", satellites.nativeGetInfoList(65541, null).get(0).getRecId());
     }
 }

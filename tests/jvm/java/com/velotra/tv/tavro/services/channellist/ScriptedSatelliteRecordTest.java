@@ -147,7 +147,7 @@ class ScriptedSatelliteRecordTest extends SatellitePlatform {
         Script.reset();
         Script.logLevel("D");
         Script.always("x_satl_get_rec", record);
-        return satellites.nativeGetInfo("1,17", keys.length == 0 ? null : List.of(keys)).values();
+        return satellites.nativeGetInfo("1,17", keys.length == 0 ? null : List.of(keys));
     }
 
     @Test

@@ -237,4 +237,14 @@ class ScriptedSatelliteTest extends SatellitePlatform {
         assertEquals("", satellites.nativeAdd(2, "1,12"));
         assertEquals(List.of(entry, PREFIX + "[satList->copyInfo][-22] "), bridgeLines());
     }
+
+    @Test
+    void recordIdsAreUnsignedAndTheListIsToldAsItWasGiven() {
+        open(1, 2);
+        Script.answer("x_satl_qry_rec_id", 0, 65534);
+        assertEquals("65537,65535", satellites.nativeAdd(65537, new VltTvSatelliteInfoBase()));
+        Script.answer("x_satl_get_rec", Records.with16(stored, 0, 0xABCD));
+        assertEquals("65538,43981", satellites.nativeAdd(65538, "1,12"));
+        assertEquals(List.of("x_satl_add_rec(0x40001, record)", "x_satl_add_rec(0x40002, record)"), Script.linesWith("add_rec("));
+    }
 }

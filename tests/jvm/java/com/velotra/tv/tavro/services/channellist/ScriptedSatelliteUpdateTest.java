@@ -247,6 +247,16 @@ class ScriptedSatelliteUpdateTest extends SatellitePlatform {
         assertArrayEquals(new byte[SIZE], Script.lastRecord()); // its read left the record alone
     }
 
+    @Test
+    void aSatelliteThatWasReadCanBeChangedAndHandedToAnUpdate() {
+        open(1);
+        Script.always("x_satl_get_rec", Records.with32(stored, 4, 0x2000));
+        VltTvSatelliteInfo info = satellites.nativeGetInfo("1,17", List.of("LnbType"));
+        info.setLnbType(7);
+        assertEquals(0, satellites.nativeUpdateInfo(info));
+        assertArrayEquals(Records.with32(Records.with32(stored, 4, 0x2000), 8, 7), Script.lastRecord());
+    }
+
     private static byte[] recordOf(String call) {
         return Script.record(List.of(Script.lines()).indexOf(call));
     }
