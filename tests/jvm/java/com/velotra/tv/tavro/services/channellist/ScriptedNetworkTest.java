@@ -29,6 +29,10 @@ class ScriptedNetworkTest extends ScriptedPlatform {
         return Script.linesWith(PREFIX);
     }
 
+    private static List<String> calls() {
+        return Arrays.stream(Script.lines()).filter(line -> line.startsWith("x_")).toList();
+    }
+
     @Test
     void forwardingNativesPassOnTheStoresStatus() {
         open(networks, 1, 2);
@@ -145,7 +149,7 @@ class ScriptedNetworkTest extends ScriptedPlatform {
                         "x_nwl_get_rec_by_rec_idx(0x30001, 0)",
                         "x_nwl_get_rec_by_rec_idx(0x30001, 1)",
                         "x_nwl_read_unlock(0x30001)"),
-                Arrays.stream(Script.lines()).filter(line -> line.startsWith("x_")).toList());
+                calls());
     }
 
     @Test
@@ -234,6 +238,47 @@ class ScriptedNetworkTest extends ScriptedPlatform {
         assertArrayEquals(Records.with16(stored, 6, 2), Script.lastRecord());
         assertEquals(List.of(PREFIX + "[" + BRIDGE + "updateInfo_by_recId][3555] "), bridgeLines());
         assertEquals(-22, networks.native_updateInfo(2, "17"));
+        assertEquals(
+                List.of(
+                        "x_nwl_get_rec(0x30001, 17)",
+                        "x_nwl_lock(0x30002)",
+                        "x_nwl_update_rec(0x30002, record, 0)",
+                        "x_nwl_unlock(0x30002)"),
+                calls());
+    }
+
+    @Test
+    void updateByRecordIdOfASourceThatCannotBeReadFailsWithoutTheLock() {
+        open(networks, 1, 2);
+        Script.answer("x_nwl_get_rec", -7);
+        assertEquals(-22, networks.native_updateInfo(2, "1,17"));
+        assertJournal("x_nwl_get_rec(0x30001, 17)");
+    }
+
+    @Test
+    void readsOfOneNetworkTakeNoLockAndAddsAndRemovesTheStoresAlone() {
+        open(networks, 1, 2);
+        networks.native_getInfo("1,17", null);
+        networks.nativeAdd(1, new VltTvNetworkInfoBase());
+        networks.nativeAdd(2, "1,17");
+        networks.nativeRemove("1,17");
+        networks.nativeRemoveByRecId(2, "1,18");
+        assertJournal(
+                "x_nwl_get_rec(0x30001, 17)",
+                "x_nwl_qry_rec_id(0x30001, 2)",
+                "x_nwl_lock(0x30001)",
+                "x_nwl_add_rec(0x30001, record)",
+                "x_nwl_unlock(0x30001)",
+                "x_nwl_get_rec(0x30001, 17)",
+                "x_nwl_lock(0x30002)",
+                "x_nwl_add_rec(0x30002, record)",
+                "x_nwl_unlock(0x30002)",
+                "x_nwl_lock(0x30001)",
+                "x_nwl_del_rec(0x30001, 17)",
+                "x_nwl_unlock(0x30001)",
+                "x_nwl_lock(0x30002)",
+                "x_nwl_del_rec(0x30002, 18)",
+                "x_nwl_unlock(0x30002)");
     }
 
     @Test
@@ -291,6 +336,7 @@ class ScriptedNetworkTest extends ScriptedPlatform {
         assertEquals("1,2", networks.nativeAdd(1, named("cannot be parsed")));
         Script.answer("x_nwl_add_rec", -9);
         assertEquals("", networks.nativeAdd(1, info));
+        assertEquals(PREFIX + "[nwList->addInfo][-22] ", Script.linesWith("[nwList->").get(2));
         assertEquals("", networks.nativeAdd(1, (VltTvNetworkInfoBase) null));
     }
 
@@ -306,5 +352,9 @@ class ScriptedNetworkTest extends ScriptedPlatform {
         assertEquals("", networks.nativeAdd(2, "17"));
         Script.answer("x_nwl_get_rec", -7);
         assertEquals("", networks.nativeAdd(2, "1,17"));
+        Script.answer("x_nwl_add_rec", -9);
+        assertEquals("", networks.nativeAdd(2, "1,17"));
+        assertEquals(
+                List.of(PREFIX + "[nwList->copyInfo][0] ", PREFIX + "[nwList->copyInfo][-22] "), Script.linesWith("[nwList->"));
     }
 }

@@ -29,6 +29,10 @@ class ScriptedTransportStreamTest extends ScriptedPlatform {
         return Script.linesWith(PREFIX);
     }
 
+    private static List<String> calls() {
+        return Arrays.stream(Script.lines()).filter(line -> line.startsWith("x_")).toList();
+    }
+
     @Test
     void forwardingNativesPassOnTheStoresStatus() {
         open(streams, 1, 2);
@@ -146,7 +150,35 @@ class ScriptedTransportStreamTest extends ScriptedPlatform {
                         "x_tsl_get_num_rec_by_sat(0x20006, 65535, 6, 9)",
                         "x_tsl_get_rec_by_sat(0x20006, 65535, 6, 9, 0)",
                         "x_tsl_read_unlock(0x20006)"),
-                Arrays.stream(Script.lines()).filter(line -> line.startsWith("x_")).toList());
+                calls());
+    }
+
+    @Test
+    void aListBySatelliteWithoutRecordsIsNullAndUnlocked() {
+        open(streams, 6);
+        assertNull(streams.native_getInfoListBySatellite(6, 9));
+        assertJournal(
+                "x_tsl_read_lock(0x20006)", "x_tsl_get_num_rec_by_sat(0x20006, 65535, 6, 9)", "x_tsl_read_unlock(0x20006)");
+    }
+
+    @Test
+    void aListBySatelliteThatFailsSaysSoUnderItsOwnNameAndUnlocks() {
+        open(streams, 6);
+        Script.logLevel("D");
+        Script.always("x_tsl_get_num_rec_by_sat", 0, 3);
+        Script.answer("x_tsl_get_rec_by_sat", stored);
+        Script.answer("x_tsl_get_rec_by_sat", -7);
+        assertNull(streams.native_getInfoListBySatellite(6, 9));
+        String name = PREFIX + BRIDGE + "getInfoListBySatellite";
+        assertEquals(List.of(name, name + " getInfoByIdx fail ret=-22 "), bridgeLines());
+        assertEquals(
+                List.of(
+                        "x_tsl_read_lock(0x20006)",
+                        "x_tsl_get_num_rec_by_sat(0x20006, 65535, 6, 9)",
+                        "x_tsl_get_rec_by_sat(0x20006, 65535, 6, 9, 0)",
+                        "x_tsl_get_rec_by_sat(0x20006, 65535, 6, 9, 1)",
+                        "x_tsl_read_unlock(0x20006)"),
+                calls());
     }
 
     @Test
@@ -189,6 +221,12 @@ class ScriptedTransportStreamTest extends ScriptedPlatform {
         assertEquals(0, streams.native_updateInfo(300, "1,17"));
         byte[] expected = Records.with16(Records.with16(Records.with8(stored, 20, 44), 708, 300), 712, 300);
         assertArrayEquals(expected, Script.lastRecord());
+        List<String> stored = List.of(
+                "x_tsl_get_rec(0x20001, 17)",
+                "x_tsl_lock(0x2012c)",
+                "x_tsl_update_rec(0x2012c, record, 0)",
+                "x_tsl_unlock(0x2012c)");
+        assertEquals(stored, calls());
         assertEquals(-22, streams.native_updateInfo(300, "bad"));
         assertEquals(-22, streams.native_updateInfo(300, (String) null));
         String name = PREFIX + BRIDGE + "updateInfo_by_recId";
@@ -198,7 +236,42 @@ class ScriptedTransportStreamTest extends ScriptedPlatform {
                         name, name + " recId=bad", name + " tmpRecId=0 ",
                         name, name + " recId=", name + " tmpRecId=0 "),
                 bridgeLines());
+        assertEquals(stored, calls());
         streams.native_close(300);
+    }
+
+    @Test
+    void updateByRecordIdOfASourceThatCannotBeReadFailsWithoutTheLock() {
+        open(streams, 1, 2);
+        Script.answer("x_tsl_get_rec", -7);
+        assertEquals(-22, streams.native_updateInfo(2, "1,17"));
+        assertJournal("x_tsl_get_rec(0x20001, 17)");
+    }
+
+    @Test
+    void readsOfOneStreamTakeNoLockAndAddsAndRemovesTheStoresAlone() {
+        open(streams, 1, 2);
+        streams.native_getInfo("1,17");
+        streams.nativeAdd(1, info());
+        streams.nativeAdd(2, "1,17");
+        streams.nativeRemove("1,17");
+        streams.nativeRemoveByRecId(2, "1,18");
+        assertJournal(
+                "x_tsl_get_rec(0x20001, 17)",
+                "x_tsl_qry_rec_id(0x20001, 2)",
+                "x_tsl_lock(0x20001)",
+                "x_tsl_add_rec(0x20001, record)",
+                "x_tsl_unlock(0x20001)",
+                "x_tsl_get_rec(0x20001, 17)",
+                "x_tsl_lock(0x20002)",
+                "x_tsl_add_rec(0x20002, record)",
+                "x_tsl_unlock(0x20002)",
+                "x_tsl_lock(0x20001)",
+                "x_tsl_del_rec(0x20001, 17)",
+                "x_tsl_unlock(0x20001)",
+                "x_tsl_lock(0x20002)",
+                "x_tsl_del_rec(0x20002, 18)",
+                "x_tsl_unlock(0x20002)");
     }
 
     @Test
@@ -266,8 +339,10 @@ class ScriptedTransportStreamTest extends ScriptedPlatform {
     @Test
     void addThatFailsAnswersAnEmptyString() {
         open(streams, 1);
+        Script.logLevel("D");
         Script.answer("x_tsl_add_rec", -9);
         assertEquals("", streams.nativeAdd(1, info()));
+        assertEquals(List.of(PREFIX + "[tsList->addInfo][-22] "), Script.linesWith("[tsList->"));
         assertEquals("", streams.nativeAdd(1, (VltTvTransportStreamInfoBase) null));
     }
 
@@ -286,5 +361,7 @@ class ScriptedTransportStreamTest extends ScriptedPlatform {
         assertEquals("", streams.nativeAdd(4, "1,17"));
         Script.answer("x_tsl_add_rec", -9);
         assertEquals("", streams.nativeAdd(4, "1,17"));
+        assertEquals(
+                List.of(PREFIX + "[tsList->copyInfo][0] ", PREFIX + "[tsList->copyInfo][-22] "), Script.linesWith("[tsList->"));
     }
 }
