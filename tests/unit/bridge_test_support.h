@@ -16,7 +16,7 @@
 namespace tavro::test {
 
 // How the lines of the natives begin.
-inline const std::string kBridge = "log 3 -: [jni_VltTvList_Init] ";
+inline const std::string kJniLine = "log 3 -: [jni_VltTvList_Init] ";
 
 // A list kind as its natives see it.
 struct BridgeKind {
@@ -73,9 +73,9 @@ protected:
     static const std::string& text_of(jstring text) { return FakeJni::from(text).text; }
 
     // The lines that natives begin with.
-    Lines entry(const std::string& native) const { return {kBridge + kind.natives + native}; }
+    Lines entry(const std::string& native) const { return {kJniLine + kind.natives + native}; }
     Lines entry(const std::string& native, int line) const {
-        return {kBridge + "[" + kind.natives + native + "][" + std::to_string(line) + "] "};
+        return {kJniLine + "[" + kind.natives + native + "][" + std::to_string(line) + "] "};
     }
 
     // A record object without keys, and one with that identifier; null for one whose field is null.

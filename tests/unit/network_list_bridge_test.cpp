@@ -192,14 +192,14 @@ TEST_F(NetworkBridge, AnAddAsksForTheIdentifierLastLeavesTheLockToTheStoreAndTel
     const Lines begun = joined(entry("add_Info", 3109), Lines{"NewStringUTF(\"\")"}, kObjectAsked);
     const Lines added = {"x_nwl_qry_rec_id(0x30001, 2)", "x_nwl_lock(0x30001)", "x_nwl_add_rec(0x30001, record)",
                          "x_nwl_unlock(0x30001)"};
-    const Lines answered = {kBridge + "[nwList->addInfo][0] ", kBridge + "[combineMId] mwdbId = 1, recId = 2",
+    const Lines answered = {kJniLine + "[nwList->addInfo][0] ", kJniLine + "[combineMId] mwdbId = 1, recId = 2",
                             "NewStringUTF(\"1,2\")"};
     const Lines full = joined(begun, values_read(), id_asked(id_read("1,77")), added);
     EXPECT_EQ(add(), "1,2");
     EXPECT_EQ(journal(), joined(full, answered));
     script::answer("x_nwl_add_rec", fails());
     EXPECT_EQ(add(), "");
-    EXPECT_EQ(journal(), joined(full, Lines{kBridge + "[nwList->addInfo][-22] "}));
+    EXPECT_EQ(journal(), joined(full, Lines{kJniLine + "[nwList->addInfo][-22] "}));
     object = &named("x,1");
     EXPECT_EQ(add(), "1,2");
     EXPECT_EQ(journal(), joined(begun, values_asked(), id_asked_and_kept(id_read("x,1")), added, answered));
@@ -219,11 +219,11 @@ TEST_F(NetworkBridge, AnAddByRecordIdLeavesTheLockToTheStoreAndTellsHowItEnded) 
     script::answer("x_nwl_get_rec", reads(bytes_of(stored)));
     EXPECT_EQ(add("1,17"), "2,17");
     EXPECT_EQ(journal(), joined(found, copied,
-                                Lines{kBridge + "[nwList->copyInfo][0] ",
-                                      kBridge + "[combineMId] mwdbId = 2, recId = 17", "NewStringUTF(\"2,17\")"}));
+                                Lines{kJniLine + "[nwList->copyInfo][0] ",
+                                      kJniLine + "[combineMId] mwdbId = 2, recId = 17", "NewStringUTF(\"2,17\")"}));
     script::answer("x_nwl_add_rec", fails());
     EXPECT_EQ(add("1,17"), "");
-    EXPECT_EQ(journal(), joined(found, copied, Lines{kBridge + "[nwList->copyInfo][-22] "}));
+    EXPECT_EQ(journal(), joined(found, copied, Lines{kJniLine + "[nwList->copyInfo][-22] "}));
     script::answer("x_nwl_get_rec", fails());
     EXPECT_EQ(add("1,17"), "");
     EXPECT_EQ(journal(), found);

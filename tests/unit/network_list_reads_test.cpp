@@ -47,7 +47,7 @@ Lines set_all(const std::string& identifier) {
 }
 
 Lines identifier_made(const std::string& record_id) {
-    return {kBridge + "[combineMId] mwdbId = 1, recId = " + record_id, "NewStringUTF(" + quoted("1," + record_id) + ")",
+    return {kJniLine + "[combineMId] mwdbId = 1, recId = " + record_id, "NewStringUTF(" + quoted("1," + record_id) + ")",
             "NewObject(VltTvNetworkInfo)"};
 }
 
@@ -125,14 +125,14 @@ TEST_F(NetworkReading, OneNetworkIsReadWithoutALockIntoACarrierThatTheResultTake
 TEST_F(NetworkReading, OneNetworkByKeysSetsThoseAloneAndReleasesTheKeysCharacters) {
     script::answer("x_nwl_get_rec", reads(bytes_of(stored)));
     ASSERT_NE(get(jni, "1,99", &three_keys()), nullptr);
-    EXPECT_EQ(journal(), joined(one_built(one_begun("1,99")), kKeysAsked, Lines{kBridge + "Key List size = 3\n"},
+    EXPECT_EQ(journal(), joined(one_built(one_begun("1,99")), kKeysAsked, Lines{kJniLine + "Key List size = 3\n"},
                                 three_keys_taken("", "1,17"), kTakeOver));
     EXPECT_EQ(jni.unreleased_chars(), 0);
     jni.clear_journal();
     script::answer("x_nwl_get_rec", reads(bytes_of(stored)));
     ASSERT_NE(get(jni, "1,99", &jni.list({})), nullptr);
     EXPECT_EQ(journal(),
-              joined(one_built(one_begun("1,99")), kKeysAsked, Lines{kBridge + "Key List size = 0\n"}, kTakeOver));
+              joined(one_built(one_begun("1,99")), kKeysAsked, Lines{kJniLine + "Key List size = 0\n"}, kTakeOver));
 }
 
 TEST_F(NetworkReading, OneNetworkThatCannotBeReadIsNullWithALine) {

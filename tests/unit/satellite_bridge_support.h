@@ -5,6 +5,7 @@
 #include "fake_jni.h"
 #include "jni/managers.h"
 #include "jni/satellite_list_bridge.h"
+#include "record_calls.h"
 #include "script.h"
 #include "scripted_test.h"
 
@@ -15,8 +16,6 @@
 #include <vector>
 
 namespace tavro::test {
-
-using Lines = std::vector<std::string>;
 
 inline const std::string kPackage = "com/velotra/tv/tavro/services/channellist/";
 inline const std::string kInfo = kPackage + "VltTvSatelliteInfo";
@@ -43,16 +42,9 @@ inline const std::vector<std::string> kSubDiseqcKeys = {"DiseqcPolar"};
 inline const std::vector<std::string> kSubKeys = {
     "SingleCableUserBandSub", "SingleCableBandFreqSub", "LnbType", "LnbLowFreq", "LnbHighFreq", "LnbSwitchFreq"};
 
-template <class List, class... Lists>
-List joined(List first, const Lists&... more) {
-    (first.insert(first.end(), more.begin(), more.end()), ...);
-    return first;
-}
-
 inline const std::vector<std::string> kAddedKeys = joined(kMainKeys, kDiseqcKeys, kSubDiseqcKeys, kSubKeys);
 inline const std::vector<std::string> kUpdatedKeys = joined(kMainKeys, kDiseqcKeys, kSubKeys); // without DiseqcPolar
 
-inline std::string quoted(const std::string& text) { return '"' + text + '"'; }
 inline std::string field_of(const std::string& key) { return key == "LnbSignalDetected" ? "lnbSignalDetected" : key; }
 
 // Sees which class every method and field is looked up on.

@@ -185,7 +185,7 @@ TEST_F(TransportStreamBridge, OneStreamIsReadWithoutALockAndHandedOverAsItsBytes
 
     script::answer("x_tsl_get_rec", fails());
     EXPECT_EQ(get("1,17"), nullptr);
-    EXPECT_EQ(journal(), joined(asked_for, Lines{kBridge + kind.natives + "getInfo getSVLInfo fail ret=-22 "}));
+    EXPECT_EQ(journal(), joined(asked_for, Lines{kJniLine + kind.natives + "getInfo getSVLInfo fail ret=-22 "}));
     EXPECT_EQ(get("1,x"), nullptr);
     EXPECT_EQ(journal(), chars("1,x"));
 }
@@ -263,15 +263,16 @@ TEST_F(TransportStreamBridge, AnAddLeavesTheLockToTheStoreAndTellsHowItEnded) {
             com_velotra_tv_tavro_transportstreamlist_add_Info(jni.env(), nullptr, 1, FakeJni::ref(object()));
         return text_of(added);
     };
-    const Lines calls = joined(entry("add_Info", 2811), Lines{"NewStringUTF(\"\")", kBridge + "[_set_ts_info][2544] "},
+    const Lines calls = joined(entry("add_Info", 2811), Lines{"NewStringUTF(\"\")", kJniLine + "[_set_ts_info][2544] "},
                                stream_conversion("stream"),
                                Lines{"x_tsl_qry_rec_id(0x20001, 2)", "x_tsl_lock(0x20001)",
                                      "x_tsl_add_rec(0x20001, record)", "x_tsl_unlock(0x20001)"});
     EXPECT_EQ(add(0), "1,2");
-    EXPECT_EQ(journal(), joined(calls, Lines{kBridge + "[tsList->addInfo][0] ",
-                                             kBridge + "[combineMId] mwdbId = 1, recId = 2", "NewStringUTF(\"1,2\")"}));
+    EXPECT_EQ(journal(),
+              joined(calls, Lines{kJniLine + "[tsList->addInfo][0] ", kJniLine + "[combineMId] mwdbId = 1, recId = 2",
+                                  "NewStringUTF(\"1,2\")"}));
     EXPECT_EQ(add(-9), "");
-    EXPECT_EQ(journal(), joined(calls, Lines{kBridge + "[tsList->addInfo][-22] "}));
+    EXPECT_EQ(journal(), joined(calls, Lines{kJniLine + "[tsList->addInfo][-22] "}));
 }
 
 TEST_F(TransportStreamBridge, AnAddByRecordIdLeavesTheLockToTheStoreAndTellsHowItEnded) {
@@ -288,11 +289,11 @@ TEST_F(TransportStreamBridge, AnAddByRecordIdLeavesTheLockToTheStoreAndTellsHowI
     script::answer("x_tsl_get_rec", reads(stored));
     EXPECT_EQ(add("1,17"), "2,17");
     EXPECT_EQ(journal(), joined(found, copied,
-                                Lines{kBridge + "[tsList->copyInfo][0] ",
-                                      kBridge + "[combineMId] mwdbId = 2, recId = 17", "NewStringUTF(\"2,17\")"}));
+                                Lines{kJniLine + "[tsList->copyInfo][0] ",
+                                      kJniLine + "[combineMId] mwdbId = 2, recId = 17", "NewStringUTF(\"2,17\")"}));
     script::answer("x_tsl_add_rec", fails());
     EXPECT_EQ(add("1,17"), "");
-    EXPECT_EQ(journal(), joined(found, copied, Lines{kBridge + "[tsList->copyInfo][-22] "}));
+    EXPECT_EQ(journal(), joined(found, copied, Lines{kJniLine + "[tsList->copyInfo][-22] "}));
     script::answer("x_tsl_get_rec", fails());
     EXPECT_EQ(add("1,17"), "");
     EXPECT_EQ(journal(), found);
