@@ -202,21 +202,17 @@ TEST_F(SatelliteListStore, GetInfoGivesTheRecordThatTheTextNames) {
         const char* list; // as told
         std::uint32_t record;
     } cases[] = {
-        {"5,7", "5", 7},
-        {"5, 7", "5", 7},
-        {" \t+5abc,07xyz", "5", 7},
-        {"5,7,9", "5", 7}, // the first comma counts
-        {"65541,7", "65541", 7},
-        {"-65531,7", "-65531", 7},
-        {"5,65543", "5", 65543},
-        {"5,-65529", "5", 0xFFFF0007},
+        {"5,1207", "5", 1207},         {"5, 1207", "5", 1207},          {" \t+5abc,01207xyz", "5", 1207},
+        {"5,1207,9", "5", 1207}, // the first comma counts
+        {"65541,1207", "65541", 1207}, {"-65531,1207", "-65531", 1207}, {"5,66743", "5", 66743},
+        {"5,-64329", "5", 0xFFFF04B7},
     };
     for (const auto& c : cases) {
         _SATL_REC_T read = {};
         answer("get_rec", with_record(0, bytes_of(sample()), 3));
         EXPECT_EQ(manager.getInfo(c.identifier, &read), 0) << c.identifier;
         expect_journal(text("getInfo", c.identifier) + numbers("getInfo", c.list, c.record) + found(5) +
-                       call("get_rec(@5, 7)"));
+                       call("get_rec(@5, 1207)"));
         EXPECT_EQ(bytes_of(read), bytes_of(sample()));
     }
 }
@@ -297,6 +293,15 @@ TEST_F(SatelliteListStore, GetInfoListNumOfAnEmptyListIsZero) {
     EXPECT_EQ(manager.getInfoListNum(5), 0);
     expect_journal(entry("getInfoListNum", 5) + found(5) + call("get_num_recs(@5)") +
                    debug("[getInfoListNum]:i2_num_rec:0 \n"));
+}
+
+TEST_F(SatelliteListStore, StorageNamesMayBeTwiceAsLongAsTheOtherKinds) {
+    static_assert(SatlKind::kNameBytes == 65); // no list id needs as much
+    static_assert(NwlKind::kNameBytes == 32);
+    answer("open", -7);
+    EXPECT_EQ(manager.open(65535), 0);
+    expect_journal(entry("open", 65535) + tried_open(65535) + call("create(\"fs_satl_65534\", 65535, 1, 16, 0, 0)") +
+                   recorded(65535));
 }
 
 TEST_F(SatelliteListStore, GetInfoListNumOfListZeroFailsWithoutASecondLine) {
