@@ -47,8 +47,8 @@ Lines set_all(const std::string& identifier) {
 }
 
 Lines identifier_made(const std::string& record_id) {
-    return {kJniLine + "[combineMId] mwdbId = 1, recId = " + record_id, "NewStringUTF(" + quoted("1," + record_id) + ")",
-            "NewObject(VltTvNetworkInfo)"};
+    return {kJniLine + "[combineMId] mwdbId = 1, recId = " + record_id,
+            "NewStringUTF(" + quoted("1," + record_id) + ")", "NewObject(VltTvNetworkInfo)"};
 }
 
 class NetworkReading : public BridgeTest {
