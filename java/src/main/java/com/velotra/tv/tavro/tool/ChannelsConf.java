@@ -1,13 +1,13 @@
 package com.velotra.tv.tavro.tool;
 
+import com.velotra.tv.tavro.services.channellist.OrbitalPosition;
+import com.velotra.tv.tavro.tool.sources.Malformed;
+import com.velotra.tv.tavro.tool.sources.SourceFile;
 import java.io.IOException;
-import java.nio.ByteBuffer;
-import java.nio.charset.CharacterCodingException;
-import java.nio.charset.StandardCharsets;
-import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.List;
+import java.util.Optional;
 
 /**
  * Service lists in the channels.conf form of Debian's vdr package.
@@ -19,8 +19,7 @@ import java.util.List;
  * of which older files leave the last one out. A bar in a name stands for a colon; a short name holds no comma. A line
  * that begins with a colon is a group heading; {@code :@N} in front of its text gives the number N to the service that
  * follows, and the next numbers to those behind it, up to the next heading with a number. Numbers only grow. Blank lines
- * and lines that begin with {@code #} say nothing. A line that is not valid UTF-8 is read as ISO-8859-1, which the older
- * examples are written in.
+ * and lines that begin with {@code #} say nothing.
  */
 final class ChannelsConf {
     /** What the first letter of the source says. */
@@ -64,16 +63,13 @@ final class ChannelsConf {
             return source + ":" + frequency + ":" + parameters + ":" + symbolRate;
         }
 
+        /** Where the satellite stands; empty for another medium. */
+        Optional<OrbitalPosition> position() {
+            return medium == Medium.SATELLITE ? Optional.of(OrbitalPosition.parse(source)) : Optional.empty();
+        }
+
         boolean scrambled() {
             return !caIds.isEmpty();
-        }
-    }
-
-    /** A line that is no service: where it is, and why. */
-    record Malformed(Path file, int line, String reason) {
-        @Override
-        public String toString() {
-            return file + ":" + line + ": " + reason;
         }
     }
 
@@ -93,31 +89,8 @@ final class ChannelsConf {
     /** Reads a file. Malformed lines are collected, not thrown. */
     static ChannelsConf read(Path file) throws IOException {
         ChannelsConf conf = new ChannelsConf();
-        byte[] bytes = Files.readAllBytes(file);
-        int line = 0;
-        for (int start = 0; start < bytes.length; ) {
-            int end = start;
-            while (end < bytes.length && bytes[end] != '\n') {
-                end++;
-            }
-            line++;
-            String text = decode(ByteBuffer.wrap(bytes, start, end - start)).stripTrailing();
-            try {
-                conf.take(text);
-            } catch (IllegalArgumentException e) {
-                conf.malformed.add(new Malformed(file, line, e.getMessage()));
-            }
-            start = end + 1;
-        }
+        conf.malformed.addAll(SourceFile.read(file, (number, line) -> conf.take(line)));
         return conf;
-    }
-
-    private static String decode(ByteBuffer line) {
-        try {
-            return StandardCharsets.UTF_8.newDecoder().decode(line.duplicate()).toString();
-        } catch (CharacterCodingException e) {
-            return StandardCharsets.ISO_8859_1.decode(line).toString();
-        }
     }
 
     private void take(String line) {
@@ -134,7 +107,7 @@ final class ChannelsConf {
     private void takeHeading(String text) {
         if (text.startsWith("@")) {
             String number = text.substring(1).split("\\s", 2)[0];
-            nextNumber = number(number, 10, Math.max(1, nextNumber), MAX_NUMBER, "channel number");
+            nextNumber = SourceFile.number(number, 10, Math.max(1, nextNumber), MAX_NUMBER, "channel number");
         }
         groups++;
     }
@@ -154,16 +127,16 @@ final class ChannelsConf {
                 text(names, 0),
                 text(names, 1),
                 text(nameAndProvider, 1),
-                number(fields[1], 10, 1, Integer.MAX_VALUE, "frequency"),
+                SourceFile.number(fields[1], 10, 1, Integer.MAX_VALUE, "frequency"),
                 fields[2],
                 medium(fields[3]),
                 fields[3],
-                number(fields[4], 10, 0, Integer.MAX_VALUE, "symbol rate"),
-                number(fields[5].split("[+=]", 2)[0], 10, 0, 0x1FFF, "video PID"),
+                SourceFile.number(fields[4], 10, 0, Integer.MAX_VALUE, "symbol rate"),
+                SourceFile.number(fields[5].split("[+=]", 2)[0], 10, 0, 0x1FFF, "video PID"),
                 caIds(fields[8]),
-                number(fields[9], 10, 0, 0xFFFF, "service id"),
-                number(fields[10], 10, 0, 0xFFFF, "network id"),
-                number(fields[11], 10, 0, 0xFFFF, "transport stream id"),
+                SourceFile.number(fields[9], 10, 0, 0xFFFF, "service id"),
+                SourceFile.number(fields[10], 10, 0, 0xFFFF, "network id"),
+                SourceFile.number(fields[11], 10, 0, 0xFFFF, "transport stream id"),
                 number);
     }
 
@@ -178,33 +151,22 @@ final class ChannelsConf {
         if (source.equals("T")) {
             return Medium.TERRESTRIAL;
         }
-        if (source.matches("S\\d+(\\.\\d+)?[EW]")) {
+        try {
+            OrbitalPosition.parse(source);
             return Medium.SATELLITE;
+        } catch (IllegalArgumentException e) {
+            throw new IllegalArgumentException("source '" + source + "' is not C, T or a position as in S19.2E");
         }
-        throw new IllegalArgumentException("source '" + source + "' is not C, T or a position as in S19.2E");
     }
 
     private static List<Integer> caIds(String field) {
         List<Integer> ids = new ArrayList<>();
         for (String id : field.split(",", -1)) {
-            int value = number(id, 16, 0, 0xFFFF, "CA id");
+            int value = SourceFile.number(id, 16, 0, 0xFFFF, "CA id");
             if (value >= FIRST_CA_SYSTEM) {
                 ids.add(value);
             }
         }
         return List.copyOf(ids);
-    }
-
-    private static int number(String text, int radix, int least, int most, String what) {
-        try {
-            int value = Integer.parseInt(text, radix);
-            if (value >= least && value <= most) {
-                return value;
-            }
-        } catch (NumberFormatException e) {
-            // Falls through to the message.
-        }
-        throw new IllegalArgumentException(
-                what + " '" + text + "' is not a number from " + least + " to " + most);
     }
 }

@@ -6,12 +6,17 @@ import com.velotra.tv.tavro.services.channellist.VltTvNetworkInfoBase;
 import com.velotra.tv.tavro.services.channellist.VltTvNetworkList;
 import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamInfoBase;
 import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamList;
+import com.velotra.tv.tavro.tool.satellites.Satellites;
+import com.velotra.tv.tavro.tool.sources.Tally;
 import java.util.HashMap;
 import java.util.LinkedHashMap;
 import java.util.Map;
 import java.util.Optional;
 
-/** Makes the transport stream and network records that services point at, one for each stream and network met. */
+/**
+ * Makes the transport stream and network records that services point at, one for each stream and network met, and points
+ * satellite streams at their satellites.
+ */
 final class CompanionImport {
     private static final int BROADCAST_DVB = 2;
 
@@ -22,13 +27,20 @@ final class CompanionImport {
     private final VltTvNetworkList networkLists;
     private final int listId;
 
+    private final Satellites satellites;
+    private final Tally withoutSatellite = new Tally("Transport streams without a satellite record, by reason:");
     private final Map<String, RecordId> streams = new LinkedHashMap<>();
     private final Map<Integer, RecordId> networks = new HashMap<>();
 
-    /** Records go to the transport stream list and the network list with the id {@code listId}, which are opened. */
-    CompanionImport(VltTvTransportStreamList streamLists, VltTvNetworkList networkLists, int listId) {
+    /**
+     * Records go to the transport stream list and the network list with the id {@code listId}, which are opened. Those of
+     * satellite services point at {@code satellites}.
+     */
+    CompanionImport(
+            VltTvTransportStreamList streamLists, VltTvNetworkList networkLists, Satellites satellites, int listId) {
         this.streamLists = streamLists;
         this.networkLists = networkLists;
+        this.satellites = satellites;
         this.listId = listId;
         streamLists.open(listId);
         networkLists.open(listId);
@@ -52,6 +64,16 @@ final class CompanionImport {
             streams.put(service.transponder(), known);
         }
         return known;
+    }
+
+    /** Transport streams of satellites that point at no satellite record, by reason. */
+    Tally withoutSatellite() {
+        return withoutSatellite;
+    }
+
+    /** The record of the service's satellite; none when there is none, and of another medium. */
+    Optional<RecordId> satelliteOf(ChannelsConf.Service service) {
+        return service.position().flatMap(satellites::at);
     }
 
     /** The record of the service's network, a new one when there is none like it yet; none when the file names none. */
@@ -82,6 +104,7 @@ final class CompanionImport {
         }
         if (service.medium() == ChannelsConf.Medium.SATELLITE) {
             info.setStandard(service.parameters().contains("S1") ? STANDARD_S2 : STANDARD_S);
+            satellites.pointAt(service.source(), info::setTslSatlRecId).ifPresent(withoutSatellite::count);
         }
         return info;
     }

@@ -1,12 +1,19 @@
 package com.velotra.tv.tavro.tool;
 
+import com.velotra.tv.tavro.services.channellist.OrbitalPosition;
 import com.velotra.tv.tavro.services.channellist.RecordId;
 import com.velotra.tv.tavro.services.channellist.ServiceRecord;
 import com.velotra.tv.tavro.services.channellist.TransportStreamRecord;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelInfoBase;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
+import com.velotra.tv.tavro.services.channellist.VltTvNetworkInfo;
 import com.velotra.tv.tavro.services.channellist.VltTvNetworkList;
+import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfo;
+import com.velotra.tv.tavro.services.channellist.VltTvSatelliteList;
 import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamList;
+import com.velotra.tv.tavro.tool.satellites.SatelliteImport;
+import com.velotra.tv.tavro.tool.satellites.Satellites;
+import java.io.ByteArrayOutputStream;
 import java.io.IOException;
 import java.io.PrintStream;
 import java.lang.management.ManagementFactory;
@@ -17,6 +24,7 @@ import java.util.ArrayList;
 import java.util.Arrays;
 import java.util.List;
 import java.util.Map;
+import java.util.Optional;
 import java.util.function.Predicate;
 import java.util.stream.Collectors;
 
@@ -34,7 +42,9 @@ final class Demo {
     private final VltTvChannelList lists;
     private final VltTvTransportStreamList streams = VltTvTransportStreamList.getInstance();
     private final VltTvNetworkList networks = VltTvNetworkList.getInstance();
+    private final VltTvSatelliteList satelliteLists = VltTvSatelliteList.getInstance();
     private final Path sources;
+    private final Path dishes;
     private final Path work;
     private final PrintStream out;
 
@@ -42,17 +52,25 @@ final class Demo {
     private int checks;
     private int failed;
 
-    Demo(VltTvChannelList lists, Path sources, Path work, PrintStream out) {
+    /**
+     * @param sources folder with the channels.conf examples
+     * @param dishes folder with sources.conf and diseqc.conf
+     * @param work folder for the files that the demo writes
+     */
+    Demo(VltTvChannelList lists, Path sources, Path dishes, Path work, PrintStream out) {
         this.lists = lists;
         this.sources = sources;
+        this.dishes = dishes;
         this.work = work;
         this.out = out;
     }
 
     /** Runs all steps. Returns whether every check passed. */
     boolean run() throws IOException, InterruptedException {
-        importServices();
+        Satellites satellites = importSatellites();
+        importServices(satellites);
         showTables();
+        traceService();
         editServices();
         filterServices();
         copyAndRemove();
@@ -86,24 +104,56 @@ final class Demo {
         }
     }
 
-    private void importServices() throws IOException, InterruptedException {
-        heading("Import: every service of three real channel lists goes through nativeAdd");
-        importFile("channels.conf.sat", SATELLITE, "satellite");
-        importFile("channels.conf.cable", CABLE, "cable");
-        importFile("channels.conf.terr", TERRESTRIAL, "terrestrial");
+    private Satellites importSatellites() throws IOException {
+        heading("Satellites: every orbital position goes through nativeAdd, with the dish where it is known");
+        SatelliteImport importer = new SatelliteImport(satelliteLists, SATELLITE, System.err);
+        importer.addSources(dishes.resolve("sources.conf"));
+        importer.addSwitches(dishes.resolve("diseqc.conf"));
+        Satellites satellites = importer.store();
+        ByteArrayOutputStream summary = new ByteArrayOutputStream();
+        importer.printSummary(new PrintStream(summary, true, StandardCharsets.UTF_8));
+        summary.toString(StandardCharsets.UTF_8).lines().forEach(line -> out.println("   " + line));
+        out.println();
+        List<VltTvSatelliteInfo> stored = satelliteLists.getAll(SATELLITE, null);
+        List<VltTvSatelliteInfo> inUse = stored.stream().filter(satellite -> satellite.getMaskStatusOn() == 1).toList();
+        SatelliteTable.of(inUse, ROWS, COLUMNS).lines().forEach(line -> out.println("   " + line));
+        List<String> source = satelliteLines();
+        List<String> found = stored.stream()
+                .map(satellite -> new OrbitalPosition(satellite.getOrbitPosition()) + " " + satellite.getName())
+                .toList();
+        check(found.equals(source), "%d satellites read back in the order, at the positions and with the names of the source",
+                source.size());
+        return satellites;
     }
 
-    private void importFile(String name, int listId, String medium) throws IOException, InterruptedException {
+    /** Position and name of every line that begins like a satellite; knows nothing of the rest of the file. */
+    private List<String> satelliteLines() throws IOException {
+        return Files.readAllLines(dishes.resolve("sources.conf"), StandardCharsets.ISO_8859_1).stream()
+                .filter(line -> line.matches("S\\d.*"))
+                .map(line -> line.replaceFirst("^(S\\d+)([EW])", "$1.0$2").replaceFirst("\\s+", " ").strip())
+                .toList();
+    }
+
+    private void importServices(Satellites satellites) throws IOException, InterruptedException {
+        heading("Import: every service of three real channel lists goes through nativeAdd");
+        importFile("channels.conf.sat", SATELLITE, "satellite", satellites);
+        importFile("channels.conf.cable", CABLE, "cable", satellites);
+        importFile("channels.conf.terr", TERRESTRIAL, "terrestrial", satellites);
+    }
+
+    private void importFile(String name, int listId, String medium, Satellites satellites)
+            throws IOException, InterruptedException {
         Path file = sources.resolve(name);
         ChannelsConf conf = ChannelsConf.read(file);
         conf.malformed.forEach(line -> out.println("   skipped " + line));
         lists.open(listId);
-        CompanionImport companions = new CompanionImport(streams, networks, listId);
+        CompanionImport companions = new CompanionImport(streams, networks, satellites, listId);
         ServiceImport importer = new ServiceImport(lists, companions, listId, System.err);
         importer.addAll(conf.services);
         ScanStandIn.noteNetworks(Storage.directory(), listId, importer.networks());
         out.printf("   list %d, %s: %d services on %d transport streams of %d networks, %d group headings, %d malformed lines%n",
                 listId, medium, conf.services.size(), companions.streams(), companions.networks(), conf.groups, conf.malformed.size());
+        companions.withoutSatellite().print(out);
         check(conf.services.size() == serviceLines(file),
                 "every line that is no heading is a service: %d", serviceLines(file));
         List<ServiceRecord> stored = lists.getAll(listId);
@@ -132,6 +182,7 @@ final class Demo {
         return stored.name().equals(ServiceImport.name(source))
                 && stored.shortName().equals(ServiceImport.shortName(source))
                 && stored.transportStream().equals(companions.streamOf(source))
+                && stored.satellite().equals(companions.satelliteOf(source).orElse(new RecordId(0, 0)))
                 && stored.network().equals(companions.networkOf(source).orElse(new RecordId(0, 0)))
                 && stored.serviceId() == source.serviceId()
                 && stored.serviceType() == (source.videoPid() == 0 ? 2 : 1)
@@ -152,6 +203,43 @@ final class Demo {
 
     private static String table(List<ServiceRecord> services, int most) {
         return ServiceTable.of(services, most, COLUMNS);
+    }
+
+    private void traceService() {
+        heading("Trace: one service through all four lists, from record to record by the identifiers that they hold");
+        RecordId serviceId = idOf(lists.getAll(SATELLITE).get(0));
+        ServiceRecord service = lists.get(serviceId).orElseThrow();
+        out.printf("   service %-10s '%s', service id %d%n", serviceId, service.name(), service.serviceId());
+        Optional<TransportStreamRecord> stream = streams.get(service.transportStream());
+        stream.ifPresent(record -> out.printf("   stream %-11s %d kHz, transport stream id %d, network id %d%n",
+                service.transportStream(), record.frequency(), record.transportStreamId(), record.originalNetworkId()));
+        RecordId none = new RecordId(0, 0);
+        RecordId networkId = stream.map(TransportStreamRecord::network).orElse(none);
+        Optional<VltTvNetworkInfo> network = networks.get(networkId, null);
+        network.ifPresent(info -> out.printf("   network %-10s '%s', network id %d%n",
+                networkId, info.values().getNetworkName(), info.values().getNwlNetworkId()));
+        RecordId satelliteId = stream.map(TransportStreamRecord::satellite).orElse(none);
+        Optional<VltTvSatelliteInfo> satellite = satelliteLists.get(satelliteId, null);
+        satellite.ifPresent(info -> out.printf("   satellite %-8s %s%n", satelliteId, SatelliteTable.summary(info)));
+        traceChecks(service, stream.orElse(null), networkId, network.orElse(null), satelliteId, satellite.orElse(null));
+    }
+
+    /** What is null was not found. */
+    private void traceChecks(ServiceRecord service, TransportStreamRecord stream, RecordId networkId, VltTvNetworkInfo network,
+            RecordId satelliteId, VltTvSatelliteInfo satellite) {
+        check(stream != null && lists.byTransportStreamRecord(SATELLITE, service.tslRecordId()).contains(service),
+                "the service's transport stream is there, and the service is among its services");
+        check(network != null && network.values().getNwlNetworkId() == stream.originalNetworkId() && service.network().equals(networkId),
+                "service and transport stream name the same network, whose record has the stream's network id");
+        check(satellite != null && service.satellite().equals(satelliteId), "service and transport stream name the same satellite");
+        check(satellite != null && streams.bySatellite(SATELLITE, satelliteId.recordId()).contains(stream),
+                "the transport stream is among those of the satellite");
+        List<TransportStreamRecord> all = streams.getAll(SATELLITE);
+        Map<Integer, Long> sizes = all.stream().collect(
+                Collectors.groupingBy(record -> record.satellite().recordId(), Collectors.counting()));
+        check(sizes.entrySet().stream().allMatch(
+                        entry -> entry.getKey() != 0 && streams.bySatellite(SATELLITE, entry.getKey()).size() == entry.getValue()),
+                "all %d transport streams are found by the %d satellite records that they point at", all.size(), sizes.size());
     }
 
     private void editServices() {

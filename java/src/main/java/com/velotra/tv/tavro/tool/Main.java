@@ -4,7 +4,6 @@ import com.velotra.tv.tavro.services.channellist.ChannelListException;
 import com.velotra.tv.tavro.services.channellist.RecordId;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
 import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamList;
-import com.velotra.tv.tavro.tool.transponders.ScanImport;
 import java.io.BufferedOutputStream;
 import java.io.FileDescriptor;
 import java.io.FileOutputStream;
@@ -196,17 +195,21 @@ public final class Main {
 
     @Command(
             name = "import",
-            description = "Adds the transponders of scan tables (DVBv5 form) to transport stream lists, one a medium.",
-            footer = {"", "Example: ./tavro import /usr/share/dvb/dvb-t", "         ./tavro list 11 --kind streams"})
+            description = {"Adds the transponders of scan tables (DVBv5 form) to transport stream lists, one a medium.",
+                "A file called sources.conf adds satellites to a satellite list, and one called diseqc.conf says how dishes are "
+                    + "switched to them (both as in Debian's vdr). The transponders of a table whose name ends with a position, as in "
+                    + "Astra-19.2E, point at the satellite there; satellites of this and of earlier imports count."},
+            footer = {"", "Examples: ./tavro import /usr/share/dvb/dvb-t", "          ./tavro list 11 --kind streams",
+                "          ./tavro import sources.conf diseqc.conf dvb-s", "          ./tavro list 13 --kind satellites"})
     static final class ImportCommand implements Callable<Integer> {
         @Mixin
         HelpOption help;
 
-        @Parameters(paramLabel = "FILE", arity = "1..*", description = "A scan table, or a folder of them.")
+        @Parameters(paramLabel = "FILE", arity = "1..*", description = "A scan table, sources.conf, diseqc.conf, or a folder of them.")
         List<Path> paths;
 
         @Option(names = "--list", paramLabel = "ID", defaultValue = "11",
-                description = "List for terrestrial streams (${DEFAULT-VALUE}); cable goes to the next, satellite to the one behind.")
+                description = "List for terrestrial streams (${DEFAULT-VALUE}); cable goes to the next, satellite streams and satellites to the one behind.")
         int firstList;
 
         @Override
@@ -216,12 +219,8 @@ public final class Main {
                     throw new Failure("cannot read " + path + ": " + (Files.exists(path) ? "you may not" : "there is no such file or folder"));
                 }
             }
-            ScanImport scan = new ScanImport(
-                    withLibrary(VltTvTransportStreamList::getInstance), firstList, System.err, (entry, id) -> { });
-            for (Path path : paths) {
-                scan.add(path);
-            }
-            scan.printSummary(System.out);
+            withLibrary(VltTvTransportStreamList::getInstance);
+            new FileImport(paths).run(firstList, System.out, System.err);
             return 0;
         }
     }
@@ -238,7 +237,10 @@ public final class Main {
         @Parameters(index = "0", description = "Folder with the channels.conf examples.")
         Path sources;
 
-        @Parameters(index = "1", description = "Folder for the files that the demo writes.")
+        @Parameters(index = "1", description = "Folder with sources.conf and diseqc.conf.")
+        Path dishes;
+
+        @Parameters(index = "2", description = "Folder for the files that the demo writes.")
         Path work;
 
         @Override
@@ -246,7 +248,7 @@ public final class Main {
             Storage.demoProblem(work).ifPresent(problem -> {
                 throw new Failure(problem);
             });
-            return new Demo(withLibrary(VltTvChannelList::getInstance), sources, work, System.out).run() ? 0 : 1;
+            return new Demo(withLibrary(VltTvChannelList::getInstance), sources, dishes, work, System.out).run() ? 0 : 1;
         }
     }
 

@@ -30,6 +30,12 @@ final class SatelliteTable {
         return table.toString(columns) + Table.more(satellites.size() - most);
     }
 
+    /** One satellite on one line. */
+    static String summary(VltTvSatelliteInfo satellite) {
+        return String.format("'%s' at %s, LNB %s, DiSEqC %s", Text.printable(satellite.getName()), position(satellite),
+                lnb(satellite), switchPosition(satellite.getDiseqcPosition()));
+    }
+
     /** One satellite field by field, a line each. */
     static String describe(VltTvSatelliteInfo satellite) {
         Lines lines = new Lines();

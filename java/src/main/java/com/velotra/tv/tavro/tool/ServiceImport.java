@@ -5,6 +5,7 @@ import com.velotra.tv.tavro.services.channellist.RecordId;
 import com.velotra.tv.tavro.services.channellist.ServiceRecord;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelInfoBase;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
+import com.velotra.tv.tavro.tool.sources.ModifiedUtf8;
 import java.io.PrintStream;
 import java.util.Collections;
 import java.util.LinkedHashMap;
@@ -82,6 +83,7 @@ final class ServiceImport {
                 .setVnetNumericSelectable(true)
                 .setVnetScrambled(service.scrambled())
                 .setFreeCaMode(service.scrambled() ? 1 : 0);
+        companions.satelliteOf(service).ifPresent(info::setSatlRecId);
         if (!service.shortName().isEmpty()) {
             info.setServiceShortName(shortName(service));
         }
@@ -97,31 +99,15 @@ final class ServiceImport {
         return info;
     }
 
+    // The library cuts at a byte; cutting here at a character keeps the last one whole.
+
     /** The name as a record keeps it. */
     static String name(ChannelsConf.Service service) {
-        return cut(service.name(), NAME_BYTES);
+        return ModifiedUtf8.cut(service.name(), NAME_BYTES);
     }
 
     /** The short name as a record keeps it. */
     static String shortName(ChannelsConf.Service service) {
-        return cut(service.shortName(), SHORT_NAME_BYTES);
-    }
-
-    // The library cuts at a byte; cutting here at a character keeps the last one whole.
-    private static String cut(String text, int bytes) {
-        int used = 0;
-        for (int i = 0; i < text.length(); ) {
-            int next = text.offsetByCodePoints(i, 1);
-            used += text.substring(i, next).chars().map(ServiceImport::encodedBytes).sum();
-            if (used > bytes) {
-                return text.substring(0, i);
-            }
-            i = next;
-        }
-        return text;
-    }
-
-    private static int encodedBytes(int character) {
-        return character != 0 && character < 0x80 ? 1 : character < 0x800 ? 2 : 3;
+        return ModifiedUtf8.cut(service.shortName(), SHORT_NAME_BYTES);
     }
 }

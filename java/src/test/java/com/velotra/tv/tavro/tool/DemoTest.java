@@ -20,12 +20,16 @@ class DemoTest {
     Path folder;
 
     private Path sources;
+    private Path dishes;
     private Path work;
 
     @BeforeEach
     void writeSources() throws IOException {
         sources = Files.createDirectory(folder.resolve("sources"));
+        dishes = Files.createDirectory(folder.resolve("dishes"));
         work = Files.createDirectory(folder.resolve("work"));
+        Files.write(dishes.resolve("sources.conf"), List.of("S13E Quattro", "S19.2E  Cinque Sei", "C Cable"));
+        Files.write(dishes.resolve("diseqc.conf"), List.of("S19.2E 99999 H 10600 t V"));
         Files.write(sources.resolve("channels.conf.sat"), List.of(
                 "Uno,U1;Provider:11493:H:S19.2E:22000:101=27:102:0:0:1:1:1019:0",
                 ":@100 Pay",
@@ -38,7 +42,7 @@ class DemoTest {
     }
 
     private Result demo(Path home) throws IOException, InterruptedException {
-        return ToolProcess.run(folder, Map.of("TAVRO_HOME", home.toString()), "demo", sources.toString(), work.toString());
+        return ToolProcess.run(folder, Map.of("TAVRO_HOME", home.toString()), "demo", sources.toString(), dishes.toString(), work.toString());
     }
 
     @Test
@@ -46,9 +50,9 @@ class DemoTest {
         Path home = work.resolve("home");
         Result demo = demo(home);
         assertEquals(0, demo.exit(), demo.out() + demo.err());
-        assertEquals(6, demo.out().lines().filter(line -> line.matches("\\d\\. .*")).count(), demo.out());
-        assertEquals(28, demo.out().lines().filter(line -> line.startsWith("   ok   ")).count(), demo.out());
-        assertTrue(demo.out().contains("\nAll 28 checks passed.\n"), demo.out());
+        assertEquals(8, demo.out().lines().filter(line -> line.matches("\\d\\. .*")).count(), demo.out());
+        assertEquals(34, demo.out().lines().filter(line -> line.startsWith("   ok   ")).count(), demo.out());
+        assertTrue(demo.out().contains("\nAll 34 checks passed.\n"), demo.out());
         assertEquals("", demo.err());
 
         Result list = ToolProcess.run(folder, Map.of("TAVRO_HOME", home.toString()), "list", "5");
@@ -64,7 +68,37 @@ class DemoTest {
         assertEquals(1, demo.exit());
         assertTrue(demo.out().contains("channels.conf.terr:2: 2 fields instead of 13"), demo.out());
         assertTrue(demo.out().contains("\n   FAIL every line that is no heading is a service: 2\n"), demo.out());
-        assertTrue(demo.out().endsWith("\n1 of 28 checks FAILED.\n"), demo.out());
+        assertTrue(demo.out().endsWith("\n1 of 34 checks FAILED.\n"), demo.out());
+    }
+
+    @Test
+    void oneServiceIsTracedThroughAllFourLists() throws Exception {
+        Result demo = demo(work.resolve("home"));
+        int start = demo.out().indexOf("   service 1,1");
+        assertEquals(
+                """
+                   service 1,1        'Uno', service id 1
+                   stream 1,1         11493000 kHz, transport stream id 1019, network id 1
+                   network 1,1        'Network 1', network id 1
+                   satellite 1,2      'Cinque Sei' at S19.2E, LNB 10600 MHz, DiSEqC -
+                   ok   the service's transport stream is there, and the service is among its services
+                   ok   service and transport stream name the same network, whose record has the stream's network id
+                   ok   service and transport stream name the same satellite
+                   ok   the transport stream is among those of the satellite
+                   ok   all 2 transport streams are found by the 1 satellite records that they point at
+                """,
+                demo.out().substring(start, demo.out().indexOf("\n\n", start) + 1));
+    }
+
+    @Test
+    void aSatelliteThatIsNotThereIsToldAndFailsTheTrace() throws Exception {
+        Files.write(dishes.resolve("sources.conf"), List.of("S13E Quattro"));
+        Result demo = demo(work.resolve("home"));
+        assertEquals(1, demo.exit());
+        assertEquals("  not imported S19.2E: switching to a position where there is no satellite\n", demo.err());
+        assertTrue(demo.out().contains("       2  no satellite at S19.2E in satellite list 1\n"), demo.out());
+        assertTrue(demo.out().contains("\n   FAIL service and transport stream name the same satellite\n"), demo.out());
+        assertTrue(demo.out().endsWith("\n3 of 34 checks FAILED.\n"), demo.out());
     }
 
     @Test

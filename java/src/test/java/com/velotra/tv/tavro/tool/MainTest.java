@@ -302,4 +302,49 @@ class MainTest {
                 new Result(1, "", "tavro: there is no satellite list 2 in " + storage() + "\n"),
                 run(storage(), "list", "2", "--kind", "satellites"));
     }
+
+    @Test
+    void importFillsASatelliteListAndPointsTranspondersAtIt() throws Exception {
+        Path data = Files.createDirectory(folder.resolve("data"));
+        Files.writeString(data.resolve("sources.conf"), "S13E Uno\nS19.2E Due\nnonsense\n");
+        Files.writeString(data.resolve("diseqc.conf"), "S19.2E 99999 V 10600 [E0 10 38 F4]\n");
+        String transponder = "[CHANNEL]\nDELIVERY_SYSTEM = DVBS2\nFREQUENCY = 11362000\n";
+        Files.writeString(data.resolve("Astra-19.2E"), transponder);
+        Path home = Files.createDirectory(folder.resolve("satellite-home"));
+        Result imported = run(home, "import", "--list", "41", data.toString());
+        assertEquals(
+                """
+                2 files, 2 satellites, switching for 1, 1 malformed lines
+                Satellites stored:
+                       2  added
+                       1  with how the dish is switched to them
+                satellite list 43: 2 records
+                1 files, 1 transponders, 0 malformed lines
+                Imported, by delivery system:
+                       1  DVBS2
+                transport stream list 43: 1 records
+                """,
+                imported.out());
+        assertEquals(
+                "  left out " + data.resolve("sources.conf")
+                        + ":3: 'nonsense' is not an orbital position; write degrees from 0 to 180 as in S19.2E or S5W\n",
+                imported.err());
+        assertEquals(0, imported.exit());
+        assertEquals(
+                """
+                record  position  name  in use  LNB        DiSEqC
+                     1    S13.0E  Uno   no      -          -
+                     2    S19.2E  Due   yes     10600 MHz  port 1
+                2 satellites
+                """,
+                run(home, "list", "43", "--kind", "satellites").out());
+        String stream = run(home, "show", "43,1", "--kind", "streams").out();
+        assertTrue(stream.contains("\nsatellite list                 43\nsatellite record               2\n"), stream);
+
+        Path another = Files.writeString(folder.resolve("Due-13.0E"), transponder);
+        assertEquals(0, run(home, "import", "--list", "41", another.toString()).exit());
+        assertTrue(run(home, "show", "43,2", "--kind", "streams").out().contains("\nsatellite record               1\n"));
+        String help = run(home, "import", "--help").out().replaceAll("\\s+", " ");
+        assertTrue(help.contains("A file called sources.conf adds satellites to a satellite list, and one called diseqc.conf says how"), help);
+    }
 }

@@ -12,7 +12,10 @@ import com.velotra.tv.tavro.services.channellist.TransportStreamRecord;
 import com.velotra.tv.tavro.services.channellist.TvList;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
 import com.velotra.tv.tavro.services.channellist.VltTvNetworkList;
+import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfoBase;
+import com.velotra.tv.tavro.services.channellist.VltTvSatelliteList;
 import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamList;
+import com.velotra.tv.tavro.tool.satellites.Satellites;
 import java.io.ByteArrayOutputStream;
 import java.io.IOException;
 import java.io.PrintStream;
@@ -40,6 +43,8 @@ class ServiceImportTest {
     private final VltTvChannelList lists = VltTvChannelList.getInstance();
     private final VltTvTransportStreamList streams = VltTvTransportStreamList.getInstance();
     private final VltTvNetworkList networks = VltTvNetworkList.getInstance();
+    private final VltTvSatelliteList satellites = VltTvSatelliteList.getInstance();
+    private CompanionImport companions;
     private final ByteArrayOutputStream progress = new ByteArrayOutputStream();
 
     @BeforeEach
@@ -49,7 +54,7 @@ class ServiceImportTest {
 
     @AfterEach
     void deleteLists() {
-        for (TvList kind : List.of(lists, streams, networks)) {
+        for (TvList kind : List.of(lists, streams, networks, satellites)) {
             for (int listId : new int[] {LIST, MISSING}) {
                 if (kind.exists(listId)) {
                     kind.delete(listId);
@@ -65,7 +70,7 @@ class ServiceImportTest {
     private List<ServiceRecord> imported(int listId, List<String> lines) throws IOException {
         ChannelsConf conf = ChannelsConf.read(Files.write(folder.resolve("channels.conf"), lines));
         assertEquals(List.of(), conf.malformed);
-        CompanionImport companions = new CompanionImport(streams, networks, listId);
+        companions = new CompanionImport(streams, networks, new Satellites(satellites, listId), listId);
         new ServiceImport(lists, companions, listId, new PrintStream(progress, true, StandardCharsets.UTF_8)).addAll(conf.services);
         return lists.getAll(listId);
     }
@@ -127,6 +132,22 @@ class ServiceImportTest {
         assertEquals(List.of(new RecordId(LIST, 1), new RecordId(LIST, 2)), stored.stream().map(TransportStreamRecord::network).toList());
         assertEquals(List.of(1, 85), networks.getAll(LIST, null).stream().map(n -> n.values().getNwlNetworkId()).toList());
         assertEquals(List.of("Uno", "Due"), names(lists.byTransportStream(LIST, 1019)));
+    }
+
+    @Test
+    void aSatelliteServiceAndItsStreamPointAtTheirSatelliteAndOthersAtNone() throws IOException {
+        satellites.open(LIST);
+        VltTvSatelliteInfoBase info = new VltTvSatelliteInfoBase();
+        info.setOrbitPosition(130);
+        satellites.add(LIST, info);
+        info.setOrbitPosition(192);
+        RecordId satellite = satellites.add(LIST, info);
+        RecordId none = new RecordId(0, 0);
+        List<ServiceRecord> services = imported(List.of(PLAIN, PLAIN.replace("S19.2E", "S5W"), "Due:410:M64:C:6900:0:102:0:0:28013:0:0:0"));
+        assertEquals(List.of(satellite, none, none), services.stream().map(ServiceRecord::satellite).toList());
+        assertEquals(List.of(satellite, none, none), streams.getAll(LIST).stream().map(TransportStreamRecord::satellite).toList());
+        assertEquals(List.of(1), streams.bySatellite(LIST, satellite.recordId()).stream().map(TransportStreamRecord::recordId).toList());
+        assertEquals(Map.of("no satellite at S5W in satellite list 1", 1), companions.withoutSatellite().counts());
     }
 
     @Test

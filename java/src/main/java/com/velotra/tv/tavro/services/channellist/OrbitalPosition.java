@@ -10,11 +10,14 @@ import java.util.regex.Pattern;
  * @param tenths tenths of a degree of longitude: east of Greenwich is positive, west negative
  */
 public record OrbitalPosition(int tenths) {
+    /** 360 degrees east, which is no place: whatever satellite a steerable dish is turned to. */
+    public static final OrbitalPosition ANY = new OrbitalPosition(3600);
+
     private static final Pattern TEXT = Pattern.compile("S([0-9]{1,3}(?:\\.[0-9])?)([EW])");
     private static final int HALF_CIRCLE = 1800;
 
     /**
-     * Reads the usual text form, as in {@code S19.2E} or {@code S5W}.
+     * Reads the usual text form, as in {@code S19.2E} or {@code S5W}; {@code S360E} is {@link #ANY}.
      *
      * @throws IllegalArgumentException when the text is no position from 180 degrees west to 180 degrees east
      */
@@ -22,8 +25,9 @@ public record OrbitalPosition(int tenths) {
         Matcher matcher = TEXT.matcher(text);
         if (matcher.matches()) {
             int tenths = new BigDecimal(matcher.group(1)).movePointRight(1).intValueExact();
-            if (tenths <= HALF_CIRCLE) {
-                return new OrbitalPosition(matcher.group(2).equals("E") ? tenths : -tenths);
+            OrbitalPosition position = new OrbitalPosition(matcher.group(2).equals("E") ? tenths : -tenths);
+            if (tenths <= HALF_CIRCLE || position.equals(ANY)) {
+                return position;
             }
         }
         throw new IllegalArgumentException(

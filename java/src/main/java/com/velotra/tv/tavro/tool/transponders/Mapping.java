@@ -1,7 +1,7 @@
 package com.velotra.tv.tavro.tool.transponders;
 
 import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamInfoBase;
-import java.nio.charset.Charset;
+import com.velotra.tv.tavro.tool.sources.ModifiedUtf8;
 import java.util.ArrayList;
 import java.util.List;
 import java.util.Map;
@@ -45,8 +45,7 @@ final class Mapping {
             TunerValues.SATELLITE, Set.of("SYMBOL_RATE", "MODULATION", "INNER_FEC", "POLARIZATION", "ROLLOFF", "PILOT", "STREAM_ID"));
 
     private static final long NO_STREAM_ID = 0xFFFFFFFFL;
-    private static final int NAME_BYTES = 40; // of modified UTF-8, which is CESU-8 but for the NUL
-    private static final Charset MODIFIED_UTF_8 = Charset.forName("CESU-8");
+    private static final int NAME_BYTES = 40;
 
     private final ScanTable.Entry entry;
     private final String systemName;
@@ -94,7 +93,7 @@ final class Mapping {
             info.setStandard(system.standard);
         }
         if (!entry.heading().equalsIgnoreCase("CHANNEL")) {
-            if (entry.heading().getBytes(MODIFIED_UTF_8).length <= NAME_BYTES) {
+            if (ModifiedUtf8.bytes(entry.heading()) <= NAME_BYTES) {
                 info.setAcTsName(entry.heading());
             } else {
                 left.add("a heading that does not fit the name");

@@ -3,6 +3,8 @@ package com.velotra.tv.tavro.tool.transponders;
 import com.velotra.tv.tavro.services.channellist.ChannelListException;
 import com.velotra.tv.tavro.services.channellist.RecordId;
 import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamList;
+import com.velotra.tv.tavro.tool.satellites.Satellites;
+import com.velotra.tv.tavro.tool.sources.Tally;
 import java.io.IOException;
 import java.io.PrintStream;
 import java.nio.file.Files;
@@ -11,7 +13,9 @@ import java.util.HashMap;
 import java.util.LinkedHashMap;
 import java.util.List;
 import java.util.Map;
-import java.util.TreeMap;
+import java.util.Optional;
+import java.util.regex.Matcher;
+import java.util.regex.Pattern;
 import java.util.stream.Stream;
 
 /** Adds the transponders of scan tables to transport stream lists, one list a medium. */
@@ -21,6 +25,9 @@ public final class ScanImport {
         void imported(ScanTable.Entry entry, RecordId id);
     }
 
+    // Scan tables say in their names where the satellite stands, as in Astra-19.2E.
+    private static final Pattern POSITION = Pattern.compile("[-_]([0-9.]+[EW])$");
+
     private static final int PROGRESS_EVERY = 1000;
     private static final int MAX_RECORDS = 65_534; // of one list: record ids have 16 bits, and the two ends are not given out
 
@@ -29,18 +36,25 @@ public final class ScanImport {
     private final PrintStream progress;
     private final Observer observer;
 
-    private final Map<String, Integer> imported = new TreeMap<>();
-    private final Map<String, Integer> notImported = new TreeMap<>();
-    private final Map<String, Integer> left = new TreeMap<>();
+    private final Satellites satellites;
+    private final Tally imported = new Tally("Imported, by delivery system:");
+    private final Tally notImported = new Tally("Not imported, by reason:");
+    private final Tally left = new Tally("Imported without what a record has no place for:");
+    private final Tally withoutSatellite = new Tally("Imported without a satellite record, by reason:");
     private final Map<Integer, Integer> perList = new LinkedHashMap<>();
     private final Map<Integer, Integer> sizes = new HashMap<>(); // records in each list, with those of before
     private int files;
     private int entries;
     private int malformed;
 
-    /** Terrestrial streams go to list {@code firstList}, cable to the next one, satellite to the one behind it. */
-    public ScanImport(VltTvTransportStreamList lists, int firstList, PrintStream progress, Observer observer) {
+    /**
+     * Terrestrial streams go to list {@code firstList}, cable to the next one, satellite to the one behind it, where they
+     * point at those of {@code satellites} that stand where their file's name says.
+     */
+    public ScanImport(
+            VltTvTransportStreamList lists, Satellites satellites, int firstList, PrintStream progress, Observer observer) {
         this.lists = lists;
+        this.satellites = satellites;
         this.firstList = firstList;
         this.progress = progress;
         this.observer = observer;
@@ -66,17 +80,31 @@ public final class ScanImport {
             entries++;
             try {
                 Mapping mapping = new Mapping(entry);
+                Optional<String> unmatched = point(mapping, file);
                 observer.imported(entry, add(mapping));
-                count(imported, mapping.systemName());
-                mapping.left().stream().distinct().forEach(reason -> count(left, reason));
+                imported.count(mapping.systemName());
+                unmatched.ifPresent(withoutSatellite::count);
+                mapping.left().stream().distinct().forEach(left::count);
             } catch (Mapping.NotImportable | ChannelListException e) {
-                count(notImported, e.getMessage());
+                notImported.count(e.getMessage());
                 progress.println("  not imported " + entry.place() + ": " + e.getMessage());
             }
             if (entries % PROGRESS_EVERY == 0) {
                 progress.printf("  %d transponders of %d files%n", entries, files);
             }
         }
+    }
+
+    /** Makes a satellite stream point at its satellite, or says why it cannot. */
+    private Optional<String> point(Mapping mapping, Path file) {
+        if (mapping.medium() != TunerValues.SATELLITE) {
+            return Optional.empty();
+        }
+        Matcher position = POSITION.matcher(file.getFileName().toString());
+        if (!position.find()) {
+            return Optional.of("no orbital position at the end of the file's name");
+        }
+        return satellites.pointAt("S" + position.group(1), mapping.info()::setTslSatlRecId);
     }
 
     private RecordId add(Mapping mapping) throws Mapping.NotImportable {
@@ -95,10 +123,6 @@ public final class ScanImport {
         return id;
     }
 
-    private static void count(Map<String, Integer> counts, String what) {
-        counts.merge(what, 1, Integer::sum);
-    }
-
     /** Transponders met so far. */
     public int entries() {
         return entries;
@@ -106,17 +130,22 @@ public final class ScanImport {
 
     /** Those that became records, by delivery system. */
     public Map<String, Integer> imported() {
-        return imported;
+        return imported.counts();
     }
 
     /** Those that did not, by reason. */
     public Map<String, Integer> notImported() {
-        return notImported;
+        return notImported.counts();
     }
 
     /** Transponders of which something was left out because the record has no place for it, by what it was. */
     public Map<String, Integer> left() {
-        return left;
+        return left.counts();
+    }
+
+    /** Satellite transponders that point at no satellite record, by reason. */
+    public Map<String, Integer> withoutSatellite() {
+        return withoutSatellite.counts();
     }
 
     /** Records added, by list. */
@@ -127,16 +156,9 @@ public final class ScanImport {
     /** Prints what came of it; the counts of the first two parts add up to the transponders in the files. */
     public void printSummary(PrintStream out) {
         out.printf("%d files, %d transponders, %d malformed lines%n", files, entries, malformed);
-        print(out, "Imported, by delivery system:", imported);
-        print(out, "Not imported, by reason:", notImported);
-        print(out, "Imported without what a record has no place for:", left);
-        perList.forEach((list, number) -> out.printf("transport stream list %d: %d records%n", list, number));
-    }
-
-    private static void print(PrintStream out, String heading, Map<String, Integer> counts) {
-        if (!counts.isEmpty()) {
-            out.println(heading);
-            counts.forEach((what, number) -> out.printf("  %6d  %s%n", number, what));
+        for (Tally tally : List.of(imported, notImported, left, withoutSatellite)) {
+            tally.print(out);
         }
+        perList.forEach((list, number) -> out.printf("transport stream list %d: %d records%n", list, number));
     }
 }

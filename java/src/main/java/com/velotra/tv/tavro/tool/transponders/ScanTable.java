@@ -1,5 +1,6 @@
 package com.velotra.tv.tavro.tool.transponders;
 
+import com.velotra.tv.tavro.tool.sources.Malformed;
 import java.io.IOException;
 import java.nio.ByteBuffer;
 import java.nio.charset.CharacterCodingException;
@@ -31,14 +32,6 @@ public final class ScanTable {
         /** The file and line. */
         public String place() {
             return file + ":" + line;
-        }
-    }
-
-    /** A line that cannot be read: where it is, and why. */
-    public record Malformed(Path file, int line, String reason) {
-        @Override
-        public String toString() {
-            return file + ":" + line + ": " + reason;
         }
     }
 

@@ -24,8 +24,14 @@ class OrbitalPositionTest {
     }
 
     @Test
+    void theWholeCircleStandsForAnySatellite() {
+        assertEquals(OrbitalPosition.ANY, OrbitalPosition.parse("S360E"));
+        assertEquals("S360.0E", OrbitalPosition.ANY.toString());
+    }
+
+    @Test
     void otherTextIsRefusedWithWhatToWrite() {
-        for (String text : new String[] {"", "S", "19.2E", "S19.2", "S19.25E", "S19,2E", "S-1E", "S180.1W", "S1234E", "C", "S19.2EE"}) {
+        for (String text : new String[] {"", "S", "19.2E", "S19.2", "S19.25E", "S19,2E", "S-1E", "S180.1W", "S1234E", "S360W", "S360.1E", "C", "S19.2EE"}) {
             IllegalArgumentException refused = assertThrows(IllegalArgumentException.class, () -> OrbitalPosition.parse(text));
             assertEquals("'" + text + "' is not an orbital position; write degrees from 0 to 180 as in S19.2E or S5W",
                     refused.getMessage());

@@ -1,9 +1,15 @@
 package com.velotra.tv.tavro.tool.transponders;
 
 import static org.junit.jupiter.api.Assertions.assertEquals;
+import static org.junit.jupiter.api.Assertions.assertTrue;
 
+import com.velotra.tv.tavro.services.channellist.RecordId;
 import com.velotra.tv.tavro.services.channellist.TransportStreamRecord;
+import com.velotra.tv.tavro.services.channellist.TvList;
+import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfoBase;
+import com.velotra.tv.tavro.services.channellist.VltTvSatelliteList;
 import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamList;
+import com.velotra.tv.tavro.tool.satellites.Satellites;
 import java.io.ByteArrayOutputStream;
 import java.io.IOException;
 import java.io.PrintStream;
@@ -24,20 +30,28 @@ class ScanImportTest {
     Path folder;
 
     private final VltTvTransportStreamList lists = VltTvTransportStreamList.getInstance();
+    private final VltTvSatelliteList satellites = VltTvSatelliteList.getInstance();
     private final ByteArrayOutputStream log = new ByteArrayOutputStream();
 
     @AfterEach
     void deleteLists() {
         for (int id = FIRST; id < FIRST + 3; id++) {
-            if (lists.exists(id)) {
-                lists.delete(id);
+            for (TvList kind : List.of(lists, satellites)) {
+                if (kind.exists(id)) {
+                    kind.delete(id);
+                }
             }
         }
     }
 
     private ScanImport imported(String... lines) throws IOException {
-        Files.write(folder.resolve("table"), List.of(lines));
-        ScanImport scan = new ScanImport(lists, FIRST, new PrintStream(log, true, StandardCharsets.UTF_8), (entry, id) -> { });
+        return importedFrom("table", lines);
+    }
+
+    private ScanImport importedFrom(String name, String... lines) throws IOException {
+        Files.write(folder.resolve(name), List.of(lines));
+        ScanImport scan = new ScanImport(lists, new Satellites(satellites, FIRST + 2), FIRST,
+                new PrintStream(log, true, StandardCharsets.UTF_8), (entry, id) -> { });
         scan.add(folder);
         return scan;
     }
@@ -108,6 +122,43 @@ class ScanImportTest {
                 scan.left());
         assertEquals(473143, only(FIRST).u32(44));
         assertEquals(11, new RawRecord(lists.getAll(FIRST + 2).get(0).bytes()).u32(68), "9/10 as inner FEC");
+    }
+
+    private RecordId satelliteAt(int tenths) {
+        satellites.open(FIRST + 2);
+        VltTvSatelliteInfoBase info = new VltTvSatelliteInfoBase();
+        info.setOrbitPosition(tenths);
+        return satellites.add(FIRST + 2, info);
+    }
+
+    @Test
+    void aSatelliteTransponderPointsAtTheSatelliteWhereItsFileSaysThatItStands() throws IOException {
+        satelliteAt(130);
+        RecordId satellite = satelliteAt(-50);
+        ScanImport scan = importedFrom("Uno_5.0W",
+                "[CHANNEL]", "DELIVERY_SYSTEM = DVBS", "FREQUENCY = 11362000", "[CHANNEL]", "DELIVERY_SYSTEM = DVBT", "FREQUENCY = 474000000");
+        assertEquals(satellite, lists.getAll(FIRST + 2).get(0).satellite());
+        assertEquals(new RecordId(0, 0), lists.getAll(FIRST).get(0).satellite());
+        assertEquals(lists.getAll(FIRST + 2), lists.bySatellite(FIRST + 2, satellite.recordId()));
+        assertEquals(Map.of(), scan.withoutSatellite());
+    }
+
+    @Test
+    void aSatelliteTransponderWithoutASatelliteIsStoredAndCountedByReason() throws IOException {
+        String[] transponder = {"[CHANNEL]", "DELIVERY_SYSTEM = DVBS", "FREQUENCY = 11362000"};
+        assertEquals(Map.of("no orbital position at the end of the file's name", 1), importedFrom("Uno", transponder).withoutSatellite());
+        Files.delete(folder.resolve("Uno"));
+        assertEquals(Map.of("no satellites in satellite list 23", 1), importedFrom("Uno-5.0E", transponder).withoutSatellite());
+        satelliteAt(192);
+        ScanImport scan = importedFrom("Due-5W", transponder);
+        assertEquals(
+                Map.of("no satellite at S5W in satellite list 23", 1, "no satellite at S5.0E in satellite list 23", 1),
+                scan.withoutSatellite());
+        assertEquals(List.of(0, 0, 0, 0), lists.getAll(FIRST + 2).stream().map(record -> record.satellite().recordId()).toList());
+        ByteArrayOutputStream out = new ByteArrayOutputStream();
+        scan.printSummary(new PrintStream(out, true, StandardCharsets.UTF_8));
+        assertTrue(out.toString(StandardCharsets.UTF_8).contains(
+                "Imported without a satellite record, by reason:\n       1  no satellite at S5.0E in satellite list 23\n"), out.toString());
     }
 
     @Test

@@ -5,7 +5,11 @@ import static org.junit.jupiter.api.Assertions.assertTrue;
 
 import com.velotra.tv.tavro.services.channellist.RecordId;
 import com.velotra.tv.tavro.services.channellist.TransportStreamRecord;
+import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfo;
+import com.velotra.tv.tavro.services.channellist.VltTvSatelliteList;
 import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamList;
+import com.velotra.tv.tavro.tool.satellites.SatelliteImport;
+import com.velotra.tv.tavro.tool.satellites.Satellites;
 import java.io.IOException;
 import java.io.OutputStream;
 import java.io.PrintStream;
@@ -79,14 +83,31 @@ class ScanTreeTest {
         }
     }
 
+    // Imported by the positions of Debian's vdr.
+    private static Satellites satellites() throws IOException {
+        Path sources = Path.of(System.getProperty("tavro.dishes"), "sources.conf");
+        assertTrue(Files.exists(sources), "there is no " + sources + "; ./tavro test fetches it");
+        SatelliteImport satellites = new SatelliteImport(VltTvSatelliteList.getInstance(), FIRST + 2, System.out);
+        satellites.addSources(sources);
+        return satellites.store();
+    }
+
+    /** The satellite that a satellite transponder's file is about, by the position at the end of the file's name; or 0,0. */
+    private static RecordId satelliteOf(ScanTable.Entry source, Map<String, RecordId> byPosition) {
+        String name = source.file().getFileName().toString();
+        String position = name.substring(Math.max(name.lastIndexOf('-'), name.lastIndexOf('_')) + 1);
+        return byPosition.getOrDefault(position.contains(".") ? position : position.replaceFirst("([EW])$", ".0$1"), new RecordId(0, 0));
+    }
+
     @Test
     void everyTransponderIsImportedAndReadsBackToTheValuesOfItsSource() throws IOException {
         assertTrue(Files.isDirectory(root()), "there are no scan tables at " + root() + "; ./tavro test fetches them");
         VltTvTransportStreamList lists = VltTvTransportStreamList.getInstance();
         Map<String, ScanTable.Entry> read = sources();
         Map<RecordId, ScanTable.Entry> sources = new HashMap<>();
+        Satellites satellites = satellites();
         ScanImport scan = new ScanImport(
-                lists, FIRST, new PrintStream(OutputStream.nullOutputStream()), (entry, id) -> sources.put(id, read.get(entry.place())));
+                lists, satellites, FIRST, new PrintStream(OutputStream.nullOutputStream()), (entry, id) -> sources.put(id, read.get(entry.place())));
         for (String folder : FOLDERS) {
             scan.add(root().resolve(folder));
         }
@@ -97,6 +118,20 @@ class ScanTreeTest {
         assertEquals(expected, scan.entries());
         assertEquals(expected, sum(scan.imported()) + sum(scan.notImported()));
         assertEquals(expected, scan.perList().values().stream().mapToInt(Integer::intValue).sum());
+
+        Map<String, RecordId> byPosition = new HashMap<>();
+        for (VltTvSatelliteInfo satellite : VltTvSatelliteList.getInstance().getAll(FIRST + 2, null)) {
+            byPosition.put(String.format("%.1f%s", Math.abs(satellite.getOrbitPosition()) / 10.0,
+                    satellite.getOrbitPosition() < 0 ? "W" : "E"), satellite.id());
+        }
+        int pointing = 0;
+        for (TransportStreamRecord record : lists.getAll(FIRST + 2)) {
+            RecordId satellite = satelliteOf(sources.get(new RecordId(FIRST + 2, record.recordId())), byPosition);
+            assertEquals(satellite, record.satellite());
+            pointing += satellite.recordId() == 0 ? 0 : 1;
+        }
+        assertTrue(pointing > 6000, pointing + " transponders point at a satellite");
+        assertEquals(lists.getAll(FIRST + 2).size(), pointing + sum(scan.withoutSatellite()));
 
         int checked = 0;
         for (int list = FIRST; list < FIRST + 3; list++) {

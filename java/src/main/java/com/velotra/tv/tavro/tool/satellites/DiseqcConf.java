@@ -1,0 +1,91 @@
+package com.velotra.tv.tavro.tool.satellites;
+
+import com.velotra.tv.tavro.services.channellist.OrbitalPosition;
+import com.velotra.tv.tavro.tool.sources.Malformed;
+import com.velotra.tv.tavro.tool.sources.SourceFile;
+import java.io.IOException;
+import java.nio.file.Path;
+import java.util.ArrayList;
+import java.util.LinkedHashMap;
+import java.util.List;
+import java.util.Map;
+import java.util.regex.Matcher;
+import java.util.regex.Pattern;
+
+/**
+ * How dishes are switched, in the diseqc.conf form of Debian's vdr package: a line is a satellite position, the frequency in MHz up to
+ * which it counts, a polarization (V, H, L or R), the local oscillator in MHz and the commands:
+ *
+ * <pre>
+ * t T        22 kHz tone off, on          A B        tone burst A, B          Sn   single-cable command for bank n follows
+ * v V        13 V, 18 V                   [E0 …]     DiSEqC command, up to    Pn   positioner
+ *                                                    six bytes                Wn   wait n ms
+ * </pre>
+ *
+ * A line of numbers with a colon behind them restricts those below it to some devices. Blank lines and lines that begin with
+ * {@code #} say nothing.
+ */
+final class DiseqcConf {
+    /**
+     * What is sent for one band and polarization.
+     *
+     * @param upTo MHz, from 1; the last band ends beyond all transponders
+     * @param polarization V, H, L or R
+     * @param oscillator MHz, 16 bits
+     * @param commands as they are written
+     */
+    record Sequence(int upTo, char polarization, int oscillator, List<String> commands) {}
+
+    private static final Pattern COMMAND = Pattern.compile("\\[[^\\]]*\\]?|[^\\s\\[]+");
+    private static final Pattern KNOWN = Pattern.compile("[tTvVAB]|P\\d*|[SW]\\d{1,6}|\\[\\s*[0-9A-Fa-f]{2}(\\s+[0-9A-Fa-f]{2}){0,5}\\s*\\]");
+    private static final int FIELDS = 4;
+
+    final Map<OrbitalPosition, List<Sequence>> sequences = new LinkedHashMap<>();
+    final List<Malformed> malformed = new ArrayList<>();
+    int restrictions;
+
+    private DiseqcConf() {}
+
+    /** Reads a file. Malformed lines are collected, not thrown. */
+    static DiseqcConf read(Path file) throws IOException {
+        DiseqcConf conf = new DiseqcConf();
+        conf.malformed.addAll(SourceFile.read(file, (number, line) -> conf.take(line.strip())));
+        return conf;
+    }
+
+    private void take(String line) {
+        if (line.isEmpty() || line.startsWith("#")) {
+            return;
+        }
+        if (line.matches("[\\d\\s]+:")) {
+            restrictions++;
+            return;
+        }
+        String[] fields = line.split("\\s+", FIELDS + 1);
+        if (fields.length < FIELDS) {
+            throw new IllegalArgumentException(
+                    fields.length + " fields instead of position, frequency, polarization, oscillator and commands");
+        }
+        if (!fields[2].matches("[VHLR]")) {
+            throw new IllegalArgumentException("polarization '" + fields[2] + "' is not V, H, L or R");
+        }
+        OrbitalPosition position = OrbitalPosition.parse(fields[0]);
+        Sequence sequence = new Sequence(
+                SourceFile.number(fields[1], 10, 1, Integer.MAX_VALUE, "frequency"),
+                fields[2].charAt(0),
+                SourceFile.number(fields[3], 10, 1, 0xFFFF, "oscillator"),
+                commands(fields.length > FIELDS ? fields[FIELDS] : ""));
+        sequences.computeIfAbsent(position, key -> new ArrayList<>()).add(sequence);
+    }
+
+    private static List<String> commands(String text) {
+        List<String> commands = new ArrayList<>();
+        for (Matcher command = COMMAND.matcher(text); command.find(); ) {
+            if (!KNOWN.matcher(command.group()).matches()) {
+                throw new IllegalArgumentException("'" + command.group() + "' is no command");
+            }
+            commands.add(command.group());
+        }
+        return List.copyOf(commands);
+    }
+}

@@ -1,0 +1,215 @@
+package com.velotra.tv.tavro.tool.satellites;
+
+import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfoBase;
+import com.velotra.tv.tavro.tool.satellites.DiseqcConf.Sequence;
+import java.util.LinkedHashSet;
+import java.util.List;
+import java.util.Locale;
+import java.util.Map;
+import java.util.Objects;
+import java.util.OptionalInt;
+import java.util.Set;
+import java.util.TreeMap;
+import java.util.function.Function;
+import java.util.function.Predicate;
+import java.util.stream.Collectors;
+import java.util.stream.Stream;
+
+/**
+ * How the dish is switched to one satellite, as the values of its record.
+ *
+ * <p>The file says it band by band and polarization by polarization; a record has room for two bands and one switch. What the
+ * lines say differently in any other way than a universal LNB needs cannot be kept. The platform leaves the numbers of tone,
+ * power and polarization to the Java side; they are fixed here.
+ */
+final class Dish {
+    private static final int TONE_OFF = 0;
+    private static final int TONE_ON = 1;
+    private static final int TONE_BY_BAND = 2; // on in the high band
+
+    private static final int POWER_13_V = 1;
+    private static final int POWER_18_V = 2;
+    private static final int POWER_BY_POLARIZATION = 3; // 18 V for horizontal and left
+
+    private static final Map<Character, Integer> POLARIZATION = Map.of('H', 0, 'V', 1, 'L', 2, 'R', 3);
+
+    private static final int DISEQC_BURST_ONLY = 0;
+    private static final int DISEQC_COMMITTED = 2;
+    private static final int DISEQC_EX_NONE = 0;
+    private static final int DISEQC_EX_UNCOMMITTED = 4;
+    private static final int BURST_POSITION = 5; // A, and behind it B
+    private static final int NO_POSITION = 255;
+
+    // MHz: the bands of a universal LNB, and an end beyond all transponders.
+    private static final List<Integer> UNIVERSAL = List.of(9750, 11700, 10600);
+    private static final int OPEN_END = 99999;
+
+    // DiSEqC commands that a record has a place for; the low digit of the first two is what they carry.
+    private static final String COMMITTED = "E0 10 38 F[0-9A-F]";
+    private static final String UNCOMMITTED = "E0 10 39 F[0-9A-F]";
+    private static final String SINGLE_CABLE = "E0 10 5A( [0-9A-F]{2}){2}";
+    private static final String SINGLE_CABLE_SECOND_GENERATION = "70( [0-9A-F]{2}){3}";
+
+    private final List<Sequence> sequences;
+    private final Set<String> left = new LinkedHashSet<>();
+    private final Integer port;
+    private final Integer burst;
+
+    /** @param sequences at least one */
+    Dish(List<Sequence> sequences) {
+        this.sequences = sequences;
+        port = same("switch ports that differ", command -> hexDigit(command, COMMITTED, 2));
+        burst = same("tone bursts that differ", command -> "AB".contains(command) ? "AB".indexOf(command) : null);
+    }
+
+    /** What the record has no place for, a reason each; known when the values have been put. */
+    Set<String> left() {
+        return left;
+    }
+
+    /** The tone burst that goes with a switch port; it has to be written behind the port, which overrides it. */
+    OptionalInt burstBesidePort() {
+        return port != null && burst != null ? OptionalInt.of(burst) : OptionalInt.empty();
+    }
+
+    /** Puts the values into a record object. Updates do not take the polarization: {@code isNew} says whether the record is new. */
+    void put(VltTvSatelliteInfoBase info, boolean isNew) {
+        info.setMaskStatusOn(1);
+        putLnb(info);
+        putSwitch(info);
+        putTone(info);
+        putPower(info);
+        putPolarization(info, isNew);
+        commands().forEach(this::leave);
+    }
+
+    private void putLnb(VltTvSatelliteInfoBase info) {
+        Map<Character, TreeMap<Integer, Integer>> bands = sequences.stream().collect(Collectors.groupingBy(
+                Sequence::polarization,
+                Collectors.toMap(Sequence::upTo, Sequence::oscillator, this::firstOscillator, TreeMap::new)));
+        TreeMap<Integer, Integer> first = bands.get(sequences.get(0).polarization());
+        if (bands.values().stream().anyMatch(other -> !other.equals(first))) {
+            left.add("bands that differ by polarization");
+        }
+        if (first.size() > 2) {
+            left.add("more than two bands");
+        }
+        if (first.lastKey() < OPEN_END) {
+            left.add("an upper end of the last band");
+        }
+        info.setLnbLowFreq(first.firstEntry().getValue());
+        info.setLnbSwitchFreq(0);
+        info.setLnbHighFreq(0);
+        Map.Entry<Integer, Integer> high = first.higherEntry(first.firstKey());
+        if (high != null) {
+            info.setLnbSwitchFreq(first.firstKey());
+            info.setLnbHighFreq(high.getValue());
+        }
+        Integer singleCable = same("single-cable positions that differ", Dish::singleCablePosition);
+        boolean second = commands().anyMatch(command -> command.matches(SINGLE_CABLE_SECOND_GENERATION));
+        boolean universal = List.of(info.getLnbLowFreq(), info.getLnbSwitchFreq(), info.getLnbHighFreq()).equals(UNIVERSAL);
+        info.setMaskLnbUniver(singleCable == null && universal ? 1 : 0);
+        info.setMaskLnbSingcab(singleCable != null && !second ? 1 : 0);
+        info.setMaskLnbSingcabJess(singleCable != null && second ? 1 : 0);
+        info.setUnicablePosition(singleCable == null ? 0 : singleCable);
+    }
+
+    private int firstOscillator(int first, int second) {
+        if (first != second) {
+            left.add("several oscillators for one band");
+        }
+        return first;
+    }
+
+    private void putSwitch(VltTvSatelliteInfoBase info) {
+        info.setDiseqcType(port == null ? DISEQC_BURST_ONLY : DISEQC_COMMITTED);
+        info.setDiseqcPosition(port != null ? port : burst != null ? BURST_POSITION + burst : NO_POSITION);
+        Integer uncommitted = same("uncommitted switch ports that differ", command -> hexDigit(command, UNCOMMITTED, 0));
+        info.setDiseqcTypeEx(uncommitted == null ? DISEQC_EX_NONE : DISEQC_EX_UNCOMMITTED);
+        info.setDiseqcPositionEx(uncommitted == null ? 0 : uncommitted);
+    }
+
+    private void putTone(VltTvSatelliteInfoBase info) {
+        int low = sequences.stream().mapToInt(Sequence::upTo).min().orElseThrow();
+        if (all(sequence -> last(sequence, "t", "T").equals("t"))) {
+            info.setTone22k(TONE_OFF);
+        } else if (all(sequence -> last(sequence, "t", "T").equals("T"))) {
+            info.setTone22k(TONE_ON);
+        } else if (all(sequence -> last(sequence, "t", "T").equals(sequence.upTo() == low ? "t" : "T"))) {
+            info.setTone22k(TONE_BY_BAND);
+        } else if (sequences.stream().anyMatch(sequence -> !last(sequence, "t", "T").isEmpty())) {
+            left.add("a tone that follows something else than the band");
+        }
+    }
+
+    private void putPower(VltTvSatelliteInfoBase info) {
+        if (all(sequence -> last(sequence, "v", "V").equals("v"))) {
+            info.setLnbPower(POWER_13_V);
+        } else if (all(sequence -> last(sequence, "v", "V").equals("V"))) {
+            info.setLnbPower(POWER_18_V);
+        } else if (all(sequence -> last(sequence, "v", "V").equals("HL".indexOf(sequence.polarization()) < 0 ? "v" : "V"))) {
+            info.setLnbPower(POWER_BY_POLARIZATION);
+        } else if (sequences.stream().anyMatch(sequence -> !last(sequence, "v", "V").isEmpty())) {
+            left.add("a voltage that follows something else than the polarization");
+        }
+    }
+
+    private void putPolarization(VltTvSatelliteInfoBase info, boolean isNew) {
+        Set<Character> polarizations = sequences.stream().map(Sequence::polarization).collect(Collectors.toSet());
+        if (polarizations.size() > 1) {
+            left.add("more than one polarization; each transport stream has its own");
+        } else if (isNew) {
+            info.setDiseqcPolar(POLARIZATION.get(polarizations.iterator().next()));
+        } else {
+            left.add("the polarization of a satellite that was there before");
+        }
+    }
+
+    private void leave(String text) {
+        if (text.startsWith("W")) {
+            left.add("waiting times");
+        } else if (text.startsWith("P")) {
+            left.add("positioners");
+        } else if (text.matches("[0-9A-F]{2}( .*)?")
+                && !text.matches(String.join("|", COMMITTED, UNCOMMITTED, SINGLE_CABLE, SINGLE_CABLE_SECOND_GENERATION))) {
+            left.add("the DiSEqC command " + text);
+        }
+    }
+
+    /** All commands, those of DiSEqC without brackets, in capitals and with one blank between their bytes. */
+    private Stream<String> commands() {
+        return sequences.stream().flatMap(sequence -> sequence.commands().stream()).map(command -> command.startsWith("[")
+                ? command.replaceAll("[\\[\\]]", "").strip().replaceAll("\\s+", " ").toUpperCase(Locale.ROOT)
+                : command);
+    }
+
+    /** What the commands say, those that say nothing answering null; when they differ all but the first is left out. */
+    private Integer same(String difference, Function<String, Integer> value) {
+        List<Integer> values = commands().map(value).filter(Objects::nonNull).distinct().toList();
+        if (values.size() > 1) {
+            left.add(difference);
+        }
+        return values.isEmpty() ? null : values.get(0);
+    }
+
+    private boolean all(Predicate<Sequence> rule) {
+        return sequences.stream().allMatch(rule);
+    }
+
+    // Banks are counted by band, polarization and position, the first two with a bit each.
+    private static Integer singleCablePosition(String command) {
+        return command.startsWith("S") ? Integer.parseInt(command.substring(1)) >> 2 : null;
+    }
+
+    /** The last digit of a DiSEqC command, shifted to the right; null when it is not of that form. */
+    private static Integer hexDigit(String command, String pattern, int shift) {
+        return command.matches(pattern) ? Character.digit(command.charAt(command.length() - 1), 16) >> shift : null;
+    }
+
+    /** The one of two commands that comes last and so holds from then on, or nothing. */
+    private static String last(Sequence sequence, String one, String other) {
+        return sequence.commands().stream()
+                .filter(command -> command.equals(one) || command.equals(other))
+                .reduce("", (before, command) -> command);
+    }
+}

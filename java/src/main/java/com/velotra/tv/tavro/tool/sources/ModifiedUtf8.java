@@ -1,0 +1,29 @@
+package com.velotra.tv.tavro.tool.sources;
+
+/** Text in the encoding in which records keep it: one to three bytes for each UTF-16 unit. */
+public final class ModifiedUtf8 {
+    private ModifiedUtf8() {}
+
+    /** How many bytes the text takes. */
+    public static int bytes(String text) {
+        return text.chars().map(ModifiedUtf8::bytes).sum();
+    }
+
+    /** The longest beginning of the text, whole characters, that takes no more than {@code most} bytes. */
+    public static String cut(String text, int most) {
+        int used = 0;
+        for (int i = 0; i < text.length(); ) {
+            int next = text.offsetByCodePoints(i, 1);
+            used += bytes(text.substring(i, next));
+            if (used > most) {
+                return text.substring(0, i);
+            }
+            i = next;
+        }
+        return text;
+    }
+
+    private static int bytes(int unit) {
+        return unit != 0 && unit < 0x80 ? 1 : unit < 0x800 ? 2 : 3;
+    }
+}

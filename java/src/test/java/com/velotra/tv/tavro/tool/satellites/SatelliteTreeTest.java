@@ -1,0 +1,85 @@
+package com.velotra.tv.tavro.tool.satellites;
+
+import static org.junit.jupiter.api.Assertions.assertEquals;
+import static org.junit.jupiter.api.Assertions.assertTrue;
+
+import com.velotra.tv.tavro.services.channellist.OrbitalPosition;
+import com.velotra.tv.tavro.services.channellist.RecordId;
+import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfo;
+import com.velotra.tv.tavro.services.channellist.VltTvSatelliteList;
+import java.io.IOException;
+import java.io.OutputStream;
+import java.io.PrintStream;
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.util.ArrayList;
+import java.util.List;
+import java.util.Map;
+import java.util.Set;
+import org.junit.jupiter.api.Test;
+
+/** The whole of sources.conf and diseqc.conf of Debian's vdr. */
+class SatelliteTreeTest {
+    private static final int LIST = 51;
+    private static final Set<String> OTHER_MEDIA = Set.of("C", "T", "A", "I", "V");
+
+    private static Path file(String name) {
+        Path file = Path.of(System.getProperty("tavro.dishes")).resolve(name);
+        assertTrue(Files.exists(file), "there is no " + file + "; ./tavro test fetches it");
+        return file;
+    }
+
+    /** Tenths of a degree and name of every line, read without the importer's reader. */
+    private static List<String> satellites() throws IOException {
+        List<String> satellites = new ArrayList<>();
+        for (String line : Files.readAllLines(file("sources.conf"))) {
+            String code = line.split("\\s")[0];
+            if (!code.isEmpty() && !code.startsWith("#") && !OTHER_MEDIA.contains(code)) {
+                double degrees = Double.parseDouble(code.substring(1, code.length() - 1));
+                long tenths = Math.round(degrees * 10) * (code.endsWith("W") ? -1 : 1);
+                satellites.add(tenths + " " + line.substring(code.length()).trim());
+            }
+        }
+        return satellites;
+    }
+
+    @Test
+    void everyPositionIsImportedAndReadsBackToItsLine() throws IOException {
+        List<String> expected = satellites();
+        assertEquals(158, expected.size());
+        VltTvSatelliteList lists = VltTvSatelliteList.getInstance();
+        SatelliteImport satellites = new SatelliteImport(lists, LIST, new PrintStream(OutputStream.nullOutputStream()));
+        satellites.addSources(file("sources.conf"));
+        satellites.addSwitches(file("diseqc.conf"));
+        Satellites stored = satellites.store();
+        satellites.printSummary(System.out);
+
+        assertEquals(Map.of("added", 158, "with how the dish is switched to them", 2), satellites.stored());
+        assertEquals(0, satellites.malformed());
+        assertEquals(
+                Map.of("no satellite but source C", 1, "no satellite but source T", 1, "no satellite but source A", 1,
+                        "no satellite but source I", 1, "no satellite but source V", 1),
+                satellites.notImported());
+        assertEquals(Map.of("waiting times", 2, "more than one polarization; each transport stream has its own", 2), satellites.left());
+
+        List<VltTvSatelliteInfo> found = lists.getAll(LIST, null);
+        assertEquals(expected, found.stream().map(satellite -> satellite.getOrbitPosition() + " " + satellite.getName()).toList());
+        for (VltTvSatelliteInfo satellite : found) {
+            RecordId id = stored.at(new OrbitalPosition(satellite.getOrbitPosition())).orElseThrow();
+            assertEquals(satellite.id(), id);
+            assertEquals(satellite.getName(), lists.get(id, List.of("Name")).orElseThrow().getName());
+        }
+
+        // The file switches two satellites, each with a committed port and a tone burst.
+        List<VltTvSatelliteInfo> inUse = found.stream().filter(satellite -> satellite.getMaskStatusOn() == 1).toList();
+        assertEquals(List.of(130, 192), inUse.stream().map(VltTvSatelliteInfo::getOrbitPosition).toList());
+        assertEquals(List.of(1, 0), inUse.stream().map(VltTvSatelliteInfo::getDiseqcPosition).toList());
+        assertEquals(List.of(1, 0), inUse.stream().map(VltTvSatelliteInfo::getToneBurst).toList());
+        for (VltTvSatelliteInfo satellite : inUse) {
+            assertEquals(
+                    List.of(1, 9750, 11700, 10600, 2, 3, 2),
+                    List.of(satellite.getMaskLnbUniver(), satellite.getLnbLowFreq(), satellite.getLnbSwitchFreq(),
+                            satellite.getLnbHighFreq(), satellite.getTone22k(), satellite.getLnbPower(), satellite.getDiseqcType()));
+        }
+    }
+}
