@@ -24,6 +24,7 @@ endif()
 if(NOT TAVRO_JAVA)
     set(TAVRO_JAVA ${Java_JAVA_EXECUTABLE})
 endif()
+set(TAVRO_TEST_JAVA ${TAVRO_JAVA} CACHE INTERNAL "Virtual machine that the tests run on")
 
 # tavro_add_junit(AREA GROUP JAR CLASSES class... [ENVIRONMENT name=value...] [JVM_ARGS arg...])
 # Runs the tests of CLASSES, which JAR (a target of add_jar) holds, over a fresh storage directory: an
@@ -49,7 +50,7 @@ macro(add_junit_entry NAME)
     add_test(NAME ${NAME} COMMAND ${CMAKE_SOURCE_DIR}/cmake/fresh-home.sh ${CMAKE_BINARY_DIR}/homes/${NAME}
         ${TAVRO_JAVA} -ea -Djava.library.path=${CMAKE_BINARY_DIR}/lib:${CMAKE_BINARY_DIR}/lib/scripted
         ${ARG_JVM_ARGS} -cp ${jar_file}:${tavro_file}:${TAVRO_PICOCLI}:${TAVRO_JUNIT}
-        org.junit.platform.console.ConsoleLauncher --disable-banner --disable-ansi-colors --details=tree
+        org.junit.platform.console.ConsoleLauncher --disable-banner --disable-ansi-colors --details=tree --details-theme=ascii
         --fail-if-no-tests ${selection})
     set_tests_properties(${NAME} PROPERTIES LABELS quick TIMEOUT 900
         ENVIRONMENT "${TAVRO_JVM_ENVIRONMENT};${ARG_ENVIRONMENT}")

@@ -10,9 +10,10 @@ if [ "$exported" != JNI_OnLoad ]; then
     exit 1
 fi
 
-# Of what is undefined, the platform's functions are those that belong to no versioned C or C++ library.
-undefined=$(nm -D --undefined-only "$library" | awk '$1 == "U" {print $2}' | grep -v '@' | grep -v '^_Z' |
-    grep -v '^__cxa_\|^__gxx_\|^__asan\|^__ubsan\|^__tsan' | sort)
+# Of what is undefined, the platform's functions are those that no C or C++ library of this compiler has;
+# those name their version, but for libc++'s and the sanitizers' own.
+undefined=$(nm -D --undefined-only "$library" | awk '$1 == "U" {print $2}' |
+    grep -vE '@(GLIBC|GLIBCXX|CXXABI|CXXABI_ARM|GCC)_[0-9.]+$' | grep -vE '^(_Z|__cxa_|__gxx_|__asan|__ubsan|__tsan)' | sort)
 if ! diff <(sort "$list") <(printf '%s\n' "$undefined"); then
     echo "the library's undefined symbols (>) differ from the platform's functions (<)"
     exit 1
