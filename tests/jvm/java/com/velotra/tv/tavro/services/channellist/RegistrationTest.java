@@ -1,0 +1,189 @@
+package com.velotra.tv.tavro.services.channellist;
+
+import static org.junit.jupiter.api.Assertions.assertDoesNotThrow;
+import static org.junit.jupiter.api.Assertions.assertEquals;
+import static org.junit.jupiter.api.Assertions.assertNotEquals;
+import static org.junit.jupiter.api.Assertions.assertThrows;
+import static org.junit.jupiter.api.Assertions.assertTrue;
+import static org.junit.jupiter.api.DynamicTest.dynamicTest;
+
+import java.io.File;
+import java.io.IOException;
+import java.io.InputStream;
+import java.io.UncheckedIOException;
+import java.lang.reflect.InvocationTargetException;
+import java.lang.reflect.Method;
+import java.lang.reflect.Modifier;
+import java.nio.charset.StandardCharsets;
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.util.Arrays;
+import java.util.Comparator;
+import java.util.List;
+import java.util.Map;
+import java.util.function.Consumer;
+import java.util.stream.Collectors;
+import java.util.stream.Stream;
+import org.junit.jupiter.api.DynamicTest;
+import org.junit.jupiter.api.Test;
+import org.junit.jupiter.api.TestFactory;
+import org.junit.jupiter.api.io.TempDir;
+
+/**
+ * The natives that the list classes declare and those that the library registers are the same.
+ *
+ * <p>A native without a registration cannot be called. A registration without a native makes the library refuse to be loaded, so
+ * that no test over it passes; that it refuses is shown by list classes of which one native is called otherwise.
+ */
+class RegistrationTest {
+    private static final String PACKAGE = RegistrationTest.class.getPackageName() + ".";
+    private static final int FAILED = -22;
+
+    private static final List<TvList> LISTS = List.of(
+            VltTvChannelList.getInstance(), VltTvTransportStreamList.getInstance(), VltTvNetworkList.getInstance(),
+            VltTvSatelliteList.getInstance());
+
+    // Arguments for a list that there cannot be.
+    private static final Map<Class<?>, Object> ARGUMENTS = Map.of(
+            int.class, 0,
+            String.class, "0,0",
+            List.class, List.of(),
+            VltTvChannelInfoBase.class, new VltTvChannelInfoBase(),
+            VltTvTransportStreamInfoBase.class, new VltTvTransportStreamInfoBase(),
+            VltTvNetworkInfoBase.class, new VltTvNetworkInfoBase(),
+            VltTvSatelliteInfoBase.class, new VltTvSatelliteInfoBase());
+
+    @TempDir
+    static Path folder;
+
+    private static List<Method> natives(TvList list) {
+        return Arrays.stream(list.getClass().getDeclaredMethods())
+                .filter(method -> Modifier.isNative(method.getModifiers()))
+                .sorted(Comparator.comparing(Method::toString))
+                .toList();
+    }
+
+    @Test
+    void theFourListClassesDeclareSeventyTwoNatives() {
+        assertEquals(
+                Map.of("VltTvChannelList", 20, "VltTvTransportStreamList", 18, "VltTvNetworkList", 17, "VltTvSatelliteList", 17),
+                LISTS.stream().collect(Collectors.toMap(list -> list.getClass().getSimpleName(), list -> natives(list).size())));
+    }
+
+    @TestFactory
+    Stream<DynamicTest> everyNativeIsRegisteredAndAnswersForAListThatThereIsNot() {
+        return LISTS.stream().flatMap(list -> natives(list).stream().map(
+                method -> dynamicTest(method.toString().replace(PACKAGE, ""), () -> call(list, method))));
+    }
+
+    private static void call(TvList list, Method method) throws Throwable {
+        Object answer;
+        try {
+            answer = method.invoke(list, Arrays.stream(method.getParameterTypes()).map(ARGUMENTS::get).toArray());
+        } catch (InvocationTargetException e) {
+            throw e.getCause(); // UnsatisfiedLinkError when it is not registered
+        }
+        if (method.getName().equals("nativeSetup")) {
+            assertNotEquals(0, answer);
+        } else {
+            assertEquals(expected(method), answer);
+        }
+    }
+
+    private static Object expected(Method method) {
+        Class<?> type = method.getReturnType();
+        if (type == int.class) {
+            // There is nothing to update, and of the natives that open a list one alone tells that it could not create it.
+            boolean opens = method.getName().endsWith("pen")
+                    && !(method.getDeclaringClass() == VltTvChannelList.class && method.getParameterCount() == 1);
+            return opens || method.getName().endsWith("pdateInfoList") ? 0 : FAILED;
+        }
+        return type == String.class ? "" : type == List.class ? List.of() : null;
+    }
+
+    @TestFactory
+    Stream<DynamicTest> theLibraryIsNotLoadedWhenANativeIsMissing() {
+        return LISTS.stream().flatMap(list -> natives(list).stream().map(Method::getName).distinct().map(
+                name -> dynamicTest(list.getClass().getSimpleName() + "." + name, () -> {
+                    String called = list.getClass().getName() + "." + name;
+                    NoSuchMethodError missing = assertThrows(
+                            NoSuchMethodError.class, () -> load(called + ".so", new Loader(list.getClass().getName(), name)));
+                    assertTrue(missing.getMessage().contains(called + "("), missing.getMessage());
+                })));
+    }
+
+    @Test
+    void theLibraryIsLoadedWhenAllNativesAreThere() {
+        assertDoesNotThrow(() -> load("accepted.so", new Loader("", "")));
+    }
+
+    /** The library's file. */
+    private static Path library() {
+        return Arrays.stream(System.getProperty("java.library.path").split(File.pathSeparator))
+                .map(directory -> Path.of(directory, System.mapLibraryName("velotra_tavro_channellist")))
+                .filter(Files::exists)
+                .findFirst().orElseThrow();
+    }
+
+    /** Loads a copy of the library that is called {@code name}: a virtual machine loads the same file for one loader alone. */
+    @SuppressWarnings("unchecked")
+    private static void load(String name, Loader loader) throws IOException, ReflectiveOperationException {
+        Path library = Files.copy(library(), folder.resolve(name));
+        Class<?> loading = Class.forName(Loading.class.getName(), true, loader);
+        ((Consumer<String>) loading.getDeclaredConstructor().newInstance()).accept(library.toString());
+    }
+
+    /** Loads a library for the class loader that this class is from. */
+    public static final class Loading implements Consumer<String> {
+        @Override
+        public void accept(String library) {
+            System.load(library);
+        }
+    }
+
+    /** Has classes of the package of its own; in one of them the natives of one name are called otherwise. */
+    private static final class Loader extends ClassLoader {
+        private final String changed;
+        private final String missing;
+
+        Loader(String changed, String missing) {
+            super(RegistrationTest.class.getClassLoader());
+            this.changed = changed;
+            this.missing = missing;
+        }
+
+        @Override
+        protected Class<?> loadClass(String name, boolean resolve) throws ClassNotFoundException {
+            synchronized (getClassLoadingLock(name)) {
+                Class<?> known = findLoadedClass(name);
+                if (known != null || !name.startsWith(PACKAGE)) {
+                    return known != null ? known : super.loadClass(name, resolve);
+                }
+                byte[] bytes = bytesOf(name);
+                if (name.equals(changed)) {
+                    rename(bytes, missing);
+                }
+                return defineClass(name, bytes, 0, bytes.length);
+            }
+        }
+
+        private byte[] bytesOf(String name) throws ClassNotFoundException {
+            try (InputStream stream = getParent().getResourceAsStream(name.replace('.', '/') + ".class")) {
+                if (stream == null) {
+                    throw new ClassNotFoundException(name);
+                }
+                return stream.readAllBytes();
+            } catch (IOException e) {
+                throw new UncheckedIOException(e);
+            }
+        }
+
+        /** Changes the last letter of a name in a class file, where it is a constant: the tag 1, its length in two bytes, its text. */
+        private static void rename(byte[] bytes, String name) {
+            String constant = "\1\0" + (char) name.length() + name;
+            int at = new String(bytes, StandardCharsets.ISO_8859_1).indexOf(constant);
+            assertTrue(at >= 0, name);
+            bytes[at + constant.length() - 1] = '_';
+        }
+    }
+}
