@@ -4,7 +4,7 @@
 # records must be equal byte for byte. Then each stores all its lists, and the other loads the files.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
-sources=$PWD/build/sources/vdr/unpacked/usr/share/vdr/channels.conf-examples
+vdr=$PWD/build/sources/vdr/unpacked
 area=$PWD/build/same-records
 rm -rf "$area"
 [ -f "$2/lib/tavro-jvm-tests.jar" ] || {
@@ -25,7 +25,8 @@ make_lists() { # BUILD NAME
     local work=$area/$2
     mkdir -p "$work/files" "$work/demo"
     export TAVRO_HOME=$work/demo/home
-    java_of "$1" com.velotra.tv.tavro.tool.Main demo "$sources" "$work/demo" >"$work/demo.log"
+    java_of "$1" com.velotra.tv.tavro.tool.Main demo "$vdr/usr/share/vdr/channels.conf-examples" \
+        "$vdr/etc/vdr" "$work/demo" >"$work/demo.log"
     java_of "$1" com.velotra.tv.tavro.services.channellist.ListTransfer fill >"$work/fill.log"
     java_of "$1" com.velotra.tv.tavro.services.channellist.ListTransfer store "$work/files"
     dump >"$work/records"

@@ -59,7 +59,7 @@ public abstract class TvList {
         return added(nativeAdd(listId, copyOf.toString()), "cannot copy the record %s to %s %d", copyOf, kind, listId);
     }
 
-    /** Makes a record point at the companion lists of list {@code listId}, and stores it there. */
+    /** Stores a record in list {@code listId}; one of a service or transport stream then points at the companion lists of that list. */
     public void update(int listId, RecordId id) {
         check(native_updateInfo(listId, id.toString()), "cannot move the record %s to %s %d", id, kind, listId);
     }
