@@ -107,4 +107,20 @@ class HostCompanionsTest {
         assertFalse(streams.exists(3));
         assertFalse(networks.exists(3));
     }
+
+    @Test
+    void updatesOfNetworksRefuseMalformedIdentifiersBeforeAnythingIsChanged() {
+        networks.open(1);
+        RecordId one = networks.add(1, network(1, "Eins"));
+        VltTvNetworkInfoBase good = new VltTvNetworkInfoBase();
+        good.setNwlIdNwlRecId(one.toString());
+        good.setNetworkName("Changed");
+        VltTvNetworkInfoBase bad = new VltTvNetworkInfoBase();
+        bad.setNwlIdNwlRecId("1,");
+        IllegalArgumentException refused =
+                assertThrows(IllegalArgumentException.class, () -> networks.updateAll(1, List.of(good, bad)));
+        assertEquals("'1,' is not a record identifier; write list and record as in 3,17", refused.getMessage());
+        assertThrows(IllegalArgumentException.class, () -> networks.update(1, bad));
+        assertEquals("Eins", networks.get(one, null).orElseThrow().values().getNetworkName());
+    }
 }

@@ -220,7 +220,7 @@ class HostSatellitesTest {
     }
 
     @Test
-    void aSatelliteThatWasReadCanBeChangedAndHandedToAnUpdate() {
+    void aSatelliteThatWasReadIsARecordObjectThatAnUpdateTakes() {
         satellites.open(1);
         RecordId id = satellites.add(1, satellite(VALUES));
         VltTvSatelliteInfo read = satellites.get(id, null).orElseThrow();
@@ -276,6 +276,21 @@ class HostSatellitesTest {
         assertEquals(List.of(), names(1));
         satellites.delete(1);
         assertFalse(satellites.exists(1));
+    }
+
+    @Test
+    void updatesRefuseMalformedIdentifiersBeforeAnythingIsChanged() {
+        satellites.open(1);
+        RecordId id = satellites.add(1, satellite(VALUES));
+        VltTvSatelliteInfoBase good = satellite(Map.of("Name", "Changed"));
+        good.setRecId(id.toString());
+        VltTvSatelliteInfoBase bad = satellite(Map.of("Name", "Changed too"));
+        bad.setRecId("x");
+        IllegalArgumentException refused =
+                assertThrows(IllegalArgumentException.class, () -> satellites.updateAll(List.of(good, bad)));
+        assertEquals("'x' is not a record identifier; write list and record as in 3,17", refused.getMessage());
+        assertThrows(IllegalArgumentException.class, () -> satellites.update(bad));
+        assertEquals(VALUES.get("Name"), satellites.get(id, null).orElseThrow().getName());
     }
 
     @Test

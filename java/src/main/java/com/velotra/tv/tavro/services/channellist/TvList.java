@@ -1,5 +1,8 @@
 package com.velotra.tv.tavro.services.channellist;
 
+import java.util.Objects;
+import java.util.stream.Stream;
+
 /**
  * What the list classes offer alike over their natives.
  *
@@ -59,9 +62,9 @@ public abstract class TvList {
         return added(nativeAdd(listId, copyOf.toString()), "cannot copy the record %s to %s %d", copyOf, kind, listId);
     }
 
-    /** Stores a record in list {@code listId}; one of a service or transport stream then points at the companion lists of that list. */
+    /** Stores a record in list {@code listId}; that of a service or transport stream then points at the lists of that number. */
     public void update(int listId, RecordId id) {
-        check(native_updateInfo(listId, id.toString()), "cannot move the record %s to %s %d", id, kind, listId);
+        check(native_updateInfo(listId, id.toString()), "cannot store the record %s in %s %d", id, kind, listId);
     }
 
     /** Removes a record. */
@@ -85,6 +88,16 @@ public abstract class TvList {
         if (status != 0) {
             throw new ChannelListException(String.format(message, arguments), status);
         }
+    }
+
+    /**
+     * Refuses identifiers that the native side cannot take apart: it would leave a list half updated and locked, or end the
+     * process. A null one is for the natives to answer.
+     *
+     * @throws IllegalArgumentException for the first of them
+     */
+    static void checkIdentifiers(Stream<String> identifiers) {
+        identifiers.filter(Objects::nonNull).forEach(RecordId::parse);
     }
 
     static RecordId added(String identifier, String message, Object... arguments) {

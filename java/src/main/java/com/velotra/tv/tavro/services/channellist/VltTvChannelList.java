@@ -31,7 +31,7 @@ public final class VltTvChannelList extends TvList {
         return Optional.ofNullable(native_getSvlInfo(id.toString())).map(ServiceRecord::new);
     }
 
-    /** All services of a list, in list order; none when there is no such list. */
+    /** All services of a list, in list order; none when there is no such list or one cannot be read. */
     public List<ServiceRecord> getAll(int listId) {
         return ServiceRecord.listOf(getAllBytes(listId));
     }
@@ -61,7 +61,7 @@ public final class VltTvChannelList extends TvList {
         check(native_updateInfo(listId, info), "cannot update the service %s of list %d", info.svlIdSvlRecId, listId);
     }
 
-    /** Overlays many services. Those before the first that fails stay updated. */
+    /** Overlays many services. Those before the first that fails stay updated. One without a record id stands for record 0. */
     public void updateAll(int listId, List<? extends VltTvChannelInfoBase> infos) {
         check(native_updateInfoList(listId, infos), "cannot update %d services of list %d", infos.size(), listId);
     }

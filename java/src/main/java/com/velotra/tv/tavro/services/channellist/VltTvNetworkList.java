@@ -1,7 +1,9 @@
 package com.velotra.tv.tavro.services.channellist;
 
 import java.util.List;
+import java.util.Objects;
 import java.util.Optional;
+import java.util.stream.Stream;
 
 /**
  * The network lists of the TV.
@@ -42,11 +44,17 @@ public final class VltTvNetworkList extends TvList {
 
     /** Overlays the network that {@code info} names by its record id with the values that it carries. */
     public void update(int listId, VltTvNetworkInfoBase info) {
+        checkIdentifiers(Stream.ofNullable(info.getNwlIdNwlRecId()));
         check(native_updateInfo(listId, info), "cannot update the network %s of list %d", info.identifier(), listId);
     }
 
-    /** Overlays many networks. Those before the first that fails stay updated. */
+    /**
+     * Overlays many networks. Those before the first that fails stay updated. One without a record id stands for record 0.
+     *
+     * @throws IllegalArgumentException when an identifier is malformed; nothing is updated then
+     */
     public void updateAll(int listId, List<? extends VltTvNetworkInfoBase> infos) {
+        checkIdentifiers(infos.stream().filter(Objects::nonNull).map(VltTvNetworkInfoBase::getNwlIdNwlRecId));
         check(native_updateInfoList(listId, infos), "cannot update %d networks of list %d", infos.size(), listId);
     }
 

@@ -1,7 +1,9 @@
 package com.velotra.tv.tavro.services.channellist;
 
 import java.util.List;
+import java.util.Objects;
 import java.util.Optional;
+import java.util.stream.Stream;
 
 /**
  * The satellite lists of the TV.
@@ -45,11 +47,17 @@ public final class VltTvSatelliteList extends TvList {
 
     /** Overlays the satellite that {@code info} names by its identifier with the values that it carries. */
     public void update(VltTvSatelliteInfoBase info) {
+        checkIdentifiers(Stream.ofNullable(info.getRecId()));
         check(nativeUpdateInfo(info), "cannot update the satellite %s", info.getRecId());
     }
 
-    /** Overlays many satellites. Those before the first that fails stay updated. */
+    /**
+     * Overlays many satellites. Those before the first that fails stay updated.
+     *
+     * @throws IllegalArgumentException when an identifier is malformed; nothing is updated then
+     */
     public void updateAll(List<? extends VltTvSatelliteInfoBase> infos) {
+        checkIdentifiers(infos.stream().filter(Objects::nonNull).map(VltTvSatelliteInfoBase::getRecId));
         check(nativeUpdateInfoList(infos), "cannot update %d satellites", infos.size());
     }
 

@@ -206,14 +206,14 @@ public class VltTvTransportStreamInfoBase extends KeyedValues {
         return this;
     }
 
-    /** Inner FEC, as FEC_inner of EN 300 468 table 35. */
+    /** Inner FEC, 1 to 9; taken to be FEC_inner of the delivery system descriptors (EN 300 468, clause 6.2.13). */
     public VltTvTransportStreamInfoBase setFecInner(int value) {
         fecInner = value;
         mark("FecInner");
         return this;
     }
 
-    /** Outer FEC, as FEC_outer of EN 300 468 table 34. */
+    /** Outer FEC, 1 or 2; taken to be FEC_outer of the delivery system descriptors (EN 300 468, clause 6.2.13). */
     public VltTvTransportStreamInfoBase setFecOuter(int value) {
         fecOuter = value;
         mark("FecOuter");
@@ -269,7 +269,7 @@ public class VltTvTransportStreamInfoBase extends KeyedValues {
         return this;
     }
 
-    /** Code rate of terrestrial and satellite, 2 to 11. */
+    /** Code rate: of satellite 2 to 11, of terrestrial 2 to 9. */
     public VltTvTransportStreamInfoBase setCodeRate(int value) {
         codeRate = value;
         mark("CodeRate");

@@ -31,7 +31,7 @@ public final class VltTvTransportStreamList extends TvList {
         return Optional.ofNullable(native_getInfo(id.toString())).map(TransportStreamRecord::new);
     }
 
-    /** All transport streams of a list, in list order; none when there is no such list. */
+    /** All transport streams of a list, in list order; none when there is no such list or one cannot be read. */
     public List<TransportStreamRecord> getAll(int listId) {
         return TransportStreamRecord.listOf(getAllBytes(listId));
     }
@@ -51,7 +51,10 @@ public final class VltTvTransportStreamList extends TvList {
         check(native_updateInfo(listId, info), "cannot update the transport stream %s of list %d", info.identifier(), listId);
     }
 
-    /** Overlays many transport streams. Those before the first that fails stay updated. */
+    /**
+     * Overlays many transport streams. Those before the first that fails stay updated. One without a record id stands for record
+     * 0, one whose record id was set to null is left out.
+     */
     public void updateAll(int listId, List<? extends VltTvTransportStreamInfoBase> infos) {
         check(native_updateInfoList(listId, infos), "cannot update %d transport streams of list %d", infos.size(), listId);
     }
