@@ -1,13 +1,16 @@
 package com.velotra.tv.tavro.tool;
 
+import java.io.ByteArrayOutputStream;
 import java.io.IOException;
+import java.io.PrintStream;
+import java.nio.charset.StandardCharsets;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.List;
 import java.util.Map;
 
-/** Runs the tool in a virtual machine of its own. */
+/** Runs the tool, in a virtual machine of its own or in this one. */
 final class ToolProcess {
     /** How a run ended, and what it printed. */
     record Result(int exit, String out, String err) {}
@@ -35,5 +38,22 @@ final class ToolProcess {
         builder.environment().putAll(environment);
         int exit = builder.start().waitFor();
         return new Result(exit, Files.readString(out), Files.readString(err));
+    }
+
+    /** Runs the tool in this virtual machine, over this one's storage directory. */
+    static Result runHere(String... arguments) {
+        PrintStream out = System.out;
+        PrintStream err = System.err;
+        ByteArrayOutputStream newOut = new ByteArrayOutputStream();
+        ByteArrayOutputStream newErr = new ByteArrayOutputStream();
+        System.setOut(new PrintStream(newOut, true, StandardCharsets.UTF_8));
+        System.setErr(new PrintStream(newErr, true, StandardCharsets.UTF_8));
+        try {
+            int exit = Main.run(arguments);
+            return new Result(exit, newOut.toString(StandardCharsets.UTF_8), newErr.toString(StandardCharsets.UTF_8));
+        } finally {
+            System.setOut(out);
+            System.setErr(err);
+        }
     }
 }
