@@ -24,6 +24,7 @@ import java.util.Map;
 import java.util.function.Consumer;
 import java.util.stream.Collectors;
 import java.util.stream.Stream;
+import org.junit.jupiter.api.BeforeAll;
 import org.junit.jupiter.api.DynamicTest;
 import org.junit.jupiter.api.Test;
 import org.junit.jupiter.api.TestFactory;
@@ -53,8 +54,18 @@ class RegistrationTest {
             VltTvNetworkInfoBase.class, new VltTvNetworkInfoBase(),
             VltTvSatelliteInfoBase.class, new VltTvSatelliteInfoBase());
 
+    private static final String LOADED = "loaded.so";
+    private static final Loader KEEPER = new Loader("", "");
+
     @TempDir
     static Path folder;
+
+    // While the copy is loaded, a link to it that is refused is not unloaded: on the way the virtual machine would read a name that
+    // is freed by then, which sanitizers report.
+    @BeforeAll
+    static void keepTheLibraryLoaded() throws IOException, ReflectiveOperationException {
+        load(Files.copy(library(), folder.resolve(LOADED)), KEEPER);
+    }
 
     private static List<Method> natives(TvList list) {
         return Arrays.stream(list.getClass().getDeclaredMethods())
@@ -125,10 +136,16 @@ class RegistrationTest {
                 .findFirst().orElseThrow();
     }
 
-    /** Loads a copy of the library that is called {@code name}: a virtual machine loads the same file for one loader alone. */
-    @SuppressWarnings("unchecked")
+    /**
+     * Loads the library for a loader. A virtual machine loads a file for one loader alone, so that each has a link of its own,
+     * called {@code name}, to one copy.
+     */
     private static void load(String name, Loader loader) throws IOException, ReflectiveOperationException {
-        Path library = Files.copy(library(), folder.resolve(name));
+        load(Files.createLink(folder.resolve(name), folder.resolve(LOADED)), loader);
+    }
+
+    @SuppressWarnings("unchecked")
+    private static void load(Path library, Loader loader) throws ReflectiveOperationException {
         Class<?> loading = Class.forName(Loading.class.getName(), true, loader);
         ((Consumer<String>) loading.getDeclaredConstructor().newInstance()).accept(library.toString());
     }
