@@ -66,6 +66,9 @@ TEST_F(TransportStreamBridge, AnUpdateReadsTheRecordAsksTheKeysAndLocksTheStoreA
 TEST_F(TransportStreamBridge, AnUpdateHandsOverZerosWhereNothingWasStored) {
     EXPECT_EQ(update(named("1,17")), 0);
     EXPECT_EQ(last_record(), std::vector<std::byte>(sizeof(_TSL_REC_T)));
+    script::answer("x_tsl_get_rec", reads(stored)); // for the first element
+    EXPECT_EQ(update_list({&named("1,17"), &named("1,18")}), 0);
+    EXPECT_EQ(last_record(), std::vector<std::byte>(sizeof(_TSL_REC_T)));
 }
 
 TEST_F(TransportStreamBridge, AnUpdateKeepsTheKeysStringAtABadIdentifierAndFailsAtOnce) {
@@ -181,6 +184,8 @@ TEST_F(TransportStreamBridge, OneStreamIsReadWithoutALockAndHandedOverAsItsBytes
     script::answer("x_tsl_get_rec", reads(stored));
     jbyteArray bytes = get("1,17");
     EXPECT_EQ(journal(), joined(asked_for, Lines{"NewByteArray(724)", "SetByteArrayRegion(0, 724)"}));
+    ASSERT_NE(bytes, nullptr);
+    ASSERT_EQ(FakeJni::from(bytes).bytes.size(), stored.size());
     EXPECT_EQ(std::memcmp(FakeJni::from(bytes).bytes.data(), stored.data(), stored.size()), 0);
 
     script::answer("x_tsl_get_rec", fails());
@@ -231,6 +236,7 @@ TEST_P(TransportStreamListReader, FillsOneArrayRecordByRecordUnderTheReadLock) {
                                 unlocked));
     std::vector<std::byte> expected = stored;
     expected.resize(1448);
+    ASSERT_NE(bytes, nullptr);
     ASSERT_EQ(FakeJni::from(bytes).bytes.size(), expected.size());
     EXPECT_EQ(std::memcmp(FakeJni::from(bytes).bytes.data(), expected.data(), expected.size()), 0);
 }
