@@ -268,4 +268,21 @@ TEST_F(NetworkBridge, TheOtherNativesPassOnTheirCallWithoutALine) {
                            "x_nwl_close(0x30003)", "x_nwl_delete(0x30004)"}));
 }
 
+TEST_F(NetworkBridge, SetUpReplacesTheManagerSilentlyAndKeepsOpenListsOpen) {
+    log_level("D");
+    const jint first = com_velotra_tv_tavro_nw_list_native_setup(jni.env(), nullptr);
+    auto* left_behind = nwList;
+    EXPECT_NE(left_behind, &manager);
+    const jint second = com_velotra_tv_tavro_nw_list_native_setup(jni.env(), nullptr);
+    EXPECT_NE(nwList, left_behind);
+    EXPECT_EQ(jni.journal(), Lines{});
+    EXPECT_EQ(first, static_cast<jint>(reinterpret_cast<std::uintptr_t>(&nwList)));
+    EXPECT_EQ(second, first);
+    EXPECT_NE(m_nwlHandleMap.find(1), nullptr);
+
+    m_nwlHandleMap.clear();
+    delete left_behind;
+    delete nwList;
+}
+
 } // namespace

@@ -135,6 +135,29 @@ TEST_F(NetworkReading, OneNetworkByKeysSetsThoseAloneAndReleasesTheKeysCharacter
               joined(one_built(one_begun("1,99")), kKeysAsked, Lines{kJniLine + "Key List size = 0\n"}, kTakeOver));
 }
 
+TEST_F(NetworkReading, TheIdentifiersKeyIsComparedExactly) {
+    script::answer("x_nwl_get_rec", reads(bytes_of(stored)));
+    FakeObject& keys =
+        jni.list({&jni.string("NwlIdNwlRecId "), &jni.string("NwlIdNwlRec"), &jni.string("nwlIdNwlRecId")});
+    ASSERT_NE(get(jni, "1,99", &keys), nullptr);
+    EXPECT_EQ(jni.journal_with("setNwlIdNwlRecId"), Lines{});
+}
+
+TEST_F(NetworkReading, ASetterThatIsMissingMakesTheResultNullAndUnlocks) {
+    script::answer("x_nwl_get_rec", reads(bytes_of(stored)));
+    jni.fail("GetMethodID(setNwlIdNwlRecId, (Ljava/lang/String;)V)");
+    EXPECT_EQ(get(jni, "1,99", nullptr), nullptr);
+    const Lines missing = {"GetMethodID(setNwlIdNwlRecId, (Ljava/lang/String;)V)"};
+    EXPECT_EQ(journal(), joined(one_built(one_begun("1,99")), missing));
+
+    FakeJni failing;
+    failing.fail(missing[0]);
+    script::answer("x_nwl_get_num_rec", counts(2));
+    script::answer("x_nwl_get_rec_by_rec_idx", reads(bytes_of(stored)));
+    EXPECT_EQ(get_list(failing, nullptr), nullptr);
+    EXPECT_EQ(journal(failing), joined(list_begun(), record_begun("0", "17"), missing, unlocked));
+}
+
 TEST_F(NetworkReading, OneNetworkThatCannotBeReadIsNullWithALine) {
     script::answer("x_nwl_get_rec", fails());
     EXPECT_EQ(get(jni, "1,99", nullptr), nullptr);

@@ -341,4 +341,21 @@ TEST_F(TransportStreamBridge, TheOtherNativesPassOnTheirCallWithoutALine) {
                            "x_tsl_close(0x20003)", "x_tsl_delete(0x20004)"}));
 }
 
+TEST_F(TransportStreamBridge, SetUpReplacesTheManagerSilentlyAndKeepsOpenListsOpen) {
+    log_level("D");
+    const jint first = com_velotra_tv_tavro_ts_list_native_setup(jni.env(), nullptr);
+    auto* left_behind = tsList;
+    EXPECT_NE(left_behind, &manager);
+    const jint second = com_velotra_tv_tavro_ts_list_native_setup(jni.env(), nullptr);
+    EXPECT_NE(tsList, left_behind);
+    EXPECT_EQ(jni.journal(), Lines{});
+    EXPECT_EQ(first, static_cast<jint>(reinterpret_cast<std::uintptr_t>(&tsList)));
+    EXPECT_EQ(second, first);
+    EXPECT_NE(m_tslHandleMap.find(1), nullptr);
+
+    m_tslHandleMap.clear();
+    delete left_behind;
+    delete tsList;
+}
+
 } // namespace
