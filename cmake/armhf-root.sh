@@ -35,9 +35,9 @@ if [ -d "$root" ]; then
     exit 0
 fi
 
-mirror=$(apt-get indextargets --format '$(CODENAME) $(COMPONENT) $(REPO_URI)' 'Created-By: Packages' |
+mirror=$(apt-get indextargets --no-release-info --format '$(RELEASE) $(COMPONENT) $(REPO_URI)' 'Created-By: Packages' |
     awk -v suite="$suite" '$1 == suite && $2 == "main" {print $3; exit}')
-[ -n "$mirror" ] || cannot "this machine's apt knows no mirror of ${suite:-its suite} main"
+[ -n "$mirror" ] || cannot "this machine's apt has no source of ${suite:-its suite} main to fetch them from"
 keys=/usr/share/keyrings/debian-archive-keyring.gpg
 [ -r "$keys" ] || cannot "there is no $keys; install debian-archive-keyring"
 
@@ -46,10 +46,13 @@ rm -rf "$part"
 mkdir -p "$part"/apt/{etc/sources.d,etc/apt.conf.d,etc/preferences.d,lists/partial,cache/archives/partial} "$part/root"
 : >"$part/apt/status"
 printf 'deb [signed-by=%s] %s %s main\n' "$keys" "$mirror" "$suite" >"$part/apt/etc/sources.list"
-cat >"$part/apt/apt.conf" <<SETTINGS
+# How this machine reaches mirrors, such as a proxy, holds here too.
+apt-config dump | grep -E '^Acquire::https?::' >"$part/apt/apt.conf" || true
+cat >>"$part/apt/apt.conf" <<SETTINGS
 APT::Architecture "armhf";
 APT::Architectures { "armhf"; };
 APT::Install-Recommends "false";
+APT::Update::Error-Mode "any";
 APT::Sandbox::User "$(id -un)";
 Acquire::Languages "none";
 Acquire::Retries "3";
