@@ -272,9 +272,9 @@ TEST_F(NetworkBridge, SetUpReplacesTheManagerSilentlyAndKeepsOpenListsOpen) {
     log_level("D");
     const jint first = com_velotra_tv_tavro_nw_list_native_setup(jni.env(), nullptr);
     auto* left_behind = nwList;
-    EXPECT_NE(left_behind, &manager);
+    ASSERT_NE(left_behind, &manager);
     const jint second = com_velotra_tv_tavro_nw_list_native_setup(jni.env(), nullptr);
-    EXPECT_NE(nwList, left_behind);
+    ASSERT_NE(nwList, left_behind);
     EXPECT_EQ(jni.journal(), Lines{});
     EXPECT_EQ(first, static_cast<jint>(reinterpret_cast<std::uintptr_t>(&nwList)));
     EXPECT_EQ(second, first);

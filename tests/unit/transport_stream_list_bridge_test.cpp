@@ -345,9 +345,9 @@ TEST_F(TransportStreamBridge, SetUpReplacesTheManagerSilentlyAndKeepsOpenListsOp
     log_level("D");
     const jint first = com_velotra_tv_tavro_ts_list_native_setup(jni.env(), nullptr);
     auto* left_behind = tsList;
-    EXPECT_NE(left_behind, &manager);
+    ASSERT_NE(left_behind, &manager);
     const jint second = com_velotra_tv_tavro_ts_list_native_setup(jni.env(), nullptr);
-    EXPECT_NE(tsList, left_behind);
+    ASSERT_NE(tsList, left_behind);
     EXPECT_EQ(jni.journal(), Lines{});
     EXPECT_EQ(first, static_cast<jint>(reinterpret_cast<std::uintptr_t>(&tsList)));
     EXPECT_EQ(second, first);
