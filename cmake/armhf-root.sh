@@ -10,7 +10,7 @@
 set -euo pipefail
 
 packages=(openjdk-17-jre-headless libc6 libgcc-s1 libsqlite3-dev libstdc++6)
-recipe=1 # counts up when what is prepared changes
+recipe=2 # counts up when what is prepared changes
 
 say() { printf 'armhf: %s\n' "$*" >&2; }
 cannot() {
@@ -92,14 +92,14 @@ done
 
 # Whoever starts this machine's "java" gets it under the emulator, child processes of Java included. The
 # memory settings keep it off the edge of a 32-bit address space; a helper program between the machine and
-# its child processes, the default, could not be started by the kernel. Under an emulator a method pays
-# for its compilation later than usual.
+# its child processes, the default, could not be started by the kernel. Most runs are short, and under an
+# emulator end sooner without compiling a method; those that are not take -Xmixed.
 mv "$part/root/$jvm/bin/java" "$part/root/$jvm/bin/java.armhf"
 cat >"$part/root/$jvm/bin/java" <<'SCRIPT'
 #!/bin/sh
 bin=$(dirname "$(readlink -f "$0")")
 exec qemu-arm -L "${bin%/usr/lib/jvm/*}" "$bin/java.armhf" -Xmx128m -Xss512k -XX:+UseSerialGC -XX:-UsePerfData \
-    -XX:CompileThresholdScaling=5 -Djdk.lang.Process.launchMechanism=VFORK "$@"
+    -Xint -Djdk.lang.Process.launchMechanism=VFORK "$@"
 SCRIPT
 chmod +x "$part/root/$jvm/bin/java"
 
