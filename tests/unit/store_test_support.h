@@ -1,8 +1,8 @@
 // A list store over the scripted middleware, and the transcripts that its operations should leave.
 //
-// The stores of the three kinds differ in a few words and rules. A Kind says which, a Store gives the
-// three managers one shape, and StoreTest compares the whole journal with an expected transcript,
-// written as a sum of steps:
+// The stores of services, transport streams and networks differ in a few words and rules; satellites, which
+// differ in more, have tests of their own. A Kind says which, a Store gives the three managers one shape, and StoreTest
+// compares the whole journal with an expected transcript, written as a sum of steps:
 //
 //     expect_journal(debug("#[close]: mwdbId = 5 \n") + found(5) + call("close(@5)"));
 //
