@@ -1,0 +1,182 @@
+#!/usr/bin/env bash
+# Runs the README's two commands on a bare Debian machine: bare_machine.sh [root|user]
+#
+#   root   as root: ./tavro demo, then ./tavro test --quick
+#   user   as a user without sudo: each command fails first and prints one line; after root has run that line,
+#          the command passes
+#
+# Without an argument, both. Each part gets a fresh root folder of this machine's own release with nothing but
+# git and CA certificates, and a clone of HEAD. The unpacked base and the downloaded packages are kept below
+# ${XDG_CACHE_HOME:-~/.cache}/tavro. Exit 77: skipped, for a reason that is printed.
+set -euo pipefail
+
+skip() {
+    printf 'skipped: %s\n' "$*"
+    exit 77
+}
+
+if [ "${TAVRO_BARE_NAMESPACE:-}" != yes ]; then
+    [ "$(id -u)" = 0 ] || skip "only root can make a bare machine; this is user $(id -un)"
+    [ "$(. /etc/os-release && printf '%s' "${ID:-}")" = debian ] || skip "this machine is not a Debian machine"
+    # Mounts and processes of a namespace of their own end with it, even when this script is killed.
+    namespace=(unshare --mount --pid --fork --kill-child)
+    "${namespace[@]}" true 2>/dev/null || skip "this machine does not allow mounts in a namespace (unshare --mount --pid)"
+    export TAVRO_BARE_NAMESPACE=yes
+    exec "${namespace[@]}" bash "$0" "$@"
+fi
+
+parts=("$@")
+[ $# -gt 0 ] || parts=(root user)
+checkout=$(git -C "$(dirname "$(readlink -f "$0")")" rev-parse --show-toplevel)
+suite=$(. /etc/os-release && printf '%s' "$VERSION_CODENAME")
+recipe=1 # counts up when the base changes
+cache=${XDG_CACHE_HOME:-$HOME/.cache}/tavro
+base=$cache/bare-$suite-$recipe.tar
+packages=$cache/bare-packages-$suite
+work=$cache/bare-work
+log=$work/log
+mkdir -p "$cache" "$packages/partial"
+
+# One run at a time: they share the folders above.
+exec 9>"$cache/bare.lock"
+flock -n 9 || {
+    echo "waiting for another run of the bare machine …"
+    flock 9
+}
+
+clean() {
+    mount -t proc proc /proc 2>/dev/null || true # this namespace's own list of mounts
+    local point
+    awk -v work="$work/" 'index($2, work) == 1 {print $2}' /proc/self/mounts | tac | while read -r point; do
+        umount "$point" || umount --lazy "$point"
+    done
+    ! grep -q " $work/" /proc/self/mounts || { echo "mounts are left below $work" >&2; return 1; }
+    rm -rf --one-file-system "$work"
+}
+trap clean EXIT
+trap 'exit 130' INT
+trap 'exit 143' TERM
+clean
+mkdir -p "$work"
+
+# step TEXT COMMAND...: runs a command, its output in the log, and prints how long it took.
+step() {
+    local text=$1 start=$SECONDS status=0
+    shift
+    printf '%-66s ' "$text …"
+    "$@" >"$log" 2>&1 </dev/null || status=$?
+    printf '%4d s%s\n' $((SECONDS - start)) "$([ $status = 0 ] || echo "  exit $status")"
+    return $status
+}
+fail() {
+    printf 'FAILED: %s; the end of its output:\n' "$*"
+    tail -n 60 "$log" | sed 's/^/    /'
+    exit 1
+}
+
+# This machine's Debian sources as "URI RELEASE COMPONENT"; other vendors' sources stay behind.
+debian_sources() {
+    apt-get indextargets --format '$(ORIGIN) $(REPO_URI) $(RELEASE) $(COMPONENT)' 'Created-By: Packages' |
+        awk '$1 == "Debian" {print $2, $3, $4}' | sort -u
+}
+sources=$(debian_sources)
+if [ -z "$sources" ]; then
+    step "Updating this machine's package lists" apt-get -qq update || fail "apt-get update"
+    sources=$(debian_sources)
+fi
+mirror=$(awk -v suite="$suite" '$2 == suite && $3 == "main" {print $1; exit}' <<<"$sources")
+[ -n "$mirror" ] || skip "this machine's apt has no Debian source of $suite main"
+
+make_base() {
+    local part=$work/base
+    debootstrap --variant=minbase --include=ca-certificates,git "$suite" "$part" "$mirror"
+    rm -rf "$part"/var/cache/apt/archives/*.deb "$part"/var/lib/apt/lists/*
+    tar -C "$part" --numeric-owner -cf "$base.part" .
+    mv "$base.part" "$base"
+    rm -rf --one-file-system "$part"
+}
+
+# fresh_root: a bare machine in $root with a clone of HEAD in $home/tavro, owned by OWNER.
+fresh_root() { # OWNER
+    mkdir -p "$root"
+    tar -C "$root" --numeric-owner -xpf "$base"
+    sed 's/^/deb /' <<<"$sources" >"$root/etc/apt/sources.list"
+    # How this machine reaches its mirrors, such as a proxy, holds there too.
+    apt-config dump | grep -E '^Acquire::(https?|ftp|Retries|Check-|ForceIPv|Languages|AllowInsecure)' \
+        >"$root/etc/apt/apt.conf.d/50machine" || true
+    cp -L /etc/resolv.conf "$root/etc/resolv.conf"
+    if compgen -G '/usr/local/share/ca-certificates/*.crt' >/dev/null; then
+        cp /usr/local/share/ca-certificates/*.crt "$root/usr/local/share/ca-certificates/"
+        chroot "$root" update-ca-certificates
+    fi
+    mount -t proc proc "$root/proc"
+    mount --bind "$packages" "$root/var/cache/apt/archives"
+    [ "$1" = root ] || chroot "$root" useradd --create-home "$1"
+    git clone --quiet "$checkout" "$root$home/tavro"
+    git -C "$root$home/tavro" checkout --quiet --detach "$commit"
+    chroot "$root" chown -R "$1": "$home/tavro"
+}
+drop_root() {
+    umount "$root/var/cache/apt/archives" "$root/proc"
+    rm -rf --one-file-system "$root"
+}
+
+# there USER COMMAND...: runs a command on the bare machine, in the clone, with nothing of this environment.
+there() {
+    local user=$1
+    shift
+    env -i HOME="$home" PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin LANG=C.UTF-8 TERM=dumb \
+        chroot --userspec="$user" "$root" bash -c 'cd ~/tavro && exec "$@"' bash "$@"
+}
+
+as_root() {
+    root=$work/root home=/root
+    step "Unpacking a bare $suite" fresh_root root || fail "the bare machine"
+    step "as root: ./tavro demo" there root ./tavro demo || fail "./tavro demo as root"
+    grep -q 'All .* checks passed' "$log" || fail "./tavro demo as root ran no checks"
+    step "as root: ./tavro test --quick" there root ./tavro test --quick || fail "./tavro test --quick as root"
+    grep -q '100% tests passed' "$log" || fail "./tavro test --quick as root ran no tests"
+    step "Removing it" drop_root
+}
+
+# A command that has to fail, print one line for root, and pass once root has run that line.
+two_attempts() { # COMMAND...
+    local status=0 line
+    step "as a user: $*, packages missing" there user "$@" || status=$?
+    line=$(grep -E '^ *apt-get update && apt-get install' "$log" || true)
+    [ "$status" = 1 ] || fail "$* without packages exits with $status, not 1"
+    [ "$(grep -c . <<<"$line")" = 1 ] || fail "$* without packages does not print one line for root"
+    step "as root: the line that it printed" there root bash -c "$line" || fail "$line"
+    step "as a user: $*" there user "$@" || fail "$* as a user, after the line was run"
+}
+
+as_user() {
+    root=$work/user home=/home/user
+    step "Unpacking a bare $suite" fresh_root user || fail "the bare machine"
+    two_attempts ./tavro demo
+    grep -q 'All .* checks passed' "$log" || fail "./tavro demo as a user ran no checks"
+    two_attempts ./tavro test --quick
+    grep -q '100% tests passed' "$log" || fail "./tavro test --quick as a user ran no tests"
+    step "Removing it" drop_root
+}
+
+commit=$(git -C "$checkout" rev-parse HEAD)
+printf 'Bare machine: Debian %s, commit %s\n' "$suite" "$(git -C "$checkout" log -1 --format='%h %s' | cut -c 1-60)"
+if [ ! -f "$base" ]; then
+    if ! command -v debootstrap >/dev/null; then
+        step "Installing debootstrap" apt-get -qq -y -o DPkg::Lock::Timeout=600 install --no-install-recommends debootstrap ||
+            skip "debootstrap cannot be installed: $(tail -n 1 "$log")"
+    fi
+    step "Making a bare $suite" make_base || fail "debootstrap"
+fi
+for part in "${parts[@]}"; do
+    case $part in
+    root) as_root ;;
+    user) as_user ;;
+    *)
+        echo "bare_machine.sh takes root or user, not '$part'" >&2
+        exit 2
+        ;;
+    esac
+done
+printf 'The bare machine passed in %d s\n' "$SECONDS"
