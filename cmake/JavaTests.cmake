@@ -1,7 +1,6 @@
 # JUnit 5 tests as CTest entries, one a class.
 
 set(TAVRO_JUNIT /usr/share/java/junit-platform-console-standalone.jar)
-set(TAVRO_PICOCLI /usr/share/java/picocli.jar)
 
 # A Java virtual machine is not built with sanitizers: their run-time libraries are loaded first. The
 # C++ library comes along because the first exception would not find its functions otherwise. The

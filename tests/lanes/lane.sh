@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds one preset and runs its quick tests: lane.sh PRESET. Exit 77: it was skipped, for a reason that it prints.
+# Builds one preset with its tests and runs the quick ones: lane.sh PRESET. Exit 77: it was skipped, for a reason that it prints.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 preset=$1
@@ -11,8 +11,8 @@ if [ "$preset" = arm ]; then
         exit 77
     fi
 fi
-cmake --preset "$preset" >/dev/null
-cmake --build --preset "$preset" -- --quiet
+cmake --preset "$preset-tests" >/dev/null
+cmake --build --preset "$preset-tests" -- --quiet
 select=()
 # ThreadSanitizer and a Java virtual machine do not get along without suppressions of the latter: that
 # lane runs the C++ tests. Style and layout do not depend on the build; which symbols a library leaves
