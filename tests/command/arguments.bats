@@ -1,0 +1,187 @@
+# How ./tavro reads its arguments: before it does anything else.
+load support
+
+# A minimal number of arguments for a command.
+arguments_of() {
+    case $1 in
+    list) echo 1 ;;
+    show) echo 1,2 ;;
+    import) echo file ;;
+    esac
+}
+
+refused() { # TEXT WORD...: wrong usage, said in two lines on standard error, with nothing done
+    tavro 2 "${@:2}"
+    says "$1"
+    says "tavro --help" || says "tavro $2 --help"
+    [ "$(wc -l <<<"$stderr")" = 2 ] || show "more than two lines"
+    [ -z "$output" ] || show "something on standard output"
+    nothing_done
+}
+nothing_done() {
+    [ ! -s "$FAKE_CALLS" ] || show "programs were called"
+    [ ! -e "$clone/build" ] || show "a build folder was made"
+}
+
+@test "without arguments the overview is printed" {
+    tavro 0
+    [ "$output" = "$(cat "$clone/help/tavro.txt")" ] || show "not the overview"
+    nothing_done
+}
+
+@test "--help, -h and help print the overview and do nothing else" {
+    for words in --help -h help 'help --help'; do
+        tavro 0 $words
+        [ "$output" = "$(cat "$clone/help/tavro.txt")" ] || show "not the overview"
+    done
+    nothing_done
+}
+
+@test "every command prints its help and does nothing else" {
+    [ "$(all_commands | wc -l)" = 9 ]
+    for command in $(all_commands); do
+        for words in "$command --help" "$command -h" "help $command" "$command $(arguments_of $command) --help"; do
+            tavro 0 $words
+            [ "$output" = "$(cat "$clone/help/$command.txt")" ] || show "not the help of $command: $words"
+            [ -z "$stderr" ] || show "something on standard error"
+        done
+    done
+    nothing_done
+}
+
+@test "help that cannot be written is a failure" {
+    run --separate-stderr bash -c '"$0" demo --help >/dev/full' "$clone/tavro"
+    [ "$status" = 1 ] || show "exit code $status"
+}
+
+@test "every command of the overview has a help text, and the other way round" {
+    diff <(sed -n 's/^  \([a-z][a-z]*\) .*/\1/p' "$clone/help/tavro.txt" | grep -v '^help$' | sort) <(all_commands)
+}
+
+@test "every option in a help text is accepted and reaches the program that it is for" {
+    seen=0
+    for command in $(all_commands); do
+        while read -r short long value; do
+            [ "$long" != --help ] || continue
+            : >"$FAKE_CALLS"
+            tavro 0 $command "$long${value:+=7}" $(arguments_of $command)
+            case $command$long in
+            test--quick) called '^ctest .*-L quick' ;;
+            bench*) called "^host_bench $long" ;;
+            *) called "^java .* $command $long${value:+=7} --" ;;
+            esac
+            [ "$short" = - ] || tavro 0 $command "$short" ${value:+7} $(arguments_of $command)
+            seen=$((seen + 1))
+        done < <(sed -nE 's/^  (-[a-z]|   ),? (--[a-z_]+)=?([^ ]*).*/\1 \2 \3/p' "$clone/help/$command.txt" | sed 's/^   /-/')
+    done
+    [ $seen -ge 10 ]
+}
+
+@test "an option's value can be its own word, follow '=' or follow the short form" {
+    for words in '--kind streams' '--kind=streams' '-k streams' '-k=streams' '-kstreams'; do
+        : >"$FAKE_CALLS"
+        tavro 0 list $words 1
+        called '^java .* list --kind=streams -- 1$'
+    done
+}
+
+@test "negative numbers are values, not options" {
+    tavro 0 import --list -5 file
+    called '^java .* import --list=-5 -- file$'
+    tavro 0 import --list=-6 file
+    called '^java .* import --list=-6 -- file$'
+    tavro 0 list -7
+    called '^java .* list -- -7$'
+}
+
+@test "'--' ends the options" {
+    tavro 0 import -- --list --help
+    called '^java .* import -- --list --help$'
+}
+
+@test "'-' is a file name" {
+    tavro 0 import - --list 3
+    called '^java .* import --list=3 -- -$'
+}
+
+@test "an unknown command names the word and the closest command" {
+    refused "unknown command 'dmeo'; did you mean 'demo'?" dmeo
+    refused "unknown command 'lst'; did you mean 'list'?" lst
+    refused "unknown command 'repo'; did you mean 'report'?" repo
+    refused "unknown command 'hlep'; did you mean 'help'?" help hlep
+}
+
+@test "a word that is close to nothing gets no suggestion" {
+    refused "unknown command 'frobnicate'" frobnicate
+    says_not "did you mean"
+    refused "unknown command ''" ''
+    says_not "did you mean"
+    refused "unknown command 'demo list'" 'demo list'
+}
+
+@test "an unknown option names the word and the closest option" {
+    refused "demo: unknown option '--quick'" demo --quick
+    says_not "did you mean"
+    refused "test: unknown option '--qiuck'; did you mean '--quick'?" test --qiuck
+    refused "list: unknown option '--knid'; did you mean '--kind'?" list --knid=streams 1
+    refused "show: unknown option '-x'" show -x 1,2
+    refused "unknown option '--versoin'; did you mean '--version'?" --versoin
+}
+
+@test "a surplus argument is named" {
+    refused "demo: unexpected argument 'now'" demo now
+    refused "list: unexpected argument '2'" list 1 2
+    refused "test: unexpected argument 'quick'; did you mean '--quick'?" test quick
+    refused "help: unexpected argument 'me'" help demo me
+}
+
+@test "a missing argument is named" {
+    refused "list: missing argument ID" list
+    refused "show: missing argument LIST,RECORD" show --hex
+    refused "import: missing argument FILE" import
+}
+
+@test "a missing or surplus value of an option is named" {
+    refused "option '--kind' needs a value: --kind=KIND" list 1 --kind
+    refused "option '--kind' needs a value: --kind=KIND" list --kind --first 3
+    refused "option '--quick' takes no value, not '--quick=yes'" test --quick=yes
+}
+
+@test "an unknown preset names the word and the closest preset" {
+    refused "build: unknown preset 'hots'; did you mean 'host'?" build hots
+    refused "build: unknown preset 'riscv'" build riscv
+    refused "report: unknown preset 'ram'; did you mean 'arm'?" report ram
+    refused "report: a build with sanitizers ('tsan')" report tsan
+}
+
+@test "the help of build names every preset" {
+    diff <(sed -nE 's/^  ([a-z]+)  .*/\1/p' "$clone/help/build.txt") \
+        <(sed -n '/buildPresets/,$ s/.*"name": "\([a-z]*\)".*/\1/p' "$clone/CMakePresets.json")
+}
+
+@test "--version prints the version and the commit" {
+    tavro 0 --version
+    [ "$output" = "tavro 0.9.0" ] || show "without a repository"
+    nothing_done
+    run --separate-stderr "$top/tavro" --version
+    [ ! -e "$top/.git" ] || [ "$output" = "tavro 0.9.0 ($(git -C "$top" rev-parse --short HEAD))" ] || show "in a repository"
+}
+
+@test "the tool runs in the user's working directory" {
+    fake java <<<'pwd >"$FAKE_CALLS.folder"; echo "home $TAVRO_HOME" >>"$FAKE_CALLS"'
+    mkdir elsewhere
+    cd elsewhere
+    TAVRO_HOME=lists tavro 0 import a/file
+    [ "$(cat "$FAKE_CALLS.folder")" = "$area/elsewhere" ] || show "in $(cat "$FAKE_CALLS.folder")"
+    called '^home lists$'
+    called 'import -- a/file$'
+}
+
+@test "the tool gets to know how it was called, quoted for a shell" {
+    tavro 0 list 1
+    called "-Dtavro.command=$clone/tavro "
+    mv "$clone" "$area/my clone's"
+    clone=$area/"my clone's"
+    tavro 0 list 1
+    called "-Dtavro.command='$area/my clone'\\\\''s/tavro' "
+}

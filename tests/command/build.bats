@@ -1,0 +1,222 @@
+# How ./tavro builds, and what its exit codes say.
+load support
+
+@test "every command that uses the library brings it up to date first" {
+    for words in demo 'list 1' 'show 1,2' 'import f'; do
+        : >"$FAKE_CALLS"
+        tavro 0 $words
+        [ "$(grep -nE '^cmake --build .*/build/host --target workstation$' "$FAKE_CALLS" | cut -d : -f 1)" -lt \
+            "$(grep -n '^java' "$FAKE_CALLS" | cut -d : -f 1)" ] || show "java ran before the build"
+    done
+}
+
+@test "a build is configured when it has to be, and only then" {
+    tavro 0 list 1
+    called '^cmake -S .* --preset host$'
+    : >"$FAKE_CALLS"
+    tavro 0 list 1
+    not_called '^cmake -S'
+    touch -d '1 hour ago' "$clone/build/host/build.ninja"
+    tavro 0 list 1
+    called '^cmake -S .* --preset host$'
+}
+
+@test "tests are added to the build once, and stay" {
+    tavro 0 demo
+    called '^cmake -S .* --preset host$'
+    tavro 0 test --quick
+    called '^cmake -S .* --preset host-tests$'
+    called '^cmake --build .* --target all$'
+    : >"$FAKE_CALLS"
+    tavro 0 demo
+    tavro 0 test --quick
+    not_called '^cmake -S'
+}
+
+@test "a build folder that was copied from another clone is made anew" {
+    tavro 0 list 1
+    cp -r "$clone" "$area/copy"
+    clone=$area/copy
+    touch "$clone/build/host/of-the-other"
+    : >"$FAKE_CALLS"
+    tavro 0 list 1
+    called "^cmake -S $area/copy --preset host$"
+    [ ! -e "$clone/build/host/of-the-other" ] || show "the folder was kept"
+}
+
+@test "nothing is said when nothing is to be built" {
+    tavro 0 list 1
+    printf '[0/2] Re-checking globbed directories...\nninja: no work to do.\n' >"$FAKE_NINJA"
+    tavro 0 list 1
+    [ -z "$stderr" ] || show "something on standard error"
+}
+
+@test "without a terminal a line says every ten seconds how far the build is" {
+    fake cmake <<'END'
+if [ "$1" = -S ]; then mkdir -p "$2/build/host"; echo "CMAKE_HOME_DIRECTORY:INTERNAL=$2" >"$2/build/host/CMakeCache.txt"; exit; fi
+echo '[1/56] Building CXX object one.o'
+echo '[3/56] Building CXX object two.o'
+for ((i = 0; i < 600; i++)); do # until it has been said, 30 s at most
+    ! grep -q step "$FAKE_CALLS.said" || exit 0
+    /bin/sleep 0.05
+done
+exit 1
+END
+    : >"$FAKE_CALLS.said"
+    "$clone/tavro" build 2>"$FAKE_CALLS.said"
+    diff - "$FAKE_CALLS.said" <<END
+Configuring (host) …
+Building (host) …
+  step 3 of 56
+$clone/build/host/lib/libvelotra_tavro_channellist.so
+END
+}
+
+@test "on a terminal one line follows the build" {
+    printf '[1/2] Building CXX object one.o\n[2/2] Linking two.so\n' >"$FAKE_NINJA"
+    run --separate-stderr script -qec "'$clone/tavro' build" /dev/null
+    [ "$status" = 0 ] || show "exit code $status"
+    prints $'\r\e[K[1/2] Building CXX object one.o\r\e[K[2/2] Linking two.so\r\e[K'
+}
+
+@test "a failed build shows its own errors and not those of an earlier one" {
+    tavro 0 build
+    echo 'old.cpp:1: error: of an earlier build' >"$clone/build/host.log"
+    fake cmake <<'END'
+echo '[1/2] Building CXX object new.o'
+echo 'FAILED: new.o'
+echo 'new.cpp:7: error: something is wrong'
+exit 1
+END
+    tavro 1 build
+    says "new.cpp:7: error: something is wrong"
+    says "the build failed; the whole log is $clone/build/host.log"
+    says_not "earlier build"
+    not_called '^java'
+}
+
+@test "a failed configuration shows its error" {
+    fake cmake <<<'echo "-- Found something"; echo "CMake Error at CMakeLists.txt:1:"; echo "  no compiler"; exit 1'
+    tavro 1 list 1
+    says "  no compiler"
+    says_not "Found something"
+    not_called '^cmake --build'
+}
+
+@test "a build folder of somebody else is named, and nothing else is printed" {
+    rm "$bin/id"
+    if [ "$(id -u)" = 0 ]; then
+        mkdir "$clone/build"
+        other=(setpriv --reuid=65534 --regid=65534 --clear-groups)
+        owner='it belongs to root; work as root, or in a clone of your own'
+    else
+        mkdir -m 555 "$clone/build"
+        other=(env)
+        owner='its permissions or its file system forbid it; make it writable, or work in another clone'
+    fi
+    for command in demo 'list 1' build test report; do
+        run --separate-stderr "${other[@]}" "$clone/tavro" $command
+        [ "$status" = 1 ] || show "exit code $status: $command"
+        [ "$stderr" = "tavro: build folder $clone/build is not writable: $owner" ] || show "not that message"
+    done
+    chmod 755 "$clone/build"
+    not_called .
+}
+
+@test "a clone that cannot hold a build folder is named" {
+    rm "$bin/id"
+    other=(env)
+    [ "$(id -u)" != 0 ] || other=(setpriv --reuid=65534 --regid=65534 --clear-groups)
+    chmod 555 "$clone"
+    run --separate-stderr "${other[@]}" "$clone/tavro" build
+    chmod 755 "$clone"
+    [ "$status" = 1 ] || show "exit code $status"
+    says "tavro: build folder $clone/build is not writable"
+    not_called .
+}
+
+# Holds the lock of the clone, as another command would, until the folder $area/held is gone.
+hold_lock() {
+    mkdir -p "$clone/build" "$area/held"
+    printf "'tavro test' (process 4711)" >"$clone/build/.lock"
+    flock "$clone/build/.lock" bash -c 'touch "$0/ready"; while [ -e "$0" ]; do /bin/sleep 0.05; done' "$area/held" 3>&- &
+    until_true test -e "$area/held/ready"
+}
+
+@test "two commands in a clone wait for each other" {
+    hold_lock
+    "$clone/tavro" list 1 2>"$area/said" 3>&- &
+    until_true grep -q . "$area/said"
+    [ "$(cat "$area/said")" = "Waiting for 'tavro test' (process 4711) to finish in this clone …" ] || show "$(cat "$area/said")"
+    not_called '^cmake'
+    rm -r "$area/held"
+    wait $!
+    called '^java'
+}
+
+@test "help and wrong usage wait for nobody" {
+    hold_lock
+    tavro 0 list --help
+    tavro 2 lits
+    rm -r "$area/held"
+}
+
+@test "the demo and the tests keep the lock to their end, list gives it back" {
+    for program in java ctest; do
+        fake $program <<<'flock -n "${0%/bin/*}/clone/build/.lock" true && echo free >>"$FAKE_CALLS" || echo taken >>"$FAKE_CALLS"'
+    done
+    for words in demo 'test --quick'; do
+        : >"$FAKE_CALLS"
+        tavro 0 $words
+        called '^taken$'
+    done
+    : >"$FAKE_CALLS"
+    tavro 0 list 1
+    called '^free$'
+}
+
+@test "programs that outlive a command do not keep its lock" {
+    for program in java cmake ctest; do
+        sed -i '2a ls -l /proc/self/fd | grep -q build/.lock \&\& echo "inherited by $0" >>"$FAKE_CALLS"' "$bin/$program"
+    done
+    tavro 0 demo
+    tavro 0 test --quick
+    called '^ctest'
+    not_called '^inherited'
+}
+
+@test "a failing child is exit code 1, whatever its own" {
+    FAKE_STATUS=8 tavro 1 test --quick
+    FAKE_STATUS=8 tavro 1 test
+    FAKE_STATUS=3 tavro 1 bench
+    FAKE_STATUS=3 tavro 1 report
+    FAKE_STATUS=134 tavro 1 list 1
+    FAKE_STATUS=5 tavro 1 demo
+}
+
+@test "the tool's exit codes 0, 1 and 2 are those of the command" {
+    for code in 0 1 2; do
+        for words in 'list 1' 'show 1,2' 'import f'; do FAKE_STATUS=$code tavro $code $words; done
+    done
+}
+
+@test "a machine without java in PATH is told so" {
+    mkdir "$area/few"
+    ln -s /usr/bin/* "$area/few"
+    rm "$area/few/java" "$bin/java"
+    run --separate-stderr env PATH="$bin:$area/few" "$clone/tavro" list 1
+    [ "$status" = 1 ] || show "exit code $status"
+    says "there is no java in PATH"
+}
+
+@test "the real tree configures without tests, and needs nothing that only tests need" {
+    rm "$bin/cmake"
+    cmake -S "$top" -B "$area/build" -G Ninja -DCMAKE_DISABLE_FIND_PACKAGE_benchmark=ON >"$area/log" 2>&1 || show "$(cat "$area/log")"
+    targets=$(cmake --build "$area/build" -- -t targets all)
+    [[ $targets = *"lib/tavro.jar"* || $targets = *tavro_jar* ]]
+    [[ $targets = *libvelotra_tavro_channellist.so* ]]
+    for name in gtest unit_tests host_tests scripted tavro_tests_jar host_bench java_contract; do
+        [[ $targets != *"$name"* ]] || show "there is a target of $name"
+    done
+    ! grep -rq 'googletest\|junit' "$area/build/build.ninja" || show "the build names packages of tests"
+}

@@ -1,0 +1,192 @@
+# How ./tavro gets the Debian packages that a command needs.
+load support
+
+line='apt-get update && apt-get install -y --no-install-recommends'
+
+@test "nothing is asked of apt when every package is there" {
+    tavro 0 list 1
+    not_called '^apt-get'
+    tavro 0 test --quick
+    not_called '^apt-get .*install'
+}
+
+@test "as root the missing packages are installed, and no others" {
+    printf '%s\n' cmake g++ junit5 golang-go >"$FAKE_MISSING"
+    tavro 0 list 1
+    called '^apt-get .*update'
+    called '^apt-get .*-y install --no-install-recommends cmake g\+\+$'
+    says "Installing 2 Debian packages: cmake g++"
+}
+
+@test "only test and bench take the packages of tests and benchmarks" {
+    printf '%s\n' googletest junit5 libbenchmark-dev bats clang-14 g++-arm-linux-gnueabihf qemu-user >"$FAKE_MISSING"
+    for words in demo 'list 1' 'show 1,2' 'import f' build 'build debug' 'build asan'; do tavro 0 $words; done
+    not_called '^apt-get .*install'
+    tavro 0 report
+    called '--no-install-recommends qemu-user$'
+    tavro 0 bench
+    called '--no-install-recommends googletest junit5 libbenchmark-dev$'
+    tavro 0 build clang
+    called '--no-install-recommends clang-14$'
+    tavro 0 report arm
+    called '--no-install-recommends g\+\+-arm-linux-gnueabihf$'
+    tavro 0 test --quick
+    called '--no-install-recommends bats$'
+}
+
+@test "without root one line names all packages, and is enough for the second attempt" {
+    as_user
+    printf '%s\n' cmake sqlite3 >"$FAKE_MISSING"
+    tavro 1 demo
+    not_called '^(apt-get|cmake|java)'
+    [ "$(grep -c "$line" <<<"$stderr")" = 1 ] || show "not one line"
+    bash -c "$(grep "$line" <<<"$stderr")"
+    tavro 0 demo
+    called '^java .* demo '
+}
+
+@test "for test, one line names the packages of build, tests and device checks" {
+    as_user
+    printf '%s\n' cmake bats golang-go >"$FAKE_MISSING"
+    tavro 1 test --quick
+    says "$line bats cmake golang-go"
+}
+
+@test "without the packages of device checks alone the tests run" {
+    as_user
+    printf '%s\n' golang-go lld-14 >"$FAKE_MISSING"
+    tavro 0 test --quick
+    says "$line golang-go lld-14"
+    says "The tests that need them are skipped."
+    called '^ctest'
+}
+
+@test "when device packages cannot be installed the others are" {
+    printf '%s\n' bats golang-go >"$FAKE_MISSING"
+    echo golang-go >"$FAKE_FAILS"
+    tavro 0 test --quick
+    says "The tests that need golang-go are skipped."
+    grep -qxF golang-go "$FAKE_MISSING"
+    ! grep -qxF bats "$FAKE_MISSING" || show "bats was not installed"
+    called '^ctest'
+}
+
+@test "sudo is used without a password where it needs none" {
+    as_user
+    fake sudo <<<'[ "$1" = -n ] && shift && exec "$@"'
+    echo cmake >"$FAKE_MISSING"
+    tavro 0 list 1
+    called '^sudo -n env .*apt-get .*install .*cmake'
+    not_called '^sudo -v'
+}
+
+@test "sudo asks for a password on a terminal" {
+    as_user
+    fake sudo <<<'[ "$1" = -n ] && exit 1; [ "$1" = -v ] && exit 0; exec "$@"'
+    echo cmake >"$FAKE_MISSING"
+    run --separate-stderr script -qec "'$clone/tavro' list 1" /dev/null
+    [ "$status" = 0 ] || show "exit code $status"
+    prints "sudo may ask for your password"
+    called '^sudo -v$'
+    called '^sudo env .*apt-get .*install .*cmake'
+}
+
+@test "without a terminal sudo never asks for a password" {
+    as_user
+    fake sudo <<<'[ "$1" = -n ] && exit 1; exec "$@"'
+    echo cmake >"$FAKE_MISSING"
+    tavro 1 list 1 </dev/null
+    not_called '^sudo (-v|env)'
+    says "$line cmake"
+}
+
+@test "sudo that refuses on a terminal leaves the line for root" {
+    as_user
+    echo cmake >"$FAKE_MISSING"
+    run --separate-stderr script -qec "'$clone/tavro' list 1" /dev/null
+    [ "$status" = 1 ] || show "exit code $status"
+    called '^sudo -v$'
+    prints "$line cmake"
+}
+
+@test "apt waits for a running dpkg" {
+    echo cmake >"$FAKE_MISSING"
+    fake apt-get <<'END'
+case " $* " in *" install "*)
+    echo 'Waiting for cache lock: Could not get lock /var/lib/dpkg/lock-frontend. It is held by process 12 (apt)...'
+    : >"$FAKE_MISSING" ;;
+esac
+END
+    tavro 0 list 1
+    called '^apt-get .*DPkg::Lock::Timeout=600 .*install'
+    says "Waiting for another apt or dpkg to finish (Could not get lock /var/lib/dpkg/lock-frontend. It is held by process 12"
+}
+
+@test "apt waits for the lock of the package lists" {
+    echo cmake >"$FAKE_MISSING"
+    fake apt-get <<'END'
+case " $* " in
+*" update "*)
+    [ "$(grep -c '^apt-get .*update' "$FAKE_CALLS")" -gt 2 ] && exit 0
+    echo 'E: Could not get lock /var/lib/apt/lists/lock. It is held by process 34 (apt-get)'
+    exit 100 ;;
+*" install "*) : >"$FAKE_MISSING" ;;
+esac
+END
+    tavro 0 list 1
+    [ "$(grep -c 'Waiting for another apt to finish (Could not get lock .* process 34' <<<"$stderr")" = 1 ] || show "not one message"
+    [ "$(grep -c '^apt-get .*update' "$FAKE_CALLS")" = 3 ] || show "not three attempts"
+    [ "$(grep -c '^apt-get .*install' "$FAKE_CALLS")" = 1 ] || show "not one installation"
+}
+
+@test "a failing apt is tried three times with growing pauses" {
+    printf '%s\n' cmake >"$FAKE_MISSING"
+    printf '%s\n' cmake >"$FAKE_FAILS"
+    tavro 1 list 1
+    [ "$(grep -c '^apt-get .*install' "$FAKE_CALLS")" = 3 ] || show "not three attempts"
+    [ "$(grep '^sleep' "$FAKE_CALLS" | tr '\n' ' ')" = "sleep 5 sleep 10 " ] || show "no growing pauses"
+    says "apt failed (try 1 of 3); trying again in 5 s"
+    says "apt failed (try 2 of 3); trying again in 10 s"
+    says "E: Unable to locate package cmake"
+    says "could not be installed; the log is $clone/build/setup.log"
+    not_called '^cmake'
+}
+
+@test "a package source that cannot be reached does not stop an installation" {
+    echo cmake >"$FAKE_MISSING"
+    fake apt-get <<'END'
+case " $* " in *" update "*) echo 'E: The repository is gone'; exit 100 ;; *" install "*) : >"$FAKE_MISSING" ;; esac
+END
+    tavro 0 list 1
+    called '^cmake'
+}
+
+@test "on a machine without apt the command says so" {
+    rm "$bin/apt-get"
+    mkdir "$area/few"
+    for program in bash cat dirname find flock git grep mkdir readlink sed sort stat; do ln -s "/usr/bin/$program" "$area/few"; done
+    run --separate-stderr env PATH="$area/few:$bin" /bin/bash "$clone/tavro" list 1
+    [ "$status" = 1 ] || show "exit code $status"
+    says "there is no apt-get here"
+}
+
+@test "data packages are downloaded by a user without root, once" {
+    as_user
+    tavro 0 demo
+    called '^apt-get -q download vdr$'
+    not_called '^sudo'
+    : >"$FAKE_CALLS"
+    tavro 0 demo
+    not_called '^apt-get'
+}
+
+@test "data that cannot be downloaded is a failure that says what to do" {
+    as_user
+    fake apt-get <<<'echo "E: Unable to locate package $3"; exit 100'
+    tavro 1 demo
+    says "E: Unable to locate package vdr"
+    says "could not fetch the Debian package vdr"
+    says "'apt-get update' as root"
+    [ ! -e "$clone/build/sources/vdr" ] || show "half of it was kept"
+    not_called '^java'
+}
