@@ -15,6 +15,15 @@ skip() {
     exit 77
 }
 
+parts=("$@")
+[ $# -gt 0 ] || parts=(root user)
+for part in "${parts[@]}"; do
+    [ "$part" = root ] || [ "$part" = user ] || {
+        echo "bare_machine.sh takes root or user, not '$part'" >&2
+        exit 2
+    }
+done
+
 if [ "${TAVRO_BARE_NAMESPACE:-}" != yes ]; then
     [ "$(id -u)" = 0 ] || skip "only root can make a bare machine; this is user $(id -un)"
     [ "$(. /etc/os-release && printf '%s' "${ID:-}")" = debian ] || skip "this machine is not a Debian machine"
@@ -25,8 +34,6 @@ if [ "${TAVRO_BARE_NAMESPACE:-}" != yes ]; then
     exec "${namespace[@]}" bash "$0" "$@"
 fi
 
-parts=("$@")
-[ $# -gt 0 ] || parts=(root user)
 checkout=$(git -C "$(dirname "$(readlink -f "$0")")" rev-parse --show-toplevel)
 suite=$(. /etc/os-release && printf '%s' "$VERSION_CODENAME")
 recipe=1 # counts up when the base changes
@@ -162,6 +169,7 @@ as_user() {
 
 commit=$(git -C "$checkout" rev-parse HEAD)
 printf 'Bare machine: Debian %s, commit %s\n' "$suite" "$(git -C "$checkout" log -1 --format='%h %s' | cut -c 1-60)"
+[ -z "$(git -C "$checkout" status --porcelain)" ] || echo "Changes that are not committed are not part of it."
 if [ ! -f "$base" ]; then
     if ! command -v debootstrap >/dev/null; then
         step "Installing debootstrap" apt-get -qq -y -o DPkg::Lock::Timeout=600 install --no-install-recommends debootstrap ||
@@ -170,13 +178,6 @@ if [ ! -f "$base" ]; then
     step "Making a bare $suite" make_base || fail "debootstrap"
 fi
 for part in "${parts[@]}"; do
-    case $part in
-    root) as_root ;;
-    user) as_user ;;
-    *)
-        echo "bare_machine.sh takes root or user, not '$part'" >&2
-        exit 2
-        ;;
-    esac
+    "as_$part"
 done
 printf 'The bare machine passed in %d s\n' "$SECONDS"
