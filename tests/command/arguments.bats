@@ -114,6 +114,8 @@ nothing_done() {
 @test "a word that is close to nothing gets no suggestion" {
     refused "unknown command 'frobnicate'" frobnicate
     says_not "did you mean"
+    refused "unknown command 'is'" is
+    says_not "did you mean"
     refused "unknown command ''" ''
     says_not "did you mean"
     refused "unknown command 'demo list'" 'demo list'
