@@ -74,8 +74,7 @@ END
 
 @test "on a terminal one line follows the build" {
     printf '[1/2] Building CXX object one.o\n[2/2] Linking two.so\n' >"$FAKE_NINJA"
-    run --separate-stderr script -qec "'$clone/tavro' build" /dev/null
-    [ "$status" = 0 ] || show "exit code $status"
+    on_terminal 0 build
     prints $'\r\e[K[1/2] Building CXX object one.o\r\e[K[2/2] Linking two.so\r\e[K'
 }
 

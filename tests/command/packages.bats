@@ -84,8 +84,7 @@ line='apt-get update && apt-get install -y --no-install-recommends'
     as_user
     fake sudo <<<'[ "$1" = -n ] && exit 1; [ "$1" = -v ] && exit 0; exec "$@"'
     echo cmake >"$FAKE_MISSING"
-    run --separate-stderr script -qec "'$clone/tavro' list 1" /dev/null
-    [ "$status" = 0 ] || show "exit code $status"
+    on_terminal 0 list 1
     prints "sudo may ask for your password, to install these Debian packages: cmake"
     called '^sudo -v$'
     called '^sudo env .*apt-get .*install .*cmake'
@@ -103,8 +102,7 @@ line='apt-get update && apt-get install -y --no-install-recommends'
 @test "sudo that refuses on a terminal leaves the line for root" {
     as_user
     echo cmake >"$FAKE_MISSING"
-    run --separate-stderr script -qec "'$clone/tavro' list 1" /dev/null
-    [ "$status" = 1 ] || show "exit code $status"
+    on_terminal 1 list 1
     called '^sudo -v$'
     prints "$line cmake"
 }

@@ -103,6 +103,15 @@ called() { grep -qE -- "$1" "$FAKE_CALLS" || show "nothing called: $1"; }
 not_called() { ! grep -qE -- "$1" "$FAKE_CALLS" || show "called: $1"; }
 all_commands() { (cd "$clone/help" && printf '%s\n' *.txt) | sed 's/\.txt$//; /^tavro$/d'; }
 
+# on_terminal STATUS WORD...: the command on a terminal of its own; what it shows is in $output.
+on_terminal() {
+    local expected=$1
+    shift
+    script -qec true /dev/null >/dev/null 2>&1 || skip "this machine has no pseudo-terminals (/dev/pts)"
+    run --separate-stderr script -qec "'$clone/tavro' $*" /dev/null
+    [ "$status" = "$expected" ] || show "exit code $status, not $expected, on a terminal: tavro $*"
+}
+
 # until_true COMMAND...: waits for a condition, 30 s at most.
 until_true() {
     local end=$((SECONDS + 30))
