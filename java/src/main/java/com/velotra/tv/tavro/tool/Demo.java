@@ -3,6 +3,7 @@ package com.velotra.tv.tavro.tool;
 import com.velotra.tv.tavro.services.channellist.OrbitalPosition;
 import com.velotra.tv.tavro.services.channellist.RecordId;
 import com.velotra.tv.tavro.services.channellist.ServiceRecord;
+import com.velotra.tv.tavro.services.channellist.TransportStreamField;
 import com.velotra.tv.tavro.services.channellist.TransportStreamRecord;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelInfoBase;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
@@ -11,8 +12,12 @@ import com.velotra.tv.tavro.services.channellist.VltTvNetworkList;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfo;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteList;
 import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamList;
-import com.velotra.tv.tavro.tool.satellites.SatelliteImport;
-import com.velotra.tv.tavro.tool.satellites.Satellites;
+import com.velotra.tv.tavro.tool.input.ImportReport;
+import com.velotra.tv.tavro.tool.input.Source;
+import com.velotra.tv.tavro.tool.services.Service;
+import com.velotra.tv.tavro.tool.services.ServiceImport;
+import com.velotra.tv.tavro.tool.transponders.ListIds;
+import com.velotra.tv.tavro.tool.transponders.StreamImport.Stored;
 import java.io.ByteArrayOutputStream;
 import java.io.IOException;
 import java.io.PrintStream;
@@ -22,9 +27,12 @@ import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.Arrays;
+import java.util.HashSet;
 import java.util.List;
 import java.util.Map;
 import java.util.Optional;
+import java.util.Set;
+import java.util.function.Function;
 import java.util.function.Predicate;
 import java.util.stream.Collectors;
 
@@ -36,6 +44,12 @@ final class Demo {
     private static final int COPY = 4;
     private static final int LOADED = 5;
 
+    private static final String SATELLITE_SERVICES = "channels.conf.sat";
+    private static final String CABLE_SERVICES = "channels.conf.cable";
+    private static final String TERRESTRIAL_SERVICES = "channels.conf.terr";
+
+    private static final ListIds LISTS = new ListIds(TERRESTRIAL, CABLE, SATELLITE);
+
     private static final int ROWS = 8;
     private static final int COLUMNS = 110;
 
@@ -44,9 +58,12 @@ final class Demo {
     private final VltTvNetworkList networks = VltTvNetworkList.getInstance();
     private final VltTvSatelliteList satelliteLists = VltTvSatelliteList.getInstance();
     private final Path sources;
-    private final Path dishes;
+    private final Path satelliteNames;
+    private final Path dishSettings;
     private final Path work;
     private final PrintStream out;
+
+    private final Set<Integer> positions = new HashSet<>(); // of the satellites
 
     private int step;
     private int checks;
@@ -60,15 +77,20 @@ final class Demo {
     Demo(VltTvChannelList lists, Path sources, Path dishes, Path work, PrintStream out) {
         this.lists = lists;
         this.sources = sources;
-        this.dishes = dishes;
+        satelliteNames = dishes.resolve("sources.conf");
+        dishSettings = dishes.resolve("diseqc.conf");
         this.work = work;
         this.out = out;
     }
 
     /** Runs all steps. Returns whether every check passed. */
     boolean run() throws IOException, InterruptedException {
-        Satellites satellites = importSatellites();
-        importServices(satellites);
+        for (Path file : List.of(satelliteNames, dishSettings, sources.resolve(SATELLITE_SERVICES), sources.resolve(CABLE_SERVICES),
+                sources.resolve(TERRESTRIAL_SERVICES))) {
+            Source.read(file); // a missing one ends the demo before it has begun
+        }
+        importSatellites();
+        importServices();
         showTables();
         traceService();
         editServices();
@@ -78,7 +100,8 @@ final class Demo {
         out.println();
         if (failed == 0) {
             out.printf("All %d checks passed.%n", checks);
-            out.printf("Look around: TAVRO_HOME=%s ./tavro list %d%n", Storage.directory(), SATELLITE);
+            out.printf("Look around: TAVRO_HOME=%s %s list %d%n",
+                    Shell.quoted(Storage.directory().toString()), System.getProperty("tavro.command", "./tavro"), SATELLITE);
         } else {
             out.printf("%d of %d checks FAILED.%n", failed, checks);
         }
@@ -104,17 +127,12 @@ final class Demo {
         }
     }
 
-    private Satellites importSatellites() throws IOException {
+    private void importSatellites() throws IOException, InterruptedException {
         heading("Satellites: every orbital position goes through nativeAdd, with the dish where it is known");
-        SatelliteImport importer = new SatelliteImport(satelliteLists, SATELLITE, System.err);
-        importer.addSources(dishes.resolve("sources.conf"));
-        importer.addSwitches(dishes.resolve("diseqc.conf"));
-        Satellites satellites = importer.store();
-        ByteArrayOutputStream summary = new ByteArrayOutputStream();
-        importer.printSummary(new PrintStream(summary, true, StandardCharsets.UTF_8));
-        summary.toString(StandardCharsets.UTF_8).lines().forEach(line -> out.println("   " + line));
+        importFiles((service, id, stream) -> { }, satelliteNames, dishSettings);
         out.println();
         List<VltTvSatelliteInfo> stored = satelliteLists.getAll(SATELLITE, null);
+        stored.forEach(satellite -> positions.add(satellite.getOrbitPosition()));
         List<VltTvSatelliteInfo> inUse = stored.stream().filter(satellite -> satellite.getMaskStatusOn() == 1).toList();
         SatelliteTable.of(inUse, ROWS, COLUMNS).lines().forEach(line -> out.println("   " + line));
         List<String> source = satelliteLines();
@@ -123,72 +141,139 @@ final class Demo {
                 .toList();
         check(found.equals(source), "%d satellites read back in the order, at the positions and with the names of the source",
                 source.size());
-        return satellites;
+    }
+
+    /** Imports files as ./tavro import does, and prints the summary. Returns whether everything was imported. */
+    private boolean importFiles(ServiceImport.Observer observer, Path... files) throws IOException, InterruptedException {
+        ImportReport report = new ImportReport(System.err);
+        Importer importer = new Importer(LISTS, report);
+        for (Path file : files) {
+            importer.read(file);
+        }
+        importer.store((transponder, id) -> { }, observer);
+        ByteArrayOutputStream summary = new ByteArrayOutputStream();
+        report.print(new PrintStream(summary, true, StandardCharsets.UTF_8));
+        summary.toString(StandardCharsets.UTF_8).lines().forEach(line -> out.println("   " + line));
+        return report.complete();
     }
 
     /** Position and name of every line that begins like a satellite; knows nothing of the rest of the file. */
     private List<String> satelliteLines() throws IOException {
-        return Files.readAllLines(dishes.resolve("sources.conf"), StandardCharsets.ISO_8859_1).stream()
+        return Files.readAllLines(satelliteNames, StandardCharsets.ISO_8859_1).stream()
                 .filter(line -> line.matches("S\\d.*"))
                 .map(line -> line.replaceFirst("^(S\\d+)([EW])", "$1.0$2").replaceFirst("\\s+", " ").strip())
                 .toList();
     }
 
-    private void importServices(Satellites satellites) throws IOException, InterruptedException {
+    private void importServices() throws IOException, InterruptedException {
         heading("Import: every service of three real channel lists goes through nativeAdd");
-        importFile("channels.conf.sat", SATELLITE, "satellite", satellites);
-        importFile("channels.conf.cable", CABLE, "cable", satellites);
-        importFile("channels.conf.terr", TERRESTRIAL, "terrestrial", satellites);
+        importFile(SATELLITE_SERVICES, SATELLITE);
+        importFile(CABLE_SERVICES, CABLE);
+        importFile(TERRESTRIAL_SERVICES, TERRESTRIAL);
     }
 
-    private void importFile(String name, int listId, String medium, Satellites satellites)
-            throws IOException, InterruptedException {
+    /** A service of a source, and where it was stored. */
+    private record Imported(Service source, RecordId id, Stored stream) {}
+
+    private void importFile(String name, int listId) throws IOException, InterruptedException {
         Path file = sources.resolve(name);
-        ChannelsConf conf = ChannelsConf.read(file);
-        conf.malformed.forEach(line -> out.println("   skipped " + line));
-        lists.open(listId);
-        CompanionImport companions = new CompanionImport(streams, networks, satellites, listId);
-        ServiceImport importer = new ServiceImport(lists, companions, listId, System.err);
-        importer.addAll(conf.services);
-        ScanStandIn.noteNetworks(Storage.directory(), listId, importer.networks());
-        out.printf("   list %d, %s: %d services on %d transport streams of %d networks, %d group headings, %d malformed lines%n",
-                listId, medium, conf.services.size(), companions.streams(), companions.networks(), conf.groups, conf.malformed.size());
-        companions.withoutSatellite().print(out);
-        check(conf.services.size() == serviceLines(file),
-                "every line that is no heading is a service: %d", serviceLines(file));
-        List<ServiceRecord> stored = lists.getAll(listId);
-        check(stored.size() == conf.services.size(), "list %d holds %d services", listId, stored.size());
+        out.printf("   %s:%n", name);
+        List<Imported> imported = new ArrayList<>();
+        boolean complete = importFiles((service, id, stream) -> imported.add(new Imported(service, id, stream)), file);
+        long expected = distinctServices(file);
+        check(complete && imported.size() == expected, "every service of the file was imported: %d", expected);
+        Map<Integer, ServiceRecord> stored =
+                lists.getAll(listId).stream().collect(Collectors.toMap(ServiceRecord::recordId, Function.identity()));
+        check(stored.size() == imported.size(), "list %d holds %d services", listId, stored.size());
         int same = 0;
-        for (int i = 0; i < Math.min(stored.size(), conf.services.size()); i++) {
-            boolean agrees = agrees(stored.get(i), conf.services.get(i), companions);
+        for (Imported service : imported) {
+            ServiceRecord record = stored.get(service.id.recordId());
+            boolean agrees = record != null && agrees(record, service) && tuningAgrees(service);
             if (!agrees) {
-                out.printf("   %s is stored as%n%s", conf.services.get(i), stored.get(i).describe(false));
+                out.printf("   %s is stored as%n%s", service.source, record == null ? "nothing" : record.describe(false));
             }
             same += agrees ? 1 : 0;
         }
-        check(streams.getAll(listId).size() == companions.streams() && networks.getAll(listId, null).size() == companions.networks(),
-                "transport stream list %d and network list %d hold the records that they point at", listId, listId);
-        check(same == conf.services.size(), "%d of %d read back as the source has them", same, conf.services.size());
+        check(same == imported.size(), "%d of %d read back as the source has them, with the tuning of their transport streams",
+                same, imported.size());
     }
 
-    /** How many lines have more to say than a heading or a comment; knows nothing of what a service looks like. */
-    private static long serviceLines(Path file) throws IOException {
+    /**
+     * How many services a file has: lines that are not headings or comments, with those counted once that have the same network, stream
+     * and service id, or, where those ids are 0, the same frequency and service id. Knows nothing of the rest of a line.
+     */
+    private static long distinctServices(Path file) throws IOException {
         return Files.readAllLines(file, StandardCharsets.ISO_8859_1).stream()
                 .filter(line -> !line.isBlank() && !line.startsWith(":") && !line.startsWith("#"))
+                .map(line -> line.split(":"))
+                .map(fields -> fields.length < 12 ? String.join(":", fields)
+                        : String.join(":", fields[9], fields[10], fields[11],
+                                (fields[10] + fields[11]).equals("00") ? fields[1].replaceFirst("(\\d{6})000$", "$1") : ""))
+                .distinct()
                 .count();
     }
 
-    private static boolean agrees(ServiceRecord stored, ChannelsConf.Service source, CompanionImport companions) {
+    private boolean agrees(ServiceRecord stored, Imported imported) {
+        Service source = imported.source;
         return stored.name().equals(ServiceImport.name(source))
                 && stored.shortName().equals(ServiceImport.shortName(source))
-                && stored.transportStream().equals(companions.streamOf(source))
-                && stored.satellite().equals(companions.satelliteOf(source).orElse(new RecordId(0, 0)))
-                && stored.network().equals(companions.networkOf(source).orElse(new RecordId(0, 0)))
+                && stored.transportStream().equals(imported.stream.id())
+                && satelliteAgrees(stored.satellite(), source)
+                && networkId(stored.network()) == source.networkId()
                 && stored.serviceId() == source.serviceId()
-                && stored.serviceType() == (source.videoPid() == 0 ? 2 : 1)
+                && stored.serviceType() == (source.hasVideo() ? 1 : 2)
                 && stored.scrambled() == source.scrambled()
                 && stored.caSystemId() == (source.scrambled() ? source.caIds().get(0) : 0)
                 && stored.logicalChannelNumber() == source.number();
+    }
+
+    /** A service refers to the satellite at its position, where there is one. */
+    private boolean satelliteAgrees(RecordId satellite, Service source) {
+        Optional<Integer> stored =
+                record(satellite, id -> satelliteLists.get(id, List.of("OrbitPosition"))).map(VltTvSatelliteInfo::getOrbitPosition);
+        String position = source.transponder().position();
+        Optional<Integer> expected = position.isEmpty() ? Optional.empty()
+                : Optional.of(OrbitalPosition.parse(position).tenths()).filter(positions::contains);
+        return stored.equals(expected);
+    }
+
+    /** The record that a reference names; list 0 stands for none. */
+    private static <T> Optional<T> record(RecordId reference, Function<RecordId, Optional<T>> reader) {
+        return reference.listId() == 0 ? Optional.empty() : reader.apply(reference);
+    }
+
+    /** The id of a stored network; 0 when there is none. */
+    private int networkId(RecordId network) {
+        return record(network, id -> networks.get(id, null)).map(info -> info.values().getNwlNetworkId()).orElse(0);
+    }
+
+    // Stored codes of tuning parameters, by the letter and number of channels.conf.
+    private static final Map<String, Integer> POLARIZATION = Map.of("H", 0, "V", 1, "L", 2, "R", 3);
+    private static final Map<String, Integer> MODULATION =
+            Map.of("M2", 1, "M5", 2, "M16", 3, "M32", 4, "M64", 5, "M128", 6, "M256", 7);
+    private static final Map<String, Integer> FEC = Map.of(
+            "C12", 2, "C23", 3, "C34", 4, "C56", 6, "C78", 7, "C89", 8, "C35", 9, "C45", 10, "C910", 11);
+    private static final Map<String, Integer> BANDWIDTH = Map.of("B6", 1, "B7", 2, "B8", 3);
+
+    /** Reads the parameters from the file's line again, by another way than the import. */
+    private boolean tuningAgrees(Imported imported) throws IOException {
+        String line = Files.readAllLines(Path.of(imported.source.place().source()), StandardCharsets.ISO_8859_1)
+                .get(imported.source.place().line() - 1);
+        List<String> parameters = List.of(line.split(":")[2].split("(?=[A-Z])"));
+        TransportStreamRecord stream = streams.get(imported.stream.id()).orElseThrow();
+        return switch (stream.medium()) {
+            case TransportStreamRecord.SATELLITE -> agrees(stream, TransportStreamField.SAT_POLARIZATION, parameters, POLARIZATION)
+                    && agrees(stream, TransportStreamField.SAT_MODULATION, parameters, MODULATION)
+                    && agrees(stream, TransportStreamField.SAT_FEC_INNER, parameters, FEC);
+            case TransportStreamRecord.CABLE -> agrees(stream, TransportStreamField.CAB_MODULATION, parameters, MODULATION);
+            default -> agrees(stream, TransportStreamField.TER_MODULATION, parameters, MODULATION)
+                    && agrees(stream, TransportStreamField.TER_BANDWIDTH, parameters, BANDWIDTH);
+        };
+    }
+
+    private static boolean agrees(
+            TransportStreamRecord stream, TransportStreamField field, List<String> parameters, Map<String, Integer> codes) {
+        return parameters.stream().filter(codes::containsKey).allMatch(parameter -> stream.value(field) == codes.get(parameter));
     }
 
     private void showTables() {
@@ -215,11 +300,11 @@ final class Demo {
                 service.transportStream(), record.frequency(), record.transportStreamId(), record.originalNetworkId()));
         RecordId none = new RecordId(0, 0);
         RecordId networkId = stream.map(TransportStreamRecord::network).orElse(none);
-        Optional<VltTvNetworkInfo> network = networks.get(networkId, null);
+        Optional<VltTvNetworkInfo> network = record(networkId, id -> networks.get(id, null));
         network.ifPresent(info -> out.printf("   network %-10s '%s', network id %d%n",
                 networkId, info.values().getNetworkName(), info.values().getNwlNetworkId()));
         RecordId satelliteId = stream.map(TransportStreamRecord::satellite).orElse(none);
-        Optional<VltTvSatelliteInfo> satellite = satelliteLists.get(satelliteId, null);
+        Optional<VltTvSatelliteInfo> satellite = record(satelliteId, id -> satelliteLists.get(id, null));
         satellite.ifPresent(info -> out.printf("   satellite %-8s %s%n", satelliteId, SatelliteTable.summary(info)));
         traceChecks(service, stream.orElse(null), networkId, network.orElse(null), satelliteId, satellite.orElse(null));
     }

@@ -15,7 +15,7 @@ import java.util.Optional;
 
 /** The kinds of list that the tool shows. */
 enum Kind {
-    SERVICES("service", "services") {
+    SERVICES(1, "service", "services") {
         @Override
         TvList lists() {
             return VltTvChannelList.getInstance();
@@ -33,7 +33,7 @@ enum Kind {
         }
     },
 
-    STREAMS("transport stream", "transport streams") {
+    STREAMS(2, "transport stream", "transport streams") {
         @Override
         TvList lists() {
             return VltTvTransportStreamList.getInstance();
@@ -51,7 +51,7 @@ enum Kind {
         }
     },
 
-    NETWORKS("network", "networks") {
+    NETWORKS(3, "network", "networks") {
         @Override
         TvList lists() {
             return VltTvNetworkList.getInstance();
@@ -70,7 +70,7 @@ enum Kind {
         }
     },
 
-    SATELLITES("satellite", "satellites") {
+    SATELLITES(4, "satellite", "satellites") {
         @Override
         TvList lists() {
             return VltTvSatelliteList.getInstance();
@@ -82,7 +82,7 @@ enum Kind {
             return new Listing(satellites.size(), (most, columns) -> SatelliteTable.of(satellites, most, columns));
         }
 
-        // As of networks, there are no bytes.
+        // Satellites leave the library as objects too.
         @Override
         Optional<String> show(RecordId id, boolean hex) {
             return VltTvSatelliteList.getInstance().get(id, null).map(SatelliteTable::describe);
@@ -97,10 +97,13 @@ enum Kind {
         }
     }
 
+    /** In the list database. */
+    final int number;
     final String one;
     final String many;
 
-    Kind(String one, String many) {
+    Kind(int number, String one, String many) {
+        this.number = number;
         this.one = one;
         this.many = many;
     }

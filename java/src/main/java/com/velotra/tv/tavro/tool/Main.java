@@ -3,17 +3,19 @@ package com.velotra.tv.tavro.tool;
 import com.velotra.tv.tavro.services.channellist.ChannelListException;
 import com.velotra.tv.tavro.services.channellist.RecordId;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
-import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamList;
+import com.velotra.tv.tavro.tool.input.Failure;
+import com.velotra.tv.tavro.tool.input.ImportReport;
+import com.velotra.tv.tavro.tool.input.Source;
+import com.velotra.tv.tavro.tool.input.Text;
+import com.velotra.tv.tavro.tool.transponders.ListIds;
 import java.io.BufferedOutputStream;
 import java.io.FileDescriptor;
 import java.io.FileOutputStream;
 import java.io.IOException;
-import java.io.PrintStream;
-import java.nio.charset.StandardCharsets;
 import java.nio.file.Files;
 import java.nio.file.Path;
+import java.util.ArrayList;
 import java.util.List;
-import java.util.Optional;
 import java.util.concurrent.Callable;
 import java.util.function.Supplier;
 import picocli.CommandLine;
@@ -25,13 +27,20 @@ import picocli.CommandLine.ParameterException;
 import picocli.CommandLine.Parameters;
 import picocli.CommandLine.Spec;
 
-/** The command-line tool. Exit codes: 0 done, 1 could not be done, 2 not understood. */
+/** The command-line tool. Exit codes: 0 done, 1 failed, wholly or partly, 2 wrong usage. */
 @Command(
-        name = "tavro",
+        name = "./tavro",
         description = "Shows what is in channel lists.",
         subcommands = {Main.ListCommand.class, Main.ShowCommand.class, Main.ImportCommand.class, Main.DemoCommand.class,
             Main.LoadCommand.class})
 public final class Main {
+    private static final int DONE = 0;
+    private static final int FAILED = 1;
+    private static final int WRONG_USAGE = 2;
+
+    private static final int LAST_LIST = 65_535;
+    private static final int LAST_RECORD = 65_534;
+
     @Mixin
     private HelpOption help;
 
@@ -39,61 +48,117 @@ public final class Main {
 
     /** Runs the tool and ends the virtual machine with its exit code. */
     public static void main(String[] arguments) {
-        System.setOut(utf8(FileDescriptor.out));
-        System.setErr(utf8(FileDescriptor.err));
-        System.exit(run(arguments));
-    }
-
-    // Service names come in all scripts: a locale with an encoding of its own must not lose any.
-    private static PrintStream utf8(FileDescriptor descriptor) {
-        return new PrintStream(
-                new BufferedOutputStream(new FileOutputStream(descriptor)), true, StandardCharsets.UTF_8);
+        SafeOutput.Stream out = SafeOutput.over(new BufferedOutputStream(new FileOutputStream(FileDescriptor.out)));
+        SafeOutput.Stream err = SafeOutput.over(new BufferedOutputStream(new FileOutputStream(FileDescriptor.err)));
+        System.setOut(out);
+        System.setErr(err);
+        int exit = run(arguments);
+        IOException failure = out.failure();
+        if (failure != null) {
+            // Whoever closed a pipe has read enough, as in ./tavro list 1 | head.
+            if (!String.valueOf(failure.getMessage()).contains("Broken pipe")) {
+                System.err.println("tavro: cannot write the output: " + failure.getMessage());
+            }
+            exit = Math.max(exit, FAILED);
+        }
+        System.exit(exit);
     }
 
     static int run(String... arguments) {
+        try {
+            return execute(arguments);
+        } catch (Error e) { // such as too little memory: picocli leaves these alone
+            System.err.println("tavro: internal error, please report it: " + e);
+            return FAILED;
+        }
+    }
+
+    private static int execute(String... arguments) {
         return new CommandLine(new Main())
                 .registerConverter(RecordId.class, new RecordIdConverter())
                 .setCaseInsensitiveEnumValuesAllowed(true)
+                .setParameterExceptionHandler((wrong, words) -> {
+                    System.err.println("tavro: " + Text.printable(wrong.getMessage()));
+                    System.err.println("See " + wrong.getCommandLine().getCommandSpec().qualifiedName() + " --help");
+                    return WRONG_USAGE;
+                })
                 .setExecutionExceptionHandler((failure, command, parsed) -> {
-                    if (failure instanceof Failure || failure instanceof ChannelListException) {
-                        System.err.println("tavro: " + failure.getMessage());
-                    } else if (failure instanceof IOException) {
-                        System.err.println("tavro: a file cannot be read or written: " + failure);
-                    } else {
-                        throw failure;
-                    }
-                    return 1;
+                    System.err.println("tavro: " + reason(failure));
+                    return FAILED;
                 })
                 .execute(arguments);
     }
 
-    /** Every command explains itself. */
-    static final class HelpOption {
-        @Option(names = {"-h", "--help"}, usageHelp = true, description = "Prints this text.")
-        boolean asked;
+    private static String reason(Exception failure) {
+        if (failure instanceof Failure) {
+            return failure.getMessage();
+        }
+        if (failure instanceof ChannelListException) {
+            return failure.getMessage() + "; " + Storage.whyItFails();
+        }
+        if (failure instanceof IOException io) {
+            return "a file cannot be read or written: " + io.getMessage() + ": " + Source.reason(io);
+        }
+        return "internal error, please report it: " + failure;
     }
 
-    /** Something that the user asked for and that cannot be done; its message says why. */
-    static final class Failure extends RuntimeException {
-        private static final long serialVersionUID = 1L;
-
-        Failure(String message) {
-            super(message);
-        }
+    /** Every command explains itself. */
+    static final class HelpOption {
+        @Option(names = {"-h", "--help"}, usageHelp = true, description = "Print this text.")
+        boolean asked;
     }
 
     private static final class RecordIdConverter implements ITypeConverter<RecordId> {
         @Override
         public RecordId convert(String text) {
             try {
-                return RecordId.parse(text);
+                RecordId id = RecordId.parse(text);
+                if (id.listId() < 1 || id.listId() > LAST_LIST || id.recordId() > LAST_RECORD) {
+                    throw new IllegalArgumentException(
+                            "'" + text + "' names no record: list ids are 1 to " + LAST_LIST + ", record ids 0 to " + LAST_RECORD);
+                }
+                return id;
             } catch (IllegalArgumentException e) {
                 throw new CommandLine.TypeConversionException(e.getMessage());
             }
         }
     }
 
-    /** Does something with the library; one that cannot be loaded is the user's to mend. */
+    /** A list id of the command line. */
+    private static final class ListIdConverter implements ITypeConverter<Integer> {
+        @Override
+        public Integer convert(String text) {
+            return number(text, 1, LAST_LIST, "a list id");
+        }
+    }
+
+    /** The first of the lists that an import fills. */
+    private static final class FirstListConverter implements ITypeConverter<Integer> {
+        @Override
+        public Integer convert(String text) {
+            return number(text, 1, LAST_LIST - ListIds.COUNT + 1, "a first list id (" + ListIds.COUNT + " lists are filled)");
+        }
+    }
+
+    private static final class CountConverter implements ITypeConverter<Integer> {
+        @Override
+        public Integer convert(String text) {
+            return number(text, 0, Integer.MAX_VALUE, "a number of records");
+        }
+    }
+
+    private static int number(String text, int least, int most, String what) {
+        // No sign, no blanks and no digits of other scripts, all of which Java takes.
+        if (text.matches("[0-9]{1,10}")) {
+            long value = Long.parseLong(text);
+            if (value >= least && value <= most) {
+                return (int) value;
+            }
+        }
+        throw new CommandLine.TypeConversionException("'" + text + "' is not " + what + ": it must be from " + least + " to " + most);
+    }
+
+    /** Does something with the library; one that cannot be loaded is the user's to repair. */
     private static <T> T withLibrary(Supplier<T> body) {
         try {
             return body.get();
@@ -108,11 +173,15 @@ public final class Main {
         Storage.problem(directory).ifPresent(problem -> {
             throw new Failure(problem);
         });
-        // Loading the library over a directory without lists would make an empty database in it. The library cuts
-        // ids to 16 bits, so that a wider one would name another list.
-        if (!Storage.hasLists(directory) || !fits16Bits(listId) || !withLibrary(kind::lists).exists(listId)) {
-            throw new Failure("there is no " + kind.one + " list " + listId + " in " + directory);
+        // Loading the library over a directory without lists would make an empty database in it.
+        boolean hasLists = Storage.hasLists(directory);
+        if (hasLists && withLibrary(kind::lists).exists(listId)) {
+            return;
         }
+        if (hasLists) {
+            Database.check(directory);
+        }
+        throw new Failure("there is no " + kind.one + " list " + listId + " in " + directory);
     }
 
     /** Which kind of list is meant. */
@@ -120,10 +189,6 @@ public final class Main {
         @Option(names = {"-k", "--kind"}, paramLabel = "KIND", defaultValue = "services",
                 description = "services (the default), streams, networks or satellites.")
         Kind kind;
-    }
-
-    private static boolean fits16Bits(int id) {
-        return id >= 0 && id <= 0xFFFF;
     }
 
     @Command(
@@ -134,28 +199,25 @@ public final class Main {
         @Mixin
         HelpOption help;
 
-        @Parameters(paramLabel = "ID", description = "The list, by its number.")
+        @Parameters(paramLabel = "ID", converter = ListIdConverter.class, description = "List id, 1 to 65535.")
         int listId;
 
         @Mixin
         KindOption of;
 
-        @Option(names = "--first", paramLabel = "N", description = "Prints no more than N of them.")
+        @Option(names = "--first", paramLabel = "N", converter = CountConverter.class, description = "Show at most N records.")
         int first = Integer.MAX_VALUE;
-
-        @Spec
-        CommandLine.Model.CommandSpec spec;
 
         @Override
         public Integer call() {
-            if (first < 0) {
-                throw new ParameterException(spec.commandLine(), "--first takes a number from 0, not " + first);
-            }
             needList(of.kind, listId);
             Kind.Listing listing = of.kind.list(listId);
+            if (listing.size() == 0) {
+                Database.checkEmpty(Storage.directory(), of.kind, listId);
+            }
             System.out.print(listing.printer().table(first, columns()));
             System.out.printf("%d %s%n", listing.size(), of.kind.many);
-            return 0;
+            return DONE;
         }
 
         // A terminal gets lines that fit when it says how wide it is; files and pipes get whole lines.
@@ -174,54 +236,70 @@ public final class Main {
         @Mixin
         HelpOption help;
 
-        @Parameters(paramLabel = "LIST,RECORD", description = "The record, by its list and its id in it.")
+        @Parameters(paramLabel = "LIST,RECORD", description = "Record to show, as LIST,RECORD (for example 3,17).")
         RecordId id;
 
         @Mixin
         KindOption of;
 
-        @Option(names = "--hex", description = "Prints the record's bytes too (services and transport streams).")
+        @Option(names = "--hex", description = "Also print the record's bytes (services and transport streams).")
         boolean hex;
 
         @Override
         public Integer call() {
             needList(of.kind, id.listId());
-            String record = Optional.of(id).filter(asked -> fits16Bits(asked.recordId())).flatMap(asked -> of.kind.show(asked, hex)).orElseThrow(
-                    () -> new Failure("list " + id.listId() + " has no record " + id.recordId()));
+            String record = of.kind.show(id, hex).orElseThrow(() -> {
+                Database.check(Storage.directory());
+                return new Failure("list " + id.listId() + " has no record " + id.recordId());
+            });
             record.lines().map(Text::printable).forEach(System.out::println);
-            return 0;
+            return DONE;
         }
     }
 
     @Command(
             name = "import",
-            description = {"Adds the transponders of scan tables (DVBv5 form) to transport stream lists, one a medium.",
-                "A file called sources.conf adds satellites to a satellite list, and one called diseqc.conf says how dishes are "
-                    + "switched to them (both as in Debian's vdr). The transponders of a table whose name ends with a position, as in "
-                    + "Astra-19.2E, point at the satellite there; satellites of this and of earlier imports count."},
-            footer = {"", "Examples: ./tavro import /usr/share/dvb/dvb-t", "          ./tavro list 11 --kind streams",
-                "          ./tavro import sources.conf diseqc.conf dvb-s", "          ./tavro list 13 --kind satellites"})
+            description = {
+                "Imports files into lists: services, transport streams with their networks, and satellites. The content of a file "
+                    + "decides what it is: a DVBv5 table (transponders or services), a one-line scan table, or a channels.conf, "
+                    + "sources.conf or diseqc.conf as in Debian's vdr.",
+                "",
+                "A record that its list has already is updated, so that a file can be imported again. Satellite transponders refer to "
+                    + "the satellite at their position, whether imported now or earlier. The position comes from channels.conf or "
+                    + "from the end of the file's name, as in Astra-19.2E."},
+            footer = {"", "Examples: ./tavro import sources.conf diseqc.conf dvb-s", "          ./tavro import --list 1 channels.conf",
+                "          ./tavro list 13 --kind satellites"})
     static final class ImportCommand implements Callable<Integer> {
         @Mixin
         HelpOption help;
 
-        @Parameters(paramLabel = "FILE", arity = "1..*", description = "A scan table, sources.conf, diseqc.conf, or a folder of them.")
-        List<Path> paths;
+        @Parameters(paramLabel = "FILE", arity = "1..*",
+                description = "A file, a folder of files, a pipe, or - for standard input.")
+        List<Path> paths = new ArrayList<>();
 
-        @Option(names = "--list", paramLabel = "ID", defaultValue = "11",
-                description = "List for terrestrial streams (${DEFAULT-VALUE}); cable goes to the next, satellite streams and satellites to the one behind.")
+        @Option(names = "--list", paramLabel = "ID", defaultValue = "11", converter = FirstListConverter.class,
+                description = "First list id (default ${DEFAULT-VALUE}): terrestrial services and streams go to the lists ID, those of "
+                        + "cable to ID+1, satellites and what they transmit to ID+2.")
         int firstList;
 
         @Override
         public Integer call() throws Exception {
-            for (Path path : paths) {
-                if (!Files.isReadable(path)) {
-                    throw new Failure("cannot read " + path + ": " + (Files.exists(path) ? "you may not" : "there is no such file or folder"));
-                }
+            Path directory = Storage.directory();
+            if (Storage.hasLists(directory)) {
+                Database.check(directory);
             }
-            withLibrary(VltTvTransportStreamList::getInstance);
-            new FileImport(paths).run(firstList, System.out, System.err);
-            return 0;
+            ImportReport report = new ImportReport(System.err);
+            Importer importer = withLibrary(() -> new Importer(ListIds.from(firstList), report));
+            paths.forEach(importer::read);
+            if (!report.anyFile()) {
+                throw new Failure("nothing was imported; " + report.whyNothing());
+            }
+            try {
+                importer.store((transponder, id) -> { }, (service, id, stream) -> { });
+            } finally {
+                report.print(System.out);
+            }
+            return report.complete() ? DONE : FAILED;
         }
     }
 
@@ -248,7 +326,7 @@ public final class Main {
             Storage.demoProblem(work).ifPresent(problem -> {
                 throw new Failure(problem);
             });
-            return new Demo(withLibrary(VltTvChannelList::getInstance), sources, dishes, work, System.out).run() ? 0 : 1;
+            return new Demo(withLibrary(VltTvChannelList::getInstance), sources, dishes, work, System.out).run() ? DONE : FAILED;
         }
     }
 
@@ -268,7 +346,7 @@ public final class Main {
             VltTvChannelList lists = withLibrary(VltTvChannelList::getInstance);
             lists.open(listId, file.toString());
             Files.write(records, lists.getAllBytes(listId));
-            return 0;
+            return DONE;
         }
     }
 }

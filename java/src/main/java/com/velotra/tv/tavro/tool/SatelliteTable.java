@@ -3,6 +3,7 @@ package com.velotra.tv.tavro.tool;
 import com.velotra.tv.tavro.services.channellist.OrbitalPosition;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfo;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfoBase;
+import com.velotra.tv.tavro.tool.input.Text;
 import java.util.ArrayList;
 import java.util.List;
 

@@ -1,11 +1,16 @@
 package com.velotra.tv.tavro.tool;
 
+import com.velotra.tv.tavro.tool.input.Source;
+import java.io.IOException;
 import java.nio.file.Files;
 import java.nio.file.Path;
+import java.util.List;
 import java.util.Optional;
 
 /** The directory that lists live in, as the workstation's platform finds it. */
 final class Storage {
+    private static final long LEAST_SPACE = 1 << 20; // bytes: a file system with less has no room for the database's next pages
+
     private Storage() {}
 
     /** The directory that the environment names. */
@@ -15,8 +20,27 @@ final class Storage {
             return Path.of(home);
         }
         String state = System.getenv("XDG_STATE_HOME");
-        return (state != null && !state.isEmpty() ? Path.of(state) : Path.of(System.getProperty("user.home"), ".local", "state"))
+        String user = System.getenv("HOME"); // the platform asks the environment too
+        return (state != null && !state.isEmpty() ? Path.of(state) : Path.of(user == null ? "" : user, ".local", "state"))
                 .resolve("tavro");
+    }
+
+    /** Why the storage does not take changes, as far as that can be seen from here. */
+    static String whyItFails() {
+        Path directory = directory();
+        for (Path path : List.of(directory, directory.resolve("lists.db"))) {
+            if (Files.exists(path) && !Files.isWritable(path)) {
+                return "permission denied for " + path;
+            }
+        }
+        try {
+            if (Files.getFileStore(directory).getUsableSpace() < LEAST_SPACE) {
+                return "no space left on the file system of " + directory + "; free some space";
+            }
+        } catch (IOException e) {
+            return "cannot look at " + directory + ": " + Source.reason(e);
+        }
+        return "the log line of TavroHost says why";
     }
 
     /** Whether a directory holds lists already. */
@@ -36,7 +60,7 @@ final class Storage {
             reason = "is not an empty directory";
         }
         return Optional.ofNullable(reason)
-                .map(r -> "the demo keeps its hands off the storage directory " + home + ", which " + r
+                .map(r -> "refusing to run the demo: storage directory " + home + " " + r
                         + "; run ./tavro demo, or set TAVRO_HOME to a new directory below " + folder);
     }
 
@@ -48,9 +72,9 @@ final class Storage {
         } else if (!Files.isDirectory(directory)) {
             reason = "it is not a directory";
         } else if (!Files.isReadable(directory) || !Files.isExecutable(directory)) {
-            reason = "you may not read it";
+            reason = "permission denied";
         } else if (!Files.isWritable(directory)) {
-            reason = "you may not write to it, which locking a list needs";
+            reason = "it is not writable, and locking a list writes to it";
         }
         return Optional.ofNullable(reason)
                 .map(r -> "cannot read the storage directory " + directory + ": " + r + "; set TAVRO_HOME to the one that holds your lists");

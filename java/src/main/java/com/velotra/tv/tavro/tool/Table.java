@@ -1,5 +1,6 @@
 package com.velotra.tv.tavro.tool;
 
+import com.velotra.tv.tavro.tool.input.Text;
 import java.util.ArrayList;
 import java.util.List;
 

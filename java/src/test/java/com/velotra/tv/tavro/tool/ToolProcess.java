@@ -27,17 +27,29 @@ final class ToolProcess {
     static Result runWithLibraryPath(
             String libraryPath, Path folder, Map<String, String> environment, String... arguments)
             throws IOException, InterruptedException {
+        Path out = folder.resolve("out");
+        Files.deleteIfExists(out);
+        int exit = run(command(libraryPath, arguments), folder, out, environment);
+        return new Result(exit, Files.readString(out), Files.readString(folder.resolve("err")));
+    }
+
+    /** The command line that runs the tool in a virtual machine of its own. */
+    static List<String> command(String libraryPath, String... arguments) {
         List<String> command = new ArrayList<>(List.of(
                 Path.of(System.getProperty("java.home"), "bin", "java").toString(),
                 "-Djava.library.path=" + libraryPath,
                 "-cp", System.getProperty("java.class.path"), Main.class.getName()));
         command.addAll(List.of(arguments));
-        Path out = folder.resolve("out");
-        Path err = folder.resolve("err");
-        ProcessBuilder builder = new ProcessBuilder(command).redirectOutput(out.toFile()).redirectError(err.toFile());
+        return command;
+    }
+
+    /** Runs any command with its output to {@code out} and its errors to the file err in {@code folder}. Returns its exit code. */
+    static int run(List<String> command, Path folder, Path out, Map<String, String> environment) throws IOException, InterruptedException {
+        ProcessBuilder builder = new ProcessBuilder(command)
+                .redirectOutput(ProcessBuilder.Redirect.appendTo(out.toFile()))
+                .redirectError(folder.resolve("err").toFile());
         builder.environment().putAll(environment);
-        int exit = builder.start().waitFor();
-        return new Result(exit, Files.readString(out), Files.readString(err));
+        return builder.start().waitFor();
     }
 
     /** Runs the tool in this virtual machine, over this one's storage directory. */

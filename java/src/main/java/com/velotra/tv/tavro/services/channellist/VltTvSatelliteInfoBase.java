@@ -1,5 +1,8 @@
 package com.velotra.tv.tavro.services.channellist;
 
+import java.util.Arrays;
+import java.util.List;
+
 /**
  * The values of one satellite: a bag of optional values, each under its key, on the way in and on the way out.
  *
@@ -79,6 +82,15 @@ public class VltTvSatelliteInfoBase extends KeyedValues {
         SingleCableBandFreqMain = from.SingleCableBandFreqMain;
         SingleCableUserBandSub = from.SingleCableUserBandSub;
         SingleCableBandFreqSub = from.SingleCableBandFreqSub;
+    }
+
+    /** Every value, whether or not its key is set: equal for two satellites that hold the same. */
+    public List<Object> allValues() {
+        return Arrays.asList(
+                RecId, Name, OrbitPosition, MaskStatusOn, lnbSignalDetected, MaskLnbUniver, MaskLnbSingcab, MaskLnbSingcabJess,
+                AntennaType, LnbType, LnbLowFreq, LnbHighFreq, LnbSwitchFreq, LnbPower, DiseqcType, DiseqcPosition, ToneBurst, Tone22k,
+                DiseqcPolar, DiseqcTypeEx, DiseqcPositionEx, MduType, UnicablePosition, SingleCableUserBandMain, SingleCableBandFreqMain,
+                SingleCableUserBandSub, SingleCableBandFreqSub);
     }
 
     // Identity.

@@ -1,10 +1,10 @@
 package com.velotra.tv.tavro.tool.satellites;
 
 import com.velotra.tv.tavro.services.channellist.OrbitalPosition;
-import com.velotra.tv.tavro.tool.sources.Malformed;
-import com.velotra.tv.tavro.tool.sources.SourceFile;
-import java.io.IOException;
-import java.nio.file.Path;
+import com.velotra.tv.tavro.tool.input.Malformed;
+import com.velotra.tv.tavro.tool.input.Source;
+import com.velotra.tv.tavro.tool.input.SourceText;
+import com.velotra.tv.tavro.tool.input.Text;
 import java.util.ArrayList;
 import java.util.LinkedHashMap;
 import java.util.List;
@@ -47,9 +47,9 @@ final class DiseqcConf {
     private DiseqcConf() {}
 
     /** Reads a file. Malformed lines are collected, not thrown. */
-    static DiseqcConf read(Path file) throws IOException {
+    static DiseqcConf read(Source source) {
         DiseqcConf conf = new DiseqcConf();
-        conf.malformed.addAll(SourceFile.read(file, (number, line) -> conf.take(line.strip())));
+        conf.malformed.addAll(SourceText.read(source, (place, line) -> conf.take(line.strip())));
         return conf;
     }
 
@@ -67,13 +67,13 @@ final class DiseqcConf {
                     fields.length + " fields instead of position, frequency, polarization, oscillator and commands");
         }
         if (!fields[2].matches("[VHLR]")) {
-            throw new IllegalArgumentException("polarization '" + fields[2] + "' is not V, H, L or R");
+            throw new IllegalArgumentException("polarization " + Text.excerpt(fields[2]) + " is not V, H, L or R");
         }
-        OrbitalPosition position = OrbitalPosition.parse(fields[0]);
+        OrbitalPosition position = Satellites.read(fields[0]);
         Sequence sequence = new Sequence(
-                SourceFile.number(fields[1], 10, 1, Integer.MAX_VALUE, "frequency"),
+                SourceText.number(fields[1], 10, 1, Integer.MAX_VALUE, "frequency"),
                 fields[2].charAt(0),
-                SourceFile.number(fields[3], 10, 1, 0xFFFF, "oscillator"),
+                SourceText.number(fields[3], 10, 1, 0xFFFF, "oscillator"),
                 commands(fields.length > FIELDS ? fields[FIELDS] : ""));
         sequences.computeIfAbsent(position, key -> new ArrayList<>()).add(sequence);
     }
@@ -82,7 +82,7 @@ final class DiseqcConf {
         List<String> commands = new ArrayList<>();
         for (Matcher command = COMMAND.matcher(text); command.find(); ) {
             if (!KNOWN.matcher(command.group()).matches()) {
-                throw new IllegalArgumentException("'" + command.group() + "' is no command");
+                throw new IllegalArgumentException(Text.excerpt(command.group()) + " is not a command");
             }
             commands.add(command.group());
         }

@@ -37,21 +37,21 @@ final class Dish {
     private static final int DISEQC_COMMITTED = 2;
     private static final int DISEQC_EX_NONE = 0;
     private static final int DISEQC_EX_UNCOMMITTED = 4;
-    private static final int BURST_POSITION = 5; // A, and behind it B
+    private static final int BURST_POSITION = 5; // A; B is the next
     private static final int NO_POSITION = 255;
 
     // MHz: the bands of a universal LNB, and an end beyond all transponders.
     private static final List<Integer> UNIVERSAL = List.of(9750, 11700, 10600);
     private static final int OPEN_END = 99999;
 
-    // DiSEqC commands that a record has a place for; the low digit of the first two is what they carry.
+    // DiSEqC commands that a record has a field for; the low digit of the first two is what they carry.
     private static final String COMMITTED = "E0 10 38 F[0-9A-F]";
     private static final String UNCOMMITTED = "E0 10 39 F[0-9A-F]";
     private static final String SINGLE_CABLE = "E0 10 5A( [0-9A-F]{2}){2}";
     private static final String SINGLE_CABLE_SECOND_GENERATION = "70( [0-9A-F]{2}){3}";
 
     private final List<Sequence> sequences;
-    private final Set<String> left = new LinkedHashSet<>();
+    private final Set<String> dropped = new LinkedHashSet<>();
     private final Integer port;
     private final Integer burst;
 
@@ -62,12 +62,12 @@ final class Dish {
         burst = same("tone bursts that differ", command -> "AB".contains(command) ? "AB".indexOf(command) : null);
     }
 
-    /** What the record has no place for, a reason each; known when the values have been put. */
-    Set<String> left() {
-        return left;
+    /** Values that the record has no field for, one text per value; known when the values have been put. */
+    Set<String> dropped() {
+        return dropped;
     }
 
-    /** The tone burst that goes with a switch port; it has to be written behind the port, which overrides it. */
+    /** The tone burst that goes with a switch port; it has to be written after the port, which overrides it. */
     OptionalInt burstBesidePort() {
         return port != null && burst != null ? OptionalInt.of(burst) : OptionalInt.empty();
     }
@@ -89,13 +89,13 @@ final class Dish {
                 Collectors.toMap(Sequence::upTo, Sequence::oscillator, this::firstOscillator, TreeMap::new)));
         TreeMap<Integer, Integer> first = bands.get(sequences.get(0).polarization());
         if (bands.values().stream().anyMatch(other -> !other.equals(first))) {
-            left.add("bands that differ by polarization");
+            dropped.add("bands that differ by polarization");
         }
         if (first.size() > 2) {
-            left.add("more than two bands");
+            dropped.add("more than two bands");
         }
         if (first.lastKey() < OPEN_END) {
-            left.add("an upper end of the last band");
+            dropped.add("an upper end of the last band");
         }
         info.setLnbLowFreq(first.firstEntry().getValue());
         info.setLnbSwitchFreq(0);
@@ -116,7 +116,7 @@ final class Dish {
 
     private int firstOscillator(int first, int second) {
         if (first != second) {
-            left.add("several oscillators for one band");
+            dropped.add("several oscillators for one band");
         }
         return first;
     }
@@ -138,7 +138,7 @@ final class Dish {
         } else if (all(sequence -> last(sequence, "t", "T").equals(sequence.upTo() == low ? "t" : "T"))) {
             info.setTone22k(TONE_BY_BAND);
         } else if (sequences.stream().anyMatch(sequence -> !last(sequence, "t", "T").isEmpty())) {
-            left.add("a tone that follows something else than the band");
+            dropped.add("a tone that follows something else than the band");
         }
     }
 
@@ -150,29 +150,29 @@ final class Dish {
         } else if (all(sequence -> last(sequence, "v", "V").equals("HL".indexOf(sequence.polarization()) < 0 ? "v" : "V"))) {
             info.setLnbPower(POWER_BY_POLARIZATION);
         } else if (sequences.stream().anyMatch(sequence -> !last(sequence, "v", "V").isEmpty())) {
-            left.add("a voltage that follows something else than the polarization");
+            dropped.add("a voltage that follows something else than the polarization");
         }
     }
 
     private void putPolarization(VltTvSatelliteInfoBase info, boolean isNew) {
         Set<Character> polarizations = sequences.stream().map(Sequence::polarization).collect(Collectors.toSet());
         if (polarizations.size() > 1) {
-            left.add("more than one polarization; each transport stream has its own");
+            dropped.add("more than one polarization; each transport stream has its own");
         } else if (isNew) {
             info.setDiseqcPolar(POLARIZATION.get(polarizations.iterator().next()));
         } else {
-            left.add("the polarization of a satellite that was there before");
+            dropped.add("the polarization of a satellite that was there before");
         }
     }
 
     private void leave(String text) {
         if (text.startsWith("W")) {
-            left.add("waiting times");
+            dropped.add("waiting times");
         } else if (text.startsWith("P")) {
-            left.add("positioners");
+            dropped.add("positioners");
         } else if (text.matches("[0-9A-F]{2}( .*)?")
                 && !text.matches(String.join("|", COMMITTED, UNCOMMITTED, SINGLE_CABLE, SINGLE_CABLE_SECOND_GENERATION))) {
-            left.add("the DiSEqC command " + text);
+            dropped.add("the DiSEqC command " + text);
         }
     }
 
@@ -187,7 +187,7 @@ final class Dish {
     private Integer same(String difference, Function<String, Integer> value) {
         List<Integer> values = commands().map(value).filter(Objects::nonNull).distinct().toList();
         if (values.size() > 1) {
-            left.add(difference);
+            dropped.add(difference);
         }
         return values.isEmpty() ? null : values.get(0);
     }

@@ -1,17 +1,16 @@
 package com.velotra.tv.tavro.tool.satellites;
 
-import com.velotra.tv.tavro.services.channellist.ChannelListException;
 import com.velotra.tv.tavro.services.channellist.OrbitalPosition;
 import com.velotra.tv.tavro.services.channellist.RecordId;
+import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfo;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfoBase;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteList;
-import com.velotra.tv.tavro.tool.sources.Malformed;
-import com.velotra.tv.tavro.tool.sources.ModifiedUtf8;
-import com.velotra.tv.tavro.tool.sources.Tally;
-import java.io.IOException;
-import java.io.PrintStream;
-import java.nio.file.Path;
+import com.velotra.tv.tavro.tool.input.ImportReport;
+import com.velotra.tv.tavro.tool.input.ListCounts;
+import com.velotra.tv.tavro.tool.input.ModifiedUtf8;
+import com.velotra.tv.tavro.tool.input.Source;
 import java.util.ArrayList;
+import java.util.HashMap;
 import java.util.LinkedHashMap;
 import java.util.LinkedHashSet;
 import java.util.List;
@@ -19,65 +18,61 @@ import java.util.Map;
 import java.util.Set;
 
 /**
- * Adds satellites to a satellite list, and how dishes are switched to them. A satellite at a position that the list has already
- * is updated: a list has one a position.
+ * Stores satellites in a satellite list, with the switch settings of the dishes that receive them. A satellite whose position is in
+ * the list already is updated: a list has one satellite per position.
  */
 public final class SatelliteImport {
     private static final int NAME_BYTES = 64; // of modified UTF-8
 
     private final VltTvSatelliteList lists;
     private final int listId;
-    private final PrintStream progress;
+    private final ImportReport report;
 
-    private final List<SourcesConf.Source> sources = new ArrayList<>();
+    private final List<SourcesConf.Satellite> sources = new ArrayList<>();
     private final Map<OrbitalPosition, List<DiseqcConf.Sequence>> sequences = new LinkedHashMap<>();
-    private final Tally stored = new Tally("Satellites stored:");
-    private final Tally notImported = new Tally("Not imported, by reason:");
-    private final Tally left = new Tally("Imported without what a record has no place for:");
-    private int files;
-    private int malformed;
+    private ListCounts counts;
+    private Satellites satellites;
 
     /** Satellites go to list {@code listId}, which is opened when they are stored. */
-    public SatelliteImport(VltTvSatelliteList lists, int listId, PrintStream progress) {
+    public SatelliteImport(VltTvSatelliteList lists, int listId, ImportReport report) {
         this.lists = lists;
         this.listId = listId;
-        this.progress = progress;
+        this.report = report;
     }
 
     /** Takes the satellites of a file in the sources.conf form; {@link #store} stores them. */
-    public void addSources(Path file) throws IOException {
-        SourcesConf conf = SourcesConf.read(file);
+    public void addSources(Source source) {
+        SourcesConf conf = SourcesConf.read(source);
         sources.addAll(conf.satellites);
-        conf.others.forEach(code -> notImported.count("no satellite but source " + code));
-        took(conf.malformed);
+        report.read(conf.satellites.size(), "satellites", conf.malformed);
+        conf.others.forEach(code -> report.skipped("not a satellite (source " + code + ")"));
     }
 
     /** Takes what a file in the diseqc.conf form says about dishes; {@link #store} stores it. */
-    public void addSwitches(Path file) throws IOException {
-        DiseqcConf conf = DiseqcConf.read(file);
+    public void addSwitches(Source source) {
+        DiseqcConf conf = DiseqcConf.read(source);
         conf.sequences.forEach((position, lines) -> sequences.computeIfAbsent(position, key -> new ArrayList<>()).addAll(lines));
+        report.read(conf.sequences.size(), "dish settings", conf.malformed);
         for (int i = 0; i < conf.restrictions; i++) {
-            left.count("a restriction to some devices");
+            report.dropped("a restriction to some devices");
         }
-        took(conf.malformed);
     }
 
-    private void took(List<Malformed> lines) {
-        files++;
-        malformed += lines.size();
-        lines.forEach(line -> progress.println("  left out " + line));
-    }
-
-    /** Stores everything that was taken. Returns the satellites of the list, those of before among them. */
+    /**
+     * Stores everything that was taken. Returns the satellites of the list, earlier ones included.
+     *
+     * @throws com.velotra.tv.tavro.services.channellist.ChannelListException when the storage fails; those before stay stored
+     */
     public Satellites store() {
         lists.open(listId);
-        Satellites satellites = new Satellites(lists, listId);
+        satellites = new Satellites(lists, listId);
+        counts = report.list("satellite list " + listId, this::read);
         Set<OrbitalPosition> done = new LinkedHashSet<>();
-        for (SourcesConf.Source source : sources) {
+        for (SourcesConf.Satellite source : sources) {
             if (done.add(source.position())) {
-                storeAt(source.position(), source, satellites);
+                storeAt(source.position(), source);
             } else {
-                refuse(source.place(), "a position that was named before");
+                counts.repeated();
             }
         }
         for (OrbitalPosition position : sequences.keySet()) {
@@ -85,21 +80,26 @@ public final class SatelliteImport {
                 continue;
             }
             if (satellites.at(position).isPresent()) {
-                storeAt(position, null, satellites);
+                storeAt(position, null);
             } else {
-                refuse(position.toString(), "switching to a position where there is no satellite");
+                report.notImported(position, "dish settings for a position without a satellite");
             }
         }
         return satellites;
     }
 
-    private void refuse(String what, String reason) {
-        notImported.count(reason);
-        progress.println("  not imported " + what + ": " + reason);
+    // One by one: read as a list, a satellite without an LNB has the antenna type of the one before it.
+    private Map<Integer, List<Object>> read() {
+        Map<Integer, List<Object>> all = new HashMap<>();
+        for (VltTvSatelliteInfo satellite : lists.getAll(listId, List.of())) {
+            RecordId id = satellite.id();
+            lists.get(id, null).ifPresent(record -> all.put(id.recordId(), record.allValues()));
+        }
+        return all;
     }
 
-    /** @param source the satellite's name and place in its file, or null when the file says only how to switch to it */
-    private void storeAt(OrbitalPosition position, SourcesConf.Source source, Satellites satellites) {
+    /** @param source the satellite's name and place in its file, or null when there are only dish settings */
+    private void storeAt(OrbitalPosition position, SourcesConf.Satellite source) {
         RecordId known = satellites.at(position).orElse(null);
         VltTvSatelliteInfoBase info = new VltTvSatelliteInfoBase();
         info.setOrbitPosition(position.tenths());
@@ -110,26 +110,24 @@ public final class SatelliteImport {
         if (dish != null) {
             dish.put(info, known == null);
         }
-        try {
-            RecordId id = known == null ? lists.add(listId, info) : update(known, info);
-            if (dish != null) {
-                dish.burstBesidePort().ifPresent(burst -> {
-                    VltTvSatelliteInfoBase beside = new VltTvSatelliteInfoBase();
-                    beside.setToneBurst(burst);
-                    update(id, beside);
-                });
-                dish.left().forEach(left::count);
-            }
-            satellites.add(position, id);
-            stored.count(known == null ? "added" : "updated");
-            if (dish != null) {
-                stored.count("with how the dish is switched to them");
-            }
-            if (source != null && !info.getName().equals(source.name())) {
-                left.count("the end of a name longer than " + NAME_BYTES + " bytes");
-            }
-        } catch (ChannelListException e) {
-            refuse(source == null ? position.toString() : source.place(), e.getMessage());
+        RecordId id = known == null ? lists.add(listId, info) : update(known, info);
+        if (known == null) {
+            counts.added();
+        } else {
+            counts.updated(id.recordId());
+        }
+        satellites.add(position, id);
+        if (dish != null) {
+            dish.burstBesidePort().ifPresent(burst -> {
+                VltTvSatelliteInfoBase beside = new VltTvSatelliteInfoBase();
+                beside.setToneBurst(burst);
+                update(id, beside);
+            });
+            dish.dropped().forEach(report::dropped);
+            report.switched();
+        }
+        if (source != null && !info.getName().equals(source.name())) {
+            report.dropped("the end of a name longer than " + NAME_BYTES + " bytes");
         }
     }
 
@@ -137,34 +135,5 @@ public final class SatelliteImport {
         info.setRecId(id.toString());
         lists.update(info);
         return id;
-    }
-
-    /** Satellites that were added, updated and given their switching. */
-    public Map<String, Integer> stored() {
-        return stored.counts();
-    }
-
-    /** What did not become a record or part of one, by reason. */
-    public Map<String, Integer> notImported() {
-        return notImported.counts();
-    }
-
-    /** Satellites of which something was left out because the record has no place for it, by what it was. */
-    public Map<String, Integer> left() {
-        return left.counts();
-    }
-
-    /** Lines that could not be read. */
-    public int malformed() {
-        return malformed;
-    }
-
-    /** Prints what came of it. */
-    public void printSummary(PrintStream out) {
-        out.printf("%d files, %d satellites, switching for %d, %d malformed lines%n", files, sources.size(), sequences.size(), malformed);
-        for (Tally tally : List.of(stored, notImported, left)) {
-            tally.print(out);
-        }
-        out.printf("satellite list %d: %d records%n", listId, lists.getAll(listId, List.of()).size());
     }
 }

@@ -4,16 +4,17 @@ import com.velotra.tv.tavro.services.channellist.OrbitalPosition;
 import com.velotra.tv.tavro.services.channellist.RecordId;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfo;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteList;
+import com.velotra.tv.tavro.tool.input.Text;
 import java.util.HashMap;
 import java.util.List;
 import java.util.Map;
 import java.util.Optional;
-import java.util.function.Consumer;
 
 /** The satellite records of one list by their orbital positions, of several at one position the first. */
 public final class Satellites {
     private final int listId;
     private final Map<OrbitalPosition, RecordId> records = new HashMap<>();
+    private final Map<RecordId, OrbitalPosition> positions = new HashMap<>();
 
     /** Reads the positions of a list; none when there is no such list, which is not created. */
     public Satellites(VltTvSatelliteList lists, int listId) {
@@ -27,6 +28,12 @@ public final class Satellites {
 
     void add(OrbitalPosition position, RecordId id) {
         records.putIfAbsent(position, id);
+        positions.put(id, position);
+    }
+
+    /** The position of a satellite record; nothing when this list has no such record. */
+    public Optional<OrbitalPosition> positionOf(RecordId id) {
+        return Optional.ofNullable(positions.get(id));
     }
 
     /** The satellite at that position. */
@@ -34,22 +41,40 @@ public final class Satellites {
         return Optional.ofNullable(records.get(position));
     }
 
-    /**
-     * Hands the satellite at {@code position}, as in {@code S19.2E}, to {@code setter}. Returns why there is none when there is
-     * none.
-     */
-    public Optional<String> pointAt(String position, Consumer<RecordId> setter) {
-        if (records.isEmpty()) {
-            return Optional.of("no satellites in satellite list " + listId);
+    /** The satellite at a position in text form, as in {@code S19.2E}; nothing when there is none. */
+    public Optional<RecordId> find(String position) {
+        return parse(position).flatMap(this::at);
+    }
+
+    /** Why {@link #find} finds no satellite. */
+    public String whyNone(String position) {
+        if (position.isEmpty()) {
+            return "no orbital position at the end of the file's name";
         }
+        if (records.isEmpty()) {
+            return "no satellites in satellite list " + listId;
+        }
+        return parse(position).isPresent()
+                ? "no satellite at " + position + " in satellite list " + listId
+                : Text.excerpt(position) + " is not an orbital position";
+    }
+
+    /**
+     * A position in a line of a file.
+     *
+     * @throws IllegalArgumentException when the text is not one
+     */
+    static OrbitalPosition read(String position) {
+        return parse(position).orElseThrow(() -> new IllegalArgumentException(
+                Text.excerpt(position) + " is not an orbital position; write degrees from 0 to 180 as in S19.2E or S5W"));
+    }
+
+    /** A position in text form; nothing when it is not one. */
+    public static Optional<OrbitalPosition> parse(String position) {
         try {
-            Optional<RecordId> satellite = at(OrbitalPosition.parse(position));
-            satellite.ifPresent(setter);
-            return satellite.isPresent()
-                    ? Optional.empty()
-                    : Optional.of("no satellite at " + position + " in satellite list " + listId);
+            return Optional.of(OrbitalPosition.parse(position));
         } catch (IllegalArgumentException e) {
-            return Optional.of(e.getMessage());
+            return Optional.empty();
         }
     }
 }

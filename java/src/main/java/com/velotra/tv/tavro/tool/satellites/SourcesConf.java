@@ -1,10 +1,10 @@
 package com.velotra.tv.tavro.tool.satellites;
 
 import com.velotra.tv.tavro.services.channellist.OrbitalPosition;
-import com.velotra.tv.tavro.tool.sources.Malformed;
-import com.velotra.tv.tavro.tool.sources.SourceFile;
-import java.io.IOException;
-import java.nio.file.Path;
+import com.velotra.tv.tavro.tool.input.Malformed;
+import com.velotra.tv.tavro.tool.input.Place;
+import com.velotra.tv.tavro.tool.input.Source;
+import com.velotra.tv.tavro.tool.input.SourceText;
 import java.util.ArrayList;
 import java.util.List;
 
@@ -15,26 +15,22 @@ import java.util.List;
  */
 final class SourcesConf {
     /** A satellite: where it is in the file and in the sky, and its name. */
-    record Source(Path file, int line, OrbitalPosition position, String name) {
-        String place() {
-            return file + ":" + line;
-        }
-    }
+    record Satellite(Place place, OrbitalPosition position, String name) {}
 
-    final List<Source> satellites = new ArrayList<>();
+    final List<Satellite> satellites = new ArrayList<>();
     final List<String> others = new ArrayList<>(); // codes of other media
     final List<Malformed> malformed = new ArrayList<>();
 
     private SourcesConf() {}
 
     /** Reads a file. Malformed lines are collected, not thrown. */
-    static SourcesConf read(Path file) throws IOException {
+    static SourcesConf read(Source source) {
         SourcesConf conf = new SourcesConf();
-        conf.malformed.addAll(SourceFile.read(file, (number, line) -> conf.take(file, number, line.strip())));
+        conf.malformed.addAll(SourceText.read(source, (place, line) -> conf.take(place, line.strip())));
         return conf;
     }
 
-    private void take(Path file, int number, String line) {
+    private void take(Place place, String line) {
         if (line.isEmpty() || line.startsWith("#")) {
             return;
         }
@@ -43,10 +39,10 @@ final class SourcesConf {
             others.add(fields[0]);
             return;
         }
-        OrbitalPosition position = OrbitalPosition.parse(fields[0]);
+        OrbitalPosition position = Satellites.read(fields[0]);
         if (fields.length < 2) {
-            throw new IllegalArgumentException("the satellite at " + fields[0] + " has no name");
+            throw new IllegalArgumentException("the satellite at " + position + " has no name");
         }
-        satellites.add(new Source(file, number, position, fields[1]));
+        satellites.add(new Satellite(place, position, fields[1]));
     }
 }

@@ -1,7 +1,8 @@
 package com.velotra.tv.tavro.tool.transponders;
 
 import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamInfoBase;
-import com.velotra.tv.tavro.tool.sources.ModifiedUtf8;
+import com.velotra.tv.tavro.tool.input.ModifiedUtf8;
+import com.velotra.tv.tavro.tool.input.Text;
 import java.util.ArrayList;
 import java.util.List;
 import java.util.Map;
@@ -9,19 +10,10 @@ import java.util.Set;
 import java.util.function.IntConsumer;
 
 /**
- * One transponder of a scan table as the values of a transport stream record: frequency in kHz for every medium, symbol
+ * One transponder of a scan table as the values of a transport stream record: the frequency is in kHz for every medium, symbol
  * rate in symbols a second, bandwidth in kHz. AUTO and values that say nothing (an unused stream id, a bandwidth of 0) set no key.
  */
 final class Mapping {
-    /** A transponder that cannot become a record; the message is the reason. */
-    static final class NotImportable extends Exception {
-        private static final long serialVersionUID = 1L;
-
-        NotImportable(String reason) {
-            super(reason);
-        }
-    }
-
     private record System(int medium, int standard, boolean dvb) {}
 
     private static final int NO_STANDARD = 0;
@@ -36,7 +28,7 @@ final class Mapping {
             "ISDBT", new System(TunerValues.TERRESTRIAL, NO_STANDARD, false),
             "ATSC", new System(TunerValues.TERRESTRIAL, NO_STANDARD, false));
 
-    // The keys that a record of a medium has a place for. Records of different media share bytes, and the library stores
+    // The keys that a record of a medium has a field for. Records of different media share bytes, and the library stores
     // some keys whatever the medium: a bandwidth would end up in a cable record's symbol rate.
     private static final Map<Integer, Set<String>> KEYS = Map.of(
             TunerValues.TERRESTRIAL, Set.of("BANDWIDTH_HZ", "MODULATION", "INNER_FEC", "CODE_RATE_HP", "GUARD_INTERVAL",
@@ -47,19 +39,22 @@ final class Mapping {
     private static final long NO_STREAM_ID = 0xFFFFFFFFL;
     private static final int NAME_BYTES = 40;
 
-    private final ScanTable.Entry entry;
+    private final Transponder transponder;
     private final String systemName;
     private final System system;
     private final VltTvTransportStreamInfoBase info = new VltTvTransportStreamInfoBase();
-    private final List<String> left = new ArrayList<>();
+    private final List<String> dropped = new ArrayList<>();
+    private int frequency;
+    private int polarization;
+    private long streamId;
 
     /** Maps a transponder, or says why it cannot be a record. */
-    Mapping(ScanTable.Entry entry) throws NotImportable {
-        this.entry = entry;
-        systemName = entry.values().getOrDefault("DELIVERY_SYSTEM", "");
+    Mapping(Transponder transponder) throws NotImportable {
+        this.transponder = transponder;
+        systemName = transponder.values().getOrDefault("DELIVERY_SYSTEM", "");
         system = SYSTEMS.get(systemName);
         if (system == null) {
-            throw new NotImportable(systemName.isEmpty() ? "no delivery system" : "unknown delivery system " + systemName);
+            throw new NotImportable(systemName.isEmpty() ? "no delivery system" : "unknown delivery system " + Text.excerpt(systemName));
         }
         map();
     }
@@ -77,33 +72,47 @@ final class Mapping {
         return info;
     }
 
-    /** What of the transponder the record has no place for, a reason each. */
-    List<String> left() {
-        return left;
+    /** Values that the record has no field for; one text per value. */
+    List<String> dropped() {
+        return dropped;
+    }
+
+    /** kHz. */
+    int frequency() {
+        return frequency;
+    }
+
+    /** As a record has it; 0 for a medium without one. */
+    int polarization() {
+        return polarization;
+    }
+
+    /** Input stream identifier or PLP id; 0 when there is none. On a satellite the record has no field for it. */
+    long streamId() {
+        return streamId;
     }
 
     private void map() throws NotImportable {
-        info.setBroadcastMedium(system.medium).setFrequency(frequency());
+        frequency = readFrequency();
+        info.setBroadcastMedium(system.medium).setFrequency(frequency);
         if (system.dvb) {
             info.setBroadcastType(TunerValues.BROADCAST_DVB);
         }
         if (system.standard == NO_STANDARD) {
-            left.add("the standard " + systemName);
+            dropped.add("the standard " + systemName);
         } else {
             info.setStandard(system.standard);
         }
-        if (!entry.heading().equalsIgnoreCase("CHANNEL")) {
-            if (ModifiedUtf8.bytes(entry.heading()) <= NAME_BYTES) {
-                info.setAcTsName(entry.heading());
-            } else {
-                left.add("a heading that does not fit the name");
-            }
+        if (ModifiedUtf8.bytes(transponder.name()) > NAME_BYTES) {
+            dropped.add("a heading that does not fit the name");
+        } else if (!transponder.name().isEmpty()) {
+            info.setAcTsName(transponder.name());
         }
-        entry.values().forEach(this::map);
+        transponder.values().forEach(this::map);
     }
 
-    private int frequency() throws NotImportable {
-        long value = number(entry.values().get("FREQUENCY"));
+    private int readFrequency() throws NotImportable {
+        long value = number(transponder.values().get("FREQUENCY"));
         if (value <= 0) {
             throw new NotImportable("no frequency");
         }
@@ -112,7 +121,7 @@ final class Mapping {
             throw new NotImportable("a frequency beyond 32 bits");
         }
         if (system.medium != TunerValues.SATELLITE && value % 1000 != 0) {
-            left.add("a fraction of a kHz in FREQUENCY");
+            dropped.add("a fraction of a kHz in FREQUENCY");
         }
         if (kilohertz == 0) {
             throw new NotImportable("no frequency");
@@ -137,7 +146,10 @@ final class Mapping {
             }
             case "SYMBOL_RATE" -> put(key, value, number(value), info::setSymbolRate);
             case "MODULATION" -> put(key, value, TunerValues.MODULATION, info::setModulation);
-            case "POLARIZATION" -> put(key, value, TunerValues.POLARIZATION, info::setTunerPolarizaTion);
+            case "POLARIZATION" -> {
+                put(key, value, TunerValues.POLARIZATION, info::setTunerPolarizaTion);
+                polarization = TunerValues.POLARIZATION.getOrDefault(value, 0);
+            }
             case "INNER_FEC" -> {
                 put(key, value, TunerValues.FEC_INNER, info::setFecInner);
                 if (system.medium == TunerValues.SATELLITE) {
@@ -158,7 +170,7 @@ final class Mapping {
 
     private void leave(String key, String value) {
         if (!saysNothing(value)) {
-            left.add(key.startsWith("ISDBT_") ? "ISDB-T layers and segments" : key.matches("SERVICE_ID|.*PID.*") ? "services and PIDs" : key);
+            dropped.add(key.startsWith("ISDBT_") ? "ISDB-T layers and segments" : key.matches("SERVICE_ID|.*PID.*") ? "services and PIDs" : Text.printable(key));
         }
     }
 
@@ -169,10 +181,11 @@ final class Mapping {
             return;
         }
         if (system.medium != TunerValues.TERRESTRIAL || id < 0 || id > 0xFF) {
-            left.add("STREAM_ID of " + systemName);
-            return;
+            dropped.add("STREAM_ID of " + systemName);
+        } else {
+            info.setPlpId((int) id);
         }
-        info.setPlpId((int) id);
+        streamId = system.medium == TunerValues.SATELLITE || id <= 0xFF ? Math.max(id, 0) : 0;
     }
 
     private static boolean saysNothing(String value) {
@@ -184,7 +197,7 @@ final class Mapping {
         if (number != null && setter != null) {
             setter.accept(number);
         } else if (!saysNothing(value)) {
-            left.add(key + " " + value);
+            dropped.add(key + " " + Text.excerpt(value));
         }
     }
 
@@ -192,7 +205,7 @@ final class Mapping {
         if (number > 0 && number <= Integer.MAX_VALUE) {
             setter.accept((int) number);
         } else if (number != 0 && !saysNothing(value)) {
-            left.add(key + " " + value);
+            dropped.add(key + " " + Text.excerpt(value));
         }
     }
 

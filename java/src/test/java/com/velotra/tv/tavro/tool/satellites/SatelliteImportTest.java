@@ -8,27 +8,23 @@ import com.velotra.tv.tavro.services.channellist.RecordId;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfo;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfoBase;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteList;
+import com.velotra.tv.tavro.tool.input.ImportFixture;
+import com.velotra.tv.tavro.tool.input.ImportReport;
+import com.velotra.tv.tavro.tool.input.Source;
 import java.io.ByteArrayOutputStream;
-import java.io.IOException;
 import java.io.PrintStream;
-import java.nio.charset.Charset;
 import java.nio.charset.StandardCharsets;
-import java.nio.file.Files;
-import java.nio.file.Path;
 import java.util.List;
 import java.util.Map;
 import java.util.Optional;
 import org.junit.jupiter.api.AfterEach;
 import org.junit.jupiter.api.Test;
-import org.junit.jupiter.api.io.TempDir;
 
 /** What becomes of satellites and of how dishes are switched to them, read back through the natives. */
 class SatelliteImportTest {
     private static final int LIST = 6;
     private static final String UNO = "S19.2E  Uno";
-
-    @TempDir
-    Path folder;
+    private static final String NO_POSITION = "' is not an orbital position; write degrees from 0 to 180 as in S19.2E or S5W\n";
 
     private final VltTvSatelliteList lists = VltTvSatelliteList.getInstance();
     private final ByteArrayOutputStream log = new ByteArrayOutputStream();
@@ -40,12 +36,13 @@ class SatelliteImportTest {
         }
     }
 
-    private SatelliteImport imported(List<String> sources, String... switches) throws IOException {
-        SatelliteImport satellites = new SatelliteImport(lists, LIST, new PrintStream(log, true, StandardCharsets.UTF_8));
-        satellites.addSources(Files.write(folder.resolve("sources.conf"), sources));
-        satellites.addSwitches(Files.write(folder.resolve("diseqc.conf"), List.of(switches)));
+    private ImportReport imported(List<String> sources, String... switches) {
+        ImportReport report = new ImportReport(new PrintStream(log, true, StandardCharsets.UTF_8));
+        SatelliteImport satellites = new SatelliteImport(lists, LIST, report);
+        satellites.addSources(ImportFixture.source("sources.conf", sources.toArray(String[]::new)));
+        satellites.addSwitches(ImportFixture.source("diseqc.conf", switches));
         satellites.store();
-        return satellites;
+        return report;
     }
 
     private VltTvSatelliteInfo only() {
@@ -55,9 +52,9 @@ class SatelliteImportTest {
     }
 
     /** The one satellite with the dish that those lines describe. */
-    private VltTvSatelliteInfo switched(String... lines) throws IOException {
-        SatelliteImport satellites = imported(List.of(UNO), lines);
-        assertEquals(0, satellites.malformed(), log.toString(StandardCharsets.UTF_8));
+    private VltTvSatelliteInfo switched(String... lines) {
+        ImportReport report = imported(List.of(UNO), lines);
+        assertEquals(0, report.malformed(), log.toString(StandardCharsets.UTF_8));
         return only();
     }
 
@@ -67,7 +64,7 @@ class SatelliteImportTest {
     }
 
     @Test
-    void aSatelliteIsStoredWithPositionAndNameAndIsNotInUse() throws IOException {
+    void aSatelliteIsStoredWithPositionAndNameAndIsNotInUse() {
         imported(List.of("# comment", "", "S0.8W\tDue  Tre & Vier "));
         VltTvSatelliteInfo satellite = only();
         assertEquals(-8, satellite.getOrbitPosition());
@@ -78,25 +75,23 @@ class SatelliteImportTest {
     }
 
     @Test
-    void aNameIsCutBehindAWholeCharacterAndThatIsTold() throws IOException {
+    void aNameIsCutBehindAWholeCharacterAndThatIsReported() {
         String name = "a".repeat(63);
-        SatelliteImport satellites = imported(List.of("S1E " + name + "ü", "S2E " + name + "b"));
+        ImportReport report = imported(List.of("S1E " + name + "ü", "S2E " + name + "b"));
         assertEquals(List.of(name, name + "b"), lists.getAll(LIST, null).stream().map(VltTvSatelliteInfo::getName).toList());
-        assertEquals(Map.of("the end of a name longer than 64 bytes", 1), satellites.left());
+        assertEquals(Map.of("the end of a name longer than 64 bytes", 1), report.dropped());
     }
 
     @Test
-    void aLineThatIsNotUtf8IsReadAsLatin1() throws IOException {
-        Path file = folder.resolve("sources.conf");
-        Files.writeString(file, "S1E Zür\nS2E Züri\n", Charset.forName("ISO-8859-1"));
-        SatelliteImport satellites = new SatelliteImport(lists, LIST, System.err);
-        satellites.addSources(file);
+    void aLineThatIsNotUtf8IsReadAsLatin1() {
+        SatelliteImport satellites = new SatelliteImport(lists, LIST, new ImportReport(System.err));
+        satellites.addSources(new Source("x", "x", "S1E Zür\nS2E Züri\n".getBytes(StandardCharsets.ISO_8859_1)));
         satellites.store();
         assertEquals(List.of("Zür", "Züri"), lists.getAll(LIST, null).stream().map(VltTvSatelliteInfo::getName).toList());
     }
 
     @Test
-    void aUniversalLnbBehindACommittedSwitchIsStoredWithPortToneAndOscillators() throws IOException {
+    void aUniversalLnbBehindACommittedSwitchIsStoredWithPortToneAndOscillators() {
         VltTvSatelliteInfo satellite = switched(
                 "S19.2E  11700 V  9750  t v W15 [E0 10 38 F8] W15 t", "S19.2E  99999 V 10600  t v W15 [E0 10 38 F9] W15 T",
                 "S19.2E  11700 H  9750  t V W15 [e0  10 38 fA] W15 t", "S19.2E  99999 H 10600  t V W15 [E0 10 38 FB] W15 T");
@@ -111,32 +106,32 @@ class SatelliteImportTest {
     }
 
     @Test
-    void aToneBurstAloneIsTheSwitchPosition() throws IOException {
+    void aToneBurstAloneIsTheSwitchPosition() {
         assertSwitch(0, 5, 0, switched("S19.2E 99999 V 10600 t v W15 A W15 t"));
         assertSwitch(0, 6, 1, switched("S19.2E 99999 V 10600 t v W15 B W15 t"));
     }
 
     @Test
-    void aToneBurstBesideAPortIsKeptWithIt() throws IOException {
+    void aToneBurstBesideAPortIsKeptWithIt() {
         assertSwitch(2, 1, 0, switched("S19.2E 99999 V 10600 [E0 10 38 F4] A"));
         assertSwitch(2, 3, 1, switched("S19.2E 99999 V 10600 [E0 10 38 FF] B"));
     }
 
     @Test
-    void aPolarizationOfItsOwnIsTakenIntoNewSatellitesAlone() throws IOException {
+    void aPolarizationOfItsOwnIsTakenIntoNewSatellitesAlone() {
         for (int polarization : new int[] {0, 1, 2, 3}) {
             VltTvSatelliteInfo satellite = switched("S19.2E 99999 " + "HVLR".charAt(polarization) + " 10600");
             assertEquals(polarization, satellite.getDiseqcPolar());
             deleteList();
         }
         imported(List.of(UNO));
-        SatelliteImport again = imported(List.of(), "S19.2E 99999 R 10600");
+        ImportReport again = imported(List.of(), "S19.2E 99999 R 10600");
         assertEquals(0, only().getDiseqcPolar());
-        assertEquals(Map.of("the polarization of a satellite that was there before", 1), again.left());
+        assertEquals(Map.of("the polarization of a satellite that was there before", 1), again.dropped());
     }
 
     @Test
-    void toneAndVoltageThatNeverChangeAreStoredAsTheyAre() throws IOException {
+    void toneAndVoltageThatNeverChangeAreStoredAsTheyAre() {
         VltTvSatelliteInfo off = switched("S19.2E 99999 V 5150 t v");
         assertEquals(List.of(0, 1), List.of(off.getTone22k(), off.getLnbPower()));
         VltTvSatelliteInfo on = switched("S19.2E 99999 V 5150 t T v V");
@@ -146,7 +141,7 @@ class SatelliteImportTest {
     }
 
     @Test
-    void aSingleCableIsStoredWithItsGenerationAndPosition() throws IOException {
+    void aSingleCableIsStoredWithItsGenerationAndPosition() {
         VltTvSatelliteInfo first = switched(
                 "S19.2E  11700 V  9750  t V W10 S4 [E0 10 5A 00 00] W10 v", "S19.2E  99999 V 10600  t V W10 S5 [E0 10 5A 00 00] W10 v");
         assertEquals(List.of(1, 1, 0), List.of(first.getUnicablePosition(), first.getMaskLnbSingcab(), first.getMaskLnbSingcabJess()));
@@ -156,14 +151,14 @@ class SatelliteImportTest {
     }
 
     @Test
-    void anUncommittedSwitchIsTheExtendedOne() throws IOException {
+    void anUncommittedSwitchIsTheExtendedOne() {
         VltTvSatelliteInfo satellite = switched("S19.2E 11700 V 9750 [E0 10 39 FD]", "S19.2E 99999 V 10600 [E0 10 39 FD]");
         assertEquals(List.of(4, 13, 4), List.of(satellite.getDiseqcTypeEx(), satellite.getDiseqcPositionEx(), satellite.getAntennaType()));
     }
 
     @Test
-    void whatHasNoPlaceIsCountedByReason() throws IOException {
-        SatelliteImport satellites = imported(
+    void whatHasNoPlaceIsCountedByReason() {
+        ImportReport report = imported(
                 List.of(UNO, "C Cable", "S360E Any"),
                 "1 2:",
                 "S19.2E 10700 V 9750 t v W15 [E0 10 38 F0] A [E0 31 6B 01]",
@@ -173,9 +168,11 @@ class SatelliteImportTest {
                 "S19.2E 11700 H 10000",
                 "S360E 99999 V 10600 P W20",
                 "S13E 99999 V 10600");
-        assertEquals(Map.of("added", 2, "with how the dish is switched to them", 2), satellites.stored());
+        assertEquals(List.of("satellite list 6: 2 added, 0 changed, 0 unchanged; it holds 2 records"), ImportFixture.lists(report));
+        assertEquals(Map.of("not a satellite (source C)", 1), report.skipped());
+        assertEquals(Map.of("dish settings for a position without a satellite", 1), report.notImported());
         assertEquals(
-                Map.of("no satellite but source C", 1, "switching to a position where there is no satellite", 1), satellites.notImported());
+                "  not imported S13.0E: dish settings for a position without a satellite\n", log.toString(StandardCharsets.UTF_8));
         assertEquals(
                 Map.ofEntries(
                         Map.entry("a restriction to some devices", 1), Map.entry("waiting times", 2), Map.entry("positioners", 1),
@@ -187,7 +184,7 @@ class SatelliteImportTest {
                         Map.entry("a tone that follows something else than the band", 1),
                         Map.entry("a voltage that follows something else than the polarization", 1),
                         Map.entry("more than one polarization; each transport stream has its own", 1)),
-                satellites.left());
+                report.dropped());
         VltTvSatelliteInfo first = lists.getAll(LIST, null).get(0);
         assertSwitch(2, 0, 0, first);
         assertEquals(
@@ -195,49 +192,68 @@ class SatelliteImportTest {
     }
 
     @Test
-    void malformedLinesAreToldWithFileLineAndReasonAndTheRestIsStored() throws IOException {
-        SatelliteImport satellites = imported(
-                List.of("S19.2E", "X", UNO, "S190E Far", "S1,5E Comma"),
+    void malformedSatellitesAreReportedWithFileLineAndReasonAndTheRestIsStored() {
+        ImportReport report = imported(List.of("S19.2E", "X", UNO, "S190E Far", "S1,5E Comma"));
+        assertEquals(
+                "  left out sources.conf:1: the satellite at S19.2E has no name\n"
+                        + "  left out sources.conf:4: 'S190E" + NO_POSITION
+                        + "  left out sources.conf:5: 'S1,5E" + NO_POSITION,
+                log.toString(StandardCharsets.UTF_8));
+        assertEquals(3, report.malformed());
+        assertEquals(Map.of("not a satellite (source X)", 1), report.skipped());
+        assertEquals(Map.of(), report.notImported());
+        assertEquals(List.of("Uno", 0), List.of(only().getName(), only().getMaskStatusOn()));
+    }
+
+    @Test
+    void malformedDishSettingsAreReportedWithFileLineAndReasonAndTheRestIsStored() {
+        ImportReport report = imported(
+                List.of(UNO),
                 "S19.2E 11700 V", "S19.2E 11700 X 9750", "S19.2E 0 V 9750", "S19.2E 11700 V 70000", "S19 11700 V 9750",
                 "S19.2E 99999 V 10600 t q", "S19.2E 99999 V 10600 [E0 1]", "S19.2E 99999 V 10600 [E0 10", "S19.2E 99999 V 10600 W",
                 "S19.2E 99999 V 10600 [E0 10 38 F0 00 00 00]", "S19.2E 99999 V 10600 T");
-        String sources = "  left out " + folder.resolve("sources.conf") + ":";
-        String switches = "  left out " + folder.resolve("diseqc.conf") + ":";
-        String position = "' is not an orbital position; write degrees from 0 to 180 as in S19.2E or S5W\n";
+        String place = "  left out diseqc.conf:";
         assertEquals(
-                sources + "1: the satellite at S19.2E has no name\n"
-                        + sources + "4: 'S190E" + position
-                        + sources + "5: 'S1,5E" + position
-                        + switches + "1: 3 fields instead of position, frequency, polarization, oscillator and commands\n"
-                        + switches + "2: polarization 'X' is not V, H, L or R\n"
-                        + switches + "3: frequency '0' is not a number from 1 to 2147483647\n"
-                        + switches + "4: oscillator '70000' is not a number from 1 to 65535\n"
-                        + switches + "5: 'S19" + position
-                        + switches + "6: 'q' is no command\n"
-                        + switches + "7: '[E0 1]' is no command\n"
-                        + switches + "8: '[E0 10' is no command\n"
-                        + switches + "9: 'W' is no command\n"
-                        + switches + "10: '[E0 10 38 F0 00 00 00]' is no command\n",
+                place + "1: 3 fields instead of position, frequency, polarization, oscillator and commands\n"
+                        + place + "2: polarization 'X' is not V, H, L or R\n"
+                        + place + "3: frequency '0' is not a number from 1 to 2147483647\n"
+                        + place + "4: oscillator '70000' is not a number from 1 to 65535\n"
+                        + place + "5: 'S19" + NO_POSITION
+                        + place + "6: 'q' is not a command\n"
+                        + place + "7: '[E0 1]' is not a command\n"
+                        + place + "8: '[E0 10' is not a command\n"
+                        + place + "9: 'W' is not a command\n"
+                        + place + "10: '[E0 10 38 F0 00 00 00]' is not a command\n",
                 log.toString(StandardCharsets.UTF_8));
-        assertEquals(13, satellites.malformed());
-        assertEquals(Map.of("no satellite but source X", 1), satellites.notImported());
+        assertEquals(10, report.malformed());
         assertEquals(List.of("Uno", 1, 1), List.of(only().getName(), only().getMaskStatusOn(), only().getTone22k()));
     }
 
     @Test
-    void aPositionThatIsThereIsUpdatedAndKeepsWhatIsNotNamed() throws IOException {
+    void messagesArePrintable() {
+        imported(List.of("\u001b[2JS19.2E Uno"), "S19.2E 11700 \u001b 9750", "\u001b[2J 11700 V 9750", "S19.2E 11700 V 9750 \u001b");
+        String place = "  left out diseqc.conf:";
+        assertEquals(
+                "  left out sources.conf:1: '·[2JS19.2E" + NO_POSITION
+                        + place + "1: polarization '·' is not V, H, L or R\n"
+                        + place + "2: '·[2J" + NO_POSITION
+                        + place + "3: '·' is not a command\n",
+                log.toString(StandardCharsets.UTF_8));
+    }
+
+    @Test
+    void aPositionThatIsThereIsUpdatedAndKeepsWhatIsNotNamed() {
         imported(List.of(UNO, "S13E Due"), "S19.2E 99999 V 10600 [E0 10 38 F4] T");
         VltTvSatelliteInfoBase detected = new VltTvSatelliteInfoBase();
         detected.setRecId(new RecordId(LIST, 1).toString());
         detected.setLnbSignalDetected(1);
         lists.update(detected);
 
-        SatelliteImport again = imported(List.of("S19.2E Uno Nuovo", "S19.2E Uno Terzo"), "S13E 99999 V 10600 t");
-        assertEquals(Map.of("updated", 2, "with how the dish is switched to them", 1), again.stored());
-        assertEquals(Map.of("a position that was named before", 1), again.notImported());
+        ImportReport again = imported(List.of("S19.2E Uno Nuovo", "S19.2E Uno Terzo"), "S13E 99999 V 10600 t");
         assertEquals(
-                "  not imported " + folder.resolve("sources.conf") + ":2: a position that was named before\n",
-                log.toString(StandardCharsets.UTF_8));
+                List.of("satellite list 6: 0 added, 2 changed, 0 unchanged, 1 repeated in the files; it holds 2 records"),
+                ImportFixture.lists(again));
+        assertEquals(List.of(Map.of(), ""), List.of(again.notImported(), log.toString(StandardCharsets.UTF_8)));
         List<VltTvSatelliteInfo> all = lists.getAll(LIST, null);
         assertEquals(List.of("Uno Nuovo", "Due"), all.stream().map(VltTvSatelliteInfo::getName).toList());
         assertSwitch(2, 1, 255, all.get(0));
@@ -246,39 +262,70 @@ class SatelliteImportTest {
     }
 
     @Test
-    void theSummaryTellsEverything() throws IOException {
-        ByteArrayOutputStream out = new ByteArrayOutputStream();
-        imported(List.of(UNO, "S13E Due", "T Terrestrial", "nonsense"), "S19.2E 99999 V 10600 W15 t")
-                .printSummary(new PrintStream(out, true, StandardCharsets.UTF_8));
+    void aSecondImportLeavesEqualSatellitesUnchanged() {
+        String[] switches = {"S19.2E  11700 V  9750  t v [E0 10 38 F8] B", "S19.2E  99999 V 10600  T v [E0 10 38 F9] B", "S1E 99999 H 10600 A"};
+        List<String> sources = List.of(UNO, "S13E Due", "S1E Tre");
+        imported(sources, switches);
+        List<List<Object>> before = values();
         assertEquals(
-                """
-                2 files, 2 satellites, switching for 1, 1 malformed lines
-                Satellites stored:
-                       2  added
-                       1  with how the dish is switched to them
-                Not imported, by reason:
-                       1  no satellite but source T
-                Imported without what a record has no place for:
-                       1  waiting times
-                satellite list 6: 2 records
-                """,
-                out.toString(StandardCharsets.UTF_8));
+                List.of("satellite list 6: 0 added, 0 changed, 3 unchanged; it holds 3 records"), ImportFixture.lists(imported(sources, switches)));
+        assertEquals(before, values());
+        assertEquals(
+                List.of("satellite list 6: 1 added, 1 changed, 1 unchanged; it holds 4 records"),
+                ImportFixture.lists(imported(List.of(UNO, "S13E Quattro", "S2E Cinque"))));
+    }
+
+    private List<List<Object>> values() {
+        return lists.getAll(LIST, null).stream().map(satellite -> lists.get(satellite.id(), null).orElseThrow().allValues()).toList();
     }
 
     @Test
-    void satellitesAreFoundByTheirPositionsAndWhatIsNotFoundIsTold() throws IOException {
-        String none = "no satellites in satellite list 6";
-        assertEquals(Optional.of(none), new Satellites(lists, LIST).pointAt("S19.2E", id -> { }));
+    void theSummaryHasEverything() {
+        assertEquals(
+                """
+                2 files: 1 dish settings, 2 satellites; 1 malformed lines
+                Skipped, by reason:
+                       1  not a satellite (source T)
+                Imported with values dropped (no field in the record):
+                       1  waiting times
+                1 satellites with dish settings
+                satellite list 6: 2 added, 0 changed, 0 unchanged; it holds 2 records
+                """,
+                ImportFixture.summary(
+                        imported(List.of(UNO, "S13E Due", "T Terrestrial", "nonsense"), "S19.2E 99999 V 10600 W15 t")));
+    }
+
+    @Test
+    void satellitesAreFoundByTheirPositionsAndPositionsByTheirSatellites() {
+        assertEquals(Optional.empty(), new Satellites(lists, LIST).find("S19.2E"));
         assertFalse(lists.exists(LIST));
         imported(List.of("S13E Due", UNO));
         Satellites satellites = new Satellites(lists, LIST);
         assertEquals(Optional.of(new RecordId(LIST, 2)), satellites.at(new OrbitalPosition(192)));
-        RecordId[] found = new RecordId[1];
-        assertEquals(Optional.empty(), satellites.pointAt("S13.0E", id -> found[0] = id));
-        assertEquals(new RecordId(LIST, 1), found[0]);
-        assertEquals(Optional.of("no satellite at S13.0W in satellite list 6"), satellites.pointAt("S13.0W", id -> { }));
-        assertEquals(
-                Optional.of("'S13..0W' is not an orbital position; write degrees from 0 to 180 as in S19.2E or S5W"),
-                satellites.pointAt("S13..0W", id -> { }));
+        assertEquals(Optional.of(new RecordId(LIST, 1)), satellites.find("S13.0E"));
+        assertEquals(List.of(Optional.empty(), Optional.empty()), List.of(satellites.find("S13.0W"), satellites.find("S13..0E")));
+        assertEquals(Optional.of(new OrbitalPosition(130)), satellites.positionOf(new RecordId(LIST, 1)));
+        assertEquals(Optional.empty(), satellites.positionOf(new RecordId(LIST, 3)));
+    }
+
+    @Test
+    void aPositionWithoutASatelliteHasAReason() {
+        assertEquals("no satellites in satellite list 6", new Satellites(lists, LIST).whyNone("S19.2E"));
+        imported(List.of(UNO));
+        Satellites satellites = new Satellites(lists, LIST);
+        assertEquals("no orbital position at the end of the file's name", satellites.whyNone(""));
+        assertEquals("no satellite at S13.0W in satellite list 6", satellites.whyNone("S13.0W"));
+        assertEquals("'S13..0W' is not an orbital position", satellites.whyNone("S13..0W"));
+    }
+
+    @Test
+    void ofSeveralSatellitesAtOnePositionTheFirstIsTaken() {
+        imported(List.of(UNO));
+        VltTvSatelliteInfoBase twin = new VltTvSatelliteInfoBase();
+        twin.setOrbitPosition(192);
+        RecordId second = lists.add(LIST, twin);
+        Satellites satellites = new Satellites(lists, LIST);
+        assertEquals(Optional.of(new RecordId(LIST, 1)), satellites.find("S19.2E"));
+        assertEquals(Optional.of(new OrbitalPosition(192)), satellites.positionOf(second));
     }
 }

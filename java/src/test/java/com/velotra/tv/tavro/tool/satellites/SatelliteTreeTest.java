@@ -7,6 +7,9 @@ import com.velotra.tv.tavro.services.channellist.OrbitalPosition;
 import com.velotra.tv.tavro.services.channellist.RecordId;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfo;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteList;
+import com.velotra.tv.tavro.tool.input.ImportFixture;
+import com.velotra.tv.tavro.tool.input.ImportReport;
+import com.velotra.tv.tavro.tool.input.Source;
 import java.io.IOException;
 import java.io.OutputStream;
 import java.io.PrintStream;
@@ -14,7 +17,6 @@ import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.List;
-import java.util.Map;
 import java.util.Set;
 import org.junit.jupiter.api.Test;
 
@@ -43,24 +45,37 @@ class SatelliteTreeTest {
         return satellites;
     }
 
+    private static Satellites imported(VltTvSatelliteList lists, ImportReport report) {
+        SatelliteImport satellites = new SatelliteImport(lists, LIST, report);
+        satellites.addSources(Source.read(file("sources.conf")));
+        satellites.addSwitches(Source.read(file("diseqc.conf")));
+        return satellites.store();
+    }
+
     @Test
     void everyPositionIsImportedAndReadsBackToItsLine() throws IOException {
         List<String> expected = satellites();
         assertEquals(158, expected.size());
         VltTvSatelliteList lists = VltTvSatelliteList.getInstance();
-        SatelliteImport satellites = new SatelliteImport(lists, LIST, new PrintStream(OutputStream.nullOutputStream()));
-        satellites.addSources(file("sources.conf"));
-        satellites.addSwitches(file("diseqc.conf"));
-        Satellites stored = satellites.store();
-        satellites.printSummary(System.out);
+        ImportReport report = new ImportReport(new PrintStream(OutputStream.nullOutputStream()));
+        Satellites stored = imported(lists, report);
 
-        assertEquals(Map.of("added", 158, "with how the dish is switched to them", 2), satellites.stored());
-        assertEquals(0, satellites.malformed());
         assertEquals(
-                Map.of("no satellite but source C", 1, "no satellite but source T", 1, "no satellite but source A", 1,
-                        "no satellite but source I", 1, "no satellite but source V", 1),
-                satellites.notImported());
-        assertEquals(Map.of("waiting times", 2, "more than one polarization; each transport stream has its own", 2), satellites.left());
+                """
+                2 files: 2 dish settings, 158 satellites; 0 malformed lines
+                Skipped, by reason:
+                       1  not a satellite (source A)
+                       1  not a satellite (source C)
+                       1  not a satellite (source I)
+                       1  not a satellite (source T)
+                       1  not a satellite (source V)
+                Imported with values dropped (no field in the record):
+                       2  more than one polarization; each transport stream has its own
+                       2  waiting times
+                2 satellites with dish settings
+                satellite list 51: 158 added, 0 changed, 0 unchanged; it holds 158 records
+                """,
+                ImportFixture.summary(report));
 
         List<VltTvSatelliteInfo> found = lists.getAll(LIST, null);
         assertEquals(expected, found.stream().map(satellite -> satellite.getOrbitPosition() + " " + satellite.getName()).toList());
@@ -81,5 +96,9 @@ class SatelliteTreeTest {
                     List.of(satellite.getMaskLnbUniver(), satellite.getLnbLowFreq(), satellite.getLnbSwitchFreq(),
                             satellite.getLnbHighFreq(), satellite.getTone22k(), satellite.getLnbPower(), satellite.getDiseqcType()));
         }
+
+        ImportReport again = new ImportReport(new PrintStream(OutputStream.nullOutputStream()));
+        imported(lists, again);
+        assertEquals(List.of("satellite list 51: 0 added, 0 changed, 158 unchanged; it holds 158 records"), ImportFixture.lists(again));
     }
 }

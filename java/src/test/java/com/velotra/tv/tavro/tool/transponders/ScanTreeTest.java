@@ -8,6 +8,9 @@ import com.velotra.tv.tavro.services.channellist.TransportStreamRecord;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfo;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteList;
 import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamList;
+import com.velotra.tv.tavro.tool.input.ImportFixture;
+import com.velotra.tv.tavro.tool.input.ImportReport;
+import com.velotra.tv.tavro.tool.input.Source;
 import com.velotra.tv.tavro.tool.satellites.SatelliteImport;
 import com.velotra.tv.tavro.tool.satellites.Satellites;
 import java.io.IOException;
@@ -16,20 +19,75 @@ import java.io.PrintStream;
 import java.nio.charset.StandardCharsets;
 import java.nio.file.Files;
 import java.nio.file.Path;
+import java.util.ArrayList;
 import java.util.Arrays;
 import java.util.HashMap;
+import java.util.LinkedHashMap;
+import java.util.LinkedHashSet;
 import java.util.List;
 import java.util.Map;
+import java.util.Set;
+import java.util.stream.Collectors;
 import java.util.stream.Stream;
 import org.junit.jupiter.api.Test;
 
 /**
- * The whole tree of scan tables of Debian's dtv-scan-tables: everything is imported, the counts add up, and every record has
- * the values of its source, told here by offsets and stored codes.
+ * The whole tree of scan tables of Debian's dtv-scan-tables: every distinct transponder is imported once, the counts add up, and every
+ * record has the values of its source, checked here by offsets and stored codes.
  */
 class ScanTreeTest {
     private static final int FIRST = 31;
     private static final List<String> FOLDERS = List.of("atsc", "dvb-c", "dvb-s", "dvb-t", "isdb-t");
+    private static final List<String> LEGACY_FOLDERS = List.of("atsc", "dvb-c", "dvb-s", "dvb-t");
+    private static final Map<String, Integer> MEDIUM = Map.of(
+            "DVBT", 1, "DVBT2", 1, "ISDBT", 1, "ATSC", 1, "DVBC/ANNEX_A", 2, "DVBC/ANNEX_B", 2, "DVBS", 3, "DVBS2", 3);
+
+    /** A block of a file, as this test reads it. */
+    private record Entry(Path file, int line, String heading, Map<String, String> values) {
+        String place() {
+            return file + ":" + line;
+        }
+
+        boolean isService() {
+            return !heading.equalsIgnoreCase("CHANNEL") && values.containsKey("SERVICE_ID");
+        }
+
+        int medium() {
+            return MEDIUM.get(values.get("DELIVERY_SYSTEM"));
+        }
+
+        long kilohertz() {
+            long frequency = Long.parseLong(values.get("FREQUENCY"));
+            return medium() == 3 ? frequency : (frequency + 500) / 1000;
+        }
+
+        /** The position at the end of the file's name with its tenths, or empty. */
+        String position() {
+            String name = file.getFileName().toString();
+            String end = name.substring(Math.max(name.lastIndexOf('-'), name.lastIndexOf('_')) + 1);
+            if (medium() != 3 || !end.matches("\\d+(\\.\\d)?[EW]")) {
+                return "";
+            }
+            return end.contains(".") ? end : end.replaceFirst("([EW])$", ".0$1");
+        }
+
+        /** What makes it a transponder of its own. */
+        List<Object> identity() {
+            String stream = values.getOrDefault("STREAM_ID", "0");
+            boolean counts = medium() == 3 && !stream.equals("4294967295") || medium() == 1 && Long.parseLong(stream) <= 0xFF;
+            return identity(counts ? Long.parseLong(stream) : 0);
+        }
+
+        /** The same in the older form, which has no stream ids for the first generation. */
+        List<Object> legacyIdentity() {
+            return values.get("DELIVERY_SYSTEM").endsWith("2") ? identity() : identity(0);
+        }
+
+        private List<Object> identity(long stream) {
+            return List.of(
+                    medium(), kilohertz(), medium() == 3 ? POLARIZATION.getOrDefault(values.get("POLARIZATION"), 0L) : 0L, stream, position());
+        }
+    }
 
     // Stored codes by what the source says.
     private static final Map<String, Long> BANDWIDTH = Map.of("6000000", 1L, "7000000", 2L, "8000000", 3L);
@@ -47,24 +105,34 @@ class ScanTreeTest {
     private static final Map<String, Long> POLARIZATION = Map.of("HORIZONTAL", 0L, "VERTICAL", 1L, "LEFT", 2L, "RIGHT", 3L);
     private static final Map<String, Long> STANDARD = Map.of("DVBT", 1L, "DVBT2", 2L, "DVBC/ANNEX_A", 1L, "DVBS", 1L, "DVBS2", 2L);
 
+    private final VltTvTransportStreamList lists = VltTvTransportStreamList.getInstance();
+
     private static Path root() {
         return Path.of(System.getProperty("tavro.scanTables"));
     }
 
-    /** The transponders of the files by file and line of their headings, read without the importer's reader. */
-    private static Map<String, ScanTable.Entry> sources() throws IOException {
-        Map<String, ScanTable.Entry> sources = new HashMap<>();
-        for (String folder : FOLDERS) {
-            try (Stream<Path> files = Files.walk(root().resolve(folder))) {
-                for (Path file : files.filter(Files::isRegularFile).toList()) {
-                    read(file, sources);
-                }
+    /** All files below folders, in the order of their names. */
+    private static List<Path> files(Path root, List<String> folders) throws IOException {
+        assertTrue(Files.isDirectory(root), "there are no scan tables at " + root + "; ./tavro test fetches them");
+        List<Path> all = new ArrayList<>();
+        for (String folder : folders) {
+            try (Stream<Path> files = Files.walk(root.resolve(folder))) {
+                files.filter(Files::isRegularFile).sorted().forEach(all::add);
             }
         }
-        return sources;
+        return all;
     }
 
-    private static void read(Path file, Map<String, ScanTable.Entry> sources) throws IOException {
+    /** The blocks of the files by file and line of their headings, read without the importer's reader. */
+    private static Map<String, Entry> entries() throws IOException {
+        Map<String, Entry> entries = new LinkedHashMap<>();
+        for (Path file : files(root(), FOLDERS)) {
+            read(file, entries);
+        }
+        return entries;
+    }
+
+    private static void read(Path file, Map<String, Entry> entries) throws IOException {
         byte[] bytes = Files.readAllBytes(file);
         String utf8 = new String(bytes, StandardCharsets.UTF_8);
         boolean valid = Arrays.equals(utf8.getBytes(StandardCharsets.UTF_8), bytes);
@@ -75,64 +143,103 @@ class ScanTreeTest {
             int equals = line.indexOf('=');
             if (line.startsWith("[")) {
                 values = new HashMap<>();
-                ScanTable.Entry entry = new ScanTable.Entry(file, i + 1, line.substring(1, line.lastIndexOf(']')).trim(), values);
-                sources.put(entry.place(), entry);
+                Entry entry = new Entry(file, i + 1, line.substring(1, line.lastIndexOf(']')).trim(), values);
+                entries.put(entry.place(), entry);
             } else if (equals > 0 && !line.startsWith("#")) {
                 values.putIfAbsent(line.substring(0, equals).trim(), line.substring(equals + 1).trim());
             }
         }
     }
 
+    private static ImportReport report() {
+        return new ImportReport(new PrintStream(OutputStream.nullOutputStream()));
+    }
+
     // Imported by the positions of Debian's vdr.
-    private static Satellites satellites() throws IOException {
+    private static Satellites satellites() {
         Path sources = Path.of(System.getProperty("tavro.dishes"), "sources.conf");
         assertTrue(Files.exists(sources), "there is no " + sources + "; ./tavro test fetches it");
-        SatelliteImport satellites = new SatelliteImport(VltTvSatelliteList.getInstance(), FIRST + 2, System.out);
-        satellites.addSources(sources);
+        SatelliteImport satellites = new SatelliteImport(VltTvSatelliteList.getInstance(), FIRST + 2, report());
+        satellites.addSources(Source.read(sources));
         return satellites.store();
     }
 
-    /** The satellite that a satellite transponder's file is about, by the position at the end of the file's name; or 0,0. */
-    private static RecordId satelliteOf(ScanTable.Entry source, Map<String, RecordId> byPosition) {
-        String name = source.file().getFileName().toString();
-        String position = name.substring(Math.max(name.lastIndexOf('-'), name.lastIndexOf('_')) + 1);
-        return byPosition.getOrDefault(position.contains(".") ? position : position.replaceFirst("([EW])$", ".0$1"), new RecordId(0, 0));
+    private ImportReport imported(List<Transponder> transponders, StreamImport.Observer observer) {
+        ImportReport report = report();
+        new StreamImport(lists, satellites(), ListIds.from(FIRST), report, observer).storeAll(transponders);
+        return report;
     }
 
     @Test
-    void everyTransponderIsImportedAndReadsBackToTheValuesOfItsSource() throws IOException {
-        assertTrue(Files.isDirectory(root()), "there are no scan tables at " + root() + "; ./tavro test fetches them");
-        VltTvTransportStreamList lists = VltTvTransportStreamList.getInstance();
-        Map<String, ScanTable.Entry> read = sources();
-        Map<RecordId, ScanTable.Entry> sources = new HashMap<>();
-        Satellites satellites = satellites();
-        ScanImport scan = new ScanImport(
-                lists, satellites, FIRST, new PrintStream(OutputStream.nullOutputStream()), (entry, id) -> sources.put(id, read.get(entry.place())));
-        for (String folder : FOLDERS) {
-            scan.add(root().resolve(folder));
+    void everyDistinctTransponderIsImportedOnceAndReadsBackToTheValuesOfItsSource() throws IOException {
+        Map<String, Entry> entries = entries();
+        List<Entry> expected = entries.values().stream().filter(entry -> !entry.isService()).toList();
+        assertTrue(expected.size() > 28_000, "the tree has " + expected.size() + " transponders");
+        List<Transponder> transponders = files(root(), FOLDERS).stream()
+                .flatMap(file -> DvbV5File.read(Source.read(file)).transponders().stream()).toList();
+        assertEquals(
+                expected.stream().map(Entry::place).toList(), transponders.stream().map(transponder -> transponder.place().toString()).toList());
+
+        Map<RecordId, Entry> sources = new HashMap<>();
+        ImportReport report = imported(transponders, (transponder, id) -> sources.put(id, entries.get(transponder.place().toString())));
+        assertEquals(Map.of(), report.notImported());
+        Map<List<Object>, Entry> distinct = new LinkedHashMap<>();
+        expected.forEach(entry -> distinct.putIfAbsent(entry.identity(), entry));
+        assertEquals(
+                distinct.values().stream().map(Entry::place).collect(Collectors.toSet()),
+                sources.values().stream().map(Entry::place).collect(Collectors.toSet()), "the first of those that are alike");
+        assertEquals(Set.copyOf(summary("%d added, 0 changed, 0 unchanged, %d repeated in the files; it holds %1$d records",
+                expected, distinct)), Set.copyOf(ImportFixture.lists(report)));
+        assertEquals(
+                distinct.values().stream().collect(Collectors.groupingBy(
+                        entry -> entry.values().get("DELIVERY_SYSTEM"), Collectors.summingInt(entry -> 1))),
+                report.imported());
+        checkSatellites(sources, report);
+        checkRecords(sources);
+
+        List<List<TransportStreamRecord>> before = records();
+        ImportReport again = imported(transponders, (transponder, id) -> assertEquals(transponder.place().toString(), sources.get(id).place()));
+        assertEquals(Set.copyOf(summary("0 added, 0 changed, %d unchanged, %d repeated in the files; it holds %1$d records",
+                expected, distinct)), Set.copyOf(ImportFixture.lists(again)));
+        assertEquals(before, records());
+        checkLegacy(entries);
+    }
+
+    private List<List<TransportStreamRecord>> records() {
+        return List.of(lists.getAll(FIRST), lists.getAll(FIRST + 1), lists.getAll(FIRST + 2));
+    }
+
+    /** A line for each list, with the number of its transponders and of those that repeat another. */
+    private static List<String> summary(String format, List<Entry> all, Map<List<Object>, Entry> distinct) {
+        List<String> lines = new ArrayList<>();
+        for (int medium = 1; medium <= 3; medium++) {
+            int wanted = medium;
+            long records = distinct.values().stream().filter(entry -> entry.medium() == wanted).count();
+            long repeated = all.stream().filter(entry -> entry.medium() == wanted).count() - records;
+            lines.add("transport stream list " + (FIRST + medium - 1) + ": " + String.format(format, records, repeated));
         }
-        scan.printSummary(System.out);
+        return lines;
+    }
 
-        long expected = read.size();
-        assertTrue(expected > 28_000, "the tree has " + expected + " transponders");
-        assertEquals(expected, scan.entries());
-        assertEquals(expected, sum(scan.imported()) + sum(scan.notImported()));
-        assertEquals(expected, scan.perList().values().stream().mapToInt(Integer::intValue).sum());
-
+    private void checkSatellites(Map<RecordId, Entry> sources, ImportReport report) {
         Map<String, RecordId> byPosition = new HashMap<>();
         for (VltTvSatelliteInfo satellite : VltTvSatelliteList.getInstance().getAll(FIRST + 2, null)) {
             byPosition.put(String.format("%.1f%s", Math.abs(satellite.getOrbitPosition()) / 10.0,
                     satellite.getOrbitPosition() < 0 ? "W" : "E"), satellite.id());
         }
-        int pointing = 0;
+        int referring = 0;
         for (TransportStreamRecord record : lists.getAll(FIRST + 2)) {
-            RecordId satellite = satelliteOf(sources.get(new RecordId(FIRST + 2, record.recordId())), byPosition);
-            assertEquals(satellite, record.satellite());
-            pointing += satellite.recordId() == 0 ? 0 : 1;
+            Entry source = sources.get(new RecordId(FIRST + 2, record.recordId()));
+            RecordId satellite = byPosition.getOrDefault(source.position(), new RecordId(0, 0));
+            assertEquals(satellite, record.satellite(), source.place());
+            referring += satellite.recordId() == 0 ? 0 : 1;
         }
-        assertTrue(pointing > 6000, pointing + " transponders point at a satellite");
-        assertEquals(lists.getAll(FIRST + 2).size(), pointing + sum(scan.withoutSatellite()));
+        assertTrue(referring > 5000, referring + " transponders refer to a satellite");
+        assertEquals(
+                lists.getAll(FIRST + 2).size(), referring + report.withoutSatellite().values().stream().mapToInt(Integer::intValue).sum());
+    }
 
+    private void checkRecords(Map<RecordId, Entry> sources) {
         int checked = 0;
         for (int list = FIRST; list < FIRST + 3; list++) {
             for (TransportStreamRecord record : lists.getAll(list)) {
@@ -140,14 +247,37 @@ class ScanTreeTest {
                 checked++;
             }
         }
-        assertEquals(expected, checked);
+        assertEquals(sources.size(), checked);
     }
 
-    private static long sum(Map<String, Integer> counts) {
-        return counts.values().stream().mapToInt(Integer::intValue).sum();
+    // The older form repeats the DVBv5 tables line by line. It has their services as transponders, so files with services are left out.
+    private void checkLegacy(Map<String, Entry> entries) throws IOException {
+        Set<Path> withServices = entries.values().stream().filter(Entry::isService).map(Entry::file).collect(Collectors.toSet());
+        Set<Path> legacyFiles = new LinkedHashSet<>(files(root(), LEGACY_FOLDERS));
+        legacyFiles.removeAll(withServices);
+        List<Entry> expected = entries.values().stream().filter(entry -> legacyFiles.contains(entry.file())).toList();
+        List<Transponder> transponders = new ArrayList<>();
+        for (Path file : legacyFiles) {
+            LegacyFile legacy = LegacyFile.read(Source.read(root().resolve("dvb-legacy").resolve(root().relativize(file))));
+            assertEquals(List.of(), legacy.malformed());
+            transponders.addAll(legacy.transponders());
+        }
+        assertEquals(expected.size(), transponders.size());
+
+        List<List<TransportStreamRecord>> before = records();
+        ImportReport report = imported(transponders, (transponder, id) -> { });
+        assertEquals(Map.of(), report.notImported());
+        Map<List<Object>, Entry> found = new LinkedHashMap<>();
+        expected.forEach(entry -> found.putIfAbsent(entry.legacyIdentity(), entry));
+        List<String> lines = summary("0 added, 0 changed, %d unchanged, %d repeated in the files; it holds ", expected, found);
+        for (int medium = 1; medium <= 3; medium++) {
+            lines.set(medium - 1, lines.get(medium - 1) + before.get(medium - 1).size() + " records");
+        }
+        assertEquals(Set.copyOf(lines), Set.copyOf(ImportFixture.lists(report)));
+        assertEquals(before, records());
     }
 
-    private static void check(ScanTable.Entry source, int medium, RawRecord record) {
+    private static void check(Entry source, int medium, RawRecord record) {
         Map<String, String> values = source.values();
         String place = source.place();
         assertEquals(medium, record.u8(5), place);

@@ -1,6 +1,7 @@
-package com.velotra.tv.tavro.tool;
+package com.velotra.tv.tavro.tool.services;
 
 import com.velotra.tv.tavro.services.channellist.RecordId;
+import com.velotra.tv.tavro.tool.input.Failure;
 import java.io.IOException;
 import java.io.OutputStreamWriter;
 import java.io.Writer;
@@ -41,7 +42,7 @@ final class ScanStandIn {
             input.write(sql.toString());
         }
         if (sqlite.waitFor() != 0) {
-            throw new Main.Failure("sqlite3 could not note the networks of service list " + listId + " in " + storage);
+            throw new Failure("sqlite3 could not note the networks of service list " + listId + " in " + storage);
         }
     }
 

@@ -1,37 +1,47 @@
-package com.velotra.tv.tavro.tool;
+package com.velotra.tv.tavro.tool.input;
 
 /** Text as a terminal shows it. */
-final class Text {
+public final class Text {
     // First and last code points that take two columns: Hangul Jamo; CJK, kana and Yi; Hangul syllables; CJK
     // compatibility; full-width forms; pictographs; the supplementary ideographs (Unicode standard annex 11).
     private static final int[][] WIDE = {
         {0x1100, 0x115F}, {0x2E80, 0x303E}, {0x3041, 0xA4CF}, {0xAC00, 0xD7A3}, {0xF900, 0xFAFF}, {0xFE30, 0xFE6F},
         {0xFF00, 0xFF60}, {0xFFE0, 0xFFE6}, {0x1F300, 0x1F64F}, {0x1F900, 0x1F9FF}, {0x20000, 0x3FFFD}};
 
+    private static final int EXCERPT_COLUMNS = 60;
+
     private Text() {}
 
     /** The text with a dot for every control character: names come from broadcasts and must not steer the terminal. */
-    static String printable(String text) {
-        return text.replaceAll("\\p{Cntrl}|[\u0080-\u009f]", "·");
+    public static String printable(String text) {
+        return text.replaceAll("\\p{Cntrl}|[\u0080-\u009f\u2028\u2029]", "·");
+    }
+
+    /** The beginning of a text from a file, in quotes, printable and short enough for a message. */
+    public static String excerpt(String text) {
+        return "'" + fit(printable(text), EXCERPT_COLUMNS) + "'";
     }
 
     /** How many columns the text takes. */
-    static int width(String text) {
+    public static int width(String text) {
         return text.codePoints().map(Text::width).sum();
     }
 
     /** The text itself when it takes no more than {@code columns}, else its beginning and an ellipsis. */
-    static String fit(String text, int columns) {
-        if (width(text) <= columns) {
-            return text;
+    public static String fit(String text, int columns) {
+        // No character is narrower than nothing, so a longer text may still fit; widths are added only up to the limit.
+        int used = 0;
+        int end = 0; // of what fits before an ellipsis
+        for (int i = 0; i < text.length(); ) {
+            int codePoint = text.codePointAt(i);
+            used += width(codePoint);
+            if (used > columns) {
+                return text.substring(0, end) + "…";
+            }
+            i += Character.charCount(codePoint);
+            end = used < columns ? i : end;
         }
-        int used = 1; // the ellipsis
-        int end = 0;
-        while (end < text.length() && used + width(text.codePointAt(end)) <= columns) {
-            used += width(text.codePointAt(end));
-            end += Character.charCount(text.codePointAt(end));
-        }
-        return text.substring(0, end) + "…";
+        return text;
     }
 
     private static int width(int codePoint) {

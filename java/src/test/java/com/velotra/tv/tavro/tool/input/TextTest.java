@@ -1,4 +1,4 @@
-package com.velotra.tv.tavro.tool;
+package com.velotra.tv.tavro.tool.input;
 
 import static org.junit.jupiter.api.Assertions.assertEquals;
 
@@ -27,5 +27,20 @@ class TextTest {
     @Test
     void controlCharactersBecomeDots() {
         assertEquals("a·[31mb·c·d ü", Text.printable("a\u001b[31mb\u0086c\u007fd ü"));
+        assertEquals("··········", Text.printable("\0\t\n\r\u001f\u0080\u0085\u009f\u2028\u2029"));
+        assertEquals("~\u00a0", Text.printable("~\u00a0"), "their neighbors stay");
+    }
+
+    @Test
+    void anExcerptIsQuotedAndPrintable() {
+        assertEquals("''", Text.excerpt(""));
+        assertEquals("'Köln·[2J·'", Text.excerpt("Köln\u001b[2J\0"));
+    }
+
+    @Test
+    void anExcerptIsCutToSixtyColumns() {
+        assertEquals("'" + "a".repeat(60) + "'", Text.excerpt("a".repeat(60)));
+        assertEquals("'" + "a".repeat(59) + "…'", Text.excerpt("a".repeat(61)));
+        assertEquals("'" + "日".repeat(29) + "…'", Text.excerpt("日".repeat(31)));
     }
 }

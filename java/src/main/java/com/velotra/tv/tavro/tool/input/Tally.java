@@ -1,4 +1,4 @@
-package com.velotra.tv.tavro.tool.sources;
+package com.velotra.tv.tavro.tool.input;
 
 import java.io.PrintStream;
 import java.util.Collections;
@@ -17,7 +17,12 @@ public final class Tally {
 
     /** Counts one more. */
     public void count(String what) {
-        counts.merge(what, 1, Integer::sum);
+        count(what, 1);
+    }
+
+    /** Counts {@code number} more. */
+    public void count(String what, int number) {
+        counts.merge(what, number, Integer::sum);
     }
 
     /** What came up, with how often. */

@@ -1,4 +1,4 @@
-package com.velotra.tv.tavro.tool.sources;
+package com.velotra.tv.tavro.tool.input;
 
 /** Text in the encoding in which records keep it: one to three bytes for each UTF-16 unit. */
 public final class ModifiedUtf8 {

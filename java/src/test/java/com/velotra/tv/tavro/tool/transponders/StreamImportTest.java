@@ -1,7 +1,6 @@
 package com.velotra.tv.tavro.tool.transponders;
 
 import static org.junit.jupiter.api.Assertions.assertEquals;
-import static org.junit.jupiter.api.Assertions.assertTrue;
 
 import com.velotra.tv.tavro.services.channellist.RecordId;
 import com.velotra.tv.tavro.services.channellist.TransportStreamRecord;
@@ -9,25 +8,20 @@ import com.velotra.tv.tavro.services.channellist.TvList;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfoBase;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteList;
 import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamList;
+import com.velotra.tv.tavro.tool.input.ImportFixture;
+import com.velotra.tv.tavro.tool.input.ImportReport;
 import com.velotra.tv.tavro.tool.satellites.Satellites;
 import java.io.ByteArrayOutputStream;
-import java.io.IOException;
 import java.io.PrintStream;
 import java.nio.charset.StandardCharsets;
-import java.nio.file.Files;
-import java.nio.file.Path;
 import java.util.List;
 import java.util.Map;
 import org.junit.jupiter.api.AfterEach;
 import org.junit.jupiter.api.Test;
-import org.junit.jupiter.api.io.TempDir;
 
 /** What becomes of a transponder, read back through the natives by offset. */
-class ScanImportTest {
+class StreamImportTest {
     private static final int FIRST = 21;
-
-    @TempDir
-    Path folder;
 
     private final VltTvTransportStreamList lists = VltTvTransportStreamList.getInstance();
     private final VltTvSatelliteList satellites = VltTvSatelliteList.getInstance();
@@ -44,16 +38,17 @@ class ScanImportTest {
         }
     }
 
-    private ScanImport imported(String... lines) throws IOException {
+    private ImportReport imported(String... lines) {
         return importedFrom("table", lines);
     }
 
-    private ScanImport importedFrom(String name, String... lines) throws IOException {
-        Files.write(folder.resolve(name), List.of(lines));
-        ScanImport scan = new ScanImport(lists, new Satellites(satellites, FIRST + 2), FIRST,
-                new PrintStream(log, true, StandardCharsets.UTF_8), (entry, id) -> { });
-        scan.add(folder);
-        return scan;
+    private ImportReport importedFrom(String fileName, String... lines) {
+        ImportReport report = new ImportReport(new PrintStream(log, true, StandardCharsets.UTF_8));
+        DvbV5File file = DvbV5File.read(ImportFixture.source(fileName, lines));
+        report.read(file.transponders().size(), "transponders", file.malformed());
+        new StreamImport(lists, new Satellites(satellites, FIRST + 2), ListIds.from(FIRST), report, (transponder, id) -> { })
+                .storeAll(file.transponders());
+        return report;
     }
 
     private RawRecord only(int list) {
@@ -63,8 +58,8 @@ class ScanImportTest {
     }
 
     @Test
-    void aTerrestrialTransponderIsStoredWithItsTuning() throws IOException {
-        ScanImport scan = imported(
+    void aTerrestrialTransponderIsStoredWithItsTuning() {
+        ImportReport report = imported(
                 "[C21 MPE2]", "DELIVERY_SYSTEM = DVBT2", "FREQUENCY = 474000000", "BANDWIDTH_HZ = 8000000", "CODE_RATE_HP = 3/5",
                 "CODE_RATE_LP = NONE", "MODULATION = QAM/256", "TRANSMISSION_MODE = 32K", "GUARD_INTERVAL = 19/256",
                 "HIERARCHY = NONE", "STREAM_ID = 7", "INVERSION = AUTO");
@@ -78,12 +73,12 @@ class ScanImportTest {
         assertEquals(1, record.u32(64), "no hierarchy");
         assertEquals(7, record.u8(124), "PLP");
         assertEquals("C21 MPE2", record.text(212));
-        assertEquals(Map.of("DVBT2", 1), scan.imported());
-        assertEquals(Map.of(), scan.left());
+        assertEquals(Map.of("DVBT2", 1), report.imported());
+        assertEquals(Map.of(), report.dropped());
     }
 
     @Test
-    void aSatelliteTransponderIsStoredWithItsTuning() throws IOException {
+    void aSatelliteTransponderIsStoredWithItsTuning() {
         imported("[CHANNEL]", "DELIVERY_SYSTEM = DVBS2", "FREQUENCY = 11362000", "POLARIZATION = RIGHT", "SYMBOL_RATE = 22000000",
                 "INNER_FEC = 2/3", "MODULATION = PSK/8");
         RawRecord record = only(FIRST + 2);
@@ -97,7 +92,7 @@ class ScanImportTest {
     }
 
     @Test
-    void aCableTransponderIsStoredWithItsTuning() throws IOException {
+    void aCableTransponderIsStoredWithItsTuning() {
         imported("[CHANNEL]", "DELIVERY_SYSTEM = DVBC/ANNEX_A", "FREQUENCY = 330000000", "SYMBOL_RATE = 6900000", "INNER_FEC = NONE",
                 "MODULATION = QAM/64");
         RawRecord record = only(FIRST + 1);
@@ -108,18 +103,18 @@ class ScanImportTest {
     }
 
     @Test
-    void whatHasNoPlaceIsCountedByReasonAndTheRestIsStored() throws IOException {
-        ScanImport scan = imported(
+    void whatHasNoPlaceIsCountedByReasonAndTheRestIsStored() {
+        ImportReport report = imported(
                 "[CHANNEL]", "DELIVERY_SYSTEM = ISDBT", "FREQUENCY = 473142857", "BANDWIDTH_HZ = 6000000", "ISDBT_LAYERA_FEC = 3/4",
                 "ISDBT_LAYERB_FEC = 3/4",
                 "[CHANNEL]", "DELIVERY_SYSTEM = DVBS2", "FREQUENCY = 11362000", "INNER_FEC = 9/10", "STREAM_ID = 3", "PLS_CODE = 8",
-                "[CHANNEL]", "DELIVERY_SYSTEM = DVBS", "FREQUENCY = 11362000", "STREAM_ID = 4294967295");
-        assertEquals(Map.of("ISDBT", 1, "DVBS2", 1, "DVBS", 1), scan.imported());
+                "[CHANNEL]", "DELIVERY_SYSTEM = DVBS", "FREQUENCY = 11362000", "STREAM_ID = 4294967295", "A\u001b = 1");
+        assertEquals(Map.of("ISDBT", 1, "DVBS2", 1, "DVBS", 1), report.imported());
         assertEquals(
                 Map.of(
                         "the standard ISDBT", 1, "a fraction of a kHz in FREQUENCY", 1, "ISDB-T layers and segments", 1,
-                        "the code rate of INNER_FEC 9/10", 1, "STREAM_ID of DVBS2", 1, "PLS_CODE", 1),
-                scan.left());
+                        "the code rate of INNER_FEC '9/10'", 1, "STREAM_ID of DVBS2", 1, "PLS_CODE", 1, "A·", 1),
+                report.dropped());
         assertEquals(473143, only(FIRST).u32(44));
         assertEquals(11, new RawRecord(lists.getAll(FIRST + 2).get(0).bytes()).u32(68), "9/10 as inner FEC");
     }
@@ -132,47 +127,59 @@ class ScanImportTest {
     }
 
     @Test
-    void aSatelliteTransponderPointsAtTheSatelliteWhereItsFileSaysThatItStands() throws IOException {
+    void aSatelliteTransponderRefersToTheSatelliteAtThePositionInItsFileName() {
         satelliteAt(130);
         RecordId satellite = satelliteAt(-50);
-        ScanImport scan = importedFrom("Uno_5.0W",
+        ImportReport report = importedFrom("Uno_5.0W",
                 "[CHANNEL]", "DELIVERY_SYSTEM = DVBS", "FREQUENCY = 11362000", "[CHANNEL]", "DELIVERY_SYSTEM = DVBT", "FREQUENCY = 474000000");
         assertEquals(satellite, lists.getAll(FIRST + 2).get(0).satellite());
         assertEquals(new RecordId(0, 0), lists.getAll(FIRST).get(0).satellite());
         assertEquals(lists.getAll(FIRST + 2), lists.bySatellite(FIRST + 2, satellite.recordId()));
-        assertEquals(Map.of(), scan.withoutSatellite());
+        assertEquals(Map.of(), report.withoutSatellite());
+    }
+
+    private static String[] satelliteTransponder(int kilohertz) {
+        return new String[] {"[CHANNEL]", "DELIVERY_SYSTEM = DVBS", "FREQUENCY = " + kilohertz};
     }
 
     @Test
-    void aSatelliteTransponderWithoutASatelliteIsStoredAndCountedByReason() throws IOException {
-        String[] transponder = {"[CHANNEL]", "DELIVERY_SYSTEM = DVBS", "FREQUENCY = 11362000"};
-        assertEquals(Map.of("no orbital position at the end of the file's name", 1), importedFrom("Uno", transponder).withoutSatellite());
-        Files.delete(folder.resolve("Uno"));
-        assertEquals(Map.of("no satellites in satellite list 23", 1), importedFrom("Uno-5.0E", transponder).withoutSatellite());
-        satelliteAt(192);
-        ScanImport scan = importedFrom("Due-5W", transponder);
+    void aSatelliteTransponderWithoutASatelliteIsStoredAndCountedByReason() {
         assertEquals(
-                Map.of("no satellite at S5W in satellite list 23", 1, "no satellite at S5.0E in satellite list 23", 1),
-                scan.withoutSatellite());
+                Map.of("no orbital position at the end of the file's name", 1),
+                importedFrom("Uno", satelliteTransponder(11_001_000)).withoutSatellite());
+        assertEquals(
+                Map.of("no satellites in satellite list 23", 1),
+                importedFrom("Uno-5.0E", satelliteTransponder(11_002_000)).withoutSatellite());
+        satelliteAt(192);
+        assertEquals(
+                Map.of("no satellite at S5W in satellite list 23", 1),
+                importedFrom("Due-5W", satelliteTransponder(11_003_000)).withoutSatellite());
+        ImportReport report = importedFrom("Tre-5..0W", satelliteTransponder(11_004_000));
         assertEquals(List.of(0, 0, 0, 0), lists.getAll(FIRST + 2).stream().map(record -> record.satellite().recordId()).toList());
-        ByteArrayOutputStream out = new ByteArrayOutputStream();
-        scan.printSummary(new PrintStream(out, true, StandardCharsets.UTF_8));
-        assertTrue(out.toString(StandardCharsets.UTF_8).contains(
-                "Imported without a satellite record, by reason:\n       1  no satellite at S5.0E in satellite list 23\n"), out.toString());
+        assertEquals(
+                """
+                1 files: 1 transponders; 0 malformed lines
+                Imported, by delivery system:
+                       1  DVBS
+                Imported without a satellite record, by reason:
+                       1  'S5..0W' is not an orbital position
+                transport stream list 23: 1 added, 0 changed, 0 unchanged; it holds 4 records
+                """,
+                ImportFixture.summary(report));
     }
 
     @Test
-    void rollOffAndPilotsOfASatelliteTransponderAreStored() throws IOException {
-        ScanImport scan = imported(
+    void rollOffAndPilotsOfASatelliteTransponderAreStored() {
+        ImportReport report = imported(
                 "[CHANNEL]", "DELIVERY_SYSTEM = DVBS2", "FREQUENCY = 11362000", "ROLLOFF = 20", "PILOT = ON");
         assertEquals(2, only(FIRST + 2).u32(100), "0.20");
         assertEquals(1, only(FIRST + 2).u8(112), "pilots");
-        assertEquals(Map.of(), scan.left());
+        assertEquals(Map.of(), report.dropped());
     }
 
     @Test
-    void aParameterOfAnotherMediumIsLeftOutAndDoesNotReachTheBytesThatTheMediaShare() throws IOException {
-        ScanImport scan = imported(
+    void aParameterOfAnotherMediumIsLeftOutAndDoesNotReachTheBytesThatTheMediaShare() {
+        ImportReport report = imported(
                 "[CHANNEL]", "DELIVERY_SYSTEM = DVBC/ANNEX_A", "FREQUENCY = 330000000", "BANDWIDTH_HZ = 6000000", "CODE_RATE_HP = 3/4",
                 "[CHANNEL]", "DELIVERY_SYSTEM = DVBS", "FREQUENCY = 11362000", "TRANSMISSION_MODE = 8K",
                 "[CHANNEL]", "DELIVERY_SYSTEM = DVBT", "FREQUENCY = 474000000", "TRANSMISSION_MODE = 8K", "POLARIZATION = VERTICAL",
@@ -181,61 +188,58 @@ class ScanImportTest {
         assertEquals(0, only(FIRST + 2).u32(76), "polarization");
         assertEquals(2, only(FIRST).u32(76), "transmission mode");
         assertEquals(
-                Map.of("BANDWIDTH_HZ", 1, "CODE_RATE_HP", 1, "TRANSMISSION_MODE", 1, "POLARIZATION", 1, "SYMBOL_RATE", 1), scan.left());
+                Map.of("BANDWIDTH_HZ", 1, "CODE_RATE_HP", 1, "TRANSMISSION_MODE", 1, "POLARIZATION", 1, "SYMBOL_RATE", 1), report.dropped());
     }
 
     @Test
-    void aBandwidthWithoutACodeIsLeftOutAndOneOfZeroSaysNothing() throws IOException {
-        ScanImport scan = imported(
+    void aBandwidthWithoutACodeIsLeftOutAndOneOfZeroSaysNothing() {
+        ImportReport report = imported(
                 "[CHANNEL]", "DELIVERY_SYSTEM = DVBT", "FREQUENCY = 474000000", "BANDWIDTH_HZ = 7999999",
                 "[CHANNEL]", "DELIVERY_SYSTEM = DVBT", "FREQUENCY = 482000000", "BANDWIDTH_HZ = 0");
         assertEquals(List.of(0L, 0L), lists.getAll(FIRST).stream().map(record -> new RawRecord(record.bytes()).u32(48)).toList());
-        assertEquals(Map.of("BANDWIDTH_HZ 7999999", 1), scan.left());
+        assertEquals(Map.of("BANDWIDTH_HZ '7999999'", 1), report.dropped());
     }
 
     @Test
-    void aFrequencyThatRoundsToNothingIsNone() throws IOException {
-        ScanImport scan = imported("[CHANNEL]", "DELIVERY_SYSTEM = DVBT", "FREQUENCY = 499");
-        assertEquals(Map.of("no frequency", 1), scan.notImported());
+    void aFrequencyThatRoundsToNothingIsNone() {
+        ImportReport report = imported("[CHANNEL]", "DELIVERY_SYSTEM = DVBT", "FREQUENCY = 499");
+        assertEquals(Map.of("no frequency", 1), report.notImported());
     }
 
     @Test
-    void whatCannotBecomeARecordIsCountedByReason() throws IOException {
-        ScanImport scan = imported(
+    void whatCannotBecomeARecordIsCountedByReason() {
+        ImportReport report = imported(
                 "[A]", "FREQUENCY = 1", "[B]", "DELIVERY_SYSTEM = MORSE", "FREQUENCY = 1", "[C]", "DELIVERY_SYSTEM = DVBT",
                 "[D]", "DELIVERY_SYSTEM = DVBT", "FREQUENCY = x", "[E]", "DELIVERY_SYSTEM = DVBS", "FREQUENCY = 4294967295",
                 "[F]", "DELIVERY_SYSTEM = DVBT", "FREQUENCY = 474000000");
         assertEquals(
-                Map.of("no delivery system", 1, "unknown delivery system MORSE", 1, "no frequency", 2, "a frequency beyond 32 bits", 1),
-                scan.notImported());
-        assertEquals(Map.of("DVBT", 1), scan.imported());
-        assertEquals(6, scan.entries());
-        assertEquals(Map.of(FIRST, 1), scan.perList());
+                Map.of("no delivery system", 1, "unknown delivery system 'MORSE'", 1, "no frequency", 2, "a frequency beyond 32 bits", 1),
+                report.notImported());
+        assertEquals(Map.of("DVBT", 1), report.imported());
+        assertEquals(List.of("transport stream list 21: 1 added, 0 changed, 0 unchanged; it holds 1 records"), ImportFixture.lists(report));
     }
 
     @Test
-    void theSummaryTellsEverything() throws IOException {
-        ByteArrayOutputStream out = new ByteArrayOutputStream();
-        imported("[A]", "nonsense", "[B]", "DELIVERY_SYSTEM = ATSC", "FREQUENCY = 57028615", "MODULATION = VSB/8")
-                .printSummary(new PrintStream(out, true, StandardCharsets.UTF_8));
+    void theSummaryAndTheLogNameWhatWasDroppedAndLeftOut() {
+        ImportReport report =
+                imported("[A]", "nonsense", "[B]", "DELIVERY_SYSTEM = ATSC", "FREQUENCY = 57028615", "MODULATION = VSB/8");
         assertEquals(
                 """
-                1 files, 2 transponders, 1 malformed lines
+                1 files: 2 transponders; 1 malformed lines
                 Imported, by delivery system:
                        1  ATSC
                 Not imported, by reason:
                        1  no delivery system
-                Imported without what a record has no place for:
-                       1  MODULATION VSB/8
+                Imported with values dropped (no field in the record):
+                       1  MODULATION 'VSB/8'
                        1  a fraction of a kHz in FREQUENCY
                        1  the standard ATSC
-                transport stream list 21: 1 records
+                transport stream list 21: 1 added, 0 changed, 0 unchanged; it holds 1 records
                 """,
-                out.toString(StandardCharsets.UTF_8));
-        String file = folder.resolve("table").toString();
+                ImportFixture.summary(report));
         assertEquals(
-                "  left out " + file + ":2: 'nonsense' is neither a heading nor of the form KEY = VALUE\n"
-                        + "  not imported " + file + ":1: no delivery system\n",
+                "  left out table:2: 'nonsense' is neither a heading nor of the form KEY = VALUE\n"
+                        + "  not imported table:1: no delivery system\n",
                 log.toString(StandardCharsets.UTF_8));
     }
 }

@@ -1,0 +1,159 @@
+package com.velotra.tv.tavro.tool;
+
+import com.velotra.tv.tavro.services.channellist.ChannelListException;
+import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
+import com.velotra.tv.tavro.services.channellist.VltTvNetworkList;
+import com.velotra.tv.tavro.services.channellist.VltTvSatelliteList;
+import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamList;
+import com.velotra.tv.tavro.tool.input.Failure;
+import com.velotra.tv.tavro.tool.input.Format;
+import com.velotra.tv.tavro.tool.input.ImportReport;
+import com.velotra.tv.tavro.tool.input.Malformed;
+import com.velotra.tv.tavro.tool.input.Source;
+import com.velotra.tv.tavro.tool.input.Text;
+import com.velotra.tv.tavro.tool.satellites.SatelliteImport;
+import com.velotra.tv.tavro.tool.satellites.Satellites;
+import com.velotra.tv.tavro.tool.services.ChannelsConf;
+import com.velotra.tv.tavro.tool.services.DvbV5Services;
+import com.velotra.tv.tavro.tool.services.Service;
+import com.velotra.tv.tavro.tool.services.ServiceImport;
+import com.velotra.tv.tavro.tool.transponders.DvbV5File;
+import com.velotra.tv.tavro.tool.transponders.LegacyFile;
+import com.velotra.tv.tavro.tool.transponders.ListIds;
+import com.velotra.tv.tavro.tool.transponders.StreamImport;
+import com.velotra.tv.tavro.tool.transponders.Transponder;
+import java.io.IOException;
+import java.nio.file.FileSystemLoopException;
+import java.nio.file.FileVisitOption;
+import java.nio.file.FileVisitResult;
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.nio.file.SimpleFileVisitor;
+import java.nio.file.attribute.BasicFileAttributes;
+import java.util.ArrayList;
+import java.util.EnumSet;
+import java.util.List;
+import java.util.stream.Stream;
+
+/**
+ * Imports files into lists. All files are read first. Then satellites are stored, transponders, and services, so that each can refer
+ * to those before.
+ */
+final class Importer {
+    private final ListIds ids;
+    private final ImportReport report;
+    private final SatelliteImport satelliteImport;
+    private boolean satellitesRead;
+    private final List<Transponder> transponders = new ArrayList<>();
+    private final List<Service> services = new ArrayList<>();
+
+    /** What becomes of the records goes to {@code report}. */
+    Importer(ListIds ids, ImportReport report) {
+        this.ids = ids;
+        this.report = report;
+        satelliteImport = new SatelliteImport(VltTvSatelliteList.getInstance(), ids.satellite(), report);
+    }
+
+    /** Reads a file, or all regular files below a folder in the order of their names. What cannot be used is reported. */
+    void read(Path path) {
+        if (path.toString().isEmpty()) {
+            report.refusedFile("cannot import a file without a name");
+            return;
+        }
+        if (path.equals(Source.STANDARD_INPUT) || !Files.isDirectory(path)) {
+            try {
+                take(Source.read(path));
+            } catch (Failure e) {
+                report.refusedFile(e.getMessage());
+            }
+            return;
+        }
+        for (Path file : filesBelow(path)) {
+            try {
+                take(Source.read(file));
+            } catch (Failure e) {
+                report.skippedFile(e.getMessage());
+            }
+        }
+    }
+
+    private List<Path> filesBelow(Path folder) {
+        List<Path> files = new ArrayList<>();
+        try {
+            Files.walkFileTree(folder, EnumSet.of(FileVisitOption.FOLLOW_LINKS), Integer.MAX_VALUE, new SimpleFileVisitor<>() {
+                @Override
+                public FileVisitResult visitFile(Path file, BasicFileAttributes attributes) {
+                    if (attributes.isRegularFile()) {
+                        files.add(file);
+                    }
+                    return FileVisitResult.CONTINUE;
+                }
+
+                @Override
+                public FileVisitResult visitFileFailed(Path file, IOException failure) {
+                    if (failure instanceof FileSystemLoopException) { // a link to a folder above, which is read already
+                        return FileVisitResult.CONTINUE;
+                    }
+                    report.refusedFile("cannot read " + Text.printable(file.toString()) + ": " + Source.reason(failure));
+                    return FileVisitResult.CONTINUE;
+                }
+            });
+        } catch (IOException e) {
+            report.refusedFile("cannot read " + Text.printable(folder.toString()) + ": " + Source.reason(e));
+        }
+        files.sort(null);
+        return files;
+    }
+
+    /** Takes a file that was read, whatever format it has. */
+    private void take(Source source) {
+        switch (Format.of(source)) {
+            case DVBV5 -> {
+                DvbV5File file = DvbV5File.read(source);
+                DvbV5Services named = DvbV5Services.of(file);
+                List<Malformed> malformed = Stream.concat(file.malformed().stream(), named.malformed().stream()).toList();
+                transponders.addAll(file.transponders());
+                services.addAll(named.services());
+                report.read(file.transponders().size(), "transponders", malformed);
+                report.alsoRead(named.services().size(), "services");
+            }
+            case LEGACY_SCAN_TABLE -> {
+                LegacyFile file = LegacyFile.read(source);
+                transponders.addAll(file.transponders());
+                report.read(file.transponders().size(), "transponders", file.malformed());
+            }
+            case CHANNELS -> {
+                ChannelsConf file = ChannelsConf.read(source);
+                services.addAll(file.services());
+                report.read(file.services().size(), "services", file.malformed());
+            }
+            case SOURCES -> {
+                satellitesRead = true;
+                satelliteImport.addSources(source);
+            }
+            case DISEQC -> {
+                satellitesRead = true;
+                satelliteImport.addSwitches(source);
+            }
+        }
+    }
+
+    /**
+     * Stores everything that was read.
+     *
+     * @throws Failure when the storage fails; what was stored before stays
+     */
+    void store(StreamImport.Observer streamObserver, ServiceImport.Observer serviceObserver) throws IOException, InterruptedException {
+        try {
+            Satellites satellites =
+                    satellitesRead ? satelliteImport.store() : new Satellites(VltTvSatelliteList.getInstance(), ids.satellite());
+            VltTvTransportStreamList streamLists = VltTvTransportStreamList.getInstance();
+            StreamImport streams = new StreamImport(streamLists, satellites, ids, report, streamObserver);
+            streams.storeAll(transponders);
+            new ServiceImport(VltTvChannelList.getInstance(), streamLists, VltTvNetworkList.getInstance(), streams, report, serviceObserver)
+                    .storeAll(services, Storage.directory());
+        } catch (ChannelListException e) {
+            throw new Failure("the import stopped: " + e.getMessage() + "; " + Storage.whyItFails() + "; what was stored before stays");
+        }
+    }
+}

@@ -1,0 +1,90 @@
+package com.velotra.tv.tavro.tool;
+
+import java.io.FilterOutputStream;
+import java.io.IOException;
+import java.io.OutputStream;
+import java.io.PrintStream;
+import java.nio.charset.StandardCharsets;
+
+/**
+ * Output in UTF-8 that cannot control the terminal: texts come from files and broadcasts. Control characters other than line feeds
+ * are written as dots. It remembers the first failure, which a PrintStream does not report.
+ */
+final class SafeOutput extends FilterOutputStream {
+    private static final byte[] DOT = "·".getBytes(StandardCharsets.UTF_8);
+    private static final int C1_LEAD = 0xC2; // U+0080 to U+009F in UTF-8: this byte, and one from 0x80 to 0x9F
+    private static final int DELETE = 0x7F;
+
+    private boolean leadPending;
+    private IOException failure;
+
+    private SafeOutput(OutputStream out) {
+        super(out);
+    }
+
+    /** A stream that writes safely to {@code out}. */
+    static Stream over(OutputStream out) {
+        return new Stream(new SafeOutput(out));
+    }
+
+    /** What System.out and System.err become. */
+    static final class Stream extends PrintStream {
+        private final SafeOutput output;
+
+        private Stream(SafeOutput output) {
+            super(output, true, StandardCharsets.UTF_8);
+            this.output = output;
+        }
+
+        /** Flushes. Returns why something could not be written, or null. */
+        IOException failure() {
+            flush();
+            return output.failure;
+        }
+    }
+
+    @Override
+    public void write(int value) throws IOException {
+        int unsigned = value & 0xFF;
+        if (leadPending) {
+            leadPending = false;
+            if (unsigned >= 0x80 && unsigned <= 0x9F) {
+                out.write(DOT);
+                return;
+            }
+            out.write(C1_LEAD);
+        }
+        if (unsigned == C1_LEAD) {
+            leadPending = true;
+        } else if (unsigned < ' ' && unsigned != '\n' || unsigned == DELETE) {
+            out.write(DOT);
+        } else {
+            out.write(unsigned);
+        }
+    }
+
+    @Override
+    public void write(byte[] bytes, int offset, int length) throws IOException {
+        try {
+            for (int i = offset; i < offset + length; i++) {
+                write(bytes[i]);
+            }
+        } catch (IOException e) {
+            remember(e);
+        }
+    }
+
+    @Override
+    public void flush() throws IOException {
+        try {
+            out.flush();
+        } catch (IOException e) {
+            remember(e);
+        }
+    }
+
+    private void remember(IOException e) throws IOException {
+        failure = failure == null ? e : failure;
+        throw e;
+    }
+}

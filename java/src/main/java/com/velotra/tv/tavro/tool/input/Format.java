@@ -1,0 +1,94 @@
+package com.velotra.tv.tavro.tool.input;
+
+import java.util.EnumMap;
+import java.util.List;
+import java.util.Map;
+import java.util.regex.Pattern;
+
+/** The formats that can be imported. A file's content decides which one it has, not its name. */
+public enum Format {
+    /** Blocks of {@code KEY = VALUE} lines with a heading in brackets: scan tables and channel lists of the DVBv5 tools. */
+    DVBV5("\\[.*|[A-Za-z0-9_]+\\s*=.*"),
+    /** Scan tables with one line per transponder. */
+    LEGACY_SCAN_TABLE("(T2?|C|S[12]?|A)\\s+\\d{4,}(\\s.*)?"),
+    /** channels.conf in the form of Debian's vdr. */
+    CHANNELS(":.*|[^:]+:\\d+:[^:]*:([A-RT-Z]|S\\d[\\d.]*[EW]):(?:[^:]*:){6,8}[^:]*"),
+    /** diseqc.conf in the form of Debian's vdr. */
+    DISEQC("S\\d[\\d.]*[EW]\\s+\\d+\\s+[A-Za-z]\\s+\\d+(\\s.*)?|\\d[\\d\\s]*:"),
+    /** sources.conf in the form of Debian's vdr. */
+    SOURCES("(S\\d[\\d.]*[EW]|[A-RT-Z])\\s+\\D.*");
+
+    /** What can be imported, for messages. */
+    public static final String KNOWN = "DVBv5 tables, one-line scan tables, channels.conf, sources.conf and diseqc.conf can be imported";
+
+    /** One control character in this many makes a file binary. */
+    private static final int BINARY_ONE_IN = 20;
+
+    private static final int LOOKED_AT = 8192;
+
+    // Other programs' settings are headings and values too.
+    private static final Pattern DVBV5_KEY = Pattern.compile("(FREQUENCY|DELIVERY_SYSTEM|SERVICE_ID)\\s*=.*");
+
+    private final Pattern line;
+
+    Format(String line) {
+        this.line = Pattern.compile(line);
+    }
+
+    /**
+     * The format of a source: the one that most of its lines have, and of two the first above.
+     *
+     * @throws Failure naming what it is instead
+     */
+    public static Format of(Source source) {
+        ForeignFormat.of(source.bytes()).ifPresent(name -> refuse(source, "it is " + name));
+        List<String> lines = source.lines();
+        if (isBinary(lines)) {
+            refuse(source, "it is a binary file");
+        }
+        Map<Format, Integer> votes = new EnumMap<>(Format.class);
+        boolean empty = true;
+        boolean dvbV5 = false;
+        for (String untrimmed : lines) {
+            String text = untrimmed.strip();
+            if (text.isEmpty() || text.startsWith("#")) {
+                continue;
+            }
+            empty = false;
+            dvbV5 |= DVBV5_KEY.matcher(text).matches();
+            for (Format format : values()) {
+                if (format.line.matcher(text).matches()) {
+                    votes.merge(format, 1, Integer::sum);
+                    break;
+                }
+            }
+        }
+        if (!dvbV5) {
+            votes.remove(DVBV5);
+        }
+        if (votes.isEmpty()) {
+            refuse(source, empty ? "there is nothing in it but blank lines and comments" : "its format is not known; " + KNOWN);
+        }
+        Format most = DVBV5;
+        for (Format format : values()) {
+            most = votes.getOrDefault(format, 0) > votes.getOrDefault(most, 0) ? format : most;
+        }
+        return most;
+    }
+
+    private static void refuse(Source source, String reason) {
+        throw new Failure("cannot import " + source.name() + ": " + reason);
+    }
+
+    private static boolean isBinary(List<String> lines) {
+        int looked = 0;
+        int controls = 0;
+        for (String line : lines) {
+            for (int i = 0; i < line.length() && looked < LOOKED_AT; i++, looked++) {
+                char character = line.charAt(i);
+                controls += Character.isISOControl(character) && character != '\t' && character != '\f' ? 1 : 0;
+            }
+        }
+        return controls > 0 && controls * BINARY_ONE_IN >= looked;
+    }
+}

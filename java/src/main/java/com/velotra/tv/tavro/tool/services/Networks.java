@@ -1,0 +1,50 @@
+package com.velotra.tv.tavro.tool.services;
+
+import com.velotra.tv.tavro.services.channellist.RecordId;
+import com.velotra.tv.tavro.services.channellist.VltTvNetworkInfo;
+import com.velotra.tv.tavro.services.channellist.VltTvNetworkInfoBase;
+import com.velotra.tv.tavro.services.channellist.VltTvNetworkList;
+import com.velotra.tv.tavro.tool.input.ImportReport;
+import com.velotra.tv.tavro.tool.input.ListCounts;
+import java.util.HashMap;
+import java.util.Map;
+
+/** The network records that services and transport streams refer to: one per network id and list, made when it is first needed. */
+final class Networks {
+    private final VltTvNetworkList lists;
+    private final ImportReport report;
+    private final Map<Integer, Map<Integer, RecordId>> records = new HashMap<>(); // by list id, then by network id
+
+    Networks(VltTvNetworkList lists, ImportReport report) {
+        this.lists = lists;
+        this.report = report;
+    }
+
+    /** The record of a network in the list of that id. A record that is there already stays as it is. */
+    RecordId of(int listId, int networkId) {
+        return records.computeIfAbsent(listId, this::read).computeIfAbsent(networkId, id -> {
+            VltTvNetworkInfoBase info = new VltTvNetworkInfoBase();
+            info.setNwlNetworkId(id);
+            info.setNetworkName("Network " + id);
+            counts(listId).added();
+            return lists.add(listId, info);
+        });
+    }
+
+    private ListCounts counts(int listId) {
+        return report.list("network list " + listId, () -> {
+            Map<Integer, Integer> all = new HashMap<>();
+            lists.getAll(listId, null).forEach(network -> all.put(network.id().recordId(), 0));
+            return all;
+        });
+    }
+
+    private Map<Integer, RecordId> read(int listId) {
+        lists.open(listId);
+        Map<Integer, RecordId> byNetwork = new HashMap<>();
+        for (VltTvNetworkInfo network : lists.getAll(listId, null)) {
+            byNetwork.putIfAbsent(network.values().getNwlNetworkId(), network.id());
+        }
+        return byNetwork;
+    }
+}

@@ -1,0 +1,154 @@
+package com.velotra.tv.tavro.tool.services;
+
+import com.velotra.tv.tavro.services.channellist.RecordId;
+import com.velotra.tv.tavro.services.channellist.ServiceRecord;
+import com.velotra.tv.tavro.services.channellist.VltTvChannelInfoBase;
+import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
+import com.velotra.tv.tavro.services.channellist.VltTvNetworkList;
+import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamList;
+import com.velotra.tv.tavro.tool.input.ImportReport;
+import com.velotra.tv.tavro.tool.input.ModifiedUtf8;
+import com.velotra.tv.tavro.tool.transponders.NotImportable;
+import com.velotra.tv.tavro.tool.transponders.StreamImport;
+import com.velotra.tv.tavro.tool.transponders.StreamImport.Ids;
+import com.velotra.tv.tavro.tool.transponders.StreamImport.Stored;
+import java.io.IOException;
+import java.nio.file.Path;
+import java.util.HashMap;
+import java.util.List;
+import java.util.Map;
+
+/**
+ * Stores services in service lists, with the transport streams and networks that they refer to. A service that its list has already
+ * is updated. Transport streams and networks go to the lists with the id of the service list.
+ */
+public final class ServiceImport {
+    /** Learns of every service that was stored. */
+    public interface Observer {
+        void stored(Service service, RecordId id, Stored stream);
+    }
+
+    // service_type (ETSI EN 300 468 table 87): 1 digital television, 2 digital radio sound.
+    private static final int TELEVISION = 1;
+    private static final int RADIO = 2;
+
+    // What a record keeps of its texts, in bytes of modified UTF-8.
+    private static final int NAME_BYTES = 64;
+    private static final int SHORT_NAME_BYTES = 16;
+
+    private final VltTvChannelList lists;
+    private final VltTvTransportStreamList streamLists;
+    private final StreamImport streams;
+    private final Networks networks;
+    private final ImportReport report;
+    private final Observer observer;
+    private final Map<Integer, ServiceList> targets = new HashMap<>();
+    private final Map<List<Object>, Stored> transponders = new HashMap<>(); // of this import, by all that the file says about them
+
+    /** Transport streams are stored by {@code streams}. */
+    public ServiceImport(VltTvChannelList lists, VltTvTransportStreamList streamLists, VltTvNetworkList networkLists,
+            StreamImport streams, ImportReport report, Observer observer) {
+        this.lists = lists;
+        this.streamLists = streamLists;
+        this.streams = streams;
+        this.networks = new Networks(networkLists, report);
+        this.report = report;
+        this.observer = observer;
+    }
+
+    /**
+     * Stores services, and then notes their networks in the storage directory {@code storage}.
+     *
+     * @throws com.velotra.tv.tavro.services.channellist.ChannelListException when the storage fails; those before stay stored
+     */
+    public void storeAll(List<Service> services, Path storage) throws IOException, InterruptedException {
+        report.beginSteps();
+        for (Service service : services) {
+            try {
+                store(service);
+            } catch (NotImportable e) {
+                report.notImported(service.place(), e.getMessage());
+            }
+            report.step(services.size(), "services");
+        }
+        for (ServiceList list : targets.values()) {
+            list.noteNetworks(storage);
+        }
+    }
+
+    private void store(Service service) throws NotImportable {
+        Stored stream = streamOf(service);
+        ServiceList list = targets.computeIfAbsent(
+                stream.id().listId(), id -> new ServiceList(lists, streamLists, id, report));
+        RecordId id = list.store(service.serviceId(), stream, convert(service, stream.id()));
+        if (id == null) {
+            return;
+        }
+        if (service.networkId() != 0) {
+            list.setNetwork(id, networks.of(list.id(), service.networkId()));
+        }
+        cutName("service name", service.name(), NAME_BYTES);
+        cutName("short name", service.shortName(), SHORT_NAME_BYTES);
+        observer.stored(service, id, stream);
+    }
+
+    private void cutName(String what, String name, int most) {
+        if (ModifiedUtf8.bytes(name) > most) {
+            report.dropped("the end of a " + what + " longer than " + most + " bytes");
+        }
+    }
+
+    private Stored streamOf(Service service) throws NotImportable {
+        Ids ids = new Ids(service.networkId(), service.transportStreamId());
+        List<Object> all = List.of(service.transponder().position(), service.transponder().values(), ids);
+        Stored known = transponders.get(all);
+        if (known == null) {
+            known = streams.store(service.transponder(), ids, networks::of);
+            transponders.put(all, known);
+        }
+        return known;
+    }
+
+    private VltTvChannelInfoBase convert(Service service, RecordId stream) {
+        int type = service.hasVideo() ? TELEVISION : RADIO;
+        VltTvChannelInfoBase info = new VltTvChannelInfoBase()
+                .setBroadcastType(ServiceRecord.BROADCAST_DVB)
+                .setServiceType(type)
+                .setSdtServiceType(type)
+                .setServiceName(name(service))
+                .setServiceId(service.serviceId())
+                .setTslRecId(stream)
+                .setVnetActive(true)
+                .setVnetEpg(true)
+                .setVnetVisible(true)
+                .setVnetNumericSelectable(true)
+                .setVnetScrambled(service.scrambled())
+                .setFreeCaMode(service.scrambled() ? 1 : 0);
+        streams.satelliteOf(service.transponder()).ifPresent(info::setSatlRecId);
+        if (!service.shortName().isEmpty()) {
+            info.setServiceShortName(shortName(service));
+        }
+        if (service.scrambled()) {
+            info.setCaSystemId(service.caIds().get(0));
+        }
+        if (service.number() != 0) {
+            info.setMajorChannelNumber(service.number())
+                    .setLogicalChannelNumber(service.number())
+                    .setOriginalLcn(service.number())
+                    .setVoptLcnApplied(true);
+        }
+        return info;
+    }
+
+    // The library cuts at a byte; cutting here at a character keeps the last one whole.
+
+    /** The name as a record keeps it. */
+    public static String name(Service service) {
+        return ModifiedUtf8.cut(service.name(), NAME_BYTES);
+    }
+
+    /** The short name as a record keeps it. */
+    public static String shortName(Service service) {
+        return ModifiedUtf8.cut(service.shortName(), SHORT_NAME_BYTES);
+    }
+}

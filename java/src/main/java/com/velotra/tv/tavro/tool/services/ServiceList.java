@@ -1,0 +1,116 @@
+package com.velotra.tv.tavro.tool.services;
+
+import com.velotra.tv.tavro.services.channellist.RecordId;
+import com.velotra.tv.tavro.services.channellist.ServiceRecord;
+import com.velotra.tv.tavro.services.channellist.TransportStreamRecord;
+import com.velotra.tv.tavro.services.channellist.VltTvChannelInfoBase;
+import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
+import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamList;
+import com.velotra.tv.tavro.tool.input.ImportReport;
+import com.velotra.tv.tavro.tool.input.ListCounts;
+import com.velotra.tv.tavro.tool.transponders.NotImportable;
+import com.velotra.tv.tavro.tool.transponders.StreamImport.Ids;
+import com.velotra.tv.tavro.tool.transponders.StreamImport.Stored;
+import java.io.IOException;
+import java.nio.file.Path;
+import java.util.HashMap;
+import java.util.HashSet;
+import java.util.LinkedHashMap;
+import java.util.Map;
+import java.util.Set;
+
+/**
+ * One service list during an import: finds the record of a service by its original network, transport stream and service id, or by its
+ * transport stream record and service id when those ids are not known.
+ */
+final class ServiceList {
+    private record ByIds(Ids ids, int serviceId) {}
+
+    private record ByStream(int streamRecord, int serviceId) {}
+
+    private static final int MOST = 65_534; // record ids have 16 bits, and the two ends are not given out
+
+    private final VltTvChannelList lists;
+    private final int id;
+    private final ListCounts counts;
+    private final Map<ByIds, RecordId> byIds = new HashMap<>(); // those whose ids are known
+    private final Map<ByStream, RecordId> byStream = new HashMap<>();
+    private final Set<RecordId> stored = new HashSet<>(); // by this import
+    private final Map<Integer, RecordId> networkBefore = new HashMap<>(); // by record id
+    private final Map<Integer, RecordId> networks = new LinkedHashMap<>(); // to be noted, by record id
+    private int size;
+
+    /** Opens the list and reads what is in it. */
+    ServiceList(VltTvChannelList lists, VltTvTransportStreamList streamLists, int id, ImportReport report) {
+        this.lists = lists;
+        this.id = id;
+        lists.open(id);
+        counts = report.list("service list " + id, this::read);
+        Map<RecordId, Ids> streams = new HashMap<>();
+        for (TransportStreamRecord stream : streamLists.getAll(id)) {
+            streams.put(new RecordId(id, stream.recordId()), new Ids(stream.originalNetworkId(), stream.transportStreamId()));
+        }
+        for (ServiceRecord service : lists.getAll(id)) {
+            RecordId stream = service.transportStream();
+            add(new RecordId(id, service.recordId()), streams.getOrDefault(stream, Ids.NONE), stream.recordId(), service.serviceId());
+            networkBefore.put(service.recordId(), service.network());
+        }
+    }
+
+    private void add(RecordId service, Ids ids, int streamRecord, int serviceId) {
+        if (!ids.equals(Ids.NONE)) {
+            byIds.putIfAbsent(new ByIds(ids, serviceId), service);
+        }
+        byStream.putIfAbsent(new ByStream(streamRecord, serviceId), service);
+        size++;
+    }
+
+    private Map<Integer, ServiceRecord> read() {
+        Map<Integer, ServiceRecord> all = new HashMap<>();
+        lists.getAll(id).forEach(service -> all.put(service.recordId(), service));
+        return all;
+    }
+
+    int id() {
+        return id;
+    }
+
+    /** Adds or updates a service. Returns its record, or null when this import has stored the service before. */
+    RecordId store(int serviceId, Stored stream, VltTvChannelInfoBase info) throws NotImportable {
+        int streamRecord = stream.id().recordId();
+        RecordId known = byIds.get(new ByIds(stream.ids(), serviceId));
+        if (known == null) {
+            known = byStream.get(new ByStream(streamRecord, serviceId));
+        }
+        if (known == null) {
+            if (size == MOST) {
+                throw new NotImportable("service list " + id + " is full: it has " + MOST + " records");
+            }
+            known = lists.add(id, info);
+            add(known, stream.ids(), streamRecord, serviceId);
+            counts.added();
+        } else if (!stored.contains(known)) {
+            lists.update(id, info.setSvlIdSvlRecId(known));
+            counts.updated(known.recordId());
+        } else {
+            counts.repeated();
+            return null;
+        }
+        stored.add(known);
+        return known;
+    }
+
+    /** The network record of a service, to be noted at the end. */
+    void setNetwork(RecordId service, RecordId network) {
+        if (!network.equals(networkBefore.get(service.recordId()))) {
+            networks.put(service.recordId(), network);
+        }
+    }
+
+    void noteNetworks(Path storage) throws IOException, InterruptedException {
+        if (!networks.isEmpty()) {
+            ScanStandIn.noteNetworks(storage, id, networks);
+            networks.clear();
+        }
+    }
+}

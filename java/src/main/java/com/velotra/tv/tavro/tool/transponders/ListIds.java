@@ -1,0 +1,23 @@
+package com.velotra.tv.tavro.tool.transponders;
+
+/**
+ * The lists that an import fills, one per medium. Services, transport streams and networks of a medium go to the lists of that id,
+ * satellites to the satellite list with the id of the satellite medium.
+ */
+public record ListIds(int terrestrial, int cable, int satellite) {
+    /** How many ids {@link #from} takes. */
+    public static final int COUNT = 3;
+
+    /** Three lists in a row: terrestrial, cable, satellite. */
+    public static ListIds from(int first) {
+        return new ListIds(first, first + 1, first + 2);
+    }
+
+    int of(int medium) {
+        return switch (medium) {
+            case TunerValues.TERRESTRIAL -> terrestrial;
+            case TunerValues.CABLE -> cable;
+            default -> satellite;
+        };
+    }
+}

@@ -1,0 +1,152 @@
+package com.velotra.tv.tavro.tool.transponders;
+
+import com.velotra.tv.tavro.services.channellist.OrbitalPosition;
+import com.velotra.tv.tavro.services.channellist.RecordId;
+import com.velotra.tv.tavro.services.channellist.TransportStreamField;
+import com.velotra.tv.tavro.services.channellist.TransportStreamRecord;
+import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamInfoBase;
+import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamList;
+import com.velotra.tv.tavro.tool.input.ImportReport;
+import com.velotra.tv.tavro.tool.input.ListCounts;
+import com.velotra.tv.tavro.tool.satellites.Satellites;
+import com.velotra.tv.tavro.tool.transponders.StreamImport.Ids;
+import com.velotra.tv.tavro.tool.transponders.StreamImport.Stored;
+import java.util.ArrayList;
+import java.util.HashMap;
+import java.util.List;
+import java.util.Map;
+import java.util.Objects;
+
+/**
+ * One transport stream list during an import: finds the record of a transponder by what identifies it, which is medium, frequency,
+ * polarization, stream id and the position of its satellite. Two streams of one import whose network and stream ids are known and differ
+ * stay apart.
+ */
+final class StreamList {
+    /** A record of the list, or one to be. */
+    static final class Known {
+        private RecordId id; // null until it is added
+        private OrbitalPosition position; // null when the record refers to no satellite
+        private long streamId;
+        private boolean streamIdKnown;
+        private Ids ids = Ids.NONE;
+        private boolean stored; // by this import
+
+        boolean isStored() {
+            return stored;
+        }
+
+        Ids ids() {
+            return ids;
+        }
+
+        Stored asStored() {
+            return new Stored(id, ids);
+        }
+    }
+
+    private record Tuning(int medium, int frequency, int polarization) {}
+
+    private static final int MOST = 65_534; // record ids have 16 bits, and the two ends are not given out
+
+    private final VltTvTransportStreamList lists;
+    private final int id;
+    private final ListCounts counts;
+    private final Map<Tuning, List<Known>> records = new HashMap<>();
+    private int size;
+
+    /** Opens the list and reads what is in it. */
+    StreamList(VltTvTransportStreamList lists, Satellites satellites, int id, ImportReport report) {
+        this.lists = lists;
+        this.id = id;
+        lists.open(id);
+        counts = report.list("transport stream list " + id, this::read);
+        for (TransportStreamRecord record : lists.getAll(id)) {
+            Known known = new Known();
+            known.id = new RecordId(id, record.recordId());
+            known.position = satellites.positionOf(record.satellite()).orElse(null);
+            known.streamIdKnown = record.medium() != TransportStreamRecord.SATELLITE;
+            known.streamId = record.medium() == TransportStreamRecord.TERRESTRIAL ? record.value(TransportStreamField.TER_PLP_ID) : 0;
+            known.ids = new Ids(record.originalNetworkId(), record.transportStreamId());
+            int polarization = record.medium() == TransportStreamRecord.SATELLITE
+                    ? (int) record.value(TransportStreamField.SAT_POLARIZATION) : 0;
+            add(new Tuning(record.medium(), (int) record.frequency(), polarization), known);
+            size++;
+        }
+    }
+
+    private Map<Integer, TransportStreamRecord> read() {
+        Map<Integer, TransportStreamRecord> all = new HashMap<>();
+        lists.getAll(id).forEach(record -> all.put(record.recordId(), record));
+        return all;
+    }
+
+    private void add(Tuning tuning, Known known) {
+        records.computeIfAbsent(tuning, key -> new ArrayList<>()).add(known);
+    }
+
+    int id() {
+        return id;
+    }
+
+    ListCounts counts() {
+        return counts;
+    }
+
+    /** The record of a transponder; a new one, which is not in the list yet, when there is none. */
+    Known find(Mapping mapping, OrbitalPosition position, Ids ids) throws NotImportable {
+        Tuning tuning = new Tuning(mapping.medium(), mapping.frequency(), mapping.polarization());
+        Known best = null;
+        int bestScore = -1;
+        for (Known known : records.getOrDefault(tuning, List.of())) {
+            int score = score(known, position, mapping.streamId(), ids);
+            if (score > bestScore) {
+                best = known;
+                bestScore = score;
+            }
+        }
+        if (best != null) {
+            return best;
+        }
+        if (size == MOST) {
+            throw new NotImportable("transport stream list " + id + " is full: it has " + MOST + " records");
+        }
+        Known known = new Known();
+        add(tuning, known);
+        return known;
+    }
+
+    /** How well a record with the right tuning matches; negative when it is another transponder. */
+    private static int score(Known known, OrbitalPosition position, long streamId, Ids ids) {
+        boolean samePosition = Objects.equals(known.position, position);
+        boolean sameStream = known.streamId == streamId;
+        if (known.stored) {
+            return samePosition && sameStream && known.ids.agreeWith(ids) ? 8 : -1;
+        }
+        if (!samePosition && known.position != null || known.streamIdKnown && !sameStream) {
+            return -1;
+        }
+        // Of several records the one that is known best: its satellite was imported, and its ids are the same.
+        return (samePosition ? 2 : 0) + (known.ids.equals(ids) ? 1 : 0);
+    }
+
+    /** Adds or updates the record of a transponder. */
+    RecordId store(Known known, VltTvTransportStreamInfoBase info, OrbitalPosition position, long streamId, Ids ids) {
+        if (known.id == null) {
+            known.id = lists.add(id, info);
+            size++;
+            counts.added();
+        } else {
+            lists.update(id, info.setTslIdTslRecId(known.id));
+            if (!known.stored) {
+                counts.updated(known.id.recordId());
+            }
+        }
+        known.position = position;
+        known.streamId = streamId;
+        known.streamIdKnown = true;
+        known.ids = ids.equals(Ids.NONE) ? known.ids : ids;
+        known.stored = true;
+        return known.id;
+    }
+}

@@ -1,0 +1,290 @@
+package com.velotra.tv.tavro.tool;
+
+import static org.junit.jupiter.api.Assertions.assertEquals;
+import static org.junit.jupiter.api.Assertions.assertFalse;
+import static org.junit.jupiter.api.Assertions.assertTrue;
+
+import com.velotra.tv.tavro.services.channellist.TvList;
+import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
+import com.velotra.tv.tavro.services.channellist.VltTvNetworkList;
+import com.velotra.tv.tavro.services.channellist.VltTvSatelliteList;
+import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamList;
+import com.velotra.tv.tavro.tool.ToolProcess.Result;
+import java.io.ByteArrayInputStream;
+import java.io.InputStream;
+import java.nio.charset.StandardCharsets;
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.util.List;
+import org.junit.jupiter.api.AfterEach;
+import org.junit.jupiter.api.Test;
+import org.junit.jupiter.api.io.TempDir;
+
+/** The import command, from files to lists and summary. */
+class ImportCommandTest {
+    private static final String CABLE = "[Uno]\nDELIVERY_SYSTEM = DVBC/ANNEX_A\nFREQUENCY = 330000000\nSYMBOL_RATE = 6900000\n";
+    private static final String FORMATS =
+            "DVBv5 tables, one-line scan tables, channels.conf, sources.conf and diseqc.conf can be imported";
+
+    @TempDir
+    Path folder;
+
+    @AfterEach
+    void deleteLists() {
+        for (int id = 41; id <= 43; id++) {
+            for (TvList kind : List.of(VltTvChannelList.getInstance(), VltTvTransportStreamList.getInstance(), VltTvNetworkList.getInstance(),
+                    VltTvSatelliteList.getInstance())) {
+                if (kind.exists(id)) {
+                    kind.delete(id);
+                }
+            }
+        }
+    }
+
+    private Path file(String name, String content) throws Exception {
+        return Files.writeString(folder.resolve(name), content);
+    }
+
+    private static Result imported(Object... files) {
+        String[] words = new String[files.length + 3];
+        words[0] = "import";
+        words[1] = "--list";
+        words[2] = "41";
+        for (int i = 0; i < files.length; i++) {
+            words[i + 3] = files[i].toString();
+        }
+        return ToolProcess.runHere(words);
+    }
+
+    @Test
+    void transpondersFillTransportStreamListsThatListAndShowPrint() throws Exception {
+        assertEquals(
+                new Result(0,
+                        """
+                        1 files: 1 transponders; 0 malformed lines
+                        Imported, by delivery system:
+                               1  DVBC/ANNEX_A
+                        transport stream list 42: 1 added, 0 changed, 0 unchanged; it holds 1 records
+                        """,
+                        ""),
+                imported(file("table", CABLE)));
+        assertEquals(
+                """
+                record  standard  frequency  symbol rate  stream id  network id  network record  name
+                     1  DVB-C        330000      6900000          0           0  0,0             Uno
+                1 transport streams
+                """,
+                ToolProcess.runHere("list", "42", "--kind", "streams").out());
+        Result show = ToolProcess.runHere("show", "42,1", "-k", "streams", "--hex");
+        assertTrue(show.out().contains("\nfrequency                      330000\n"), show.out());
+        assertTrue(show.out().contains("\n0000  01 00 "), show.out());
+        assertEquals(1, ToolProcess.runHere("list", "41", "--kind", "streams").exit());
+    }
+
+    @Test
+    void satellitesAreStoredFirstWhateverTheOrderAndTranspondersReferToThem() throws Exception {
+        Path data = Files.createDirectory(folder.resolve("data"));
+        String transponder = "[CHANNEL]\nDELIVERY_SYSTEM = DVBS2\nFREQUENCY = 11362000\n";
+        Files.writeString(data.resolve("Astra-19.2E"), transponder);
+        Files.writeString(data.resolve("dishes"), "S19.2E 99999 V 10600 [E0 10 38 F4]\n");
+        Files.writeString(data.resolve("positions"), "S13E Uno\nS19.2E Due\nC Cable\n");
+        assertEquals(
+                new Result(0,
+                        """
+                        3 files: 1 dish settings, 2 satellites, 1 transponders; 0 malformed lines
+                        Imported, by delivery system:
+                               1  DVBS2
+                        Skipped, by reason:
+                               1  not a satellite (source C)
+                        1 satellites with dish settings
+                        satellite list 43: 2 added, 0 changed, 0 unchanged; it holds 2 records
+                        transport stream list 43: 1 added, 0 changed, 0 unchanged; it holds 1 records
+                        """,
+                        ""),
+                imported(data));
+        assertEquals(
+                """
+                record  position  name  in use  LNB        DiSEqC
+                     1    S13.0E  Uno   no      -          -
+                     2    S19.2E  Due   yes     10600 MHz  port 1
+                2 satellites
+                """,
+                ToolProcess.runHere("list", "43", "--kind", "satellites").out());
+        String stream = ToolProcess.runHere("show", "43,1", "--kind", "streams").out();
+        assertTrue(stream.contains("\nsatellite list                 43\nsatellite record               2\n"), stream);
+        assertEquals(0, imported(file("Due-13.0E", transponder)).exit());
+        assertTrue(ToolProcess.runHere("show", "43,2", "--kind", "streams").out().contains("\nsatellite record               1\n"));
+    }
+
+    @Test
+    void servicesFillServiceStreamAndNetworkLists() throws Exception {
+        Path channels = file("list.txt", "Uno:410:M64:C:6900:101:102:0:0:7:1:1019:0\nDue:410:M64:C:6900:201:202:0:0:8:1:1019:0\n");
+        assertEquals(
+                new Result(0,
+                        """
+                        1 files: 2 services; 0 malformed lines
+                        Imported, by delivery system:
+                               1  DVBC/ANNEX_A
+                        transport stream list 42: 1 added, 0 changed, 0 unchanged; it holds 1 records
+                        network list 42: 1 added, 0 changed, 0 unchanged; it holds 1 records
+                        service list 42: 2 added, 0 changed, 0 unchanged; it holds 2 records
+                        """,
+                        ""),
+                imported(channels));
+        assertEquals(
+                """
+                record  LCN  name  service id  type  scrambled  shown  transport stream
+                     1    -  Uno            7  TV    no         yes    42,1
+                     2    -  Due            8  TV    no         yes    42,1
+                2 services
+                """,
+                ToolProcess.runHere("list", "42").out());
+    }
+
+    @Test
+    void aSecondImportUpdatesAndReportsWhatChanged() throws Exception {
+        Path channels = file("channels", "Uno:410:M64:C:6900:101:102:0:0:7:1:1019:0\nDue:418:M64:C:6900:201:202:0:0:8:1:1020:0\n");
+        Path satellites = file("satellites", "S13E Uno\nS19.2E Due\n");
+        assertEquals(0, imported(channels, satellites).exit());
+        assertEquals(
+                """
+                satellite list 43: 0 added, 0 changed, 2 unchanged; it holds 2 records
+                transport stream list 42: 0 added, 0 changed, 2 unchanged; it holds 2 records
+                service list 42: 0 added, 0 changed, 2 unchanged; it holds 2 records
+                """,
+                lists(imported(channels, satellites)));
+        file("channels", "Uno:410:M256:C:6900:101:102:0:0:7:1:1019:0\nDue HD:418:M64:C:6900:201:202:0:0:8:1:1020:0\n"
+                + "Tre:418:M64:C:6900:201:202:0:0:9:1:1020:0\nTre:418:M64:C:6900:201:202:0:0:9:1:1020:0\n");
+        file("satellites", "S13E Uno Nuovo\nS5W Tre\n");
+        assertEquals(
+                """
+                satellite list 43: 1 added, 1 changed, 0 unchanged; it holds 3 records
+                transport stream list 42: 0 added, 1 changed, 1 unchanged; it holds 2 records
+                service list 42: 1 added, 1 changed, 1 unchanged, 1 repeated in the files; it holds 3 records
+                """,
+                lists(imported(channels, satellites)));
+        String services = ToolProcess.runHere("list", "42").out();
+        assertTrue(services.contains("  Due HD  ") && services.contains("3 services"), services);
+    }
+
+    private static String lists(Result result) {
+        assertEquals(0, result.exit(), result.err());
+        StringBuilder lines = new StringBuilder();
+        result.out().lines().filter(line -> line.contains(" list ")).forEach(line -> lines.append(line).append('\n'));
+        return lines.toString();
+    }
+
+    @Test
+    void standardInputIsImported() {
+        InputStream before = System.in;
+        System.setIn(new ByteArrayInputStream(CABLE.getBytes(StandardCharsets.UTF_8)));
+        try {
+            Result result = imported("-");
+            assertEquals(0, result.exit(), result.err());
+            assertTrue(result.out().startsWith("1 files: 1 transponders; 0 malformed lines\n"), result.out());
+        } finally {
+            System.setIn(before);
+        }
+    }
+
+    @Test
+    void aPipeIsImported() throws Exception {
+        Path pipe = folder.resolve("pipe");
+        assertEquals(0, new ProcessBuilder("mkfifo", pipe.toString()).start().waitFor());
+        Process writer = new ProcessBuilder("sh", "-c", "printf '%s' \"$1\" >\"$2\"", "sh", CABLE, pipe.toString()).start();
+        Result result = imported(pipe);
+        assertEquals(0, writer.waitFor());
+        assertEquals(0, result.exit(), result.err());
+        assertTrue(result.out().startsWith("1 files: 1 transponders; 0 malformed lines\n"), result.out());
+    }
+
+    @Test
+    void linksAreFollowedAndALinkToAFolderAboveIsNoTrouble() throws Exception {
+        Path data = Files.createDirectory(folder.resolve("data"));
+        Files.writeString(data.resolve("table"), CABLE);
+        Files.createSymbolicLink(data.resolve("loop"), data);
+        Files.createSymbolicLink(data.resolve("nowhere"), folder.resolve("missing"));
+        Result result = imported(Files.createSymbolicLink(folder.resolve("link"), data));
+        assertEquals("", result.err());
+        assertEquals(0, result.exit());
+        assertTrue(result.out().startsWith("1 files: 1 transponders; 0 malformed lines\n"), result.out());
+    }
+
+    @Test
+    void aFileThatCannotBeUsedFailsTheImportAndTheOthersAreImported() throws Exception {
+        Path missing = folder.resolve("missing");
+        Path image = Files.write(folder.resolve("channels.conf"), new byte[] {(byte) 0x89, 'P', 'N', 'G', 0, 0});
+        Result result = imported(image, file("table", CABLE), missing);
+        assertEquals(1, result.exit());
+        assertEquals(
+                "tavro: cannot import " + image + ": it is a PNG image\n"
+                        + "tavro: cannot read " + missing + ": there is no such file or folder\n",
+                result.err());
+        assertTrue(result.out().endsWith("transport stream list 42: 1 added, 0 changed, 0 unchanged; it holds 1 records\n"), result.out());
+    }
+
+    @Test
+    void withoutAnyUsableFileTheImportFails() throws Exception {
+        Path text = file("letter", "Dear all,\nnothing here.\n");
+        assertEquals(
+                new Result(1, "", "tavro: cannot import " + text + ": its format is not known; " + FORMATS
+                        + "\ntavro: nothing was imported; 1 files cannot be used, for the reasons above\n"),
+                imported(text));
+        Path empty = Files.createDirectory(folder.resolve("empty"));
+        String nothing = "tavro: nothing was imported; there is no file in a known format; " + FORMATS + "\n";
+        assertEquals(new Result(1, "", nothing), imported(empty));
+        Path more = Files.writeString(empty.resolve("comments"), "# nothing\n\n");
+        assertEquals(
+                new Result(1, "", "  cannot import " + more + ": there is nothing in it but blank lines and comments\n" + nothing),
+                imported(empty));
+        assertFalse(VltTvTransportStreamList.getInstance().exists(42));
+    }
+
+    @Test
+    void aMalformedLineFailsTheImportPartlyAndTheRestIsStored() throws Exception {
+        Path table = file("table", CABLE + "nonsense\n[Due]\nFREQUENCY = 330000000\n");
+        assertEquals(
+                new Result(1,
+                        """
+                        1 files: 2 transponders; 1 malformed lines
+                        Imported, by delivery system:
+                               1  DVBC/ANNEX_A
+                        Not imported, by reason:
+                               1  no delivery system
+                        transport stream list 42: 1 added, 0 changed, 0 unchanged; it holds 1 records
+                        """,
+                        "  left out " + table + ":5: 'nonsense' is neither a heading nor of the form KEY = VALUE\n"
+                                + "  not imported " + table + ":6: no delivery system\n"),
+                imported(table));
+    }
+
+    @Test
+    void manyProblemsOfOneKindAreShownTenTimesAndCounted() throws Exception {
+        Path table = file("table", CABLE + "[Due]\nFREQUENCY = 330000000\n".repeat(25));
+        Result result = imported(table);
+        assertEquals(1, result.exit());
+        assertEquals(11, result.err().lines().count(), result.err());
+        assertTrue(result.err().endsWith("  … more of these (no delivery system) are counted in the summary\n"), result.err());
+        assertTrue(result.out().contains("\n      25  no delivery system\n"), result.out());
+    }
+
+    @Test
+    void aLongImportReportsItsProgress() throws Exception {
+        StringBuilder lines = new StringBuilder();
+        for (int i = 0; i < 2001; i++) {
+            lines.append("T ").append(474_000_000 + i % 3 * 8_000_000).append(" 8MHz\n");
+        }
+        assertEquals("  1000 of 2001 transponders\n  2000 of 2001 transponders\n", imported(file("table", lines.toString())).err());
+    }
+
+    @Test
+    void theFirstListLeavesRoomForThree() {
+        assertEquals(
+                new Result(2, "", "tavro: Invalid value for option '--list': '65534' is not a first list id (3 lists are filled): "
+                        + "it must be from 1 to 65533\nSee ./tavro import --help\n"),
+                ToolProcess.runHere("import", "--list", "65534", "x"));
+        for (String id : List.of("0", "65536", "70000", "-5")) {
+            assertEquals(2, ToolProcess.runHere("import", "--list=" + id, "x").exit(), id);
+        }
+    }
+}

@@ -1,0 +1,165 @@
+package com.velotra.tv.tavro.tool.input;
+
+import static org.junit.jupiter.api.Assertions.assertEquals;
+import static org.junit.jupiter.api.Assertions.assertFalse;
+import static org.junit.jupiter.api.Assertions.assertTrue;
+
+import java.io.ByteArrayOutputStream;
+import java.io.PrintStream;
+import java.nio.charset.StandardCharsets;
+import java.util.HashMap;
+import java.util.List;
+import java.util.Map;
+import java.util.stream.IntStream;
+import org.junit.jupiter.api.Test;
+
+class ImportReportTest {
+    private final ByteArrayOutputStream log = new ByteArrayOutputStream();
+    private final ImportReport report = new ImportReport(new PrintStream(log, true, StandardCharsets.UTF_8));
+
+    private String log() {
+        return log.toString(StandardCharsets.UTF_8);
+    }
+
+    private static List<Malformed> malformed(int count) {
+        return IntStream.rangeClosed(1, count)
+                .mapToObj(line -> new Malformed(new Place("table", line), "nonsense")).toList();
+    }
+
+    @Test
+    void theSummaryHasEverything() {
+        report.read(2, "transponders", malformed(1));
+        report.alsoRead(3, "services");
+        report.read(4, "transponders", List.of());
+        report.imported("DVBT");
+        report.skipped("not a satellite (source C)");
+        report.notImported(new Place("table", 7), "no frequency");
+        report.dropped("PLS_CODE");
+        report.withoutSatellite("no satellites in satellite list 13");
+        report.switched();
+        Map<Integer, String> records = new HashMap<>(Map.of(1, "a", 2, "b", 3, "c"));
+        ListCounts counts = report.list("satellite list 13", () -> records);
+        records.putAll(Map.of(1, "A", 4, "d"));
+        counts.added();
+        counts.updated(1);
+        counts.updated(2);
+        counts.updated(2);
+        counts.repeated();
+        report.list("network list 13", Map::of).added();
+        assertEquals(
+                """
+                2 files: 3 services, 6 transponders; 1 malformed lines
+                Imported, by delivery system:
+                       1  DVBT
+                Skipped, by reason:
+                       1  not a satellite (source C)
+                Not imported, by reason:
+                       1  no frequency
+                Imported with values dropped (no field in the record):
+                       1  PLS_CODE
+                Imported without a satellite record, by reason:
+                       1  no satellites in satellite list 13
+                1 satellites with dish settings
+                satellite list 13: 1 added, 1 changed, 1 unchanged, 1 repeated in the files; it holds 4 records
+                network list 13: 1 added, 0 changed, 0 unchanged; it holds 0 records
+                """,
+                ImportFixture.summary(report));
+        assertEquals("  left out table:1: nonsense\n  not imported table:7: no frequency\n", log());
+    }
+
+    @Test
+    void aListThatCannotBeReadAnyMoreIsReportedWithWhatWasAdded() {
+        int[] reads = {0};
+        ListCounts counts = report.list("service list 13", () -> {
+            if (reads[0]++ > 0) {
+                throw new IllegalStateException("gone");
+            }
+            return Map.of();
+        });
+        counts.added();
+        assertEquals(List.of("service list 13: 1 added; it cannot be read now"), ImportFixture.lists(report));
+    }
+
+    @Test
+    void theCountsOfAListGoOnWhenItIsAskedForAgain() {
+        report.list("service list 13", Map::of).added();
+        report.list("service list 13", Map::of).added();
+        assertEquals(2, report.list("service list 13", Map::of).addedSoFar());
+    }
+
+    @Test
+    void tenLinesAreLoggedForAReasonAndTheRestIsCounted() {
+        report.read(0, "transponders", malformed(12));
+        for (int line = 1; line <= 12; line++) {
+            report.notImported(new Place("table", line), "no frequency");
+            report.skippedFile("cannot import " + line);
+        }
+        StringBuilder expected = new StringBuilder();
+        for (int line = 1; line <= 10; line++) {
+            expected.append("  left out table:").append(line).append(": nonsense\n");
+        }
+        expected.append("  … more of these (malformed lines) are counted in the summary\n");
+        for (int line = 1; line <= 10; line++) {
+            expected.append("  not imported table:").append(line).append(": no frequency\n  cannot import ").append(line).append('\n');
+        }
+        expected.append("  … more of these (no frequency) are counted in the summary\n");
+        expected.append("  … more of these (skipped files) are counted in the summary\n");
+        assertEquals(expected.toString(), log());
+        assertEquals(12, report.malformed());
+        assertEquals(Map.of("no frequency", 12), report.notImported());
+        assertEquals(Map.of("a file in a folder that is not in a known format", 12), report.skipped());
+    }
+
+    @Test
+    void progressIsLoggedEveryThousandStepsOfAKind() {
+        for (int i = 0; i < 2001; i++) {
+            report.step(2001, "transponders");
+        }
+        report.beginSteps();
+        for (int i = 0; i < 1000; i++) {
+            report.step(1000, "services");
+        }
+        assertEquals("  1000 of 2001 transponders\n  2000 of 2001 transponders\n  1000 of 1000 services\n", log());
+    }
+
+    @Test
+    void anImportIsCompleteWhateverWasSkippedOrDropped() {
+        report.read(1, "transponders", List.of());
+        report.skipped("not a satellite (source C)");
+        report.skippedFile("cannot import x: it is a PNG image");
+        report.dropped("PLS_CODE");
+        report.withoutSatellite("no satellites in satellite list 13");
+        assertTrue(report.complete());
+        assertTrue(report.anyFile());
+    }
+
+    @Test
+    void anImportIsNotCompleteWithAMalformedLine() {
+        report.read(1, "transponders", malformed(1));
+        assertFalse(report.complete());
+    }
+
+    @Test
+    void anImportIsNotCompleteWithSomethingThatWasNotImported() {
+        report.notImported(new Place("table", 1), "no frequency");
+        assertFalse(report.complete());
+    }
+
+    @Test
+    void anImportIsNotCompleteWithARefusedFile() {
+        report.refusedFile("cannot read x: permission denied");
+        assertFalse(report.complete());
+        assertFalse(report.anyFile());
+        assertEquals("tavro: cannot read x: permission denied\n", log());
+        assertEquals("1 files cannot be used, for the reasons above", report.whyNothing());
+    }
+
+    @Test
+    void anImportWithoutAnyFileSaysWhatCanBeImported() {
+        assertFalse(report.anyFile());
+        assertEquals(
+                "there is no file in a known format; DVBv5 tables, one-line scan tables, channels.conf, sources.conf and diseqc.conf"
+                        + " can be imported",
+                report.whyNothing());
+    }
+}
