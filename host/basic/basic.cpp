@@ -1,4 +1,5 @@
 // The file helpers over the workstation's file system.
+#include "common/file_error.h"
 #include "common/paths.h"
 #include "common/replacement_file.h"
 #include "common/report.h"
@@ -6,7 +7,6 @@
 #include "services/status.h"
 
 #include <cerrno>
-#include <cstring>
 #include <fcntl.h>
 #include <string>
 #include <sys/stat.h>
@@ -14,8 +14,10 @@
 
 namespace {
 
+using tavro::host::explain;
 using tavro::host::is_platform_path;
 using tavro::host::make_parents;
+using tavro::host::means_full;
 using tavro::host::ReplacementFile;
 using tavro::host::report_once;
 using tavro::host::resolve_path;
@@ -26,9 +28,8 @@ constexpr std::size_t kCopyBytes = std::size_t{64} * 1024;
 bool is_bad(std::uint32_t drive, const char* path) { return drive != kMwRootDrive || path == nullptr || *path == '\0'; }
 
 MwStatus failed(MwStatus status, const std::string& action, const std::string& path, int error) {
-    report_once("cannot " + action + " " + path + ": " + std::strerror(error) +
-                "; check that the directory exists and that you may use it");
-    return status;
+    report_once("cannot " + action + " " + path + ": " + explain(error, "choose another path"));
+    return means_full(error) ? kHostStorageFull : status;
 }
 
 // A file descriptor that closes itself.

@@ -2,9 +2,9 @@
 
 #include "common/paths.h"
 #include "common/report.h"
-#include "failure.h"
 #include "list_file.h"
 #include "status.h"
+#include "storage_error.h"
 
 #include <algorithm>
 #include <array>
@@ -16,31 +16,6 @@ namespace {
 constexpr std::size_t kLargestRecord =
     std::max({kSvl.record_bytes, kTsl.record_bytes, kNwl.record_bytes, kSatl.record_bytes});
 
-const char* advice_for(int sqlite_code) {
-    switch (sqlite_code) {
-    case SQLITE_NOTADB:
-    case SQLITE_CORRUPT:
-        return "move the file away to start without lists, or set TAVRO_HOME to another directory";
-    case SQLITE_FULL:
-        return "free some space on its file system";
-    case SQLITE_BUSY:
-        return "another process has been writing to it for too long; end that process";
-    default:
-        return "check that the directory and its files are yours, or set TAVRO_HOME to another directory";
-    }
-}
-
-MwStatus status_for(int sqlite_code) {
-    switch (sqlite_code) {
-    case SQLITE_FULL:
-        return kHostStorageFull;
-    case SQLITE_NOMEM:
-        return kHostOutOfMemory;
-    default:
-        return kHostStorageUnavailable;
-    }
-}
-
 } // namespace
 
 Engine& Engine::instance() {
@@ -51,15 +26,16 @@ Engine& Engine::instance() {
 // Runs `body` and turns what it throws into a status and a line in the log.
 template <class Body>
 MwStatus Engine::guarded(Body body) noexcept {
+    const auto reported = [](const Failure& failure) {
+        report_once(failure.what());
+        return failure.status();
+    };
     try {
         return body();
     } catch (const Failure& failure) {
-        report_once(failure.what());
-        return failure.status();
+        return reported(failure);
     } catch (const SqlError& error) {
-        report_once("the list database " + home_directory() + "/lists.db fails: " + error.what() + "; " +
-                    advice_for(error.code()));
-        return status_for(error.code());
+        return reported(storage_failure(error));
     } catch (const std::bad_alloc&) {
         return kHostOutOfMemory;
     } catch (const std::exception& error) {

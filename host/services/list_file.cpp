@@ -1,9 +1,9 @@
 #include "list_file.h"
 
 #include "common/replacement_file.h"
-#include "failure.h"
 #include "sqlite.h"
 #include "status.h"
+#include "storage_error.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -21,11 +21,6 @@ constexpr char kForm[] = R"(
     CREATE TABLE list (kind INTEGER NOT NULL, kind_name TEXT NOT NULL, list_id INTEGER NOT NULL, name TEXT NOT NULL);
     CREATE TABLE records (record_id INTEGER PRIMARY KEY, position INTEGER NOT NULL, bytes BLOB NOT NULL);
 )";
-
-[[noreturn]] void cannot_write(const std::string& path, const std::string& why) {
-    throw Failure(kHostCannotWriteFile, "cannot write list file " + path + ": " + why +
-                                            "; check that its directory exists, may be written and has space left");
-}
 
 void write_temporary(const std::string& path, const Kind& kind, std::uint16_t list_id, const std::string& name,
                      const StoredRecords& records) {
@@ -107,11 +102,11 @@ void write_list_file(const std::string& path, const Kind& kind, std::uint16_t li
     try {
         write_temporary(replacement.temporary(), kind, list_id, name, records);
     } catch (const SqlError& error) {
-        cannot_write(path, error.what());
+        throw write_failure(path, error);
     }
     const int error = replacement.take_place();
     if (error != 0) {
-        cannot_write(path, std::strerror(error));
+        throw write_failure(path, error);
     }
 }
 

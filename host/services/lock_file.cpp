@@ -1,7 +1,7 @@
 #include "lock_file.h"
 
-#include "failure.h"
 #include "status.h"
+#include "storage_error.h"
 
 #include <cerrno>
 #include <cstring>
@@ -27,8 +27,7 @@ std::int64_t offset_of(const ListKey& list) { return list.number() * std::int64_
 LockFile::LockFile(const std::string& path)
     : path_(path), file_(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kFileMode)) {
     if (file_ < 0) {
-        throw Failure(kHostStorageUnavailable, "cannot open " + path + ": " + std::strerror(errno) +
-                                                   "; make the storage directory yours or set TAVRO_HOME to another");
+        throw storage_failure("use", path, errno);
     }
 }
 

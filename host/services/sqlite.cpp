@@ -46,7 +46,7 @@ void Statement::run() {
     }
 }
 
-Connection::Connection(const std::string& path, int flags) {
+Connection::Connection(const std::string& path, int flags) : path_(path) {
     sqlite3* database = nullptr;
     const int code = sqlite3_open_v2(path.c_str(), &database, flags | SQLITE_OPEN_NOMUTEX, nullptr);
     database_.reset(database); // a failed open leaves a connection too, for its message
@@ -57,7 +57,13 @@ Connection::Connection(const std::string& path, int flags) {
 }
 
 void Connection::fail(int code) const {
-    throw SqlError(code & 0xFF, database_ == nullptr ? "out of memory" : sqlite3_errmsg(database_.get()));
+    if (database_ == nullptr || sqlite3_extended_errcode(database_.get()) == SQLITE_IOERR_NOMEM) {
+        throw SqlError(path_, SQLITE_NOMEM, 0, "out of memory");
+    }
+    const int primary = code & 0xFF;
+    const bool of_the_system = primary == SQLITE_IOERR || primary == SQLITE_CANTOPEN;
+    throw SqlError(path_, primary, of_the_system ? sqlite3_system_errno(database_.get()) : 0,
+                   sqlite3_errmsg(database_.get()));
 }
 
 Statement Connection::prepare(const char* sql) {

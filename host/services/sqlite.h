@@ -12,14 +12,21 @@
 
 namespace tavro::host {
 
-// What SQLite answered: its primary result code and its own message.
+// What SQLite answered about a database: its primary result code and its own message.
 class SqlError : public std::runtime_error {
 public:
-    SqlError(int code, const std::string& message) : std::runtime_error(message), code_(code) {}
+    SqlError(const std::string& path, int code, int system_error, const std::string& message)
+        : std::runtime_error(message), path_(path), code_(code), system_error_(system_error) {}
+    // The database file.
+    const std::string& path() const { return path_; }
     int code() const { return code_; }
+    // The errno value that SQLite kept, 0 without one. It may come from cleaning up after the failure.
+    int system_error() const { return system_error_; }
 
 private:
+    std::string path_;
     int code_;
+    int system_error_;
 };
 
 class Connection;
@@ -92,6 +99,7 @@ private:
     };
     [[noreturn]] void fail(int code) const;
 
+    std::string path_;
     std::unique_ptr<sqlite3, Close> database_;
     std::unordered_map<const char*, std::unique_ptr<sqlite3_stmt, Close>> statements_;
     std::uint64_t work_ = 0;

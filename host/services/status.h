@@ -16,5 +16,5 @@ inline constexpr MwStatus kHostBadArgument = -109;        // null pointer, unkno
 inline constexpr MwStatus kHostNoRecordIdLeft = -110;     // add under 65535, which qry_rec_id gives for a full list
 inline constexpr MwStatus kHostCannotReadFile = -111;     // the file is there but cannot be read: see the log
 inline constexpr MwStatus kHostCannotWriteFile = -112;    // the file cannot be written: see the log
-inline constexpr MwStatus kHostStorageFull = -113;        // no space left for the database
+inline constexpr MwStatus kHostStorageFull = -113;        // no space left on the file system: see the log
 inline constexpr MwStatus kHostOutOfMemory = -114;

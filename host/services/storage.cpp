@@ -1,7 +1,7 @@
 #include "storage.h"
 
-#include "failure.h"
 #include "status.h"
+#include "storage_error.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -58,9 +58,7 @@ std::string prepared_directory(const std::string& directory) {
         error = std::make_error_code(std::errc::not_a_directory); // C++ libraries differ in what they say here
     }
     if (error) {
-        throw Failure(kHostStorageUnavailable, "cannot use the storage directory " + directory + ": " +
-                                                   error.message() +
-                                                   "; set TAVRO_HOME to a directory that you may write");
+        throw storage_failure("make the storage directory", directory, error.value());
     }
     return directory;
 }

@@ -52,7 +52,7 @@ TEST_F(FileHelpers, PathsThatOnlyLookLikeThePlatformsAreTheUsers) {
     EXPECT_EQ(fs_raw_init(0, "/no-such-directory/list"), kHostCannotWriteFile);
     EXPECT_EQ(log(), std::vector<std::string>{"E/TavroHost" + process_mark() +
                                               ": cannot prepare /no-such-directory/list: No such file or directory; "
-                                              "check that the directory exists and that you may use it"});
+                                              "check the path, or choose another path"});
 }
 
 TEST_F(FileHelpers, FindingDescribesTheFile) {

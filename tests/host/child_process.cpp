@@ -9,15 +9,16 @@
 
 extern char** environ;
 
-ChildProcess::ChildProcess(const std::vector<std::string>& arguments) {
+ChildProcess::ChildProcess(const std::vector<std::string>& arguments, const std::vector<std::string>& launcher) {
     int to_child[2];
     int from_child[2];
     if (::pipe2(to_child, O_CLOEXEC) != 0 || ::pipe2(from_child, O_CLOEXEC) != 0) {
         throw std::runtime_error("no pipes for a helper process");
     }
-    std::string program = HOST_HELPER;
-    std::vector<std::string> copies = arguments;
-    std::vector<char*> words{program.data()};
+    std::vector<std::string> copies = launcher;
+    copies.emplace_back(HOST_HELPER);
+    copies.insert(copies.end(), arguments.begin(), arguments.end());
+    std::vector<char*> words;
     for (std::string& argument : copies) {
         words.push_back(argument.data());
     }
@@ -26,14 +27,14 @@ ChildProcess::ChildProcess(const std::vector<std::string>& arguments) {
     ::posix_spawn_file_actions_init(&actions);
     ::posix_spawn_file_actions_adddup2(&actions, to_child[0], STDIN_FILENO);
     ::posix_spawn_file_actions_adddup2(&actions, from_child[1], STDOUT_FILENO);
-    const int error = ::posix_spawn(&process_, program.c_str(), &actions, nullptr, words.data(), environ);
+    const int error = ::posix_spawnp(&process_, words[0], &actions, nullptr, words.data(), environ);
     ::posix_spawn_file_actions_destroy(&actions);
     ::close(to_child[0]);
     ::close(from_child[1]);
     input_ = to_child[1];
     output_ = from_child[0];
     if (error != 0) {
-        throw std::runtime_error("cannot start " + program);
+        throw std::runtime_error("cannot start " + copies[0]);
     }
 }
 
@@ -51,6 +52,14 @@ std::string ChildProcess::read_line() {
         line += letter;
     }
     return line;
+}
+
+std::vector<std::string> ChildProcess::read_lines() {
+    std::vector<std::string> lines;
+    for (std::string line = read_line(); !line.empty(); line = read_line()) {
+        lines.push_back(line);
+    }
+    return lines;
 }
 
 void ChildProcess::close_input() {

@@ -7,8 +7,9 @@
 
 class ChildProcess {
 public:
-    // Starts tests/host/helper.cpp with these arguments in the test's environment.
-    explicit ChildProcess(const std::vector<std::string>& arguments);
+    // Starts tests/host/helper.cpp with these arguments in the test's environment. `launcher` is a command, found
+    // in PATH, that runs the program named by the words after it; it must keep the process id, as exec does.
+    explicit ChildProcess(const std::vector<std::string>& arguments, const std::vector<std::string>& launcher = {});
     ~ChildProcess(); // kills and reaps what still runs
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
@@ -17,6 +18,8 @@ public:
 
     // The next line that it writes, without its newline; empty at the end of its output.
     std::string read_line();
+    // The rest of what it writes, line by line.
+    std::vector<std::string> read_lines();
     // Ends its standard input.
     void close_input();
     // Kills it with SIGKILL and waits for its end.

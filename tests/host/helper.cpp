@@ -5,13 +5,19 @@
 //     remove ID         removes a record
 //     lock | read_lock  takes the lock, prints "locked" and holds it until standard input ends
 //     store PATH        stores list 1 and list 2 to PATH in turn until it is killed; a line after each
+//     fill COUNT [FILE] makes COUNT calls that add a record to list 1, or open or create the list while it is not
+//                       open; prints each status once, in the order in which they came. With FILE it then removes
+//                       that file and prints the status of one more such call
+//     store_once PATH   makes list 1, stores it to PATH twice and prints the status of each store
 #include "middleware/nwl.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string>
 #include <unistd.h>
+#include <vector>
 
 namespace {
 
@@ -47,6 +53,40 @@ void add(int first, int count) {
     }
 }
 
+// Adds a record, or opens or creates the list while it is not open.
+MwStatus add_one(MwdbHandle& list, int id) {
+    if (list == 0) {
+        const MwStatus opened = x_nwl_open(1, 0, 0, &list);
+        return opened == kMwOk ? opened : x_nwl_create("list", 1, kMwCreateMode, kMwCreateGrowth, 0, 0, &list);
+    }
+    _NWL_REC_T record{};
+    record.ui2_nwl_rec_id = static_cast<std::uint16_t>(id);
+    return x_nwl_add_rec(list, &record);
+}
+
+void fill(int count, const char* ballast) {
+    MwdbHandle list = 0;
+    std::vector<MwStatus> seen;
+    for (int id = 1; id <= count; ++id) {
+        const MwStatus status = add_one(list, id);
+        if (std::find(seen.begin(), seen.end(), status) == seen.end()) {
+            seen.push_back(status);
+            say(std::to_string(status));
+        }
+    }
+    if (ballast != nullptr) {
+        std::remove(ballast);
+        say("then " + std::to_string(add_one(list, count + 1)));
+    }
+}
+
+void store_once(const char* path) {
+    MwdbHandle list = 0;
+    check(x_nwl_create("list", 1, kMwCreateMode, kMwCreateGrowth, 0, 0, &list), "create");
+    say(std::to_string(x_nwl_fs_store(list, path, 1)));
+    say(std::to_string(x_nwl_fs_store(list, path, 1)));
+}
+
 void hold(MwStatus (*lock)(MwdbHandle), MwStatus (*unlock)(MwdbHandle)) {
     const MwdbHandle list = opened(1);
     check(lock(list), "lock");
@@ -78,6 +118,10 @@ int main(int count, char** arguments) {
         hold(x_nwl_read_lock, x_nwl_read_unlock);
     } else if (command == "store") {
         store(arguments[2]);
+    } else if (command == "fill") {
+        fill(std::atoi(arguments[2]), count > 3 ? arguments[3] : nullptr);
+    } else if (command == "store_once") {
+        store_once(arguments[2]);
     } else {
         ++failures;
     }

@@ -206,10 +206,9 @@ TYPED_TEST(BadListFiles, ADirectory) {
 TYPED_TEST(BadListFiles, StoredWhereNoDirectoryIs) {
     const std::string file = this->path("nowhere/list");
     EXPECT_EQ(TypeParam::store(this->handle_, file.c_str(), 1), kHostCannotWriteFile);
-    EXPECT_EQ(this->log(), std::vector<std::string>{
-                               "E/TavroHost" + Workspace::process_mark() + ": cannot write list file " + file +
-                               ": unable to open database file; check that its directory exists, may be written and "
-                               "has space left"});
+    EXPECT_EQ(this->log(),
+              std::vector<std::string>{"E/TavroHost" + Workspace::process_mark() + ": cannot write list file " + file +
+                                       ": No such file or directory; check the path, or choose another path"});
 }
 
 TYPED_TEST(BadListFiles, StoredOverADirectory) {

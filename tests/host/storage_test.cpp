@@ -3,7 +3,9 @@
 #include "services/status.h"
 #include "workspace.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <sqlite3.h>
 
 namespace fs = std::filesystem;
 
@@ -18,15 +20,35 @@ protected:
     }
 };
 
+// SQLite's file system without its sleeps: a wait for another connection's lock takes no time.
+class SleeplessFileSystem {
+public:
+    SleeplessFileSystem() : usual_(sqlite3_vfs_find(nullptr)), sleepless_(*usual_) {
+        sleepless_.zName = "sleepless";
+        sleepless_.xSleep = [](sqlite3_vfs*, int microseconds) { return microseconds; };
+        sqlite3_vfs_register(&sleepless_, /*makeDflt*/ 1);
+    }
+    ~SleeplessFileSystem() {
+        sqlite3_vfs_unregister(&sleepless_);
+        sqlite3_vfs_register(usual_, /*makeDflt*/ 1);
+    }
+    SleeplessFileSystem(const SleeplessFileSystem&) = delete;
+    SleeplessFileSystem& operator=(const SleeplessFileSystem&) = delete;
+
+private:
+    sqlite3_vfs* usual_;
+    sqlite3_vfs sleepless_;
+};
+
 } // namespace
 
 TEST_F(StorageTrouble, AFileInThePlaceOfTheDirectory) {
     write_file(home(), "not a directory");
     EXPECT_EQ(open_list(), kHostStorageUnavailable);
     EXPECT_EQ(open_list(), kHostStorageUnavailable);
-    EXPECT_EQ(log(), std::vector<std::string>{line("cannot use the storage directory " + home() +
-                                                   ": Not a directory; set TAVRO_HOME to a directory that you may "
-                                                   "write")});
+    EXPECT_EQ(log(), std::vector<std::string>{line("cannot make the storage directory " + home() +
+                                                   ": Not a directory; check the path, or set TAVRO_HOME to another "
+                                                   "directory")});
 }
 
 TEST_F(StorageTrouble, ADatabaseThatIsNone) {
@@ -37,6 +59,42 @@ TEST_F(StorageTrouble, ADatabaseThatIsNone) {
     EXPECT_EQ(log(), std::vector<std::string>{line("the list database " + home() +
                                                    "/lists.db fails: file is not a database; move the file away to "
                                                    "start without lists, or set TAVRO_HOME to another directory")});
+}
+
+TEST_F(StorageTrouble, ADamagedDatabase) {
+    const MwdbHandle handle = created<Services>(1);
+    for (std::uint16_t id = 1; id <= 100; ++id) {
+        ASSERT_EQ(add<Services>(handle, id, 0x11), kMwOk);
+    }
+    restart();
+    std::string bytes = read_file(home() + "/lists.db"); // the lists are on its second page, records follow
+    std::fill(bytes.begin() + 2 * 4096, bytes.end(), '\xFF');
+    write_file(home() + "/lists.db", bytes);
+    const MwdbHandle again = opened<Services>(1);
+    for (std::uint16_t id = 1; id <= 10; ++id) {
+        EXPECT_EQ(add<Services>(again, id, 0x22), kHostStorageUnavailable);
+        EXPECT_EQ(contents<Services>(again), (Contents{{-1, kHostStorageUnavailable}}));
+    }
+    EXPECT_EQ(log(), std::vector<std::string>{line("the list database " + home() +
+                                                   "/lists.db fails: the file is damaged (database disk image is "
+                                                   "malformed); move the file away to start without lists, or set "
+                                                   "TAVRO_HOME to another directory")});
+}
+
+TEST_F(StorageTrouble, ALockedDatabase) {
+    const SleeplessFileSystem nobody_waits;
+    const MwdbHandle handle = created<Services>(1);
+    sqlite3* other = nullptr;
+    ASSERT_EQ(sqlite3_open((home() + "/lists.db").c_str(), &other), SQLITE_OK);
+    EXPECT_EQ(sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
+    EXPECT_EQ(add<Services>(handle, 1, 0x11), kHostStorageUnavailable);
+    EXPECT_EQ(add<Services>(handle, 2, 0x22), kHostStorageUnavailable);
+    EXPECT_EQ(sqlite3_close(other), SQLITE_OK);
+    EXPECT_EQ(add<Services>(handle, 3, 0x33), kMwOk);
+    restart();
+    EXPECT_EQ(log(), std::vector<std::string>{line("the list database " + home() +
+                                                   "/lists.db fails: database is locked; another process has been "
+                                                   "writing to it for too long; end that process")});
 }
 
 TEST_F(StorageTrouble, SomebodyElsesDatabase) {

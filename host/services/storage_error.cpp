@@ -1,0 +1,140 @@
+#include "storage_error.h"
+
+#include "common/file_error.h"
+#include "status.h"
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+#include <unistd.h>
+
+namespace tavro::host {
+namespace {
+
+constexpr char kOtherHome[] = "set TAVRO_HOME to another directory";
+constexpr char kOtherPath[] = "choose another path";
+
+// SQLite lets its files grow by up to this much at once.
+constexpr std::uint64_t kGrowth = std::uint64_t{64} * 1024;
+
+// What stands in the way of SQLite: a path and an errno value, 0 when nothing is found.
+struct Obstacle {
+    std::string path;
+    int error = 0;
+};
+
+// Whether a file can be opened for reading and writing. Returns 0, also when there is none, or an errno value.
+int file_error(const std::string& path) {
+    struct stat found {};
+    if (::stat(path.c_str(), &found) != 0) {
+        return 0;
+    }
+    if (S_ISDIR(found.st_mode)) {
+        return EISDIR;
+    }
+    return ::access(path.c_str(), R_OK | W_OK) == 0 ? 0 : errno;
+}
+
+bool has_space(const std::string& directory) {
+    struct statvfs found {};
+    if (::statvfs(directory.c_str(), &found) != 0) {
+        return true;
+    }
+    const bool counts_files = found.f_files != 0;
+    return std::uint64_t{found.f_bavail} * found.f_frsize >= kGrowth && !(counts_files && found.f_favail == 0);
+}
+
+// SQLite's codes do not tell the causes apart: it opens read-only what it may not write, fails later, and the
+// errno that it keeps may come from cleaning up. So the files are looked at.
+Obstacle find_obstacle(const SqlError& error) {
+    if (error.code() == SQLITE_FULL || means_full(error.system_error())) {
+        return {error.path(), ENOSPC};
+    }
+    for (const char* suffix : {"", "-wal", "-shm"}) {
+        const std::string file = error.path() + suffix;
+        const int refused = file_error(file);
+        if (refused != 0) {
+            return {file, refused};
+        }
+    }
+    const std::string directory = std::filesystem::path(error.path()).parent_path();
+    const std::string place = directory.empty() ? "." : directory;
+    if (::access(place.c_str(), W_OK | X_OK) != 0) {
+        return {place, errno};
+    }
+    return {error.path(), has_space(place) ? 0 : ENOSPC};
+}
+
+// Whether an error can come from the files' surroundings, and not from what is in the database.
+bool concerns_files(int code) {
+    switch (code) {
+    case SQLITE_FULL:
+    case SQLITE_IOERR:
+    case SQLITE_CANTOPEN:
+    case SQLITE_READONLY:
+    case SQLITE_PERM:
+        return true;
+    default:
+        return false;
+    }
+}
+
+Obstacle obstacle_of(const SqlError& error) {
+    return concerns_files(error.code()) ? find_obstacle(error) : Obstacle{error.path(), 0};
+}
+
+const char* remedy(int sqlite_code) {
+    switch (sqlite_code) {
+    case SQLITE_NOTADB:
+    case SQLITE_CORRUPT:
+        return "move the file away to start without lists, or set TAVRO_HOME to another directory";
+    case SQLITE_BUSY:
+        return "another process has been writing to it for too long; end that process";
+    default:
+        return "check that the directory and its files are yours, or set TAVRO_HOME to another directory";
+    }
+}
+
+// SQLite's message, with the system's where it says more.
+std::string cause(const SqlError& error) {
+    if (error.code() == SQLITE_CORRUPT) {
+        return std::string("the file is damaged (") + error.what() + ")";
+    }
+    const int system_error = error.system_error();
+    return error.what() + (system_error == 0 ? "" : std::string(" (") + std::strerror(system_error) + ")");
+}
+
+MwStatus status_of(int error, MwStatus otherwise) { return means_full(error) ? kHostStorageFull : otherwise; }
+
+} // namespace
+
+Failure storage_failure(const std::string& action, const std::string& path, int error) {
+    return {status_of(error, kHostStorageUnavailable),
+            "cannot " + action + " " + path + ": " + explain(error, kOtherHome)};
+}
+
+Failure storage_failure(const SqlError& error) {
+    const Obstacle obstacle = obstacle_of(error);
+    if (obstacle.error != 0) {
+        return storage_failure("use", obstacle.path, obstacle.error);
+    }
+    return {error.code() == SQLITE_NOMEM ? kHostOutOfMemory : kHostStorageUnavailable,
+            "the list database " + error.path() + " fails: " + cause(error) + "; " + remedy(error.code())};
+}
+
+Failure write_failure(const std::string& path, int error) {
+    return {status_of(error, kHostCannotWriteFile),
+            "cannot write list file " + path + ": " + explain(error, kOtherPath)};
+}
+
+Failure write_failure(const std::string& path, const SqlError& error) {
+    const Obstacle obstacle = obstacle_of(error);
+    if (obstacle.error != 0) {
+        return write_failure(path, obstacle.error);
+    }
+    return {kHostCannotWriteFile, "cannot write list file " + path + ": " + cause(error) + "; " + kOtherPath};
+}
+
+} // namespace tavro::host

@@ -1,0 +1,90 @@
+// Storage on a file system without space: the status and the one line in the log.
+#include "child_process.h"
+#include "sandbox.h"
+#include "services/status.h"
+#include "workspace.h"
+
+#include <filesystem>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+constexpr char kAdvice[] = ": No space left on device; free some space on its file system";
+
+class FullDisk : public Workspace {
+protected:
+    FullDisk() { fs::create_directory(home()); }
+
+    // Mounts an empty file system with these limits as the storage directory.
+    std::string mount(const std::string& limits) const {
+        return "mount -t tmpfs -o " + limits + " tavro-test '" + home() + "'";
+    }
+
+    // The child reports a full file system, and nothing else, in one line for all of its calls. Its first calls
+    // may have succeeded.
+    void expect_full(const Lines& statuses) {
+        const std::string full = std::to_string(kHostStorageFull);
+        EXPECT_TRUE(statuses == Lines{full} || statuses == (Lines{"0", full})) << ::testing::PrintToString(statuses);
+        const Lines lines = log();
+        ASSERT_EQ(lines.size(), 1u) << ::testing::PrintToString(lines);
+        EXPECT_NE(lines[0].find(" " + home()), std::string::npos) << lines[0];
+        EXPECT_EQ(lines[0].substr(lines[0].size() - std::min(lines[0].size(), std::string(kAdvice).size())), kAdvice);
+        fs::remove(path("log"));
+    }
+};
+
+} // namespace
+
+// With each larger size SQLite fails at a later step, with a code of its own.
+TEST_F(FullDisk, IsReportedWhereverSpaceRunsOut) {
+    TAVRO_NEEDS_SANDBOX();
+    for (int kilobytes = 4; kilobytes <= 120; kilobytes += 4) {
+        SCOPED_TRACE(kilobytes);
+        ChildProcess writer({"fill", "100"}, sandboxed(mount("size=" + std::to_string(kilobytes) + "k")));
+        expect_full(writer.read_lines());
+        EXPECT_EQ(writer.wait(), 0);
+    }
+}
+
+TEST_F(FullDisk, IsReportedWhenNoMoreFilesCanBeMade) {
+    TAVRO_NEEDS_SANDBOX();
+    // The directory itself is one; locks, lists.db, lists.db-wal and lists.db-shm follow.
+    for (int files = 1; files <= 4; ++files) {
+        SCOPED_TRACE(files);
+        ChildProcess writer({"fill", "100"}, sandboxed(mount("nr_inodes=" + std::to_string(files))));
+        EXPECT_EQ(writer.read_line(), std::to_string(kHostStorageFull));
+        expect_full({std::to_string(kHostStorageFull)});
+        EXPECT_EQ(writer.wait(), 0);
+    }
+}
+
+TEST_F(FullDisk, IsUsedAgainOnceSpaceIsFree) {
+    TAVRO_NEEDS_SANDBOX();
+    const std::string ballast = home() + "/ballast";
+    ChildProcess writer({"fill", "100", ballast},
+                        sandboxed(mount("size=200k") + " && head -c 60000 /dev/zero > '" + ballast + "'"));
+    const Lines lines = writer.read_lines();
+    EXPECT_EQ(lines, (Lines{"0", std::to_string(kHostStorageFull), "then 0"}));
+    expect_full({"0", std::to_string(kHostStorageFull)});
+    EXPECT_EQ(writer.wait(), 0);
+}
+
+TEST_F(FullDisk, IsReportedForAListFile) {
+    TAVRO_NEEDS_SANDBOX();
+    fs::create_directory(path("disk"));
+    const std::string file = path("disk/list");
+    for (const char* limits : {"size=4k", "nr_inodes=1"}) {
+        SCOPED_TRACE(limits);
+        ChildProcess writer({"store_once", file}, sandboxed("mount -t tmpfs -o " + std::string(limits) +
+                                                            " tavro-test '" + path("disk") + "'"));
+        EXPECT_EQ(writer.read_lines(), Lines(2, std::to_string(kHostStorageFull)));
+        EXPECT_EQ(writer.wait(), 0);
+        EXPECT_EQ(log().size(), 1u);
+        EXPECT_NE(log()[0].find(": cannot write list file " + file + kAdvice), std::string::npos) << log()[0];
+        fs::remove(path("log"));
+        fs::remove_all(home());
+    }
+}
