@@ -1,7 +1,10 @@
 // The log on standard error, or at the end of the file that TAVRO_LOG_FILE names, in logcat's brief
 // form: `D/SomeTag ( 4711): text`. The tag fills at least 8 places, the process id at least 5; a null
-// tag is an empty one.
+// tag is an empty one. The file gets every byte; standard error gets dots for control characters.
+#include "common/file_error.h"
+#include "common/report.h"
 #include "format.h"
+#include "printable.h"
 
 #include <android/log.h>
 
@@ -10,6 +13,7 @@
 #include <fcntl.h>
 #include <string_view>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -37,10 +41,17 @@ std::string lines_of(const std::string& prefix, std::string_view text) {
     return lines;
 }
 
-// One write, so that lines of several threads and processes do not mix. Returns 0 or an errno value.
-int write_whole(int file, const std::string& lines) {
-    const ssize_t written = ::write(file, lines.data(), lines.size());
-    return written < 0 ? errno : 0;
+// One write, unless the system takes less, so that lines of several threads and processes do not mix. Returns 0
+// or an errno value.
+int write_whole(int file, std::string_view lines) {
+    while (!lines.empty()) {
+        const ssize_t written = ::write(file, lines.data(), lines.size());
+        if (written < 0 && errno != EINTR) {
+            return errno;
+        }
+        lines.remove_prefix(written < 0 ? 0 : static_cast<std::size_t>(written));
+    }
+    return 0;
 }
 
 int write_to_file(const char* path, const std::string& lines) {
@@ -53,6 +64,23 @@ int write_to_file(const char* path, const std::string& lines) {
     return error;
 }
 
+// Whether the lines went to the file that TAVRO_LOG_FILE names. It is opened for every line, so that it may be
+// moved away while the process runs.
+bool written_to_file(const std::string& lines) {
+    const char* const path = std::getenv("TAVRO_LOG_FILE");
+    if (path == nullptr || *path == '\0') {
+        return false;
+    }
+    const int error = write_to_file(path, lines);
+    if (error != 0) {
+        // Comes back here as a line of its own, and is not reported again.
+        tavro::host::report_once(std::string("cannot write the log file ") + path + ": " +
+                                 tavro::host::explain(error, "set TAVRO_LOG_FILE to another file") +
+                                 "; until then lines go to standard error");
+    }
+    return error == 0;
+}
+
 } // namespace
 
 // Returns 1, or a negative errno value when the line could be written nowhere.
@@ -62,13 +90,8 @@ extern "C" int __android_log_print(int priority, const char* tag, const char* fo
     va_start(arguments, format);
     const std::string text = format_text(format, arguments);
     va_end(arguments);
-    const std::string lines = lines_of(prefix_of(priority, tag), text);
-    const char* const path = std::getenv("TAVRO_LOG_FILE");
-    int error = 0;
-    // The file is opened for every line, so that it may be moved away while the process runs.
-    if (path == nullptr || *path == '\0' || write_to_file(path, lines) != 0) {
-        error = write_whole(STDERR_FILENO, lines);
-    }
+    std::string lines = lines_of(prefix_of(priority, tag), text);
+    const int error = written_to_file(lines) ? 0 : write_whole(STDERR_FILENO, printable(std::move(lines)));
     errno = callers_errno;
     return error == 0 ? 1 : -error;
 }

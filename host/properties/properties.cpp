@@ -1,4 +1,5 @@
 // System properties from the environment and from a file that may change while the process runs.
+#include "common/file_error.h"
 #include "common/paths.h"
 #include "common/report.h"
 
@@ -30,13 +31,13 @@ std::int64_t nanoseconds(const timespec& time) { return std::int64_t{time.tv_sec
 // What tells one state of the file from the next.
 struct FileState {
     std::string path;
-    bool there = false;
+    int error = 0; // an errno value when there is nothing to read
     std::uint64_t inode = 0;
     std::int64_t size = 0;
     std::int64_t modified = 0;
 
     bool operator==(const FileState& other) const {
-        return path == other.path && there == other.there && inode == other.inode && size == other.size &&
+        return path == other.path && error == other.error && inode == other.inode && size == other.size &&
                modified == other.modified;
     }
 };
@@ -44,9 +45,9 @@ struct FileState {
 FileState state_of(const std::string& path) {
     struct stat found {};
     if (::stat(path.c_str(), &found) != 0) {
-        return {path};
+        return {path, errno};
     }
-    return {path, true, found.st_ino, found.st_size, nanoseconds(found.st_mtim)};
+    return {path, S_ISDIR(found.st_mode) ? EISDIR : 0, found.st_ino, found.st_size, nanoseconds(found.st_mtim)};
 }
 
 std::string trimmed(const std::string& text) {
@@ -56,12 +57,14 @@ std::string trimmed(const std::string& text) {
 }
 
 // The `name=value` lines of the file; blank lines and those that begin with # are left out.
-Properties read_properties(const FileState& state) {
+// A file that is not there is reported when the engineer has named it.
+Properties read_properties(const FileState& state, bool named) {
     Properties properties;
     std::ifstream file(state.path);
-    if (!file && state.there) {
-        tavro::host::report_once("cannot read the properties in " + state.path + ": " + std::strerror(errno) +
-                                 "; make the file readable or name another in TAVRO_PROPERTIES");
+    const int error = state.error != 0 || file ? state.error : errno;
+    if (error != 0 && (named || error != ENOENT)) {
+        tavro::host::report_once("cannot read the properties file " + state.path + ": " +
+                                 tavro::host::explain(error, "name another file in TAVRO_PROPERTIES"));
     }
     for (std::string line; std::getline(file, line);) {
         const std::size_t sign = line.find('=');
@@ -93,7 +96,7 @@ private:
         }
         timespec now{};
         ::clock_gettime(CLOCK_REALTIME, &now);
-        properties_ = read_properties(state);
+        properties_ = read_properties(state, named);
         settled_ = nanoseconds(now) - state.modified > kSettled;
         state_ = std::move(state);
     }

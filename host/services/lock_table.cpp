@@ -4,7 +4,12 @@
 #include "status.h"
 
 #include <algorithm>
+#include <charconv>
+#include <cstdint>
 #include <cstdlib>
+#include <limits>
+#include <string_view>
+#include <system_error>
 #include <unistd.h>
 
 namespace tavro::host {
@@ -16,14 +21,23 @@ constexpr milliseconds kDefaultTimeout{3000};
 // How often a lock that another process holds is tried again: nobody tells this process of its end.
 constexpr milliseconds kProcessRetry{2};
 
+constexpr std::uint32_t kLongestTimeout = std::numeric_limits<std::int32_t>::max();
+
 milliseconds lock_timeout() {
-    const char* const text = std::getenv("TAVRO_LOCK_TIMEOUT_MS");
-    if (text == nullptr) {
+    const char* const setting = std::getenv("TAVRO_LOCK_TIMEOUT_MS");
+    if (setting == nullptr) {
         return kDefaultTimeout;
     }
-    char* end = nullptr;
-    const long value = std::strtol(text, &end, 10);
-    return end == text || *end != '\0' || value < 0 ? kDefaultTimeout : milliseconds{value};
+    const std::string_view text = setting;
+    std::uint32_t value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc() || end != text.data() + text.size() || value > kLongestTimeout) {
+        report_once("TAVRO_LOCK_TIMEOUT_MS is '" + std::string(text) +
+                    "', which is not a number of milliseconds from 0 to " + std::to_string(kLongestTimeout) +
+                    "; waiting " + std::to_string(kDefaultTimeout.count()) + " ms instead");
+        return kDefaultTimeout;
+    }
+    return milliseconds{value};
 }
 
 pid_t this_thread() {

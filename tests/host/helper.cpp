@@ -8,8 +8,11 @@
 //     fill COUNT [FILE] makes COUNT calls that add a record to list 1, or open or create the list while it is not
 //                       open; prints each status once, in the order in which they came. With FILE it then removes
 //                       that file and prints the status of one more such call
+//     property NAME     prints a property twice, "default" when it is not set
 //     store_once PATH   makes list 1, stores it to PATH twice and prints the status of each store
 #include "middleware/nwl.h"
+
+#include <cutils/properties.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -87,6 +90,14 @@ void store_once(const char* path) {
     say(std::to_string(x_nwl_fs_store(list, path, 1)));
 }
 
+void print_property(const char* name) {
+    for (int i = 0; i < 2; ++i) {
+        char value[PROPERTY_VALUE_MAX];
+        property_get(name, value, "default");
+        say(value);
+    }
+}
+
 void hold(MwStatus (*lock)(MwdbHandle), MwStatus (*unlock)(MwdbHandle)) {
     const MwdbHandle list = opened(1);
     check(lock(list), "lock");
@@ -120,6 +131,8 @@ int main(int count, char** arguments) {
         store(arguments[2]);
     } else if (command == "fill") {
         fill(std::atoi(arguments[2]), count > 3 ? arguments[3] : nullptr);
+    } else if (command == "property") {
+        print_property(arguments[2]);
     } else if (command == "store_once") {
         store_once(arguments[2]);
     } else {

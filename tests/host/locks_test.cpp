@@ -4,9 +4,23 @@
 #include "workspace.h"
 
 #include <atomic>
+#include <filesystem>
+#include <fstream>
 #include <future>
 #include <thread>
 #include <unistd.h>
+
+namespace {
+
+// Returns when the thread sleeps, as it does inside a call that waits for a lock.
+void await_sleep(pid_t thread) {
+    const std::string file = "/proc/self/task/" + std::to_string(thread) + "/stat";
+    for (std::string stat; stat.find(") S ") == std::string::npos; std::this_thread::yield()) {
+        std::getline(std::ifstream(file), stat);
+    }
+}
+
+} // namespace
 
 template <class Kind>
 class Locks : public Workspace {
@@ -26,14 +40,6 @@ protected:
     }
     MwStatus read_elsewhere() const {
         return elsewhere([this] { return taken(Kind::read_lock(handle), Kind::read_unlock); });
-    }
-
-    // Returns when the thread sleeps, as it does inside a call that waits for a lock.
-    static void await_sleep(pid_t thread) {
-        const std::string file = "/proc/self/task/" + std::to_string(thread) + "/stat";
-        for (std::string stat; stat.find(") S ") == std::string::npos; std::this_thread::yield()) {
-            stat = Workspace::read_file(file);
-        }
     }
 
     MwdbHandle handle = 0;
@@ -150,7 +156,7 @@ TYPED_TEST(Locks, AWaitEndsWhenTheHolderGivesTheLockBack) {
         EXPECT_TRUE(given_back);
         EXPECT_EQ(TypeParam::unlock(this->handle), kMwOk);
     });
-    this->await_sleep(waiting.get_future().get());
+    await_sleep(waiting.get_future().get());
     given_back = true;
     EXPECT_EQ(TypeParam::unlock(this->handle), kMwOk);
     waiter.join();
@@ -165,7 +171,7 @@ TYPED_TEST(Locks, ReadersThatComeLaterLetAWaitingWriterGoFirst) {
         EXPECT_EQ(TypeParam::lock(this->handle), kMwOk);
         EXPECT_EQ(TypeParam::unlock(this->handle), kMwOk);
     });
-    this->await_sleep(waiting.get_future().get());
+    await_sleep(waiting.get_future().get());
     this->environment.set("TAVRO_LOCK_TIMEOUT_MS", "30");
     EXPECT_EQ(this->read_elsewhere(), kHostLockTimeout);
     EXPECT_EQ(TypeParam::read_lock(this->handle), kMwOk); // who reads already may go on
@@ -190,6 +196,68 @@ TYPED_TEST(Locks, ATimeOutNamesTheListTheThreadsAndTheRemedy) {
                                        " of this process; look for a lock that is not given back there, or set "
                                        "TAVRO_LOCK_TIMEOUT_MS higher"});
     EXPECT_EQ(TypeParam::unlock(this->handle), kMwOk);
+}
+
+// A setting that is no number of milliseconds from 0 to 2147483647 counts as not set, and is named once.
+class LockTimeout : public Workspace {
+protected:
+    // What a wait that ends says about its length.
+    std::string waited(MwdbHandle handle) const {
+        EXPECT_EQ(std::async(std::launch::async, [&] { return x_nwl_lock(handle); }).get(), kHostLockTimeout);
+        const std::string line = log().back();
+        const std::size_t start = line.find("waited ");
+        return line.substr(start, line.find(" for the") - start);
+    }
+
+    // Another thread waits for the lock until it is given back.
+    static void expect_a_wait(MwdbHandle handle) {
+        ASSERT_EQ(x_nwl_lock(handle), kMwOk);
+        std::promise<pid_t> waiting;
+        std::thread waiter([&] {
+            waiting.set_value(::gettid());
+            EXPECT_EQ(x_nwl_lock(handle), kMwOk);
+        });
+        await_sleep(waiting.get_future().get());
+        EXPECT_EQ(x_nwl_unlock(handle), kMwOk);
+        waiter.join();
+    }
+};
+
+TEST_F(LockTimeout, OfAnInvalidSettingIsTheDefaultWithOneWarning) {
+    const MwdbHandle handle = created<Networks>(1);
+    for (const char* value : {"abc", "-1", "", "30x", " 30", "+30", "2147483648", "99999999999999999999", "1e3"}) {
+        SCOPED_TRACE(value);
+        environment.set("TAVRO_LOCK_TIMEOUT_MS", value);
+        for (int i = 0; i < 3; ++i) {
+            EXPECT_EQ(x_nwl_lock(handle), kMwOk);
+            EXPECT_EQ(x_nwl_unlock(handle), kMwOk);
+        }
+        EXPECT_EQ(log(),
+                  std::vector<std::string>{"E/TavroHost" + process_mark() + ": TAVRO_LOCK_TIMEOUT_MS is '" + value +
+                                           "', which is not a number of milliseconds from 0 to 2147483647; "
+                                           "waiting 3000 ms instead"});
+        std::filesystem::remove(path("log"));
+    }
+}
+
+TEST_F(LockTimeout, OfAnInvalidSettingIsWaitedFor) {
+    environment.set("TAVRO_LOCK_TIMEOUT_MS", "-5");
+    expect_a_wait(created<Networks>(1));
+    EXPECT_EQ(log().size(), 1u);
+}
+
+TEST_F(LockTimeout, MayBeAnyNumberInRange) {
+    const MwdbHandle handle = created<Networks>(1);
+    ASSERT_EQ(x_nwl_lock(handle), kMwOk);
+    environment.set("TAVRO_LOCK_TIMEOUT_MS", "0");
+    EXPECT_EQ(waited(handle), "waited 0 ms");
+    environment.set("TAVRO_LOCK_TIMEOUT_MS", "0007");
+    EXPECT_EQ(waited(handle), "waited 7 ms");
+    EXPECT_EQ(log().size(), 2u);
+    EXPECT_EQ(x_nwl_unlock(handle), kMwOk);
+    environment.set("TAVRO_LOCK_TIMEOUT_MS", "2147483647");
+    expect_a_wait(handle);
+    EXPECT_EQ(log().size(), 2u);
 }
 
 class LockedWork : public Workspace {};

@@ -10,6 +10,13 @@ namespace {
 class Log : public Workspace {
 protected:
     using Lines = std::vector<std::string>;
+
+    // What standard error gets when `text` is logged.
+    static std::string on_standard_error(const std::string& text) {
+        ::testing::internal::CaptureStderr();
+        EXPECT_EQ(__android_log_print(5, "LongTags", "%s", text.c_str()), 1);
+        return ::testing::internal::GetCapturedStderr();
+    }
 };
 
 } // namespace
@@ -52,13 +59,86 @@ TEST_F(Log, WritesLongTextsWhole) {
     EXPECT_EQ(log(), (Lines{"D/LongTags" + process_mark() + ": " + text}));
 }
 
-TEST_F(Log, GoesToStandardErrorWithoutAFileOrWhenTheFileCannotBeWritten) {
-    for (const std::string& file : {std::string(), path("nowhere/log")}) {
-        environment.set("TAVRO_LOG_FILE", file);
-        ::testing::internal::CaptureStderr();
-        EXPECT_EQ(__android_log_print(5, "LongTags", "text\n"), 1);
-        EXPECT_EQ(::testing::internal::GetCapturedStderr(), "W/LongTags" + process_mark() + ": text\n");
+TEST_F(Log, GoesToStandardErrorWithoutAFile) {
+    environment.set("TAVRO_LOG_FILE", "");
+    EXPECT_EQ(on_standard_error("text\n"), "W/LongTags" + process_mark() + ": text\n");
+    environment.unset("TAVRO_LOG_FILE");
+    EXPECT_EQ(on_standard_error("text\n"), "W/LongTags" + process_mark() + ": text\n");
+}
+
+TEST_F(Log, GoesToStandardErrorWhenTheFileCannotBeWrittenAndSaysSoOnce) {
+    const std::string file = path("nowhere/log");
+    environment.set("TAVRO_LOG_FILE", file);
+    const std::string line = "W/LongTags" + process_mark() + ": text\n";
+    EXPECT_EQ(on_standard_error("text"), "E/TavroHost" + process_mark() + ": cannot write the log file " + file +
+                                             ": No such file or directory; check the path, or set TAVRO_LOG_FILE to "
+                                             "another file; until then lines go to standard error\n" +
+                                             line);
+    EXPECT_EQ(on_standard_error("text"), line);
+    environment.set("TAVRO_LOG_FILE", directory());
+    EXPECT_EQ(on_standard_error("text"), "E/TavroHost" + process_mark() + ": cannot write the log file " + directory() +
+                                             ": Is a directory; move it away, or set TAVRO_LOG_FILE to another file; "
+                                             "until then lines go to standard error\n" +
+                                             line);
+}
+
+TEST_F(Log, GoesToStandardErrorWhenTheFileIsOnAFullDisk) {
+    environment.set("TAVRO_LOG_FILE", "/dev/full");
+    std::string lines = on_standard_error("text");
+    lines += on_standard_error("text");
+    const std::string line = "W/LongTags" + process_mark() + ": text\n";
+    EXPECT_EQ(lines, "E/TavroHost" + process_mark() +
+                         ": cannot write the log file /dev/full: No space left on device; free some space on its file "
+                         "system; until then lines go to standard error\n" +
+                         line + line);
+}
+
+// What a terminal takes for a command is shown as a dot: ESC and BEL, DEL, the C1 controls as UTF-8 has them, and
+// bytes that are C1 controls where the terminal does not expect UTF-8.
+TEST_F(Log, NeverControlsTheTerminal) {
+    environment.unset("TAVRO_LOG_FILE");
+    const std::pair<std::string, std::string> cases[] = {
+        {"\x1B[31mred\a", "·[31mred·"},
+        {"a\rb\bc\x7F", "a·b·c·"},
+        {"tab\tand blank", "tab\tand blank"},
+        {"\xC2\x80 \xC2\x9B"
+         "31m \xC2\x9F \xC2\xA0",
+         "· ·31m · \xC2\xA0"},
+        {"\x9B"
+         "31m\x80\x9F",
+         "·31m··"},
+        {"\xA0\xE4\xFF", "\xA0\xE4\xFF"},
+        {"ZDF Übertragung € 你 😀 Ü", "ZDF Übertragung € 你 😀 Ü"},
+        {"\xC0\x9B \xE0\x80\x9B \xF0\x80\x80\x9B", "\xC0· \xE0·· \xF0···"},
+        {"\xED\xA0\x80 \xF4\x90\x80\x80 \xF5\x80\x80\x80", "\xED\xA0· \xF4··· \xF5···"},
+        {"\xE2\x82", "\xE2·"},
+        {"\xE2\x82\x1B", "\xE2··"},
+        {"\xC3\xC3\x9C \xF0\x9F\x98", "\xC3Ü \xF0··"},
+    };
+    for (const auto& [text, shown] : cases) {
+        EXPECT_EQ(on_standard_error(text), "W/LongTags" + process_mark() + ": " + shown + "\n");
     }
+    ::testing::internal::CaptureStderr();
+    __android_log_print(5, "Tag\x1B", "one\n\x1Btwo\n");
+    const std::string prefix = "W/Tag·    " + process_mark() + ": ";
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), prefix + "one\n" + prefix + "·two\n");
+}
+
+TEST_F(Log, KeepsEveryByteInAFile) {
+    std::string text;
+    for (int byte = 1; byte <= 0xFF; ++byte) {
+        text += byte == '\n' ? ' ' : static_cast<char>(byte);
+    }
+    __android_log_print(5, "LongTags", "%s", text.c_str());
+    EXPECT_EQ(log(), (Lines{"W/LongTags" + process_mark() + ": " + text}));
+}
+
+TEST_F(Log, ShowsDotsInLinesThatTheFileDoesNotTake) {
+    environment.set("TAVRO_LOG_FILE", path("no\x1Bwhere/log"));
+    const std::string shown = on_standard_error("\x1B[31m");
+    EXPECT_EQ(shown.find('\x1B'), std::string::npos) << shown;
+    EXPECT_NE(shown.find(path("no·where/log")), std::string::npos) << shown;
+    EXPECT_NE(shown.find(": ·[31m\n"), std::string::npos) << shown;
 }
 
 TEST_F(Log, KeepsTheLinesOfManyThreadsApart) {

@@ -1,4 +1,6 @@
 // System properties from the environment and from a file.
+#include "child_process.h"
+#include "sandbox.h"
 #include "workspace.h"
 
 #include <cutils/properties.h>
@@ -19,6 +21,18 @@ protected:
         environment.set("TAVRO_PROPERTIES", file());
     }
     std::string file() const { return path("properties"); }
+
+    using Lines = std::vector<std::string>;
+    static std::string warning(const std::string& path, const std::string& text) {
+        return "E/TavroHost" + process_mark() + ": cannot read the properties file " + path + ": " + text;
+    }
+    // Every property has its default, and the log has one line for all of them.
+    void expect_one_warning(const std::string& text) const {
+        EXPECT_EQ(get(kName), "default");
+        EXPECT_EQ(get("other"), "default");
+        EXPECT_EQ(get(kName), "default");
+        EXPECT_EQ(log(), Lines{warning(file(), text)});
+    }
 
     // The value, checked against the length that the call gives.
     static std::string get(const char* name, const char* default_value = "default") {
@@ -45,8 +59,44 @@ TEST_F(SystemProperties, AreReadFromNameValueLines) {
 }
 
 TEST_F(SystemProperties, WithoutAFileHaveTheirDefaults) {
+    environment.unset("TAVRO_PROPERTIES");
     EXPECT_EQ(get(kName), "default");
     EXPECT_EQ(get(kName, ""), "");
+    EXPECT_EQ(log(), Lines{});
+}
+
+TEST_F(SystemProperties, OfAMissingFileThatTheEngineerNamedWarnOnce) {
+    expect_one_warning("No such file or directory; check the path, or name another file in TAVRO_PROPERTIES");
+    write_file(file(), std::string(kName) + "=D");
+    EXPECT_EQ(get(kName), "D");
+    EXPECT_EQ(log().size(), 1u);
+}
+
+TEST_F(SystemProperties, OfADirectoryWarnOnce) {
+    fs::create_directory(file());
+    expect_one_warning("Is a directory; move it away, or name another file in TAVRO_PROPERTIES");
+}
+
+TEST_F(SystemProperties, BelowAFileWarnOnce) {
+    write_file(path("file"), "");
+    environment.set("TAVRO_PROPERTIES", path("file") + "/properties");
+    EXPECT_EQ(get(kName), "default");
+    EXPECT_EQ(log(), Lines{warning(path("file") + "/properties",
+                                   "Not a directory; check the path, or name another file in TAVRO_PROPERTIES")});
+}
+
+TEST_F(SystemProperties, OfAnUnreadableFileWarnOnce) {
+    write_file(file(), std::string(kName) + "=D");
+    fs::permissions(file(), fs::perms::none);
+    ChildProcess reader({"property", kName}, without_privileges());
+    EXPECT_EQ(reader.read_lines(), Lines(2, "default"));
+    EXPECT_EQ(reader.wait(), 0);
+    ASSERT_EQ(log().size(), 1u);
+    EXPECT_NE(log()[0].find("cannot read the properties file " + file() +
+                            ": Permission denied; change its owner or "
+                            "permissions, or name another file in TAVRO_PROPERTIES"),
+              std::string::npos)
+        << log()[0];
 }
 
 TEST_F(SystemProperties, StandBelowTheStorageDirectoryByDefault) {
