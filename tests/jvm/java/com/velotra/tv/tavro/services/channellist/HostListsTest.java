@@ -11,6 +11,7 @@ import java.util.List;
 import java.util.Optional;
 import org.junit.jupiter.api.AfterEach;
 import org.junit.jupiter.api.Test;
+import org.junit.jupiter.api.function.Executable;
 import org.junit.jupiter.api.io.TempDir;
 
 /** The channel list's API over the workstation's platform. */
@@ -150,16 +151,26 @@ class HostListsTest {
         assertEquals(-22, failure.status());
         failure = assertThrows(ChannelListException.class, () -> lists.add(77, service("One", 1)));
         assertEquals("cannot add a service to list 77", failure.getMessage());
-        failure = assertThrows(ChannelListException.class, () -> lists.open(0));
-        assertEquals("cannot open or create service list 0 (status -22)", failure.getMessage());
+        failure = assertThrows(ChannelListException.class, () -> lists.store(1, "/no\u001bwhere/list"));
+        assertEquals("cannot store service list 1 to the file '/no·where/list' (status -22)", failure.getMessage());
     }
 
     @Test
-    void listIdsCountByTheirLow16Bits() {
+    void idsOutOfRangeTouchNoListOrRecord() {
         lists.open(1);
-        lists.add(65537, service("One", 101));
-        assertEquals(1, lists.getAll(1).size());
-        lists.delete(65537);
-        assertFalse(lists.exists(1));
+        RecordId one = lists.add(1, service("One", 101));
+        byte[] before = lists.getAllBytes(1);
+        int list = 65536 + 1;
+        RecordId record = new RecordId(1, 65536 + one.recordId());
+        VltTvChannelInfoBase named = service("Changed", 102).setSvlIdSvlRecId(record);
+        for (Executable call : List.<Executable>of(
+                () -> lists.remove(record), () -> lists.remove(1, record), () -> lists.remove(list, one),
+                () -> lists.update(1, record), () -> lists.update(1, named), () -> lists.updateAll(1, List.of(named)),
+                () -> lists.add(list, service("Two", 102)), () -> lists.clean(list), () -> lists.delete(list),
+                () -> lists.copy(2, list), () -> lists.open(70000))) {
+            assertThrows(IllegalArgumentException.class, call);
+        }
+        assertArrayEquals(before, lists.getAllBytes(1));
+        assertFalse(lists.exists(70000 - 65536));
     }
 }

@@ -11,7 +11,7 @@ public class ChannelListException extends RuntimeException {
      * @param status what the native answered; 0 when it answered without a status
      */
     public ChannelListException(String message, int status) {
-        super(status == 0 ? message : message + " (status " + status + ")");
+        super(Printable.of(status == 0 ? message : message + " (status " + status + ")"));
         this.status = status;
     }
 

@@ -31,7 +31,7 @@ public record OrbitalPosition(int tenths) {
             }
         }
         throw new IllegalArgumentException(
-                "'" + text + "' is not an orbital position; write degrees from 0 to 180 as in S19.2E or S5W");
+                "'" + Printable.of(text) + "' is not an orbital position; write degrees from 0 to 180 as in S19.2E or S5W");
     }
 
     /** The text form, always with its tenths. */

@@ -5,6 +5,9 @@ import java.util.regex.Pattern;
 /**
  * Names one record of one list.
  *
+ * <p>Stored records may hold any 16-bit numbers: 0,0 stands for no record. The methods of the list classes take list ids from 1
+ * to 65535 and record ids from 0 to 65534.
+ *
  * @param listId the list
  * @param recordId the record within it
  */
@@ -33,7 +36,15 @@ public record RecordId(int listId, int recordId) {
             }
         }
         throw new IllegalArgumentException(
-                "'" + text + "' is not a record identifier; write list and record as in 3,17");
+                "'" + Printable.of(text) + "' is not a record identifier; write list and record as in 3,17");
+    }
+
+    /**
+     * Whether a list may have such a record: list id 1 to 65535, record id 0 to 65534. Worth asking before following an
+     * identifier that was read from a record, where 0,0 stands for none.
+     */
+    public boolean namesRecord() {
+        return Ids.nameARecord(this);
     }
 
     /** The text form. */

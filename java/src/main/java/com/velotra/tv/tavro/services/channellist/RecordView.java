@@ -92,15 +92,10 @@ public abstract class RecordView {
     /** A field's value as text. */
     String format(RecordField field) {
         return switch (field.style()) {
-            case TEXT -> quoted(text(field));
+            case TEXT -> '"' + Printable.of(text(field)) + '"';
             case HEX -> String.format("0x%04x", value(field));
             case NUMBER -> Long.toString(value(field));
         };
-    }
-
-    /** A text from broadcast on one line: a line break or another control in it would look like a field of its own. */
-    private static String quoted(String text) {
-        return '"' + text.replaceAll("[\\p{Cc}\\p{Zl}\\p{Zp}]", "·") + '"';
     }
 
     @Override

@@ -213,6 +213,6 @@ public final class ServiceRecord extends RecordView {
 
     @Override
     public String toString() {
-        return "service " + recordId() + " \"" + name() + '"';
+        return "service " + recordId() + " \"" + Printable.of(name()) + '"';
     }
 }

@@ -1,7 +1,9 @@
 package com.velotra.tv.tavro.services.channellist;
 
 import java.util.List;
+import java.util.Objects;
 import java.util.Optional;
+import java.util.stream.Stream;
 
 /**
  * The service lists of the TV.
@@ -28,7 +30,7 @@ public final class VltTvChannelList extends TvList {
 
     /** One service; empty when there is no such record. */
     public Optional<ServiceRecord> get(RecordId id) {
-        return Optional.ofNullable(native_getSvlInfo(id.toString())).map(ServiceRecord::new);
+        return Optional.ofNullable(native_getSvlInfo(Ids.text(id))).map(ServiceRecord::new);
     }
 
     /** All services of a list, in list order; none when there is no such list or one cannot be read. */
@@ -38,37 +40,41 @@ public final class VltTvChannelList extends TvList {
 
     /** The same as the bytes of the records, one behind the other. */
     public byte[] getAllBytes(int listId) {
-        return orEmpty(native_getSvlInfoList(listId));
+        return orEmpty(native_getSvlInfoList(Ids.list(listId)));
     }
 
     /** The services whose transport stream record has that transport stream id. */
     public List<ServiceRecord> byTransportStream(int listId, int transportStreamId) {
-        return ServiceRecord.listOf(orEmpty(native_getInfoListByTransportStream(listId, transportStreamId)));
+        return ServiceRecord.listOf(
+                orEmpty(native_getInfoListByTransportStream(Ids.list(listId), Ids.transportStream(transportStreamId))));
     }
 
     /** The services that point at that record of the transport stream list with the same list id. */
     public List<ServiceRecord> byTransportStreamRecord(int listId, int recordId) {
-        return ServiceRecord.listOf(orEmpty(native_getInfoListByTransportStreamRecord(listId, recordId)));
+        return ServiceRecord.listOf(
+                orEmpty(native_getInfoListByTransportStreamRecord(Ids.list(listId), Ids.record(recordId))));
     }
 
     /** The services whose network record has that network id. */
     public List<ServiceRecord> byNetwork(int listId, int networkId) {
-        return ServiceRecord.listOf(orEmpty(native_getInfoListByNetwork(listId, networkId)));
+        return ServiceRecord.listOf(orEmpty(native_getInfoListByNetwork(Ids.list(listId), Ids.network(networkId))));
     }
 
     /** Overlays the service that {@code info} names by its record id with the values that it carries. */
     public void update(int listId, VltTvChannelInfoBase info) {
-        check(native_updateInfo(listId, info), "cannot update the service %s of list %d", info.svlIdSvlRecId, listId);
+        Ids.checkRecords(Stream.ofNullable(info.svlIdSvlRecId));
+        check(native_updateInfo(Ids.list(listId), info), "cannot update the service %s of list %d", info.svlIdSvlRecId, listId);
     }
 
     /** Overlays many services. Those before the first that fails stay updated. One without a record id stands for record 0. */
     public void updateAll(int listId, List<? extends VltTvChannelInfoBase> infos) {
-        check(native_updateInfoList(listId, infos), "cannot update %d services of list %d", infos.size(), listId);
+        Ids.checkRecords(infos.stream().filter(Objects::nonNull).map(info -> info.svlIdSvlRecId));
+        check(native_updateInfoList(Ids.list(listId), infos), "cannot update %d services of list %d", infos.size(), listId);
     }
 
     /** Adds a service. */
     public RecordId add(int listId, VltTvChannelInfoBase info) {
-        return added(nativeAdd(listId, info), "cannot add a service to list %d", listId);
+        return added(nativeAdd(Ids.list(listId), info), "cannot add a service to list %d", listId);
     }
 
     @Override

@@ -30,7 +30,7 @@ public final class VltTvNetworkList extends TvList {
 
     /** One network with the values of the named keys, or with all when {@code keys} is null; empty when there is no such record. */
     public Optional<VltTvNetworkInfo> get(RecordId id, List<String> keys) {
-        return Optional.ofNullable(native_getInfo(id.toString(), keys));
+        return Optional.ofNullable(native_getInfo(Ids.text(id), keys));
     }
 
     /**
@@ -39,28 +39,28 @@ public final class VltTvNetworkList extends TvList {
      * @throws ChannelListException when one of them cannot be read
      */
     public List<VltTvNetworkInfo> getAll(int listId, List<String> keys) {
-        return read(native_getInfoList(listId, keys), "cannot read network list %d", listId);
+        return read(native_getInfoList(Ids.list(listId), keys), "cannot read network list %d", listId);
     }
 
     /** Overlays the network that {@code info} names by its record id with the values that it carries. */
     public void update(int listId, VltTvNetworkInfoBase info) {
-        checkIdentifiers(Stream.ofNullable(info.getNwlIdNwlRecId()));
-        check(native_updateInfo(listId, info), "cannot update the network %s of list %d", info.identifier(), listId);
+        Ids.checkRecords(Stream.ofNullable(info.getNwlIdNwlRecId()));
+        check(native_updateInfo(Ids.list(listId), info), "cannot update the network %s of list %d", info.identifier(), listId);
     }
 
     /**
      * Overlays many networks. Those before the first that fails stay updated. One without a record id stands for record 0.
      *
-     * @throws IllegalArgumentException when an identifier is malformed; nothing is updated then
+     * @throws IllegalArgumentException when an identifier is malformed or out of range; nothing is updated then
      */
     public void updateAll(int listId, List<? extends VltTvNetworkInfoBase> infos) {
-        checkIdentifiers(infos.stream().filter(Objects::nonNull).map(VltTvNetworkInfoBase::getNwlIdNwlRecId));
-        check(native_updateInfoList(listId, infos), "cannot update %d networks of list %d", infos.size(), listId);
+        Ids.checkRecords(infos.stream().filter(Objects::nonNull).map(VltTvNetworkInfoBase::getNwlIdNwlRecId));
+        check(native_updateInfoList(Ids.list(listId), infos), "cannot update %d networks of list %d", infos.size(), listId);
     }
 
     /** Adds a network. */
     public RecordId add(int listId, VltTvNetworkInfoBase info) {
-        return added(nativeAdd(listId, info), "cannot add a network to list %d", listId);
+        return added(nativeAdd(Ids.list(listId), info), "cannot add a network to list %d", listId);
     }
 
     @Override

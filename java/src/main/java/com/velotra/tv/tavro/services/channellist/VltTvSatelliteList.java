@@ -30,7 +30,7 @@ public final class VltTvSatelliteList extends TvList {
 
     /** One satellite with the values of the named keys, or with all when {@code keys} is null; empty when there is no such record. */
     public Optional<VltTvSatelliteInfo> get(RecordId id, List<String> keys) {
-        return Optional.ofNullable(nativeGetInfo(id.toString(), keys));
+        return Optional.ofNullable(nativeGetInfo(Ids.text(id), keys));
     }
 
     /**
@@ -42,28 +42,28 @@ public final class VltTvSatelliteList extends TvList {
      * @throws ChannelListException when one of them cannot be read
      */
     public List<VltTvSatelliteInfo> getAll(int listId, List<String> keys) {
-        return read(nativeGetInfoList(listId, keys), "cannot read satellite list %d", listId);
+        return read(nativeGetInfoList(Ids.list(listId), keys), "cannot read satellite list %d", listId);
     }
 
     /** Overlays the satellite that {@code info} names by its identifier with the values that it carries. */
     public void update(VltTvSatelliteInfoBase info) {
-        checkIdentifiers(Stream.ofNullable(info.getRecId()));
+        Ids.checkWhole(Stream.ofNullable(info.getRecId()));
         check(nativeUpdateInfo(info), "cannot update the satellite %s", info.getRecId());
     }
 
     /**
      * Overlays many satellites. Those before the first that fails stay updated.
      *
-     * @throws IllegalArgumentException when an identifier is malformed; nothing is updated then
+     * @throws IllegalArgumentException when an identifier is malformed or out of range; nothing is updated then
      */
     public void updateAll(List<? extends VltTvSatelliteInfoBase> infos) {
-        checkIdentifiers(infos.stream().filter(Objects::nonNull).map(VltTvSatelliteInfoBase::getRecId));
+        Ids.checkWhole(infos.stream().filter(Objects::nonNull).map(VltTvSatelliteInfoBase::getRecId));
         check(nativeUpdateInfoList(infos), "cannot update %d satellites", infos.size());
     }
 
     /** Adds a satellite. */
     public RecordId add(int listId, VltTvSatelliteInfoBase info) {
-        return added(nativeAdd(listId, info), "cannot add a satellite to list %d", listId);
+        return added(nativeAdd(Ids.list(listId), info), "cannot add a satellite to list %d", listId);
     }
 
     @Override

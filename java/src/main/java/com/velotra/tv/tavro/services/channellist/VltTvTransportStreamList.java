@@ -1,7 +1,9 @@
 package com.velotra.tv.tavro.services.channellist;
 
 import java.util.List;
+import java.util.Objects;
 import java.util.Optional;
+import java.util.stream.Stream;
 
 /**
  * The transport stream lists of the TV.
@@ -28,7 +30,7 @@ public final class VltTvTransportStreamList extends TvList {
 
     /** One transport stream; empty when there is no such record. */
     public Optional<TransportStreamRecord> get(RecordId id) {
-        return Optional.ofNullable(native_getInfo(id.toString())).map(TransportStreamRecord::new);
+        return Optional.ofNullable(native_getInfo(Ids.text(id))).map(TransportStreamRecord::new);
     }
 
     /** All transport streams of a list, in list order; none when there is no such list or one cannot be read. */
@@ -38,17 +40,21 @@ public final class VltTvTransportStreamList extends TvList {
 
     /** The same as the bytes of the records, one behind the other. */
     public byte[] getAllBytes(int listId) {
-        return orEmpty(native_getInfoList(listId));
+        return orEmpty(native_getInfoList(Ids.list(listId)));
     }
 
     /** Those that point at that record of the satellite list with the same list id. */
     public List<TransportStreamRecord> bySatellite(int listId, int satelliteRecordId) {
-        return TransportStreamRecord.listOf(orEmpty(native_getInfoListBySatellite(listId, satelliteRecordId)));
+        return TransportStreamRecord.listOf(
+                orEmpty(native_getInfoListBySatellite(Ids.list(listId), Ids.record(satelliteRecordId))));
     }
 
     /** Overlays the transport stream that {@code info} names by its record id with the values that it carries. */
     public void update(int listId, VltTvTransportStreamInfoBase info) {
-        check(native_updateInfo(listId, info), "cannot update the transport stream %s of list %d", info.identifier(), listId);
+        Ids.checkRecords(Stream.ofNullable(info.identifier()));
+        check(
+                native_updateInfo(Ids.list(listId), info),
+                "cannot update the transport stream %s of list %d", info.identifier(), listId);
     }
 
     /**
@@ -56,12 +62,15 @@ public final class VltTvTransportStreamList extends TvList {
      * 0, one whose record id was set to null is left out.
      */
     public void updateAll(int listId, List<? extends VltTvTransportStreamInfoBase> infos) {
-        check(native_updateInfoList(listId, infos), "cannot update %d transport streams of list %d", infos.size(), listId);
+        Ids.checkRecords(infos.stream().filter(Objects::nonNull).map(VltTvTransportStreamInfoBase::identifier));
+        check(
+                native_updateInfoList(Ids.list(listId), infos),
+                "cannot update %d transport streams of list %d", infos.size(), listId);
     }
 
     /** Adds a transport stream. */
     public RecordId add(int listId, VltTvTransportStreamInfoBase info) {
-        return added(nativeAdd(listId, info), "cannot add a transport stream to list %d", listId);
+        return added(nativeAdd(Ids.list(listId), info), "cannot add a transport stream to list %d", listId);
     }
 
     @Override

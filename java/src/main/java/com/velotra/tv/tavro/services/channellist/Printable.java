@@ -1,0 +1,19 @@
+package com.velotra.tv.tavro.services.channellist;
+
+import java.util.regex.Pattern;
+
+/** Text that a terminal shows without obeying it. */
+public final class Printable {
+    // C0 with DEL and C1; the separators of lines and paragraphs.
+    private static final Pattern CONTROL = Pattern.compile("[\\p{Cc}\\p{Zl}\\p{Zp}]");
+
+    private Printable() {}
+
+    /**
+     * The text on one line, with a dot for every control character and line separator. Texts from broadcasts and files must
+     * neither control the terminal nor look like several lines.
+     */
+    public static String of(String text) {
+        return CONTROL.matcher(text).replaceAll("·");
+    }
+}
