@@ -237,9 +237,9 @@ final class Demo {
         return stored.equals(expected);
     }
 
-    /** The record that a reference names; list 0 stands for none. */
+    /** The record that a reference names; nothing when it names none. */
     private static <T> Optional<T> record(RecordId reference, Function<RecordId, Optional<T>> reader) {
-        return reference.listId() == 0 ? Optional.empty() : reader.apply(reference);
+        return Optional.of(reference).filter(RecordId::namesRecord).flatMap(reader);
     }
 
     /** The id of a stored network; 0 when there is none. */
@@ -295,7 +295,7 @@ final class Demo {
         RecordId serviceId = idOf(lists.getAll(SATELLITE).get(0));
         ServiceRecord service = lists.get(serviceId).orElseThrow();
         out.printf("   service %-10s '%s', service id %d%n", serviceId, service.name(), service.serviceId());
-        Optional<TransportStreamRecord> stream = streams.get(service.transportStream());
+        Optional<TransportStreamRecord> stream = record(service.transportStream(), streams::get);
         stream.ifPresent(record -> out.printf("   stream %-11s %d kHz, transport stream id %d, network id %d%n",
                 service.transportStream(), record.frequency(), record.transportStreamId(), record.originalNetworkId()));
         RecordId none = new RecordId(0, 0);

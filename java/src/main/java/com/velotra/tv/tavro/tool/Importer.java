@@ -1,6 +1,7 @@
 package com.velotra.tv.tavro.tool;
 
 import com.velotra.tv.tavro.services.channellist.ChannelListException;
+import com.velotra.tv.tavro.services.channellist.Printable;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
 import com.velotra.tv.tavro.services.channellist.VltTvNetworkList;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteList;
@@ -10,7 +11,6 @@ import com.velotra.tv.tavro.tool.input.Format;
 import com.velotra.tv.tavro.tool.input.ImportReport;
 import com.velotra.tv.tavro.tool.input.Malformed;
 import com.velotra.tv.tavro.tool.input.Source;
-import com.velotra.tv.tavro.tool.input.Text;
 import com.velotra.tv.tavro.tool.satellites.SatelliteImport;
 import com.velotra.tv.tavro.tool.satellites.Satellites;
 import com.velotra.tv.tavro.tool.services.ChannelsConf;
@@ -94,12 +94,12 @@ final class Importer {
                     if (failure instanceof FileSystemLoopException) { // a link to a folder above, which is read already
                         return FileVisitResult.CONTINUE;
                     }
-                    report.refusedFile("cannot read " + Text.printable(file.toString()) + ": " + Source.reason(failure));
+                    report.refusedFile("cannot read " + Printable.of(file.toString()) + ": " + Source.reason(failure));
                     return FileVisitResult.CONTINUE;
                 }
             });
         } catch (IOException e) {
-            report.refusedFile("cannot read " + Text.printable(folder.toString()) + ": " + Source.reason(e));
+            report.refusedFile("cannot read " + Printable.of(folder.toString()) + ": " + Source.reason(e));
         }
         files.sort(null);
         return files;

@@ -1,12 +1,12 @@
 package com.velotra.tv.tavro.tool;
 
 import com.velotra.tv.tavro.services.channellist.ChannelListException;
+import com.velotra.tv.tavro.services.channellist.Printable;
 import com.velotra.tv.tavro.services.channellist.RecordId;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
 import com.velotra.tv.tavro.tool.input.Failure;
 import com.velotra.tv.tavro.tool.input.ImportReport;
 import com.velotra.tv.tavro.tool.input.Source;
-import com.velotra.tv.tavro.tool.input.Text;
 import com.velotra.tv.tavro.tool.transponders.ListIds;
 import java.io.BufferedOutputStream;
 import java.io.FileDescriptor;
@@ -74,11 +74,12 @@ public final class Main {
     }
 
     private static int execute(String... arguments) {
-        return new CommandLine(new Main())
-                .registerConverter(RecordId.class, new RecordIdConverter())
+        CommandLine tool = new CommandLine(new Main());
+        tool.getSubcommands().values().forEach(command -> command.getCommandSpec().usageMessage().parameterListHeading("%n"));
+        return tool.registerConverter(RecordId.class, new RecordIdConverter())
                 .setCaseInsensitiveEnumValuesAllowed(true)
                 .setParameterExceptionHandler((wrong, words) -> {
-                    System.err.println("tavro: " + Text.printable(wrong.getMessage()));
+                    System.err.println("tavro: " + Printable.of(wrong.getMessage()));
                     System.err.println("See " + wrong.getCommandLine().getCommandSpec().qualifiedName() + " --help");
                     return WRONG_USAGE;
                 })
@@ -104,7 +105,7 @@ public final class Main {
 
     /** Every command explains itself. */
     static final class HelpOption {
-        @Option(names = {"-h", "--help"}, usageHelp = true, description = "Print this text.")
+        @Option(names = {"-h", "--help"}, usageHelp = true, description = "Print this text and exit.")
         boolean asked;
     }
 
@@ -252,7 +253,7 @@ public final class Main {
                 Database.check(Storage.directory());
                 return new Failure("list " + id.listId() + " has no record " + id.recordId());
             });
-            record.lines().map(Text::printable).forEach(System.out::println);
+            record.lines().map(Printable::of).forEach(System.out::println);
             return DONE;
         }
     }
@@ -260,9 +261,9 @@ public final class Main {
     @Command(
             name = "import",
             description = {
-                "Imports files into lists: services, transport streams with their networks, and satellites. The content of a file "
-                    + "decides what it is: a DVBv5 table (transponders or services), a one-line scan table, or a channels.conf, "
-                    + "sources.conf or diseqc.conf as in Debian's vdr.",
+                "Imports services, transport streams, networks and satellites from files into lists. The content of a file "
+                    + "decides what it is: a DVBv5 table (transponders or services), a one-line scan table, or one of "
+                    + "channels.conf, sources.conf and diseqc.conf in the form of Debian's vdr.",
                 "",
                 "A record that its list has already is updated, so that a file can be imported again. Satellite transponders refer to "
                     + "the satellite at their position, whether imported now or earlier. The position comes from channels.conf or "
@@ -278,8 +279,8 @@ public final class Main {
         List<Path> paths = new ArrayList<>();
 
         @Option(names = "--list", paramLabel = "ID", defaultValue = "11", converter = FirstListConverter.class,
-                description = "First list id (default ${DEFAULT-VALUE}): terrestrial services and streams go to the lists ID, those of "
-                        + "cable to ID+1, satellites and what they transmit to ID+2.")
+                description = "First list id (default ${DEFAULT-VALUE}): terrestrial services and streams go to ID, those of "
+                        + "cable to ID+1, satellites with their services and streams to ID+2.")
         int firstList;
 
         @Override

@@ -1,9 +1,9 @@
 package com.velotra.tv.tavro.tool;
 
 import com.velotra.tv.tavro.services.channellist.OrbitalPosition;
+import com.velotra.tv.tavro.services.channellist.Printable;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfo;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfoBase;
-import com.velotra.tv.tavro.tool.input.Text;
 import java.util.ArrayList;
 import java.util.List;
 
@@ -33,7 +33,7 @@ final class SatelliteTable {
 
     /** One satellite on one line. */
     static String summary(VltTvSatelliteInfo satellite) {
-        return String.format("'%s' at %s, LNB %s, DiSEqC %s", Text.printable(satellite.getName()), position(satellite),
+        return String.format("'%s' at %s, LNB %s, DiSEqC %s", Printable.of(satellite.getName()), position(satellite),
                 lnb(satellite), switchPosition(satellite.getDiseqcPosition()));
     }
 
@@ -42,7 +42,7 @@ final class SatelliteTable {
         Lines lines = new Lines();
         lines.add("record", satellite.getRecId());
         lines.add("position", position(satellite));
-        lines.add("name", '"' + Text.printable(satellite.getName()) + '"');
+        lines.add("name", '"' + Printable.of(satellite.getName()) + '"');
         lines.add("in use", yesNo(satellite.getMaskStatusOn()));
         lines.add("LNB signal detected", yesNo(satellite.getLnbSignalDetected()));
         lines.add("LNB kind", kind(satellite));

@@ -1,5 +1,6 @@
 package com.velotra.tv.tavro.tool;
 
+import com.velotra.tv.tavro.services.channellist.Printable;
 import com.velotra.tv.tavro.tool.input.Text;
 import java.util.ArrayList;
 import java.util.List;
@@ -30,7 +31,7 @@ final class Table {
     void add(Object... cells) {
         String[] row = new String[right.length];
         for (int i = 0; i < row.length; i++) {
-            row[i] = Text.printable(cells[i].toString());
+            row[i] = Printable.of(cells[i].toString());
         }
         rows.add(row);
     }

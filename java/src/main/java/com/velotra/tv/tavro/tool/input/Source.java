@@ -1,5 +1,6 @@
 package com.velotra.tv.tavro.tool.input;
 
+import com.velotra.tv.tavro.services.channellist.Printable;
 import java.io.IOException;
 import java.io.InputStream;
 import java.nio.file.AccessDeniedException;
@@ -31,7 +32,7 @@ public record Source(String name, String fileName, byte[] bytes) {
         if (path.equals(STANDARD_INPUT)) {
             return read("standard input", "", System.in);
         }
-        String name = Text.printable(path.toString());
+        String name = Printable.of(path.toString());
         try (InputStream stream = Files.newInputStream(path)) {
             return read(name, path.getFileName().toString(), stream);
         } catch (IOException e) {
@@ -59,7 +60,7 @@ public record Source(String name, String fileName, byte[] bytes) {
         if (failure instanceof AccessDeniedException) {
             return "permission denied";
         }
-        return Text.printable(String.valueOf(failure.getMessage()));
+        return Printable.of(String.valueOf(failure.getMessage()));
     }
 
     /** Its lines, as text. */

@@ -1,5 +1,7 @@
 package com.velotra.tv.tavro.tool.input;
 
+import com.velotra.tv.tavro.services.channellist.Printable;
+
 /** Text as a terminal shows it. */
 public final class Text {
     // First and last code points that take two columns: Hangul Jamo; CJK, kana and Yi; Hangul syllables; CJK
@@ -12,14 +14,9 @@ public final class Text {
 
     private Text() {}
 
-    /** The text with a dot for every control character: names come from broadcasts and must not steer the terminal. */
-    public static String printable(String text) {
-        return text.replaceAll("\\p{Cntrl}|[\u0080-\u009f\u2028\u2029]", "·");
-    }
-
     /** The beginning of a text from a file, in quotes, printable and short enough for a message. */
     public static String excerpt(String text) {
-        return "'" + fit(printable(text), EXCERPT_COLUMNS) + "'";
+        return "'" + fit(Printable.of(text), EXCERPT_COLUMNS) + "'";
     }
 
     /** How many columns the text takes. */

@@ -1,5 +1,6 @@
 package com.velotra.tv.tavro.tool.transponders;
 
+import com.velotra.tv.tavro.services.channellist.Printable;
 import com.velotra.tv.tavro.tool.input.Malformed;
 import com.velotra.tv.tavro.tool.input.Place;
 import com.velotra.tv.tavro.tool.input.Source;
@@ -121,7 +122,7 @@ public final class DvbV5File {
         String first = blocks.get(blocks.size() - 1).values.putIfAbsent(key, value);
         if (first != null && !first.equals(value)) {
             throw new IllegalArgumentException(
-                    Text.printable(key) + " is " + Text.excerpt(value) + " here and " + Text.excerpt(first) + " above; the first one is used");
+                    Printable.of(key) + " is " + Text.excerpt(value) + " here and " + Text.excerpt(first) + " above; the first one is used");
         }
     }
 }

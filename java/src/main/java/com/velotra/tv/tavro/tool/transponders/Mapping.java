@@ -1,5 +1,6 @@
 package com.velotra.tv.tavro.tool.transponders;
 
+import com.velotra.tv.tavro.services.channellist.Printable;
 import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamInfoBase;
 import com.velotra.tv.tavro.tool.input.ModifiedUtf8;
 import com.velotra.tv.tavro.tool.input.Text;
@@ -170,7 +171,7 @@ final class Mapping {
 
     private void leave(String key, String value) {
         if (!saysNothing(value)) {
-            dropped.add(key.startsWith("ISDBT_") ? "ISDB-T layers and segments" : key.matches("SERVICE_ID|.*PID.*") ? "services and PIDs" : Text.printable(key));
+            dropped.add(key.startsWith("ISDBT_") ? "ISDB-T layers and segments" : key.matches("SERVICE_ID|.*PID.*") ? "services and PIDs" : Printable.of(key));
         }
     }
 

@@ -25,13 +25,6 @@ class TextTest {
     }
 
     @Test
-    void controlCharactersBecomeDots() {
-        assertEquals("a·[31mb·c·d ü", Text.printable("a\u001b[31mb\u0086c\u007fd ü"));
-        assertEquals("··········", Text.printable("\0\t\n\r\u001f\u0080\u0085\u009f\u2028\u2029"));
-        assertEquals("~\u00a0", Text.printable("~\u00a0"), "their neighbors stay");
-    }
-
-    @Test
     void anExcerptIsQuotedAndPrintable() {
         assertEquals("''", Text.excerpt(""));
         assertEquals("'Köln·[2J·'", Text.excerpt("Köln\u001b[2J\0"));
