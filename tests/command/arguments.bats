@@ -182,6 +182,8 @@ nothing_done() {
 @test "the tool gets to know how it was called, quoted for a shell" {
     tavro 0 list 1
     called "-Dtavro.command=$clone/tavro "
+    (cd "$clone" && bash tavro list 1)
+    called '-Dtavro.command=./tavro '
     mv "$clone" "$area/my clone's"
     clone=$area/"my clone's"
     tavro 0 list 1
