@@ -6,7 +6,7 @@ import java.util.HashMap;
 import java.util.LinkedHashMap;
 import java.util.List;
 import java.util.Map;
-import java.util.function.Supplier;
+import java.util.function.IntSupplier;
 
 /** What an import does: reports problems and progress while it runs, and prints a summary at its end. */
 public final class ImportReport {
@@ -113,9 +113,9 @@ public final class ImportReport {
         }
     }
 
-    /** The counts of the list that is called {@code name}, which begin now unless they have begun before. */
-    public ListCounts list(String name, Supplier<Map<Integer, ?>> reader) {
-        return lists.computeIfAbsent(name, key -> new ListCounts(key, reader));
+    /** The counts of the list that is called {@code name} and holds {@code size} records, begun now or before. */
+    public ListCounts list(String name, IntSupplier size) {
+        return lists.computeIfAbsent(name, key -> new ListCounts(key, size));
     }
 
     /** Whether everything that should be imported was. */

@@ -1,29 +1,25 @@
 package com.velotra.tv.tavro.tool.input;
 
-import java.util.HashMap;
-import java.util.LinkedHashSet;
-import java.util.Map;
-import java.util.Objects;
+import java.util.HashSet;
 import java.util.Set;
-import java.util.function.Supplier;
+import java.util.function.IntSupplier;
 
 /** What an import did to one list: records added, changed and left as they were. */
 public final class ListCounts {
     private final String name;
-    private final Supplier<Map<Integer, ?>> reader;
-    private final Map<Integer, ?> before;
-    private final Set<Integer> updated = new LinkedHashSet<>();
+    private final IntSupplier size;
+    private final Set<Integer> updated = new HashSet<>();
+    private final Set<Integer> changed = new HashSet<>();
     private int added;
     private int repeated;
 
     /**
      * @param name what the list is called in the summary, as in "satellite list 13"
-     * @param reader reads the list: something that is equal for equal records, by their record ids
+     * @param size tells how many records the list holds
      */
-    public ListCounts(String name, Supplier<Map<Integer, ?>> reader) {
+    public ListCounts(String name, IntSupplier size) {
         this.name = name;
-        this.reader = reader;
-        before = new HashMap<>(reader.get());
+        this.size = size;
     }
 
     /** Counts a record that was not there before. */
@@ -31,9 +27,12 @@ public final class ListCounts {
         added++;
     }
 
-    /** Counts a record that was there before this import and was stored again, whether or not that changed it. */
-    public void updated(int recordId) {
+    /** Counts a record that was there before this import and was stored again. */
+    public void updated(int recordId, boolean isChanged) {
         updated.add(recordId);
+        if (isChanged) {
+            changed.add(recordId);
+        }
     }
 
     /** Counts one more description of a record that this import has stored already. */
@@ -41,22 +40,19 @@ public final class ListCounts {
         repeated++;
     }
 
-    /** How many records were added so far. */
-    public int addedSoFar() {
-        return added;
-    }
-
     /** One line with the counts, and how many records the list holds now. */
     @Override
     public String toString() {
-        Map<Integer, ?> now;
+        String repeatedText = repeated == 0 ? "" : ", " + repeated + " repeated in the files";
+        return String.format("%s: %d added, %d changed, %d unchanged%s; %s", name, added, changed.size(),
+                updated.size() - changed.size(), repeatedText, holds());
+    }
+
+    private String holds() {
         try {
-            now = reader.get();
+            return "it holds " + size.getAsInt() + " records";
         } catch (RuntimeException e) { // the storage failed, which has been reported
-            return String.format("%s: %d added; it cannot be read now", name, added);
+            return "it cannot be read now";
         }
-        long unchanged = updated.stream().filter(id -> Objects.equals(before.get(id), now.get(id))).count();
-        return String.format("%s: %d added, %d changed, %d unchanged%s; it holds %d records", name, added,
-                updated.size() - unchanged, unchanged, repeated == 0 ? "" : ", " + repeated + " repeated in the files", now.size());
     }
 }

@@ -2,7 +2,6 @@ package com.velotra.tv.tavro.tool.satellites;
 
 import com.velotra.tv.tavro.services.channellist.OrbitalPosition;
 import com.velotra.tv.tavro.services.channellist.RecordId;
-import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfo;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfoBase;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteList;
 import com.velotra.tv.tavro.tool.input.ImportReport;
@@ -10,7 +9,6 @@ import com.velotra.tv.tavro.tool.input.ListCounts;
 import com.velotra.tv.tavro.tool.input.ModifiedUtf8;
 import com.velotra.tv.tavro.tool.input.Source;
 import java.util.ArrayList;
-import java.util.HashMap;
 import java.util.LinkedHashMap;
 import java.util.LinkedHashSet;
 import java.util.List;
@@ -66,7 +64,7 @@ public final class SatelliteImport {
     public Satellites store() {
         lists.open(listId);
         satellites = new Satellites(lists, listId);
-        counts = report.list("satellite list " + listId, this::read);
+        counts = report.list("satellite list " + listId, () -> lists.getAll(listId, List.of()).size());
         Set<OrbitalPosition> done = new LinkedHashSet<>();
         for (SourcesConf.Satellite source : sources) {
             if (done.add(source.position())) {
@@ -88,16 +86,6 @@ public final class SatelliteImport {
         return satellites;
     }
 
-    // One by one: read as a list, a satellite without an LNB has the antenna type of the one before it.
-    private Map<Integer, List<Object>> read() {
-        Map<Integer, List<Object>> all = new HashMap<>();
-        for (VltTvSatelliteInfo satellite : lists.getAll(listId, List.of())) {
-            RecordId id = satellite.id();
-            lists.get(id, null).ifPresent(record -> all.put(id.recordId(), record.allValues()));
-        }
-        return all;
-    }
-
     /** @param source the satellite's name and place in its file, or null when there are only dish settings */
     private void storeAt(OrbitalPosition position, SourcesConf.Satellite source) {
         RecordId known = satellites.at(position).orElse(null);
@@ -110,12 +98,8 @@ public final class SatelliteImport {
         if (dish != null) {
             dish.put(info, known == null);
         }
+        List<Object> before = known == null ? List.of() : values(known);
         RecordId id = known == null ? lists.add(listId, info) : update(known, info);
-        if (known == null) {
-            counts.added();
-        } else {
-            counts.updated(id.recordId());
-        }
         satellites.add(position, id);
         if (dish != null) {
             dish.burstBesidePort().ifPresent(burst -> {
@@ -126,9 +110,18 @@ public final class SatelliteImport {
             dish.dropped().forEach(report::dropped);
             report.switched();
         }
+        if (known == null) {
+            counts.added();
+        } else {
+            counts.updated(id.recordId(), !values(id).equals(before));
+        }
         if (source != null && !info.getName().equals(source.name())) {
             report.dropped("the end of a name longer than " + NAME_BYTES + " bytes");
         }
+    }
+
+    private List<Object> values(RecordId id) {
+        return lists.get(id, null).map(VltTvSatelliteInfoBase::allValues).orElse(List.of());
     }
 
     private RecordId update(RecordId id, VltTvSatelliteInfoBase info) {

@@ -32,11 +32,7 @@ final class Networks {
     }
 
     private ListCounts counts(int listId) {
-        return report.list("network list " + listId, () -> {
-            Map<Integer, Integer> all = new HashMap<>();
-            lists.getAll(listId, null).forEach(network -> all.put(network.id().recordId(), 0));
-            return all;
-        });
+        return report.list("network list " + listId, () -> lists.getAll(listId, null).size());
     }
 
     private Map<Integer, RecordId> read(int listId) {

@@ -123,14 +123,10 @@ public final class ServiceImport {
                 .setVnetVisible(true)
                 .setVnetNumericSelectable(true)
                 .setVnetScrambled(service.scrambled())
-                .setFreeCaMode(service.scrambled() ? 1 : 0);
+                .setFreeCaMode(service.scrambled() ? 1 : 0)
+                .setCaSystemId(service.scrambled() ? service.caIds().get(0) : 0)
+                .setServiceShortName(shortName(service));
         streams.satelliteOf(service.transponder()).ifPresent(info::setSatlRecId);
-        if (!service.shortName().isEmpty()) {
-            info.setServiceShortName(shortName(service));
-        }
-        if (service.scrambled()) {
-            info.setCaSystemId(service.caIds().get(0));
-        }
         if (service.number() != 0) {
             info.setMajorChannelNumber(service.number())
                     .setLogicalChannelNumber(service.number())

@@ -17,6 +17,7 @@ import java.util.HashMap;
 import java.util.HashSet;
 import java.util.LinkedHashMap;
 import java.util.Map;
+import java.util.Optional;
 import java.util.Set;
 
 /**
@@ -36,7 +37,7 @@ final class ServiceList {
     private final Map<ByIds, RecordId> byIds = new HashMap<>(); // those whose ids are known
     private final Map<ByStream, RecordId> byStream = new HashMap<>();
     private final Set<RecordId> stored = new HashSet<>(); // by this import
-    private final Map<Integer, RecordId> networkBefore = new HashMap<>(); // by record id
+    private final Map<Integer, RecordId> networkBefore = new HashMap<>(); // by record id; earlier services alone
     private final Map<Integer, RecordId> networks = new LinkedHashMap<>(); // to be noted, by record id
     private int size;
 
@@ -45,7 +46,7 @@ final class ServiceList {
         this.lists = lists;
         this.id = id;
         lists.open(id);
-        counts = report.list("service list " + id, this::read);
+        counts = report.list("service list " + id, () -> lists.getAllBytes(id).length / ServiceRecord.SIZE);
         Map<RecordId, Ids> streams = new HashMap<>();
         for (TransportStreamRecord stream : streamLists.getAll(id)) {
             streams.put(new RecordId(id, stream.recordId()), new Ids(stream.originalNetworkId(), stream.transportStreamId()));
@@ -63,12 +64,6 @@ final class ServiceList {
         }
         byStream.putIfAbsent(new ByStream(streamRecord, serviceId), service);
         size++;
-    }
-
-    private Map<Integer, ServiceRecord> read() {
-        Map<Integer, ServiceRecord> all = new HashMap<>();
-        lists.getAll(id).forEach(service -> all.put(service.recordId(), service));
-        return all;
     }
 
     int id() {
@@ -90,8 +85,9 @@ final class ServiceList {
             add(known, stream.ids(), streamRecord, serviceId);
             counts.added();
         } else if (!stored.contains(known)) {
+            Optional<ServiceRecord> before = lists.get(known);
             lists.update(id, info.setSvlIdSvlRecId(known));
-            counts.updated(known.recordId());
+            counts.updated(known.recordId(), !lists.get(known).equals(before));
         } else {
             counts.repeated();
             return null;
@@ -102,8 +98,12 @@ final class ServiceList {
 
     /** The network record of a service, to be noted at the end. */
     void setNetwork(RecordId service, RecordId network) {
-        if (!network.equals(networkBefore.get(service.recordId()))) {
+        RecordId before = networkBefore.get(service.recordId());
+        if (!network.equals(before)) {
             networks.put(service.recordId(), network);
+        }
+        if (before != null) {
+            counts.updated(service.recordId(), !network.equals(before));
         }
     }
 

@@ -78,6 +78,10 @@ final class VdrTuning {
     }
 
     private void take(char letter, String number) {
+        if (number.isEmpty() && "HVLR".indexOf(letter) < 0) {
+            values.put("parameter " + letter, "without a number"); // reported as dropped
+            return;
+        }
         switch (letter) {
             case 'H' -> values.put("POLARIZATION", "HORIZONTAL");
             case 'V' -> values.put("POLARIZATION", "VERTICAL");

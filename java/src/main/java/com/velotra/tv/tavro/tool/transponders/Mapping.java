@@ -39,6 +39,7 @@ final class Mapping {
 
     private static final long NO_STREAM_ID = 0xFFFFFFFFL;
     private static final int NAME_BYTES = 40;
+    private static final int KEY_COLUMNS = 40;
 
     private final Transponder transponder;
     private final String systemName;
@@ -48,6 +49,7 @@ final class Mapping {
     private int frequency;
     private int polarization;
     private long streamId;
+    private int symbolRate;
 
     /** Maps a transponder, or says why it cannot be a record. */
     Mapping(Transponder transponder) throws NotImportable {
@@ -91,6 +93,11 @@ final class Mapping {
     /** Input stream identifier or PLP id; 0 when there is none. On a satellite the record has no field for it. */
     long streamId() {
         return streamId;
+    }
+
+    /** Symbols per second; 0 when it is not known. */
+    int symbolRate() {
+        return symbolRate;
     }
 
     private void map() throws NotImportable {
@@ -145,7 +152,10 @@ final class Mapping {
                     put(key, value, TunerValues.BANDWIDTH, info::setBandwidth);
                 }
             }
-            case "SYMBOL_RATE" -> put(key, value, number(value), info::setSymbolRate);
+            case "SYMBOL_RATE" -> put(key, value, number(value), rate -> {
+                info.setSymbolRate(rate);
+                symbolRate = rate;
+            });
             case "MODULATION" -> put(key, value, TunerValues.MODULATION, info::setModulation);
             case "POLARIZATION" -> {
                 put(key, value, TunerValues.POLARIZATION, info::setTunerPolarizaTion);
@@ -171,7 +181,7 @@ final class Mapping {
 
     private void leave(String key, String value) {
         if (!saysNothing(value)) {
-            dropped.add(key.startsWith("ISDBT_") ? "ISDB-T layers and segments" : key.matches("SERVICE_ID|.*PID.*") ? "services and PIDs" : Printable.of(key));
+            dropped.add(key.startsWith("ISDBT_") ? "ISDB-T layers and segments" : key.matches("SERVICE_ID|.*PID.*") ? "services and PIDs" : Text.fit(Printable.of(key), KEY_COLUMNS));
         }
     }
 

@@ -16,6 +16,7 @@ import java.util.HashMap;
 import java.util.List;
 import java.util.Map;
 import java.util.Objects;
+import java.util.Optional;
 
 /**
  * One transport stream list during an import: finds the record of a transponder by what identifies it, which is medium, frequency,
@@ -31,6 +32,8 @@ final class StreamList {
         private boolean streamIdKnown;
         private Ids ids = Ids.NONE;
         private boolean stored; // by this import
+        private boolean added; // by this import
+        private long symbolRate; // of a satellite record that was there before
 
         boolean isStored() {
             return stored;
@@ -60,7 +63,7 @@ final class StreamList {
         this.lists = lists;
         this.id = id;
         lists.open(id);
-        counts = report.list("transport stream list " + id, this::read);
+        counts = report.list("transport stream list " + id, () -> lists.getAllBytes(id).length / TransportStreamRecord.SIZE);
         for (TransportStreamRecord record : lists.getAll(id)) {
             Known known = new Known();
             known.id = new RecordId(id, record.recordId());
@@ -68,17 +71,14 @@ final class StreamList {
             known.streamIdKnown = record.medium() != TransportStreamRecord.SATELLITE;
             known.streamId = record.medium() == TransportStreamRecord.TERRESTRIAL ? record.value(TransportStreamField.TER_PLP_ID) : 0;
             known.ids = new Ids(record.originalNetworkId(), record.transportStreamId());
-            int polarization = record.medium() == TransportStreamRecord.SATELLITE
-                    ? (int) record.value(TransportStreamField.SAT_POLARIZATION) : 0;
+            int polarization = 0;
+            if (record.medium() == TransportStreamRecord.SATELLITE) {
+                polarization = (int) record.value(TransportStreamField.SAT_POLARIZATION);
+                known.symbolRate = record.value(TransportStreamField.SAT_SYMBOL_RATE);
+            }
             add(new Tuning(record.medium(), (int) record.frequency(), polarization), known);
             size++;
         }
-    }
-
-    private Map<Integer, TransportStreamRecord> read() {
-        Map<Integer, TransportStreamRecord> all = new HashMap<>();
-        lists.getAll(id).forEach(record -> all.put(record.recordId(), record));
-        return all;
     }
 
     private void add(Tuning tuning, Known known) {
@@ -99,7 +99,7 @@ final class StreamList {
         Known best = null;
         int bestScore = -1;
         for (Known known : records.getOrDefault(tuning, List.of())) {
-            int score = score(known, position, mapping.streamId(), ids);
+            int score = score(known, mapping, position, ids);
             if (score > bestScore) {
                 best = known;
                 bestScore = score;
@@ -117,13 +117,15 @@ final class StreamList {
     }
 
     /** How well a record with the right tuning matches; negative when it is another transponder. */
-    private static int score(Known known, OrbitalPosition position, long streamId, Ids ids) {
+    private static int score(Known known, Mapping mapping, OrbitalPosition position, Ids ids) {
         boolean samePosition = Objects.equals(known.position, position);
-        boolean sameStream = known.streamId == streamId;
+        boolean sameStream = known.streamId == mapping.streamId();
         if (known.stored) {
             return samePosition && sameStream && known.ids.agreeWith(ids) ? 8 : -1;
         }
-        if (!samePosition && known.position != null || known.streamIdKnown && !sameStream) {
+        // A record that refers to no satellite may be of any position: the symbol rate has to be the same too.
+        boolean mayBeThere = known.position == null && known.symbolRate == mapping.symbolRate();
+        if (!samePosition && !mayBeThere || known.streamIdKnown && !sameStream) {
             return -1;
         }
         // Of several records the one that is known best: its satellite was imported, and its ids are the same.
@@ -134,12 +136,14 @@ final class StreamList {
     RecordId store(Known known, VltTvTransportStreamInfoBase info, OrbitalPosition position, long streamId, Ids ids) {
         if (known.id == null) {
             known.id = lists.add(id, info);
+            known.added = true;
             size++;
             counts.added();
         } else {
+            Optional<TransportStreamRecord> before = lists.get(known.id);
             lists.update(id, info.setTslIdTslRecId(known.id));
-            if (!known.stored) {
-                counts.updated(known.id.recordId());
+            if (!known.added) {
+                counts.updated(known.id.recordId(), !lists.get(known.id).equals(before));
             }
         }
         known.position = position;

@@ -7,7 +7,6 @@ import static org.junit.jupiter.api.Assertions.assertTrue;
 import java.io.ByteArrayOutputStream;
 import java.io.PrintStream;
 import java.nio.charset.StandardCharsets;
-import java.util.HashMap;
 import java.util.List;
 import java.util.Map;
 import java.util.stream.IntStream;
@@ -37,15 +36,14 @@ class ImportReportTest {
         report.dropped("PLS_CODE");
         report.withoutSatellite("no satellites in satellite list 13");
         report.switched();
-        Map<Integer, String> records = new HashMap<>(Map.of(1, "a", 2, "b", 3, "c"));
-        ListCounts counts = report.list("satellite list 13", () -> records);
-        records.putAll(Map.of(1, "A", 4, "d"));
+        ListCounts counts = report.list("satellite list 13", () -> 4);
         counts.added();
-        counts.updated(1);
-        counts.updated(2);
-        counts.updated(2);
+        counts.updated(1, true);
+        counts.updated(1, false);
+        counts.updated(2, false);
+        counts.updated(2, false);
         counts.repeated();
-        report.list("network list 13", Map::of).added();
+        report.list("network list 13", () -> 0).added();
         assertEquals(
                 """
                 2 files: 3 services, 6 transponders; 1 malformed lines
@@ -69,22 +67,19 @@ class ImportReportTest {
 
     @Test
     void aListThatCannotBeReadAnyMoreIsReportedWithWhatWasAdded() {
-        int[] reads = {0};
         ListCounts counts = report.list("service list 13", () -> {
-            if (reads[0]++ > 0) {
-                throw new IllegalStateException("gone");
-            }
-            return Map.of();
+            throw new IllegalStateException("gone");
         });
         counts.added();
-        assertEquals(List.of("service list 13: 1 added; it cannot be read now"), ImportFixture.lists(report));
+        assertEquals(List.of("service list 13: 1 added, 0 changed, 0 unchanged; it cannot be read now"), ImportFixture.lists(report));
     }
 
     @Test
     void theCountsOfAListGoOnWhenItIsAskedForAgain() {
-        report.list("service list 13", Map::of).added();
-        report.list("service list 13", Map::of).added();
-        assertEquals(2, report.list("service list 13", Map::of).addedSoFar());
+        report.list("service list 13", () -> 2).added();
+        report.list("service list 13", () -> 2).added();
+        assertEquals(
+                List.of("service list 13: 2 added, 0 changed, 0 unchanged; it holds 2 records"), ImportFixture.lists(report));
     }
 
     @Test

@@ -317,6 +317,16 @@ class ServiceImportTest {
     }
 
     @Test
+    void aServiceThatIsInTheClearNowLosesItsConditionalAccessAndItsShortName() throws Exception {
+        imported("Uno,U1:11493:H:S19.2E:22000:101:102:0:98c:7:1:1019:0");
+        ServiceRecord before = lists.getAll(LIST).get(0);
+        assertEquals(List.of(true, 0x98c, "U1"), List.of(before.scrambled(), before.caSystemId(), before.shortName()));
+        imported("Uno:11493:H:S19.2E:22000:101:102:0:0:7:1:1019:0");
+        ServiceRecord after = lists.getAll(LIST).get(0);
+        assertEquals(List.of(false, 0, ""), List.of(after.scrambled(), after.caSystemId(), after.shortName()));
+    }
+
+    @Test
     void servicesWithOtherNetworksStreamsOrServiceIdsAreDifferent() throws Exception {
         String[] lines = {PLAIN, PLAIN.replace(":1:1019", ":2:1019"), PLAIN.replace(":1:1019", ":1:1020"), PLAIN.replace(":7:", ":8:")};
         imported(lines);

@@ -114,7 +114,7 @@ class VdrTuningTest {
         assertEquals(Map.of("T2_SYSTEM_ID", "7"), parameters('T', "Q7"));
         assertEquals(Map.of("MISO", "1"), parameters('T', "X1"));
         assertEquals(Map.of(), parameters('T', "P0Q0X0"));
-        assertEquals(Map.of(), parameters('T', "P00QX"));
+        assertEquals(Map.of(), parameters('T', "P00"));
     }
 
     @Test
@@ -165,8 +165,12 @@ class VdrTuningTest {
     @Test
     void anUnknownLetterIsKeptByItsLetter() {
         assertEquals(Map.of("parameter Z", "3", "POLARIZATION", "VERTICAL"), parameters('S', "Z3V"));
-        for (char letter : "AEFJKUWZ".toCharArray()) {
-            assertEquals(Map.of("parameter " + letter, ""), parameters('S', "" + letter));
+    }
+
+    @Test
+    void aLetterWithoutItsNumberHasNoValue() {
+        for (char letter : "ABCDEFGIJKMNOPQSTUWXYZ".toCharArray()) {
+            assertEquals(Map.of("parameter " + letter, "without a number"), parameters('S', "" + letter));
         }
     }
 

@@ -215,6 +215,14 @@ class StreamIdentityTest {
     }
 
     @Test
+    void aRecordWithoutASatelliteIsNotTakenForATransponderOfAnotherSymbolRate() {
+        imported(satellite(1, "S19.2E", "SYMBOL_RATE", "22000000"));
+        assertEquals(List.of(counts(SATELLITE, 1, 0, 0, 2)), imported(satellite(2, "S13.0E", "SYMBOL_RATE", "27500000")));
+        assertEquals(List.of(counts(SATELLITE, 0, 0, 1, 2)), imported(satellite(3, "S13.0E", "SYMBOL_RATE", "27500000")));
+        assertEquals(List.of(counts(SATELLITE, 0, 0, 1, 2)), imported(satellite(4, "S19.2E", "SYMBOL_RATE", "22000000")));
+    }
+
+    @Test
     void aRecordWithTheRightSatelliteIsPreferredToOneWithout() {
         satelliteAt(192);
         assertEquals(List.of(counts(SATELLITE, 2, 0, 0, 2)), imported(satellite(1, ""), satellite(2, "S19.2E")));
