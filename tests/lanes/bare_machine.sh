@@ -7,12 +7,22 @@
 #
 # Without an argument, both. Each part gets a fresh root folder of this machine's own release with nothing but
 # git and CA certificates, and a clone of HEAD. The unpacked base and the downloaded packages are kept below
-# ${XDG_CACHE_HOME:-~/.cache}/tavro. Exit 77: skipped, for a reason that is printed.
+# ${XDG_CACHE_HOME:-~/.cache}/tavro. Exit 77: skipped, without root or on a machine that is not a Debian machine;
+# everything else that is in the way is a failure.
 set -euo pipefail
 
 skip() {
     printf 'skipped: %s\n' "$*"
     exit 77
+}
+log=
+fail() {
+    printf 'FAILED: %s\n' "$*"
+    if [ -s "$log" ]; then
+        echo "The end of the output of the last step:"
+        tail -n 60 "$log" | sed 's/^/    /'
+    fi
+    exit 1
 }
 
 parts=("$@")
@@ -26,10 +36,11 @@ done
 
 if [ "${TAVRO_BARE_NAMESPACE:-}" != yes ]; then
     [ "$(id -u)" = 0 ] || skip "only root can make a bare machine; this is user $(id -un)"
-    [ "$(. /etc/os-release && printf '%s' "${ID:-}")" = debian ] || skip "this machine is not a Debian machine"
+    [ "$(. /etc/os-release && printf '%s' "${ID:-}")" = debian ] || skip "this is not a Debian machine"
     # Mounts and processes of a namespace of their own end with it, even when this script is killed.
     namespace=(unshare --mount --pid --fork --kill-child)
-    "${namespace[@]}" true 2>/dev/null || skip "this machine does not allow mounts in a namespace (unshare --mount --pid)"
+    reason=$("${namespace[@]}" true 2>&1) ||
+        fail "a mount namespace is needed, but '${namespace[*]}' fails: $reason; allow it, for example with CAP_SYS_ADMIN"
     export TAVRO_BARE_NAMESPACE=yes
     exec "${namespace[@]}" bash "$0" "$@"
 fi
@@ -75,11 +86,8 @@ step() {
     printf '%4d s%s\n' $((SECONDS - start)) "$([ $status = 0 ] || echo "  exit $status")"
     return $status
 }
-fail() {
-    printf 'FAILED: %s; the end of its output:\n' "$*"
-    tail -n 60 "$log" | sed 's/^/    /'
-    exit 1
-}
+
+update_lists() { step "Updating this machine's package lists" apt-get -qq -o DPkg::Lock::Timeout=600 update; }
 
 # This machine's Debian sources as "URI RELEASE COMPONENT"; other vendors' sources stay behind.
 debian_sources() {
@@ -88,19 +96,23 @@ debian_sources() {
 }
 sources=$(debian_sources)
 if [ -z "$sources" ]; then
-    step "Updating this machine's package lists" apt-get -qq update || fail "apt-get update"
+    update_lists || true # the sources that answered may be enough
     sources=$(debian_sources)
 fi
 mirror=$(awk -v suite="$suite" '$2 == suite && $3 == "main" {print $1; exit}' <<<"$sources")
-[ -n "$mirror" ] || skip "this machine's apt has no Debian source of $suite main"
+[ -n "$mirror" ] || fail "this machine's apt has no Debian source of $suite main; add one to /etc/apt"
 
+install_debootstrap() {
+    step "Installing debootstrap" apt-get -qq -y -o DPkg::Lock::Timeout=600 install --no-install-recommends debootstrap
+}
 make_base() {
     local part=$work/base
-    debootstrap --variant=minbase --include=ca-certificates,git "$suite" "$part" "$mirror"
-    rm -rf "$part"/var/cache/apt/archives/*.deb "$part"/var/lib/apt/lists/*
-    tar -C "$part" --numeric-owner -cf "$base.part" .
-    mv "$base.part" "$base"
-    rm -rf --one-file-system "$part"
+    # One chain: errexit does not hold in a function whose status is tested.
+    debootstrap --variant=minbase --include=ca-certificates,git "$suite" "$part" "$mirror" &&
+        rm -rf "$part"/var/cache/apt/archives/*.deb "$part"/var/lib/apt/lists/* &&
+        tar -C "$part" --numeric-owner -cf "$base.part" . &&
+        mv "$base.part" "$base" &&
+        rm -rf --one-file-system "$part"
 }
 
 # fresh_root: a bare machine in $root with a clone of HEAD in $home/tavro, owned by OWNER.
@@ -171,11 +183,11 @@ commit=$(git -C "$checkout" rev-parse HEAD)
 printf 'Bare machine: Debian %s, commit %s\n' "$suite" "$(git -C "$checkout" log -1 --format='%h %s' | cut -c 1-60)"
 [ -z "$(git -C "$checkout" status --porcelain)" ] || echo "Changes that are not committed are not part of it."
 if [ ! -f "$base" ]; then
-    if ! command -v debootstrap >/dev/null; then
-        step "Installing debootstrap" apt-get -qq -y -o DPkg::Lock::Timeout=600 install --no-install-recommends debootstrap ||
-            skip "debootstrap cannot be installed: $(tail -n 1 "$log")"
+    if ! command -v debootstrap >/dev/null && ! install_debootstrap; then
+        update_lists || true # old lists name versions that are gone
+        install_debootstrap || fail "debootstrap cannot be installed"
     fi
-    step "Making a bare $suite" make_base || fail "debootstrap"
+    step "Making a bare $suite" make_base || fail "debootstrap failed"
 fi
 for part in "${parts[@]}"; do
     "as_$part"
