@@ -25,7 +25,7 @@ constexpr std::uint32_t kLongestTimeout = std::numeric_limits<std::int32_t>::max
 
 milliseconds lock_timeout() {
     const char* const setting = std::getenv("TAVRO_LOCK_TIMEOUT_MS");
-    if (setting == nullptr) {
+    if (setting == nullptr || *setting == '\0') {
         return kDefaultTimeout;
     }
     const std::string_view text = setting;

@@ -225,7 +225,7 @@ protected:
 
 TEST_F(LockTimeout, OfAnInvalidSettingIsTheDefaultWithOneWarning) {
     const MwdbHandle handle = created<Networks>(1);
-    for (const char* value : {"abc", "-1", "", "30x", " 30", "+30", "2147483648", "99999999999999999999", "1e3"}) {
+    for (const char* value : {"abc", "-1", "30x", " 30", "+30", "2147483648", "99999999999999999999", "1e3"}) {
         SCOPED_TRACE(value);
         environment.set("TAVRO_LOCK_TIMEOUT_MS", value);
         for (int i = 0; i < 3; ++i) {
@@ -238,6 +238,12 @@ TEST_F(LockTimeout, OfAnInvalidSettingIsTheDefaultWithOneWarning) {
                                            "waiting 3000 ms instead"});
         std::filesystem::remove(path("log"));
     }
+}
+
+TEST_F(LockTimeout, OfAnEmptySettingIsTheDefaultWithoutAWarning) {
+    environment.set("TAVRO_LOCK_TIMEOUT_MS", "");
+    expect_a_wait(created<Networks>(1));
+    EXPECT_EQ(log(), std::vector<std::string>{});
 }
 
 TEST_F(LockTimeout, OfAnInvalidSettingIsWaitedFor) {
