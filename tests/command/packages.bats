@@ -178,6 +178,19 @@ END
     not_called '^apt-get'
 }
 
+@test "data that cannot be unpacked is a failure that says what to do, and is fetched again" {
+    fake dpkg-deb <<<'mkdir -p "$3"; echo "dpkg-deb: error: not a Debian format archive"; exit 2'
+    tavro 1 demo
+    says "dpkg-deb: error: not a Debian format archive"
+    says "tavro: could not unpack the Debian package vdr"
+    says "The log is $clone/build/fetch.log"
+    [ -z "$(ls -A "$clone/build/sources")" ] || show "part of it was kept"
+    not_called '^java'
+    fake dpkg-deb <<<'mkdir -p "$3"'
+    tavro 0 demo
+    [ "$(grep -c '^apt-get -q download vdr' "$FAKE_CALLS")" = 2 ] || show "not fetched again"
+}
+
 @test "data that cannot be downloaded is a failure that says what to do" {
     as_user
     fake apt-get <<<'echo "E: Unable to locate package $3"; exit 100'
@@ -185,6 +198,6 @@ END
     says "E: Unable to locate package vdr"
     says "could not fetch the Debian package vdr"
     says "'apt-get update' as root"
-    [ ! -e "$clone/build/sources/vdr" ] || show "half of it was kept"
+    [ -z "$(ls -A "$clone/build/sources")" ] || show "part of it was kept"
     not_called '^java'
 }
