@@ -49,9 +49,13 @@ nothing_done() {
     nothing_done
 }
 
-@test "help that cannot be written is a failure" {
-    run --separate-stderr bash -c '"$0" demo --help >/dev/full' "$clone/tavro"
-    [ "$status" = 1 ] || show "exit code $status"
+@test "help and version that cannot be written are failures, and say so" {
+    for words in --help 'demo --help' 'help list' --version; do
+        run --separate-stderr bash -c '"$@" >/dev/full' bash "$clone/tavro" $words
+        [ "$status" = 1 ] || show "exit code $status: $words"
+        says "No space left on device"
+        says "tavro: "
+    done
 }
 
 @test "every command of the overview has a help text, and the other way round" {

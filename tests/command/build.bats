@@ -193,6 +193,18 @@ hold_lock() {
     FAKE_STATUS=5 tavro 1 demo
 }
 
+@test "an exit code that only an inner program knows is 1, with a message" {
+    for code in 2 3 66 127; do
+        fake flock <<<"[ \"\$1\" = -n ] && exit 1; exit $code" # busy, and then waiting fails
+        tavro 1 list 1
+        says "tavro: failed: the last program that ran ended with exit code $code"
+    done
+    not_called '^java'
+    rm "$bin/flock"
+    FAKE_STATUS=134 tavro 1 list 1
+    says "exit code 134"
+}
+
 @test "the tool's exit codes 0, 1 and 2 are those of the command" {
     for code in 0 1 2; do
         for words in 'list 1' 'show 1,2' 'import f'; do FAKE_STATUS=$code tavro $code $words; done
