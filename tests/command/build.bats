@@ -205,6 +205,26 @@ hold_lock() {
     says "exit code 134"
 }
 
+# killed_during PROGRAM WORD...: kills ./tavro while it runs a program, and expects the program to be ended.
+killed_during() {
+    fake "$1" <<'END'
+trap 'echo "${0##*/} was ended" >>"$FAKE_CALLS"; exit 1' TERM
+: >"$FAKE_CALLS.running"
+while [ -e "$FAKE_CALLS" ]; do /bin/sleep 0.05; done # to the end of the test at most
+END
+    rm -f "$FAKE_CALLS.running"
+    "$clone/tavro" "${@:2}" >/dev/null 2>&1 3>&- &
+    until_true test -e "$FAKE_CALLS.running"
+    kill -KILL $!
+    until_true grep -q "^$1 was ended" "$FAKE_CALLS"
+}
+
+@test "a killed command ends the program that it runs" {
+    killed_during java list 1
+    killed_during ctest test --quick
+    killed_during cmake build
+}
+
 @test "the tool's exit codes 0, 1 and 2 are those of the command" {
     for code in 0 1 2; do
         for words in 'list 1' 'show 1,2' 'import f'; do FAKE_STATUS=$code tavro $code $words; done
