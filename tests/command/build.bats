@@ -231,6 +231,28 @@ END
     done
 }
 
+@test "java reads file names as UTF-8, whatever the locale" {
+    fake java <<<'echo "LC_ALL=${LC_ALL-unset} $*" >>"$FAKE_CALLS"'
+    for settings in 'LC_ALL=' 'LC_ALL=C' 'LC_CTYPE=POSIX' 'LANG=xx_XX.ISO-8859-1'; do
+        : >"$FAKE_CALLS"
+        run --separate-stderr env -i PATH="$PATH" HOME="$area" FAKE_CALLS="$FAKE_CALLS" FAKE_MISSING="$FAKE_MISSING" \
+            FAKE_NINJA="$FAKE_NINJA" "$settings" "$clone/tavro" import Türksat-42E
+        [ "$status" = 0 ] || show "exit code $status: $settings"
+        called '^LC_ALL=C.UTF-8 .* import -- Türksat-42E$'
+    done
+    : >"$FAKE_CALLS"
+    fake locale <<<'exit 127' # as without it
+    LC_ALL=C tavro 0 list 1
+    called '^LC_ALL=C.UTF-8 '
+}
+
+@test "a UTF-8 locale of the user's own is left as it is" {
+    fake java <<<'echo "LC_ALL=${LC_ALL-unset} LANG=$LANG" >>"$FAKE_CALLS"'
+    unset LC_ALL LC_CTYPE
+    LANG=C.UTF-8 tavro 0 list 1
+    called '^LC_ALL=unset LANG=C.UTF-8$'
+}
+
 @test "a machine without java in PATH is told so" {
     mkdir "$area/few"
     ln -s /usr/bin/* "$area/few"
