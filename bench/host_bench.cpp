@@ -1,7 +1,7 @@
 // Speed of the workstation's middleware, with plain SQLite doing the same as the floor.
 //
 // The storage lies in a directory of its own below the system's temporary directory; TAVRO_HOME is not
-// touched. Run in an optimised build: host_bench --benchmark_filter=…
+// touched. Run in an optimized build: host_bench --benchmark_filter=…
 #include "middleware/svl.h"
 #include "services/control.h"
 

@@ -67,7 +67,7 @@ MwStatus read_rows(Connection& file, std::int64_t file_bytes, const Kind& kind, 
     return kMwOk;
 }
 
-// Whether the file can be read at all: SQLite tells a missing right no different from a missing file.
+// Whether the file can be read at all: SQLite reports a permission error as a missing file.
 MwStatus look_for(const std::string& path, std::int64_t& file_bytes) {
     struct stat found {};
     const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);

@@ -18,7 +18,7 @@ namespace {
 using std::chrono::milliseconds;
 
 constexpr milliseconds kDefaultTimeout{3000};
-// How often a lock that another process holds is tried again: nobody tells this process of its end.
+// How often a lock that another process holds is tried again: there is no notification when it is released.
 constexpr milliseconds kProcessRetry{2};
 
 constexpr std::uint32_t kLongestTimeout = std::numeric_limits<std::int32_t>::max();

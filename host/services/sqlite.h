@@ -12,7 +12,7 @@
 
 namespace tavro::host {
 
-// What SQLite answered about a database: its primary result code and its own message.
+// An error that SQLite returned for a database: its primary result code and its own message.
 class SqlError : public std::runtime_error {
 public:
     SqlError(const std::string& path, int code, int system_error, const std::string& message)

@@ -1,5 +1,5 @@
 // Statuses of the workstation's middleware beyond those of middleware/types.h. The library takes each
-// of them for "failed"; they tell an engineer what went wrong.
+// of them for "failed"; they show an engineer what went wrong.
 #pragma once
 
 #include "middleware/types.h"

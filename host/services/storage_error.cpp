@@ -46,8 +46,8 @@ bool has_space(const std::string& directory) {
     return std::uint64_t{found.f_bavail} * found.f_frsize >= kGrowth && !(counts_files && found.f_favail == 0);
 }
 
-// SQLite's codes do not tell the causes apart: it opens read-only what it may not write, fails later, and the
-// errno that it keeps may come from cleaning up. So the files are looked at.
+// SQLite uses the same codes for several causes: it opens read-only what it may not write, fails later, and the
+// errno that it keeps may come from cleaning up. So the files are examined.
 Obstacle find_obstacle(const SqlError& error) {
     if (error.code() == SQLITE_FULL || means_full(error.system_error())) {
         return {error.path(), ENOSPC};

@@ -1,5 +1,5 @@
 // The second process of the tests. It works on network list 1, or on list 1 and 2, of TAVRO_HOME and
-// tells each step that is done in a line on standard output. The exit code is 0 unless a call failed.
+// prints one line per finished step on standard output. The exit code is 0 unless a call failed.
 //
 //     add FIRST COUNT   adds records FIRST, FIRST + 1, … and prints each id after its add
 //     remove ID         removes a record

@@ -30,7 +30,7 @@ protected:
         handle = created<Kind>(1);
     }
 
-    // What a call on another thread answers.
+    // What a call returns on another thread.
     template <class Call>
     static MwStatus elsewhere(Call call) {
         return std::async(std::launch::async, call).get();
@@ -198,7 +198,7 @@ TYPED_TEST(Locks, ATimeOutNamesTheListTheThreadsAndTheRemedy) {
     EXPECT_EQ(TypeParam::unlock(this->handle), kMwOk);
 }
 
-// A setting that is no number of milliseconds from 0 to 2147483647 counts as not set, and is named once.
+// A setting that is not a number of milliseconds from 0 to 2147483647 counts as not set, and is reported once.
 class LockTimeout : public Workspace {
 protected:
     // What a wait that ends says about its length.

@@ -1,4 +1,4 @@
-// What an engineer is told when the storage directory cannot be used.
+// What is logged when the storage directory cannot be used.
 #include "kinds.h"
 #include "services/status.h"
 #include "workspace.h"
