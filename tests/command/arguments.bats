@@ -183,7 +183,7 @@ nothing_done() {
     called 'import -- a/file$'
 }
 
-@test "the tool gets to know how it was called, quoted for a shell" {
+@test "the tool receives the command as it was typed, quoted for a shell" {
     tavro 0 list 1
     called "-Dtavro.command=$clone/tavro "
     (cd "$clone" && bash tavro list 1)

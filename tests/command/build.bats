@@ -253,7 +253,7 @@ END
     called '^LC_ALL=unset LANG=C.UTF-8$'
 }
 
-@test "a machine without java in PATH is told so" {
+@test "a machine without java in PATH gets a message" {
     mkdir "$area/few"
     ln -s /usr/bin/* "$area/few"
     rm "$area/few/java" "$bin/java"
