@@ -3,7 +3,6 @@ package com.velotra.tv.tavro.tool;
 import com.velotra.tv.tavro.services.channellist.OrbitalPosition;
 import com.velotra.tv.tavro.services.channellist.RecordId;
 import com.velotra.tv.tavro.services.channellist.ServiceRecord;
-import com.velotra.tv.tavro.services.channellist.TransportStreamField;
 import com.velotra.tv.tavro.services.channellist.TransportStreamRecord;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelInfoBase;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
@@ -172,7 +171,7 @@ final class Demo {
         importFile(TERRESTRIAL_SERVICES, TERRESTRIAL);
     }
 
-    /** A service of a source, and where it was stored. */
+    /** A service of a file, and where it was stored. */
     private record Imported(Service source, RecordId id, Stored stream) {}
 
     private void importFile(String name, int listId) throws IOException, InterruptedException {
@@ -180,7 +179,8 @@ final class Demo {
         out.printf("   %s:%n", name);
         List<Imported> imported = new ArrayList<>();
         boolean complete = importFiles((service, id, stream) -> imported.add(new Imported(service, id, stream)), file);
-        long expected = distinctServices(file);
+        SourceComparison source = new SourceComparison(file, positions);
+        long expected = source.distinctServices();
         check(complete && imported.size() == expected, "every service of the file was imported: %d", expected);
         Map<Integer, ServiceRecord> stored =
                 lists.getAll(listId).stream().collect(Collectors.toMap(ServiceRecord::recordId, Function.identity()));
@@ -188,7 +188,7 @@ final class Demo {
         int same = 0;
         for (Imported service : imported) {
             ServiceRecord record = stored.get(service.id.recordId());
-            boolean agrees = record != null && agrees(record, service) && tuningAgrees(service);
+            boolean agrees = record != null && source.agrees(record, service.source, service.stream.id());
             if (!agrees) {
                 out.printf("   %s is stored as%n%s", service.source, record == null ? "nothing" : record.describe(false));
             }
@@ -196,84 +196,6 @@ final class Demo {
         }
         check(same == imported.size(), "%d of %d read back as the source has them, with the tuning of their transport streams",
                 same, imported.size());
-    }
-
-    /**
-     * How many services a file has: lines that are not headings or comments, with those counted once that have the same network, stream
-     * and service id, or, where those ids are 0, the same frequency and service id. Knows nothing of the rest of a line.
-     */
-    private static long distinctServices(Path file) throws IOException {
-        return Files.readAllLines(file, StandardCharsets.ISO_8859_1).stream()
-                .filter(line -> !line.isBlank() && !line.startsWith(":") && !line.startsWith("#"))
-                .map(line -> line.split(":"))
-                .map(fields -> fields.length < 12 ? String.join(":", fields)
-                        : String.join(":", fields[9], fields[10], fields[11],
-                                (fields[10] + fields[11]).equals("00") ? fields[1].replaceFirst("(\\d{6})000$", "$1") : ""))
-                .distinct()
-                .count();
-    }
-
-    private boolean agrees(ServiceRecord stored, Imported imported) {
-        Service source = imported.source;
-        return stored.name().equals(ServiceImport.name(source))
-                && stored.shortName().equals(ServiceImport.shortName(source))
-                && stored.transportStream().equals(imported.stream.id())
-                && satelliteAgrees(stored.satellite(), source)
-                && networkId(stored.network()) == source.networkId()
-                && stored.serviceId() == source.serviceId()
-                && stored.serviceType() == (source.hasVideo() ? 1 : 2)
-                && stored.scrambled() == source.scrambled()
-                && stored.caSystemId() == (source.scrambled() ? source.caIds().get(0) : 0)
-                && stored.logicalChannelNumber() == source.number();
-    }
-
-    /** A service refers to the satellite at its position, where there is one. */
-    private boolean satelliteAgrees(RecordId satellite, Service source) {
-        Optional<Integer> stored =
-                record(satellite, id -> satelliteLists.get(id, List.of("OrbitPosition"))).map(VltTvSatelliteInfo::getOrbitPosition);
-        String position = source.transponder().position();
-        Optional<Integer> expected = position.isEmpty() ? Optional.empty()
-                : Optional.of(OrbitalPosition.parse(position).tenths()).filter(positions::contains);
-        return stored.equals(expected);
-    }
-
-    /** The record that a reference names; nothing when it names none. */
-    private static <T> Optional<T> record(RecordId reference, Function<RecordId, Optional<T>> reader) {
-        return Optional.of(reference).filter(RecordId::namesRecord).flatMap(reader);
-    }
-
-    /** The id of a stored network; 0 when there is none. */
-    private int networkId(RecordId network) {
-        return record(network, id -> networks.get(id, null)).map(info -> info.values().getNwlNetworkId()).orElse(0);
-    }
-
-    // Stored codes of tuning parameters, by the letter and number of channels.conf.
-    private static final Map<String, Integer> POLARIZATION = Map.of("H", 0, "V", 1, "L", 2, "R", 3);
-    private static final Map<String, Integer> MODULATION =
-            Map.of("M2", 1, "M5", 2, "M16", 3, "M32", 4, "M64", 5, "M128", 6, "M256", 7);
-    private static final Map<String, Integer> FEC = Map.of(
-            "C12", 2, "C23", 3, "C34", 4, "C56", 6, "C78", 7, "C89", 8, "C35", 9, "C45", 10, "C910", 11);
-    private static final Map<String, Integer> BANDWIDTH = Map.of("B6", 1, "B7", 2, "B8", 3);
-
-    /** Reads the parameters from the file's line again, by another way than the import. */
-    private boolean tuningAgrees(Imported imported) throws IOException {
-        String line = Files.readAllLines(Path.of(imported.source.place().source()), StandardCharsets.ISO_8859_1)
-                .get(imported.source.place().line() - 1);
-        List<String> parameters = List.of(line.split(":")[2].split("(?=[A-Z])"));
-        TransportStreamRecord stream = streams.get(imported.stream.id()).orElseThrow();
-        return switch (stream.medium()) {
-            case TransportStreamRecord.SATELLITE -> agrees(stream, TransportStreamField.SAT_POLARIZATION, parameters, POLARIZATION)
-                    && agrees(stream, TransportStreamField.SAT_MODULATION, parameters, MODULATION)
-                    && agrees(stream, TransportStreamField.SAT_FEC_INNER, parameters, FEC);
-            case TransportStreamRecord.CABLE -> agrees(stream, TransportStreamField.CAB_MODULATION, parameters, MODULATION);
-            default -> agrees(stream, TransportStreamField.TER_MODULATION, parameters, MODULATION)
-                    && agrees(stream, TransportStreamField.TER_BANDWIDTH, parameters, BANDWIDTH);
-        };
-    }
-
-    private static boolean agrees(
-            TransportStreamRecord stream, TransportStreamField field, List<String> parameters, Map<String, Integer> codes) {
-        return parameters.stream().filter(codes::containsKey).allMatch(parameter -> stream.value(field) == codes.get(parameter));
     }
 
     private void showTables() {
@@ -295,16 +217,16 @@ final class Demo {
         RecordId serviceId = idOf(lists.getAll(SATELLITE).get(0));
         ServiceRecord service = lists.get(serviceId).orElseThrow();
         out.printf("   service %-10s '%s', service id %d%n", serviceId, service.name(), service.serviceId());
-        Optional<TransportStreamRecord> stream = record(service.transportStream(), streams::get);
+        Optional<TransportStreamRecord> stream = SourceComparison.record(service.transportStream(), streams::get);
         stream.ifPresent(record -> out.printf("   stream %-11s %d kHz, transport stream id %d, network id %d%n",
                 service.transportStream(), record.frequency(), record.transportStreamId(), record.originalNetworkId()));
         RecordId none = new RecordId(0, 0);
         RecordId networkId = stream.map(TransportStreamRecord::network).orElse(none);
-        Optional<VltTvNetworkInfo> network = record(networkId, id -> networks.get(id, null));
+        Optional<VltTvNetworkInfo> network = SourceComparison.record(networkId, id -> networks.get(id, null));
         network.ifPresent(info -> out.printf("   network %-10s '%s', network id %d%n",
                 networkId, info.values().getNetworkName(), info.values().getNwlNetworkId()));
         RecordId satelliteId = stream.map(TransportStreamRecord::satellite).orElse(none);
-        Optional<VltTvSatelliteInfo> satellite = record(satelliteId, id -> satelliteLists.get(id, null));
+        Optional<VltTvSatelliteInfo> satellite = SourceComparison.record(satelliteId, id -> satelliteLists.get(id, null));
         satellite.ifPresent(info -> out.printf("   satellite %-8s %s%n", satelliteId, SatelliteTable.summary(info)));
         traceChecks(service, stream.orElse(null), networkId, network.orElse(null), satelliteId, satellite.orElse(null));
     }

@@ -182,7 +182,7 @@ public final class Main {
         if (hasLists) {
             Database.check(directory);
         }
-        throw new Failure("there is no " + kind.one + " list " + listId + " in " + directory);
+        throw new Failure("no " + kind.one + " list " + listId + " in " + directory);
     }
 
     /** Which kind of list is meant. */

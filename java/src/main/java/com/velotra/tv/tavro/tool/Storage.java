@@ -68,7 +68,7 @@ final class Storage {
     static Optional<String> problem(Path directory) {
         String reason = null;
         if (!Files.exists(directory)) {
-            reason = "there is no such directory";
+            reason = "no such directory";
         } else if (!Files.isDirectory(directory)) {
             reason = "it is not a directory";
         } else if (!Files.isReadable(directory) || !Files.isExecutable(directory)) {

@@ -120,7 +120,7 @@ class DemoTest {
         Files.delete(sources.resolve("channels.conf.cable"));
         Result demo = demo(work.resolve("home"));
         assertEquals(
-                new Result(1, "", "tavro: cannot read " + sources.resolve("channels.conf.cable") + ": there is no such file or folder\n"), demo);
+                new Result(1, "", "tavro: cannot read " + sources.resolve("channels.conf.cable") + ": no such file or folder\n"), demo);
     }
 
     @Test

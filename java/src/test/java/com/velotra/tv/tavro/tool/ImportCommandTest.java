@@ -218,7 +218,7 @@ class ImportCommandTest {
         assertEquals(1, result.exit());
         assertEquals(
                 "tavro: cannot import " + image + ": it is a PNG image\n"
-                        + "tavro: cannot read " + missing + ": there is no such file or folder\n",
+                        + "tavro: cannot read " + missing + ": no such file or folder\n",
                 result.err());
         assertTrue(result.out().endsWith("transport stream list 42: 1 added, 0 changed, 0 unchanged; it holds 1 records\n"), result.out());
     }

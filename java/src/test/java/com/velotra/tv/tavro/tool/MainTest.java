@@ -95,8 +95,8 @@ class MainTest {
     @Test
     void anUnknownListOrRecordEndsWithOneAndCreatesNothing() throws Exception {
         VltTvChannelList.getInstance().open(2);
-        assertEquals(new Result(1, "", "tavro: there is no service list 99 in " + storage() + "\n"), run(storage(), "list", "99"));
-        assertEquals(new Result(1, "", "tavro: there is no service list 99 in " + storage() + "\n"), run(storage(), "show", "99,1"));
+        assertEquals(new Result(1, "", "tavro: no service list 99 in " + storage() + "\n"), run(storage(), "list", "99"));
+        assertEquals(new Result(1, "", "tavro: no service list 99 in " + storage() + "\n"), run(storage(), "show", "99,1"));
         assertEquals(new Result(1, "", "tavro: list 2 has no record 5\n"), run(storage(), "show", "2,5"));
         assertFalse(VltTvChannelList.getInstance().exists(99));
     }
@@ -115,13 +115,13 @@ class MainTest {
                     run(storage(), "show", id));
         }
         assertFalse(VltTvChannelList.getInstance().exists(65535));
-        assertEquals(new Result(1, "", "tavro: there is no service list 65535 in " + storage() + "\n"), run(storage(), "list", "65535"));
+        assertEquals(new Result(1, "", "tavro: no service list 65535 in " + storage() + "\n"), run(storage(), "list", "65535"));
     }
 
     @Test
     void aStorageDirectoryThatIsEmptyStaysEmpty() throws Exception {
         Path home = Files.createDirectory(folder.resolve("home"));
-        assertEquals(new Result(1, "", "tavro: there is no service list 1 in " + home + "\n"), run(home, "list", "1"));
+        assertEquals(new Result(1, "", "tavro: no service list 1 in " + home + "\n"), run(home, "list", "1"));
         assertEquals(0, home.toFile().list().length);
     }
 
@@ -130,7 +130,7 @@ class MainTest {
         Path missing = folder.resolve("missing");
         String remedy = "; set TAVRO_HOME to the one that holds your lists\n";
         assertEquals(
-                new Result(1, "", "tavro: cannot read the storage directory " + missing + ": there is no such directory" + remedy),
+                new Result(1, "", "tavro: cannot read the storage directory " + missing + ": no such directory" + remedy),
                 run(missing, "list", "1"));
         assertFalse(Files.exists(missing));
         Path file = Files.writeString(folder.resolve("file"), "text");
@@ -271,7 +271,7 @@ class MainTest {
         assertEquals(
                 new Result(1, "", "tavro: list 1 has no record 9\n"), run(storage(), "show", "1,9", "--kind", "satellites"));
         assertEquals(
-                new Result(1, "", "tavro: there is no satellite list 2 in " + storage() + "\n"),
+                new Result(1, "", "tavro: no satellite list 2 in " + storage() + "\n"),
                 run(storage(), "list", "2", "--kind", "satellites"));
     }
 }

@@ -55,7 +55,7 @@ public record Source(String name, String fileName, byte[] bytes) {
     /** What went wrong with a file, in words. */
     public static String reason(IOException failure) {
         if (failure instanceof NoSuchFileException) {
-            return "there is no such file or folder";
+            return "no such file or folder";
         }
         if (failure instanceof AccessDeniedException) {
             return "permission denied";

@@ -46,13 +46,13 @@ class SourceTest {
 
     @Test
     void aFileThatCannotBeReadIsNamedWithTheReason() {
-        assertEquals("cannot read " + folder + "/none: there is no such file or folder", refusal(folder.resolve("none")));
+        assertEquals("cannot read " + folder + "/none: no such file or folder", refusal(folder.resolve("none")));
         assertEquals("cannot read " + folder + ": Is a directory", refusal(folder));
     }
 
     @Test
     void aNameIsPrintedWithDotsForControlCharacters() throws IOException {
         assertEquals(folder + "/a·[2J", Source.read(Files.createFile(folder.resolve("a\u001b[2J"))).name());
-        assertEquals("cannot read " + folder + "/b·: there is no such file or folder", refusal(folder.resolve("b\u0007")));
+        assertEquals("cannot read " + folder + "/b·: no such file or folder", refusal(folder.resolve("b\u0007")));
     }
 }
