@@ -1,13 +1,11 @@
 package com.velotra.tv.tavro.tool;
 
 import com.velotra.tv.tavro.tool.input.Failure;
-import com.velotra.tv.tavro.tool.input.Source;
-import com.velotra.tv.tavro.tool.input.Text;
-import java.io.IOException;
-import java.nio.charset.StandardCharsets;
+import com.velotra.tv.tavro.tool.input.Sqlite3;
 import java.nio.file.Path;
+import java.util.Optional;
 
-/** Looks into the list database beside the library, through Debian's sqlite3: the natives report a list that cannot be read as empty. */
+/** Looks into the list database beside the library: the natives report a list that cannot be read as empty. */
 final class Database {
     private static final int RECORDS_PER_LIST = 1 << 16; // record numbers that a list takes up
 
@@ -40,28 +38,10 @@ final class Database {
     /** Runs a check and then {@code sql}. Returns what {@code sql} prints. */
     private static String ask(Path directory, String sql) {
         Path database = directory.resolve("lists.db");
-        String output;
-        try {
-            Process sqlite = new ProcessBuilder("sqlite3", "-bail", "-cmd", ".timeout 3000", database.toString(),
-                            "PRAGMA quick_check(1); " + sql)
-                    .redirectErrorStream(true)
-                    .start();
-            sqlite.getOutputStream().close();
-            output = new String(sqlite.getInputStream().readAllBytes(), StandardCharsets.UTF_8).strip();
-            sqlite.waitFor();
-        } catch (IOException e) {
-            throw new Failure("cannot check " + database + ": " + Source.reason(e));
-        } catch (InterruptedException e) {
-            Thread.currentThread().interrupt();
-            throw new Failure("interrupted while checking " + database);
+        String output = Sqlite3.run(database, "PRAGMA quick_check(1);\n" + sql);
+        if (!output.lines().findFirst().equals(Optional.of("ok"))) {
+            throw Sqlite3.failure(database, output);
         }
-        String[] lines = output.split("\n", 2);
-        if (!lines[0].equals("ok")) {
-            String remedy = output.contains("locked")
-                    ? "; another process has been writing to it for too long; end that process"
-                    : "; move it away to start without lists, or set TAVRO_HOME to another directory";
-            throw new Failure("the list database " + database + " cannot be read: " + Text.excerpt(lines[0]) + remedy);
-        }
-        return lines.length > 1 ? lines[1].strip() : "";
+        return output.substring("ok".length()).strip();
     }
 }

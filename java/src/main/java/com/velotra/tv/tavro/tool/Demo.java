@@ -100,7 +100,7 @@ final class Demo {
         if (failed == 0) {
             out.printf("All %d checks passed.%n", checks);
             out.printf("Look around: TAVRO_HOME=%s %s list %d%n",
-                    Shell.quoted(Storage.directory().toString()), System.getProperty("tavro.command", "./tavro"), SATELLITE);
+                    Shell.quoted(Storage.directory().toString()), Shell.command(), SATELLITE);
         } else {
             out.printf("%d of %d checks FAILED.%n", failed, checks);
         }
@@ -256,13 +256,13 @@ final class Demo {
         RecordId numbered = idOf(before.get(1));
         RecordId hidden = idOf(before.get(2));
         lists.updateAll(SATELLITE, List.of(
-                new VltTvChannelInfoBase().setSvlIdSvlRecId(renamed).setServiceName("My favourite").setVoptChNameEdited(true),
+                new VltTvChannelInfoBase().setSvlIdSvlRecId(renamed).setServiceName("My favorite").setVoptChNameEdited(true),
                 new VltTvChannelInfoBase().setSvlIdSvlRecId(numbered).setLogicalChannelNumber(7).setVoptChNumEdited(true)));
         lists.update(SATELLITE, new VltTvChannelInfoBase().setSvlIdSvlRecId(hidden).setVnetVisible(false));
 
         List<ServiceRecord> after = lists.getAll(SATELLITE);
         table(after, 3).lines().limit(4).forEach(line -> out.println("   " + line));
-        check(after.get(0).name().equals("My favourite"), "%s is called '%s' instead of '%s'", renamed, after.get(0).name(), before.get(0).name());
+        check(after.get(0).name().equals("My favorite"), "%s is called '%s' instead of '%s'", renamed, after.get(0).name(), before.get(0).name());
         check(after.get(1).logicalChannelNumber() == 7, "%s has the number %d", numbered, after.get(1).logicalChannelNumber());
         check(before.get(2).visible() && !after.get(2).visible(), "%s is hidden", hidden);
         check(after.subList(3, after.size()).equals(before.subList(3, before.size())), "the other %d services are as they were", after.size() - 3);

@@ -54,7 +54,10 @@ final class Importer {
         satelliteImport = new SatelliteImport(VltTvSatelliteList.getInstance(), ids.satellite(), report);
     }
 
-    /** Reads a file, or all regular files below a folder in the order of their names. What cannot be used is reported. */
+    /**
+     * Reads a file, or all regular files below a folder in the order of their names. What cannot be used is reported. Files in a
+     * folder that are in no known format are only skipped.
+     */
     void read(Path path) {
         if (path.toString().isEmpty()) {
             report.refusedFile("cannot import a file without a name");
@@ -69,8 +72,15 @@ final class Importer {
             return;
         }
         for (Path file : filesBelow(path)) {
+            Source source;
             try {
-                take(Source.read(file));
+                source = Source.read(file);
+            } catch (Failure e) {
+                report.refusedFile(e.getMessage());
+                continue;
+            }
+            try {
+                take(source);
             } catch (Failure e) {
                 report.skippedFile(e.getMessage());
             }
@@ -139,11 +149,12 @@ final class Importer {
     }
 
     /**
-     * Stores everything that was read.
+     * Stores everything that was read. Only one import at a time stores in a storage directory: what is added depends on what is there.
      *
      * @throws Failure when the storage fails; what was stored before stays
      */
-    void store(StreamImport.Observer streamObserver, ServiceImport.Observer serviceObserver) throws IOException, InterruptedException {
+    void store(StreamImport.Observer streamObserver, ServiceImport.Observer serviceObserver) {
+        ImportLock lock = ImportLock.take(Storage.directory(), report::waiting);
         try {
             Satellites satellites =
                     satellitesRead ? satelliteImport.store() : new Satellites(VltTvSatelliteList.getInstance(), ids.satellite());
@@ -154,6 +165,8 @@ final class Importer {
                     .storeAll(services, Storage.directory());
         } catch (ChannelListException e) {
             throw new Failure("the import stopped: " + e.getMessage() + "; " + Storage.whyItFails() + "; what was stored before stays");
+        } finally {
+            lock.release();
         }
     }
 }

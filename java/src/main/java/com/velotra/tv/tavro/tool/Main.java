@@ -15,6 +15,7 @@ import java.io.IOException;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.ArrayList;
+import java.util.Arrays;
 import java.util.List;
 import java.util.concurrent.Callable;
 import java.util.function.Supplier;
@@ -29,17 +30,18 @@ import picocli.CommandLine.Spec;
 
 /** The command-line tool. Exit codes: 0 done, 1 failed, wholly or partly, 2 wrong usage. */
 @Command(
-        name = "./tavro",
+        name = Main.NAME,
         description = "Shows what is in channel lists.",
         subcommands = {Main.ListCommand.class, Main.ShowCommand.class, Main.ImportCommand.class, Main.DemoCommand.class,
             Main.LoadCommand.class})
 public final class Main {
+    static final String NAME = "./tavro";
+
     private static final int DONE = 0;
     private static final int FAILED = 1;
     private static final int WRONG_USAGE = 2;
 
     private static final int LAST_LIST = 65_535;
-    private static final int LAST_RECORD = 65_534;
 
     @Mixin
     private HelpOption help;
@@ -77,10 +79,10 @@ public final class Main {
         CommandLine tool = new CommandLine(new Main());
         tool.getSubcommands().values().forEach(command -> command.getCommandSpec().usageMessage().parameterListHeading("%n"));
         return tool.registerConverter(RecordId.class, new RecordIdConverter())
-                .setCaseInsensitiveEnumValuesAllowed(true)
                 .setParameterExceptionHandler((wrong, words) -> {
                     System.err.println("tavro: " + Printable.of(wrong.getMessage()));
-                    System.err.println("See " + wrong.getCommandLine().getCommandSpec().qualifiedName() + " --help");
+                    String name = wrong.getCommandLine().getCommandName();
+                    System.err.println("See " + Shell.command() + (name.equals(NAME) ? "" : " " + name) + " --help");
                     return WRONG_USAGE;
                 })
                 .setExecutionExceptionHandler((failure, command, parsed) -> {
@@ -114,9 +116,9 @@ public final class Main {
         public RecordId convert(String text) {
             try {
                 RecordId id = RecordId.parse(text);
-                if (id.listId() < 1 || id.listId() > LAST_LIST || id.recordId() > LAST_RECORD) {
+                if (!id.namesRecord()) {
                     throw new IllegalArgumentException(
-                            "'" + text + "' names no record: list ids are 1 to " + LAST_LIST + ", record ids 0 to " + LAST_RECORD);
+                            "'" + text + "' names no record: list ids are 1 to " + LAST_LIST + ", record ids 0 to " + (LAST_LIST - 1));
                 }
                 return id;
             } catch (IllegalArgumentException e) {
@@ -138,6 +140,14 @@ public final class Main {
         @Override
         public Integer convert(String text) {
             return number(text, 1, LAST_LIST - ListIds.COUNT + 1, "a first list id (" + ListIds.COUNT + " lists are filled)");
+        }
+    }
+
+    private static final class KindConverter implements ITypeConverter<Kind> {
+        @Override
+        public Kind convert(String text) {
+            return Arrays.stream(Kind.values()).filter(kind -> kind.toString().equals(text)).findFirst().orElseThrow(
+                    () -> new CommandLine.TypeConversionException("'" + text + "' is not services, streams, networks or satellites"));
         }
     }
 
@@ -187,7 +197,7 @@ public final class Main {
 
     /** Which kind of list is meant. */
     static final class KindOption {
-        @Option(names = {"-k", "--kind"}, paramLabel = "KIND", defaultValue = "services",
+        @Option(names = {"-k", "--kind"}, paramLabel = "KIND", defaultValue = "services", converter = KindConverter.class,
                 description = "services (the default), streams, networks or satellites.")
         Kind kind;
     }

@@ -10,7 +10,7 @@ final class NetworkTable {
 
     /** The first {@code most} networks of a list, no line wider than {@code columns}. */
     static String of(List<VltTvNetworkInfo> networks, int most, int columns) {
-        Table table = new Table(">record", ">network id", "name", ">version", "favourite", "candidate");
+        Table table = new Table(">record", ">network id", "name", ">version", "favorite", "candidate");
         for (VltTvNetworkInfo network : networks.subList(0, Math.min(most, networks.size()))) {
             VltTvNetworkInfoBase values = network.values();
             table.add(
@@ -28,7 +28,7 @@ final class NetworkTable {
     static String describe(VltTvNetworkInfo network) {
         VltTvNetworkInfoBase values = network.values();
         return String.format(
-                "record %25s%nnetwork id %21s%nname %27s%nversion %24s%nfavourite %22s%ncandidate %22s%n",
+                "record %25s%nnetwork id %21s%nname %27s%nversion %24s%nfavorite %23s%ncandidate %22s%n",
                 values.getNwlIdNwlRecId(), values.getNwlNetworkId(), '"' + values.getNetworkName() + '"',
                 values.getNetworkVersion(), values.getNwlFavNetwork(), values.getNwlFavNetworkCandidate());
     }

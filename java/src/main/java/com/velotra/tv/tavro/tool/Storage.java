@@ -40,7 +40,7 @@ final class Storage {
         } catch (IOException e) {
             return "cannot look at " + directory + ": " + Source.reason(e);
         }
-        return "the log line of TavroHost says why";
+        return "the log lines of TavroHost, if there are any, say why; another program may be changing the list";
     }
 
     /** Whether a directory holds lists already. */

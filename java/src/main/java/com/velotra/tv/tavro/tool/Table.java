@@ -23,7 +23,7 @@ final class Table {
         rows.add(row);
     }
 
-    /** The line behind a table that leaves {@code left} rows out; nothing when it leaves none. */
+    /** The line after a table that leaves {@code left} rows out; nothing when it leaves none. */
     static String more(int left) {
         return left > 0 ? "… and " + left + " more" + System.lineSeparator() : "";
     }

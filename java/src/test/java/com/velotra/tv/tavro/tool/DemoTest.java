@@ -56,7 +56,7 @@ class DemoTest {
         assertEquals("", demo.err());
 
         Result list = ToolProcess.run(folder, Map.of("TAVRO_HOME", home.toString()), "list", "5");
-        assertTrue(list.out().contains("My favourite"), list.out());
+        assertTrue(list.out().contains("My favorite"), list.out());
         assertTrue(list.out().endsWith("4 services\n"), list.out());
     }
 

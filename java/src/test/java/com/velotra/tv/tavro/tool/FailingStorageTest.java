@@ -132,7 +132,7 @@ class FailingStorageTest {
             Result result = tool(words);
             assertEquals(1, result.exit(), words[0]);
             assertEquals("", result.out());
-            assertTrue(result.err().contains("tavro: the list database " + database + " cannot be read: "), result.err());
+            assertTrue(result.err().contains("tavro: the list database " + database + " cannot be used: "), result.err());
             assertTrue(result.err().endsWith("; move it away to start without lists, or set TAVRO_HOME to another directory\n"), result.err());
         }
     }

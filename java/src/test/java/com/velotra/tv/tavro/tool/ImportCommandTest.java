@@ -12,9 +12,11 @@ import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamList;
 import com.velotra.tv.tavro.tool.ToolProcess.Result;
 import java.io.ByteArrayInputStream;
 import java.io.InputStream;
+import java.nio.channels.FileChannel;
 import java.nio.charset.StandardCharsets;
 import java.nio.file.Files;
 import java.nio.file.Path;
+import java.nio.file.StandardOpenOption;
 import java.util.List;
 import org.junit.jupiter.api.AfterEach;
 import org.junit.jupiter.api.Test;
@@ -150,6 +152,7 @@ class ImportCommandTest {
                 """
                 satellite list 43: 0 added, 0 changed, 2 unchanged; it holds 2 records
                 transport stream list 42: 0 added, 0 changed, 2 unchanged; it holds 2 records
+                network list 42: 0 added, 0 changed, 1 unchanged; it holds 1 records
                 service list 42: 0 added, 0 changed, 2 unchanged; it holds 2 records
                 """,
                 lists(imported(channels, satellites)));
@@ -160,6 +163,7 @@ class ImportCommandTest {
                 """
                 satellite list 43: 1 added, 1 changed, 0 unchanged; it holds 3 records
                 transport stream list 42: 0 added, 1 changed, 1 unchanged; it holds 2 records
+                network list 42: 0 added, 0 changed, 1 unchanged; it holds 1 records
                 service list 42: 1 added, 1 changed, 1 unchanged, 1 repeated in the files; it holds 3 records
                 """,
                 lists(imported(channels, satellites)));
@@ -221,6 +225,34 @@ class ImportCommandTest {
                         + "tavro: cannot read " + missing + ": no such file or folder\n",
                 result.err());
         assertTrue(result.out().endsWith("transport stream list 42: 1 added, 0 changed, 0 unchanged; it holds 1 records\n"), result.out());
+    }
+
+    @Test
+    void aFileInAFolderThatCannotBeReadFailsTheImport() throws Exception {
+        Path data = Files.createDirectory(folder.resolve("data"));
+        Files.writeString(data.resolve("table"), CABLE);
+        Path unreadable = Files.createSymbolicLink(data.resolve("unreadable"), Path.of("/proc/self/mem"));
+        Result result = imported(data);
+        assertEquals("tavro: cannot read " + unreadable + ": Input/output error\n", result.err());
+        assertEquals(1, result.exit());
+        assertTrue(result.out().startsWith("1 files: 1 transponders; 0 malformed lines\n"), result.out());
+    }
+
+    @Test
+    void importsOfSeveralProcessesWaitForEachOther() throws Exception {
+        Path home = Path.of(System.getenv("TAVRO_HOME"));
+        Path table = file("table", CABLE);
+        List<String> command =
+                ToolProcess.command(System.getProperty("java.library.path"), "import", "--list", "41", table.toString());
+        Process other;
+        try (FileChannel lock = FileChannel.open(home.resolve("import.lock"), StandardOpenOption.CREATE, StandardOpenOption.WRITE)) {
+            lock.lock();
+            other = new ProcessBuilder(command).start();
+            assertEquals("  waiting for another import to finish …", other.errorReader(StandardCharsets.UTF_8).readLine());
+            assertFalse(VltTvTransportStreamList.getInstance().exists(42));
+        }
+        assertEquals(0, other.waitFor());
+        assertEquals(1, VltTvTransportStreamList.getInstance().getAll(42).size());
     }
 
     @Test

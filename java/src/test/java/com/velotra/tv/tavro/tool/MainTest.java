@@ -180,8 +180,8 @@ class MainTest {
         networks.add(1, info);
         assertEquals(
                 """
-                record  network id  name  version  favourite  candidate
-                     1        8468  Uno         0  yes        no
+                record  network id  name  version  favorite  candidate
+                     1        8468  Uno         0  yes       no
                 1 networks
                 """,
                 run(storage(), "list", "1", "--kind", "networks").out());
@@ -191,7 +191,7 @@ class MainTest {
                 network id                  8468
                 name                       "Uno"
                 version                        0
-                favourite                      1
+                favorite                       1
                 candidate                      0
                 """,
                 run(storage(), "show", "1,1", "--kind", "networks").out());

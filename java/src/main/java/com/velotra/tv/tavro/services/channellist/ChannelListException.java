@@ -8,7 +8,7 @@ public class ChannelListException extends RuntimeException {
 
     /**
      * @param message what failed, with which list or record
-     * @param status what the native answered; 0 when it answered without a status
+     * @param status what the native returned; 0 when it returned no status
      */
     public ChannelListException(String message, int status) {
         super(Printable.of(status == 0 ? message : message + " (status " + status + ")"));

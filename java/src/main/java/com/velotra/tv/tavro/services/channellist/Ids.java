@@ -44,16 +44,31 @@ final class Ids {
     }
 
     /**
-     * Checks identifiers in text form of which the record part alone counts. The native side cannot parse a malformed one: it
-     * would leave a list half updated and locked, or end the process. Null is passed through to the native.
+     * Checks identifiers in text form whose record part names a record; the list part may be 0. The native side cannot parse a
+     * malformed one: it would leave a list half updated and locked, or end the process. Null is passed through to the native.
      */
     static void checkRecords(Stream<String> identifiers) {
-        identifiers.filter(Objects::nonNull).map(RecordId::parse).forEach(id -> record(id.recordId()));
+        parsed(identifiers).forEach(id -> {
+            inRange(id.listId(), 0, HIGHEST, "list");
+            record(id.recordId());
+        });
+    }
+
+    /** Checks identifiers that refer to other records: both parts have 16 bits, and 0,0 stands for none. Null is passed through. */
+    static void checkReferences(Stream<String> identifiers) {
+        parsed(identifiers).forEach(id -> {
+            inRange(id.listId(), 0, HIGHEST, "list");
+            inRange(id.recordId(), 0, HIGHEST, "record");
+        });
+    }
+
+    private static Stream<RecordId> parsed(Stream<String> identifiers) {
+        return identifiers.filter(Objects::nonNull).map(RecordId::parse);
     }
 
     /** The same for identifiers of which both parts count. */
     static void checkWhole(Stream<String> identifiers) {
-        identifiers.filter(Objects::nonNull).map(RecordId::parse).forEach(Ids::text);
+        parsed(identifiers).forEach(Ids::text);
     }
 
     /** Whether a list may have that record: both numbers are in range. */

@@ -1,5 +1,6 @@
 package com.velotra.tv.tavro.services.channellist;
 
+import java.util.Collections;
 import java.util.List;
 import java.util.Objects;
 import java.util.Optional;
@@ -62,19 +63,25 @@ public final class VltTvChannelList extends TvList {
 
     /** Overlays the service that {@code info} names by its record id with the values that it carries. */
     public void update(int listId, VltTvChannelInfoBase info) {
-        Ids.checkRecords(Stream.ofNullable(info.svlIdSvlRecId));
+        checkIds(Collections.singletonList(info));
         check(native_updateInfo(Ids.list(listId), info), "cannot update the service %s of list %d", info.svlIdSvlRecId, listId);
     }
 
     /** Overlays many services. Those before the first that fails stay updated. One without a record id stands for record 0. */
     public void updateAll(int listId, List<? extends VltTvChannelInfoBase> infos) {
-        Ids.checkRecords(infos.stream().filter(Objects::nonNull).map(info -> info.svlIdSvlRecId));
+        checkIds(infos);
         check(native_updateInfoList(Ids.list(listId), infos), "cannot update %d services of list %d", infos.size(), listId);
     }
 
     /** Adds a service. */
     public RecordId add(int listId, VltTvChannelInfoBase info) {
+        checkIds(Collections.singletonList(info));
         return added(nativeAdd(Ids.list(listId), info), "cannot add a service to list %d", listId);
+    }
+
+    private static void checkIds(List<? extends VltTvChannelInfoBase> infos) {
+        Ids.checkRecords(infos.stream().filter(Objects::nonNull).map(info -> info.svlIdSvlRecId));
+        Ids.checkReferences(infos.stream().filter(Objects::nonNull).flatMap(info -> Stream.of(info.tslRecId, info.satlRecId)));
     }
 
     @Override

@@ -75,7 +75,7 @@ public class VltTvNetworkInfoBase extends KeyedValues {
 
     // Flags.
 
-    /** 1 when the network may become the favourite one, else 0. */
+    /** 1 when the network may become the favorite one, else 0. */
     public void setNwlFavNetworkCandidate(int value) {
         NwlFavNetworkCandidate = value;
         mark("NwlFavNetworkCandidate");
@@ -86,7 +86,7 @@ public class VltTvNetworkInfoBase extends KeyedValues {
         return NwlFavNetworkCandidate;
     }
 
-    /** 1 when the network is the favourite one, else 0. */
+    /** 1 when the network is the favorite one, else 0. */
     public void setNwlFavNetwork(int value) {
         NwlFavNetwork = value;
         mark("NwlFavNetwork");

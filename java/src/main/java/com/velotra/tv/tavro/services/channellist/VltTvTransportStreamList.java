@@ -1,5 +1,6 @@
 package com.velotra.tv.tavro.services.channellist;
 
+import java.util.Collections;
 import java.util.List;
 import java.util.Objects;
 import java.util.Optional;
@@ -51,7 +52,7 @@ public final class VltTvTransportStreamList extends TvList {
 
     /** Overlays the transport stream that {@code info} names by its record id with the values that it carries. */
     public void update(int listId, VltTvTransportStreamInfoBase info) {
-        Ids.checkRecords(Stream.ofNullable(info.identifier()));
+        checkIds(Collections.singletonList(info));
         check(
                 native_updateInfo(Ids.list(listId), info),
                 "cannot update the transport stream %s of list %d", info.identifier(), listId);
@@ -62,7 +63,7 @@ public final class VltTvTransportStreamList extends TvList {
      * 0, one whose record id was set to null is left out.
      */
     public void updateAll(int listId, List<? extends VltTvTransportStreamInfoBase> infos) {
-        Ids.checkRecords(infos.stream().filter(Objects::nonNull).map(VltTvTransportStreamInfoBase::identifier));
+        checkIds(infos);
         check(
                 native_updateInfoList(Ids.list(listId), infos),
                 "cannot update %d transport streams of list %d", infos.size(), listId);
@@ -70,7 +71,13 @@ public final class VltTvTransportStreamList extends TvList {
 
     /** Adds a transport stream. */
     public RecordId add(int listId, VltTvTransportStreamInfoBase info) {
+        checkIds(Collections.singletonList(info));
         return added(nativeAdd(Ids.list(listId), info), "cannot add a transport stream to list %d", listId);
+    }
+
+    private static void checkIds(List<? extends VltTvTransportStreamInfoBase> infos) {
+        Ids.checkRecords(infos.stream().filter(Objects::nonNull).map(VltTvTransportStreamInfoBase::identifier));
+        Ids.checkReferences(infos.stream().filter(Objects::nonNull).flatMap(info -> Stream.of(info.tslNwlRecId, info.tslSatlRecId)));
     }
 
     @Override

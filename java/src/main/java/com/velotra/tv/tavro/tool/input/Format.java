@@ -41,6 +41,9 @@ public enum Format {
      * @throws Failure naming what it is instead
      */
     public static Format of(Source source) {
+        if (source.bytes().length > Source.MOST) {
+            refuse(source, "it is larger than " + (Source.MOST >> 20) + " MiB");
+        }
         ForeignFormat.of(source.bytes()).ifPresent(name -> refuse(source, "it is " + name));
         List<String> lines = source.lines();
         if (isBinary(lines)) {

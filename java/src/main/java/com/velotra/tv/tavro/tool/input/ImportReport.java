@@ -60,7 +60,7 @@ public final class ImportReport {
         print("skipped files", "  " + reason);
     }
 
-    /** Something in a file is not for these lists; that is no failure. */
+    /** Something in a file is not for these lists; that is not a failure. */
     public void skipped(String reason) {
         skipped.count(reason);
     }
@@ -89,6 +89,11 @@ public final class ImportReport {
     /** A satellite was stored with its dish settings. */
     public void switched() {
         switched++;
+    }
+
+    /** Another import is storing; this one goes on when it has finished. */
+    public void waiting() {
+        progress.println("  waiting for another import to finish …");
     }
 
     /** One more of {@code all} things was taken. */

@@ -15,7 +15,7 @@ public final class ListCounts {
 
     /**
      * @param name what the list is called in the summary, as in "satellite list 13"
-     * @param size tells how many records the list holds
+     * @param size gives how many records the list holds; 0 when it cannot be read
      */
     public ListCounts(String name, IntSupplier size) {
         this.name = name;
@@ -49,10 +49,12 @@ public final class ListCounts {
     }
 
     private String holds() {
+        int holds;
         try {
-            return "it holds " + size.getAsInt() + " records";
-        } catch (RuntimeException e) { // the storage failed, which has been reported
-            return "it cannot be read now";
+            holds = size.getAsInt();
+        } catch (RuntimeException e) {
+            holds = 0; // the storage failed, which has been reported
         }
+        return holds < added + updated.size() ? "it cannot be read now" : "it holds " + holds + " records";
     }
 }

@@ -14,14 +14,14 @@ import java.util.List;
  *
  * @param name its name as messages print it
  * @param fileName the last part of its path, or empty when it has none, as standard input
- * @param bytes its content
+ * @param bytes its content; one byte more than {@link #MOST} of a larger one
  */
 public record Source(String name, String fileName, byte[] bytes) {
     /** Stands for standard input among the files of a command line. */
     public static final Path STANDARD_INPUT = Path.of("-");
 
     /** Bytes; the largest real file, a whole country's transponders, has less than one hundredth of it. */
-    private static final int MOST = 64 << 20;
+    static final int MOST = 64 << 20;
 
     /**
      * Reads a file, a pipe, or standard input.
@@ -42,11 +42,7 @@ public record Source(String name, String fileName, byte[] bytes) {
 
     private static Source read(String name, String fileName, InputStream stream) {
         try {
-            byte[] bytes = stream.readNBytes(MOST + 1);
-            if (bytes.length > MOST) {
-                throw new Failure("cannot import " + name + ": it is larger than " + (MOST >> 20) + " MiB");
-            }
-            return new Source(name, fileName, bytes);
+            return new Source(name, fileName, stream.readNBytes(MOST + 1));
         } catch (IOException e) {
             throw new Failure("cannot read " + name + ": " + reason(e));
         }

@@ -22,8 +22,8 @@ import java.util.regex.Pattern;
  *                                                    six bytes                Wn   wait n ms
  * </pre>
  *
- * A line of numbers with a colon behind them restricts those below it to some devices. Blank lines and lines that begin with
- * {@code #} say nothing.
+ * A line of numbers with a colon after them restricts those below it to some devices. Blank lines and lines that begin with
+ * {@code #} are ignored.
  */
 final class DiseqcConf {
     /**

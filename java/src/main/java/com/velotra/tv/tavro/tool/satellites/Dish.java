@@ -72,14 +72,18 @@ final class Dish {
         return port != null && burst != null ? OptionalInt.of(burst) : OptionalInt.empty();
     }
 
-    /** Puts the values into a record object. Updates do not take the polarization: {@code isNew} says whether the record is new. */
-    void put(VltTvSatelliteInfoBase info, boolean isNew) {
+    /**
+     * Puts the values into a record object. Updates do not take the polarization.
+     *
+     * @param polarizationBefore that of the record to be updated; nothing for a new one
+     */
+    void put(VltTvSatelliteInfoBase info, OptionalInt polarizationBefore) {
         info.setMaskStatusOn(1);
         putLnb(info);
         putSwitch(info);
         putTone(info);
         putPower(info);
-        putPolarization(info, isNew);
+        putPolarization(info, polarizationBefore);
         commands().forEach(this::leave);
     }
 
@@ -154,13 +158,16 @@ final class Dish {
         }
     }
 
-    private void putPolarization(VltTvSatelliteInfoBase info, boolean isNew) {
+    private void putPolarization(VltTvSatelliteInfoBase info, OptionalInt before) {
         Set<Character> polarizations = sequences.stream().map(Sequence::polarization).collect(Collectors.toSet());
         if (polarizations.size() > 1) {
             dropped.add("more than one polarization; each transport stream has its own");
-        } else if (isNew) {
-            info.setDiseqcPolar(POLARIZATION.get(polarizations.iterator().next()));
-        } else {
+            return;
+        }
+        int polarization = POLARIZATION.get(polarizations.iterator().next());
+        if (before.isEmpty()) {
+            info.setDiseqcPolar(polarization);
+        } else if (before.getAsInt() != polarization) {
             dropped.add("the polarization of a satellite that was there before");
         }
     }
@@ -183,7 +190,7 @@ final class Dish {
                 : command);
     }
 
-    /** What the commands say, those that say nothing answering null; when they differ all but the first is left out. */
+    /** The value that the commands have, null from those without one; when they differ, the first is used. */
     private Integer same(String difference, Function<String, Integer> value) {
         List<Integer> values = commands().map(value).filter(Objects::nonNull).distinct().toList();
         if (values.size() > 1) {

@@ -13,6 +13,7 @@ import java.util.LinkedHashMap;
 import java.util.LinkedHashSet;
 import java.util.List;
 import java.util.Map;
+import java.util.OptionalInt;
 import java.util.Set;
 
 /**
@@ -96,7 +97,7 @@ public final class SatelliteImport {
         }
         Dish dish = sequences.containsKey(position) ? new Dish(sequences.get(position)) : null;
         if (dish != null) {
-            dish.put(info, known == null);
+            dish.put(info, polarization(known));
         }
         List<Object> before = known == null ? List.of() : values(known);
         RecordId id = known == null ? lists.add(listId, info) : update(known, info);
@@ -118,6 +119,11 @@ public final class SatelliteImport {
         if (source != null && !info.getName().equals(source.name())) {
             report.dropped("the end of a name longer than " + NAME_BYTES + " bytes");
         }
+    }
+
+    private OptionalInt polarization(RecordId known) {
+        return known == null ? OptionalInt.empty()
+                : lists.get(known, null).stream().mapToInt(VltTvSatelliteInfoBase::getDiseqcPolar).findFirst();
     }
 
     private List<Object> values(RecordId id) {

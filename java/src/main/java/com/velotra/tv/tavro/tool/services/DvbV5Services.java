@@ -12,7 +12,7 @@ import java.util.Map;
 /** The services of a file in the DVBv5 form, as the DVBv5 tools write them: named blocks with a {@code SERVICE_ID}. */
 public final class DvbV5Services {
     // Keys that describe the service; the others are tuning parameters.
-    private static final String SERVICE_KEYS = "SERVICE_ID|NETWORK_ID|TRANSPORT_ID|VCHANNEL|VIDEO_PID|AUDIO_PID|PID_.*";
+    private static final String SERVICE_KEYS = "SERVICE_ID|NETWORK_ID|TRANSPORT_ID|VIDEO_PID|AUDIO_PID|PID_.*";
 
     private final List<Service> services = new ArrayList<>();
     private final List<Malformed> malformed = new ArrayList<>();
@@ -48,6 +48,10 @@ public final class DvbV5Services {
         Map<String, String> values = block.values();
         Map<String, String> tuning = new LinkedHashMap<>(values);
         tuning.keySet().removeIf(key -> key.matches(SERVICE_KEYS));
+        int number = channelNumber(values.getOrDefault("VCHANNEL", ""));
+        if (number != 0) {
+            tuning.remove("VCHANNEL"); // one that is not a number stays, and is reported as dropped
+        }
         return new Service(
                 block.place(),
                 block.heading(),
@@ -58,7 +62,12 @@ public final class DvbV5Services {
                 number(values, "SERVICE_ID", 0xFFFF),
                 number(values, "NETWORK_ID", 0xFFFF),
                 number(values, "TRANSPORT_ID", 0xFFFF),
-                values.getOrDefault("VCHANNEL", "").matches("\\d{1,4}") ? number(values, "VCHANNEL", Service.MAX_NUMBER) : 0);
+                number);
+    }
+
+    private static int channelNumber(String text) {
+        int number = text.matches("\\d{1,5}") ? Integer.parseInt(text) : 0;
+        return number <= Service.MAX_NUMBER ? number : 0;
     }
 
     private static int number(Map<String, String> values, String key, int most) {

@@ -7,13 +7,17 @@ import com.velotra.tv.tavro.services.channellist.VltTvNetworkList;
 import com.velotra.tv.tavro.tool.input.ImportReport;
 import com.velotra.tv.tavro.tool.input.ListCounts;
 import java.util.HashMap;
+import java.util.HashSet;
 import java.util.Map;
+import java.util.Set;
 
 /** The network records that services and transport streams refer to: one per network id and list, made when it is first needed. */
 final class Networks {
     private final VltTvNetworkList lists;
     private final ImportReport report;
     private final Map<Integer, Map<Integer, RecordId>> records = new HashMap<>(); // by list id, then by network id
+
+    private final Set<RecordId> found = new HashSet<>(); // there before this import, and not yet referred to by it
 
     Networks(VltTvNetworkList lists, ImportReport report) {
         this.lists = lists;
@@ -22,7 +26,11 @@ final class Networks {
 
     /** The record of a network in the list of that id. A record that is there already stays as it is. */
     RecordId of(int listId, int networkId) {
-        return records.computeIfAbsent(listId, this::read).computeIfAbsent(networkId, id -> {
+        Map<Integer, RecordId> known = records.computeIfAbsent(listId, this::read);
+        if (found.remove(known.get(networkId))) {
+            counts(listId).updated(known.get(networkId).recordId(), false);
+        }
+        return known.computeIfAbsent(networkId, id -> {
             VltTvNetworkInfoBase info = new VltTvNetworkInfoBase();
             info.setNwlNetworkId(id);
             info.setNetworkName("Network " + id);
@@ -41,6 +49,7 @@ final class Networks {
         for (VltTvNetworkInfo network : lists.getAll(listId, null)) {
             byNetwork.putIfAbsent(network.values().getNwlNetworkId(), network.id());
         }
+        found.addAll(byNetwork.values());
         return byNetwork;
     }
 }

@@ -1,11 +1,7 @@
 package com.velotra.tv.tavro.tool.services;
 
 import com.velotra.tv.tavro.services.channellist.RecordId;
-import com.velotra.tv.tavro.tool.input.Failure;
-import java.io.IOException;
-import java.io.OutputStreamWriter;
-import java.io.Writer;
-import java.nio.charset.StandardCharsets;
+import com.velotra.tv.tavro.tool.input.Sqlite3;
 import java.nio.file.Path;
 import java.util.Map;
 import java.util.stream.Collectors;
@@ -23,9 +19,9 @@ final class ScanStandIn {
      * Makes services of one list point at network records.
      *
      * @param networks the network record of each service, by the service's record id
+     * @throws com.velotra.tv.tavro.tool.input.Failure when the database cannot be used; none is noted then
      */
-    static void noteNetworks(Path storage, int listId, Map<Integer, RecordId> networks)
-            throws IOException, InterruptedException {
+    static void noteNetworks(Path storage, int listId, Map<Integer, RecordId> networks) {
         Map<RecordId, String> services = networks.entrySet().stream().collect(Collectors.groupingBy(
                 Map.Entry::getValue, Collectors.mapping(entry -> entry.getKey().toString(), Collectors.joining(","))));
         StringBuilder sql = new StringBuilder("BEGIN IMMEDIATE;\n");
@@ -34,16 +30,7 @@ final class ScanStandIn {
                         + " WHERE kind = 1 AND list_id = %d AND record_id IN (%s);%n",
                 littleEndian(network.listId()), littleEndian(network.recordId()), listId, records)));
         sql.append(String.format("UPDATE lists SET version = version + 1 WHERE kind = 1 AND list_id = %d;%nCOMMIT;%n", listId));
-        Process sqlite = new ProcessBuilder("sqlite3", "-bail", storage.resolve("lists.db").toString())
-                .redirectOutput(ProcessBuilder.Redirect.INHERIT)
-                .redirectError(ProcessBuilder.Redirect.INHERIT)
-                .start();
-        try (Writer input = new OutputStreamWriter(sqlite.getOutputStream(), StandardCharsets.US_ASCII)) {
-            input.write(sql.toString());
-        }
-        if (sqlite.waitFor() != 0) {
-            throw new Failure("sqlite3 could not note the networks of service list " + listId + " in " + storage);
-        }
+        Sqlite3.run(storage.resolve("lists.db"), sql.toString());
     }
 
     private static String littleEndian(int number) {

@@ -1,6 +1,7 @@
 package com.velotra.tv.tavro.tool.services;
 
 import com.velotra.tv.tavro.services.channellist.RecordId;
+import com.velotra.tv.tavro.services.channellist.ServiceFlag;
 import com.velotra.tv.tavro.services.channellist.ServiceRecord;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelInfoBase;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
@@ -12,11 +13,11 @@ import com.velotra.tv.tavro.tool.transponders.NotImportable;
 import com.velotra.tv.tavro.tool.transponders.StreamImport;
 import com.velotra.tv.tavro.tool.transponders.StreamImport.Ids;
 import com.velotra.tv.tavro.tool.transponders.StreamImport.Stored;
-import java.io.IOException;
 import java.nio.file.Path;
 import java.util.HashMap;
 import java.util.List;
 import java.util.Map;
+import java.util.Optional;
 
 /**
  * Stores services in service lists, with the transport streams and networks that they refer to. A service that its list has already
@@ -61,7 +62,7 @@ public final class ServiceImport {
      *
      * @throws com.velotra.tv.tavro.services.channellist.ChannelListException when the storage fails; those before stay stored
      */
-    public void storeAll(List<Service> services, Path storage) throws IOException, InterruptedException {
+    public void storeAll(List<Service> services, Path storage) {
         report.beginSteps();
         for (Service service : services) {
             try {
@@ -80,7 +81,7 @@ public final class ServiceImport {
         Stored stream = streamOf(service);
         ServiceList list = targets.computeIfAbsent(
                 stream.id().listId(), id -> new ServiceList(lists, streamLists, id, report));
-        RecordId id = list.store(service.serviceId(), stream, convert(service, stream.id()));
+        RecordId id = list.store(service.serviceId(), stream, before -> convert(service, stream.id(), before));
         if (id == null) {
             return;
         }
@@ -89,6 +90,9 @@ public final class ServiceImport {
         }
         cutName("service name", service.name(), NAME_BYTES);
         cutName("short name", service.shortName(), SHORT_NAME_BYTES);
+        if (service.caIds().size() > 1) {
+            report.dropped("CA system ids after the first");
+        }
         observer.stored(service, id, stream);
     }
 
@@ -109,25 +113,26 @@ public final class ServiceImport {
         return known;
     }
 
-    private VltTvChannelInfoBase convert(Service service, RecordId stream) {
+    /** @param before the record that is to be updated, whose edits by the user stay; nothing for a new one */
+    private VltTvChannelInfoBase convert(Service service, RecordId stream, Optional<ServiceRecord> before) {
         int type = service.hasVideo() ? TELEVISION : RADIO;
         VltTvChannelInfoBase info = new VltTvChannelInfoBase()
                 .setBroadcastType(ServiceRecord.BROADCAST_DVB)
                 .setServiceType(type)
                 .setSdtServiceType(type)
-                .setServiceName(name(service))
                 .setServiceId(service.serviceId())
                 .setTslRecId(stream)
-                .setVnetActive(true)
-                .setVnetEpg(true)
-                .setVnetVisible(true)
-                .setVnetNumericSelectable(true)
                 .setVnetScrambled(service.scrambled())
                 .setFreeCaMode(service.scrambled() ? 1 : 0)
-                .setCaSystemId(service.scrambled() ? service.caIds().get(0) : 0)
-                .setServiceShortName(shortName(service));
+                .setCaSystemId(service.scrambled() ? service.caIds().get(0) : 0);
         streams.satelliteOf(service.transponder()).ifPresent(info::setSatlRecId);
-        if (service.number() != 0) {
+        if (before.isEmpty()) {
+            info.setVnetActive(true).setVnetEpg(true).setVnetVisible(true).setVnetNumericSelectable(true);
+        }
+        if (before.filter(record -> record.has(ServiceFlag.NAME_EDITED)).isEmpty()) {
+            info.setServiceName(name(service)).setServiceShortName(shortName(service));
+        }
+        if (service.number() != 0 && before.filter(record -> record.has(ServiceFlag.NUMBER_EDITED)).isEmpty()) {
             info.setMajorChannelNumber(service.number())
                     .setLogicalChannelNumber(service.number())
                     .setOriginalLcn(service.number())

@@ -8,10 +8,10 @@ import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
 import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamList;
 import com.velotra.tv.tavro.tool.input.ImportReport;
 import com.velotra.tv.tavro.tool.input.ListCounts;
+import com.velotra.tv.tavro.tool.transponders.ListIds;
 import com.velotra.tv.tavro.tool.transponders.NotImportable;
 import com.velotra.tv.tavro.tool.transponders.StreamImport.Ids;
 import com.velotra.tv.tavro.tool.transponders.StreamImport.Stored;
-import java.io.IOException;
 import java.nio.file.Path;
 import java.util.HashMap;
 import java.util.HashSet;
@@ -19,6 +19,7 @@ import java.util.LinkedHashMap;
 import java.util.Map;
 import java.util.Optional;
 import java.util.Set;
+import java.util.function.Function;
 
 /**
  * One service list during an import: finds the record of a service by its original network, transport stream and service id, or by its
@@ -28,8 +29,6 @@ final class ServiceList {
     private record ByIds(Ids ids, int serviceId) {}
 
     private record ByStream(int streamRecord, int serviceId) {}
-
-    private static final int MOST = 65_534; // record ids have 16 bits, and the two ends are not given out
 
     private final VltTvChannelList lists;
     private final int id;
@@ -70,23 +69,27 @@ final class ServiceList {
         return id;
     }
 
-    /** Adds or updates a service. Returns its record, or null when this import has stored the service before. */
-    RecordId store(int serviceId, Stored stream, VltTvChannelInfoBase info) throws NotImportable {
+    /**
+     * Adds or updates a service. Returns its record, or null when this import has stored the service before.
+     *
+     * @param values what is to be stored, given the record that is there
+     */
+    RecordId store(int serviceId, Stored stream, Function<Optional<ServiceRecord>, VltTvChannelInfoBase> values) throws NotImportable {
         int streamRecord = stream.id().recordId();
         RecordId known = byIds.get(new ByIds(stream.ids(), serviceId));
         if (known == null) {
             known = byStream.get(new ByStream(streamRecord, serviceId));
         }
         if (known == null) {
-            if (size == MOST) {
-                throw new NotImportable("service list " + id + " is full: it has " + MOST + " records");
+            if (size == ListIds.MOST_RECORDS) {
+                throw new NotImportable("service list " + id + " is full: it has " + ListIds.MOST_RECORDS + " records");
             }
-            known = lists.add(id, info);
+            known = lists.add(id, values.apply(Optional.empty()));
             add(known, stream.ids(), streamRecord, serviceId);
             counts.added();
         } else if (!stored.contains(known)) {
             Optional<ServiceRecord> before = lists.get(known);
-            lists.update(id, info.setSvlIdSvlRecId(known));
+            lists.update(id, values.apply(before).setSvlIdSvlRecId(known));
             counts.updated(known.recordId(), !lists.get(known).equals(before));
         } else {
             counts.repeated();
@@ -98,19 +101,16 @@ final class ServiceList {
 
     /** The network record of a service, to be noted at the end. */
     void setNetwork(RecordId service, RecordId network) {
-        RecordId before = networkBefore.get(service.recordId());
-        if (!network.equals(before)) {
+        if (!network.equals(networkBefore.get(service.recordId()))) {
             networks.put(service.recordId(), network);
-        }
-        if (before != null) {
-            counts.updated(service.recordId(), !network.equals(before));
         }
     }
 
-    void noteNetworks(Path storage) throws IOException, InterruptedException {
+    /** Notes the networks of services that were new or had another one. */
+    void noteNetworks(Path storage) {
         if (!networks.isEmpty()) {
             ScanStandIn.noteNetworks(storage, id, networks);
-            networks.clear();
+            networks.keySet().stream().filter(networkBefore::containsKey).forEach(service -> counts.updated(service, true));
         }
     }
 }

@@ -1,6 +1,7 @@
 package com.velotra.tv.tavro.tool.services;
 
 import com.velotra.tv.tavro.tool.input.Text;
+import com.velotra.tv.tavro.tool.transponders.Transponder;
 import java.util.LinkedHashMap;
 import java.util.Locale;
 import java.util.Map;
@@ -73,7 +74,7 @@ final class VdrTuning {
             case 'S' -> second ? "DVBS2" : "DVBS";
             case 'C' -> "DVBC/ANNEX_A";
             case 'T' -> second ? "DVBT2" : "DVBT";
-            default -> "ATSC";
+            default -> Transponder.atscSystem(values.getOrDefault("MODULATION", ""));
         };
     }
 

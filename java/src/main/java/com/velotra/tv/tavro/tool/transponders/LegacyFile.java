@@ -92,9 +92,8 @@ public final class LegacyFile {
             String key = system.keys.get(i - 1);
             values.put(key, value(key, words[i]));
         }
-        // North American cable is in the tables as ATSC with a cable modulation.
-        boolean cable = words[0].equals("A") && values.getOrDefault("MODULATION", "").startsWith("QAM");
-        values.put("DELIVERY_SYSTEM", cable ? "DVBC/ANNEX_B" : system.name);
+        values.put("DELIVERY_SYSTEM",
+                words[0].equals("A") ? Transponder.atscSystem(values.getOrDefault("MODULATION", "")) : system.name);
         transponders.add(new Transponder(place, "", position, values));
     }
 

@@ -8,6 +8,9 @@ public record ListIds(int terrestrial, int cable, int satellite) {
     /** How many ids {@link #from} takes. */
     public static final int COUNT = 3;
 
+    /** Records that a list can hold: record ids have 16 bits, and the two ends are not given out. */
+    public static final int MOST_RECORDS = 65_534;
+
     /** Three lists in a row: terrestrial, cable, satellite. */
     public static ListIds from(int first) {
         return new ListIds(first, first + 1, first + 2);

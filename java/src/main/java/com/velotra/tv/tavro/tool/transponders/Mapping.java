@@ -12,7 +12,7 @@ import java.util.function.IntConsumer;
 
 /**
  * One transponder of a scan table as the values of a transport stream record: the frequency is in kHz for every medium, symbol
- * rate in symbols a second, bandwidth in kHz. AUTO and values that say nothing (an unused stream id, a bandwidth of 0) set no key.
+ * rate in symbols a second, bandwidth in kHz. AUTO and values without meaning (an unused stream id, a bandwidth of 0) set no key.
  */
 final class Mapping {
     private record System(int medium, int standard, boolean dvb) {}
@@ -220,7 +220,7 @@ final class Mapping {
         }
     }
 
-    /** -1 for what is no number. */
+    /** The number, or -1 when the text is not one. */
     private static long number(String text) {
         return text != null && text.matches("\\d{1,18}") ? Long.parseLong(text) : -1;
     }

@@ -50,8 +50,6 @@ final class StreamList {
 
     private record Tuning(int medium, int frequency, int polarization) {}
 
-    private static final int MOST = 65_534; // record ids have 16 bits, and the two ends are not given out
-
     private final VltTvTransportStreamList lists;
     private final int id;
     private final ListCounts counts;
@@ -108,8 +106,8 @@ final class StreamList {
         if (best != null) {
             return best;
         }
-        if (size == MOST) {
-            throw new NotImportable("transport stream list " + id + " is full: it has " + MOST + " records");
+        if (size == ListIds.MOST_RECORDS) {
+            throw new NotImportable("transport stream list " + id + " is full: it has " + ListIds.MOST_RECORDS + " records");
         }
         Known known = new Known();
         add(tuning, known);

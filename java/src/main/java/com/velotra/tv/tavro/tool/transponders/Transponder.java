@@ -11,4 +11,9 @@ import java.util.Map;
  * @param position the position of its satellite, as in S19.2E, or empty
  * @param values its tuning parameters under their DVBv5 names, in the order of the file
  */
-public record Transponder(Place place, String name, String position, Map<String, String> values) {}
+public record Transponder(Place place, String name, String position, Map<String, String> values) {
+    /** The delivery system of what older files call ATSC: with a cable modulation it is North American cable. */
+    public static String atscSystem(String modulation) {
+        return modulation.startsWith("QAM/") ? "DVBC/ANNEX_B" : "ATSC";
+    }
+}

@@ -43,7 +43,7 @@ class ImportReportTest {
         counts.updated(2, false);
         counts.updated(2, false);
         counts.repeated();
-        report.list("network list 13", () -> 0).added();
+        report.list("network list 13", () -> 1).added();
         assertEquals(
                 """
                 2 files: 3 services, 6 transponders; 1 malformed lines
@@ -59,7 +59,7 @@ class ImportReportTest {
                        1  no satellites in satellite list 13
                 1 satellites with dish settings
                 satellite list 13: 1 added, 1 changed, 1 unchanged, 1 repeated in the files; it holds 4 records
-                network list 13: 1 added, 0 changed, 0 unchanged; it holds 0 records
+                network list 13: 1 added, 0 changed, 0 unchanged; it holds 1 records
                 """,
                 ImportFixture.summary(report));
         assertEquals("  left out table:1: nonsense\n  not imported table:7: no frequency\n", log());

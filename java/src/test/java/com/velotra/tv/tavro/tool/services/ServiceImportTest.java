@@ -11,6 +11,7 @@ import com.velotra.tv.tavro.services.channellist.ServiceRecord;
 import com.velotra.tv.tavro.services.channellist.TransportStreamField;
 import com.velotra.tv.tavro.services.channellist.TransportStreamRecord;
 import com.velotra.tv.tavro.services.channellist.TvList;
+import com.velotra.tv.tavro.services.channellist.VltTvChannelInfoBase;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
 import com.velotra.tv.tavro.services.channellist.VltTvNetworkList;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfoBase;
@@ -298,7 +299,7 @@ class ServiceImportTest {
         List<ServiceRecord> before = lists.getAll(LIST);
         ImportReport report = imported(lines);
         assertEquals(
-                List.of(counts("transport stream list 63", 0, 0, 1, 1), counts("service list 63", 0, 0, 2, 2),
+                List.of(counts("transport stream list 63", 0, 0, 1, 1), counts("network list 63", 0, 0, 1, 1), counts("service list 63", 0, 0, 2, 2),
                         counts("transport stream list 62", 0, 0, 1, 1), counts("service list 62", 0, 0, 1, 1)),
                 ImportFixture.lists(report));
         assertEquals(before, lists.getAll(LIST));
@@ -310,7 +311,7 @@ class ServiceImportTest {
         imported(PLAIN, PLAIN.replace(":7:", ":8:"));
         ImportReport report = imported(PLAIN.replace("Uno", "Due"), PLAIN.replace(":7:", ":8:"), PLAIN.replace(":7:", ":9:"));
         assertEquals(
-                List.of(counts("transport stream list 63", 0, 0, 1, 1), counts("service list 63", 1, 1, 1, 3)),
+                List.of(counts("transport stream list 63", 0, 0, 1, 1), counts("network list 63", 0, 0, 1, 1), counts("service list 63", 1, 1, 1, 3)),
                 ImportFixture.lists(report));
         assertEquals(List.of("Due", "Uno", "Uno"), names(lists.getAll(LIST)));
         assertEquals(List.of("Due", "Uno", "Uno"), names(lists.byNetwork(LIST, 1)), "the new one has its network too");
@@ -327,12 +328,32 @@ class ServiceImportTest {
     }
 
     @Test
+    void editsOfTheUserStayWhenTheSourceIsImportedAgain() throws Exception {
+        imported(":@900", PLAIN, PLAIN.replace(":7:", ":8:"));
+        RecordId id = new RecordId(LIST, 1);
+        lists.update(LIST, new VltTvChannelInfoBase().setSvlIdSvlRecId(id).setServiceName("Mine").setVoptChNameEdited(true)
+                .setLogicalChannelNumber(7).setVoptChNumEdited(true).setVnetVisible(false).setVnetNumericSelectable(false));
+        ServiceRecord edited = lists.get(id).orElseThrow();
+        imported(":@950", PLAIN.replace("Uno", "Due"), PLAIN.replace("Uno", "Due").replace(":7:", ":8:"));
+        assertEquals(edited, lists.get(id).orElseThrow());
+        ServiceRecord other = lists.get(new RecordId(LIST, 2)).orElseThrow();
+        assertEquals(List.of("Due", 951, true), List.of(other.name(), other.logicalChannelNumber(), other.visible()));
+    }
+
+    @Test
+    void conditionalAccessSystemsAfterTheFirstAreReported() throws Exception {
+        ImportReport report = imported("Uno:11493:H:S19.2E:22000:101:102:0:98c,1833:7:1:1019:0");
+        assertEquals(Map.of("CA system ids after the first", 1), report.dropped());
+    }
+
+    @Test
     void servicesWithOtherNetworksStreamsOrServiceIdsAreDifferent() throws Exception {
         String[] lines = {PLAIN, PLAIN.replace(":1:1019", ":2:1019"), PLAIN.replace(":1:1019", ":1:1020"), PLAIN.replace(":7:", ":8:")};
         imported(lines);
         ImportReport report = imported(lines);
         assertEquals(
-                List.of(counts("transport stream list 63", 0, 0, 3, 3), counts("service list 63", 0, 0, 4, 4)), ImportFixture.lists(report));
+                List.of(counts("transport stream list 63", 0, 0, 3, 3), counts("network list 63", 0, 0, 2, 2), counts("service list 63", 0, 0, 4, 4)),
+                ImportFixture.lists(report));
         assertEquals(List.of("1=63,1 on 63,1", "2=63,2 on 63,2", "3=63,3 on 63,3", "4=63,4 on 63,1"), observed);
     }
 
@@ -341,7 +362,8 @@ class ServiceImportTest {
         imported(PLAIN);
         ImportReport report = imported(PLAIN.replace("11493", "11494"));
         assertEquals(
-                List.of(counts("transport stream list 63", 1, 0, 0, 2), counts("service list 63", 0, 1, 0, 1)), ImportFixture.lists(report));
+                List.of(counts("transport stream list 63", 1, 0, 0, 2), counts("network list 63", 0, 0, 1, 1), counts("service list 63", 0, 1, 0, 1)),
+                ImportFixture.lists(report));
         assertEquals(List.of("1=63,1 on 63,2"), observed);
         assertEquals(new RecordId(LIST, 2), lists.getAll(LIST).get(0).transportStream());
     }
@@ -392,7 +414,7 @@ class ServiceImportTest {
         assertEquals(Map.of(), report.dropped());
         assertEquals("  not imported Uno-19.2E:12: no delivery system\n", log.toString(StandardCharsets.UTF_8));
         assertEquals(
-                List.of(counts("transport stream list 63", 0, 0, 1, 1), counts("service list 63", 0, 0, 1, 1)),
+                List.of(counts("transport stream list 63", 0, 0, 1, 1), counts("network list 63", 0, 0, 1, 1), counts("service list 63", 0, 0, 1, 1)),
                 ImportFixture.lists(imported(PLAIN)), "the same service in the other form; it keeps its number");
     }
 
