@@ -150,6 +150,10 @@ class MainTest {
                 new Result(2, "", invalid + "option '--first': '-1' is not a number of records: it must be from 0 to 2147483647\n"
                         + "See ./tavro list --help\n"),
                 run(storage(), "list", "1", "--first=-1"));
+        assertEquals(
+                new Result(2, "", invalid + "option '--kind': 'service' is not services, streams, networks or satellites\n"
+                        + "See ./tavro list --help\n"),
+                run(storage(), "list", "1", "--kind", "service"));
         for (String[] words : new String[][] {{"nonsense"}, {"list"}, {"list", "1", "2"}, {"list", "1", "--frist", "2"}, {"import"}}) {
             Result result = run(storage(), words);
             assertEquals(2, result.exit(), result.err());

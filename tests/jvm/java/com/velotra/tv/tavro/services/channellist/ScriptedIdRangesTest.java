@@ -3,6 +3,7 @@ package com.velotra.tv.tavro.services.channellist;
 import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertInstanceOf;
 import static org.junit.jupiter.api.Assertions.assertNotEquals;
+import static org.junit.jupiter.api.Assertions.assertThrows;
 import static org.junit.jupiter.api.Assertions.assertTrue;
 
 import java.lang.reflect.InvocationTargetException;
@@ -17,6 +18,7 @@ import java.util.stream.Stream;
 import org.junit.jupiter.api.DynamicTest;
 import org.junit.jupiter.api.Test;
 import org.junit.jupiter.api.TestFactory;
+import org.junit.jupiter.api.function.Executable;
 
 /** Ids out of range are refused before any native is called, by every public method of every list class. */
 class ScriptedIdRangesTest extends SatellitePlatform {
@@ -182,6 +184,36 @@ class ScriptedIdRangesTest extends SatellitePlatform {
     void identifiersOfUpdatesMayLeaveTheListOut() {
         open(lists, 1);
         lists.update(1, new VltTvChannelInfoBase().setSvlIdSvlRecId(new RecordId(0, 17)));
+        assertEquals(1, Script.linesWith("x_svl_get_rec(0x10001, 17)").size());
+    }
+
+    @Test
+    void referencesToOtherRecordsHaveSixteenBitsAndMayBeNone() {
+        Script.reset();
+        for (RecordId bad : List.of(new RecordId(65536, 1), new RecordId(70000, 1), new RecordId(1, 65536))) {
+            String message = bad.listId() > 65535
+                    ? "list id " + bad.listId() + " is out of range; list ids are 0 to 65535"
+                    : "record id 65536 is out of range; record ids are 0 to 65535";
+            for (VltTvChannelInfoBase info : List.of(
+                    new VltTvChannelInfoBase().setTslRecId(bad), new VltTvChannelInfoBase().setSatlRecId(bad))) {
+                for (Executable call : List.<Executable>of(
+                        () -> lists.add(1, info), () -> lists.update(1, info), () -> lists.updateAll(1, List.of(info)))) {
+                    assertEquals(message, assertThrows(IllegalArgumentException.class, call).getMessage());
+                }
+            }
+            for (VltTvTransportStreamInfoBase info : List.of(
+                    new VltTvTransportStreamInfoBase().setTslNwlRecId(bad), new VltTvTransportStreamInfoBase().setTslSatlRecId(bad))) {
+                for (Executable call : List.<Executable>of(
+                        () -> streams.add(1, info), () -> streams.update(1, info), () -> streams.updateAll(1, List.of(info)))) {
+                    assertEquals(message, assertThrows(IllegalArgumentException.class, call).getMessage());
+                }
+            }
+        }
+        assertJournal();
+        open(lists, 1);
+        Script.reset();
+        lists.updateAll(1, List.of(new VltTvChannelInfoBase().setSvlIdSvlRecId(new RecordId(1, 17))
+                .setTslRecId(new RecordId(0, 0)).setSatlRecId(new RecordId(65535, 65535))));
         assertEquals(1, Script.linesWith("x_svl_get_rec(0x10001, 17)").size());
     }
 }

@@ -53,6 +53,14 @@ class DvbV5ServicesTest {
     }
 
     @Test
+    void aChannelNumberThatCannotBeKeptStaysAmongTheValuesThatAreReported() {
+        assertEquals(
+                List.of(Map.of("VCHANNEL", "16384"), Map.of("VCHANNEL", "5.1"), Map.of()),
+                read("x", "[A]", "SERVICE_ID = 1", "VCHANNEL = 16384", "[B]", "SERVICE_ID = 2", "VCHANNEL = 5.1", "[C]", "SERVICE_ID = 3",
+                        "VCHANNEL = 16383").services().stream().map(service -> service.transponder().values()).toList());
+    }
+
+    @Test
     void otherBlocksAreNotServices() {
         DvbV5Services services = read("x", "[CHANNEL]", "SERVICE_ID = 7", "[C21]", "FREQUENCY = 474000000");
         assertEquals(List.of(), services.services());

@@ -163,6 +163,12 @@ class VdrTuningTest {
     }
 
     @Test
+    void northAmericanCableIsKnownByItsModulation() {
+        assertEquals("DVBC/ANNEX_B", VdrTuning.values('A', 57, "M256", 0).get("DELIVERY_SYSTEM"));
+        assertEquals("ATSC", VdrTuning.values('A', 57, "M10", 0).get("DELIVERY_SYSTEM"));
+    }
+
+    @Test
     void anUnknownLetterIsKeptByItsLetter() {
         assertEquals(Map.of("parameter Z", "3", "POLARIZATION", "VERTICAL"), parameters('S', "Z3V"));
     }
