@@ -35,6 +35,19 @@ final class Database {
         }
     }
 
+    /**
+     * Makes sure that a list that the library does not open is not there.
+     *
+     * @throws Failure when it is there
+     */
+    static void checkMissing(Path directory, Kind kind, int listId) {
+        String count = ask(directory, String.format("SELECT count(*) FROM lists WHERE number = %d AND name IS NOT NULL;",
+                (long) kind.number * RECORDS_PER_LIST + listId));
+        if (!count.equals("0")) {
+            throw new Failure(kind.one + " list " + listId + " in " + directory + " cannot be opened; the log line of TavroHost says why");
+        }
+    }
+
     /** Runs a check and then {@code sql}. Returns what {@code sql} prints. */
     private static String ask(Path directory, String sql) {
         Path database = directory.resolve("lists.db");

@@ -124,18 +124,18 @@ final class Importer {
                 List<Malformed> malformed = Stream.concat(file.malformed().stream(), named.malformed().stream()).toList();
                 transponders.addAll(file.transponders());
                 services.addAll(named.services());
-                report.read(file.transponders().size(), "transponders", malformed);
-                report.alsoRead(named.services().size(), "services");
+                report.read(file.transponders().size(), "transponder", malformed);
+                report.alsoRead(named.services().size(), "service");
             }
             case LEGACY_SCAN_TABLE -> {
                 LegacyFile file = LegacyFile.read(source);
                 transponders.addAll(file.transponders());
-                report.read(file.transponders().size(), "transponders", file.malformed());
+                report.read(file.transponders().size(), "transponder", file.malformed());
             }
             case CHANNELS -> {
                 ChannelsConf file = ChannelsConf.read(source);
                 services.addAll(file.services());
-                report.read(file.services().size(), "services", file.malformed());
+                report.read(file.services().size(), "service", file.malformed());
             }
             case SOURCES -> {
                 satellitesRead = true;

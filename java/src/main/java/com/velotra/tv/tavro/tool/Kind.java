@@ -15,7 +15,7 @@ import java.util.Optional;
 
 /** The kinds of list that the tool shows. */
 enum Kind {
-    SERVICES(1, "service", "services") {
+    SERVICES(1, "service") {
         @Override
         TvList lists() {
             return VltTvChannelList.getInstance();
@@ -33,7 +33,7 @@ enum Kind {
         }
     },
 
-    STREAMS(2, "transport stream", "transport streams") {
+    STREAMS(2, "transport stream") {
         @Override
         TvList lists() {
             return VltTvTransportStreamList.getInstance();
@@ -51,7 +51,7 @@ enum Kind {
         }
     },
 
-    NETWORKS(3, "network", "networks") {
+    NETWORKS(3, "network") {
         @Override
         TvList lists() {
             return VltTvNetworkList.getInstance();
@@ -70,7 +70,7 @@ enum Kind {
         }
     },
 
-    SATELLITES(4, "satellite", "satellites") {
+    SATELLITES(4, "satellite") {
         @Override
         TvList lists() {
             return VltTvSatelliteList.getInstance();
@@ -100,12 +100,10 @@ enum Kind {
     /** In the list database. */
     final int number;
     final String one;
-    final String many;
 
-    Kind(int number, String one, String many) {
+    Kind(int number, String one) {
         this.number = number;
         this.one = one;
-        this.many = many;
     }
 
     /** The class of the lists of this kind, with the library loaded. */

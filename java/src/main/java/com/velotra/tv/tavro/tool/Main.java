@@ -7,6 +7,7 @@ import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
 import com.velotra.tv.tavro.tool.input.Failure;
 import com.velotra.tv.tavro.tool.input.ImportReport;
 import com.velotra.tv.tavro.tool.input.Source;
+import com.velotra.tv.tavro.tool.input.Text;
 import com.velotra.tv.tavro.tool.transponders.ListIds;
 import java.io.BufferedOutputStream;
 import java.io.FileDescriptor;
@@ -78,11 +79,12 @@ public final class Main {
     private static int execute(String... arguments) {
         CommandLine tool = new CommandLine(new Main());
         tool.getSubcommands().values().forEach(command -> command.getCommandSpec().usageMessage().parameterListHeading("%n"));
-        return tool.registerConverter(RecordId.class, new RecordIdConverter())
+        return tool.setExpandAtFiles(false) // a file may be called @name
+                .registerConverter(RecordId.class, new RecordIdConverter())
                 .setParameterExceptionHandler((wrong, words) -> {
                     System.err.println("tavro: " + Printable.of(wrong.getMessage()));
                     String name = wrong.getCommandLine().getCommandName();
-                    System.err.println("See " + Shell.command() + (name.equals(NAME) ? "" : " " + name) + " --help");
+                    System.err.println("See: " + Shell.command() + (name.equals(NAME) ? "" : " " + name) + " --help");
                     return WRONG_USAGE;
                 })
                 .setExecutionExceptionHandler((failure, command, parsed) -> {
@@ -139,7 +141,7 @@ public final class Main {
     private static final class FirstListConverter implements ITypeConverter<Integer> {
         @Override
         public Integer convert(String text) {
-            return number(text, 1, LAST_LIST - ListIds.COUNT + 1, "a first list id (" + ListIds.COUNT + " lists are filled)");
+            return number(text, 1, LAST_LIST - ListIds.COUNT + 1, "the id of the first of " + ListIds.COUNT + " lists");
         }
     }
 
@@ -178,19 +180,23 @@ public final class Main {
         }
     }
 
-    /** Makes sure that a list is there, in a storage directory that is there already. */
-    private static void needList(Kind kind, int listId) {
-        Path directory = Storage.directory();
+    private static void needDirectory(Path directory) {
         Storage.problem(directory).ifPresent(problem -> {
             throw new Failure(problem);
         });
+    }
+
+    /** Makes sure that a list is there, in a storage directory that is there already. */
+    private static void needList(Kind kind, int listId) {
+        Path directory = Storage.directory();
+        needDirectory(directory);
         // Loading the library over a directory without lists would make an empty database in it.
         boolean hasLists = Storage.hasLists(directory);
         if (hasLists && withLibrary(kind::lists).exists(listId)) {
             return;
         }
         if (hasLists) {
-            Database.check(directory);
+            Database.checkMissing(directory, kind, listId);
         }
         throw new Failure("no " + kind.one + " list " + listId + " in " + directory);
     }
@@ -227,7 +233,7 @@ public final class Main {
                 Database.checkEmpty(Storage.directory(), of.kind, listId);
             }
             System.out.print(listing.printer().table(first, columns()));
-            System.out.printf("%d %s%n", listing.size(), of.kind.many);
+            System.out.println(Text.count(listing.size(), of.kind.one));
             return DONE;
         }
 
@@ -296,6 +302,9 @@ public final class Main {
         @Override
         public Integer call() throws Exception {
             Path directory = Storage.directory();
+            if (Files.exists(directory)) {
+                needDirectory(directory);
+            }
             if (Storage.hasLists(directory)) {
                 Database.check(directory);
             }

@@ -1,6 +1,6 @@
 package com.velotra.tv.tavro.tool;
 
-import com.velotra.tv.tavro.tool.input.Source;
+import com.velotra.tv.tavro.tool.input.Failure;
 import java.io.IOException;
 import java.nio.file.Files;
 import java.nio.file.Path;
@@ -20,9 +20,14 @@ final class Storage {
             return Path.of(home);
         }
         String state = System.getenv("XDG_STATE_HOME");
+        if (state != null && !state.isEmpty()) {
+            return Path.of(state, "tavro");
+        }
         String user = System.getenv("HOME"); // the platform asks the environment too
-        return (state != null && !state.isEmpty() ? Path.of(state) : Path.of(user == null ? "" : user, ".local", "state"))
-                .resolve("tavro");
+        if (user == null || user.isEmpty()) {
+            throw new Failure("there is no home directory to keep lists in; set TAVRO_HOME or HOME");
+        }
+        return Path.of(user, ".local", "state", "tavro");
     }
 
     /** Why the storage does not take changes, as far as that can be seen from here. */
@@ -30,7 +35,7 @@ final class Storage {
         Path directory = directory();
         for (Path path : List.of(directory, directory.resolve("lists.db"))) {
             if (Files.exists(path) && !Files.isWritable(path)) {
-                return "permission denied for " + path;
+                return path + " is not writable";
             }
         }
         try {
@@ -38,7 +43,7 @@ final class Storage {
                 return "no space left on the file system of " + directory + "; free some space";
             }
         } catch (IOException e) {
-            return "cannot look at " + directory + ": " + Source.reason(e);
+            // There is no such directory, and the platform has said why it could not make one.
         }
         return "the log lines of TavroHost, if there are any, say why; another program may be changing the list";
     }
@@ -64,7 +69,7 @@ final class Storage {
                         + "; run ./tavro demo, or set TAVRO_HOME to a new directory below " + folder);
     }
 
-    /** Why lists cannot be read from a directory; nothing when they can. Nothing is created. */
+    /** Why lists cannot be kept in a directory, as far as that can be seen from here. Nothing is created. */
     static Optional<String> problem(Path directory) {
         String reason = null;
         if (!Files.exists(directory)) {
@@ -73,8 +78,6 @@ final class Storage {
             reason = "it is not a directory";
         } else if (!Files.isReadable(directory) || !Files.isExecutable(directory)) {
             reason = "permission denied";
-        } else if (!Files.isWritable(directory)) {
-            reason = "it is not writable, and locking a list writes to it";
         }
         return Optional.ofNullable(reason)
                 .map(r -> "cannot read the storage directory " + directory + ": " + r + "; set TAVRO_HOME to the one that holds your lists");

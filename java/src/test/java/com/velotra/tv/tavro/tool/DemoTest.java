@@ -109,7 +109,7 @@ class DemoTest {
         Files.write(dishes.resolve("sources.conf"), List.of("S13E Quattro"));
         Result demo = demo(work.resolve("home"));
         assertEquals(1, demo.exit());
-        assertEquals("  not imported S19.2E: dish settings for a position without a satellite\n", demo.err());
+        assertEquals("  not imported S19.2E: dish settings for a position without a satellite (import sources.conf too)\n", demo.err());
         assertTrue(demo.out().contains("       2  no satellite at S19.2E in satellite list 1\n"), demo.out());
         assertTrue(demo.out().contains("\n   FAIL service and transport stream name the same satellite\n"), demo.out());
         assertTrue(demo.out().endsWith("\n3 of 31 checks FAILED.\n"), demo.out());

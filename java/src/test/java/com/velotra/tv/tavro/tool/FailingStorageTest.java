@@ -68,7 +68,7 @@ class FailingStorageTest {
         assertEquals(1, toolLines(result), result.err());
         assertTrue(result.err().contains("tavro: the import stopped: cannot add a transport stream to list 2; no space left on the file "
                 + "system of " + home + "; free some space; what was stored before stays\n"), result.err());
-        assertTrue(result.out().startsWith("1 files: 2000 transponders; 0 malformed lines\n"), result.out());
+        assertTrue(result.out().startsWith("1 file: 2000 transponders; 0 malformed lines\n"), result.out());
         String last = result.out().lines().reduce((first, second) -> second).orElseThrow();
         assertTrue(last.matches("transport stream list 2: (\\d+) added, 0 changed, 0 unchanged; it holds \\1 records"), last);
         assertFalse(last.contains(" 0 added"), last);
@@ -95,7 +95,10 @@ class FailingStorageTest {
             Result result = tool("import", "--list", "1", satellites.toString());
             assertEquals(1, result.exit());
             assertEquals("", result.out());
-            assertTrue(result.err().endsWith("another process has been writing to it for too long; end that process\n"), result.err());
+            assertEquals(
+                    "tavro: the list database " + home.resolve("lists.db") + " cannot be used: it is locked; end the other process that has"
+                            + " been writing to it for too long, or set TAVRO_HOME to another directory\n",
+                    result.err());
         } finally {
             holder.outputWriter().close();
             holder.waitFor();

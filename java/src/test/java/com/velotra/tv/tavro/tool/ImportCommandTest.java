@@ -26,7 +26,7 @@ import org.junit.jupiter.api.io.TempDir;
 class ImportCommandTest {
     private static final String CABLE = "[Uno]\nDELIVERY_SYSTEM = DVBC/ANNEX_A\nFREQUENCY = 330000000\nSYMBOL_RATE = 6900000\n";
     private static final String FORMATS =
-            "DVBv5 tables, one-line scan tables, channels.conf, sources.conf and diseqc.conf can be imported";
+            "DVBv5 tables, one-line scan tables, and channels.conf, sources.conf and diseqc.conf of vdr can be imported";
 
     @TempDir
     Path folder;
@@ -63,10 +63,10 @@ class ImportCommandTest {
         assertEquals(
                 new Result(0,
                         """
-                        1 files: 1 transponders; 0 malformed lines
-                        Imported, by delivery system:
+                        1 file: 1 transponder; 0 malformed lines
+                        Transport streams stored, by delivery system:
                                1  DVBC/ANNEX_A
-                        transport stream list 42: 1 added, 0 changed, 0 unchanged; it holds 1 records
+                        transport stream list 42: 1 added, 0 changed, 0 unchanged; it holds 1 record
                         """,
                         ""),
                 imported(file("table", CABLE)));
@@ -74,7 +74,7 @@ class ImportCommandTest {
                 """
                 record  standard  frequency  symbol rate  stream id  network id  network record  name
                      1  DVB-C        330000      6900000          0           0  0,0             Uno
-                1 transport streams
+                1 transport stream
                 """,
                 ToolProcess.runHere("list", "42", "--kind", "streams").out());
         Result show = ToolProcess.runHere("show", "42,1", "-k", "streams", "--hex");
@@ -93,14 +93,14 @@ class ImportCommandTest {
         assertEquals(
                 new Result(0,
                         """
-                        3 files: 1 dish settings, 2 satellites, 1 transponders; 0 malformed lines
-                        Imported, by delivery system:
+                        3 files: 1 dish setting, 2 satellites, 1 transponder; 0 malformed lines
+                        Transport streams stored, by delivery system:
                                1  DVBS2
                         Skipped, by reason:
                                1  not a satellite (source C)
-                        1 satellites with dish settings
+                        1 satellite with dish settings
                         satellite list 43: 2 added, 0 changed, 0 unchanged; it holds 2 records
-                        transport stream list 43: 1 added, 0 changed, 0 unchanged; it holds 1 records
+                        transport stream list 43: 1 added, 0 changed, 0 unchanged; it holds 1 record
                         """,
                         ""),
                 imported(data));
@@ -124,11 +124,11 @@ class ImportCommandTest {
         assertEquals(
                 new Result(0,
                         """
-                        1 files: 2 services; 0 malformed lines
-                        Imported, by delivery system:
+                        1 file: 2 services; 0 malformed lines
+                        Transport streams stored, by delivery system:
                                1  DVBC/ANNEX_A
-                        transport stream list 42: 1 added, 0 changed, 0 unchanged; it holds 1 records
-                        network list 42: 1 added, 0 changed, 0 unchanged; it holds 1 records
+                        transport stream list 42: 1 added, 0 changed, 0 unchanged; it holds 1 record
+                        network list 42: 1 added, 0 changed, 0 unchanged; it holds 1 record
                         service list 42: 2 added, 0 changed, 0 unchanged; it holds 2 records
                         """,
                         ""),
@@ -152,7 +152,7 @@ class ImportCommandTest {
                 """
                 satellite list 43: 0 added, 0 changed, 2 unchanged; it holds 2 records
                 transport stream list 42: 0 added, 0 changed, 2 unchanged; it holds 2 records
-                network list 42: 0 added, 0 changed, 1 unchanged; it holds 1 records
+                network list 42: 0 added, 0 changed, 1 unchanged; it holds 1 record
                 service list 42: 0 added, 0 changed, 2 unchanged; it holds 2 records
                 """,
                 lists(imported(channels, satellites)));
@@ -163,7 +163,7 @@ class ImportCommandTest {
                 """
                 satellite list 43: 1 added, 1 changed, 0 unchanged; it holds 3 records
                 transport stream list 42: 0 added, 1 changed, 1 unchanged; it holds 2 records
-                network list 42: 0 added, 0 changed, 1 unchanged; it holds 1 records
+                network list 42: 0 added, 0 changed, 1 unchanged; it holds 1 record
                 service list 42: 1 added, 1 changed, 1 unchanged, 1 repeated in the files; it holds 3 records
                 """,
                 lists(imported(channels, satellites)));
@@ -185,7 +185,7 @@ class ImportCommandTest {
         try {
             Result result = imported("-");
             assertEquals(0, result.exit(), result.err());
-            assertTrue(result.out().startsWith("1 files: 1 transponders; 0 malformed lines\n"), result.out());
+            assertTrue(result.out().startsWith("1 file: 1 transponder; 0 malformed lines\n"), result.out());
         } finally {
             System.setIn(before);
         }
@@ -199,7 +199,7 @@ class ImportCommandTest {
         Result result = imported(pipe);
         assertEquals(0, writer.waitFor());
         assertEquals(0, result.exit(), result.err());
-        assertTrue(result.out().startsWith("1 files: 1 transponders; 0 malformed lines\n"), result.out());
+        assertTrue(result.out().startsWith("1 file: 1 transponder; 0 malformed lines\n"), result.out());
     }
 
     @Test
@@ -211,7 +211,7 @@ class ImportCommandTest {
         Result result = imported(Files.createSymbolicLink(folder.resolve("link"), data));
         assertEquals("", result.err());
         assertEquals(0, result.exit());
-        assertTrue(result.out().startsWith("1 files: 1 transponders; 0 malformed lines\n"), result.out());
+        assertTrue(result.out().startsWith("1 file: 1 transponder; 0 malformed lines\n"), result.out());
     }
 
     @Test
@@ -224,7 +224,7 @@ class ImportCommandTest {
                 "tavro: cannot import " + image + ": it is a PNG image\n"
                         + "tavro: cannot read " + missing + ": no such file or folder\n",
                 result.err());
-        assertTrue(result.out().endsWith("transport stream list 42: 1 added, 0 changed, 0 unchanged; it holds 1 records\n"), result.out());
+        assertTrue(result.out().endsWith("transport stream list 42: 1 added, 0 changed, 0 unchanged; it holds 1 record\n"), result.out());
     }
 
     @Test
@@ -235,7 +235,7 @@ class ImportCommandTest {
         Result result = imported(data);
         assertEquals("tavro: cannot read " + unreadable + ": Input/output error\n", result.err());
         assertEquals(1, result.exit());
-        assertTrue(result.out().startsWith("1 files: 1 transponders; 0 malformed lines\n"), result.out());
+        assertTrue(result.out().startsWith("1 file: 1 transponder; 0 malformed lines\n"), result.out());
     }
 
     @Test
@@ -260,7 +260,7 @@ class ImportCommandTest {
         Path text = file("letter", "Dear all,\nnothing here.\n");
         assertEquals(
                 new Result(1, "", "tavro: cannot import " + text + ": its format is not known; " + FORMATS
-                        + "\ntavro: nothing was imported; 1 files cannot be used, for the reasons above\n"),
+                        + "\ntavro: nothing was imported; 1 file cannot be used, for the reasons above\n"),
                 imported(text));
         Path empty = Files.createDirectory(folder.resolve("empty"));
         String nothing = "tavro: nothing was imported; there is no file in a known format; " + FORMATS + "\n";
@@ -278,12 +278,12 @@ class ImportCommandTest {
         assertEquals(
                 new Result(1,
                         """
-                        1 files: 2 transponders; 1 malformed lines
-                        Imported, by delivery system:
+                        1 file: 2 transponders; 1 malformed line
+                        Transport streams stored, by delivery system:
                                1  DVBC/ANNEX_A
                         Not imported, by reason:
                                1  no delivery system
-                        transport stream list 42: 1 added, 0 changed, 0 unchanged; it holds 1 records
+                        transport stream list 42: 1 added, 0 changed, 0 unchanged; it holds 1 record
                         """,
                         "  left out " + table + ":5: 'nonsense' is neither a heading nor of the form KEY = VALUE\n"
                                 + "  not imported " + table + ":6: no delivery system\n"),
@@ -312,8 +312,8 @@ class ImportCommandTest {
     @Test
     void theFirstListLeavesRoomForThree() {
         assertEquals(
-                new Result(2, "", "tavro: Invalid value for option '--list': '65534' is not a first list id (3 lists are filled): "
-                        + "it must be from 1 to 65533\nSee ./tavro import --help\n"),
+                new Result(2, "", "tavro: Invalid value for option '--list': '65534' is not the id of the first of 3 lists: "
+                        + "it must be from 1 to 65533\nSee: ./tavro import --help\n"),
                 ToolProcess.runHere("import", "--list", "65534", "x"));
         for (String id : List.of("0", "65536", "70000", "-5")) {
             assertEquals(2, ToolProcess.runHere("import", "--list=" + id, "x").exit(), id);

@@ -103,7 +103,7 @@ class MainTest {
 
     @Test
     void anIdOutOfRangeIsWrongUsage() throws Exception {
-        String list = " is not a list id: it must be from 1 to 65535\nSee ./tavro list --help\n";
+        String list = " is not a list id: it must be from 1 to 65535\nSee: ./tavro list --help\n";
         for (String id : List.of("0", "65536", "70000", "-5", "99999999999", "+1", "1.5", "x", "")) {
             String words = "tavro: Invalid value for positional parameter at index 0 (ID): '" + id + "'";
             assertEquals(new Result(2, "", words + list), run(storage(), "list", "--", id), id);
@@ -111,7 +111,7 @@ class MainTest {
         for (String id : List.of("0,1", "65536,1", "1,65535", "1,65541")) {
             assertEquals(
                     new Result(2, "", "tavro: Invalid value for positional parameter at index 0 (LIST,RECORD): '" + id
-                            + "' names no record: list ids are 1 to 65535, record ids 0 to 65534\nSee ./tavro show --help\n"),
+                            + "' names no record: list ids are 1 to 65535, record ids 0 to 65534\nSee: ./tavro show --help\n"),
                     run(storage(), "show", id));
         }
         assertFalse(VltTvChannelList.getInstance().exists(65535));
@@ -144,15 +144,15 @@ class MainTest {
         String invalid = "tavro: Invalid value for ";
         assertEquals(
                 new Result(2, "", invalid + "positional parameter at index 0 (LIST,RECORD): "
-                        + "'17' is not a record identifier; write list and record as in 3,17\nSee ./tavro show --help\n"),
+                        + "'17' is not a record identifier; write list and record as in 3,17\nSee: ./tavro show --help\n"),
                 run(storage(), "show", "17"));
         assertEquals(
                 new Result(2, "", invalid + "option '--first': '-1' is not a number of records: it must be from 0 to 2147483647\n"
-                        + "See ./tavro list --help\n"),
+                        + "See: ./tavro list --help\n"),
                 run(storage(), "list", "1", "--first=-1"));
         assertEquals(
                 new Result(2, "", invalid + "option '--kind': 'service' is not services, streams, networks or satellites\n"
-                        + "See ./tavro list --help\n"),
+                        + "See: ./tavro list --help\n"),
                 run(storage(), "list", "1", "--kind", "service"));
         for (String[] words : new String[][] {{"nonsense"}, {"list"}, {"list", "1", "2"}, {"list", "1", "--frist", "2"}, {"import"}}) {
             Result result = run(storage(), words);
@@ -186,7 +186,7 @@ class MainTest {
                 """
                 record  network id  name  version  favorite  candidate
                      1        8468  Uno         0  yes       no
-                1 networks
+                1 network
                 """,
                 run(storage(), "list", "1", "--kind", "networks").out());
         assertEquals(

@@ -19,7 +19,7 @@ public enum Format {
     SOURCES("(S\\d[\\d.]*[EW]|[A-RT-Z])\\s+\\D.*");
 
     /** What can be imported, for messages. */
-    public static final String KNOWN = "DVBv5 tables, one-line scan tables, channels.conf, sources.conf and diseqc.conf can be imported";
+    public static final String KNOWN = "DVBv5 tables, one-line scan tables, and channels.conf, sources.conf and diseqc.conf of vdr can be imported";
 
     /** One control character in this many makes a file binary. */
     private static final int BINARY_ONE_IN = 20;
@@ -52,6 +52,7 @@ public enum Format {
         Map<Format, Integer> votes = new EnumMap<>(Format.class);
         boolean empty = true;
         boolean dvbV5 = false;
+        boolean channels = false;
         for (String untrimmed : lines) {
             String text = untrimmed.strip();
             if (text.isEmpty() || text.startsWith("#")) {
@@ -59,6 +60,7 @@ public enum Format {
             }
             empty = false;
             dvbV5 |= DVBV5_KEY.matcher(text).matches();
+            channels |= !text.startsWith(":") && CHANNELS.line.matcher(text).matches();
             for (Format format : values()) {
                 if (format.line.matcher(text).matches()) {
                     votes.merge(format, 1, Integer::sum);
@@ -68,6 +70,9 @@ public enum Format {
         }
         if (!dvbV5) {
             votes.remove(DVBV5);
+        }
+        if (!channels) { // group headings alone are not a list
+            votes.remove(CHANNELS);
         }
         if (votes.isEmpty()) {
             refuse(source, empty ? "there is nothing in it but blank lines and comments" : "its format is not known; " + KNOWN);

@@ -15,7 +15,7 @@ public final class ImportReport {
 
     private final PrintStream progress;
     private final Tally read = new Tally("Read:");
-    private final Tally imported = new Tally("Imported, by delivery system:");
+    private final Tally imported = new Tally("Transport streams stored, by delivery system:");
     private final Tally skipped = new Tally("Skipped, by reason:");
     private final Tally notImported = new Tally("Not imported, by reason:");
     private final Tally dropped = new Tally("Imported with values dropped (no field in the record):");
@@ -56,7 +56,7 @@ public final class ImportReport {
 
     /** A file in a folder cannot be imported; it is passed over, since nobody named it. */
     public void skippedFile(String reason) {
-        skipped.count("a file in a folder that is not in a known format");
+        skipped.count("a file in a folder that cannot be used");
         print("skipped files", "  " + reason);
     }
 
@@ -131,7 +131,7 @@ public final class ImportReport {
     /** Why no file could be used. */
     public String whyNothing() {
         return refused > 0
-                ? refused + " files cannot be used, for the reasons above"
+                ? Text.count(refused, "file") + " cannot be used, for the reasons above"
                 : "there is no file in a known format; " + Format.KNOWN;
     }
 
@@ -173,13 +173,14 @@ public final class ImportReport {
     /** Prints the summary: what was read, what became of it, and what the lists hold now. */
     public void print(PrintStream out) {
         List<String> counts = new ArrayList<>();
-        read.counts().forEach((what, number) -> counts.add(number + " " + what));
-        out.printf("%d files: %s; %d malformed lines%n", files, counts.isEmpty() ? "nothing to import" : String.join(", ", counts), malformed);
+        read.counts().forEach((what, number) -> counts.add(Text.count(number, what)));
+        out.printf("%s: %s; %s%n", Text.count(files, "file"), counts.isEmpty() ? "nothing to import" : String.join(", ", counts),
+                Text.count(malformed, "malformed line"));
         for (Tally tally : List.of(imported, skipped, notImported, dropped, withoutSatellite)) {
             tally.print(out);
         }
         if (switched > 0) {
-            out.printf("%d satellites with dish settings%n", switched);
+            out.printf("%s with dish settings%n", Text.count(switched, "satellite"));
         }
         lists.values().forEach(out::println);
     }

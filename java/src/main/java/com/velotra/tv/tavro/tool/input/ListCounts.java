@@ -15,7 +15,7 @@ public final class ListCounts {
 
     /**
      * @param name what the list is called in the summary, as in "satellite list 13"
-     * @param size gives how many records the list holds; 0 when it cannot be read
+     * @param size gives how many records the list holds; -1 when it cannot be read
      */
     public ListCounts(String name, IntSupplier size) {
         this.name = name;
@@ -53,8 +53,8 @@ public final class ListCounts {
         try {
             holds = size.getAsInt();
         } catch (RuntimeException e) {
-            holds = 0; // the storage failed, which has been reported
+            holds = -1; // the storage failed, which has been reported
         }
-        return holds < added + updated.size() ? "it cannot be read now" : "it holds " + holds + " records";
+        return holds < added + updated.size() ? "its records cannot be counted now" : "it holds " + Text.count(holds, "record");
     }
 }

@@ -11,6 +11,8 @@ public final class Sqlite3 {
     /** Milliseconds; as long as the platform waits for another process. */
     private static final int BUSY_TIMEOUT = 10_000;
 
+    private static final int REASON_COLUMNS = 120;
+
     private Sqlite3() {}
 
     /**
@@ -51,14 +53,27 @@ public final class Sqlite3 {
 
     /** Why a database cannot be used, from what sqlite3 or a check of it said, and what to do. */
     public static Failure failure(Path database, String said) {
+        if (Files.isDirectory(database)) {
+            return failure(database, "it is a directory", "move it away");
+        }
+        if (!Files.isReadable(database)) {
+            return failure(database, "permission denied", "change its owner or permissions");
+        }
+        if (said.contains("locked")) {
+            return failure(database, "it is locked", "end the other process that has been writing to it for too long");
+        }
         String reason = said.lines()
                 .filter(line -> !line.startsWith("***")) // a check's heading
                 .findFirst()
                 .orElse("sqlite3 was stopped")
                 .replaceFirst("^.* near line \\d+: ", "");
-        String remedy = said.contains("locked")
-                ? "another process has been writing to it for too long; end that process"
-                : "move it away to start without lists, or set TAVRO_HOME to another directory";
-        return new Failure("the list database " + database + " cannot be used: " + Text.fit(Printable.of(reason), 120) + "; " + remedy);
+        boolean damaged = said.matches("(?s).*(malformed|not a database|\\*\\*\\*).*");
+        return failure(database, Text.fit(Printable.of(reason), REASON_COLUMNS),
+                damaged ? "move it away to start without lists" : "check the file and its directory");
+    }
+
+    private static Failure failure(Path database, String reason, String remedy) {
+        return new Failure("the list database " + database + " cannot be used: " + reason + "; " + remedy
+                + ", or set TAVRO_HOME to another directory");
     }
 }

@@ -19,6 +19,11 @@ public final class Text {
         return "'" + fit(Printable.of(text), EXCERPT_COLUMNS) + "'";
     }
 
+    /** A number of things, as in "1 record" and "2 records". */
+    public static String count(int number, String thing) {
+        return number + " " + (number == 1 ? thing : thing + "s");
+    }
+
     /** How many columns the text takes. */
     public static int width(String text) {
         return text.codePoints().map(Text::width).sum();

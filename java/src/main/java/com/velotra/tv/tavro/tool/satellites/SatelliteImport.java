@@ -43,7 +43,7 @@ public final class SatelliteImport {
     public void addSources(Source source) {
         SourcesConf conf = SourcesConf.read(source);
         sources.addAll(conf.satellites);
-        report.read(conf.satellites.size(), "satellites", conf.malformed);
+        report.read(conf.satellites.size(), "satellite", conf.malformed);
         conf.others.forEach(code -> report.skipped("not a satellite (source " + code + ")"));
     }
 
@@ -51,7 +51,7 @@ public final class SatelliteImport {
     public void addSwitches(Source source) {
         DiseqcConf conf = DiseqcConf.read(source);
         conf.sequences.forEach((position, lines) -> sequences.computeIfAbsent(position, key -> new ArrayList<>()).addAll(lines));
-        report.read(conf.sequences.size(), "dish settings", conf.malformed);
+        report.read(conf.sequences.size(), "dish setting", conf.malformed);
         for (int i = 0; i < conf.restrictions; i++) {
             report.dropped("a restriction to some devices");
         }
@@ -65,7 +65,7 @@ public final class SatelliteImport {
     public Satellites store() {
         lists.open(listId);
         satellites = new Satellites(lists, listId);
-        counts = report.list("satellite list " + listId, () -> lists.getAll(listId, List.of()).size());
+        counts = report.list("satellite list " + listId, () -> lists.exists(listId) ? lists.getAll(listId, List.of()).size() : -1);
         Set<OrbitalPosition> done = new LinkedHashSet<>();
         for (SourcesConf.Satellite source : sources) {
             if (done.add(source.position())) {
@@ -81,7 +81,7 @@ public final class SatelliteImport {
             if (satellites.at(position).isPresent()) {
                 storeAt(position, null);
             } else {
-                report.notImported(position, "dish settings for a position without a satellite");
+                report.notImported(position, "dish settings for a position without a satellite (import sources.conf too)");
             }
         }
         return satellites;

@@ -40,7 +40,7 @@ final class Networks {
     }
 
     private ListCounts counts(int listId) {
-        return report.list("network list " + listId, () -> lists.getAll(listId, null).size());
+        return report.list("network list " + listId, () -> lists.exists(listId) ? lists.getAll(listId, null).size() : -1);
     }
 
     private Map<Integer, RecordId> read(int listId) {

@@ -45,7 +45,7 @@ final class ServiceList {
         this.lists = lists;
         this.id = id;
         lists.open(id);
-        counts = report.list("service list " + id, () -> lists.getAllBytes(id).length / ServiceRecord.SIZE);
+        counts = report.list("service list " + id, () -> lists.exists(id) ? lists.getAllBytes(id).length / ServiceRecord.SIZE : -1);
         Map<RecordId, Ids> streams = new HashMap<>();
         for (TransportStreamRecord stream : streamLists.getAll(id)) {
             streams.put(new RecordId(id, stream.recordId()), new Ids(stream.originalNetworkId(), stream.transportStreamId()));

@@ -120,19 +120,20 @@ final class Mapping {
     }
 
     private int readFrequency() throws NotImportable {
-        long value = number(transponder.values().get("FREQUENCY"));
-        if (value <= 0) {
+        String text = transponder.values().get("FREQUENCY");
+        if (text == null) {
             throw new NotImportable("no frequency");
         }
+        long value = number(text);
         long kilohertz = system.medium == TunerValues.SATELLITE ? value : Math.round(value / 1000.0);
         if (kilohertz > Integer.MAX_VALUE) {
-            throw new NotImportable("a frequency beyond 32 bits");
+            throw new NotImportable("FREQUENCY " + Text.excerpt(text) + " is beyond 32 bits of kHz");
         }
-        if (system.medium != TunerValues.SATELLITE && value % 1000 != 0) {
+        if (system.medium != TunerValues.SATELLITE && value > 0 && value % 1000 != 0) {
             dropped.add("a fraction of a kHz in FREQUENCY");
         }
-        if (kilohertz == 0) {
-            throw new NotImportable("no frequency");
+        if (kilohertz <= 0) {
+            throw new NotImportable("FREQUENCY " + Text.excerpt(text) + " is not a frequency");
         }
         return (int) kilohertz;
     }

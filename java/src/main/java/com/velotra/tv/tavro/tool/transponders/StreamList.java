@@ -61,7 +61,7 @@ final class StreamList {
         this.lists = lists;
         this.id = id;
         lists.open(id);
-        counts = report.list("transport stream list " + id, () -> lists.getAllBytes(id).length / TransportStreamRecord.SIZE);
+        counts = report.list("transport stream list " + id, () -> lists.exists(id) ? lists.getAllBytes(id).length / TransportStreamRecord.SIZE : -1);
         for (TransportStreamRecord record : lists.getAll(id)) {
             Known known = new Known();
             known.id = new RecordId(id, record.recordId());

@@ -61,6 +61,9 @@ class FormatTest {
         for (Map.Entry<Format, String[]> lines : Map.of(
                 Format.LEGACY_SCAN_TABLE, LEGACY, Format.CHANNELS, CHANNELS, Format.SOURCES, SOURCES, Format.DISEQC, DISEQC).entrySet()) {
             for (String line : lines.getValue()) {
+                if (line.startsWith(":")) {
+                    continue; // a group heading, which other programs' files may have too
+                }
                 assertEquals(lines.getKey(), of("x", line), line);
                 assertEquals(lines.getKey(), of("x", "# a comment", "", "  " + line + " "), line);
             }
@@ -82,13 +85,18 @@ class FormatTest {
         assertEquals(Format.SOURCES, of("x", "nonsense", "S5W Uno", "A = 1", "T 474000000", "S7W Due", "more nonsense", "even more"));
         assertEquals(Format.LEGACY_SCAN_TABLE, of("x", "S5W Uno", "T 474000000", "C Cable", "T 482000000", "T 490000000"));
         assertEquals(Format.DVBV5, of("x", "S5W Uno", "[CHANNEL]", "FREQUENCY = 474000000"));
-        assertEquals(Format.CHANNELS, of("x", ":Uno", ":Due", ":Tre", "FREQUENCY = 474000000", "[CHANNEL]"));
+        assertEquals(Format.CHANNELS, of("x", ":Uno", ":Due", CHANNELS[CHANNELS.length - 1], "FREQUENCY = 474000000", "[CHANNEL]"));
+    }
+
+    @Test
+    void groupHeadingsAloneAreNotAChannelList() {
+        assertEquals(refusal("nonsense"), refusal(":Uno", ":@100 Due"));
     }
 
     @Test
     void otherProgramsSettingsAreNotScanTablesForTheirHeadings() {
-        String unknown = "cannot import some file: its format is not known; DVBv5 tables, one-line scan tables, channels.conf,"
-                + " sources.conf and diseqc.conf can be imported";
+        String unknown = "cannot import some file: its format is not known; DVBv5 tables, one-line scan tables, and channels.conf,"
+                + " sources.conf and diseqc.conf of vdr can be imported";
         assertEquals(unknown, refusal("[Unit]", "Description=A daemon", "[Service]", "ExecStart=/usr/bin/daemon"));
         assertEquals(unknown, refusal("[core]", "\tbare = false"));
         assertEquals(unknown, refusal("A = 1", "B=2"));
@@ -130,7 +138,7 @@ class FormatTest {
         formats.put(text("#!/bin/sh\necho\n"), "a script");
         formats.put(transportStream(), "an MPEG transport stream");
         formats.put(sqlite(""), "a SQLite database");
-        formats.put(sqlite("TvLF"), "a list file, which a list is opened with and not imported from");
+        formats.put(sqlite("TvLF"), "a list file of this library; Java opens a list with it: open(listId, path)");
         formats.put(sqlite("TvDB"), "a list database; set TAVRO_HOME to its folder");
         formats.forEach((content, name) -> assertEquals("cannot import some file: it is " + name, refusal(content)));
     }
@@ -150,7 +158,7 @@ class FormatTest {
         lists.store(LIST, file.toString());
         lists.delete(LIST);
         assertEquals(
-                "cannot import " + file + ": it is a list file, which a list is opened with and not imported from",
+                "cannot import " + file + ": it is a list file of this library; Java opens a list with it: open(listId, path)",
                 assertThrows(Failure.class, () -> Format.of(Source.read(file))).getMessage());
         // A copy: closing the database's own file in this process would give up the locks that the library holds on it.
         Path database = folder.resolve("copy.db");

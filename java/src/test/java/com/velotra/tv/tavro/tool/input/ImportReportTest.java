@@ -27,9 +27,9 @@ class ImportReportTest {
 
     @Test
     void theSummaryHasEverything() {
-        report.read(2, "transponders", malformed(1));
-        report.alsoRead(3, "services");
-        report.read(4, "transponders", List.of());
+        report.read(2, "transponder", malformed(1));
+        report.alsoRead(3, "service");
+        report.read(4, "transponder", List.of());
         report.imported("DVBT");
         report.skipped("not a satellite (source C)");
         report.notImported(new Place("table", 7), "no frequency");
@@ -46,8 +46,8 @@ class ImportReportTest {
         report.list("network list 13", () -> 1).added();
         assertEquals(
                 """
-                2 files: 3 services, 6 transponders; 1 malformed lines
-                Imported, by delivery system:
+                2 files: 3 services, 6 transponders; 1 malformed line
+                Transport streams stored, by delivery system:
                        1  DVBT
                 Skipped, by reason:
                        1  not a satellite (source C)
@@ -57,9 +57,9 @@ class ImportReportTest {
                        1  PLS_CODE
                 Imported without a satellite record, by reason:
                        1  no satellites in satellite list 13
-                1 satellites with dish settings
+                1 satellite with dish settings
                 satellite list 13: 1 added, 1 changed, 1 unchanged, 1 repeated in the files; it holds 4 records
-                network list 13: 1 added, 0 changed, 0 unchanged; it holds 1 records
+                network list 13: 1 added, 0 changed, 0 unchanged; it holds 1 record
                 """,
                 ImportFixture.summary(report));
         assertEquals("  left out table:1: nonsense\n  not imported table:7: no frequency\n", log());
@@ -71,7 +71,7 @@ class ImportReportTest {
             throw new IllegalStateException("gone");
         });
         counts.added();
-        assertEquals(List.of("service list 13: 1 added, 0 changed, 0 unchanged; it cannot be read now"), ImportFixture.lists(report));
+        assertEquals(List.of("service list 13: 1 added, 0 changed, 0 unchanged; its records cannot be counted now"), ImportFixture.lists(report));
     }
 
     @Test
@@ -84,7 +84,7 @@ class ImportReportTest {
 
     @Test
     void tenLinesAreLoggedForAReasonAndTheRestIsCounted() {
-        report.read(0, "transponders", malformed(12));
+        report.read(0, "transponder", malformed(12));
         for (int line = 1; line <= 12; line++) {
             report.notImported(new Place("table", line), "no frequency");
             report.skippedFile("cannot import " + line);
@@ -102,7 +102,7 @@ class ImportReportTest {
         assertEquals(expected.toString(), log());
         assertEquals(12, report.malformed());
         assertEquals(Map.of("no frequency", 12), report.notImported());
-        assertEquals(Map.of("a file in a folder that is not in a known format", 12), report.skipped());
+        assertEquals(Map.of("a file in a folder that cannot be used", 12), report.skipped());
     }
 
     @Test
@@ -119,7 +119,7 @@ class ImportReportTest {
 
     @Test
     void anImportIsCompleteWhateverWasSkippedOrDropped() {
-        report.read(1, "transponders", List.of());
+        report.read(1, "transponder", List.of());
         report.skipped("not a satellite (source C)");
         report.skippedFile("cannot import x: it is a PNG image");
         report.dropped("PLS_CODE");
@@ -130,7 +130,7 @@ class ImportReportTest {
 
     @Test
     void anImportIsNotCompleteWithAMalformedLine() {
-        report.read(1, "transponders", malformed(1));
+        report.read(1, "transponder", malformed(1));
         assertFalse(report.complete());
     }
 
@@ -146,15 +146,15 @@ class ImportReportTest {
         assertFalse(report.complete());
         assertFalse(report.anyFile());
         assertEquals("tavro: cannot read x: permission denied\n", log());
-        assertEquals("1 files cannot be used, for the reasons above", report.whyNothing());
+        assertEquals("1 file cannot be used, for the reasons above", report.whyNothing());
     }
 
     @Test
     void anImportWithoutAnyFileSaysWhatCanBeImported() {
         assertFalse(report.anyFile());
         assertEquals(
-                "there is no file in a known format; DVBv5 tables, one-line scan tables, channels.conf, sources.conf and diseqc.conf"
-                        + " can be imported",
+                "there is no file in a known format; DVBv5 tables, one-line scan tables, and channels.conf, sources.conf and diseqc.conf"
+                        + " of vdr can be imported",
                 report.whyNothing());
     }
 }

@@ -170,9 +170,9 @@ class SatelliteImportTest {
                 "S13E 99999 V 10600");
         assertEquals(List.of("satellite list 6: 2 added, 0 changed, 0 unchanged; it holds 2 records"), ImportFixture.lists(report));
         assertEquals(Map.of("not a satellite (source C)", 1), report.skipped());
-        assertEquals(Map.of("dish settings for a position without a satellite", 1), report.notImported());
+        assertEquals(Map.of("dish settings for a position without a satellite (import sources.conf too)", 1), report.notImported());
         assertEquals(
-                "  not imported S13.0E: dish settings for a position without a satellite\n", log.toString(StandardCharsets.UTF_8));
+                "  not imported S13.0E: dish settings for a position without a satellite (import sources.conf too)\n", log.toString(StandardCharsets.UTF_8));
         assertEquals(
                 Map.ofEntries(
                         Map.entry("a restriction to some devices", 1), Map.entry("waiting times", 2), Map.entry("positioners", 1),
@@ -283,12 +283,12 @@ class SatelliteImportTest {
     void theSummaryHasEverything() {
         assertEquals(
                 """
-                2 files: 1 dish settings, 2 satellites; 1 malformed lines
+                2 files: 1 dish setting, 2 satellites; 1 malformed line
                 Skipped, by reason:
                        1  not a satellite (source T)
                 Imported with values dropped (no field in the record):
                        1  waiting times
-                1 satellites with dish settings
+                1 satellite with dish settings
                 satellite list 6: 2 added, 0 changed, 0 unchanged; it holds 2 records
                 """,
                 ImportFixture.summary(

@@ -84,7 +84,7 @@ class FullListTest {
     }
 
     private static String counts(String list, int added, int unchanged, int records) {
-        return String.format("%s: %d added, 0 changed, %d unchanged; it holds %d records", list, added, unchanged, records);
+        return String.format("%s: %d added, 0 changed, %d unchanged; it holds %d record%s", list, added, unchanged, records, records == 1 ? "" : "s");
     }
 
     @Test

@@ -93,7 +93,7 @@ class ServiceImportTest {
     }
 
     private static String counts(String list, int added, int changed, int unchanged, int records) {
-        return String.format("%s: %d added, %d changed, %d unchanged; it holds %d records", list, added, changed, unchanged, records);
+        return String.format("%s: %d added, %d changed, %d unchanged; it holds %d record%s", list, added, changed, unchanged, records, records == 1 ? "" : "s");
     }
 
     private static List<String> names(List<ServiceRecord> services) {

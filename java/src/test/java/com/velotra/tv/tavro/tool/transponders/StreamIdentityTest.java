@@ -72,8 +72,8 @@ class StreamIdentityTest {
     }
 
     private static String counts(int list, int added, int changed, int unchanged, int records) {
-        return String.format("transport stream list %d: %d added, %d changed, %d unchanged; it holds %d records",
-                list, added, changed, unchanged, records);
+        return String.format("transport stream list %d: %d added, %d changed, %d unchanged; it holds %d record%s",
+                list, added, changed, unchanged, records, records == 1 ? "" : "s");
     }
 
     private static Transponder transponder(int line, String position, String... values) {
@@ -116,7 +116,7 @@ class StreamIdentityTest {
     @Test
     void aTransponderThatIsRepeatedInOneImportIsStoredOnceAsItComesFirst() {
         assertEquals(
-                List.of("transport stream list 82: 1 added, 0 changed, 0 unchanged, 2 repeated in the files; it holds 1 records"),
+                List.of("transport stream list 82: 1 added, 0 changed, 0 unchanged, 2 repeated in the files; it holds 1 record"),
                 imported(cable(1, "SYMBOL_RATE", "6900000"), cable(2, "SYMBOL_RATE", "6875000"), cable(3)));
         assertEquals(List.of("1=82,1"), observed);
         assertEquals(List.of(6_900_000L), values(CABLE, TransportStreamField.CAB_SYMBOL_RATE));

@@ -45,7 +45,7 @@ class StreamImportTest {
     private ImportReport importedFrom(String fileName, String... lines) {
         ImportReport report = new ImportReport(new PrintStream(log, true, StandardCharsets.UTF_8));
         DvbV5File file = DvbV5File.read(ImportFixture.source(fileName, lines));
-        report.read(file.transponders().size(), "transponders", file.malformed());
+        report.read(file.transponders().size(), "transponder", file.malformed());
         new StreamImport(lists, new Satellites(satellites, FIRST + 2), ListIds.from(FIRST), report, (transponder, id) -> { })
                 .storeAll(file.transponders());
         return report;
@@ -158,8 +158,8 @@ class StreamImportTest {
         assertEquals(List.of(0, 0, 0, 0), lists.getAll(FIRST + 2).stream().map(record -> record.satellite().recordId()).toList());
         assertEquals(
                 """
-                1 files: 1 transponders; 0 malformed lines
-                Imported, by delivery system:
+                1 file: 1 transponder; 0 malformed lines
+                Transport streams stored, by delivery system:
                        1  DVBS
                 Imported without a satellite record, by reason:
                        1  'S5..0W' is not an orbital position
@@ -201,9 +201,9 @@ class StreamImportTest {
     }
 
     @Test
-    void aFrequencyThatRoundsToNothingIsNone() {
+    void aFrequencyThatRoundsToNothingIsNotOne() {
         ImportReport report = imported("[CHANNEL]", "DELIVERY_SYSTEM = DVBT", "FREQUENCY = 499");
-        assertEquals(Map.of("no frequency", 1), report.notImported());
+        assertEquals(Map.of("FREQUENCY '499' is not a frequency", 1), report.notImported());
     }
 
     @Test
@@ -213,10 +213,11 @@ class StreamImportTest {
                 "[D]", "DELIVERY_SYSTEM = DVBT", "FREQUENCY = x", "[E]", "DELIVERY_SYSTEM = DVBS", "FREQUENCY = 4294967295",
                 "[F]", "DELIVERY_SYSTEM = DVBT", "FREQUENCY = 474000000");
         assertEquals(
-                Map.of("no delivery system", 1, "unknown delivery system 'MORSE'", 1, "no frequency", 2, "a frequency beyond 32 bits", 1),
+                Map.of("no delivery system", 1, "unknown delivery system 'MORSE'", 1, "no frequency", 1, "FREQUENCY 'x' is not a frequency", 1,
+                        "FREQUENCY '4294967295' is beyond 32 bits of kHz", 1),
                 report.notImported());
         assertEquals(Map.of("DVBT", 1), report.imported());
-        assertEquals(List.of("transport stream list 21: 1 added, 0 changed, 0 unchanged; it holds 1 records"), ImportFixture.lists(report));
+        assertEquals(List.of("transport stream list 21: 1 added, 0 changed, 0 unchanged; it holds 1 record"), ImportFixture.lists(report));
     }
 
     @Test
@@ -225,8 +226,8 @@ class StreamImportTest {
                 imported("[A]", "nonsense", "[B]", "DELIVERY_SYSTEM = ATSC", "FREQUENCY = 57028615", "MODULATION = VSB/8");
         assertEquals(
                 """
-                1 files: 2 transponders; 1 malformed lines
-                Imported, by delivery system:
+                1 file: 2 transponders; 1 malformed line
+                Transport streams stored, by delivery system:
                        1  ATSC
                 Not imported, by reason:
                        1  no delivery system
@@ -234,7 +235,7 @@ class StreamImportTest {
                        1  MODULATION 'VSB/8'
                        1  a fraction of a kHz in FREQUENCY
                        1  the standard ATSC
-                transport stream list 21: 1 added, 0 changed, 0 unchanged; it holds 1 records
+                transport stream list 21: 1 added, 0 changed, 0 unchanged; it holds 1 record
                 """,
                 ImportFixture.summary(report));
         assertEquals(
