@@ -81,6 +81,9 @@ bool written_to_file(const std::string& lines) {
     return error == 0;
 }
 
+// A log file that cannot be written is reported when the library is loaded, whether or not anything is logged.
+__attribute__((constructor)) void check_log_file() { written_to_file(""); }
+
 } // namespace
 
 // Returns 1, or a negative errno value when the line could be written nowhere.

@@ -68,13 +68,15 @@ nothing_done() {
         while read -r short long value; do
             [ "$long" != --help ] || continue
             : >"$FAKE_CALLS"
-            tavro 0 $command "$long${value:+=7}" $(arguments_of $command)
+            sample=7
+            [ "$long" != --kind ] || sample=networks
+            tavro 0 $command "$long${value:+=$sample}" $(arguments_of $command)
             case $command$long in
             test--quick) called '^ctest .*-L quick' ;;
             bench*) called "^host_bench $long" ;;
-            *) called "^java .* $command $long${value:+=7} --" ;;
+            *) called "^java .* $command $long${value:+=$sample} --" ;;
             esac
-            [ "$short" = - ] || tavro 0 $command "$short" ${value:+7} $(arguments_of $command)
+            [ "$short" = - ] || tavro 0 $command "$short" ${value:+$sample} $(arguments_of $command)
             seen=$((seen + 1))
         done < <(sed -nE 's/^  (-[a-z]|   ),? (--[a-z_]+)=?([^ ]*).*/\1 \2 \3/p' "$clone/help/$command.txt" | sed 's/^   /-/')
     done
@@ -90,12 +92,9 @@ nothing_done() {
 }
 
 @test "negative numbers are values, not options" {
-    tavro 0 import --list -5 file
-    called '^java .* import --list=-5 -- file$'
-    tavro 0 import --list=-6 file
-    called '^java .* import --list=-6 -- file$'
-    tavro 0 list -7
-    called '^java .* list -- -7$'
+    refused "import: '-5' is not the id" import --list -5 file
+    refused "import: '-6' is not the id" import --list=-6 file
+    refused "list: '-7' is not a list id" list -7
 }
 
 @test "'--' ends the options" {
@@ -192,4 +191,47 @@ nothing_done() {
     clone=$area/"my clone's"
     tavro 0 list 1
     called "-Dtavro.command='$area/my clone'\\\\''s/tavro' "
+}
+
+@test "values out of range are refused before anything is done" {
+    for id in 0 65536 70000 -5 abc '' 99999999999 1.5; do
+        refused "list: '$id' is not a list id: it must be from 1 to 65535" list "$id"
+        refused "import: '$id' is not the id of the first of 3 lists" import "--list=$id" file
+    done
+    refused "is not the id of the first of 3 lists" import --list 65534 file
+    for record in 1 0,1 1,65535 70000,1 1, ,1 1,2,3; do
+        refused "show: '$record' names no record: write LIST,RECORD" show "$record"
+    done
+    refused "list: '-1' is not a number of records" list 1 --first=-1
+    refused "list: unknown kind 'stream'; did you mean 'streams'?" list 1 --kind stream
+}
+
+@test "values at the ends of their ranges are accepted" {
+    for id in 1 65535; do tavro 0 list "$id" --first=0; done
+    for record in 1,0 65535,65534; do tavro 0 show "$record" --kind satellites; done
+    for id in 1 65533; do tavro 0 import --list "$id" file; done
+    [ "$(grep -c '^java ' "$FAKE_CALLS")" = 6 ] || show "not every command ran"
+}
+
+@test "control characters in arguments do not reach the terminal" {
+    tavro 2 $'lis\e[31mt'
+    says "unknown command 'lis·[31mt'"
+    tavro 2 list $'1\e[2J'
+    says "'1·[2J' is not a list id"
+}
+
+@test "a closed standard input is an empty one" {
+    fake java <<<'cat; exit 0'
+    run --separate-stderr bash -c '"$1" import - <&-' bash "$clone/tavro"
+    [ "$status" = 0 ] || show "exit code $status"
+    [ -z "$output" ] || show "something was read"
+}
+
+@test "a working directory that is gone is said" {
+    mkdir "$area/gone"
+    cd "$area/gone"
+    rmdir "$area/gone"
+    tavro 1 list 1
+    says "the working directory is gone; change to another one"
+    not_called '^java '
 }

@@ -164,6 +164,20 @@ class MainTest {
     }
 
     @Test
+    void anInvalidSettingIsReportedOnce() throws Exception {
+        VltTvChannelList.getInstance().open(2);
+        Map<String, String> settings = Map.of(
+                "TAVRO_LOG_FILE", "/nonexistent/log", "TAVRO_LOCK_TIMEOUT_MS", "abc", "TAVRO_PROPERTIES", "/nonexistent/properties");
+        for (Map.Entry<String, String> setting : settings.entrySet()) {
+            Result result = ToolProcess.run(
+                    folder, Map.of("TAVRO_HOME", storage().toString(), setting.getKey(), setting.getValue()), "list", "2");
+            assertEquals(0, result.exit());
+            assertEquals(1, result.err().lines().count(), result.err());
+            assertTrue(result.err().startsWith("E/TavroHost(") && result.err().contains(setting.getValue()), result.err());
+        }
+    }
+
+    @Test
     void everyCommandExplainsItself() throws Exception {
         Result help = run(storage(), "list", "--help");
         assertEquals(0, help.exit());
