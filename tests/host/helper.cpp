@@ -9,8 +9,15 @@
 //                       open; prints each status once, in the order in which they came. With FILE it then removes
 //                       that file and prints the status of one more such call
 //     property NAME     prints a property twice, "default" when it is not set
+//     property_after_mount NAME FROM TO
+//                       prints a property before and after it mounts directory FROM over TO
+//     property_calls NAME, lock_calls
+//                       reads a property, or takes and gives back the list's locks, 1000 times with no system call
+//                       but epoll_wait allowed, or none at all; prints "done", or "unsupported" where calls cannot be
+//                       forbidden
 //     store_once PATH   makes list 1, stores it to PATH twice and prints the status of each store
 #include "middleware/nwl.h"
+#include "system_calls.h"
 
 #include <cutils/properties.h>
 
@@ -19,6 +26,8 @@
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <sys/mount.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 #include <vector>
 
@@ -90,12 +99,56 @@ void store_once(const char* path) {
     say(std::to_string(x_nwl_fs_store(list, path, 1)));
 }
 
+std::string property(const char* name) {
+    char value[PROPERTY_VALUE_MAX];
+    property_get(name, value, "default");
+    return value;
+}
+
 void print_property(const char* name) {
-    for (int i = 0; i < 2; ++i) {
+    say(property(name));
+    say(property(name));
+}
+
+void property_after_mount(const char* name, const char* from, const char* to) {
+    say(property(name));
+    check(::mount(from, to, nullptr, MS_BIND, nullptr), "mount");
+    say(property(name));
+}
+
+// Runs `body` once as it is, and 1000 times with only the system calls `allowed`. Does not return, because the end of
+// a process takes more calls than that.
+template <class Body>
+[[noreturn]] void run_with_only(std::vector<int> allowed, Body body) {
+    body();
+    say("ready");
+    allowed.insert(allowed.end(), {SYS_write, SYS_exit_group});
+    std::string result = "unsupported\n";
+    if (allow_only(allowed)) {
+        for (int i = 0; i < 1000; ++i) {
+            body();
+        }
+        result = failures == 0 ? "done\n" : "failed\n";
+    }
+    const bool written = ::write(STDOUT_FILENO, result.data(), result.size()) > 0;
+    ::_exit(written ? 0 : 1);
+}
+
+[[noreturn]] void property_calls(const char* name) {
+    run_with_only({SYS_epoll_wait, SYS_epoll_pwait}, [name] {
         char value[PROPERTY_VALUE_MAX];
         property_get(name, value, "default");
-        say(value);
-    }
+        failures += std::strcmp(value, "D") == 0 ? 0 : 1;
+    });
+}
+
+[[noreturn]] void lock_calls() {
+    run_with_only({}, [list = opened(1)] {
+        check(x_nwl_read_lock(list), "read_lock");
+        check(x_nwl_read_unlock(list), "read_unlock");
+        check(x_nwl_lock(list), "lock");
+        check(x_nwl_unlock(list), "unlock");
+    });
 }
 
 void hold(MwStatus (*lock)(MwdbHandle), MwStatus (*unlock)(MwdbHandle)) {
@@ -133,6 +186,12 @@ int main(int count, char** arguments) {
         fill(std::atoi(arguments[2]), count > 3 ? arguments[3] : nullptr);
     } else if (command == "property") {
         print_property(arguments[2]);
+    } else if (command == "property_after_mount") {
+        property_after_mount(arguments[2], arguments[3], arguments[4]);
+    } else if (command == "property_calls") {
+        property_calls(arguments[2]);
+    } else if (command == "lock_calls") {
+        lock_calls();
     } else if (command == "store_once") {
         store_once(arguments[2]);
     } else {
