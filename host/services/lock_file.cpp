@@ -24,16 +24,16 @@ constexpr std::uint64_t kWriting = std::uint64_t{1} << kSlots;
 
 // Bytes of the file that are locked. What they contain does not matter.
 constexpr std::int64_t kOpeningByte = 0; // while a process opens the storage
-constexpr std::int64_t kGrowingByte = 1; // while a process writes a block
-constexpr std::int64_t slot_byte(int slot) { return 2 + slot; }
+constexpr std::int64_t slot_byte(int slot) { return 1 + slot; }
 
 constexpr std::uint64_t kMark = 0x0001'6B63'6F4C'7654; // "TvLock", form 1
-constexpr std::uint64_t kInUse = 1;
 
-// The file has an entry for each list number; the header lies where no list has its number. It grows by blocks.
+// The file has an entry for each list number; the header lies where no list has its number. It grows by blocks, whose
+// space is asked for in pieces as small as a file system's.
 constexpr std::size_t kFirstEntry = std::size_t{1} << 16;
 constexpr std::size_t kEntries = std::size_t{5} << 16;
 constexpr std::size_t kBlock = 4096;
+constexpr std::size_t kPiece = 512;
 
 constexpr std::uint64_t bit_of(int slot) { return std::uint64_t{1} << static_cast<unsigned>(slot); }
 
@@ -64,15 +64,13 @@ std::uint64_t without(std::uint64_t holders, std::uint64_t slots) {
 struct LockFile::Header {
     std::uint64_t mark;
     std::uint64_t opener; // process and thread that last opened the storage
-    std::uint64_t unused;
-    std::uint64_t block_in_use;
     std::array<std::atomic<std::uint64_t>, kSlots> processes; // by slot
 };
 
 LockFile::LockFile(const std::string& path)
     : path_(path), file_(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kFileMode)),
       prepared_(kEntries * sizeof(Entry) / kBlock) {
-    static_assert(sizeof(Entry) == 32 && kBlock % sizeof(Entry) == 0, "the form of the file");
+    static_assert(sizeof(Entry) == 32 && offsetof(Entry, unused) == 24, "the form of the file");
     static_assert(sizeof(Header) <= kBlock, "the form of the file");
     static_assert(std::atomic<std::uint64_t>::is_always_lock_free, "processes share no mutex");
     if (file_ < 0) {
@@ -153,11 +151,11 @@ std::string LockFile::opener() const {
                                                                      : "another process";
 }
 
-// Memory of the file is used only once something was written to it: on a full file system the write fails, while
+// Writes to the file and throws where it cannot grow. Memory of the file is used only after that: on a full file system
 // access to a hole would end the process.
-void LockFile::write_block(std::size_t block, const void* bytes) {
-    const ssize_t size = ::pwrite(file_, bytes, kBlock, static_cast<off_t>(block * kBlock));
-    if (size != static_cast<ssize_t>(kBlock)) {
+void LockFile::write(const void* bytes, std::size_t count, std::size_t start) {
+    const ssize_t size = ::pwrite(file_, bytes, count, static_cast<off_t>(start));
+    if (size != static_cast<ssize_t>(count)) {
         throw storage_failure("use", path_, size < 0 ? errno : ENOSPC);
     }
 }
@@ -172,7 +170,7 @@ void LockFile::prepare_header() {
             throw storage_failure("use", path_, errno);
         }
         block[0] = kMark;
-        write_block(0, block.data());
+        write(block.data(), kBlock, 0);
     }
     header().opener = this_holder();
 }
@@ -183,31 +181,18 @@ std::size_t LockFile::block_of(const ListKey& list) {
     return static_cast<std::size_t>(list.number()) * sizeof(Entry) / kBlock;
 }
 
-// Makes sure that the list's entry may be used. Returns false while another process makes a block.
-bool LockFile::prepare_block(const ListKey& list) {
+// Makes sure that the list's entry may be used. Other processes may do so as well, or use the block already: each writes
+// the same into bytes that mean nothing.
+void LockFile::prepare_block(const ListKey& list) {
     if (is_prepared(list)) {
-        return true;
+        return;
     }
-    const std::size_t block = block_of(list);
-    if (!try_byte(kGrowingByte)) {
-        return false;
+    const std::size_t start = block_of(list) * kBlock;
+    for (std::size_t end = start + kPiece; end <= start + kBlock; end += kPiece) {
+        const std::uint64_t nothing = 0;
+        write(&nothing, sizeof nothing, end - sizeof nothing);
     }
-    Entry first{};
-    const off_t start = static_cast<off_t>(block * kBlock);
-    const ssize_t size = ::pread(file_, static_cast<void*>(&first), sizeof first, start);
-    try {
-        if (size != sizeof first || first.block_in_use != kInUse) {
-            std::array<std::uint64_t, kBlock / sizeof(std::uint64_t)> zeros{};
-            zeros[offsetof(Entry, block_in_use) / sizeof(std::uint64_t)] = kInUse;
-            write_block(block, zeros.data());
-        }
-    } catch (...) {
-        free_byte(kGrowingByte);
-        throw;
-    }
-    free_byte(kGrowingByte);
-    prepared_[block] = true;
-    return true;
+    prepared_[block_of(list)] = true;
 }
 
 // Takes slots out of an entry, whose process this is or is known to be dead.
@@ -266,9 +251,10 @@ bool LockFile::set(const ListKey& list, LockLevel level) {
         }
         return true;
     }
-    if (!take_slot() || !prepare_block(list)) {
+    if (!take_slot()) {
         return false;
     }
+    prepare_block(list);
     Entry& entry = entry_of(list);
     for (std::uint64_t holders = entry.holders;;) {
         const std::uint64_t others = holders & ~own_bit() & ~kWriting;
@@ -298,9 +284,10 @@ void LockFile::set_writer_waits(const ListKey& list, bool waits) {
 }
 
 bool LockFile::writer_waits_elsewhere(const ListKey& list) {
-    if (!take_slot() || !prepare_block(list)) {
+    if (!take_slot()) {
         return false;
     }
+    prepare_block(list);
     Entry& entry = entry_of(list);
     std::uint64_t others = 0;
     do {
@@ -309,7 +296,7 @@ bool LockFile::writer_waits_elsewhere(const ListKey& list) {
     return others != 0;
 }
 
-std::string LockFile::describe_obstacle(const ListKey& list) const {
+std::string LockFile::describe_obstacle(const ListKey& list, LockLevel level) const {
     if (slot_ < 0) {
         return std::to_string(kSlots) + " other processes, as many as can use locks at a time";
     }
@@ -317,8 +304,12 @@ std::string LockFile::describe_obstacle(const ListKey& list) const {
         return "another process";
     }
     const Entry& entry = entry_of(list);
-    const std::uint64_t others = entry.holders & ~own_bit() & ~kWriting;
+    const std::uint64_t holders = entry.holders;
+    const std::uint64_t others = holders & ~own_bit() & ~kWriting;
     const std::uint64_t last = entry.last_holder;
+    if (level == LockLevel::kRead && (holders & kWriting) == 0) {
+        return "a writer that waits in another process";
+    }
     std::string text;
     for (int slot = 0; slot < kSlots; ++slot) {
         if ((others & bit_of(slot)) != 0) {
@@ -327,7 +318,7 @@ std::string LockFile::describe_obstacle(const ListKey& list) const {
             text += process == process_of(last) ? described(last) : "process " + std::to_string(process);
         }
     }
-    return text.empty() ? "a writer that waits in another process" : text;
+    return text.empty() ? "another process" : text; // which has given it back since
 }
 
 } // namespace tavro::host

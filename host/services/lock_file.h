@@ -45,8 +45,8 @@ public:
     // Whether a living process other than this one asked for that.
     bool writer_waits_elsewhere(const ListKey& list);
 
-    // Who is in the way, for messages: "thread 12 of process 34".
-    std::string describe_obstacle(const ListKey& list) const;
+    // Who is in the way of that level, for messages: "thread 12 of process 34".
+    std::string describe_obstacle(const ListKey& list, LockLevel level) const;
 
 private:
     // The same for 32-bit and 64-bit processes, which may share the file.
@@ -54,19 +54,19 @@ private:
         std::atomic<std::uint64_t> holders;
         std::atomic<std::uint64_t> waiting_writers;
         std::atomic<std::uint64_t> last_holder; // process and thread
-        std::uint64_t block_in_use;             // in the first entry of a block: zeros were written to the block
+        std::uint64_t unused;
     };
     struct Header;
 
     bool try_byte(std::int64_t offset);
     void free_byte(std::int64_t offset);
-    void write_block(std::size_t block, const void* bytes);
+    void write(const void* bytes, std::size_t count, std::size_t start);
     void prepare_header();
     std::string opener() const;
 
     static std::size_t block_of(const ListKey& list);
     bool is_prepared(const ListKey& list) const { return prepared_[block_of(list)]; }
-    bool prepare_block(const ListKey& list);
+    void prepare_block(const ListKey& list);
 
     bool take_slot();
     void clean_slot(int slot);

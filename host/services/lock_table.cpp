@@ -57,9 +57,10 @@ LockTable::Obstacle LockTable::try_lock(ListLock& lock, const ListKey& list, Loc
     return Obstacle::kNone;
 }
 
-std::string LockTable::describe_holders(const ListLock& lock, const ListKey& list, Obstacle obstacle) {
+std::string LockTable::describe_holders(const ListLock& lock, const ListKey& list, LockLevel level,
+                                        Obstacle obstacle) {
     if (obstacle == Obstacle::kProcess) {
-        return lock.file->describe_obstacle(list);
+        return lock.file->describe_obstacle(list, level);
     }
     std::string holders;
     for (const Holds& holds : lock.threads) {
@@ -118,7 +119,7 @@ MwStatus LockTable::lock(const std::shared_ptr<LockFile>& file, const Kind& kind
     if (obstacle == Obstacle::kNone) {
         return kMwOk;
     }
-    const std::string holders = describe_holders(lock, list, obstacle);
+    const std::string holders = describe_holders(lock, list, level, obstacle);
     changed_.notify_all(); // readers that let this writer go first
     guard.unlock();
     report(std::string("time-out: thread ") + std::to_string(this_thread()) + " waited " +

@@ -52,7 +52,7 @@ private:
     static std::vector<Holds>::iterator mine(ListLock& lock);
     static bool stands_in_the_way(const ListLock& lock, LockLevel level, bool holds_some);
     static Obstacle try_lock(ListLock& lock, const ListKey& list, LockLevel level);
-    static std::string describe_holders(const ListLock& lock, const ListKey& list, Obstacle obstacle);
+    static std::string describe_holders(const ListLock& lock, const ListKey& list, LockLevel level, Obstacle obstacle);
     Obstacle wait(std::unique_lock<std::mutex>& guard, ListLock& lock, const ListKey& list, LockLevel level,
                   Clock::time_point end);
     void lower(const ListKey& list, ListLock& lock);

@@ -3,7 +3,16 @@
 //
 //     add FIRST COUNT   adds records FIRST, FIRST + 1, … and prints each id after its add
 //     remove ID         removes a record
-//     lock | read_lock  takes the lock, prints "locked" and holds it until standard input ends
+//     lock | read_lock [LIST]
+//                       takes the lock of list 1, or of LIST, prints "locked" and holds it until standard input ends
+//     read_twice        takes the read lock, prints "locked", waits for a line of standard input, prints the status
+//                       with which another thread takes it too, and holds the lock until standard input ends
+//     lock_loop         takes and gives back the lock, for reading and for writing, until it is killed; prints "locked"
+//                       after the first time
+//     read_loop         takes and gives back the read lock in two threads at once until standard input ends; prints
+//                       "locked" after the first time
+//     increment PATH COUNT
+//                       increments the number in a file under the write lock COUNT times
 //     store PATH        stores list 1 and list 2 to PATH in turn until it is killed; a line after each
 //     fill COUNT [FILE] makes COUNT calls that add a record to list 1, or open or create the list while it is not
 //                       open; prints each status once, in the order in which they came. With FILE it then removes
@@ -22,12 +31,15 @@
 #include <cutils/properties.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
 #include <string>
 #include <sys/mount.h>
 #include <sys/syscall.h>
+#include <thread>
 #include <unistd.h>
 #include <vector>
 
@@ -151,13 +163,71 @@ template <class Body>
     });
 }
 
-void hold(MwStatus (*lock)(MwdbHandle), MwStatus (*unlock)(MwdbHandle)) {
-    const MwdbHandle list = opened(1);
-    check(lock(list), "lock");
-    say("locked");
+void await_end_of_input() {
     for (char letter = 0; ::read(STDIN_FILENO, &letter, 1) == 1;) {
     }
+}
+
+void hold(MwStatus (*lock)(MwdbHandle), MwStatus (*unlock)(MwdbHandle), const char* list_id) {
+    const MwdbHandle list = opened(static_cast<std::uint16_t>(list_id == nullptr ? 1 : std::atoi(list_id)));
+    check(lock(list), "lock");
+    say("locked");
+    await_end_of_input();
     check(unlock(list), "unlock");
+}
+
+void read_twice() {
+    const MwdbHandle list = opened(1);
+    check(x_nwl_read_lock(list), "lock");
+    say("locked");
+    char letter = 0;
+    check(::read(STDIN_FILENO, &letter, 1) == 1 ? kMwOk : -1, "read");
+    std::thread([list] { say(std::to_string(x_nwl_read_lock(list))); }).join();
+    await_end_of_input();
+}
+
+[[noreturn]] void lock_loop() {
+    const MwdbHandle list = opened(1);
+    for (int i = 0;; ++i) {
+        check(x_nwl_read_lock(list), "read_lock");
+        check(x_nwl_lock(list), "lock");
+        check(x_nwl_unlock(list), "unlock");
+        check(x_nwl_read_unlock(list), "read_unlock");
+        if (i == 0) {
+            say("locked");
+        }
+    }
+}
+
+void read_loop() {
+    const MwdbHandle list = opened(1);
+    std::atomic<bool> ended{false};
+    const auto read = [&] {
+        while (!ended) {
+            if (x_nwl_read_lock(list) == kMwOk) {
+                std::this_thread::yield();
+                x_nwl_read_unlock(list);
+            }
+        }
+    };
+    std::thread first(read);
+    std::thread second(read);
+    say("locked");
+    await_end_of_input();
+    ended = true;
+    first.join();
+    second.join();
+}
+
+void increment(const char* path, int count) {
+    const MwdbHandle list = opened(1);
+    for (int i = 0; i < count; ++i) {
+        check(x_nwl_lock(list), "lock");
+        int number = 0;
+        std::ifstream(path) >> number;
+        std::ofstream(path) << number + 1;
+        check(x_nwl_unlock(list), "unlock");
+    }
 }
 
 [[noreturn]] void store(const char* path) {
@@ -177,9 +247,17 @@ int main(int count, char** arguments) {
     } else if (command == "remove") {
         check(x_nwl_del_rec(opened(1), static_cast<std::uint16_t>(std::atoi(arguments[2]))), "remove");
     } else if (command == "lock") {
-        hold(x_nwl_lock, x_nwl_unlock);
+        hold(x_nwl_lock, x_nwl_unlock, arguments[2]);
     } else if (command == "read_lock") {
-        hold(x_nwl_read_lock, x_nwl_read_unlock);
+        hold(x_nwl_read_lock, x_nwl_read_unlock, arguments[2]);
+    } else if (command == "read_twice") {
+        read_twice();
+    } else if (command == "lock_loop") {
+        lock_loop();
+    } else if (command == "read_loop") {
+        read_loop();
+    } else if (command == "increment") {
+        increment(arguments[2], std::atoi(arguments[3]));
     } else if (command == "store") {
         store(arguments[2]);
     } else if (command == "fill") {
