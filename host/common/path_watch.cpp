@@ -164,8 +164,8 @@ bool PathWatch::watch(const std::string& path) {
         places_.clear();
     }
     for (const Place& old : places) {
-        const bool kept = std::any_of(places_.begin(), places_.end(),
-                                      [&](const Place& place) { return place.watch == old.watch; });
+        const bool kept =
+            std::any_of(places_.begin(), places_.end(), [&](const Place& place) { return place.watch == old.watch; });
         if (!kept) {
             ::inotify_rm_watch(events_, old.watch); // fails for a file that is gone, whose watch has ended
         }

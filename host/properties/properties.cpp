@@ -249,10 +249,9 @@ private:
 
 extern "C" int property_get(const char* key, char* value, const char* default_value) {
     const Environment environment = read_environment(key);
-    const std::size_t length = environment.value != nullptr
-                                   ? PropertiesFile::copy(environment.value, value)
-                                   : PropertiesFile::instance().find(environment, key, value);
+    const std::size_t length = environment.value != nullptr ? PropertiesFile::copy(environment.value, value)
+                                                            : PropertiesFile::instance().find(environment, key, value);
     // As on the TV, a property that is set to nothing counts as not set.
-    return static_cast<int>(
-        length != 0 ? length : PropertiesFile::copy(default_value == nullptr ? "" : default_value, value));
+    return static_cast<int>(length != 0 ? length
+                                        : PropertiesFile::copy(default_value == nullptr ? "" : default_value, value));
 }

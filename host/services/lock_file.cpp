@@ -63,7 +63,7 @@ std::uint64_t without(std::uint64_t holders, std::uint64_t slots) {
 // The first block.
 struct LockFile::Header {
     std::uint64_t mark;
-    std::uint64_t opener; // process and thread that last opened the storage
+    std::uint64_t opener;                                     // process and thread that last opened the storage
     std::array<std::atomic<std::uint64_t>, kSlots> processes; // by slot
 };
 
@@ -181,8 +181,8 @@ std::size_t LockFile::block_of(const ListKey& list) {
     return static_cast<std::size_t>(list.number()) * sizeof(Entry) / kBlock;
 }
 
-// Makes sure that the list's entry may be used. Other processes may do so as well, or use the block already: each writes
-// the same into bytes that mean nothing.
+// Makes sure that the list's entry may be used. Other processes may do so as well, or use the block already: each
+// writes the same into bytes that mean nothing.
 void LockFile::prepare_block(const ListKey& list) {
     if (is_prepared(list)) {
         return;
@@ -222,7 +222,8 @@ void LockFile::clean_slot(int slot) {
     off_t start = static_cast<off_t>(kFirstEntry * sizeof(Entry));
     while ((start = ::lseek(file_, start, SEEK_DATA)) >= 0) { // holes are not used
         const off_t end = ::lseek(file_, start, SEEK_HOLE);
-        const std::size_t behind = std::min(static_cast<std::size_t>(std::max(end, off_t{0})) / sizeof(Entry), kEntries);
+        const std::size_t behind =
+            std::min(static_cast<std::size_t>(std::max(end, off_t{0})) / sizeof(Entry), kEntries);
         for (std::size_t i = static_cast<std::size_t>(start) / sizeof(Entry); i < behind; ++i) {
             if (((entries()[i].holders | entries()[i].waiting_writers) & bit_of(slot)) != 0) {
                 take_out(entries()[i], bit_of(slot));
@@ -264,8 +265,8 @@ bool LockFile::set(const ListKey& list, LockLevel level) {
                 return false;
             }
             holders = entry.holders;
-        } else if (entry.holders.compare_exchange_weak(
-                       holders, writes ? own_bit() | kWriting : (holders & ~kWriting) | own_bit())) {
+        } else if (entry.holders.compare_exchange_weak(holders, writes ? own_bit() | kWriting
+                                                                       : (holders & ~kWriting) | own_bit())) {
             entry.last_holder.store(this_holder(), std::memory_order_relaxed);
             return true;
         }

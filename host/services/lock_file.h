@@ -81,7 +81,7 @@ private:
     std::string path_;
     int file_;
     void* memory_ = nullptr;
-    int slot_ = -1; // none until the first lock
+    int slot_ = -1;              // none until the first lock
     std::vector<bool> prepared_; // blocks
 };
 

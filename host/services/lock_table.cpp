@@ -57,8 +57,7 @@ LockTable::Obstacle LockTable::try_lock(ListLock& lock, const ListKey& list, Loc
     return Obstacle::kNone;
 }
 
-std::string LockTable::describe_holders(const ListLock& lock, const ListKey& list, LockLevel level,
-                                        Obstacle obstacle) {
+std::string LockTable::describe_holders(const ListLock& lock, const ListKey& list, LockLevel level, Obstacle obstacle) {
     if (obstacle == Obstacle::kProcess) {
         return lock.file->describe_obstacle(list, level);
     }
@@ -73,7 +72,8 @@ std::string LockTable::describe_holders(const ListLock& lock, const ListKey& lis
 
 LockTable::Obstacle LockTable::wait(std::unique_lock<std::mutex>& guard, ListLock& lock, const ListKey& list,
                                     LockLevel level, Clock::time_point end) {
-    // Counts a waiting writer as long as it waits, whatever ends the waiting. Other processes see the first and the last.
+    // Counts a waiting writer as long as it waits, whatever ends the waiting. Other processes see the first and the
+    // last.
     struct WaitingWriter {
         ListLock& lock;
         const ListKey& list;

@@ -4,8 +4,9 @@
 #include "services/status.h"
 #include "workspace.h"
 
-#include <algorithm>
+#include <chrono>
 #include <fcntl.h>
+#include <filesystem>
 #include <memory>
 #include <sqlite3.h>
 #include <thread>
@@ -39,11 +40,18 @@ protected:
     MwStatus attempt_to_read() { return attempt(x_nwl_read_lock, x_nwl_read_unlock); }
     MwStatus attempt_to_write() { return attempt(x_nwl_lock, x_nwl_unlock); }
 
-    // Returns once readers wait for a writer of another process.
-    void await_waiting_writer() {
-        while (attempt_to_read() == kMwOk) {
+    // Returns once `condition` is true, or fails.
+    template <class Condition>
+    static void await(Condition condition) {
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+        while (!condition()) {
+            ASSERT_LT(std::chrono::steady_clock::now(), end);
             std::this_thread::yield();
         }
+    }
+    // Returns once readers wait for a writer of another process.
+    void await_waiting_writer() {
+        await([this] { return attempt_to_read() == kHostLockTimeout; });
     }
 
     // Locks or unlocks bytes of the lock file as a process of its own would. Returns false when they are taken.
@@ -135,9 +143,7 @@ TEST_F(ProcessLocks, LetTheHolderReadAgainWhileAWriterWaits) {
         std::thread([&] { status = attempt_to_read(); }).join();
         return status;
     };
-    while (read_elsewhere() == kMwOk) {
-        std::this_thread::yield();
-    }
+    await([&] { return read_elsewhere() == kHostLockTimeout; });
     EXPECT_EQ(attempt_to_read(), kMwOk);
     EXPECT_EQ(x_nwl_read_unlock(handle), kMwOk);
     EXPECT_EQ(writer.read_line(), "locked");
@@ -212,8 +218,8 @@ TEST_F(ProcessLocks, KeepEachOthersChangesApart) {
     write_file(path("number"), "0");
     std::vector<std::unique_ptr<ChildProcess>> processes;
     for (int i = 0; i < 4; ++i) {
-        processes.push_back(std::make_unique<ChildProcess>(
-            std::vector<std::string>{"increment", path("number"), "200"}));
+        processes.push_back(
+            std::make_unique<ChildProcess>(std::vector<std::string>{"increment", path("number"), "200"}));
     }
     for (const auto& process : processes) {
         EXPECT_EQ(process->wait(), 0);
@@ -240,6 +246,7 @@ TEST_F(ProcessLocks, IgnoreWhatAnOlderFormOfTheFileHolds) {
     old.resize(old.size() + 0x30001 * 32, '\xFF');
     write_file(home() + "/locks", old);
     handle = opened<Networks>(1);
+    EXPECT_LT(std::filesystem::file_size(home() + "/locks"), old.size());
     EXPECT_EQ(attempt_to_write(), kMwOk);
 }
 
@@ -254,10 +261,11 @@ TEST_F(ProcessLocks, OfAnOpeningThatStopsAreWaitedForUntilTheTimeOut) {
     ChildProcess opener({"lock"});
     const int file = open_lock_file();
     const auto process = static_cast<std::uint64_t>(opener.id());
-    for (std::uint64_t found = 0; found != (process << 32 | process);) {
-        ASSERT_EQ(::pread(file, &found, sizeof found, kOpenerOffset), static_cast<ssize_t>(sizeof found));
-        std::this_thread::yield();
-    }
+    await([&] {
+        std::uint64_t found = 0;
+        return ::pread(file, &found, sizeof found, kOpenerOffset) == static_cast<ssize_t>(sizeof found) &&
+               found == (process << 32 | process);
+    });
     ::close(file);
     opener.stop();
     sqlite3_close(database);
@@ -265,10 +273,11 @@ TEST_F(ProcessLocks, OfAnOpeningThatStopsAreWaitedForUntilTheTimeOut) {
     EXPECT_EQ(x_nwl_open(1, 0, 0, &handle), kHostLockTimeout);
     const std::string thread = std::to_string(::gettid());
     const std::string other = std::to_string(opener.id());
-    EXPECT_EQ(log(), std::vector<std::string>{"E/TavroHost" + process_mark() + ": time-out: thread " + thread +
-                                              " waited 30 ms to open the storage of " + home() + "/locks, which thread " +
-                                              other + " of process " + other +
-                                              " opens; look whether it is stopped, or set TAVRO_LOCK_TIMEOUT_MS higher"});
+    EXPECT_EQ(log(),
+              std::vector<std::string>{"E/TavroHost" + process_mark() + ": time-out: thread " + thread +
+                                       " waited 30 ms to open the storage of " + home() + "/locks, which thread " +
+                                       other + " of process " + other +
+                                       " opens; look whether it is stopped, or set TAVRO_LOCK_TIMEOUT_MS higher"});
     opener.kill();
     EXPECT_EQ(x_nwl_open(1, 0, 0, &handle), kMwOk);
 }
