@@ -22,8 +22,8 @@
 //                       prints a property before and after it mounts directory FROM over TO
 //     property_calls NAME, lock_calls
 //                       reads a property, or takes and gives back the list's locks, 1000 times with no system call
-//                       but epoll_wait allowed, or none at all; prints "done", or "unsupported" where calls cannot be
-//                       forbidden
+//                       but epoll_wait allowed, or none at all; prints "done", or "done, with all calls" where calls
+//                       cannot be forbidden
 //     store_once PATH   makes list 1, stores it to PATH twice and prints the status of each store
 #include "middleware/nwl.h"
 #include "system_calls.h"
@@ -135,12 +135,12 @@ template <class Body>
     body();
     say("ready");
     allowed.insert(allowed.end(), {SYS_write, SYS_exit_group});
-    std::string result = "unsupported\n";
-    if (allow_only(allowed)) {
-        for (int i = 0; i < 1000; ++i) {
-            body();
-        }
-        result = failures == 0 ? "done\n" : "failed\n";
+    std::string result = allow_only(allowed) ? "done\n" : "done, with all calls\n";
+    for (int i = 0; i < 1000; ++i) {
+        body();
+    }
+    if (failures != 0) {
+        result = "failed\n";
     }
     const bool written = ::write(STDOUT_FILENO, result.data(), result.size()) > 0;
     ::syscall(SYS_exit_group, written ? 0 : 1); // _exit of sanitizers makes other calls first
