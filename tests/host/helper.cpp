@@ -22,8 +22,8 @@
 //                       prints a property before and after it mounts directory FROM over TO
 //     property_calls NAME, lock_calls
 //                       reads a property, or takes and gives back the list's locks, 1000 times with no system call
-//                       but epoll_wait allowed, or none at all; prints "done", or "done, with all calls" where calls
-//                       cannot be forbidden
+//                       but epoll_wait and read allowed, or none at all; prints "done", or "done, with all calls" where
+//                       calls cannot be forbidden
 //     store_once PATH   makes list 1, stores it to PATH twice and prints the status of each store
 #include "middleware/nwl.h"
 #include "system_calls.h"
@@ -148,7 +148,8 @@ template <class Body>
 }
 
 [[noreturn]] void property_calls(const char* name) {
-    run_with_only({SYS_epoll_wait, SYS_epoll_pwait}, [name] {
+    // Changes of other files in the directories above are read from the watch's queue.
+    run_with_only({SYS_epoll_wait, SYS_epoll_pwait, SYS_read}, [name] {
         char value[PROPERTY_VALUE_MAX];
         property_get(name, value, "default");
         failures += std::strcmp(value, "D") == 0 ? 0 : 1;

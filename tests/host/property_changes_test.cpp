@@ -259,7 +259,7 @@ TEST_F(PropertyChanges, AreSeenByAParentAndItsChild) {
     expect("W");
 }
 
-TEST_F(PropertyChanges, AreLookedForWithOneCheapSystemCall) {
+TEST_F(PropertyChanges, AreLookedForWithoutExaminingTheFile) {
     if (!tavro::host::PathWatch().watch(file())) {
         GTEST_SKIP() << "the kernel cannot report every change of " << file();
     }
