@@ -25,7 +25,7 @@
 #pragma once
 
 #include "channellist/HandleMap.h"
-#include "channellist/decimal.h"
+#include "channellist/identifier.h"
 #include "jni/log_gate.h"
 #include "middleware/list_calls.h"
 
@@ -301,6 +301,13 @@ protected:
     // that is no number raises std::stoi's exception to the caller. `list_id` may be null.
     static bool split_identifier(const char* operation, const std::string& identifier, int* list_id, int& record_id) {
         TAVRO_LOG_DEBUG(Kind::kTag, "[%s]: string recId = %s \n", operation, identifier.c_str());
+        int list = 0;
+        if (take_apart(identifier, list, record_id)) {
+            if (list_id != nullptr) {
+                *list_id = list;
+            }
+            return true;
+        }
         const std::size_t comma = identifier.find(',');
         if (comma == std::string::npos) {
             TAVRO_LOG_ERROR(Kind::kTag, "Unknown recId info.\n");

@@ -1,30 +1,9 @@
 #include "jni/record_id.h"
 
-#include "channellist/decimal.h"
+#include "channellist/identifier.h"
 #include "jni/log_gate.h"
 
 #include <algorithm>
-
-namespace {
-
-// Takes an identifier of the usual form apart: digits, a comma, digits, and nothing else but what a second
-// comma begins. Returns false, with the out values as they were, for any other text.
-inline bool take_apart(std::string_view identifier, int& list_id, int& record_id) {
-    int list = 0;
-    int record = 0;
-    if (!take_digits(identifier, list) || identifier.empty() || identifier.front() != ',') {
-        return false;
-    }
-    identifier.remove_prefix(1);
-    if (!take_digits(identifier, record) || (!identifier.empty() && identifier.front() != ',')) {
-        return false;
-    }
-    list_id = list;
-    record_id = record;
-    return true;
-}
-
-} // namespace
 
 bool AllisNum(std::string_view text) {
     return std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });

@@ -1,4 +1,4 @@
-#include "channellist/decimal.h"
+#include "channellist/identifier.h"
 #include "fake_jni.h"
 #include "jni/jni_env.h"
 #include "jni/record_id.h"

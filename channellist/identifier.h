@@ -1,4 +1,4 @@
-// Decimal numbers in identifiers.
+// Record identifiers, "list id, comma, record id", and the decimal numbers in them.
 #pragma once
 
 #include <algorithm>
@@ -32,4 +32,21 @@ inline bool take_digits(std::string_view& text, int& number) {
 inline int decimal(std::string_view text) {
     int number = 0;
     return take_digits(text, number) ? number : unusual_decimal(text);
+}
+
+// Takes an identifier of the usual form apart: digits, a comma, digits, and nothing else but what a second
+// comma begins. Returns false, with the out values as they were, for any other text.
+inline bool take_apart(std::string_view identifier, int& list_id, int& record_id) {
+    int list = 0;
+    int record = 0;
+    if (!take_digits(identifier, list) || identifier.empty() || identifier.front() != ',') {
+        return false;
+    }
+    identifier.remove_prefix(1);
+    if (!take_digits(identifier, record) || (!identifier.empty() && identifier.front() != ',')) {
+        return false;
+    }
+    list_id = list;
+    record_id = record;
+    return true;
 }
