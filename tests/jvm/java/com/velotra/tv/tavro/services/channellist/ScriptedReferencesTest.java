@@ -13,6 +13,7 @@ import java.util.Comparator;
 import java.util.List;
 import java.util.function.IntFunction;
 import java.util.function.Supplier;
+import java.util.function.ToIntBiFunction;
 import java.util.stream.IntStream;
 import java.util.stream.Stream;
 import org.junit.jupiter.api.AfterEach;
@@ -147,49 +148,34 @@ class ScriptedReferencesTest extends SatellitePlatform {
 
     @Test
     void updatingServicesHoldsTheSameForAListOfAnyLength() {
-        for (int type : BROADCAST_TYPES) {
-            for (VltTvChannelInfoBase info : List.of(service(), withAll(service().setBroadcastType(type)))) {
-                info.broadcastType = type;
-                assertBounded("services of type " + type + ", " + info.keys().size() + " keys", size -> {
-                    Script.always("x_svl_get_rec", Records.with8(new byte[ServiceRecord.SIZE], SERVICE_TYPE_AT, type));
-                    List<VltTvChannelInfoBase> infos = Collections.nCopies(size, info);
-                    return () -> assertEquals(0, lists.native_updateInfoList(1, infos));
-                });
-            }
-        }
+        assertBoundedUpdate(lists::native_updateInfoList, List.of(service()));
+        assertBoundedUpdate(lists::native_updateInfoList, BROADCAST_TYPES.stream().map(type -> {
+            VltTvChannelInfoBase info = withAll(service());
+            info.broadcastType = type;
+            return info;
+        }).toList());
     }
 
     @Test
     void updatingTransportStreamsHoldsTheSameForAListOfAnyLength() {
-        for (int medium : MEDIA) {
-            for (VltTvTransportStreamInfoBase info : List.of(stream(), withAll(stream()))) {
-                info.broadcastMedium = medium;
-                assertBounded("streams of medium " + medium + ", " + info.keys().size() + " keys", size -> {
-                    List<VltTvTransportStreamInfoBase> infos = Collections.nCopies(size, info);
-                    return () -> assertEquals(0, streams.native_updateInfoList(1, infos));
-                });
-            }
-        }
+        assertBoundedUpdate(streams::native_updateInfoList, List.of(stream()));
+        assertBoundedUpdate(streams::native_updateInfoList, MEDIA.stream().map(medium -> {
+            VltTvTransportStreamInfoBase info = withAll(stream());
+            info.broadcastMedium = medium;
+            return info;
+        }).toList());
     }
 
     @Test
     void updatingNetworksHoldsTheSameForAListOfAnyLength() {
-        for (VltTvNetworkInfoBase info : List.of(network(), withAll(network()))) {
-            assertBounded("networks, " + info.keys().size() + " keys", size -> {
-                List<VltTvNetworkInfoBase> infos = Collections.nCopies(size, info);
-                return () -> assertEquals(0, networks.native_updateInfoList(1, infos));
-            });
-        }
+        assertBoundedUpdate(networks::native_updateInfoList, List.of(network()));
+        assertBoundedUpdate(networks::native_updateInfoList, List.of(withAll(network())));
     }
 
     @Test
     void updatingSatellitesHoldsTheSameForAListOfAnyLengthWithoutNames() {
-        for (VltTvSatelliteInfoBase info : List.of(named("1,1"), withAll(named("1,1"), "Name"))) {
-            assertBounded("satellites, " + info.keys().size() + " keys", size -> {
-                List<VltTvSatelliteInfoBase> infos = Collections.nCopies(size, info);
-                return () -> assertEquals(0, satellites.nativeUpdateInfoList(infos));
-            });
-        }
+        assertBoundedUpdate((id, infos) -> satellites.nativeUpdateInfoList(infos), List.of(named("1,1")));
+        assertBoundedUpdate((id, infos) -> satellites.nativeUpdateInfoList(infos), List.of(withAll(named("1,1"), "Name")));
     }
 
     // What the contract keeps for each element; docs/architecture.md lists it.
@@ -266,6 +252,14 @@ class ScriptedReferencesTest extends SatellitePlatform {
             References.Peak peak = peak(size, call);
             expect(peak.number() == number, peak + " for " + size + ", not " + number);
         }
+    }
+
+    /** Updates list 1 with lists that repeat some objects. */
+    private <T> void assertBoundedUpdate(ToIntBiFunction<Integer, List<T>> update, List<T> repeated) {
+        assertBounded("list update, " + repeated.get(0).getClass().getSimpleName(), size -> {
+            List<T> infos = IntStream.range(0, size).mapToObj(i -> repeated.get(i % repeated.size())).toList();
+            return () -> assertEquals(0, update.applyAsInt(1, infos));
+        });
     }
 
     private void assertBounded(String what, IntFunction<Runnable> call) {
