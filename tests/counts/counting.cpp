@@ -60,3 +60,9 @@ void operator delete(void* memory) noexcept {
 void operator delete(void* memory, std::size_t) noexcept { operator delete(memory); }
 void operator delete[](void* memory) noexcept { operator delete(memory); }
 void operator delete[](void* memory, std::size_t) noexcept { operator delete(memory); }
+
+// What the library calls for malloc and free: it is linked with --wrap.
+extern "C" {
+void* __wrap_malloc(std::size_t size) { return operator new(size); }
+void __wrap_free(void* memory) { operator delete(memory); }
+}
