@@ -50,7 +50,12 @@ cost() { # DUMP
 # There is one dump for each hot path, which its trigger names.
 while read -r path _ allocations; do
     dump=$(grep -lx "desc: Trigger: Client Request: $path" "$folder"/out.*)
-    echo "$path $(cost "$dump") $allocations"
+    instructions=$(cost "$dump")
+    if [ "$instructions" = 0 ]; then
+        echo "callgrind counted nothing for $path in $library" >&2
+        exit 1
+    fi
+    echo "$path $instructions $allocations"
 done <"$folder/allocations" >"$folder/counts"
 
 if [ "$mode" = --renew ]; then
@@ -90,7 +95,7 @@ awk -v tolerance=$tolerance '
     }' "$baseline" "$folder/counts" || status=$?
 case $status in
 0) exit 0 ;;
-3) echo "Hot paths cost over $tolerance % less than the baseline says; renew it, so that they cannot become dearer unnoticed:" ;;
+3) echo "Hot paths cost over $tolerance % less than the baseline says; renew it, so that a later rise shows:" ;;
 *) echo "Hot paths cost over $tolerance % more than the baseline says. If that is wanted, renew the baseline:" ;;
 esac
 echo "    $renewal"
