@@ -1,0 +1,32 @@
+// Measures an operation's ways in alternation, so that the machine's noise hits them alike.
+#pragma once
+
+#include "operations.h"
+
+namespace tavro::bench {
+
+// Quantiles over the rounds.
+struct Spread {
+    double median = 0;
+    double p10 = 0;
+    double p90 = 0;
+};
+
+struct Measurement {
+    Spread library; // nanoseconds for one call
+    Spread floor;
+    Spread copy;
+    Spread ratio;      // library to floor, round by round
+    Spread copy_ratio; // library to copy
+    int rounds = 0;
+};
+
+struct Effort {
+    double seconds; // for one operation, after warming up
+    int least_rounds;
+    int most_rounds;
+};
+
+Measurement measure(JNIEnv* env, const Operation& operation, const Effort& effort);
+
+} // namespace tavro::bench
