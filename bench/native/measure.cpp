@@ -67,19 +67,22 @@ Measurement measure(JNIEnv* env, const Operation& operation, const Effort& effor
     std::vector<double> ratios;
     std::vector<double> copy_ratios;
     for (int round = 0; round < rounds; ++round) {
-        double total[3] = {};
+        std::vector<double> taken[3];
         for (int batch = 0; batch < batches; ++batch) {
             for (std::size_t turn = 0; turn < ways.size(); ++turn) {
                 const std::size_t way = (turn + static_cast<std::size_t>(round + batch)) % ways.size();
-                total[way] += time_batch(env, operation, *ways[way]);
+                taken[way].push_back(time_batch(env, operation, *ways[way]));
             }
         }
+        // A batch that another process or the collector interrupted is not the median of its round.
+        double median[3] = {};
         for (std::size_t way = 0; way < ways.size(); ++way) {
-            times[way].push_back(total[way] * 1e9 / batches / operation.batch);
+            median[way] = spread(taken[way]).median;
+            times[way].push_back(median[way] * 1e9 / operation.batch);
         }
-        ratios.push_back(total[0] / total[1]);
+        ratios.push_back(median[0] / median[1]);
         if (operation.copy) {
-            copy_ratios.push_back(total[0] / total[2]);
+            copy_ratios.push_back(median[0] / median[2]);
         }
     }
     tavro_memory_log_level = 0;

@@ -26,6 +26,7 @@ constexpr int kFirstReadList = 10;
 constexpr int kSizes[] = {10, 100, 1'000, 10'000, 65'534};
 constexpr int kThousand = kFirstReadList + 2; // the list of 1,000
 constexpr int kPerFilter = 10;                // one in so many records matches a filter
+constexpr int kFiltered = 3;                  // what the filters are asked for
 constexpr int kUpdateSizes[] = {10, 1'000, 60'000};
 constexpr int kKeyCounts[] = {1, 10, 1'000};
 
@@ -87,16 +88,16 @@ constexpr Kind kNetworks = {"network",
                             "native_updateInfoList",
                             "native_open",
                             "native_clean"};
-[[maybe_unused]] constexpr Kind kSatellites = {"satellite",
-                                               "Satellite",
-                                               4,
-                                               "Name=0,OrbitPosition=192,AntennaType=3",
-                                               "RecId",
-                                               "nativeGetInfo",
-                                               "nativeUpdateInfo",
-                                               "nativeUpdateInfoList",
-                                               "nativeOpen",
-                                               "nativeClean"};
+constexpr Kind kSatellites = {"satellite",
+                              "Satellite",
+                              4,
+                              "Name=0,OrbitPosition=192,AntennaType=3",
+                              "RecId",
+                              "nativeGetInfo",
+                              "nativeUpdateInfo",
+                              "nativeUpdateInfoList",
+                              "nativeOpen",
+                              "nativeClean"};
 
 class Builder {
 public:
@@ -125,8 +126,12 @@ public:
         };
     }
 
-    void companions();
+    void fill_lists();
     void services();
+    void streams();
+    void networks();
+    void satellites();
+    void load();
 
 private:
     std::vector<jstring> identifiers(int list) {
@@ -136,6 +141,17 @@ private:
         }
         return texts;
     }
+
+    // Reads one record after the other.
+    static auto reading(jobject self, const std::vector<jstring>& texts) {
+        return [self, texts](auto native, JNIEnv* env, int i) {
+            return native(env, self, texts[static_cast<std::size_t>(i % kIdentifiers)]);
+        };
+    }
+
+    template <class Get, class GetList>
+    void objects(const Kind& kind, const char* info, const char* get_list, const char* key, Get get_floor,
+                 GetList get_list_floor);
 
     void* native(const Kind& kind, const char* method, const char* signature) {
         return jvm_.native(kind.java, method, signature);
@@ -230,7 +246,12 @@ private:
         }
         add(prefix + "/remove", native(kind, "nativeRemove", "(Ljava/lang/String;)I"), remove, kBatch,
             [=](auto native, JNIEnv* env, int i) { return native(env, self, last[static_cast<std::size_t>(i)]); })
-            .before = [=] { tavro_memory_fill(number, kRemovedFrom, 1'000, &record); };
+            .before = [=, env = jvm_.env(),
+                       open_list = reinterpret_cast<decltype(open)>(native(kind, kind.open, "(I)I"))] {
+            tavro_memory_fill(number, kRemovedFrom, 1'000, &record);
+            open_list(env, self, kRemovedFrom); // transport streams are removed from open lists alone
+            open(env, self, kRemovedFrom);
+        };
         add(prefix + "/clean:1000", native(kind, kind.clean, "(I)I"), clean, 1, [=](auto native, JNIEnv* env, int) {
             return native(env, self, kCleaned);
         }).before = [=] { tavro_memory_fill(number, kCleaned, 1'000, &record); };
@@ -243,30 +264,70 @@ private:
     std::vector<Operation> operations_;
 };
 
-void Builder::services() {
+_SVL_REC_T service() {
     _SVL_REC_T record = {};
     std::strcpy(record.t_header.ac_name, "A service of usual name");
     record.t_header.e_brdcst_type = kBroadcastDvb;
     record.t_header.ui4_channel_id = 0x123456;
-    fill(kServices, record, [](_SVL_REC_T& one, int list, int position) {
-        one.t_header.ui2_tsl_id = one.t_header.ui2_nwl_id = static_cast<std::uint16_t>(list);
-        one.t_header.ui2_tsl_rec_id = one.t_header.ui2_nwl_rec_id =
-            static_cast<std::uint16_t>(position % kPerFilter + 1);
+    return record;
+}
+
+_TSL_REC_T stream() {
+    _TSL_REC_T record = {};
+    std::strcpy(record.ac_ts_name, "A transport stream");
+    record.e_bcst_medium = kMediumSatellite;
+    return record;
+}
+
+_NWL_REC_T network() {
+    _NWL_REC_T record = {};
+    std::strcpy(record.ac_nw_name, "A network");
+    return record;
+}
+
+_SATL_REC_T satellite() {
+    _SATL_REC_T record = {};
+    std::strcpy(record.ac_sat_name, "A satellite of usual name");
+    record.ui4_mask = 0x6000; // enabled, universal LNB
+    record.t_diseqc_info.e_diseqc_type = 2;
+    return record;
+}
+
+// Streams, networks and satellites have their position as their id. Of every ten records, one belongs to the first
+// record of the companion list, one to the second and so on.
+void Builder::fill_lists() {
+    const auto owner = [](int position) { return static_cast<std::uint16_t>(position % kPerFilter + 1); };
+    const auto id = [](int number) { return static_cast<std::uint16_t>(number); };
+    fill(kServices, service(), [=](_SVL_REC_T& one, int list, int position) {
+        one.t_header.ui2_tsl_id = one.t_header.ui2_nwl_id = id(list);
+        one.t_header.ui2_tsl_rec_id = one.t_header.ui2_nwl_rec_id = owner(position);
     });
+    fill(kStreams, stream(), [=](_TSL_REC_T& one, int list, int position) {
+        one.ui2_ts_id = id(position + 1);
+        one.ui2_satl_id = id(list);
+        one.ui2_satl_rec_id = owner(position);
+    });
+    fill(kNetworks, network(), [=](_NWL_REC_T& one, int list, int position) {
+        one.ui2_nw_id = id(position + 1);
+        one.ui2_nwl_id = id(list);
+    });
+    fill(kSatellites, satellite(), [](_SATL_REC_T& one, int, int position) {
+        one.i2_orb_pos = static_cast<std::int16_t>(position % 3'600 - 1'800);
+    });
+}
+
+void Builder::services() {
     const jobject self = jvm_.list_object(kServices.java);
 
     void* get = native(kServices, kServices.get, "(Ljava/lang/String;)[B");
-    const std::vector<jstring> texts = identifiers(kThousand);
-    const auto read = [=](auto native, JNIEnv* env, int i) {
-        return native(env, self, texts[static_cast<std::size_t>(i % kIdentifiers)]);
-    };
+    const auto read = reading(self, identifiers(kThousand));
     add("service/read", get, floor::service_get, kBatch, read);
     add("service/read:log_open", get, floor::service_get, kBatch, read).log_level = 'D';
 
     whole_lists(kServices, "read_list", native(kServices, "native_getSvlInfoList", "(I)[B"), floor::service_get_list,
                 floor::service_copy, [=](auto native, JNIEnv* env, jint list) { return native(env, self, list); });
 
-    const auto filtered = [=](auto native, JNIEnv* env, int) { return native(env, self, kThousand, 3); };
+    const auto filtered = [=](auto native, JNIEnv* env, int) { return native(env, self, kThousand, kFiltered); };
     add("service/read_by_stream_record:1000", native(kServices, "native_getInfoListByTransportStreamRecord", "(II)[B"),
         floor::service_get_by_stream_record, 1, filtered);
     add("service/read_by_stream:1000", native(kServices, "native_getInfoListByTransportStream", "(II)[B"),
@@ -279,33 +340,87 @@ void Builder::services() {
         "(IL" LIST_PACKAGE "VltTvChannelInfoBase;)I", "(ILjava/util/List;)I",
         [](auto native, JNIEnv* env, jobject list, jobject one) { return native(env, list, kUpdated, one); },
         [](auto native, JNIEnv* env, jobject list, jobject all) { return native(env, list, kUpdated, all); });
-    removals(kServices, floor::service_remove, floor::service_open, floor::service_clean, record);
+    removals(kServices, floor::service_remove, floor::service_open, floor::service_clean, service());
 }
 
-// Streams and networks that services point at: number `position` has the id `position`.
-void Builder::companions() {
-    _TSL_REC_T stream = {};
-    std::strcpy(stream.ac_ts_name, "A transport stream");
-    stream.e_bcst_medium = kMediumSatellite;
-    fill(kStreams, stream, [](_TSL_REC_T& one, int list, int position) {
-        one.ui2_ts_id = static_cast<std::uint16_t>(position + 1);
-        one.ui2_satl_id = static_cast<std::uint16_t>(list);
-        one.ui2_satl_rec_id = static_cast<std::uint16_t>(position % kPerFilter + 1);
-    });
-    _NWL_REC_T network = {};
-    std::strcpy(network.ac_nw_name, "A network");
-    fill(kNetworks, network, [](_NWL_REC_T& one, int list, int position) {
-        one.ui2_nw_id = static_cast<std::uint16_t>(position + 1);
-        one.ui2_nwl_id = static_cast<std::uint16_t>(list);
-    });
+void Builder::streams() {
+    const jobject self = jvm_.list_object(kStreams.java);
+    void* get = native(kStreams, kStreams.get, "(Ljava/lang/String;)[B");
+    add("stream/read", get, floor::stream_get, kBatch, reading(self, identifiers(kThousand)));
+    whole_lists(kStreams, "read_list", native(kStreams, "native_getInfoList", "(I)[B"), floor::stream_get_list,
+                floor::stream_copy, [=](auto native, JNIEnv* env, jint list) { return native(env, self, list); });
+    add("stream/read_by_satellite:1000", native(kStreams, "native_getInfoListBySatellite", "(II)[B"),
+        floor::stream_get_by_satellite, 1,
+        [=](auto native, JNIEnv* env, int) { return native(env, self, kThousand, kFiltered); });
+    writes(
+        kStreams, floor::stream_add, floor::stream_update, floor::stream_update_list,
+        "(IL" LIST_PACKAGE "VltTvTransportStreamInfoBase;)I", "(ILjava/util/List;)I",
+        [](auto native, JNIEnv* env, jobject list, jobject one) { return native(env, list, kUpdated, one); },
+        [](auto native, JNIEnv* env, jobject list, jobject all) { return native(env, list, kUpdated, all); });
+    removals(kStreams, floor::stream_remove, floor::stream_open, floor::stream_clean, stream());
+}
+
+// Single objects and whole lists of them, with all keys and with one.
+template <class Get, class GetList>
+void Builder::objects(const Kind& kind, const char* info, const char* get_list, const char* key, Get get_floor,
+                      GetList get_list_floor) {
+    const jobject self = jvm_.list_object(kind.java);
+    const std::vector<jstring> texts = identifiers(kThousand);
+    void* get = native(kind, kind.get,
+                       ("(Ljava/lang/String;Ljava/util/List;)L" LIST_PACKAGE + std::string(info) + ";").c_str());
+    void* list_get = native(kind, get_list, "(ILjava/util/List;)Ljava/util/List;");
+    for (const jobject keys : {jobject{nullptr}, jvm_.list_of(key)}) {
+        const std::string suffix = keys == nullptr ? "all_keys" : "1_key";
+        add(std::string(kind.name) + "/read_" + suffix, get, get_floor, kBatch, [=](Get native, JNIEnv* env, int i) {
+            return native(env, self, texts[static_cast<std::size_t>(i % kIdentifiers)], keys);
+        });
+        whole_lists(kind, "read_list_" + suffix, list_get, get_list_floor, GetList{nullptr},
+                    [=](GetList native, JNIEnv* env, jint list) { return native(env, self, list, keys); });
+    }
+}
+
+void Builder::networks() {
+    objects(kNetworks, "VltTvNetworkInfo", "native_getInfoList", "NetworkName", floor::network_get,
+            floor::network_get_list);
+    writes(
+        kNetworks, floor::network_add, floor::network_update, floor::network_update_list,
+        "(IL" LIST_PACKAGE "VltTvNetworkInfoBase;)I", "(ILjava/util/List;)I",
+        [](auto native, JNIEnv* env, jobject list, jobject one) { return native(env, list, kUpdated, one); },
+        [](auto native, JNIEnv* env, jobject list, jobject all) { return native(env, list, kUpdated, all); });
+    removals(kNetworks, floor::network_remove, floor::network_open, floor::network_clean, network());
+}
+
+void Builder::satellites() {
+    objects(kSatellites, "VltTvSatelliteInfo", "nativeGetInfoList", "Name", floor::satellite_get,
+            floor::satellite_get_list);
+    writes(
+        kSatellites, floor::satellite_add, floor::satellite_update, floor::satellite_update_list,
+        "(L" LIST_PACKAGE "VltTvSatelliteInfoBase;)I", "(Ljava/util/List;)I",
+        [](auto native, JNIEnv* env, jobject list, jobject one) { return native(env, list, one); },
+        [](auto native, JNIEnv* env, jobject list, jobject all) { return native(env, list, all); });
+    removals(kSatellites, floor::satellite_remove, floor::satellite_open, floor::satellite_clean, satellite());
+}
+
+void Builder::load() {
+    Operation& operation =
+        add("load", reinterpret_cast<void*>(jvm_.on_load()), floor::load, 1, [](auto native, JNIEnv* env, int) {
+            JavaVM* vm = nullptr;
+            env->GetJavaVM(&vm);
+            return native(vm, nullptr);
+        });
+    operation.log_level = 0;
 }
 
 } // namespace
 
 std::vector<Operation> operations(Jvm& jvm, int most) {
     Builder builder(jvm, most);
-    builder.companions();
+    builder.fill_lists();
     builder.services();
+    builder.streams();
+    builder.networks();
+    builder.satellites();
+    builder.load();
     return builder.take();
 }
 

@@ -194,6 +194,11 @@ struct RecordingCalls {
         recorder->registered_.push_back({ids[cls], methods, count});
         return real->RegisterNatives(cls, methods, count);
     }
+    // The check's own, to load through; not journaled.
+    static jint JNICALL GetJavaVM(JNIEnv*, JavaVM** vm) {
+        *vm = recorder->vm();
+        return JNI_OK;
+    }
     static jint JNICALL GetEnv(JavaVM*, void** env, jint version) {
         say("GetEnv", std::to_string(version));
         *env = recorder->env();
@@ -228,6 +233,7 @@ RecordingEnv::RecordingEnv(JNIEnv* real_env) : env_(), vm_() {
     TAVRO_RECORDED(NewByteArray);
     TAVRO_RECORDED(SetByteArrayRegion);
     TAVRO_RECORDED(RegisterNatives);
+    TAVRO_RECORDED(GetJavaVM);
 #undef TAVRO_RECORDED
     env_.functions = &table;
     static JNIInvokeInterface_ invoke = {};
