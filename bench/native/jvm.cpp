@@ -15,11 +15,12 @@ std::string list_class(const std::string& kind) { return std::string(kPackage) +
 
 } // namespace
 
-const std::vector<std::string> kJvmOptions = {"-Xms1200m",           "-Xmx1200m", "-Xmn700m",     "-XX:+UseSerialGC",
-                                              "-XX:+AlwaysPreTouch", "-Xss8m",    "-Xshare:auto", "-XX:-UsePerfData"};
+const std::vector<std::string> kMeasuringOptions = {
+    "-Xms1200m", "-Xmx1200m", "-Xmn700m", "-XX:+UseSerialGC", "-XX:+AlwaysPreTouch", "-Xss8m", "-XX:-UsePerfData"};
+const std::vector<std::string> kCheckingOptions = {"-Xmx128m", "-XX:+UseSerialGC", "-Xint", "-XX:-UsePerfData"};
 
-Jvm::Jvm() {
-    std::vector<std::string> texts = kJvmOptions;
+Jvm::Jvm(const std::vector<std::string>& chosen) {
+    std::vector<std::string> texts = chosen;
     texts.emplace_back("-Djava.class.path=" TAVRO_CLASS_PATH);
     texts.emplace_back("-Djava.library.path=" TAVRO_LIBRARY_PATH);
     std::vector<JavaVMOption> options(texts.size());
@@ -32,7 +33,7 @@ Jvm::Jvm() {
     arguments.options = options.data();
     void* env = nullptr;
     if (JNI_CreateJavaVM(&vm_, &env, &arguments) != JNI_OK) {
-        throw std::runtime_error("cannot start the Java virtual machine; are there 1.5 GB of free memory?");
+        throw std::runtime_error("cannot start the Java virtual machine; is there too little free memory?");
     }
     env_ = static_cast<JNIEnv*>(env);
     for (const char* kind : {"Channel", "TransportStream", "Network", "Satellite"}) {

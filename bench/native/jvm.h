@@ -10,14 +10,16 @@
 
 namespace tavro::bench {
 
-// Options that every run uses, so that heap and collector are always the same.
-extern const std::vector<std::string> kJvmOptions;
+// Options for measuring, so that heap and collector are always the same and no page of the heap is new.
+extern const std::vector<std::string> kMeasuringOptions;
+// Options for a few calls.
+extern const std::vector<std::string> kCheckingOptions;
 
 class Jvm {
 public:
     // Starts the virtual machine, loads the library through the Java classes and makes its managers. Throws
     // std::runtime_error that says what failed.
-    Jvm();
+    explicit Jvm(const std::vector<std::string>& options);
     Jvm(const Jvm&) = delete;
     Jvm& operator=(const Jvm&) = delete;
     ~Jvm();

@@ -3,31 +3,40 @@
 #include "control.h"
 
 #include <algorithm>
-#include <chrono>
+#include <ctime>
 
 namespace tavro::bench {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+// Batches that are short beside a time slice are measured on the clock on the wall, which costs little to read; what
+// was interrupted is not the median of its round. Longer ones are measured in the processor time of the thread: others'
+// work, and the virtual machine's collector, which has a thread of its own, do not count.
+enum class Time { kWall, kThread };
+
+constexpr double kLongBatchSeconds = 50e-6;
+
+double now(Time time) {
+    timespec point = {};
+    clock_gettime(time == Time::kWall ? CLOCK_MONOTONIC : CLOCK_THREAD_CPUTIME_ID, &point);
+    return static_cast<double>(point.tv_sec) + static_cast<double>(point.tv_nsec) * 1e-9;
+}
 
 constexpr double kWarmUpSeconds = 0.1;
 constexpr int kWarmUpBatches = 2;
 constexpr double kRoundSeconds = 0.002; // shorter rounds would be measured too coarsely
 
-double seconds(Clock::duration duration) { return std::chrono::duration<double>(duration).count(); }
-
 // One batch inside a local frame of its own, as the virtual machine gives every native call one.
-double time_batch(JNIEnv* env, const Operation& operation, const Calls& calls) {
+double time_batch(JNIEnv* env, const Operation& operation, const Calls& calls, Time time) {
     if (operation.before) {
         operation.before();
     }
     env->PushLocalFrame(16);
-    const Clock::time_point start = Clock::now();
+    const double start = now(time);
     calls(env, operation.batch);
-    const Clock::time_point end = Clock::now();
+    const double end = now(time);
     env->PopLocalFrame(nullptr);
-    return seconds(end - start);
+    return end - start;
 }
 
 Spread spread(std::vector<double> values) {
@@ -52,14 +61,15 @@ Measurement measure(JNIEnv* env, const Operation& operation, const Effort& effor
 
     // Until the virtual machine has compiled what is called, at least a few batches.
     double once = 0;
-    const Clock::time_point start = Clock::now();
-    for (int batch = 0; batch < kWarmUpBatches || seconds(Clock::now() - start) < kWarmUpSeconds; ++batch) {
+    const double start = now(Time::kThread);
+    for (int batch = 0; batch < kWarmUpBatches || now(Time::kThread) - start < kWarmUpSeconds; ++batch) {
         once = 0;
         for (const Calls* way : ways) {
-            once += time_batch(env, operation, *way);
+            once += time_batch(env, operation, *way, Time::kThread);
         }
     }
 
+    const Time time = once > kLongBatchSeconds * static_cast<double>(ways.size()) ? Time::kThread : Time::kWall;
     const int batches = std::max(1, static_cast<int>(kRoundSeconds / once));
     const int rounds =
         std::clamp(static_cast<int>(effort.seconds / (once * batches)), effort.least_rounds, effort.most_rounds);
@@ -71,7 +81,7 @@ Measurement measure(JNIEnv* env, const Operation& operation, const Effort& effor
         for (int batch = 0; batch < batches; ++batch) {
             for (std::size_t turn = 0; turn < ways.size(); ++turn) {
                 const std::size_t way = (turn + static_cast<std::size_t>(round + batch)) % ways.size();
-                taken[way].push_back(time_batch(env, operation, *ways[way]));
+                taken[way].push_back(time_batch(env, operation, *ways[way], time));
             }
         }
         // A batch that another process or the collector interrupted is not the median of its round.

@@ -132,6 +132,8 @@ public:
     void networks();
     void satellites();
     void load();
+    // Adds those operations a second time with every log line written.
+    void with_open_log(const std::vector<std::string>& names);
 
 private:
     std::vector<jstring> identifiers(int list) {
@@ -322,7 +324,6 @@ void Builder::services() {
     void* get = native(kServices, kServices.get, "(Ljava/lang/String;)[B");
     const auto read = reading(self, identifiers(kThousand));
     add("service/read", get, floor::service_get, kBatch, read);
-    add("service/read:log_open", get, floor::service_get, kBatch, read).log_level = 'D';
 
     whole_lists(kServices, "read_list", native(kServices, "native_getSvlInfoList", "(I)[B"), floor::service_get_list,
                 floor::service_copy, [=](auto native, JNIEnv* env, jint list) { return native(env, self, list); });
@@ -402,13 +403,24 @@ void Builder::satellites() {
 }
 
 void Builder::load() {
-    Operation& operation =
-        add("load", reinterpret_cast<void*>(jvm_.on_load()), floor::load, 1, [](auto native, JNIEnv* env, int) {
-            JavaVM* vm = nullptr;
-            env->GetJavaVM(&vm);
-            return native(vm, nullptr);
-        });
-    operation.log_level = 0;
+    add("load", reinterpret_cast<void*>(jvm_.on_load()), floor::load, 1, [](auto native, JNIEnv* env, int) {
+        JavaVM* vm = nullptr;
+        env->GetJavaVM(&vm);
+        return native(vm, nullptr);
+    });
+}
+
+void Builder::with_open_log(const std::vector<std::string>& names) {
+    for (const std::string& name : names) {
+        const auto found = std::find_if(operations_.begin(), operations_.end(),
+                                        [&](const Operation& operation) { return operation.name == name; });
+        if (found != operations_.end()) { // not too large for this run
+            Operation operation = *found;
+            operation.name += ":log_open";
+            operation.log_level = 'D';
+            operations_.push_back(std::move(operation));
+        }
+    }
 }
 
 } // namespace
@@ -421,6 +433,8 @@ std::vector<Operation> operations(Jvm& jvm, int most) {
     builder.networks();
     builder.satellites();
     builder.load();
+    builder.with_open_log({"service/read", "service/add:all_keys", "stream/read_list:1000", "network/read_all_keys",
+                           "satellite/update:all_keys"});
     return builder.take();
 }
 
