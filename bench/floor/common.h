@@ -183,23 +183,32 @@ inline jstring string_field(const Object& o, const char* name) {
     return static_cast<jstring>(o.env->GetObjectField(o.object, field));
 }
 
-inline const char* kept_chars(const Object& o, const char* name) {
-    return o.env->GetStringUTFChars(string_field(o, name), nullptr);
+// The ids of the identifier in a field, whose string is given back.
+inline Ids ids_field(const Object& o, const char* name) {
+    jstring identifier = string_field(o, name);
+    const Ids ids = parse(o.env, identifier);
+    o.env->DeleteLocalRef(identifier);
+    return ids;
 }
 
-inline void text_field(const Object& o, const char* name, char* to, std::size_t width) {
-    const char* chars = kept_chars(o, name);
+// Both store the text of a field and return its string, which the caller gives back; its characters stay.
+inline jstring text_field(const Object& o, const char* name, char* to, std::size_t width) {
+    jstring string = string_field(o, name);
+    const char* chars = o.env->GetStringUTFChars(string, nullptr);
     const std::size_t length = strnlen(chars, width - 1);
     std::memcpy(to, chars, length);
     std::memset(to + length, 0, width - length);
+    return string;
 }
 
-inline void short_text_field(const Object& o, const char* name, char* to, std::size_t width) {
-    const char* chars = kept_chars(o, name);
+inline jstring short_text_field(const Object& o, const char* name, char* to, std::size_t width) {
+    jstring string = string_field(o, name);
+    const char* chars = o.env->GetStringUTFChars(string, nullptr);
     const std::size_t length = std::strlen(chars);
     if (length < width) {
         std::memcpy(to, chars, length + 1);
     }
+    return string;
 }
 
 inline void set_bits(std::uint32_t& flags, bool on, std::uint32_t mask) { flags = on ? flags | mask : flags & ~mask; }
@@ -216,7 +225,7 @@ inline void set_bits(std::uint32_t& flags, bool on, std::uint32_t mask) { flags 
 
 #define FLOOR_INT(o, key, field, to) FLOOR_KEY(o, key, (to) = static_cast<decltype(to)>(int_field(o, field)))
 #define FLOOR_FLAG(o, key, field, to, mask) FLOOR_KEY(o, key, set_bits(to, int_field(o, field) == 1, mask))
-#define FLOOR_TEXT(o, key, field, to) FLOOR_KEY(o, key, text_field(o, field, to, sizeof(to)))
+#define FLOOR_TEXT(o, key, field, to) FLOOR_KEY(o, key, (o).env->DeleteLocalRef(text_field(o, field, to, sizeof(to))))
 
 // Looks a list's methods up, in the order that the natives use, and asks its size.
 struct JavaList {
@@ -231,7 +240,9 @@ inline JavaList java_list(JNIEnv* env, jobject list, bool size_first = false) {
     if (!size_first) {
         size = env->GetMethodID(cls, "size", "()I");
     }
-    return {get, env->CallIntMethod(list, size)};
+    const JavaList result = {get, env->CallIntMethod(list, size)};
+    env->DeleteLocalRef(cls);
+    return result;
 }
 
 // A class with its constructor.
@@ -271,10 +282,13 @@ inline void set_int(const Carrier& c, const char* setter, jint value) {
 inline void set_text(const Carrier& c, const char* setter, const char* chars, std::size_t width) {
     char text[80];
     const std::size_t length = strnlen(chars, width);
-    std::memcpy(text, chars, length);
-    text[length] = '\0';
+    if (length == width) {
+        std::memcpy(text, chars, length);
+        text[length] = '\0';
+        chars = text;
+    }
     jmethodID method = c.env->GetMethodID(c.cls, setter, "(Ljava/lang/String;)V");
-    jstring string = c.env->NewStringUTF(text);
+    jstring string = c.env->NewStringUTF(chars);
     c.env->CallVoidMethod(c.object, method, string);
     c.env->DeleteLocalRef(string);
 }

@@ -37,7 +37,8 @@ MwStatus update(int list, _NWL_REC_T* record) {
 
 void set_values(const Object& o, _NWL_REC_T& r) {
     FLOOR_INT(o, "NetworkVersion", "NetworkVersion", r.ui1_nw_version);
-    FLOOR_KEY(o, "NetworkName", short_text_field(o, "NetworkName", r.ac_nw_name, sizeof r.ac_nw_name));
+    FLOOR_KEY(o, "NetworkName",
+              o.env->DeleteLocalRef(short_text_field(o, "NetworkName", r.ac_nw_name, sizeof r.ac_nw_name)));
     FLOOR_FLAG(o, "NwlFavNetworkCandidate", "NwlFavNetworkCandidate", r.ui4_nwl_flags, 0x2);
     FLOOR_FLAG(o, "NwlFavNetwork", "NwlFavNetwork", r.ui4_nwl_flags, 0x4);
     FLOOR_INT(o, "NwlNetworkId", "NwlNetworkId", r.ui2_nw_id);
@@ -45,7 +46,7 @@ void set_values(const Object& o, _NWL_REC_T& r) {
 
 int record_id_of(const Object& o) {
     int id = 0;
-    FLOOR_KEY(o, "NwlIdNwlRecId", id = parse(o.env, string_field(o, "NwlIdNwlRecId")).record);
+    FLOOR_KEY(o, "NwlIdNwlRecId", id = ids_field(o, "NwlIdNwlRecId").record);
     return id;
 }
 
@@ -129,6 +130,7 @@ jobject network_get(JNIEnv* env, jobject, jstring text, jobject keys) {
             const char* chars = env->GetStringUTFChars(key, nullptr);
             put(result, chars, record);
             env->ReleaseStringUTFChars(key, chars);
+            env->DeleteLocalRef(key);
         }
     }
     env->CallVoidMethod(result.info, result.take_over, result.carrier.object);
@@ -166,10 +168,14 @@ jobject network_get_list(JNIEnv* env, jobject, jint list_id, jobject keys) {
                 FLOOR_DEBUG(nullptr, "[jni_VltTvList_Init]getInfoList, keyName = %s \n", chars);
                 put(result, chars, record);
                 env->ReleaseStringUTFChars(key, chars);
+                env->DeleteLocalRef(key);
             }
         }
         env->CallVoidMethod(result.info, result.take_over, result.carrier.object);
         env->CallBooleanMethod(results.list, results.add, result.info);
+        env->DeleteLocalRef(result.carrier.object);
+        env->DeleteLocalRef(object);
+        env->DeleteLocalRef(read);
     }
     x_nwl_read_unlock(nwl_handle(list_id));
     return results.list;
@@ -216,6 +222,8 @@ jint network_update_list(JNIEnv* env, jobject, jint list, jobject networks) {
         get(list, id, &record);
         set_values(o, record);
         update(list, &record);
+        env->DeleteLocalRef(o.method_class);
+        env->DeleteLocalRef(o.object);
     }
     x_nwl_unlock(nwl_handle(list));
     return kDone;

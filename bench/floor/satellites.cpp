@@ -21,6 +21,8 @@ constexpr std::uint32_t kSingleCable = 0x08000;
 constexpr std::uint32_t kJess = 0x10000;
 constexpr std::uint32_t kKinds = kUniversal | kSingleCable | kJess;
 constexpr std::uint8_t kNone = 0xFF;
+constexpr std::size_t kName = offsetof(_SATL_REC_T, ac_sat_name);
+constexpr std::size_t kNameAndEnd = offsetof(_SATL_REC_T, c_sat_name_end) + 1 - kName;
 
 // The list and record that a text names are parsed with a line for the text and one for the ids.
 MwStatus get(const char* text, _SATL_REC_T* record) {
@@ -70,7 +72,7 @@ void set_main(Object& o, _SATL_REC_T& r) {
     MASK_BIT("MaskLnbSingcabJess", "MaskLnbSingcabJess", kJess);
     MASK_BIT("LnbSignalDetected", "lnbSignalDetected", kDetected);
     NUMBER("OrbitPosition", r.i2_orb_pos, "i2_orb_pos");
-    FLOOR_KEY(o, "Name", text_field(o, "Name", r.ac_sat_name, sizeof r.ac_sat_name);
+    FLOOR_KEY(o, "Name", text_field(o, "Name", reinterpret_cast<char*>(&r) + kName, kNameAndEnd);
               FLOOR_BRIDGE("ac_sat_name = %.*s \n", static_cast<int>(sizeof r.ac_sat_name), r.ac_sat_name));
     FLOOR_KEY(o, "AntennaType", set_antenna(r, int_field(o, "AntennaType"));
               FLOOR_BRIDGE("pt_satl_rec.ui4_mask = %d \n", static_cast<int>(r.ui4_mask)));
@@ -111,7 +113,7 @@ MwStatus apply(JNIEnv* env, jclass base, jobject satellite, const char* name, in
     Object o = {env, satellite, cls, base, nullptr};
     look_up(o, CONTAINS);
     Ids ids = {0, 0};
-    FLOOR_KEY(o, "RecId", ids = parse(env, string_field(o, "RecId")));
+    FLOOR_KEY(o, "RecId", ids = ids_field(o, "RecId"));
     const IdText text = text_of(ids.list, ids.record);
     FLOOR_BRIDGE("[%s][%d], sRecID: %s ", name, line, text.chars);
     _SATL_REC_T record = {};
@@ -125,6 +127,7 @@ MwStatus apply(JNIEnv* env, jclass base, jobject satellite, const char* name, in
     FLOOR_DEBUG(TAG, "[updateInfo]: satId = %d \n", ids.list);
     const MwStatus status = x_satl_update_rec(satl_handle(ids.list), &record, kMwUpdatePlain);
     x_satl_unlock(satl_handle(ids.list));
+    env->DeleteLocalRef(cls);
     return status;
 }
 
@@ -230,6 +233,7 @@ void put_keys(const Carrier& c, jobject keys, const JavaList& list, const _SATL_
     for (jint i = 0; i < list.size; ++i) {
         auto* key = static_cast<jstring>(c.env->CallObjectMethod(keys, list.get, i));
         put(c, c.env->GetStringUTFChars(key, nullptr), r);
+        c.env->DeleteLocalRef(key);
     }
 }
 
@@ -287,6 +291,7 @@ jobject satellite_get_list(JNIEnv* env, jobject, jint list_id, jobject keys) {
         }
         env->CallVoidMethod(result, results.take_over, results.carrier.object);
         env->CallBooleanMethod(all.list, all.add, result);
+        env->DeleteLocalRef(result);
     }
     x_satl_read_unlock(satl_handle(list_id));
     return all.list;
@@ -320,7 +325,9 @@ jint satellite_update_list(JNIEnv* env, jobject, jobject satellites) {
     const JavaList elements = java_list(env, satellites);
     jclass base = env->FindClass(INFO_BASE);
     for (jint i = 0; i < elements.size; ++i) {
-        apply(env, base, env->CallObjectMethod(satellites, elements.get, i), NATIVE "updateInfoList", 4847);
+        jobject satellite = env->CallObjectMethod(satellites, elements.get, i);
+        apply(env, base, satellite, NATIVE "updateInfoList", 4847);
+        env->DeleteLocalRef(satellite);
     }
     return kDone;
 }

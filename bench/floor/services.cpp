@@ -102,9 +102,10 @@ inline jbyteArray walk(JNIEnv* env, jint list, Keeps keeps, jint wanted) {
     std::uint16_t count;
     std::int32_t version;
     x_svl_get_num_rec_by_brdcst_type(handle, kMwEveryBroadcastType, kMwEveryNetworkMask, &count, &version);
-    auto* records = static_cast<_SVL_REC_T*>(std::calloc(count, sizeof(_SVL_REC_T)));
+    auto* records = static_cast<_SVL_REC_T*>(std::malloc(count * sizeof(_SVL_REC_T)));
     std::size_t kept = 0;
     for (std::uint16_t i = 0; i < count; ++i) {
+        std::memset(&records[kept], 0, sizeof(_SVL_REC_T));
         x_svl_get_rec_by_brdcst_type(handle, kMwEveryBroadcastType, kMwEveryNetworkMask, i, &records[kept], &version);
         kept += keeps == nullptr || keeps(records[kept].t_header, wanted) ? 1 : 0;
     }
@@ -118,11 +119,10 @@ void set_header(Object& o, _SVL_REC_HEADER_T& h) {
     look_up(o, CONTAINS);
     FLOOR_KEY(o, "ServiceId", const jint id = int_field(o, "serviceId"); h.ui2_svc_id = static_cast<std::uint16_t>(id);
               FLOOR_DEBUG(nullptr, "ivalue==%d _set_header_info,", id));
-    FLOOR_KEY(o, "TslRecId", const Ids ids = parse(o.env, string_field(o, "tslRecId"));
+    FLOOR_KEY(o, "TslRecId", const Ids ids = ids_field(o, "tslRecId");
               h.ui2_tsl_id = static_cast<std::uint16_t>(ids.list);
               h.ui2_tsl_rec_id = static_cast<std::uint16_t>(ids.record));
-    FLOOR_KEY(o, "SatlRecId", FLOOR_BRIDGE("_set_header_info");
-              const Ids ids = parse(o.env, string_field(o, "satlRecId"));
+    FLOOR_KEY(o, "SatlRecId", FLOOR_BRIDGE("_set_header_info"); const Ids ids = ids_field(o, "satlRecId");
               h.ui2_satl_id = static_cast<std::uint16_t>(ids.list);
               h.ui2_satl_rec_id = static_cast<std::uint16_t>(ids.record));
     FLOOR_KEY(o, "BroadcastType", const jint type = int_field(o, "broadcastType");
@@ -189,14 +189,16 @@ void set_region_codes(const Object& o, _SVL_DVB_T& d) {
         d.aui2_code[i] = static_cast<std::uint16_t>(codes[i]);
         FLOOR_DEBUG(nullptr, "stdvb.aui2_code[%d]==%d _set_sub_dvb_info,", i, d.aui2_code[i]);
     }
+    o.env->DeleteLocalRef(array);
 }
 
 void set_dvb(Object& o, _SVL_DVB_T& d) {
     _SVL_DVB_COMMON_T& c = d.t_common;
     look_up(o, CONTAINS);
     FLOOR_INT(o, "LogicalChannelNumber", "logicalChannelNumber", d.ui2_lcn);
-    FLOOR_KEY(o, "ServiceShortName", text_field(o, "serviceShortName", c.s_svc_name, sizeof c.s_svc_name);
-              FLOOR_DEBUG(nullptr, "stdvb.s_svc_name==%s _set_dvb_info", c.s_svc_name));
+    FLOOR_KEY(o, "ServiceShortName",
+              jstring text = text_field(o, "serviceShortName", c.s_svc_name, sizeof c.s_svc_name);
+              FLOOR_DEBUG(nullptr, "stdvb.s_svc_name==%s _set_dvb_info", c.s_svc_name); o.env->DeleteLocalRef(text));
     FLOOR_INT(o, "CaSystemId", "caSystemId", c.ui2_ca_system_id);
     FLOOR_INT(o, "ServiceRunningStatus", "serviceRunningStatus", c.e_running_status);
     FLOOR_INT(o, "CaReplacementOnId", "caReplacementOnId", c.t_ca_replacement.ui2_on_id);
@@ -269,8 +271,9 @@ jbyteArray service_get_by_stream_record(JNIEnv* env, jobject, jint list, jint re
     std::uint16_t count;
     std::int32_t version;
     x_svl_get_num_rec_by_ts(handle, tsl_id, tsl_rec_id, kMwEveryNetworkMask, &count, &version);
-    auto* records = static_cast<_SVL_REC_T*>(std::calloc(count, sizeof(_SVL_REC_T)));
+    auto* records = static_cast<_SVL_REC_T*>(std::malloc(count * sizeof(_SVL_REC_T)));
     for (std::uint16_t i = 0; i < count; ++i) {
+        std::memset(&records[i], 0, sizeof(_SVL_REC_T));
         x_svl_get_rec_by_ts(handle, tsl_id, tsl_rec_id, kMwEveryNetworkMask, i, &records[i], &version);
     }
     end_walk(handle);
@@ -318,7 +321,7 @@ jint service_update(JNIEnv* env, jobject, jint list, jobject channel) {
     Object o = {env, channel, cls, cls, nullptr};
     look_up(o, CONTAINS);
     int id = 0;
-    FLOOR_KEY(o, "SvlIdSvlRecId", id = parse(env, string_field(o, "svlIdSvlRecId")).record);
+    FLOOR_KEY(o, "SvlIdSvlRecId", id = ids_field(o, "svlIdSvlRecId").record);
     _SVL_REC_T record = {};
     if (get(list, id, &record) != kMwOk) {
         return kFailed;
@@ -338,11 +341,13 @@ jint service_update_list(JNIEnv* env, jobject, jint list, jobject channels) {
         jobject channel = env->CallObjectMethod(channels, elements.get, i);
         jclass cls = env->GetObjectClass(channel);
         Object o = {env, channel, cls, cls, nullptr};
-        const int id = parse(env, string_field(o, "svlIdSvlRecId")).record;
+        const int id = ids_field(o, "svlIdSvlRecId").record;
         _SVL_REC_T record = {};
         get(list, id, &record);
         overlay(o, record);
         update(list, &record);
+        env->DeleteLocalRef(cls);
+        env->DeleteLocalRef(channel);
     }
     unlock(list);
     return kDone;

@@ -83,7 +83,10 @@ void set_alternates(const Object& o, _TSL_REC_T& r) {
         entry.e_bandwidth = bandwidth_code(o.env->GetIntField(element, bandwidth));
         FLOOR_BRIDGE("iAlternateFreq = %d iAlternateBandwidth=%d \n", static_cast<int>(entry.ui4_freq),
                      static_cast<int>(entry.e_bandwidth));
+        o.env->DeleteLocalRef(cls);
+        o.env->DeleteLocalRef(element);
     }
+    o.env->DeleteLocalRef(array);
 }
 
 // Values that a satellite stream has of its own are stored for that medium alone.
@@ -99,7 +102,7 @@ void set_values(JNIEnv* env, jobject stream, _TSL_REC_T& r) {
     FLOOR_INT(o, "NetworkId", "networkId", r.ui2_nw_id);
     FLOOR_INT(o, "OriginalNetworkId", "originalNetworkId", r.ui2_on_id);
     FLOOR_INT(o, "TransportStreamId", "transportStreamId", r.ui2_ts_id);
-    FLOOR_KEY(o, "TslNwlRecId", const Ids ids = parse(env, string_field(o, "tslNwlRecId"));
+    FLOOR_KEY(o, "TslNwlRecId", const Ids ids = ids_field(o, "tslNwlRecId");
               r.ui1_nwl_id = static_cast<std::uint8_t>(ids.list);
               r.ui2_nwl_rec_id = static_cast<std::uint16_t>(ids.record));
     const bool satellite = r.e_bcst_medium == kMediumSatellite;
@@ -112,7 +115,8 @@ void set_values(JNIEnv* env, jobject stream, _TSL_REC_T& r) {
               (satellite ? sat.e_mode : ter.e_mode) = mode);
     FLOOR_INT(o, "PlpId", "plpId", ter.ui1_plp_id);
     FLOOR_INT(o, "PlpGroupId", "plpGroupId", ter.ui1_plp_group_id);
-    FLOOR_KEY(o, "NetworkName", short_text_field(o, "networkName", r.ac_nw_name, sizeof r.ac_nw_name));
+    FLOOR_KEY(o, "NetworkName",
+              env->DeleteLocalRef(short_text_field(o, "networkName", r.ac_nw_name, sizeof r.ac_nw_name)));
     FLOOR_KEY(o, "BarkerChannel", set_bits(r.ui4_flags, int_field(o, "barkerChannel") > 0, 0x2));
 
     look_up(o, CONTAINS);
@@ -153,11 +157,12 @@ void set_values(JNIEnv* env, jobject stream, _TSL_REC_T& r) {
     FLOOR_FLAG(o, "IsHomeTransponder", "isHomeTransponder", r.ui4_flags_ex, 0x800);
 
     look_up(o, CONTAINS);
-    FLOOR_KEY(o, "TslSatlRecId", const Ids ids = parse(env, string_field(o, "tslSatlRecId"));
+    FLOOR_KEY(o, "TslSatlRecId", const Ids ids = ids_field(o, "tslSatlRecId");
               r.ui2_satl_id = static_cast<std::uint16_t>(ids.list);
               r.ui2_satl_rec_id = static_cast<std::uint16_t>(ids.record));
-    FLOOR_KEY(o, "AcTsName", short_text_field(o, "acTsName", r.ac_ts_name, sizeof r.ac_ts_name);
-              FLOOR_BRIDGE("ac_ts_name = %.*s\n", static_cast<int>(sizeof r.ac_ts_name), r.ac_ts_name));
+    FLOOR_KEY(o, "AcTsName", jstring text = short_text_field(o, "acTsName", r.ac_ts_name, sizeof r.ac_ts_name);
+              FLOOR_BRIDGE("ac_ts_name = %.*s\n", static_cast<int>(sizeof r.ac_ts_name), r.ac_ts_name);
+              env->DeleteLocalRef(text));
     FLOOR_INT(o, "TunerPolarizaTion", "tunerPolarizaTion", sat.e_pol);
     FLOOR_KEY(
         o, "SignalStrength", const jint level = int_field(o, "signalStrength");
@@ -169,6 +174,7 @@ void set_values(JNIEnv* env, jobject stream, _TSL_REC_T& r) {
     look_up(o, CONTAINS);
     FLOOR_KEY(o, "AlternateFrequencyInfoList", set_alternates(o, r));
     FLOOR_INT(o, "RcKeyId", "rcKeyId", r.ui1_rc_key_id);
+    env->DeleteLocalRef(cls);
 }
 
 } // namespace
@@ -282,11 +288,12 @@ jint stream_update_list(JNIEnv* env, jobject, jint list, jobject streams) {
     for (jint i = 0; i < elements.size; ++i) {
         o.object = env->CallObjectMethod(streams, elements.get, i);
         int id = 0;
-        FLOOR_KEY(o, "TslIdTslRecId", id = parse(env, string_field(o, "tslIdTslRecId")).record);
+        FLOOR_KEY(o, "TslIdTslRecId", id = ids_field(o, "tslIdTslRecId").record);
         _TSL_REC_T record = {};
         get(list, id, &record);
         set_values(env, o.object, record);
         update(list, &record);
+        env->DeleteLocalRef(o.object);
     }
     x_tsl_unlock(tsl_handle(list));
     return kDone;
