@@ -40,7 +40,7 @@ Jvm::Jvm(const std::vector<std::string>& chosen) {
         list_object(kind);
     }
 
-    // The library is there by now; loaded once more, it tells which functions it registers.
+    // The library is there by now; its load function, called once more, registers through the recording environment.
     void* library = dlopen(TAVRO_LIBRARY_PATH "/libvelotra_tavro_channellist.so", RTLD_NOW | RTLD_NOLOAD);
     on_load_ = library == nullptr ? nullptr : reinterpret_cast<jint (*)(JavaVM*, void*)>(dlsym(library, "JNI_OnLoad"));
     if (on_load_ == nullptr) {

@@ -35,6 +35,14 @@ constexpr int kQuickRecords = 10'000;
 
 constexpr int kShortList = 1'000;
 
+std::string measuring_options() {
+    std::string text;
+    for (const std::string& option : kMeasuringOptions) {
+        text += (text.empty() ? "" : " ") + option;
+    }
+    return text;
+}
+
 void set_counters(benchmark::State& state, const std::string& name, const Spread& spread) {
     state.counters[name] = spread.median;
     state.counters[name + "_p10"] = spread.p10;
@@ -45,14 +53,11 @@ void set_counters(benchmark::State& state, const std::string& name, const Spread
 class Table : public benchmark::BenchmarkReporter {
 public:
     bool ReportContext(const Context&) override {
-        std::printf("Java virtual machine:");
-        for (const std::string& option : kMeasuringOptions) {
-            std::printf(" %s", option.c_str());
-        }
-        std::printf("\nns for a call: median [p10 .. p90]; * target missed (floor %.2f, copy %.2f, growth %.2f)\n\n"
+        std::printf("Java virtual machine: %s\n"
+                    "ns for a call: median [p10 .. p90]; * target missed (floor %.2f, copy %.2f, growth %.2f)\n\n"
                     "%-36s %39s %39s  %-22s %-8s %s\n",
-                    kFloorTarget, kCopyTarget, kGrowthTarget, "operation", "library", "floor", "ratio", "to copy",
-                    "growth");
+                    measuring_options().c_str(), kFloorTarget, kCopyTarget, kGrowthTarget, "operation", "library",
+                    "floor", "ratio", "to copy", "growth");
         return true;
     }
     void ReportRuns(const std::vector<Run>& runs) override {
@@ -177,6 +182,7 @@ int run(int count, char** arguments) {
             ->UseManualTime()
             ->Unit(benchmark::kNanosecond);
     }
+    benchmark::AddCustomContext("jvm_options", measuring_options());
     Table table;
     benchmark::RunSpecifiedBenchmarks(&table);
     benchmark::Shutdown();
