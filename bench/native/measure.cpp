@@ -22,7 +22,6 @@ double now(Time time) {
     return static_cast<double>(point.tv_sec) + static_cast<double>(point.tv_nsec) * 1e-9;
 }
 
-constexpr double kWarmUpSeconds = 0.1;
 constexpr int kWarmUpBatches = 2;
 constexpr double kRoundSeconds = 0.002; // shorter rounds would be measured too coarsely
 
@@ -62,7 +61,7 @@ Measurement measure(JNIEnv* env, const Operation& operation, const Effort& effor
     // Until the virtual machine has compiled what is called, at least a few batches.
     double once = 0;
     const double start = now(Time::kThread);
-    for (int batch = 0; batch < kWarmUpBatches || now(Time::kThread) - start < kWarmUpSeconds; ++batch) {
+    for (int batch = 0; batch < kWarmUpBatches || now(Time::kThread) - start < effort.warm_up_seconds; ++batch) {
         once = 0;
         for (const Calls* way : ways) {
             once += time_batch(env, operation, *way, Time::kThread);
@@ -76,6 +75,7 @@ Measurement measure(JNIEnv* env, const Operation& operation, const Effort& effor
     std::vector<double> times[3];
     std::vector<double> ratios;
     std::vector<double> copy_ratios;
+    std::vector<double> floor_copy_ratios;
     for (int round = 0; round < rounds; ++round) {
         std::vector<double> taken[3];
         for (int batch = 0; batch < batches; ++batch) {
@@ -93,10 +93,17 @@ Measurement measure(JNIEnv* env, const Operation& operation, const Effort& effor
         ratios.push_back(median[0] / median[1]);
         if (operation.copy) {
             copy_ratios.push_back(median[0] / median[2]);
+            floor_copy_ratios.push_back(median[1] / median[2]);
         }
     }
     tavro_memory_log_level = 0;
-    return {spread(times[0]), spread(times[1]), spread(times[2]), spread(ratios), spread(copy_ratios), rounds};
+    return {spread(times[0]),
+            spread(times[1]),
+            spread(times[2]),
+            spread(ratios),
+            spread(copy_ratios),
+            spread(floor_copy_ratios),
+            rounds};
 }
 
 } // namespace tavro::bench

@@ -18,11 +18,13 @@ struct Measurement {
     Spread copy;
     Spread ratio;      // library to floor, round by round
     Spread copy_ratio; // library to copy
+    Spread floor_copy_ratio;
     int rounds = 0;
 };
 
 struct Effort {
-    double seconds; // for one operation, after warming up
+    double warm_up_seconds;
+    double seconds; // for one operation after that
     int least_rounds;
     int most_rounds;
 };

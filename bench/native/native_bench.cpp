@@ -28,8 +28,8 @@ constexpr double kFloorTarget = 1.10;  // library to floor
 constexpr double kCopyTarget = 1.15;   // library to plain copy, whole lists of bytes
 constexpr double kGrowthTarget = 1.30; // cost of a record in a list of 65,534 to that in a list of 1,000
 
-constexpr Effort kFull = {1.0, 5, 301};
-constexpr Effort kQuick = {0.15, 3, 101};
+constexpr Effort kFull = {0.1, 1.0, 5, 301};
+constexpr Effort kQuick = {0.05, 0.1, 3, 101};
 constexpr int kAllRecords = 65'534;
 constexpr int kQuickRecords = 10'000;
 
@@ -55,7 +55,7 @@ public:
     bool ReportContext(const Context&) override {
         std::printf("Java virtual machine: %s\n"
                     "ns for a call: median [p10 .. p90]; * target missed (floor %.2f, copy %.2f, growth %.2f)\n\n"
-                    "%-36s %39s %39s  %-22s %-8s %s\n",
+                    "%-36s %39s %39s  %-20s %-20s %s\n",
                     measuring_options().c_str(), kFloorTarget, kCopyTarget, kGrowthTarget, "operation", "library",
                     "floor", "ratio", "to copy", "growth");
         return true;
@@ -99,9 +99,15 @@ private:
                     value(run, "ratio_p10"), value(run, "ratio_p90"));
         const double copy = value(run, "copy_ratio");
         const double growth = value(run, "growth");
-        std::printf(copy > 0 ? "  %5.2f%s" : "        ", copy, mark(copy, kCopyTarget, missed_copy_));
-        std::printf(growth > 0 ? "  %5.2f%s (floor %.2f)\n" : "\n", growth, mark(growth, kGrowthTarget, missed_growth_),
-                    value(run, "floor_growth"));
+        if (copy > 0) {
+            std::printf("  %5.2f%s (floor %.2f)", copy, mark(copy, kCopyTarget, missed_copy_),
+                        value(run, "floor_copy_ratio"));
+        }
+        if (growth > 0) {
+            std::printf("%*s%5.2f%s (floor %.2f)", copy > 0 ? 2 : 23, "", growth,
+                        mark(growth, kGrowthTarget, missed_growth_), value(run, "floor_growth"));
+        }
+        std::printf("\n");
     }
 
     int rows_ = 0;
@@ -129,6 +135,7 @@ void run_operation(benchmark::State& state, JNIEnv* env, const Operation& operat
     if (operation.copy) {
         set_counters(state, "copy_ns", result.copy);
         set_counters(state, "copy_ratio", result.copy_ratio);
+        state.counters["floor_copy_ratio"] = result.floor_copy_ratio.median;
     }
     if (operation.records > 0) {
         const std::string family = operation.name.substr(0, operation.name.find(':'));
