@@ -20,11 +20,10 @@ inline constexpr int kFailed = -22;
 #define FLOOR_PROPERTY "vendor.vlt.broadcast.log.level"
 #define FLOOR_PACKAGE "com/velotra/tv/tavro/services/channellist/"
 
-// Whether lines of `level` are written. The closed gate asks for the second name in memory of its own, as the
-// library must.
+// Whether lines of `level` are written. The value's buffer is cleared first, and the closed gate asks for the
+// second name in memory of its own, as the library must.
 [[gnu::noinline]] inline bool gate(int level) {
-    char value[PROPERTY_VALUE_MAX];
-    value[0] = '\0';
+    char value[PROPERTY_VALUE_MAX] = {};
     property_get(FLOOR_PROPERTY, value, "");
     if (value[0] == '\0') {
         auto* name = static_cast<char*>(std::malloc(sizeof("persist." FLOOR_PROPERTY)));

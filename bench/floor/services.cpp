@@ -290,6 +290,7 @@ jbyteArray service_copy(JNIEnv* env, jobject, jint list) {
     x_svl_get_num_rec_by_brdcst_type(handle, kMwEveryBroadcastType, kMwEveryNetworkMask, &count, &version);
     auto* records = static_cast<_SVL_REC_T*>(std::malloc(count * sizeof(_SVL_REC_T)));
     for (std::uint16_t i = 0; i < count; ++i) {
+        std::memset(&records[i], 0, sizeof(_SVL_REC_T));
         x_svl_get_rec_by_brdcst_type(handle, kMwEveryBroadcastType, kMwEveryNetworkMask, i, &records[i], &version);
     }
     x_svl_close(handle);

@@ -237,7 +237,7 @@ jbyteArray stream_copy(JNIEnv* env, jobject, jint list) {
     x_tsl_get_num_recs(handle, &count, &version);
     jbyteArray array = env->NewByteArray(count * static_cast<jsize>(sizeof(_TSL_REC_T)));
     for (std::uint16_t i = 0; i < count; ++i) {
-        _TSL_REC_T record;
+        _TSL_REC_T record = {};
         x_tsl_get_rec_by_rec_idx(handle, i, &record, &version);
         env->SetByteArrayRegion(array, i * static_cast<jsize>(sizeof record), sizeof record,
                                 reinterpret_cast<const jbyte*>(&record));

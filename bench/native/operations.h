@@ -19,7 +19,7 @@ struct Operation {
     char log_level = 0; // the log level property; 0 is a closed gate
     Calls library;
     Calls floor;
-    Calls copy{};                   // a plain copy out of the platform, for whole lists of bytes
+    Calls copy{};                   // a plain copy of zeroed records out of the platform, for whole lists of bytes
     std::function<void()> before{}; // brings the lists back to how they were
 };
 
