@@ -1,0 +1,129 @@
+package com.velotra.tv.tavro.bench;
+
+import java.util.ArrayList;
+import java.util.Arrays;
+import java.util.List;
+import java.util.OptionalDouble;
+
+/**
+ * One operation done by several entrants that take turns: a round measures each of them, so that the machine's load hits all
+ * alike. The first entrant is compared with every other one, round by round.
+ */
+public final class Contest {
+    /** Does an operation some times. */
+    public interface Action {
+        void run(int times) throws Exception;
+    }
+
+    /** Does an operation some times and answers how many nanoseconds they took. */
+    public interface Clocked {
+        long run(int times) throws Exception;
+    }
+
+    private record Entrant(String name, OptionalDouble target, Clocked action) {}
+
+    private static final long NANOSECONDS = 1_000_000_000;
+
+    private final String operation;
+    private final String suffix;
+    private final List<Entrant> entrants = new ArrayList<>();
+
+    /**
+     * @param operation what is done, such as "peers/add_one"
+     * @param suffix what follows the entrants in names, such as "/1000" for a list of that size; may be empty
+     */
+    public Contest(String operation, String suffix) {
+        this.operation = operation;
+        this.suffix = suffix;
+    }
+
+    /** Adds an entrant; the first one is that which the others are compared with. */
+    public Contest entrant(String name, Action action) {
+        return add(name, OptionalDouble.empty(), clocked(action));
+    }
+
+    /** Adds an entrant whose time the first one's should not exceed by more than a factor. */
+    public Contest entrant(String name, double target, Action action) {
+        return add(name, OptionalDouble.of(target), clocked(action));
+    }
+
+    /** The same for one that measures itself. */
+    public Contest clockedEntrant(String name, double target, Clocked action) {
+        return add(name, OptionalDouble.of(target), action);
+    }
+
+    private Contest add(String name, OptionalDouble target, Clocked action) {
+        entrants.add(new Entrant(name, target, action));
+        return this;
+    }
+
+    private static Clocked clocked(Action action) {
+        return times -> {
+            long start = System.nanoTime();
+            action.run(times);
+            return System.nanoTime() - start;
+        };
+    }
+
+    /** The benchmarks' names. */
+    public List<String> names() {
+        return entrants.stream().map(this::name).toList();
+    }
+
+    private String name(Entrant entrant) {
+        return operation + '/' + entrant.name() + suffix;
+    }
+
+    /** Runs rounds of {@code times} operations, after a first one for each entrant that is not measured. */
+    public List<Result> runFixed(int rounds, int warmUp, int times) throws Exception {
+        int[] batches = new int[entrants.size()];
+        Arrays.fill(batches, times);
+        for (Entrant entrant : entrants) {
+            entrant.action().run(warmUp);
+        }
+        return measure(rounds, batches);
+    }
+
+    /** Runs rounds in which every entrant takes about {@code seconds}, and warms each up for {@code warmUp} seconds. */
+    public List<Result> runTimed(int rounds, double warmUp, double seconds) throws Exception {
+        int[] batches = new int[entrants.size()];
+        for (int i = 0; i < batches.length; i++) {
+            batches[i] = batch(entrants.get(i).action(), warmUp, seconds);
+        }
+        return measure(rounds, batches);
+    }
+
+    /** Runs an action until it is warm; answers how many times it can be done in {@code seconds}. */
+    private static int batch(Clocked action, double warmUp, double seconds) throws Exception {
+        long end = System.nanoTime() + (long) (warmUp * NANOSECONDS);
+        int times = 1;
+        while (true) {
+            double each = (double) action.run(times) / times;
+            int next = (int) Math.max(1, Math.min(seconds * NANOSECONDS / each, 10_000_000));
+            if (System.nanoTime() >= end) {
+                return next;
+            }
+            times = Math.min(next, 2 * times);
+        }
+    }
+
+    private List<Result> measure(int rounds, int... batches) throws Exception {
+        double[][] times = new double[batches.length][rounds];
+        System.gc(); // so that none pays for what was made before
+        for (int round = 0; round < rounds; round++) {
+            for (int turn = 0; turn < batches.length; turn++) {
+                int i = (turn + round) % batches.length; // each goes first in turn
+                times[i][round] = (double) entrants.get(i).action().run(batches[i]) / batches[i];
+            }
+        }
+        List<Result> results = new ArrayList<>();
+        Samples first = new Samples(times[0]);
+        for (int i = 0; i < batches.length; i++) {
+            Entrant entrant = entrants.get(i);
+            Samples own = new Samples(times[i]);
+            Samples ratio = i == 0 ? null : first.over(own);
+            results.add(new Result(name(entrant), batches[i], own, ratio, entrant.target()));
+        }
+        return results;
+    }
+}
