@@ -70,10 +70,11 @@ nothing_done() {
             : >"$FAKE_CALLS"
             sample=7
             [ "$long" != --kind ] || sample=networks
+            [ "$long" != --tree ] || sample=$area
             tavro 0 $command "$long${value:+=$sample}" $(arguments_of $command)
             case $command$long in
             test--quick) called '^ctest .*-L quick' ;;
-            bench*) called "^host_bench $long" ;;
+            bench*) called "^run.sh $clone/build/host .*-- java .*tool.Main$" ;;
             *) called "^java .* $command $long${value:+=$sample} --" ;;
             esac
             [ "$short" = - ] || tavro 0 $command "$short" ${value:+$sample} $(arguments_of $command)
@@ -206,10 +207,21 @@ nothing_done() {
     refused "list: unknown kind 'stream'; did you mean 'streams'?" list 1 --kind stream
 }
 
+@test "values that no benchmark takes are refused before anything is done" {
+    for number in 0 101 -1 x ''; do
+        refused "bench: '$number' is not a number of repetitions: it must be from 1 to 100" bench "--benchmark_repetitions=$number"
+    done
+    for time in 1s .5 -1 1.; do refused "bench: '$time' is not a number of seconds" bench "--benchmark_min_time=$time"; done
+    refused "bench: 'a(' is not a regular expression" bench --benchmark_filter 'a('
+    refused "bench: '$area/none' is not a folder" bench --tree "$area/none"
+}
+
 @test "values at the ends of their ranges are accepted" {
     for id in 1 65535; do tavro 0 list "$id" --first=0; done
     for record in 1,0 65535,65534; do tavro 0 show "$record" --kind satellites; done
     for id in 1 65533; do tavro 0 import --list "$id" file; done
+    for number in 1 100; do tavro 0 bench --benchmark_repetitions "$number" --benchmark_min_time 0.5 --benchmark_filter='-a|^b'; done
+    [ "$(grep -c '^run.sh .* --benchmark_min_time=0.5 --benchmark_filter=-a|^b ' "$FAKE_CALLS")" = 2 ] || show "not both ran"
     [ "$(grep -c '^java ' "$FAKE_CALLS")" = 6 ] || show "not every command ran"
 }
 

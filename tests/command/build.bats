@@ -268,7 +268,7 @@ END
     targets=$(cmake --build "$area/build" -- -t targets all)
     [[ $targets = *"lib/tavro.jar"* || $targets = *tavro_jar* ]]
     [[ $targets = *libvelotra_tavro_channellist.so* ]]
-    for name in gtest unit_tests host_tests scripted tavro_tests_jar host_bench java_contract; do
+    for name in gtest unit_tests host_tests scripted tavro_tests_jar host_bench import_floor bench_jar java_contract; do
         [[ $targets != *"$name"* ]] || show "there is a target of $name"
     done
     ! grep -rq 'googletest\|junit' "$area/build/build.ninja" || show "the build names packages of tests"

@@ -57,9 +57,6 @@ if [ "$1" = -S ]; then
     echo "CMAKE_HOME_DIRECTORY:INTERNAL=$2" >"$build/CMakeCache.txt"
     [[ $4 != *-tests ]] || echo BUILD_TESTING:BOOL=ON >>"$build/CMakeCache.txt"
     : >"$build/build.ninja"
-    mkdir -p "$build/bin"
-    printf '#!/bin/sh\necho "host_bench $*" >>"$FAKE_CALLS"\nexit $FAKE_STATUS\n' >"$build/bin/host_bench"
-    chmod 755 "$build/bin/host_bench"
 else
     cat "$FAKE_NINJA"
 fi
@@ -67,7 +64,7 @@ END
     fake java <<<'exit $FAKE_STATUS'
     fake ctest <<<'exit $FAKE_STATUS'
     mkdir -p "$clone/cmake" "$clone/tests/lanes" "$clone/bench"
-    for script in cmake/armhf-root.sh tests/lanes/same_tests.sh bench/report.sh; do
+    for script in cmake/armhf-root.sh tests/lanes/same_tests.sh bench/report.sh bench/run.sh; do
         printf '#!/bin/sh\necho "%s $*" >>"$FAKE_CALLS"\nexit $FAKE_STATUS\n' "${script##*/}" >"$clone/$script"
         chmod 755 "$clone/$script"
     done

@@ -1,0 +1,98 @@
+#!/usr/bin/env bash
+# Runs the benchmarks of a build: run.sh BUILD OPTION... -- TOOL...
+#
+# The options are those of ./tavro bench, with --tree=DIR always; TOOL is the command that starts the command-line tool.
+# Each program gets an empty storage directory. With --json=DIR each leaves its results in DIR/PROGRAM.json.
+set -euo pipefail
+here=$(dirname "$(readlink -f "$0")")
+build=$1
+shift
+
+json='' tree='' quick=no list=no filter=() rounds=() least_time=()
+while [ "$1" != -- ]; do
+    case $1 in
+    --json=*) json=${1#*=} ;;
+    --tree=*) tree=$(realpath "${1#*=}") ;;
+    --quick) quick=yes ;;
+    --benchmark_list_tests) list=yes ;;
+    --benchmark_filter=*) filter=("$1") ;;
+    --benchmark_repetitions=*) rounds=("$1") ;;
+    --benchmark_min_time=*) least_time=("$1") ;;
+    esac
+    shift
+done
+shift
+tool=("$@")
+
+say() { printf '%s\n' "$*" >&2; }
+fail() {
+    say "tavro: $*"
+    exit 1
+}
+
+programs=(native peers host import)
+[ -x "$build/bin/native_bench" ] || programs=(peers host import)
+
+run() { # PROGRAM OPTION...
+    local program=$1 short=()
+    shift
+    [ $quick = no ] || short=(--quick)
+    rm -rf "${work:?}/home"
+    mkdir "$work/home"
+    export TAVRO_HOME=$work/home
+    case $program in
+    native) "$build/bin/native_bench" "${short[@]}" "$@" ;;
+    peers) "$here/java.sh" "$build" PeerBench "${short[@]}" "$@" ;;
+    host) "$build/bin/host_bench" "$@" ;;
+    import)
+        "$here/java.sh" "$build" ImportBench "${short[@]}" "$@" -- "$build/bin/import_floor" "${tool[@]}" import "$tree"
+        ;;
+    esac
+}
+
+measure() { # PROGRAM
+    local options=()
+    case $1 in
+    native) options=("${least_time[@]}") ;;
+    host)
+        if [ $quick = yes ]; then
+            options=(--benchmark_min_time=0.01)
+        else
+            options=(--benchmark_repetitions=3 --benchmark_report_aggregates_only=true)
+        fi
+        options+=("${least_time[@]}")
+        ;;
+    esac
+    options+=("${filter[@]}" "${rounds[@]}") # of two alike the last one counts
+    [ -z "$json" ] || options+=("--benchmark_out=$work/$1.json")
+    run "$1" "${options[@]}"
+}
+
+[ -z "$json" ] || mkdir -p "$json" || fail "the folder '$json' cannot be made, for the reason above"
+[ -z "$json" ] || [ -w "$json" ] || fail "nothing can be written to the folder '$json'; name another one with --json"
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+chosen=()
+for program in "${programs[@]}"; do
+    names=$(run "$program" "${filter[@]}" --benchmark_list_tests 2>"$work/said") ||
+        fail "$program: its benchmarks cannot be listed: $(cat "$work/said")"
+    [ -n "$names" ] || continue
+    chosen+=("$program")
+    [ $list = no ] || printf '%s\n' "$names"
+done
+[ ${#chosen[@]} -gt 0 ] || fail "no benchmark has a name that matches ${filter[*]#*=}; --benchmark_list_tests prints the names"
+[ $list = no ] || exit 0
+
+status=0 number=0
+for program in "${chosen[@]}"; do
+    say "Measuring: $program ($((++number)) of ${#chosen[@]}) …"
+    if ! measure "$program"; then
+        say "tavro: $program: the benchmark failed, for the reason above"
+        status=1
+    elif [ -n "$json" ]; then
+        # Whose machine it was does not matter.
+        sed '/^ *"host_name":/d; /^ *"executable":/d' "$work/$program.json" >"$json/$program.json"
+    fi
+done
+exit $status

@@ -1,0 +1,120 @@
+# What ./tavro bench runs, and how: bench/run.sh with stand-ins for the programs of the build.
+load support
+
+bench_programs() {
+    build=$area/build
+    mkdir -p "$build/bin" "$area/bench" "$area/tables"
+    cp "$top/bench/run.sh" "$area/bench"
+    for program in native host; do stand_in "$build/bin/${program}_bench" $program/one $program/two; done
+    stand_in "$area/bench/java.sh" java/one
+}
+
+# A program that lists its names, or writes its results; it notes its arguments and what it found in TAVRO_HOME.
+stand_in() { # FILE NAME...
+    cat >"$1" <<END
+#!/bin/bash
+echo "\${0##*/} \$*" >>"$FAKE_CALLS"
+[ -z "\$(ls -A "\$TAVRO_HOME")" ] || echo "\${0##*/}: TAVRO_HOME is not empty" >>"$FAKE_CALLS"
+touch "\$TAVRO_HOME/used"
+for word in "\$@"; do
+    case \$word in
+    --benchmark_filter=*) filter=\${word#*=} ;;
+    --benchmark_out=*) out=\${word#*=} ;;
+    --benchmark_list_tests) list=yes ;;
+    esac
+done
+if [ -n "\$list" ]; then printf '%s\n' ${*:2} | grep -E -- "\$filter" || true; exit 0; fi
+echo "results of \${0##*/}"
+[ -z "\$out" ] || printf '{\n    "host_name": "mine",\n    "executable": "there",\n    "by": "%s"\n}\n' "\${0##*/}" >"\$out"
+exit \$FAKE_STATUS
+END
+    chmod 755 "$1"
+}
+
+bench() { # STATUS OPTION...
+    bench_programs
+    again "$@"
+}
+again() {
+    run --separate-stderr "$area/bench/run.sh" "$build" --tree="$area/tables" "${@:2}" -- java tool
+    [ "$status" = "$1" ] || show "exit code $status, not $1: bench ${*:2}"
+}
+
+@test "all programs measure in turn, each over an empty storage directory, and say how far they are" {
+    bench 0
+    for program in native peers host import; do says "Measuring: $program ("; done
+    says "import (4 of 4)"
+    called '^native_bench $'
+    called "^java.sh $build PeerBench$"
+    called '^host_bench --benchmark_repetitions=3 --benchmark_report_aggregates_only=true$'
+    called "^java.sh $build ImportBench -- $build/bin/import_floor java tool import $area/tables$"
+    not_called 'is not empty'
+    prints "results of host_bench"
+}
+
+@test "only programs with a benchmark that the filter matches measure" {
+    bench 0 --benchmark_filter=host/t
+    called '^host_bench .*--benchmark_filter=host/t$'
+    says "host (1 of 1)"
+    [ "$(grep -cv -- --benchmark_list_tests "$FAKE_CALLS")" = 1 ] || show "others measured too"
+}
+
+@test "a filter that matches no benchmark is a failure" {
+    bench 1 --benchmark_filter=nothing
+    says "no benchmark has a name that matches nothing"
+    [ -z "$output" ] || show "something was measured"
+}
+
+@test "the names of all programs are listed, and nothing is measured" {
+    bench 0 --benchmark_list_tests
+    [ "$output" = $'native/one\nnative/two\njava/one\nhost/one\nhost/two\njava/one' ] || show "not the names"
+    again 0 --benchmark_list_tests --benchmark_filter=two
+    [ "$output" = $'native/two\nhost/two' ] || show "not the names that match"
+}
+
+@test "quick rounds are asked of every program in its own way" {
+    bench 0 --quick
+    called '^native_bench --quick$'
+    called 'PeerBench --quick$'
+    called 'ImportBench --quick -- '
+    called '^host_bench --benchmark_min_time=0.01$'
+}
+
+@test "repetitions go to all programs, and the least time to those that take one; the user's own count" {
+    bench 0 --benchmark_repetitions=5 --benchmark_min_time=2
+    called '^native_bench --benchmark_min_time=2 --benchmark_repetitions=5$'
+    called 'PeerBench --benchmark_repetitions=5$'
+    called 'ImportBench --benchmark_repetitions=5 -- '
+    called '^host_bench .*--benchmark_min_time=2 --benchmark_repetitions=5$'
+}
+
+@test "results are left in a folder that is made, without the names of the machine and its files" {
+    bench 0 --json="$area/new/results"
+    [ "$(cd "$area/new/results" && echo *)" = "host.json import.json native.json peers.json" ] || show "not those files"
+    [ "$(cat "$area/new/results/host.json")" = $'{\n    "by": "host_bench"\n}' ] || show "$(cat "$area/new/results/host.json")"
+}
+
+@test "a folder that cannot be made is said before anything is measured" {
+    touch "$area/file"
+    bench 1 --json="$area/file/results"
+    says "the folder '$area/file/results' cannot be made"
+    not_called .
+}
+
+@test "a program that fails leaves its earlier results alone, and the others measure" {
+    bench 0 --json="$area/results"
+    echo earlier >"$area/results/host.json"
+    sed -i 's/exit \$FAKE_STATUS/exit 3/' "$build/bin/host_bench"
+    : >"$FAKE_CALLS"
+    again 1 --json="$area/results"
+    says "tavro: host: the benchmark failed"
+    [ "$(cat "$area/results/host.json")" = earlier ] || show "results of a failed program"
+    called 'ImportBench --benchmark_out'
+}
+
+@test "a program that cannot list its benchmarks is named with its message" {
+    bench_programs
+    printf '#!/bin/sh\necho "no library" >&2\nexit 127\n' >"$build/bin/native_bench"
+    again 1
+    says "tavro: native: its benchmarks cannot be listed: no library"
+}
