@@ -24,8 +24,9 @@ public final class PeerBench {
     private static final int FIRST_LIST = 3;
 
     private static final int WARM_UP_ADDS = 2_000;
-    private static final int ADDS_IN_A_ROUND = 500;
-    private static final int MOST_ROUNDS = 100; // a list holds 65,535 records
+    private static final int QUICK_ADDS = 500;
+    private static final int ADDS = 4_000; // so that every round has its share of the database's checkpoints
+    private static final int MOST_ADDS = 60_000; // a list holds 65,535 records
     private static final int SIZE = 20_000;
     private static final int[] SIZES = {100, 1_000, 10_000, SIZE, 60_000};
     private static final int QUICK_SIZE = 1_000;
@@ -114,8 +115,9 @@ public final class PeerBench {
                 ColumnTable columns = new ColumnTable(home.resolve("adds-columns.db"))) {
             all.blobs = blobs;
             all.columns = columns;
-            int rounds = Math.min(options.rounds(40, 5), MOST_ROUNDS);
-            finished(contest.runFixed(rounds, WARM_UP_ADDS, ADDS_IN_A_ROUND));
+            int rounds = options.rounds(13, 5);
+            int adds = Math.min(options.quick() ? QUICK_ADDS : ADDS, MOST_ADDS / rounds);
+            finished(contest.runFixed(rounds, WARM_UP_ADDS, adds));
         }
     }
 
