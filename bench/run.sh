@@ -31,7 +31,6 @@ fail() {
 }
 
 programs=(native peers host import)
-[ -x "$build/bin/native_bench" ] || programs=(peers host import)
 
 run() { # PROGRAM OPTION...
     local program=$1 short=()

@@ -26,7 +26,7 @@ Between $1 \ and
 After
 END
     results native "$(native service/read 300 0 1.1 ''),$(native service/list:10 40 10 1.25 1.4)" '"num_cpus": 2, "mhz_per_cpu": 2600'
-    results peers "$(contest peers/add/natives ''),$(contest peers/add/rival 2.5)" '"date": "2026-01-02T03:04:05Z", "java": "A VM"'
+    results peers "$(contest peers/add/natives ''),$(contest peers/add/rival 2.5)" '"date": "2026-01-02T03:04:05Z", "java": "A $1 VM"'
     results host "$(aggregate BM_Add median 40.4 us),$(aggregate BM_Add mean 99 us),$(aggregate BM_Add cv 0.123 us)" ''
     results import "$(contest import/command ''),$(contest import/floor 1.25)" '"transponders": 30, "stored_rows": 20'
 }
@@ -71,7 +71,7 @@ points() { sed -nE 's/.*<polyline .* points="([^"]*)".*/\1/p' "$area/out/perform
         $'# Before\n\nBetween $1 \\ and\n\nAfter' ] || show "other text changed"
     [ "$(grep -c '^<!-- ' "$area/out/performance.md")" = 10 ] || show "a marker is gone"
     ! grep -qx old "$area/out/performance.md" || show "earlier content stayed"
-    has "Measured on 2026-01-02 on a machine with 2 CPUs of 2600 MHz, with A VM."
+    has "Measured on 2026-01-02 on a machine with 2 CPUs of 2600 MHz, with A \$1 VM."
     has "The files have 30 transponders; the import stored 20 records."
 }
 
