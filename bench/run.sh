@@ -40,28 +40,26 @@ run() { # PROGRAM OPTION...
     mkdir "$work/home"
     export TAVRO_HOME=$work/home
     case $program in
-    native) "$build/bin/native_bench" "${short[@]}" "$@" ;;
-    peers) "$here/java.sh" "$build" PeerBench "${short[@]}" "$@" ;;
-    host) "$build/bin/host_bench" "$@" ;;
+    native) child "$build/bin/native_bench" "${short[@]}" "$@" ;;
+    peers) child "$here/java.sh" "$build" PeerBench "${short[@]}" "$@" ;;
+    host) child "$build/bin/host_bench" "$@" ;;
     import)
-        "$here/java.sh" "$build" ImportBench "${short[@]}" "$@" -- "$build/bin/import_floor" "${tool[@]}" import "$tree"
+        child "$here/java.sh" "$build" ImportBench "${short[@]}" "$@" -- "$build/bin/import_floor" "${tool[@]}" import "$tree"
         ;;
     esac
 }
+child() { setpriv --pdeathsig TERM "$@"; } # ends with this script
 
 measure() { # PROGRAM
     local options=()
-    case $1 in
-    native) options=("${least_time[@]}") ;;
-    host)
+    if [ "$1" = host ]; then
         if [ $quick = yes ]; then
             options=(--benchmark_min_time=0.01)
         else
             options=(--benchmark_repetitions=3 --benchmark_report_aggregates_only=true)
         fi
         options+=("${least_time[@]}")
-        ;;
-    esac
+    fi
     options+=("${filter[@]}" "${rounds[@]}") # of two alike the last one counts
     [ -z "$json" ] || options+=("--benchmark_out=$work/$1.json")
     run "$1" "${options[@]}"

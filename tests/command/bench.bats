@@ -80,9 +80,9 @@ again() {
     called '^host_bench --benchmark_min_time=0.01$'
 }
 
-@test "repetitions go to all programs, and the least time to those that take one; the user's own count" {
+@test "repetitions go to all programs, and the least time to the one that takes it; the user's own count" {
     bench 0 --benchmark_repetitions=5 --benchmark_min_time=2
-    called '^native_bench --benchmark_min_time=2 --benchmark_repetitions=5$'
+    called '^native_bench --benchmark_repetitions=5$'
     called 'PeerBench --benchmark_repetitions=5$'
     called 'ImportBench --benchmark_repetitions=5 -- '
     called '^host_bench .*--benchmark_min_time=2 --benchmark_repetitions=5$'
@@ -117,4 +117,21 @@ again() {
     printf '#!/bin/sh\necho "no library" >&2\nexit 127\n' >"$build/bin/native_bench"
     again 1
     says "tavro: native: its benchmarks cannot be listed: no library"
+}
+
+@test "the end of the script ends the program that it runs, and leaves nothing behind" {
+    bench_programs
+    cat >"$build/bin/native_bench" <<'EOF'
+#!/bin/bash
+case " $* " in *" --benchmark_list_tests "*) echo native/one; exit ;; esac
+trap 'echo "native_bench was ended" >>"$FAKE_CALLS"; exit 1' TERM
+: >"$FAKE_CALLS.running"
+while [ -e "$FAKE_CALLS" ]; do /bin/sleep 0.05; done # to the end of the test at most
+EOF
+    mkdir "$area/tmp"
+    TMPDIR=$area/tmp "$area/bench/run.sh" "$build" --tree="$area/tables" -- java tool >/dev/null 2>&1 3>&- &
+    until_true test -e "$FAKE_CALLS.running"
+    kill -TERM $!
+    until_true grep -q '^native_bench was ended' "$FAKE_CALLS"
+    until_true rmdir "$area/tmp"
 }
