@@ -67,6 +67,8 @@ measure() { # PROGRAM
 
 [ -z "$json" ] || mkdir -p "$json" || fail "the folder '$json' cannot be made, for the reason above"
 [ -z "$json" ] || [ -w "$json" ] || fail "nothing can be written to the folder '$json'; name another one with --json"
+# Settings are the defaults, such as a closed log gate, whatever the user has set.
+unset TAVRO_PROPERTIES TAVRO_LOG_FILE TAVRO_LOCK_TIMEOUT_MS "${!TAVRO_PROP_@}"
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 

@@ -52,6 +52,15 @@ again() {
     prints "results of host_bench"
 }
 
+@test "the programs run with the default settings of the platform, whatever the user has set" {
+    bench_programs
+    printf '#!/bin/sh\nenv >>"$FAKE_CALLS"\necho native/one\n' >"$build/bin/native_bench"
+    export TAVRO_PROP_vendor_vlt_broadcast_log_level=D TAVRO_PROP_other=1 TAVRO_PROPERTIES=/file TAVRO_LOG_FILE=/log
+    again 0
+    called '^TAVRO_HOME='
+    not_called '^TAVRO_(PROP|LOG)'
+}
+
 @test "only programs with a benchmark that the filter matches measure" {
     bench 0 --benchmark_filter=host/t
     called '^host_bench .*--benchmark_filter=host/t$'
