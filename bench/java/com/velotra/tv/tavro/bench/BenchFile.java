@@ -88,7 +88,8 @@ final class BenchFile {
             for (JsonElement element : all.getAsJsonArray("benchmarks")) {
                 JsonObject entry = element.getAsJsonObject();
                 // What Google Benchmark adds to the names of benchmarks with settings of their own.
-                String name = entry.get("run_name").getAsString().replaceAll("/(iterations:\\d+|repeats:\\d+|manual_time|real_time)", "");
+                String name = entry.get("run_name").getAsString()
+                        .replaceAll("/(iterations:\\d+|repeats:\\d+|manual_time|real_time)", "");
                 boolean single = entry.get("run_type").getAsString().equals("iteration");
                 Benchmark benchmark = found.computeIfAbsent(name, Benchmark::new);
                 benchmark.entries.put(single ? "iteration" : entry.get("aggregate_name").getAsString(), entry);
@@ -96,7 +97,8 @@ final class BenchFile {
             }
             return new BenchFile(all.getAsJsonObject("context"), new ArrayList<>(found.values()));
         } catch (NoSuchFileException e) {
-            throw new IOException("there is no file '" + file + "'; ./tavro bench --json=" + file.getParent() + " makes it", e);
+            throw new IOException(
+                    "there is no file '" + file + "'; ./tavro bench --json=" + file.getParent() + " makes it", e);
         } catch (JsonParseException | ClassCastException | IllegalStateException | IllegalArgumentException | NullPointerException e) {
             throw new IOException("'" + file + "' does not hold results of benchmarks as JSON: " + e.getMessage(), e);
         }

@@ -53,7 +53,8 @@ public final class Document {
 
     private static String machine(BenchFile natives, BenchFile peers) {
         return String.format("Measured on %s on a machine with %s CPUs of %s MHz, with %s.%n",
-                word(peers, "date").replaceAll("T.*", ""), word(natives, "num_cpus"), word(natives, "mhz_per_cpu"), word(peers, "java"));
+                word(peers, "date").replaceAll("T.*", ""),
+                word(natives, "num_cpus"), word(natives, "mhz_per_cpu"), word(peers, "java"));
     }
 
     private static String rows(BenchFile imports) {
@@ -123,14 +124,15 @@ public final class Document {
         while (section.find()) {
             String content = missing.remove(section.group(2));
             if (content == null) {
-                throw new IOException("'" + template + "' has a section '" + section.group(2) + "' that is there twice or has no results");
+                throw new IOException(
+                        "'" + template + "' has a section '" + section.group(2) + "' that is there twice or has no results");
             }
             section.appendReplacement(text, Matcher.quoteReplacement(section.group(1) + content + section.group(3)));
         }
         section.appendTail(text);
         if (!missing.isEmpty()) {
-            throw new IOException("'" + template + "' has no sections " + missing.keySet() + "; one begins with <!-- NAME --> and ends"
-                    + " with <!-- end -->");
+            throw new IOException("'" + template + "' has no sections " + missing.keySet()
+                    + "; one begins with <!-- NAME --> and ends with <!-- end -->");
         }
         Path folder = Files.createDirectories(target.resolve(PLOTS));
         try (DirectoryStream<Path> earlier = Files.newDirectoryStream(folder, "*.svg")) {

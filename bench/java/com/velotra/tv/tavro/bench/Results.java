@@ -23,7 +23,8 @@ public final class Results {
 
     /** @param program what the results are of */
     public Results(String program) {
-        context.addProperty("date", ZonedDateTime.now().truncatedTo(ChronoUnit.SECONDS).format(DateTimeFormatter.ISO_OFFSET_DATE_TIME));
+        ZonedDateTime now = ZonedDateTime.now().truncatedTo(ChronoUnit.SECONDS);
+        context.addProperty("date", now.format(DateTimeFormatter.ISO_OFFSET_DATE_TIME));
         context.addProperty("program", program);
         context.addProperty("num_cpus", Runtime.getRuntime().availableProcessors());
         context.addProperty("java", System.getProperty("java.vm.name") + ' ' + System.getProperty("java.runtime.version"));
