@@ -35,13 +35,12 @@ int NativeVltTvChannelList::open(int mwdbId) {
     return kDone;
 }
 
-int NativeVltTvChannelList::open(int mwdbId, const std::string& newPath) {
-    trace_open_path(mwdbId, newPath);
-    if (newPath.empty()) {
+int NativeVltTvChannelList::open(int mwdbId, const std::string& listPath) {
+    trace_open_path(mwdbId, listPath);
+    if (listPath.empty()) {
         return kFailed;
     }
-    path = newPath;
-    const std::string listPath = newPath;
+    path = listPath;
 
     MwdbHandle handle = 0;
     if (find_handle(mwdbId, handle)) {

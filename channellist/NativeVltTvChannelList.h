@@ -47,10 +47,10 @@ public:
 
     // Opens a list, creating it when there is none.
     int open(int mwdbId);
-    // The same, loading the list from the file at `newPath`, which becomes the manager's. A list that is open and has
+    // The same, loading the list from the file at `listPath`, which becomes the manager's. A list that is open and has
     // records is left as it is. A list whose file cannot be loaded is seeded from the scan cache when the path names a
     // scan list. -22 only when the path is empty or the list cannot be recorded.
-    int open(int mwdbId, const std::string& newPath);
+    int open(int mwdbId, const std::string& listPath);
     // Opens a list without recording it, for a walk under its read lock. Returns the handle, which the
     // caller gives back with closeTmp, or 0.
     unsigned int openTmp(int mwdbId);
