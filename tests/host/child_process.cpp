@@ -62,6 +62,11 @@ std::vector<std::string> ChildProcess::read_lines() {
     return lines;
 }
 
+std::string ChildProcess::ask(const std::string& line) {
+    const std::string sent = line + "\n";
+    return ::write(input_, sent.data(), sent.size()) == static_cast<ssize_t>(sent.size()) ? read_line() : "";
+}
+
 void ChildProcess::close_input() {
     if (input_ >= 0) {
         ::close(input_);

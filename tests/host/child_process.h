@@ -20,6 +20,8 @@ public:
     std::string read_line();
     // The rest of what it writes, line by line.
     std::vector<std::string> read_lines();
+    // Writes a line to its standard input and returns the line that it writes then.
+    std::string ask(const std::string& line);
     // Ends its standard input.
     void close_input();
     // Kills it with SIGKILL and waits for its end.
