@@ -54,7 +54,6 @@ void ListImage::complete(std::vector<std::uint16_t> ids, std::int64_t version) {
     const auto highest = std::max_element(ids.begin(), ids.end());
     highest_id_ = highest == ids.end() ? kNone : *highest;
     ids_ = std::move(ids);
-    chosen_known_ = false;
     whole_ = true;
 }
 
@@ -138,9 +137,7 @@ void ListImage::put(std::uint16_t id, const std::byte* record, std::size_t bytes
         pages_[page] = std::make_unique<std::byte[]>(kPageRecords * record_bytes_);
         ++held_pages_;
     }
-    const std::size_t copied = std::min(bytes, record_bytes_);
-    std::memcpy(place(id), record, copied);
-    std::memset(place(id) + copied, 0, record_bytes_ - copied);
+    std::memcpy(place(id), record, std::min(bytes, record_bytes_)); // the rest is zero from the start
     held_[id] = 1;
 }
 

@@ -316,12 +316,11 @@ MwStatus Storage::read_highest_id(const ListKey& list, ListState& state, ListIma
 
 MwStatus Storage::read_all(const ListKey& list, ListState& state, ListImage& image) {
     const Transaction one_state(database_, Transaction::Kind::kRead);
-    state.epoch = 0;
+    state.epoch = 0; // the version has to be read in the transaction
     const MwStatus status = look_at(list, state);
     if (status != kMwOk) {
         return status;
     }
-    image.clear();
     std::vector<std::pair<std::int64_t, std::uint16_t>> order; // position and id
     Statement rows = database_.prepare("SELECT number, position, bytes FROM records WHERE number BETWEEN ? AND ?");
     rows.bind(first_record(list)).bind(last_record(list));
