@@ -109,12 +109,17 @@ std::int32_t ListImage::highest_held_below(std::int32_t id) const {
     return id >= 0 ? id : kNone;
 }
 
-// Makes the image one of `version`.
+// Makes the image one of `version`. The memory stays for the records of that version.
 void ListImage::start_at(std::int64_t version) {
-    if (version != version_) {
-        clear();
-        version_ = version;
+    if (version == version_) {
+        return;
     }
+    version_ = version;
+    whole_ = false;
+    highest_id_ = kUnknown;
+    std::fill(held_.begin(), held_.end(), static_cast<unsigned char>(0));
+    ids_.clear();
+    chosen_known_ = false;
 }
 
 // Whether `version` is the next one; the image is at it, or else cleared.
@@ -137,7 +142,9 @@ void ListImage::put(std::uint16_t id, const std::byte* record, std::size_t bytes
         pages_[page] = std::make_unique<std::byte[]>(kPageRecords * record_bytes_);
         ++held_pages_;
     }
-    std::memcpy(place(id), record, std::min(bytes, record_bytes_)); // the rest is zero from the start
+    const std::size_t copied = std::min(bytes, record_bytes_);
+    std::memcpy(place(id), record, copied);
+    std::memset(place(id) + copied, 0, record_bytes_ - copied);
     held_[id] = 1;
 }
 

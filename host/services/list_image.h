@@ -40,7 +40,7 @@ public:
     // The highest record id: kUnknown, or kNone without records.
     std::int32_t highest_id() const { return highest_id_; }
 
-    // Forgets everything.
+    // Forgets everything and gives the memory back.
     void clear();
     // The list has no records.
     void empty(std::int64_t version);

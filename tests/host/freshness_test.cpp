@@ -103,7 +103,7 @@ private:
             EXPECT_EQ(contents_by_index(handle, all.size()), all);
             break;
         case 3:
-            for (const unsigned char fill : {0x11, 0x22, 0x33}) {
+            for (const unsigned char fill : {0x11, 0x22, 0x33, 0x11}) { // the last filter is the first one of the next time
                 std::vector<int> ids;
                 for (const auto& [id, its_fill] : all) {
                     if (kHasFilter<Kind> && its_fill == fill) {
