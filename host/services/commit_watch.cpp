@@ -9,8 +9,7 @@ constexpr int kRegionBytes = 32 * 1024; // in which SQLite maps the index
 
 CommitWatch::CommitWatch(sqlite3* database) {
     sqlite3_file* file = nullptr;
-    if (sqlite3_file_control(database, "main", SQLITE_FCNTL_FILE_POINTER, &file) != SQLITE_OK || file == nullptr ||
-        file->pMethods == nullptr || file->pMethods->iVersion < 2 || file->pMethods->xShmMap == nullptr) {
+    if (database == nullptr || sqlite3_file_control(database, "main", SQLITE_FCNTL_FILE_POINTER, &file) != SQLITE_OK) {
         return;
     }
     // SQLite has mapped the region already, and keeps it until the connection is closed.

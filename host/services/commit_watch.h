@@ -17,7 +17,7 @@ namespace tavro::host {
 // connection.
 class CommitWatch {
 public:
-    // `database` is in WAL mode, was read before and stays open. Without shared memory every call gives a new epoch.
+    // `database` was read before and stays open. Null when it is not in WAL mode: every call gives a new epoch then.
     explicit CommitWatch(sqlite3* database);
 
     // What was read from the database after a call belongs to the epoch that the call returned, or to a later one.

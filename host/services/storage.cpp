@@ -77,6 +77,12 @@ void prepare_database(Connection& database, const std::string& path) {
     }
 }
 
+// Where the file system cannot share memory, SQLite stays without a write-ahead log.
+bool has_wal(Connection& database) {
+    Statement mode = database.prepare("PRAGMA journal_mode");
+    return mode.step() && mode.text(0) == "wal";
+}
+
 // Opens or makes the database.
 Connection opened(const std::string& path, LockFile& lock_file) {
     struct Opening {
@@ -134,7 +140,7 @@ private:
 
 Storage::Storage(const std::string& directory)
     : path_(prepared_directory(directory) + "/lists.db"), lock_file_(std::make_shared<LockFile>(directory + "/locks")),
-      database_(opened(path_, *lock_file_)), watch_(database_.handle()) {
+      database_(opened(path_, *lock_file_)), watch_(has_wal(database_) ? database_.handle() : nullptr) {
     sqlite3_wal_hook(database_.handle(), &Storage::on_commit, this);
 }
 

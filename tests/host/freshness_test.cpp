@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <filesystem>
 #include <map>
 #include <random>
 #include <sqlite3.h>
@@ -155,6 +156,36 @@ protected:
         EXPECT_EQ(sqlite3_open((home() + "/lists.db").c_str(), &database), SQLITE_OK);
         return database;
     }
+};
+
+// SQLite's file system without shared memory, and so without a write-ahead log.
+class FileSystemWithoutSharedMemory {
+public:
+    FileSystemWithoutSharedMemory() : poor_(*usual_) {
+        poor_.zName = "poor";
+        poor_.xOpen = [](sqlite3_vfs*, const char* name, sqlite3_file* file, int flags, int* out_flags) {
+            const int code = usual_->xOpen(usual_, name, file, flags, out_flags);
+            if (code == SQLITE_OK && (flags & SQLITE_OPEN_MAIN_DB) != 0) {
+                methods_ = *file->pMethods;
+                methods_.iVersion = 1;
+                file->pMethods = &methods_;
+            }
+            return code;
+        };
+        sqlite3_vfs_register(&poor_, /*makeDflt*/ 1);
+    }
+    ~FileSystemWithoutSharedMemory() {
+        tavro_host_reset(); // closes the files first
+        sqlite3_vfs_unregister(&poor_);
+        sqlite3_vfs_register(usual_, /*makeDflt*/ 1);
+    }
+    FileSystemWithoutSharedMemory(const FileSystemWithoutSharedMemory&) = delete;
+    FileSystemWithoutSharedMemory& operator=(const FileSystemWithoutSharedMemory&) = delete;
+
+private:
+    static inline sqlite3_vfs* const usual_ = sqlite3_vfs_find(nullptr);
+    static inline sqlite3_io_methods methods_{};
+    sqlite3_vfs poor_;
 };
 
 } // namespace
@@ -338,6 +369,24 @@ TEST_F(ManyReaders, SeeEditsOfTheDatabaseThatRaiseTheVersion) {
     sqlite3_close(database);
     EXPECT_EQ(fill_of<Networks>(handle, 7), 0x22);
     EXPECT_EQ(contents<Networks>(handle), (Contents{{7, 0x22}}));
+}
+
+TEST_F(ManyReaders, SeeEveryChangeWithoutSharedMemoryToo) {
+    const FileSystemWithoutSharedMemory file_system;
+    const MwdbHandle handle = created<Networks>(1);
+    ASSERT_EQ(add<Networks>(handle, 7, 0x11), kMwOk);
+    EXPECT_FALSE(std::filesystem::exists(home() + "/lists.db-shm"));
+    EXPECT_EQ(contents<Networks>(handle), (Contents{{7, 0x11}}));
+    const std::uint64_t before = tavro_host_work();
+    EXPECT_EQ(fill_of<Networks>(handle, 7), 0x11);
+    EXPECT_GT(tavro_host_work(), before); // the database is asked
+    sqlite3* const database = shell();
+    run(database, "BEGIN IMMEDIATE; DELETE FROM records; UPDATE lists SET version = version + 1; COMMIT");
+    sqlite3_close(database);
+    EXPECT_EQ(fill_of<Networks>(handle, 7), kHostNoSuchRecord);
+    EXPECT_EQ(contents<Networks>(handle), Contents{});
+    ASSERT_EQ(add<Networks>(handle, 8, 0x22), kMwOk);
+    EXPECT_EQ(contents<Networks>(handle), (Contents{{8, 0x22}}));
 }
 
 // A record of another size than the kind's, which only an edit of the database makes.
