@@ -118,7 +118,8 @@ void BM_ReadAfterAChangeElsewhere(benchmark::State& state) {
     need(sqlite3_open(home.path("lists.db").c_str(), &other) == SQLITE_OK, "no database");
     for (auto _ : state) {
         state.PauseTiming();
-        need(sqlite3_exec(other, "UPDATE lists SET version = version + 1", nullptr, nullptr, nullptr) == SQLITE_OK, "no change");
+        need(sqlite3_exec(other, "UPDATE lists SET version = version + 1", nullptr, nullptr, nullptr) == SQLITE_OK,
+             "no change");
         state.ResumeTiming();
         _SVL_REC_T record{};
         std::int32_t version = 0;

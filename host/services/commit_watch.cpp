@@ -53,8 +53,8 @@ std::uint64_t CommitWatch::epoch() {
 void CommitWatch::committed(std::uint32_t frames) {
     Header header;
     const bool readable = read(header);
-    // One commit later, and the log ends where the connection's own commit ended. Otherwise the next call of epoch() sees
-    // a header that it does not know.
+    // One commit later, and the log ends where the connection's own commit ended. Otherwise the next call of epoch()
+    // sees a header that it does not know.
     if (readable && header[kChangeCounter] == seen_[kChangeCounter] + 1 && header[kFrames] == frames) {
         seen_ = header;
     }

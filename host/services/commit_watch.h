@@ -8,13 +8,13 @@
 
 namespace tavro::host {
 
-// In WAL mode every commit of every process writes a new header into the WAL index, which all connections share in memory.
-// SQLite compares the header in the same way to find out whether its own page cache is current. The layout is documented in
-// SQLite's "WAL-mode File Format": two copies of 48 bytes at the start of the index. A writer writes the second copy first,
-// so copies that differ belong to a commit under way or to a writer that was killed.
+// In WAL mode every commit of every process writes a new header into the WAL index, which all connections share in
+// memory. SQLite compares the header in the same way to find out whether its own page cache is current. The layout is
+// documented in SQLite's "WAL-mode File Format": two copies of 48 bytes at the start of the index. A writer writes the
+// second copy first, so copies that differ belong to a commit under way or to a writer that was killed.
 //
-// The epoch is a number that stays the same as long as nobody else has committed. Used by one thread at a time, like its
-// connection.
+// The epoch is a number that stays the same as long as nobody else has committed. Used by one thread at a time, like
+// its connection.
 class CommitWatch {
 public:
     // `database` was read before and stays open. Null when it is not in WAL mode: every call gives a new epoch then.

@@ -10,11 +10,11 @@
 
 namespace tavro::host {
 
-// Records of a list as of one version of it: single ones that were read, or, once it is loaded, all of them and their order.
-// Others may change the list: whoever uses an image compares the versions first.
+// Records of a list as of one version of it: single ones that were read, or, once it is loaded, all of them and their
+// order. Others may change the list: whoever uses an image compares the versions first.
 //
-// Every function with a version leaves the image at that version. After std::bad_alloc from added(), updated() or removed()
-// the image is useless until clear().
+// Every function with a version leaves the image at that version. After std::bad_alloc from added(), updated() or
+// removed() the image is useless until clear().
 class ListImage {
 public:
     static constexpr std::int64_t kNoVersion = -1;
@@ -29,9 +29,7 @@ public:
     std::size_t bytes() const { return held_pages_ * kPageRecords * record_bytes_; }
 
     // A record, null when the image has none of that id. Valid until the image changes.
-    const std::byte* find(std::uint16_t id) const {
-        return id < held_.size() && held_[id] != 0 ? place(id) : nullptr;
-    }
+    const std::byte* find(std::uint16_t id) const { return id < held_.size() && held_[id] != 0 ? place(id) : nullptr; }
     // Ids of the records that a filter chooses, in the list's order. Of a whole image only.
     const std::vector<std::uint16_t>& order(const Filter& filter);
     // The lowest record id from 1 that is free; kMwNoRecordId when there is none. Of a whole image only.
@@ -51,7 +49,8 @@ public:
     // Makes the image whole: `ids` are those of all records, which were taken over by keep().
     void complete(std::vector<std::uint16_t> ids, std::int64_t version);
 
-    // Follow a change that this process made and that led to `version`. An image that missed an earlier change is cleared.
+    // Follow a change that this process made and that led to `version`. An image that missed an earlier change is
+    // cleared.
     void added(std::uint16_t id, const std::byte* record, std::int64_t version);
     void updated(std::uint16_t id, const std::byte* record, std::int64_t version);
     void removed(std::uint16_t id, std::int64_t version);

@@ -12,12 +12,13 @@
 
 namespace tavro::host {
 
-// Functions return kHostNoSuchList when there is no such list, and throw what the storage throws. Out values are written on
-// success only, but for the record id of highest_record_id, which is 0 with kMwEmpty. Used by one thread at a time.
+// Functions return kHostNoSuchList when there is no such list, and throw what the storage throws. Out values are
+// written on success only, but for the record id of highest_record_id, which is 0 with kMwEmpty. Used by one thread at
+// a time.
 //
-// A read by index or through a filter, a count and the search for a free id load the whole list into memory. A read by id
-// keeps the one record. Own changes are applied to what is in memory. A change of another process, or one that was missed,
-// is noticed before the next read: the storage's epoch is another one then, and the list's version decides.
+// A read by index or through a filter, a count and the search for a free id load the whole list into memory. A read by
+// id keeps the one record. Own changes are applied to what is in memory. A change of another process, or one that was
+// missed, is noticed before the next read: the storage's epoch is another one then, and the list's version decides.
 class Lists {
 public:
     explicit Lists(const std::string& directory) : storage_(directory) {}
@@ -54,7 +55,9 @@ private:
     };
 
     Known& known(const Kind& kind, const ListKey& list);
-    bool is_current(const Known& list) { return list.state.epoch == storage_.epoch() && list.image.version() == list.state.version; }
+    bool is_current(const Known& list) {
+        return list.state.epoch == storage_.epoch() && list.image.version() == list.state.version;
+    }
     MwStatus make_whole(const ListKey& list, Known& known);
     template <class Change>
     void follow(Known& list, Change change) noexcept;

@@ -164,7 +164,8 @@ MwStatus Storage::create(const ListKey& list, const std::string& name, ListState
     ListState made;
     {
         Statement row = database_.prepare(
-            "INSERT INTO lists (number, name, version, next_position) VALUES (?, ?, 0, 0) ON CONFLICT (number) DO UPDATE "
+            "INSERT INTO lists (number, name, version, next_position) VALUES (?, ?, 0, 0) ON CONFLICT (number) DO "
+            "UPDATE "
             "SET name = excluded.name, version = version + 1 WHERE name IS NULL RETURNING version, next_position");
         if (!row.bind(list.number()).bind(name).step()) {
             return kHostListExists;
@@ -310,8 +311,9 @@ MwStatus Storage::read(const ListKey& list, std::uint16_t record_id, ListState& 
 
 MwStatus Storage::read_highest_id(const ListKey& list, ListState& state, ListImage& image) {
     const std::uint64_t epoch = watch_.epoch();
-    Statement row = database_.prepare("SELECT version, next_position, (SELECT number FROM records WHERE number BETWEEN ? AND ? "
-                                      "ORDER BY number DESC LIMIT 1) FROM lists WHERE number = ? AND name IS NOT NULL");
+    Statement row =
+        database_.prepare("SELECT version, next_position, (SELECT number FROM records WHERE number BETWEEN ? AND ? "
+                          "ORDER BY number DESC LIMIT 1) FROM lists WHERE number = ? AND name IS NOT NULL");
     if (!row.bind(first_record(list)).bind(last_record(list)).bind(list.number()).step()) {
         return kHostNoSuchList;
     }

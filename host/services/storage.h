@@ -24,9 +24,9 @@ struct ListState {
 // Every function that changes something is one transaction: after it has returned, a killed process
 // loses nothing of it. Several processes may use one directory. Used by one thread at a time.
 //
-// Functions with a list return kHostNoSuchList when there is none. Those with a state take what the caller knows of the list
-// and bring it up to date: after a change it has the list's new version. Throws Failure when the directory cannot be used,
-// SqlError when the database fails.
+// Functions with a list return kHostNoSuchList when there is none. Those with a state take what the caller knows of the
+// list and bring it up to date: after a change it has the list's new version. Throws Failure when the directory cannot
+// be used, SqlError when the database fails.
 class Storage {
 public:
     explicit Storage(const std::string& directory);

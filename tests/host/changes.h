@@ -35,7 +35,8 @@ public:
         if (change == "store" || change == "load") {
             std::string path;
             words >> path;
-            return change == "store" ? Kind::store(handle, path.c_str(), list) : Kind::sync(handle, 0, path.c_str(), list);
+            return change == "store" ? Kind::store(handle, path.c_str(), list)
+                                     : Kind::sync(handle, 0, path.c_str(), list);
         }
         std::uint16_t id = 0;
         int fill = 0;

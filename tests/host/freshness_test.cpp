@@ -45,8 +45,9 @@ std::vector<int> chosen<Services>(MwdbHandle handle, unsigned char fill) {
 template <>
 std::vector<int> chosen<TransportStreams>(MwdbHandle handle, unsigned char fill) {
     const auto both = static_cast<std::uint16_t>(fill << 8 | fill);
-    return walk<TransportStreams>([&](auto... out) { return x_tsl_get_num_rec_by_sat(handle, 0xFFFF, both, both, out...); },
-                                  [&](auto... out) { return x_tsl_get_rec_by_sat(handle, 0xFFFF, both, both, out...); });
+    return walk<TransportStreams>(
+        [&](auto... out) { return x_tsl_get_num_rec_by_sat(handle, 0xFFFF, both, both, out...); },
+        [&](auto... out) { return x_tsl_get_rec_by_sat(handle, 0xFFFF, both, both, out...); });
 }
 template <class Kind>
 constexpr bool kHasFilter = std::is_same_v<Kind, Services> || std::is_same_v<Kind, TransportStreams>;
@@ -73,8 +74,8 @@ protected:
     void change(const std::string& line) { ASSERT_EQ(own.apply(line), kMwOk) << line; }
     void other_changes(const std::string& line) { ASSERT_EQ(other.ask(line), "0") << line; }
 
-    // Everything that can be asked of a list. The first question is the one at `first`, so that each can be the one that
-    // has to notice a change.
+    // Everything that can be asked of a list. The first question is the one at `first`, so that each can be the one
+    // that has to notice a change.
     static void expect_list(MwdbHandle handle, const Contents& all, int first = 0) {
         for (int question = 0; question < 5; ++question) {
             ask(handle, all, (first + question) % 5);
@@ -96,15 +97,18 @@ private:
             break;
         case 1:
             for (std::uint16_t id = 0; id <= kHighestIdUsed; ++id) {
-                const auto expected = std::find_if(all.begin(), all.end(), [&](const auto& one) { return one.first == id; });
-                EXPECT_EQ(fill_of<Kind>(handle, id), expected == all.end() ? kHostNoSuchRecord : expected->second) << id;
+                const auto expected =
+                    std::find_if(all.begin(), all.end(), [&](const auto& one) { return one.first == id; });
+                EXPECT_EQ(fill_of<Kind>(handle, id), expected == all.end() ? kHostNoSuchRecord : expected->second)
+                    << id;
             }
             break;
         case 2:
             EXPECT_EQ(contents_by_index(handle, all.size()), all);
             break;
         case 3:
-            for (const unsigned char fill : {0x11, 0x22, 0x33, 0x11}) { // the last filter is the first one of the next time
+            for (const unsigned char fill :
+                 {0x11, 0x22, 0x33, 0x11}) { // the last filter is the first one of the next time
                 std::vector<int> ids;
                 for (const auto& [id, its_fill] : all) {
                     if (kHasFilter<Kind> && its_fill == fill) {
@@ -328,9 +332,10 @@ TEST_F(ManyReaders, GetAnAnswerWhileAnotherProcessWritesWithoutAPause) {
     const MwdbHandle handle = created<Networks>(1);
     ASSERT_EQ(add<Networks>(handle, 1, 0), kMwOk);
     sqlite3* const database = shell();
-    run(database, "BEGIN IMMEDIATE; WITH RECURSIVE ids(id) AS (SELECT 2 UNION ALL SELECT id + 1 FROM ids WHERE id < 10000) "
-                  "INSERT INTO records (number, position, bytes) SELECT (3 << 32) + (1 << 16) + id, id, zeroblob(" +
-                      std::to_string(sizeof(_NWL_REC_T)) + ") FROM ids; UPDATE lists SET version = version + 1; COMMIT");
+    run(database,
+        "BEGIN IMMEDIATE; WITH RECURSIVE ids(id) AS (SELECT 2 UNION ALL SELECT id + 1 FROM ids WHERE id < 10000) "
+        "INSERT INTO records (number, position, bytes) SELECT (3 << 32) + (1 << 16) + id, id, zeroblob(" +
+            std::to_string(sizeof(_NWL_REC_T)) + ") FROM ids; UPDATE lists SET version = version + 1; COMMIT");
     sqlite3_close(database);
     std::uint16_t number = 0;
     std::int32_t first = 0;
@@ -364,8 +369,9 @@ TEST_F(ManyReaders, SeeEditsOfTheDatabaseThatRaiseTheVersion) {
     ASSERT_EQ(contents<Networks>(handle), (Contents{{7, 0x11}}));
     sqlite3* const database = shell();
     const std::string rest(2 * (sizeof(_NWL_REC_T) - 6), '2');
-    run(database, "BEGIN IMMEDIATE; UPDATE records SET bytes = x'222222220700" + rest + "' WHERE kind = 3 AND list_id = 1;"
-                  "UPDATE lists SET version = version + 1 WHERE kind = 3 AND list_id = 1; COMMIT");
+    run(database, "BEGIN IMMEDIATE; UPDATE records SET bytes = x'222222220700" + rest +
+                      "' WHERE kind = 3 AND list_id = 1;"
+                      "UPDATE lists SET version = version + 1 WHERE kind = 3 AND list_id = 1; COMMIT");
     sqlite3_close(database);
     EXPECT_EQ(fill_of<Networks>(handle, 7), 0x22);
     EXPECT_EQ(contents<Networks>(handle), (Contents{{7, 0x22}}));
@@ -394,7 +400,8 @@ TEST_F(ManyReaders, GetZerosForBytesThatAreNotStored) {
     const MwdbHandle handle = created<Networks>(1);
     ASSERT_EQ(add<Networks>(handle, 7, 0x11), kMwOk);
     sqlite3* const database = shell();
-    run(database, "BEGIN IMMEDIATE; UPDATE records SET bytes = x'222222220700'; UPDATE lists SET version = version + 1; COMMIT");
+    run(database,
+        "BEGIN IMMEDIATE; UPDATE records SET bytes = x'222222220700'; UPDATE lists SET version = version + 1; COMMIT");
     sqlite3_close(database);
     auto expected = record_of<Networks>(7, 0);
     std::memset(&expected, 0x22, 4);

@@ -52,7 +52,8 @@ protected:
         std::uint16_t number = 0;
         std::int32_t version = 0;
         EXPECT_EQ(x_svl_get_rec(handle, 0, &record, &version), kHostNoSuchRecord);
-        EXPECT_EQ(Services::get_at(handle, static_cast<std::uint16_t>(all.size()), &record, &version), kHostIndexOutOfRange);
+        EXPECT_EQ(Services::get_at(handle, static_cast<std::uint16_t>(all.size()), &record, &version),
+                  kHostIndexOutOfRange);
         EXPECT_EQ(x_svl_get_num_rec_by_ts(handle, 0x1111, 0x1111, kMwEveryNetworkMask, &number, &version), kMwOk);
         EXPECT_EQ(x_svl_get_rec_by_ts(handle, 0x1111, 0x1111, kMwEveryNetworkMask, 0, &record, &version), kMwOk);
         EXPECT_EQ(x_svl_qry_rec_id(handle, kMwQueryNextRecordId, &number), kMwOk);
@@ -153,7 +154,8 @@ TEST_F(Work, OfReadsIsNoneForTheListsUsedLast) {
     ASSERT_EQ(sqlite3_open((home() + "/lists.db").c_str(), &database), SQLITE_OK);
     const std::string fill = "WITH RECURSIVE ids(id) AS (SELECT 1 UNION ALL SELECT id + 1 FROM ids WHERE id < 65534) "
                              "INSERT INTO records (number, position, bytes) SELECT (number << 16) + id, id, zeroblob(" +
-                             std::to_string(sizeof(Kind::Record)) + ") FROM lists, ids; UPDATE lists SET version = version + 1";
+                             std::to_string(sizeof(Kind::Record)) +
+                             ") FROM lists, ids; UPDATE lists SET version = version + 1";
     EXPECT_EQ(sqlite3_exec(database, fill.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
     sqlite3_close(database);
     const auto read_last = [&](int list) {
