@@ -25,6 +25,7 @@
 #pragma once
 
 #include "channellist/HandleMap.h"
+#include "channellist/identifier.h"
 #include "jni/log_gate.h"
 #include "middleware/list_calls.h"
 
@@ -32,6 +33,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <string>
+#include <string_view>
 
 // What the operations return.
 inline constexpr int kDone = 0;
@@ -115,7 +117,7 @@ public:
     }
 
     // Writes the list to the file at `path`, under its write lock. An empty path fails.
-    int store(int list_id, std::string path) {
+    int store(int list_id, const std::string& path) {
         TAVRO_LOG_DEBUG(Kind::kTag, "%s[%s]: %s = %d path = %s\n", Kind::kOperationPrefix, "store", Kind::kListWord,
                         list_id, path.c_str());
         MwdbHandle handle = 0;
@@ -139,7 +141,7 @@ public:
 
     // Removes one record under the list's write lock. `identifier` is "list id, comma, record id"; text
     // without a comma gives -1 and text that is no number raises std::stoi's exception.
-    int removeInfo(std::string identifier) {
+    int removeInfo(const std::string& identifier) {
         int list_id = 0;
         int record_id = 0;
         if (!split_identifier("removeInfo", identifier, &list_id, record_id)) {
@@ -150,7 +152,7 @@ public:
     }
 
     // The same in the list `list_id`; the list in the text does not count.
-    int removeInfoByRecId(int list_id, std::string identifier) {
+    int removeInfoByRecId(int list_id, const std::string& identifier) {
         int record_id = 0;
         if (!split_identifier("removeInfoByRecId", identifier, nullptr, record_id)) {
             return kNoSuchRecordIdentifier;
@@ -161,8 +163,7 @@ public:
 
 protected:
     // Closes every handle of the kind. The handle map is the process's, so the lists that other
-    // managers of the kind opened are closed too; they are opened again at their next use. What a derived
-    // class holds is gone by then.
+    // managers of the kind opened are closed too; they are opened again at their next use.
     ~ListStore() { clear_handles(); }
 
     static int result_of(MwStatus status) { return status == kMwOk ? kDone : kFailed; }
@@ -300,15 +301,22 @@ protected:
     // that is no number raises std::stoi's exception to the caller. `list_id` may be null.
     static bool split_identifier(const char* operation, const std::string& identifier, int* list_id, int& record_id) {
         TAVRO_LOG_DEBUG(Kind::kTag, "[%s]: string recId = %s \n", operation, identifier.c_str());
+        int list = 0;
+        if (take_apart(identifier, list, record_id)) {
+            if (list_id != nullptr) {
+                *list_id = list;
+            }
+            return true;
+        }
         const std::size_t comma = identifier.find(',');
         if (comma == std::string::npos) {
             TAVRO_LOG_ERROR(Kind::kTag, "Unknown recId info.\n");
             return false;
         }
         if (list_id != nullptr) {
-            *list_id = std::stoi(identifier.substr(0, comma));
+            *list_id = decimal(std::string_view(identifier).substr(0, comma));
         }
-        record_id = std::stoi(identifier.substr(comma + 1));
+        record_id = decimal(std::string_view(identifier).substr(comma + 1));
         return true;
     }
 

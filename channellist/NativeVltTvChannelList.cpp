@@ -2,10 +2,6 @@
 
 #include "middleware/files.h"
 
-#include <utility>
-
-HandleMap m_mwdbIdHandleMap;
-
 namespace {
 
 constexpr auto& kTag = SvlKind::kTag;
@@ -39,13 +35,13 @@ int NativeVltTvChannelList::open(int mwdbId) {
     return kDone;
 }
 
-int NativeVltTvChannelList::open(int mwdbId, std::string newPath) {
+int NativeVltTvChannelList::open(int mwdbId, const std::string& newPath) {
     trace_open_path(mwdbId, newPath);
     if (newPath.empty()) {
         return kFailed;
     }
     path = newPath;
-    const std::string listPath = std::move(newPath);
+    const std::string listPath = newPath;
 
     MwdbHandle handle = 0;
     if (find_handle(mwdbId, handle)) {
@@ -90,7 +86,8 @@ void NativeVltTvChannelList::seed_from_cache(int mwdbId, MwdbHandle handle, cons
     }
     TAVRO_LOG_ERROR(kTag, "%s[%s]: Try to copy cache! \n", kClass, "open");
     fs_raw_init(kMwRootDrive, cache);
-    fs_raw_copy(kMwRootDrive, cache, kMwRootDrive, listPath.c_str());
+    // The middleware is handed a copy of the path that it has not seen before.
+    fs_raw_copy(kMwRootDrive, cache, kMwRootDrive, std::string(listPath).c_str());
     const MwStatus loaded = x_svl_fs_sync(handle, kMwRootDrive, cache, HandleMap::key(mwdbId));
     TAVRO_LOG_ERROR(kTag, "%s[%s]:copy ps_svl_path2 %s\n", kClass, "open", listPath.c_str());
     if (loaded == kMwOk) {
@@ -148,23 +145,6 @@ int NativeVltTvChannelList::copyInfo(int mwdbId, _SVL_REC_T* rec) {
     }
     TAVRO_LOG_DEBUG(kTag, "[%s]: fail \n", "copyInfo");
     return kFailed;
-}
-
-int NativeVltTvChannelList::getInfoByIdx(int idx, unsigned int mwdbHandle, int* version, _SVL_REC_T* rec) {
-    if (mwdbHandle == 0) {
-        return kFailed;
-    }
-    return result_of(
-        x_svl_get_rec_by_brdcst_type(mwdbHandle, kMwEveryBroadcastType, kMwEveryNetworkMask, low16(idx), rec, version));
-}
-
-int NativeVltTvChannelList::getInfoByIdx(int tsKey1, int tsKey2, int idx, unsigned int mwdbHandle, int* version,
-                                         _SVL_REC_T* rec) {
-    if (mwdbHandle == 0) {
-        return kFailed;
-    }
-    return result_of(
-        x_svl_get_rec_by_ts(mwdbHandle, low16(tsKey1), low16(tsKey2), kMwEveryNetworkMask, low16(idx), rec, version));
 }
 
 int NativeVltTvChannelList::getInfoListNum(unsigned int mwdbHandle) {

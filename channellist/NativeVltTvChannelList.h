@@ -8,16 +8,16 @@
 #include <string>
 #include <utility>
 
-// Handles of the open service lists of the process.
-extern HandleMap m_mwdbIdHandleMap;
-
 // What the shared scheme needs to know of service lists.
 struct SvlKind : MwdbWords {
     using Record = _SVL_REC_T;
     using TracedRecordId = unsigned int;
     TAVRO_LIST_CALLS(x_svl);
 
-    static HandleMap& handles() { return m_mwdbIdHandleMap; }
+    static HandleMap& handles() {
+        static HandleMap m_mwdbIdHandleMap;
+        return m_mwdbIdHandleMap;
+    }
 
     static constexpr char kTag[] = "NativeVltTvChannelList_Cpp";
     static constexpr char kClass[] = "[NativeVltTvChannelList]";
@@ -41,12 +41,16 @@ struct SvlKind : MwdbWords {
 // -22. Takes no lock of its own: see HandleMap.
 class NativeVltTvChannelList : public WithMwdbHandles<ListStore<SvlKind>> {
 public:
+    NativeVltTvChannelList() = default;
+    // Closes the handles, and releases the path when that is done.
+    ~NativeVltTvChannelList() { clearMwdbHandle(); }
+
     // Opens a list, creating it when there is none.
     int open(int mwdbId);
-    // The same, loading the list from the file at `path`. A list that is open and has records is left as
-    // it is. A list whose file cannot be loaded is seeded from the scan cache when the path names a scan
-    // list. -22 only when the path is empty or the list cannot be recorded.
-    int open(int mwdbId, std::string path);
+    // The same, loading the list from the file at `newPath`, which becomes the manager's. A list that is open and has
+    // records is left as it is. A list whose file cannot be loaded is seeded from the scan cache when the path names a
+    // scan list. -22 only when the path is empty or the list cannot be recorded.
+    int open(int mwdbId, const std::string& newPath);
     // Opens a list without recording it, for a walk under its read lock. Returns the handle, which the
     // caller gives back with closeTmp, or 0.
     unsigned int openTmp(int mwdbId);
@@ -66,8 +70,16 @@ public:
 
     // Reads by position and counts, on a handle that the caller holds. `tsKey1` and `tsKey2` are the list
     // id and record id of a transport stream. Counts are 0 on failure.
-    int getInfoByIdx(int idx, unsigned int mwdbHandle, int* version, _SVL_REC_T* rec);
-    int getInfoByIdx(int tsKey1, int tsKey2, int idx, unsigned int mwdbHandle, int* version, _SVL_REC_T* rec);
+    int getInfoByIdx(int idx, unsigned int mwdbHandle, int* version, _SVL_REC_T* rec) {
+        return mwdbHandle == 0 ? kFailed
+                               : result_of(x_svl_get_rec_by_brdcst_type(mwdbHandle, kMwEveryBroadcastType,
+                                                                        kMwEveryNetworkMask, low16(idx), rec, version));
+    }
+    int getInfoByIdx(int tsKey1, int tsKey2, int idx, unsigned int mwdbHandle, int* version, _SVL_REC_T* rec) {
+        return mwdbHandle == 0 ? kFailed
+                               : result_of(x_svl_get_rec_by_ts(mwdbHandle, low16(tsKey1), low16(tsKey2),
+                                                               kMwEveryNetworkMask, low16(idx), rec, version));
+    }
     int getInfoListNum(unsigned int mwdbHandle);
     int getInfoListNum(unsigned int mwdbHandle, int tsKey1, int tsKey2);
 

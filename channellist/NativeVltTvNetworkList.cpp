@@ -1,7 +1,5 @@
 #include "channellist/NativeVltTvNetworkList.h"
 
-HandleMap m_nwlHandleMap;
-
 void NwlKind::trace_record(const char* operation, const _NWL_REC_T& record) {
     TAVRO_LOG_DEBUG(kTag, "%s[%s]:rec_id:%d nw_id:%d nit_ver:%d s_nw_name:%.*s\n", kClass, operation,
                     record.ui2_nwl_rec_id, record.ui2_nw_id, record.ui1_nw_version, TAVRO_BOUNDED(record.ac_nw_name));
@@ -17,7 +15,7 @@ void NwlKind::trace_added(const char* operation, const _NWL_REC_T& record) {
 
 void NwlKind::trace_add_failed() { TAVRO_LOG_DEBUG(kTag, "[%s]: x_nwl_add_rec fail \n", "addInfo"); }
 
-int NativeVltTvNetworkList::open(int mwdbId, std::string path) {
+int NativeVltTvNetworkList::open(int mwdbId, const std::string& path) {
     trace_open_path(mwdbId, path);
     if (path.empty()) {
         return kFailed;

@@ -6,9 +6,6 @@
 
 #include <string>
 
-// Handles of the open network lists of the process.
-extern HandleMap m_nwlHandleMap;
-
 // What the shared schemes need to know of network lists.
 struct NwlKind : MwdbWords {
     using Record = _NWL_REC_T;
@@ -18,7 +15,10 @@ struct NwlKind : MwdbWords {
     static constexpr auto mw_get_by_index = x_nwl_get_rec_by_rec_idx;
     static constexpr auto mw_count = x_nwl_get_num_rec;
 
-    static HandleMap& handles() { return m_nwlHandleMap; }
+    static HandleMap& handles() {
+        static HandleMap m_nwlHandleMap;
+        return m_nwlHandleMap;
+    }
 
     static constexpr char kTag[] = "NativeVltTvNetworkList_Cpp";
     static constexpr char kClass[] = "[NativeVltTvNetworkList]";
@@ -49,7 +49,7 @@ public:
     using CompanionListStore::open;
     // The same, loading the list from the file at `path` unless it is open already. -22 only when the path
     // is empty or the list cannot be recorded.
-    int open(int mwdbId, std::string path);
+    int open(int mwdbId, const std::string& path);
 
     int lockNwl(int mwdbId) { return call_on_list(mwdbId, x_nwl_lock); }
     int unLockNwl(int mwdbId) { return call_on_list(mwdbId, x_nwl_unlock); }

@@ -1,7 +1,5 @@
 #include "channellist/NativeVltTvSatelliteList.h"
 
-HandleMap m_satIdHandleMap;
-
 void SatlKind::trace_count(const char* operation, std::uint16_t number) {
     TAVRO_LOG_DEBUG(kTag, "[%s]:i2_num_rec:%d \n", operation, number);
 }
@@ -12,7 +10,7 @@ void SatlKind::trace_added(const char* operation, const _SATL_REC_T& record) {
 
 void SatlKind::trace_add_failed() { TAVRO_LOG_DEBUG(kTag, "[%s]: x_satl_add_rec fail \n", "addInfo"); }
 
-int NativeVltTvSatelliteList::open(int satId, std::string path) {
+int NativeVltTvSatelliteList::open(int satId, const std::string& path) {
     trace_open_path(satId, path);
     MwdbHandle handle = 0;
     if (find_handle(satId, handle)) {
@@ -21,7 +19,7 @@ int NativeVltTvSatelliteList::open(int satId, std::string path) {
     return path.empty() ? kFailed : open_from(satId, path);
 }
 
-int NativeVltTvSatelliteList::getInfo(std::string recId, _SATL_REC_T* rec) {
+int NativeVltTvSatelliteList::getInfo(const std::string& recId, _SATL_REC_T* rec) {
     int list_id = 0;
     int record_id = 0;
     if (!split_identifier("getInfo", recId, &list_id, record_id)) {

@@ -6,9 +6,6 @@
 
 #include <string>
 
-// Handles of the open satellite lists of the process.
-extern HandleMap m_satIdHandleMap;
-
 // What the shared schemes need to know of satellite lists. Their traces have words of their own, name the
 // class only where a handle or a position is told, and tell nothing of the records.
 struct SatlKind {
@@ -19,7 +16,10 @@ struct SatlKind {
     static constexpr auto mw_get_by_index = x_satl_get_rec_by_rec_idx;
     static constexpr auto mw_count = x_satl_get_num_recs;
 
-    static HandleMap& handles() { return m_satIdHandleMap; }
+    static HandleMap& handles() {
+        static HandleMap m_satIdHandleMap;
+        return m_satIdHandleMap;
+    }
 
     static constexpr char kTag[] = "[SATELITE] NativeVltTvSatelliteList_Cpp"; // misspelt on purpose
     static constexpr char kClass[] = "[NativeVltTvSatelliteList]";
@@ -68,7 +68,7 @@ public:
     using CompanionListStore::open;
     // The same, loading the list from the file at `path`. A list that is open already gives 0, whatever the
     // path; -22 only when another's path is empty or the list cannot be recorded.
-    int open(int satId, std::string path);
+    int open(int satId, const std::string& path);
 
     int lockSatl(int satId) { return call_on_list(satId, x_satl_lock); }
     int unLockSatl(int satId) { return call_on_list(satId, x_satl_unlock); }
@@ -77,5 +77,5 @@ public:
 
     // Reads the record that `recId` names, "list id, comma, record id"; text without a comma gives -1 and
     // text that is no number raises std::stoi's exception.
-    int getInfo(std::string recId, _SATL_REC_T* rec);
+    int getInfo(const std::string& recId, _SATL_REC_T* rec);
 };

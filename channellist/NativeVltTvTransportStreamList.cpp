@@ -1,7 +1,5 @@
 #include "channellist/NativeVltTvTransportStreamList.h"
 
-HandleMap m_tslHandleMap;
-
 namespace {
 
 // What the by-satellite calls are given as network. The name is this project's.
@@ -26,7 +24,7 @@ void TslKind::trace_added(const char* operation, const _TSL_REC_T& record) {
 
 void TslKind::trace_add_failed() { TAVRO_LOG_DEBUG(kTag, "[%s]: x_tsl_add_rec fail \n", "addInfo"); }
 
-int NativeVltTvTransportStreamList::open(int mwdbId, std::string path) {
+int NativeVltTvTransportStreamList::open(int mwdbId, const std::string& path) {
     trace_open_path(mwdbId, path);
     if (path.empty()) {
         return kFailed;

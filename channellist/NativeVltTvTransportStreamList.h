@@ -6,9 +6,6 @@
 
 #include <string>
 
-// Handles of the open transport stream lists of the process.
-extern HandleMap m_tslHandleMap;
-
 // What the shared schemes need to know of transport stream lists.
 struct TslKind : MwdbWords {
     using Record = _TSL_REC_T;
@@ -18,7 +15,10 @@ struct TslKind : MwdbWords {
     static constexpr auto mw_get_by_index = x_tsl_get_rec_by_rec_idx;
     static constexpr auto mw_count = x_tsl_get_num_recs;
 
-    static HandleMap& handles() { return m_tslHandleMap; }
+    static HandleMap& handles() {
+        static HandleMap m_tslHandleMap;
+        return m_tslHandleMap;
+    }
 
     static constexpr char kTag[] = "NativeVltTvTransportStreamList_Cpp";
     static constexpr char kClass[] = "[NativeVltTvTransportStreamList]";
@@ -50,7 +50,7 @@ public:
     using CompanionListStore::open;
     // The same, loading the list from the file at `path` unless it is open already. -22 only when the path
     // is empty or the list cannot be recorded.
-    int open(int mwdbId, std::string path);
+    int open(int mwdbId, const std::string& path);
 
     int lockTsl(int mwdbId) { return call_on_list(mwdbId, x_tsl_lock); }
     int unLockTsl(int mwdbId) { return call_on_list(mwdbId, x_tsl_unlock); }

@@ -9,7 +9,6 @@
 #include <memory>
 #include <mutex>
 #include <new>
-#include <utility>
 
 namespace {
 
@@ -45,14 +44,16 @@ jbyteArray list_records(JNIEnv* env, const char* name, int mwdbId, Count count, 
         if (number < 1) {
             return nullptr;
         }
-        buffer.reset(new (std::nothrow) _SVL_REC_T[static_cast<std::size_t>(number)]());
+        buffer.reset(new (std::nothrow) _SVL_REC_T[static_cast<std::size_t>(number)]);
         if (buffer == nullptr) {
             TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "sa_svl_buffer malloc fail");
             return nullptr;
         }
         for (int index = 0; index < number; ++index) {
-            // A record that is not kept is overwritten by the next one.
+            // A record that is not kept is overwritten by the next one. Zeroing slot by slot, not the whole
+            // buffer at once, keeps a long list's records in the cache.
             _SVL_REC_T& slot = buffer[kept];
+            slot = {};
             int version = 0;
             const int result = read(index, walk.handle(), &version, &slot);
             if (result != kDone) {
@@ -72,7 +73,9 @@ jbyteArray get_svl_list_info(JNIEnv* env, int mwdbId, int condition, int wanted)
         [](int index, unsigned int handle, int* version, _SVL_REC_T* record) {
             return chList->getInfoByIdx(index, handle, version, record);
         },
-        [&](const _SVL_REC_T& record) { return IsMatchCondition(condition, wanted, record); });
+        [&](const _SVL_REC_T& record) {
+            return condition == kMatchEvery || IsMatchCondition(condition, wanted, record);
+        });
 }
 
 } // namespace
@@ -99,9 +102,9 @@ jint com_velotra_tv_tavro_channellist_open(JNIEnv*, jobject, jint mwdbId) {
 }
 
 jint com_velotra_tv_tavro_channellist_open_path(JNIEnv* env, jobject, jint mwdbId, jstring path) {
-    std::string text = jstr2str(env, path);
+    const std::string text = jstr2str(env, path);
     const std::lock_guard<std::mutex> guard(chListMutex);
-    return chList->open(mwdbId, std::move(text));
+    return chList->open(mwdbId, text);
 }
 
 jint com_velotra_tv_tavro_channellist_store(JNIEnv* env, jobject, jint mwdbId, jstring path) {

@@ -12,6 +12,7 @@
 using tavro::JavaList;
 using tavro::Jni;
 using tavro::Key;
+using tavro::LocalRef;
 using tavro::RecordObject;
 
 namespace {
@@ -72,7 +73,7 @@ void trace_unsupported_type(const _SVL_REC_HEADER_T& header) {
 // type 5 the major number of the old id stays, deliberately.
 void renumber_stored(RecordObject& object, _SVL_REC_HEADER_T& header) {
     const ChannelNumber number = channel_number(object);
-    if (!number.is_set()) {
+    if (!number.is_set() || object.jni().failed()) {
         return;
     }
     std::uint32_t& id = header.ui4_channel_id;
@@ -99,7 +100,7 @@ void renumber_stored(RecordObject& object, _SVL_REC_HEADER_T& header) {
 // bits, deliberately.
 void number_new(RecordObject& object, _SVL_REC_HEADER_T& header) {
     const ChannelNumber number = channel_number(object);
-    if (!number.is_set()) {
+    if (!number.is_set() || object.jni().failed()) {
         return;
     }
     std::uint32_t& id = header.ui4_channel_id;
@@ -138,19 +139,20 @@ constexpr char kRecordIdField[] = "svlIdSvlRecId";
 // cannot be parsed. The identifier's list does not count.
 bool record_id_of(RecordObject& object, int& record_id) {
     record_id = 0;
-    jstring identifier = object.string_field(kRecordIdField).value_or(nullptr);
+    const LocalRef identifier(object.jni(), object.string_field(kRecordIdField).value_or(nullptr));
     int list_id = 0;
-    return identifier == nullptr || tavro::parse_identifier(object.jni(), identifier, list_id, record_id);
+    return identifier.get() == nullptr || tavro::parse_identifier(object.jni(), identifier.get(), list_id, record_id);
 }
 
 enum class Applied { kStored, kFailed, kBadIdentifier };
 
 // Overlays one service of a list walk, whose lock is held.
 Applied apply_element(Jni& jni, int mwdbId, jobject element) {
-    RecordObject object(jni, jni.class_of(element), element, kChannelContainsKey);
+    const LocalRef cls(jni, jni.class_of(element));
+    RecordObject object(jni, cls.get(), element, kChannelContainsKey);
     int record_id = 0;
     if (!record_id_of(object, record_id)) {
-        return Applied::kBadIdentifier;
+        return jni.failed() ? Applied::kFailed : Applied::kBadIdentifier;
     }
     _SVL_REC_T record = {};
     if (chList->getInfo(mwdbId, record_id, &record) != kDone) {
@@ -217,14 +219,12 @@ jint com_velotra_tv_tavro_channellist_updateInfoList(JNIEnv* env, jobject, jint 
         return kFailed;
     }
     SvlWriteLock lock(*chList, mwdbId);
-    // Every element leaves some local references behind until the native returns: giving them back would be
-    // calls that the contract does not have.
     for (jint i = 0; i < list.size(); ++i) {
-        jobject element = list.get(i);
-        if (element == nullptr) {
+        const LocalRef element(jni, list.get(i));
+        if (element.get() == nullptr) {
             return kFailed;
         }
-        switch (apply_element(jni, mwdbId, element)) {
+        switch (apply_element(jni, mwdbId, element.get())) {
         case Applied::kStored:
             break;
         case Applied::kFailed:
@@ -242,13 +242,16 @@ jstring com_velotra_tv_tavro_channellist_add_Info(JNIEnv* env, jobject, jint mwd
     TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d] ", __func__, __LINE__);
     Jni jni(env);
     jstring nothing = jni.new_string("");
-    if (channel == nullptr) {
+    if (channel == nullptr || jni.failed()) {
         return nothing;
     }
     _SVL_REC_T record = {};
     record.t_header.ui4_nw_mask = 1;
     RecordObject object(jni, jni.class_of(channel), channel, kChannelContainsKey);
     _set_header_info(object, record.t_header);
+    if (jni.failed()) {
+        return nothing;
+    }
     TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d] ", __func__, __LINE__);
     number_new(object, record.t_header);
     set_specific_info(object, record);

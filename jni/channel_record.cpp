@@ -53,11 +53,11 @@ constexpr Row satellite_record_id(const char* key, const char* field, Place list
 
 // Up to three codes; fewer zero the rest, more store nothing.
 void store_region_codes(const Row& row, RecordObject& object, std::byte* dvb) {
-    const std::optional<jobject> field = object.object_field(row.field, "[I");
-    if (!field || *field == nullptr) {
+    const tavro::LocalRef field(object.jni(), object.object_field(row.field, "[I").value_or(nullptr));
+    if (field.get() == nullptr) {
         return;
     }
-    auto* array = static_cast<jintArray>(*field);
+    auto* array = static_cast<jintArray>(field.get());
     const jsize length = object.jni().env()->GetArrayLength(array);
     if (length > static_cast<jsize>(row.to.width / sizeof(std::uint16_t))) {
         return;

@@ -11,10 +11,10 @@ public:
     enum class LookUp { kGetFirst, kSizeFirst };
 
     JavaList(Jni& jni, jobject list, LookUp order = LookUp::kGetFirst) : jni_(jni), list_(list) {
-        jclass cls = jni.class_of(list);
-        jmethodID size = order == LookUp::kSizeFirst ? jni.method(cls, "size", "()I") : nullptr;
-        get_ = jni.method(cls, "get", "(I)Ljava/lang/Object;");
-        size_ = jni.call_int(list, order == LookUp::kSizeFirst ? size : jni.method(cls, "size", "()I"));
+        const LocalRef cls(jni, jni.class_of(list));
+        jmethodID size = order == LookUp::kSizeFirst ? jni.method(cls.get(), "size", "()I") : nullptr;
+        get_ = jni.method(cls.get(), "get", "(I)Ljava/lang/Object;");
+        size_ = jni.call_int(list, order == LookUp::kSizeFirst ? size : jni.method(cls.get(), "size", "()I"));
     }
 
     jint size() const { return size_; }

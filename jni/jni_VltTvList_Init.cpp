@@ -177,7 +177,7 @@ jint JNI_OnLoad(JavaVM* vm, void* /*reserved*/) {
     const bool attached = vm->GetEnv(&env, kJniVersion) == JNI_OK;
     // One answer of the gate for both branches. The second line is written before registration, and so
     // also when that fails.
-    const bool loggable = __velotra_log_is_loggable(kErrorLevel, kLogLevelProperty) != 0;
+    const bool loggable = tavro::is_loggable(kErrorLevel);
     if (!attached) {
         if (loggable) {
             __android_log_print(kErrorPriority, kLoadTag, "ERROR: GetEnv failed\n");

@@ -20,8 +20,14 @@ jfieldID Jni::field(jclass cls, const char* name, const char* descriptor) {
 jstring Jni::new_string(const char* text) { return failed_ ? nullptr : checked(env_->NewStringUTF(text)); }
 
 std::string Jni::text(jstring text) {
-    const UtfChars chars(*this, text);
-    std::string copy = chars.c_str();
+    if (failed_) {
+        return {};
+    }
+    return UtfChars(*this, text).text();
+}
+
+std::string UtfChars::text() const {
+    std::string copy = c_str();
     if (copy.empty()) {
         TAVRO_LOG_ERROR(kNoTag, "Invalid String.\n");
     }

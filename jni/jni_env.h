@@ -25,7 +25,8 @@ public:
     // Whether a call has failed; mostly with a Java exception pending.
     bool failed() const { return failed_; }
 
-    // References that these return are local and stay until the native call returns.
+    // References that these return are local; see LocalRef for those that must not wait for the native call's
+    // end.
     jclass find_class(const char* path);
     jclass class_of(jobject object); // null for a null object
     jmethodID method(jclass cls, const char* name, const char* signature);
@@ -70,7 +71,7 @@ public:
     }
 
     // The text of a string as modified UTF-8, with an error line when it is empty. Empty when there is no
-    // string or the platform returns no characters.
+    // string or the platform returns no characters; without a line when a call had failed before.
     std::string text(jstring text);
 
     // The modified UTF-8 characters of a string, deliberately never released unless a UtfChars does it. Null
@@ -101,6 +102,25 @@ private:
     bool failed_ = false;
 };
 
+// A local reference, given back at the end of the scope. Whatever a native takes for one element of a list
+// or one record of a walk is held by one of these, so that the number of live references does not grow with
+// the list: a virtual machine's table of them may have 512 places. The few that stay on purpose are listed in
+// docs/architecture.md, "What is never given back".
+template <class Reference>
+class LocalRef {
+public:
+    LocalRef(Jni& jni, Reference reference) : jni_(jni), reference_(reference) {}
+    ~LocalRef() { jni_.delete_local(reference_); }
+    LocalRef(const LocalRef&) = delete;
+    LocalRef& operator=(const LocalRef&) = delete;
+
+    Reference get() const { return reference_; }
+
+private:
+    Jni& jni_;
+    Reference reference_;
+};
+
 // The modified UTF-8 characters of a string, released at the end of the scope. Empty when there is no
 // string or the platform returns none.
 class UtfChars {
@@ -115,6 +135,9 @@ public:
     UtfChars& operator=(const UtfChars&) = delete;
 
     const char* c_str() const { return chars_ == nullptr ? "" : chars_; }
+
+    // A copy, with an error line when it is empty.
+    std::string text() const;
 
 private:
     JNIEnv* env_;

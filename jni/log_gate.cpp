@@ -2,9 +2,9 @@
 
 #include <cutils/properties.h>
 
+#include <cstdlib>
 #include <cstring>
 #include <limits>
-#include <memory>
 
 namespace {
 
@@ -30,20 +30,30 @@ constexpr int threshold(char first) {
     }
 }
 
-} // namespace
-
-unsigned int __velotra_log_is_loggable(int level, const char* property) {
+// `length` is that of the property's name. Inlined into both entries, so that the one with the library's own
+// property knows it.
+inline bool passes(int level, const char* property, std::size_t length) {
     char value[PROPERTY_VALUE_MAX] = {};
     property_get(property, value, "");
     if (value[0] == '\0') {
-        const std::size_t prefix_length = sizeof(kFallbackPrefix) - 1;
-        const std::size_t length = std::strlen(property);
-        const auto fallback = std::make_unique<char[]>(prefix_length + length + 1);
-        std::memcpy(fallback.get(), kFallbackPrefix, prefix_length);
-        std::memcpy(fallback.get() + prefix_length, property, length);
-        property_get(fallback.get(), value, "");
+        constexpr std::size_t kPrefixLength = sizeof(kFallbackPrefix) - 1;
+        auto* const fallback = static_cast<char*>(std::malloc(kPrefixLength + length + 1));
+        if (fallback != nullptr) {
+            std::memcpy(fallback, kFallbackPrefix, kPrefixLength);
+            std::memcpy(fallback + kPrefixLength, property, length + 1);
+            property_get(fallback, value, "");
+            std::free(fallback);
+        }
     }
     // An empty value has the terminator as its first character, which no threshold knows. The signed
     // comparison lets the highest level through whatever the property says.
-    return threshold(value[0]) <= level ? 1 : 0;
+    return threshold(value[0]) <= level;
 }
+
+} // namespace
+
+unsigned int __velotra_log_is_loggable(int level, const char* property) {
+    return passes(level, property, std::strlen(property)) ? 1 : 0;
+}
+
+bool tavro::is_loggable(int level) { return passes(level, kLogLevelProperty, sizeof(kLogLevelProperty) - 1); }

@@ -11,6 +11,13 @@ inline constexpr char kLogLevelProperty[] = "vendor.vlt.broadcast.log.level";
 // every call, so that the verbosity of a running TV can be changed.
 unsigned int __velotra_log_is_loggable(int level, const char* property);
 
+namespace tavro {
+
+// The same for kLogLevelProperty, which every line of the library asks for.
+bool is_loggable(int level);
+
+} // namespace tavro
+
 // A gate level and the priority that goes with it.
 inline constexpr int kErrorLevel = 5;
 inline constexpr int kErrorPriority = 6;
@@ -30,7 +37,7 @@ inline constexpr const char* kNoTag = nullptr;
 // be a literal that the compiler checks.
 #define TAVRO_LOG_LINE(level, priority, tag, ...)                                                                      \
     do {                                                                                                               \
-        if (__velotra_log_is_loggable(level, kLogLevelProperty) != 0) {                                                \
+        if (tavro::is_loggable(level)) {                                                                               \
             __android_log_print(priority, tag, __VA_ARGS__);                                                           \
         }                                                                                                              \
     } while (false)

@@ -61,14 +61,20 @@ constexpr bool fits(Result (*)(JNIEnv*, jobject, Arguments...), const char* text
     return at != nullptr && *at == '\0';
 }
 
+// The type of a row's function pointer. There is none when the signature does not fit the function.
+template <bool SignatureFits>
+struct NativeFunction {
+    static_assert(SignatureFits, "the JNI signature does not fit the function of this row");
+    using Pointer = void*;
+};
+
 } // namespace tavro
 
-// One row: Java method name, JNI signature, function. jni.h declares the texts as char* on some
-// platforms and const char* on others, and never writes to them.
+// One row: Java method name, JNI signature, function. The check is a template argument, which no code is
+// made for, so that compilers put tables of rows among the constant data. jni.h declares the texts as char*
+// on some platforms and const char* on others, and never writes to them.
 #define TAVRO_NATIVE(NAME, SIGNATURE, FUNCTION)                                                                        \
     JNINativeMethod {                                                                                                  \
-        const_cast<char*>(NAME), const_cast<char*>(SIGNATURE), [] {                                                    \
-            static_assert(tavro::fits(FUNCTION, SIGNATURE), #FUNCTION " is not a " SIGNATURE);                         \
-            return reinterpret_cast<void*>(FUNCTION);                                                                  \
-        }()                                                                                                            \
+        const_cast<char*>(NAME), const_cast<char*>(SIGNATURE),                                                         \
+            reinterpret_cast<tavro::NativeFunction<tavro::fits(FUNCTION, SIGNATURE)>::Pointer>(FUNCTION)               \
     }

@@ -12,6 +12,7 @@
 using tavro::JavaList;
 using tavro::Jni;
 using tavro::Key;
+using tavro::LocalRef;
 using tavro::RecordObject;
 
 namespace {
@@ -24,17 +25,23 @@ struct Lines : tavro::EntryLines {
     static constexpr int kRemoveByRecordId = 3248;
 };
 
-// Takes the record id of the identifier that an object carries; its list does not count. Without one the
-// record id stays. Returns false when it cannot be parsed.
-bool take_record_id(RecordObject& object, int& record_id) {
-    Key key(object, kNetworkIdKey);
-    jstring identifier = key.present() ? object.string_field(kNetworkIdKey).value_or(nullptr) : nullptr;
+// Takes the record id of the identifier that an object carries under `key`; its list does not count. Without
+// one the record id stays. Returns false when it cannot be parsed.
+bool take_record_id(RecordObject& object, const Key& key, int& record_id) {
+    const std::optional<jstring> field = key.present() ? object.string_field(kNetworkIdKey) : std::nullopt;
+    const LocalRef identifier(object.jni(), field.value_or(nullptr));
     int list_id = 0;
-    if (identifier != nullptr && !tavro::parse_identifier(object.jni(), identifier, list_id, record_id)) {
-        key.keep_reference(); // deliberately
-        return false;
+    return identifier.get() == nullptr || tavro::parse_identifier(object.jni(), identifier.get(), list_id, record_id);
+}
+
+// The same for an update, which leaves the key's reference when the identifier cannot be parsed, deliberately.
+bool take_record_id_for_update(RecordObject& object, int& record_id) {
+    Key key(object, kNetworkIdKey);
+    if (take_record_id(object, key, record_id)) {
+        return true;
     }
-    return true;
+    key.keep_reference();
+    return false;
 }
 
 } // namespace
@@ -53,7 +60,8 @@ jint com_velotra_tv_tavro_networklist_updateInfo(JNIEnv* env, jobject, jint mwdb
     object.look_up_contains_key();
     int record_id = 0;
     _NWL_REC_T record = {};
-    if (!take_record_id(object, record_id) || nwList->getInfo(mwdbId, record_id, &record) != kDone) {
+    if (!take_record_id_for_update(object, record_id) || jni.failed() ||
+        nwList->getInfo(mwdbId, record_id, &record) != kDone) {
         return kFailed;
     }
     set_network_info(object, record);
@@ -81,14 +89,19 @@ jint com_velotra_tv_tavro_networklist_updateInfoList(JNIEnv* env, jobject, jint 
     WriteLock lock(*nwList, mwdbId);
     int saved = kFailed; // of the latest record read
     for (jint i = 0; i < list.size(); ++i) {
-        jobject network = list.get(i);
-        if (network == nullptr) {
+        const LocalRef network(jni, list.get(i));
+        if (network.get() == nullptr) {
             return kFailed;
         }
-        RecordObject object(jni, jni.class_of(network), network, kNetworkContainsKey);
+        const LocalRef cls(jni, jni.class_of(network.get()));
+        RecordObject object(jni, cls.get(), network.get(), kNetworkContainsKey);
         object.look_up_contains_key();
         int record_id = 0;
-        if (!take_record_id(object, record_id)) {
+        const bool named = take_record_id_for_update(object, record_id);
+        if (jni.failed()) {
+            return kFailed;
+        }
+        if (!named) {
             // Deliberate: the list is half applied, and its lock is kept from everybody else.
             lock.leave_locked();
             return saved;
@@ -111,7 +124,7 @@ jstring com_velotra_tv_tavro_networklist_add_Info(JNIEnv* env, jobject, jint mwd
     TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d] ", __func__, 3109);
     Jni jni(env);
     jstring nothing = jni.new_string("");
-    if (network == nullptr) {
+    if (network == nullptr || jni.failed()) {
         return nothing;
     }
     _NWL_REC_T record = {};
@@ -119,7 +132,7 @@ jstring com_velotra_tv_tavro_networklist_add_Info(JNIEnv* env, jobject, jint mwd
     object.look_up_contains_key();
     set_network_info(object, record);
     int record_id = 0;
-    if (take_record_id(object, record_id)) {
+    if (take_record_id(object, Key(object, kNetworkIdKey), record_id)) {
         record.ui2_nwl_rec_id = low16(record_id);
     }
     if (jni.failed()) {

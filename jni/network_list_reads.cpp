@@ -15,6 +15,7 @@
 using tavro::JavaClass;
 using tavro::JavaList;
 using tavro::Jni;
+using tavro::LocalRef;
 using tavro::UtfChars;
 
 namespace {
@@ -112,9 +113,13 @@ jobject com_velotra_tv_tavro_networklist_getInfo(JNIEnv* env, jobject, jstring i
         return finish(jni, result);
     }
     JavaList list(jni, keys, JavaList::LookUp::kSizeFirst);
+    if (jni.failed()) {
+        return nullptr;
+    }
     TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "Key List size = %d\n", list.size());
     for (jint i = 0; i < list.size(); ++i) {
-        const UtfChars key(jni, static_cast<jstring>(list.get(i)));
+        const LocalRef name(jni, static_cast<jstring>(list.get(i)));
+        const UtfChars key(jni, name.get());
         put_value(jni, result, key.c_str(), record);
     }
     return finish(jni, result);
@@ -141,9 +146,10 @@ jobject com_velotra_tv_tavro_networklist_getInfoList(JNIEnv* env, jobject, jint 
             return nullptr;
         }
         TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "%s  pt_nwl_rec.ui2_nwl_rec_id:%d ", __func__, record.ui2_nwl_rec_id);
-        jstring identifier = tavro::combine_identifier(jni, mwdbId, record.ui2_nwl_rec_id);
-        jobject info_object = jni.new_object(info.cls, info.constructor);
-        const Result result = make_result(jni, info, info_object, base, identifier);
+        const LocalRef identifier(jni, tavro::combine_identifier(jni, mwdbId, record.ui2_nwl_rec_id));
+        const LocalRef info_object(jni, jni.new_object(info.cls, info.constructor));
+        const Result result = make_result(jni, info, info_object.get(), base, identifier.get());
+        const LocalRef carrier(jni, result.carrier);
         if (jni.failed()) {
             return nullptr;
         }
@@ -151,9 +157,16 @@ jobject com_velotra_tv_tavro_networklist_getInfoList(JNIEnv* env, jobject, jint 
             put_values(jni, result, record);
         } else {
             JavaList list(jni, keys, JavaList::LookUp::kSizeFirst);
+            if (jni.failed()) {
+                return nullptr;
+            }
             TAVRO_LOG_DEBUG(kNoTag, "[jni_VltTvList_Init]getInfoList, Key List size = %d\n", list.size());
             for (jint i = 0; i < list.size(); ++i) {
-                const UtfChars key(jni, static_cast<jstring>(list.get(i)));
+                const LocalRef name(jni, static_cast<jstring>(list.get(i)));
+                const UtfChars key(jni, name.get());
+                if (jni.failed()) {
+                    return nullptr;
+                }
                 TAVRO_LOG_DEBUG(kNoTag, "[jni_VltTvList_Init]getInfoList, keyName = %s \n", key.c_str());
                 put_value(jni, result, key.c_str(), record);
             }

@@ -24,6 +24,9 @@ std::optional<jint> flag_value(const Getter& getter, const std::byte* structure)
 }
 
 void hand_over(const Getter& getter, Jni& jni, jclass cls, jobject object, const std::byte* structure) {
+    if (jni.failed()) {
+        return;
+    }
     if (getter.value != nullptr) {
         const std::optional<jint> value = getter.value(getter, structure);
         if (value) {
@@ -33,9 +36,10 @@ void hand_over(const Getter& getter, Jni& jni, jclass cls, jobject object, const
     }
     const auto* chars = reinterpret_cast<const char*>(structure + getter.from.offset);
     jmethodID setter = jni.method(cls, getter.setter, "(Ljava/lang/String;)V");
-    jstring text = jni.new_string(std::string(chars, strnlen(chars, getter.from.width)).c_str());
-    jni.call_void(object, setter, text);
-    jni.delete_local(text);
+    const std::size_t length = strnlen(chars, getter.from.width);
+    const bool terminated = length < getter.from.width;
+    const LocalRef text(jni, jni.new_string(terminated ? chars : std::string(chars, length).c_str()));
+    jni.call_void(object, setter, text.get());
 }
 
 const Getter* find_getter(const Getter* first, const Getter* last, const char* key) {

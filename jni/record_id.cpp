@@ -1,35 +1,43 @@
 #include "jni/record_id.h"
 
+#include "channellist/identifier.h"
 #include "jni/log_gate.h"
 
 #include <algorithm>
 
-bool AllisNum(std::string text) {
+bool AllisNum(std::string_view text) {
     return std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
-bool trimId(std::string identifier, int& list_id, int& record_id) {
+bool trimId(std::string_view identifier, int& list_id, int& record_id) {
+    if (take_apart(identifier, list_id, record_id)) {
+        return true;
+    }
     if (identifier.empty()) {
         TAVRO_LOG_ERROR(kNoTag, "Invalid param.\n");
         return false;
     }
     const std::size_t comma = identifier.find(',');
-    if (comma == std::string::npos) {
+    if (comma == std::string_view::npos) {
         TAVRO_LOG_ERROR(kNoTag, "Unknown data s_Id.\n");
         return false;
     }
-    const std::string list = identifier.substr(0, comma);
-    const std::string record = identifier.substr(comma + 1, identifier.find(',', comma + 1) - comma - 1);
+    const std::string_view list = identifier.substr(0, comma);
+    const std::string_view behind = identifier.substr(comma + 1);
+    const std::string_view record = behind.substr(0, behind.find(','));
     if (!AllisNum(list) || !AllisNum(record)) {
         return false;
     }
-    list_id = std::stoi(list);
-    record_id = std::stoi(record);
+    list_id = decimal(list);
+    record_id = decimal(record);
     return true;
 }
 
 std::string combineStrMId(int list_id, int record_id) {
-    return std::to_string(list_id) + "," + std::to_string(record_id);
+    std::string identifier = std::to_string(list_id);
+    identifier += ',';
+    identifier += std::to_string(record_id);
+    return identifier;
 }
 
 jstring combineMId(JNIEnv* env, int list_id, int record_id) {
@@ -40,7 +48,19 @@ jstring combineMId(JNIEnv* env, int list_id, int record_id) {
 namespace tavro {
 
 bool parse_identifier(Jni& jni, jstring identifier, int& list_id, int& record_id) {
-    return trimId(jni.text(identifier), list_id, record_id);
+    if (jni.failed()) {
+        return false;
+    }
+    std::string text;
+    {
+        // Nothing is written of an identifier that can be parsed, so that only others are copied.
+        const UtfChars chars(jni, identifier);
+        if (take_apart(chars.c_str(), list_id, record_id)) {
+            return true;
+        }
+        text = chars.text();
+    }
+    return !jni.failed() && trimId(text, list_id, record_id);
 }
 
 jstring combine_identifier(Jni& jni, int list_id, int record_id) {

@@ -6,14 +6,15 @@
 #include <jni.h>
 
 #include <string>
+#include <string_view>
 
 // Whether every character is a decimal digit; so is every character of an empty string.
-bool AllisNum(std::string text);
+bool AllisNum(std::string_view text);
 
 // Takes a record identifier apart; what follows a second comma is ignored. Returns false, with the out
 // values as they were, when it has no comma or a field has anything but digits. A field that is empty
 // or beyond an int raises std::stoi's exception, which no caller catches.
-bool trimId(std::string identifier, int& list_id, int& record_id);
+bool trimId(std::string_view identifier, int& list_id, int& record_id);
 
 // The record identifier of two ids.
 std::string combineStrMId(int list_id, int record_id);
@@ -24,7 +25,8 @@ jstring combineMId(JNIEnv* env, int list_id, int record_id);
 
 namespace tavro {
 
-// Reads a record identifier that came as a Java string; a null one counts as empty text.
+// Reads a record identifier that came as a Java string; a null one counts as empty text. Returns false, with
+// the out values as they were, when it cannot be parsed or a JNI call has failed.
 bool parse_identifier(Jni& jni, jstring identifier, int& list_id, int& record_id);
 
 // combineMId within a native call.

@@ -37,6 +37,13 @@ void put(std::byte* structure, const Variant& variant, jint value) {
     }
 }
 
+void put_text(std::byte* structure, Place to, const char* text) {
+    std::byte* at = structure + to.offset;
+    const std::size_t length = strnlen(text, to.width - 1U);
+    std::memcpy(at, text, length);
+    std::memset(at + length, 0, to.width - length);
+}
+
 namespace {
 
 void trace(const Row& row, const std::byte* structure, jint value) {
@@ -80,24 +87,20 @@ void store_flag_if_positive(const Row& row, RecordObject& object, std::byte* str
 }
 
 void store_text(const Row& row, RecordObject& object, std::byte* structure) {
-    const std::optional<jstring> value = object.string_field(row.field);
-    const char* chars = object.jni().keep_utf_chars(value.value_or(nullptr));
-    if (chars == nullptr) {
-        return;
+    const LocalRef value(object.jni(), object.string_field(row.field).value_or(nullptr));
+    const char* chars = object.jni().keep_utf_chars(value.get());
+    if (chars != nullptr) {
+        put_text(structure, row.to, chars);
+        trace(row, structure, 0);
     }
-    std::byte* at = structure + row.to.offset;
-    const std::size_t length = strnlen(chars, row.to.width - 1U);
-    std::memcpy(at, chars, length);
-    std::memset(at + length, 0, row.to.width - length);
-    trace(row, structure, 0);
 }
 
 void store_short_text(const Row& row, RecordObject& object, std::byte* structure) {
-    const std::optional<jstring> value = object.string_field(row.field);
-    if (!value) {
+    const LocalRef value(object.jni(), object.string_field(row.field).value_or(nullptr));
+    const char* chars = object.jni().keep_utf_chars(value.get());
+    if (object.jni().failed()) {
         return;
     }
-    const char* chars = object.jni().keep_utf_chars(*value);
     const std::size_t length = chars == nullptr ? row.to.width : std::strlen(chars);
     if (length < row.to.width) {
         std::memcpy(structure + row.to.offset, chars, length + 1);
@@ -106,10 +109,10 @@ void store_short_text(const Row& row, RecordObject& object, std::byte* structure
 }
 
 void store_record_id(const Row& row, RecordObject& object, std::byte* structure) {
-    const std::optional<jstring> value = object.string_field(row.field);
+    const LocalRef value(object.jni(), object.string_field(row.field).value_or(nullptr));
     int list_id = 0;
     int record_id = 0;
-    if (value && parse_identifier(object.jni(), *value, list_id, record_id)) {
+    if (parse_identifier(object.jni(), value.get(), list_id, record_id)) {
         put(structure, row.to, static_cast<std::uint32_t>(list_id));
         put(structure, row.to_record, static_cast<std::uint32_t>(record_id));
     }

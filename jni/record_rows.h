@@ -109,6 +109,9 @@ constexpr Row special(const char* key, const char* field, Row::Store store, Plac
     return {key, field, store, to};
 }
 
+// Copies text up to the place's last byte, fills it up with NULs; the last byte is always NUL.
+void put_text(std::byte* structure, Place to, const char* text);
+
 // Writes the low bytes of a value, as many as the place is wide (1, 2 or 4).
 void put(std::byte* structure, Place to, std::uint32_t value);
 

@@ -14,6 +14,7 @@
 using tavro::JavaList;
 using tavro::Jni;
 using tavro::Key;
+using tavro::LocalRef;
 using tavro::RecordObject;
 
 namespace {
@@ -55,8 +56,10 @@ struct RecordName {
 // Returns false when the object's identifier cannot be parsed.
 bool record_name_of(RecordObject& object, RecordName& name) {
     const Key key(object, kSatelliteIdKey);
-    jstring identifier = key.present() ? object.string_field(kSatelliteIdKey).value_or(nullptr) : nullptr;
-    return identifier == nullptr || tavro::parse_identifier(object.jni(), identifier, name.list_id, name.record_id);
+    const std::optional<jstring> field = key.present() ? object.string_field(kSatelliteIdKey) : std::nullopt;
+    const LocalRef identifier(object.jni(), field.value_or(nullptr));
+    return identifier.get() == nullptr ||
+           tavro::parse_identifier(object.jni(), identifier.get(), name.list_id, name.record_id);
 }
 
 constexpr int kUpdateIdentifierLine = 4714;
@@ -67,14 +70,16 @@ enum class Applied { kStored, kFailed, kBadIdentifier };
 // Overlays the record that a satellite names with its values, on behalf of the native `name`.
 // `identifier_line` is the number of the line that tells the identifier.
 Applied apply(Jni& jni, jclass base_class, jobject satellite, const char* name, int identifier_line) {
-    RecordObject object(jni, jni.class_of(satellite), base_class, satellite, kSatelliteContainsKey);
+    const LocalRef cls(jni, jni.class_of(satellite));
+    RecordObject object(jni, cls.get(), base_class, satellite, kSatelliteContainsKey);
     object.look_up_contains_key();
     RecordName record_name;
-    if (!record_name_of(object, record_name)) {
-        return Applied::kBadIdentifier;
-    }
+    const bool parsed = record_name_of(object, record_name);
     if (jni.failed()) {
         return Applied::kFailed;
+    }
+    if (!parsed) {
+        return Applied::kBadIdentifier;
     }
     const std::string identifier = combineStrMId(record_name.list_id, record_name.record_id);
     TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d], sRecID: %s ", name, identifier_line, identifier.c_str());
@@ -131,11 +136,11 @@ jint com_velotra_tv_tavro_satellitelist_updateInfoList(JNIEnv* env, jobject, job
     }
     jclass base_class = jni.find_class(kSatelliteInfoBase);
     for (jint i = 0; i < list.size(); ++i) {
-        jobject satellite = list.get(i);
-        if (satellite == nullptr) {
+        const LocalRef satellite(jni, list.get(i));
+        if (satellite.get() == nullptr) {
             return kFailed;
         }
-        switch (apply(jni, base_class, satellite, __func__, kUpdateListIdentifierLine)) {
+        switch (apply(jni, base_class, satellite.get(), __func__, kUpdateListIdentifierLine)) {
         case Applied::kStored:
             break;
         case Applied::kFailed:
@@ -152,7 +157,7 @@ jstring com_velotra_tv_tavro_satellitelist_add_Info(JNIEnv* env, jobject, jint m
     tavro::trace_entry(__func__, Lines::kAdd);
     Jni jni(env);
     jstring nothing = jni.new_string("");
-    if (satellite == nullptr) {
+    if (satellite == nullptr || jni.failed()) {
         return nothing;
     }
     _SATL_REC_T record = new_record();
@@ -173,6 +178,9 @@ jstring com_velotra_tv_tavro_satellitelist_add_Info_by_recId(JNIEnv* env, jobjec
     tavro::trace_entry(__func__, Lines::kAddByRecordId);
     Jni jni(env);
     jstring nothing = jni.new_string("");
+    if (jni.failed()) {
+        return nothing;
+    }
     _SATL_REC_T record = new_record();
     if (satList->getInfo(jni.text(identifier), &record) != kDone) {
         return nothing;

@@ -15,6 +15,7 @@
 using tavro::JavaClass;
 using tavro::JavaList;
 using tavro::Jni;
+using tavro::LocalRef;
 
 namespace {
 
@@ -45,10 +46,9 @@ public:
 
     // Makes the result object for the record of that identifier and gives the carrier the identifier.
     jobject begin_result(int list_id, int record_id) {
-        jstring identifier = tavro::combine_identifier(jni_, list_id, record_id);
+        const LocalRef identifier(jni_, tavro::combine_identifier(jni_, list_id, record_id));
         jobject result = jni_.new_object(classes_.info.cls, classes_.info.constructor);
-        jni_.call_void(object_, jni_.method(classes_.base.cls, "setRecId", "(Ljava/lang/String;)V"), identifier);
-        jni_.delete_local(identifier);
+        jni_.call_void(object_, jni_.method(classes_.base.cls, "setRecId", "(Ljava/lang/String;)V"), identifier.get());
         return result;
     }
 
@@ -59,7 +59,8 @@ public:
 
     void put(JavaList& keys, const _SATL_REC_T& record) {
         for (jint i = 0; i < keys.size(); ++i) {
-            const char* key = jni_.keep_utf_chars(static_cast<jstring>(keys.get(i)));
+            const LocalRef name(jni_, static_cast<jstring>(keys.get(i)));
+            const char* key = jni_.keep_utf_chars(name.get());
             if (key != nullptr) {
                 get_main_data(jni_, classes_.base.cls, object_, key, record);
                 get_diseqc_data(jni_, classes_.base.cls, object_, key, record.t_diseqc_info);
@@ -112,6 +113,9 @@ jobject com_velotra_tv_tavro_satellitelist_getInfo(JNIEnv* env, jobject, jstring
         carrier.put_all(record);
     } else {
         JavaList list(jni, keys);
+        if (jni.failed()) {
+            return nullptr;
+        }
         TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "Key List size = %d\n", list.size());
         carrier.put(list, record);
     }
@@ -140,15 +144,18 @@ jobject com_velotra_tv_tavro_satellitelist_getInfoList(JNIEnv* env, jobject, jin
             return nullptr;
         }
         TAVRO_LOG_DEBUG(kNoTag, "[%s]:List pt_satl_rec.ui4_mask = %d \n", __func__, static_cast<int>(record.ui4_mask));
-        jobject result = carrier.begin_result(mwdbId, record.ui2_satl_rec_id);
+        const LocalRef result(jni, carrier.begin_result(mwdbId, record.ui2_satl_rec_id));
         if (keys == nullptr) {
             carrier.put_all(record);
         } else {
             JavaList list(jni, keys);
+            if (jni.failed()) {
+                return nullptr;
+            }
             TAVRO_LOG_DEBUG(kNoTag, "[jni_VltTvList_Init]getInfoList, Key List size = %d\n", list.size());
             carrier.put(list, record);
         }
-        jobject filled = carrier.finish(result);
+        jobject filled = carrier.finish(result.get());
         if (filled == nullptr) {
             return nullptr;
         }

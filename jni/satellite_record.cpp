@@ -57,13 +57,22 @@ constexpr Row mask_bit(const char* key, const char* field, std::uint32_t bit) {
 }
 constexpr Row mask_bit(const char* key, std::uint32_t bit) { return mask_bit(key, key, bit); }
 
-// A name that is null leaves the record's; the line is written all the same.
+// The name with the terminator's own byte behind it.
+constexpr Place kNameAndEnd = {offsetof(_SATL_REC_T, ac_sat_name), sizeof(_SATL_REC_T::ac_sat_name) + 1};
+static_assert(offsetof(_SATL_REC_T, c_sat_name_end) == kNameAndEnd.offset + kNameAndEnd.width - 1);
+
+// A name that is null leaves the record's; the line is written all the same. Neither the string's reference
+// nor its characters are given back, deliberately.
 void store_name(const Row& row, RecordObject& object, std::byte* structure) {
-    store_text(row, object, structure);
-    if (!object.jni().failed()) {
-        TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "ac_sat_name = %.*s \n",
-                        TAVRO_BOUNDED(satellite(structure).ac_sat_name));
+    const std::optional<jstring> name = object.string_field(row.field);
+    const char* chars = object.jni().keep_utf_chars(name.value_or(nullptr));
+    if (object.jni().failed()) {
+        return;
     }
+    if (chars != nullptr) {
+        tavro::put_text(structure, row.to, chars);
+    }
+    TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "ac_sat_name = %.*s \n", TAVRO_BOUNDED(satellite(structure).ac_sat_name));
 }
 
 void store_antenna_type(const Row& row, RecordObject& object, std::byte* structure) {
@@ -92,7 +101,7 @@ constexpr Row kMainRows[] = {
     mask_bit("MaskLnbSingcabJess", tavro::kLnbSingleCableJess),
     mask_bit("LnbSignalDetected", "lnbSignalDetected", tavro::kLnbSignalDetected),
     tavro::integer("OrbitPosition", "OrbitPosition", SATL(i2_orb_pos), trace_orbit),
-    special("Name", "Name", store_name, SATL(ac_sat_name)),
+    special("Name", "Name", store_name, kNameAndEnd),
     special("AntennaType", "AntennaType", store_antenna_type),
 };
 

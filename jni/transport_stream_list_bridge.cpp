@@ -12,6 +12,7 @@
 using tavro::JavaList;
 using tavro::Jni;
 using tavro::Key;
+using tavro::LocalRef;
 using tavro::RecordObject;
 
 namespace {
@@ -55,10 +56,10 @@ jbyteArray list_records(JNIEnv* env, const char* name, int mwdbId, Count count, 
     return array;
 }
 
-// Overlays a stored record with the values of a Java object. Returns false when it cannot be read or the
-// object lacks something.
+// Overlays a stored record with the values of a Java object. Returns false when it cannot be read or a JNI
+// call has failed.
 bool overlay(Jni& jni, int mwdbId, int record_id, jobject stream, _TSL_REC_T& record) {
-    if (tsList->getInfo(mwdbId, record_id, &record) != kDone) {
+    if (jni.failed() || tsList->getInfo(mwdbId, record_id, &record) != kDone) {
         return false;
     }
     _set_ts_info(jni, stream, record);
@@ -133,11 +134,16 @@ jint com_velotra_tv_tavro_transportstreamlist_updateInfo_by_recId(JNIEnv* env, j
     TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "%s", __func__);
     Jni jni(env);
     const char* chars = jni.keep_utf_chars(identifier);
+    if (jni.failed()) {
+        return kFailed;
+    }
     TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "%s recId=%s", __func__, chars == nullptr ? "" : chars);
     int list_id = 0;
     int record_id = 0;
     if (!tavro::parse_identifier(jni, identifier, list_id, record_id)) {
-        TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "%s tmpRecId=%d ", __func__, record_id);
+        if (!jni.failed()) {
+            TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "%s tmpRecId=%d ", __func__, record_id);
+        }
         return kFailed;
     }
     _TSL_REC_T record = {};
@@ -159,25 +165,29 @@ jint com_velotra_tv_tavro_transportstreamlist_updateInfoList(JNIEnv* env, jobjec
     jclass stream_class = jni.find_class(kTransportStreamInfo);
     jmethodID contains_key = jni.method(stream_class, "isContainsKey", kTransportStreamContainsKey);
     for (jint i = 0; i < list.size(); ++i) {
-        jobject stream = list.get(i);
-        if (stream == nullptr) {
+        const LocalRef stream(jni, list.get(i));
+        if (stream.get() == nullptr) {
             return kFailed;
         }
-        RecordObject object(jni, stream_class, stream, contains_key);
+        RecordObject object(jni, stream_class, stream.get(), contains_key);
         int record_id = 0;
         {
             Key key(object, kIdKey);
             if (key.present()) {
-                const std::optional<jstring> identifier = object.string_field(kIdField);
+                const std::optional<jstring> field = object.string_field(kIdField);
+                const LocalRef identifier(jni, field.value_or(nullptr));
                 int list_id = 0;
-                if (identifier && !tavro::parse_identifier(jni, *identifier, list_id, record_id)) {
+                if (field && !tavro::parse_identifier(jni, identifier.get(), list_id, record_id)) {
                     key.keep_reference(); // deliberately
+                    if (jni.failed()) {
+                        return kFailed;
+                    }
                     continue;
                 }
             }
         }
         _TSL_REC_T record = {};
-        if (!overlay(jni, mwdbId, record_id, stream, record) || tsList->updateInfo(mwdbId, &record) != kDone) {
+        if (!overlay(jni, mwdbId, record_id, stream.get(), record) || tsList->updateInfo(mwdbId, &record) != kDone) {
             return kFailed;
         }
     }
@@ -188,7 +198,7 @@ jstring com_velotra_tv_tavro_transportstreamlist_add_Info(JNIEnv* env, jobject, 
     TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d] ", __func__, 2811);
     Jni jni(env);
     jstring nothing = jni.new_string("");
-    if (stream == nullptr) {
+    if (stream == nullptr || jni.failed()) {
         return nothing;
     }
     _TSL_REC_T record = {};

@@ -10,6 +10,7 @@ using tavro::code;
 using tavro::flag;
 using tavro::flag_if_positive;
 using tavro::integer;
+using tavro::LocalRef;
 using tavro::Place;
 using tavro::record_id;
 using tavro::RecordObject;
@@ -153,25 +154,25 @@ constexpr char kAlternatesDescriptor[] = "[Lcom/velotra/tv/tavro/services/channe
 // Up to five alternate frequencies; fewer zero the rest, more store nothing.
 void store_alternate_frequencies(const Row& row, RecordObject& object, std::byte* structure) {
     _TSL_ALT_FREQ_T(&alternates)[5] = record_of(structure).at_alt_freq;
-    const std::optional<jobject> field = object.object_field(row.field, kAlternatesDescriptor);
-    if (!field || *field == nullptr) {
+    tavro::Jni& jni = object.jni();
+    const LocalRef field(jni, object.object_field(row.field, kAlternatesDescriptor).value_or(nullptr));
+    if (field.get() == nullptr) {
         return;
     }
-    tavro::Jni& jni = object.jni();
-    auto* array = static_cast<jobjectArray>(*field);
+    auto* array = static_cast<jobjectArray>(field.get());
     const jsize length = jni.env()->GetArrayLength(array);
     if (length > static_cast<jsize>(std::size(alternates))) {
         return;
     }
     std::memset(alternates, 0, sizeof(alternates));
     for (jsize i = 0; i < length; ++i) {
-        jobject element = jni.element(array, i);
-        if (element == nullptr) {
+        const LocalRef element(jni, jni.element(array, i));
+        if (element.get() == nullptr) {
             continue; // leaves its entry zero
         }
-        jclass cls = jni.class_of(element);
-        const jint frequency = jni.int_value(element, jni.field(cls, "alternateFreq", "I"));
-        const jint bandwidth = jni.int_value(element, jni.field(cls, "alternateBandwidth", "I"));
+        const LocalRef cls(jni, jni.class_of(element.get()));
+        const jint frequency = jni.int_value(element.get(), jni.field(cls.get(), "alternateFreq", "I"));
+        const jint bandwidth = jni.int_value(element.get(), jni.field(cls.get(), "alternateBandwidth", "I"));
         if (jni.failed()) {
             return;
         }
@@ -281,7 +282,8 @@ void set_mode(_TSL_REC_T* record, int mode) {
 
 void _set_ts_info(tavro::Jni& jni, jobject object, _TSL_REC_T& record) {
     TAVRO_LOG_DEBUG(kNoTag, TAVRO_JNI_PREFIX "[%s][%d] ", __func__, 2544);
-    RecordObject stream(jni, jni.find_class(kTransportStreamInfo), object, kTransportStreamContainsKey);
+    const LocalRef cls(jni, jni.find_class(kTransportStreamInfo));
+    RecordObject stream(jni, cls.get(), object, kTransportStreamContainsKey);
     stream.look_up_contains_key();
     walk(kFirstRows, stream, record);
     _set_sub_ts_info(stream, record);

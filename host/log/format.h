@@ -1,6 +1,7 @@
 // printf-style formatting into a string.
 #pragma once
 
+#include <array>
 #include <cstdarg>
 #include <cstddef>
 #include <cstdio>
@@ -10,10 +11,14 @@
 inline std::string format_text(const char* format, va_list arguments) {
     va_list again;
     va_copy(again, arguments);
-    const int length = std::vsnprintf(nullptr, 0, format, arguments);
+    std::array<char, 512> most; // what nearly every text fits into
+    const int length = std::vsnprintf(most.data(), most.size(), format, arguments);
+    const std::size_t size = length > 0 ? static_cast<std::size_t>(length) : 0;
     std::string text;
-    if (length > 0) {
-        text.resize(static_cast<std::size_t>(length) + 1); // the last byte takes the NUL
+    if (size < most.size()) {
+        text.assign(most.data(), size);
+    } else {
+        text.resize(size + 1); // the last byte takes the NUL
         std::vsnprintf(text.data(), text.size(), format, again);
         text.pop_back();
     }

@@ -18,21 +18,24 @@
 namespace {
 
 constexpr std::string_view kPriorityLetters = "??VDIWEFS"; // by priority, from 0
+constexpr std::size_t kTagPlaces = 8;
+constexpr std::size_t kProcessPlaces = 5;
 constexpr mode_t kLogFileMode = 0644;
 
 std::string prefix_of(int priority, const char* tag) {
     const bool known = priority >= 0 && static_cast<std::size_t>(priority) < kPriorityLetters.size();
-    const char letter = known ? kPriorityLetters[static_cast<std::size_t>(priority)] : '?';
-    std::string padded_tag = tag == nullptr ? "" : tag;
-    padded_tag.resize(padded_tag.size() < 8 ? 8 : padded_tag.size(), ' ');
-    std::string process = std::to_string(::getpid());
-    process.insert(0, process.size() < 5 ? 5 - process.size() : 0, ' ');
-    return std::string(1, letter) + "/" + padded_tag + "(" + process + "): ";
+    const std::string_view name = tag == nullptr ? "" : tag;
+    const std::string process = std::to_string(::getpid());
+    std::string prefix(1, known ? kPriorityLetters[static_cast<std::size_t>(priority)] : '?');
+    prefix.append("/").append(name).append(name.size() < kTagPlaces ? kTagPlaces - name.size() : 0, ' ').append("(");
+    prefix.append(process.size() < kProcessPlaces ? kProcessPlaces - process.size() : 0, ' ').append(process);
+    return prefix.append("): ");
 }
 
 // Every line of `text` behind `prefix`. The newline at the end of most texts makes no line of its own.
 std::string lines_of(const std::string& prefix, std::string_view text) {
     std::string lines;
+    lines.reserve(prefix.size() + text.size() + 1); // of the one line that most texts are
     do {
         const std::size_t end = text.find('\n');
         lines.append(prefix).append(text.substr(0, end)).append("\n");

@@ -1,26 +1,30 @@
 // System properties from the environment and from a file that may change while the process runs.
 #include "common/file_error.h"
+#include "common/path_watch.h"
 #include "common/paths.h"
 #include "common/report.h"
 
 #include <cutils/properties.h>
 
 #include <algorithm>
-#include <cctype>
+#include <array>
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <fstream>
+#include <functional>
 #include <map>
 #include <mutex>
-#include <optional>
+#include <pthread.h>
 #include <string>
+#include <string_view>
 #include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
 
 namespace {
 
-using Properties = std::map<std::string, std::string>;
+using Properties = std::map<std::string, std::string, std::less<>>;
 
 // Two changes of a file within one tick of the file system's clock leave the same time stamp. What was
 // read this soon after a change (in nanoseconds, well above any such tick) is read again next time.
@@ -76,67 +80,178 @@ Properties read_properties(const FileState& state, bool named) {
     return properties;
 }
 
+// What the environment says about properties, from one pass over it. Null where a variable is not set.
+struct Environment {
+    const char* value = nullptr; // of the property asked for
+    const char* properties = nullptr;
+    const char* tavro_home = nullptr;
+    const char* state_home = nullptr;
+    const char* home = nullptr;
+};
+
+bool is_letter_or_digit(char letter) {
+    return (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z') || (letter >= '0' && letter <= '9');
+}
+
+// The text after `start`, or null when `text` starts otherwise.
+const char* after(const char* text, std::string_view start) {
+    return std::strncmp(text, start.data(), start.size()) == 0 ? text + start.size() : nullptr;
+}
+
+// The text after the property's name and "=" in `text`, which has _ for what is no letter or digit.
+const char* after_property(const char* text, const char* name) {
+    for (; *name != '\0'; ++name, ++text) {
+        if (*text != (is_letter_or_digit(*name) ? *name : '_')) {
+            return nullptr;
+        }
+    }
+    return after(text, "=");
+}
+
+void take_first(const char*& place, const char* value) {
+    if (place == nullptr) {
+        place = value;
+    }
+}
+
+void take_tavro_variable(Environment& found, const char* variable, const char* property) {
+    if (const char* const named = after(variable, "TAVRO_PROP_")) {
+        take_first(found.value, after_property(named, property));
+    } else {
+        take_first(found.properties, after(variable, "TAVRO_PROPERTIES="));
+        take_first(found.tavro_home, after(variable, "TAVRO_HOME="));
+    }
+}
+
+Environment read_environment(const char* property) {
+    Environment found;
+    for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
+        switch (**entry) {
+        case 'T':
+            take_tavro_variable(found, *entry, property);
+            break;
+        case 'X':
+            take_first(found.state_home, after(*entry, "XDG_STATE_HOME="));
+            break;
+        case 'H':
+            take_first(found.home, after(*entry, "HOME="));
+            break;
+        default:
+            break;
+        }
+    }
+    return found;
+}
+
+bool is_set(const char* value) { return value != nullptr && *value != '\0'; }
+
+// Where the properties file lies, as long as the variables that say so stay.
+class FilePath {
+public:
+    // Brings the path up to date. Returns whether it was made anew.
+    bool update(const Environment& environment) {
+        const bool named = is_set(environment.properties);
+        const std::array<const char*, 4> sources = {environment.properties, environment.tavro_home,
+                                                    environment.state_home, environment.home};
+        const bool same = std::equal(sources.begin(), sources.end(), sources_.begin(),
+                                     [](const char* now, const std::string& before) {
+                                         return std::strcmp(before.c_str(), now == nullptr ? "" : now) == 0;
+                                     });
+        if (same && settled_) {
+            return false;
+        }
+        std::transform(sources.begin(), sources.end(), sources_.begin(),
+                       [](const char* source) { return source == nullptr ? "" : source; });
+        named_ = named;
+        const auto deciding = std::find_if(sources.begin(), sources.end(), is_set);
+        settled_ = named || (deciding != sources.end() && **deciding == '/'); // else the current directory has a say
+        path_ = named ? environment.properties : tavro::host::home_directory() + "/properties";
+        return true;
+    }
+
+    const std::string& path() const { return path_; }
+    // Whether the engineer named the file itself.
+    bool named() const { return named_; }
+
+private:
+    std::array<std::string, 4> sources_;
+    std::string path_;
+    bool named_ = false;
+    bool settled_ = false;
+};
+
 // The file as it was last read.
 class PropertiesFile {
 public:
-    std::optional<std::string> find(const std::string& name) {
+    PropertiesFile() { ::pthread_atfork(before_fork, after_fork, in_child); }
+
+    // Copies a property's value, cut to what fits. Returns its length, 0 when it is not set.
+    std::size_t find(const Environment& environment, const char* name, char* value) {
         std::lock_guard<std::mutex> lock(mutex_);
-        refresh();
-        const auto found = properties_.find(name);
-        return found == properties_.end() ? std::nullopt : std::optional<std::string>(found->second);
+        refresh(environment);
+        const auto found = properties_.find(std::string_view(name));
+        return found == properties_.end() ? 0 : copy(found->second, value);
+    }
+
+    static std::size_t copy(std::string_view text, char* value) {
+        const std::size_t length = std::min<std::size_t>(text.size(), PROPERTY_VALUE_MAX - 1);
+        std::memcpy(value, text.data(), length);
+        value[length] = '\0';
+        return length;
+    }
+
+    static PropertiesFile& instance() {
+        static PropertiesFile& file = *new PropertiesFile; // never destroyed: log lines ask until the very end
+        return file;
     }
 
 private:
-    void refresh() {
-        const char* const path = std::getenv("TAVRO_PROPERTIES");
-        const bool named = path != nullptr && *path != '\0';
-        FileState state = state_of(named ? path : tavro::host::home_directory() + "/properties");
+    // A child does not share the watch: what one process takes note of, the other would miss.
+    static void before_fork() { instance().mutex_.lock(); }
+    static void after_fork() { instance().mutex_.unlock(); }
+    static void in_child() {
+        instance().watch_.stop();
+        instance().watch_again_ = true;
+        instance().mutex_.unlock();
+    }
+
+    void refresh(const Environment& environment) {
+        const bool moved = path_.update(environment);
+        if (!moved && watch_.works() && !watch_.changed()) {
+            return;
+        }
+        if (moved || watch_.works() || watch_again_) {
+            settled_ = false;
+            watch_.watch(path_.path()); // before the file is examined, so that no change is lost in between
+        }
+        FileState state = state_of(path_.path());
+        watch_again_ = !watch_.works() && !(state == state_); // what stands there now may be watchable
         if (settled_ && state == state_) {
             return;
         }
         timespec now{};
         ::clock_gettime(CLOCK_REALTIME, &now);
-        properties_ = read_properties(state, named);
+        properties_ = read_properties(state, path_.named());
         settled_ = nanoseconds(now) - state.modified > kSettled;
         state_ = std::move(state);
     }
 
     std::mutex mutex_;
-    FileState state_;
+    FilePath path_;
+    tavro::host::PathWatch watch_;
+    FileState state_; // tells changes where the watch does not work
     bool settled_ = false;
+    bool watch_again_ = false;
     Properties properties_;
 };
-
-// The environment's word for a property: TAVRO_PROP_ and the name, with _ for what is no letter or digit.
-std::optional<std::string> from_environment(const std::string& name) {
-    std::string variable = "TAVRO_PROP_" + name;
-    for (char& letter : variable) {
-        if (std::isalnum(static_cast<unsigned char>(letter)) == 0) {
-            letter = '_';
-        }
-    }
-    const char* const value = std::getenv(variable.c_str());
-    return value == nullptr ? std::nullopt : std::optional<std::string>(value);
-}
-
-std::optional<std::string> from_file(const std::string& name) {
-    static PropertiesFile& file = *new PropertiesFile; // never destroyed: log lines ask until the very end
-    return file.find(name);
-}
 
 } // namespace
 
 extern "C" int property_get(const char* key, char* value, const char* default_value) {
-    std::optional<std::string> found = from_environment(key);
-    if (!found) {
-        found = from_file(key);
-    }
+    const Environment environment = read_environment(key);
+    const std::size_t length = environment.value != nullptr ? PropertiesFile::copy(environment.value, value)
+                                                            : PropertiesFile::instance().find(environment, key, value);
     // As on the TV, a property that is set to nothing counts as not set.
-    if (!found || found->empty()) {
-        found = default_value == nullptr ? "" : default_value;
-    }
-    const std::size_t length = std::min<std::size_t>(found->size(), PROPERTY_VALUE_MAX - 1);
-    std::memcpy(value, found->data(), length);
-    value[length] = '\0';
-    return static_cast<int>(length);
+    return static_cast<int>(length != 0 ? length
+                                        : PropertiesFile::copy(default_value == nullptr ? "" : default_value, value));
 }

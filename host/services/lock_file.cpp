@@ -1,11 +1,17 @@
 #include "lock_file.h"
 
+#include "lock_wait.h"
 #include "status.h"
 #include "storage_error.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 #include <fcntl.h>
+#include <sys/mman.h>
+#include <thread>
 #include <unistd.h>
 
 namespace tavro::host {
@@ -13,37 +19,87 @@ namespace {
 
 constexpr mode_t kFileMode = 0644;
 
-// Behind the lock byte of each list stands who took it last, for messages: the file has one such entry
-// for each list number. No list has number 0, whose byte guards the opening of the storage.
-struct Holder {
-    std::int32_t process;
-    std::int32_t thread;
-};
+constexpr int kSlots = 63;
+constexpr std::uint64_t kWriting = std::uint64_t{1} << kSlots;
 
-std::int64_t offset_of(const ListKey& list) { return list.number() * std::int64_t{sizeof(Holder)}; }
+// Bytes of the file that are locked. What they contain does not matter.
+constexpr std::int64_t kOpeningByte = 0; // while a process opens the storage
+constexpr std::int64_t slot_byte(int slot) { return 1 + slot; }
+
+constexpr std::uint64_t kMark = 0x0001'6B63'6F4C'7654; // "TvLock", form 1
+
+// The file has an entry for each list number; the header lies where no list has its number. It grows by blocks, whose
+// space is asked for in pieces as small as a file system's.
+constexpr std::size_t kFirstEntry = std::size_t{1} << 16;
+constexpr std::size_t kEntries = std::size_t{5} << 16;
+constexpr std::size_t kBlock = 4096;
+constexpr std::size_t kPiece = 512;
+
+constexpr std::uint64_t bit_of(int slot) { return std::uint64_t{1} << static_cast<unsigned>(slot); }
+
+std::uint64_t packed(std::uint64_t process, std::uint64_t thread) { return process << 32 | thread; }
+std::uint64_t process_of(std::uint64_t holder) { return holder >> 32; }
+
+std::string described(std::uint64_t holder) {
+    return "thread " + std::to_string(holder & 0xFFFF'FFFF) + " of process " + std::to_string(process_of(holder));
+}
+
+pid_t this_process() {
+    static const pid_t id = ::getpid();
+    return id;
+}
+
+std::uint64_t this_holder() {
+    return packed(static_cast<std::uint64_t>(this_process()), static_cast<std::uint64_t>(this_thread()));
+}
+
+// What is left of a word without the bits of these slots; a writer's mark goes with its slot.
+std::uint64_t without(std::uint64_t holders, std::uint64_t slots) {
+    return (holders & slots) == 0 ? holders : holders & ~slots & ~kWriting;
+}
 
 } // namespace
 
+// The first block.
+struct LockFile::Header {
+    std::uint64_t mark;
+    std::uint64_t opener;                                     // process and thread that last opened the storage
+    std::array<std::atomic<std::uint64_t>, kSlots> processes; // by slot
+};
+
 LockFile::LockFile(const std::string& path)
-    : path_(path), file_(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kFileMode)) {
+    : path_(path), file_(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kFileMode)),
+      prepared_(kEntries * sizeof(Entry) / kBlock) {
+    static_assert(sizeof(Entry) == 32 && offsetof(Entry, unused) == 24, "the form of the file");
+    static_assert(sizeof(Header) <= kBlock, "the form of the file");
+    static_assert(std::atomic<std::uint64_t>::is_always_lock_free, "processes share no mutex");
     if (file_ < 0) {
         throw storage_failure("use", path, errno);
     }
+    void* const memory = ::mmap(nullptr, kEntries * sizeof(Entry), PROT_READ | PROT_WRITE, MAP_SHARED, file_, 0);
+    if (memory == MAP_FAILED) {
+        const int error = errno;
+        ::close(file_);
+        throw storage_failure("use", path, error);
+    }
+    memory_ = memory;
 }
 
-LockFile::~LockFile() { ::close(file_); }
+LockFile::~LockFile() {
+    ::munmap(memory_, kEntries * sizeof(Entry));
+    ::close(file_); // gives the slot back
+}
 
-bool LockFile::set_byte(std::int64_t offset, LockLevel level, bool wait) {
+LockFile::Header& LockFile::header() const { return *static_cast<Header*>(memory_); }
+
+// Locks a byte for this process. Returns false when another process has it.
+bool LockFile::try_byte(std::int64_t offset) {
     struct flock range {};
-    const int type = level == LockLevel::kNone ? F_UNLCK : level == LockLevel::kRead ? F_RDLCK : F_WRLCK;
-    range.l_type = static_cast<short>(type);
+    range.l_type = F_WRLCK;
     range.l_whence = SEEK_SET;
-    range.l_start = offset;
+    range.l_start = static_cast<off_t>(offset);
     range.l_len = 1;
-    for (;;) {
-        if (::fcntl(file_, wait ? F_OFD_SETLKW : F_OFD_SETLK, &range) == 0) {
-            return true;
-        }
+    while (::fcntl(file_, F_OFD_SETLK, &range) != 0) {
         if (errno == EAGAIN || errno == EACCES) {
             return false;
         }
@@ -52,30 +108,218 @@ bool LockFile::set_byte(std::int64_t offset, LockLevel level, bool wait) {
                                                        "; set TAVRO_HOME to a directory on a local file system");
         }
     }
-}
-
-bool LockFile::set(const ListKey& list, LockLevel level) {
-    if (!set_byte(offset_of(list), level, /*wait*/ false)) {
-        return false;
-    }
-    if (level != LockLevel::kNone) {
-        const Holder self{::getpid(), ::gettid()};
-        // Only a message needs it, so a failed write does no harm.
-        [[maybe_unused]] const ssize_t written = ::pwrite(file_, &self, sizeof self, offset_of(list));
-    }
     return true;
 }
 
-void LockFile::begin_opening() { set_byte(0, LockLevel::kWrite, /*wait*/ true); }
+void LockFile::free_byte(std::int64_t offset) {
+    struct flock range {};
+    range.l_type = F_UNLCK;
+    range.l_whence = SEEK_SET;
+    range.l_start = static_cast<off_t>(offset);
+    range.l_len = 1;
+    ::fcntl(file_, F_OFD_SETLK, &range);
+}
 
-void LockFile::end_opening() { set_byte(0, LockLevel::kNone, /*wait*/ false); }
+void LockFile::begin_opening() {
+    using Clock = std::chrono::steady_clock;
+    const std::chrono::milliseconds timeout = lock_timeout();
+    const Clock::time_point end = Clock::now() + timeout;
+    while (!try_byte(kOpeningByte)) {
+        if (Clock::now() >= end) {
+            throw Failure(kHostLockTimeout, "time-out: thread " + std::to_string(this_thread()) + " waited " +
+                                                std::to_string(timeout.count()) + " ms to open the storage of " +
+                                                path_ + ", which " + opener() +
+                                                " opens; look whether it is stopped, or set "
+                                                "TAVRO_LOCK_TIMEOUT_MS higher");
+        }
+        std::this_thread::sleep_for(std::min<Clock::duration>(kProcessRetry, end - Clock::now()));
+    }
+    try {
+        prepare_header();
+    } catch (...) {
+        end_opening();
+        throw;
+    }
+}
 
-std::string LockFile::last_holder(const ListKey& list) const {
-    Holder holder{};
-    if (::pread(file_, &holder, sizeof holder, offset_of(list)) != sizeof holder) {
+void LockFile::end_opening() { free_byte(kOpeningByte); }
+
+std::string LockFile::opener() const {
+    std::array<std::uint64_t, 2> mark_and_opener{};
+    const ssize_t size = ::pread(file_, mark_and_opener.data(), sizeof mark_and_opener, 0);
+    return size == sizeof mark_and_opener && mark_and_opener[1] != 0 ? described(mark_and_opener[1])
+                                                                     : "another process";
+}
+
+// Writes to the file and throws where it cannot grow. Memory of the file is used only after that: on a full file system
+// access to a hole would end the process.
+void LockFile::write(const void* bytes, std::size_t count, std::size_t start) {
+    const ssize_t size = ::pwrite(file_, bytes, count, static_cast<off_t>(start));
+    if (size != static_cast<ssize_t>(count)) {
+        throw storage_failure("use", path_, size < 0 ? errno : ENOSPC);
+    }
+}
+
+// A file without the mark is new or has another form. No process uses it, because each begins here.
+void LockFile::prepare_header() {
+    std::uint64_t mark = 0;
+    std::array<std::uint64_t, kBlock / sizeof(std::uint64_t)> block{};
+    const ssize_t size = ::pread(file_, &mark, sizeof mark, 0);
+    if (size != sizeof mark || mark != kMark) {
+        if (::ftruncate(file_, 0) != 0) {
+            throw storage_failure("use", path_, errno);
+        }
+        block[0] = kMark;
+        write(block.data(), kBlock, 0);
+    }
+    header().opener = this_holder();
+}
+
+std::uint64_t LockFile::own_bit() const { return slot_ < 0 ? 0 : bit_of(slot_); }
+
+std::size_t LockFile::block_of(const ListKey& list) {
+    return static_cast<std::size_t>(list.number()) * sizeof(Entry) / kBlock;
+}
+
+// Makes sure that the list's entry may be used. Other processes may do so as well, or use the block already: each
+// writes the same into bytes that mean nothing.
+void LockFile::prepare_block(const ListKey& list) {
+    if (is_prepared(list)) {
+        return;
+    }
+    const std::size_t start = block_of(list) * kBlock;
+    for (std::size_t end = start + kPiece; end <= start + kBlock; end += kPiece) {
+        const std::uint64_t nothing = 0;
+        write(&nothing, sizeof nothing, end - sizeof nothing);
+    }
+    prepared_[block_of(list)] = true;
+}
+
+// Takes slots out of an entry, whose process this is or is known to be dead.
+void LockFile::take_out(Entry& entry, std::uint64_t slots) {
+    std::uint64_t holders = entry.holders;
+    while (!entry.holders.compare_exchange_weak(holders, without(holders, slots))) {
+    }
+    entry.waiting_writers &= ~slots;
+}
+
+// Takes those of the slots out of an entry whose processes are dead. Returns whether there was one. A dead process's
+// slot is kept locked meanwhile, so that no new process can set the bits that are cleared here.
+bool LockFile::take_out_dead(Entry& entry, std::uint64_t slots) {
+    bool found = false;
+    for (int slot = 0; slot < kSlots; ++slot) {
+        if ((slots & bit_of(slot)) != 0 && try_byte(slot_byte(slot))) {
+            take_out(entry, bit_of(slot));
+            free_byte(slot_byte(slot));
+            found = true;
+        }
+    }
+    return found;
+}
+
+// Clears what a dead process left in a slot that this process has just locked.
+void LockFile::clean_slot(int slot) {
+    off_t start = static_cast<off_t>(kFirstEntry * sizeof(Entry));
+    while ((start = ::lseek(file_, start, SEEK_DATA)) >= 0) { // holes are not used
+        const off_t end = ::lseek(file_, start, SEEK_HOLE);
+        const std::size_t behind =
+            std::min(static_cast<std::size_t>(std::max(end, off_t{0})) / sizeof(Entry), kEntries);
+        for (std::size_t i = static_cast<std::size_t>(start) / sizeof(Entry); i < behind; ++i) {
+            if (((entries()[i].holders | entries()[i].waiting_writers) & bit_of(slot)) != 0) {
+                take_out(entries()[i], bit_of(slot));
+            }
+        }
+        start = std::max(end, start + 1);
+    }
+}
+
+// Makes sure that this process has a slot. Returns false while as many others have one as there can be.
+bool LockFile::take_slot() {
+    for (int slot = 0; slot_ < 0 && slot < kSlots; ++slot) {
+        if (try_byte(slot_byte(slot))) {
+            clean_slot(slot);
+            header().processes[static_cast<std::size_t>(slot)] = static_cast<std::uint64_t>(this_process());
+            slot_ = slot;
+        }
+    }
+    return slot_ >= 0;
+}
+
+bool LockFile::set(const ListKey& list, LockLevel level) {
+    if (level == LockLevel::kNone) {
+        if (is_prepared(list)) {
+            take_out(entry_of(list), own_bit());
+        }
+        return true;
+    }
+    if (!take_slot()) {
+        return false;
+    }
+    prepare_block(list);
+    Entry& entry = entry_of(list);
+    for (std::uint64_t holders = entry.holders;;) {
+        const std::uint64_t others = holders & ~own_bit() & ~kWriting;
+        const bool writes = level == LockLevel::kWrite;
+        if (others != 0 && (writes || (holders & kWriting) != 0)) {
+            if (!take_out_dead(entry, others)) {
+                return false;
+            }
+            holders = entry.holders;
+        } else if (entry.holders.compare_exchange_weak(holders, writes ? own_bit() | kWriting
+                                                                       : (holders & ~kWriting) | own_bit())) {
+            entry.last_holder.store(this_holder(), std::memory_order_relaxed);
+            return true;
+        }
+    }
+}
+
+void LockFile::set_writer_waits(const ListKey& list, bool waits) {
+    if (!is_prepared(list)) {
+        return; // this process cannot get the lock in any case
+    }
+    if (waits) {
+        entry_of(list).waiting_writers |= own_bit();
+    } else {
+        entry_of(list).waiting_writers &= ~own_bit();
+    }
+}
+
+bool LockFile::writer_waits_elsewhere(const ListKey& list) {
+    if (!take_slot()) {
+        return false;
+    }
+    prepare_block(list);
+    Entry& entry = entry_of(list);
+    std::uint64_t others = 0;
+    do {
+        others = entry.waiting_writers & ~own_bit();
+    } while (others != 0 && take_out_dead(entry, others));
+    return others != 0;
+}
+
+std::string LockFile::describe_obstacle(const ListKey& list, LockLevel level) const {
+    if (slot_ < 0) {
+        return std::to_string(kSlots) + " other processes, as many as can use locks at a time";
+    }
+    if (!is_prepared(list)) {
         return "another process";
     }
-    return "thread " + std::to_string(holder.thread) + " of process " + std::to_string(holder.process);
+    const Entry& entry = entry_of(list);
+    const std::uint64_t holders = entry.holders;
+    const std::uint64_t others = holders & ~own_bit() & ~kWriting;
+    const std::uint64_t last = entry.last_holder;
+    if (level == LockLevel::kRead && (holders & kWriting) == 0) {
+        return "a writer that waits in another process";
+    }
+    std::string text;
+    for (int slot = 0; slot < kSlots; ++slot) {
+        if ((others & bit_of(slot)) != 0) {
+            const std::uint64_t process = header().processes[static_cast<std::size_t>(slot)];
+            text += text.empty() ? "" : ", ";
+            text += process == process_of(last) ? described(last) : "process " + std::to_string(process);
+        }
+    }
+    return text.empty() ? "another process" : text; // which has given it back since
 }
 
 } // namespace tavro::host

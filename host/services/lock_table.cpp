@@ -1,63 +1,30 @@
 #include "lock_table.h"
 
 #include "common/report.h"
+#include "lock_wait.h"
 #include "status.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cstdint>
-#include <cstdlib>
-#include <limits>
-#include <string_view>
-#include <system_error>
-#include <unistd.h>
 
 namespace tavro::host {
-namespace {
 
 using std::chrono::milliseconds;
 
-constexpr milliseconds kDefaultTimeout{3000};
-// How often a lock that another process holds is tried again: there is no notification when it is released.
-constexpr milliseconds kProcessRetry{2};
-
-constexpr std::uint32_t kLongestTimeout = std::numeric_limits<std::int32_t>::max();
-
-milliseconds lock_timeout() {
-    const char* const setting = std::getenv("TAVRO_LOCK_TIMEOUT_MS");
-    if (setting == nullptr || *setting == '\0') {
-        return kDefaultTimeout;
-    }
-    const std::string_view text = setting;
-    std::uint32_t value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc() || end != text.data() + text.size() || value > kLongestTimeout) {
-        report_once("TAVRO_LOCK_TIMEOUT_MS is '" + std::string(text) +
-                    "', which is not a number of milliseconds from 0 to " + std::to_string(kLongestTimeout) +
-                    "; waiting " + std::to_string(kDefaultTimeout.count()) + " ms instead");
-        return kDefaultTimeout;
-    }
-    return milliseconds{value};
-}
-
-pid_t this_thread() {
-    static thread_local const pid_t id = ::gettid();
-    return id;
-}
-
-} // namespace
-
 LockLevel LockTable::level_of(const ListLock& lock) {
     LockLevel level = LockLevel::kNone;
-    for (const auto& [thread, holds] : lock.threads) {
+    for (const Holds& holds : lock.threads) {
         level = std::max(level, holds.writes > 0 ? LockLevel::kWrite : LockLevel::kRead);
     }
     return level;
 }
 
+std::vector<LockTable::Holds>::iterator LockTable::mine(ListLock& lock) {
+    return std::find_if(lock.threads.begin(), lock.threads.end(),
+                        [](const Holds& holds) { return holds.thread == this_thread(); });
+}
+
 // Whether another thread of this process must be waited for. New readers let waiting writers go first.
-bool LockTable::stands_in_the_way(const ListLock& lock, LockLevel level) {
-    const bool holds_some = lock.threads.count(this_thread()) != 0;
+bool LockTable::stands_in_the_way(const ListLock& lock, LockLevel level, bool holds_some) {
     const std::size_t others = lock.threads.size() - (holds_some ? 1 : 0);
     if (level == LockLevel::kWrite) {
         return others != 0;
@@ -69,8 +36,13 @@ bool LockTable::stands_in_the_way(const ListLock& lock, LockLevel level) {
 }
 
 LockTable::Obstacle LockTable::try_lock(ListLock& lock, const ListKey& list, LockLevel level) {
-    if (stands_in_the_way(lock, level)) {
+    auto holds = mine(lock);
+    const bool holds_some = holds != lock.threads.end();
+    if (stands_in_the_way(lock, level, holds_some)) {
         return Obstacle::kThread;
+    }
+    if (level == LockLevel::kRead && !holds_some && lock.file->writer_waits_elsewhere(list)) {
+        return Obstacle::kProcess;
     }
     if (lock.process_level < level) {
         if (!lock.file->set(list, level)) {
@@ -78,19 +50,21 @@ LockTable::Obstacle LockTable::try_lock(ListLock& lock, const ListKey& list, Loc
         }
         lock.process_level = level;
     }
-    Holds& holds = lock.threads[this_thread()];
-    ++(level == LockLevel::kWrite ? holds.writes : holds.reads);
+    if (!holds_some) {
+        holds = lock.threads.insert(lock.threads.end(), Holds{this_thread()});
+    }
+    ++(level == LockLevel::kWrite ? holds->writes : holds->reads);
     return Obstacle::kNone;
 }
 
-std::string LockTable::describe_holders(const ListLock& lock, const ListKey& list, Obstacle obstacle) {
+std::string LockTable::describe_holders(const ListLock& lock, const ListKey& list, LockLevel level, Obstacle obstacle) {
     if (obstacle == Obstacle::kProcess) {
-        return lock.file->last_holder(list);
+        return lock.file->describe_obstacle(list, level);
     }
     std::string holders;
-    for (const auto& [thread, holds] : lock.threads) {
-        if (thread != this_thread()) {
-            holders += (holders.empty() ? "thread " : ", thread ") + std::to_string(thread);
+    for (const Holds& holds : lock.threads) {
+        if (holds.thread != this_thread()) {
+            holders += (holders.empty() ? "thread " : ", thread ") + std::to_string(holds.thread);
         }
     }
     return (holders.empty() ? "a thread that waits to write" : holders) + " of this process";
@@ -98,14 +72,27 @@ std::string LockTable::describe_holders(const ListLock& lock, const ListKey& lis
 
 LockTable::Obstacle LockTable::wait(std::unique_lock<std::mutex>& guard, ListLock& lock, const ListKey& list,
                                     LockLevel level, Clock::time_point end) {
-    // Counts a waiting writer as long as it waits, whatever ends the waiting.
+    // Counts a waiting writer as long as it waits, whatever ends the waiting. Other processes see the first and the
+    // last.
     struct WaitingWriter {
-        int& count;
-        const int self;
-        WaitingWriter(int& writers, bool writes) : count(writers), self(writes ? 1 : 0) { count += self; }
-        ~WaitingWriter() { count -= self; }
+        ListLock& lock;
+        const ListKey& list;
+        const bool writes;
+        WaitingWriter(ListLock& list_lock, const ListKey& key, bool is_writer)
+            : lock(list_lock), list(key), writes(is_writer) {
+            if (writes && ++lock.waiting_writers == 1) {
+                lock.file->set_writer_waits(list, true);
+            }
+        }
+        ~WaitingWriter() {
+            if (writes && --lock.waiting_writers == 0) {
+                lock.file->set_writer_waits(list, false);
+            }
+        }
+        WaitingWriter(const WaitingWriter&) = delete;
+        WaitingWriter& operator=(const WaitingWriter&) = delete;
     };
-    const WaitingWriter waiting(lock.waiting_writers, level == LockLevel::kWrite);
+    const WaitingWriter waiting(lock, list, level == LockLevel::kWrite);
     Obstacle obstacle = Obstacle::kThread;
     do {
         const Clock::time_point retry = Clock::now() + kProcessRetry;
@@ -119,8 +106,7 @@ LockTable::Obstacle LockTable::wait(std::unique_lock<std::mutex>& guard, ListLoc
 
 MwStatus LockTable::lock(const std::shared_ptr<LockFile>& file, const Kind& kind, const ListKey& list,
                          LockLevel level) {
-    const milliseconds timeout = lock_timeout();
-    const Clock::time_point end = Clock::now() + timeout;
+    const milliseconds timeout = lock_timeout(); // here, so that an invalid setting is reported before anybody waits
     std::unique_lock<std::mutex> guard(mutex_);
     ListLock& lock = locks_[list];
     if (lock.threads.empty()) {
@@ -128,12 +114,12 @@ MwStatus LockTable::lock(const std::shared_ptr<LockFile>& file, const Kind& kind
     }
     Obstacle obstacle = try_lock(lock, list, level);
     if (obstacle != Obstacle::kNone) {
-        obstacle = wait(guard, lock, list, level, end);
+        obstacle = wait(guard, lock, list, level, Clock::now() + timeout);
     }
     if (obstacle == Obstacle::kNone) {
         return kMwOk;
     }
-    const std::string holders = describe_holders(lock, list, obstacle);
+    const std::string holders = describe_holders(lock, list, level, obstacle);
     changed_.notify_all(); // readers that let this writer go first
     guard.unlock();
     report(std::string("time-out: thread ") + std::to_string(this_thread()) + " waited " +
@@ -156,17 +142,17 @@ void LockTable::lower(const ListKey& list, ListLock& lock) {
 MwStatus LockTable::unlock(const ListKey& list, LockLevel level) {
     std::lock_guard<std::mutex> guard(mutex_);
     ListLock& lock = locks_[list];
-    const auto mine = lock.threads.find(this_thread());
-    if (mine == lock.threads.end()) {
+    const auto holds = mine(lock);
+    if (holds == lock.threads.end()) {
         return kHostNotLockHolder;
     }
-    int& holds = level == LockLevel::kWrite ? mine->second.writes : mine->second.reads;
-    if (holds == 0) {
+    int& count = level == LockLevel::kWrite ? holds->writes : holds->reads;
+    if (count == 0) {
         return kHostNotLockHolder;
     }
-    --holds;
-    if (mine->second.reads == 0 && mine->second.writes == 0) {
-        lock.threads.erase(mine);
+    --count;
+    if (holds->reads == 0 && holds->writes == 0) {
+        lock.threads.erase(holds);
     }
     lower(list, lock);
     return kMwOk;
@@ -175,7 +161,9 @@ MwStatus LockTable::unlock(const ListKey& list, LockLevel level) {
 void LockTable::release(const ListKey& list) {
     std::lock_guard<std::mutex> guard(mutex_);
     ListLock& lock = locks_[list];
-    if (lock.threads.erase(this_thread()) != 0) {
+    const auto holds = mine(lock);
+    if (holds != lock.threads.end()) {
+        lock.threads.erase(holds);
         lower(list, lock);
     }
 }

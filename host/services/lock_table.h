@@ -11,6 +11,7 @@
 #include <mutex>
 #include <string>
 #include <sys/types.h>
+#include <vector>
 
 namespace tavro::host {
 
@@ -34,12 +35,13 @@ public:
 
 private:
     struct Holds {
+        pid_t thread;
         int reads = 0;
         int writes = 0;
     };
     struct ListLock {
         std::shared_ptr<LockFile> file;
-        std::map<pid_t, Holds> threads; // only those that hold something
+        std::vector<Holds> threads; // only those that hold something
         int waiting_writers = 0;
         LockLevel process_level = LockLevel::kNone;
     };
@@ -47,9 +49,10 @@ private:
     enum class Obstacle { kNone, kThread, kProcess };
 
     static LockLevel level_of(const ListLock& lock);
-    static bool stands_in_the_way(const ListLock& lock, LockLevel level);
+    static std::vector<Holds>::iterator mine(ListLock& lock);
+    static bool stands_in_the_way(const ListLock& lock, LockLevel level, bool holds_some);
     static Obstacle try_lock(ListLock& lock, const ListKey& list, LockLevel level);
-    static std::string describe_holders(const ListLock& lock, const ListKey& list, Obstacle obstacle);
+    static std::string describe_holders(const ListLock& lock, const ListKey& list, LockLevel level, Obstacle obstacle);
     Obstacle wait(std::unique_lock<std::mutex>& guard, ListLock& lock, const ListKey& list, LockLevel level,
                   Clock::time_point end);
     void lower(const ListKey& list, ListLock& lock);

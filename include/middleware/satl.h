@@ -61,7 +61,8 @@ struct _SATL_REC_T {
     std::uint16_t ui2_sub_band_freq; // single-cable band frequency of the sub tuner
     std::uint8_t aui1_reserved_198[82];
     std::int16_t i2_orb_pos; // orbital position, signed
-    char ac_sat_name[65];    // at most 64 bytes of modified UTF-8 and a NUL
+    char ac_sat_name[64];    // modified UTF-8, filled up with NULs
+    char c_sat_name_end;     // 0 wherever the library writes a name
     std::uint8_t aui1_reserved_347[65];
 };
 
@@ -77,6 +78,7 @@ TAVRO_AT(_SATL_REC_T, e_sub_user_band, 192);
 TAVRO_AT(_SATL_REC_T, ui2_sub_band_freq, 196);
 TAVRO_AT(_SATL_REC_T, i2_orb_pos, 280);
 TAVRO_AT(_SATL_REC_T, ac_sat_name, 282);
+TAVRO_AT(_SATL_REC_T, c_sat_name_end, 346);
 
 extern "C" {
 TAVRO_DECLARE_LIST_CALLS(x_satl, _SATL_REC_T);

@@ -62,15 +62,29 @@ std::vector<std::string> ChildProcess::read_lines() {
     return lines;
 }
 
+void ChildProcess::write_line(const std::string& line) {
+    const std::string text = line + "\n";
+    if (::write(input_, text.data(), text.size()) != static_cast<ssize_t>(text.size())) {
+        throw std::runtime_error("cannot write to a helper process");
+    }
+}
+
 std::string ChildProcess::ask(const std::string& line) {
-    const std::string sent = line + "\n";
-    return ::write(input_, sent.data(), sent.size()) == static_cast<ssize_t>(sent.size()) ? read_line() : "";
+    write_line(line);
+    return read_line();
 }
 
 void ChildProcess::close_input() {
     if (input_ >= 0) {
         ::close(input_);
         input_ = -1;
+    }
+}
+
+void ChildProcess::stop() {
+    int status = 0;
+    if (::kill(process_, SIGSTOP) != 0 || ::waitpid(process_, &status, WUNTRACED) != process_ || !WIFSTOPPED(status)) {
+        throw std::runtime_error("cannot stop a helper process");
     }
 }
 

@@ -20,10 +20,14 @@ public:
     std::string read_line();
     // The rest of what it writes, line by line.
     std::vector<std::string> read_lines();
+    // Writes a line to its standard input.
+    void write_line(const std::string& line);
     // Writes a line to its standard input and returns the line that it writes then.
     std::string ask(const std::string& line);
     // Ends its standard input.
     void close_input();
+    // Stops it with SIGSTOP and waits until it has stopped.
+    void stop();
     // Kills it with SIGKILL and waits for its end.
     void kill();
     // Waits for its end; the exit code, or minus the signal that ended it.

@@ -7,25 +7,46 @@
 //                       status of each
 //     churn             updates record 1, and prints a line after the first time, until it is killed
 //     killed_add N ID   adds a record and kills itself before the Nth step that SQLite takes on its files for it
-//     lock | read_lock  takes the lock, prints "locked" and holds it until standard input ends
+//     lock | read_lock [LIST]
+//                       takes the lock of list 1, or of LIST, prints "locked" and holds it until standard input ends
+//     read_twice        takes the read lock, prints "locked", waits for a line of standard input, prints the status
+//                       with which another thread takes it too, and holds the lock until standard input ends
+//     lock_loop         takes and gives back the lock, for reading and for writing, until it is killed; prints "locked"
+//                       after the first time
+//     read_loop         takes and gives back the read lock in two threads at once until standard input ends; prints
+//                       "locked" after the first time
+//     increment PATH COUNT
+//                       increments the number in a file under the write lock COUNT times
 //     store PATH        stores list 1 and list 2 to PATH in turn until it is killed; a line after each
 //     fill COUNT [FILE] makes COUNT calls that add a record to list 1, or open or create the list while it is not
 //                       open; prints each status once, in the order in which they came. With FILE it then removes
 //                       that file and prints the status of one more such call
 //     property NAME     prints a property twice, "default" when it is not set
+//     property_after_mount NAME FROM TO
+//                       prints a property before and after it mounts directory FROM over TO
+//     property_calls NAME, lock_calls
+//                       reads a property, or takes and gives back the list's locks, 1000 times with no system call
+//                       but epoll_wait and read allowed, or none at all; prints "done", or "done, with all calls" where
+//                       calls cannot be forbidden
 //     store_once PATH   makes list 1, stores it to PATH twice and prints the status of each store
 #include "changes.h"
+#include "system_calls.h"
 
 #include <cutils/properties.h>
 
 #include <algorithm>
+#include <atomic>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
 #include <iostream>
 #include <sqlite3.h>
 #include <string>
+#include <sys/mount.h>
+#include <sys/syscall.h>
+#include <thread>
 #include <unistd.h>
 #include <vector>
 
@@ -198,21 +219,125 @@ void store_once(const char* path) {
     say(std::to_string(x_nwl_fs_store(list, path, 1)));
 }
 
+std::string property(const char* name) {
+    char value[PROPERTY_VALUE_MAX];
+    property_get(name, value, "default");
+    return value;
+}
+
 void print_property(const char* name) {
-    for (int i = 0; i < 2; ++i) {
+    say(property(name));
+    say(property(name));
+}
+
+void property_after_mount(const char* name, const char* from, const char* to) {
+    say(property(name));
+    check(::mount(from, to, nullptr, MS_BIND, nullptr), "mount");
+    say(property(name));
+}
+
+// Runs `body` once as it is, and 1000 times with only the system calls `allowed`. Does not return, because the end of
+// a process takes more calls than that.
+template <class Body>
+[[noreturn]] void run_with_only(std::vector<int> allowed, Body body) {
+    body();
+    say("ready");
+    allowed.insert(allowed.end(), {SYS_write, SYS_exit_group});
+    std::string result = allow_only(allowed) ? "done\n" : "done, with all calls\n";
+    for (int i = 0; i < 1000; ++i) {
+        body();
+    }
+    if (failures != 0) {
+        result = "failed\n";
+    }
+    const bool written = ::write(STDOUT_FILENO, result.data(), result.size()) > 0;
+    ::syscall(SYS_exit_group, written ? 0 : 1); // _exit of sanitizers makes other calls first
+    std::abort();
+}
+
+[[noreturn]] void property_calls(const char* name) {
+    // Changes of other files in the directories above are read from the watch's queue.
+    run_with_only({SYS_epoll_wait, SYS_epoll_pwait, SYS_read}, [name] {
         char value[PROPERTY_VALUE_MAX];
         property_get(name, value, "default");
-        say(value);
+        failures += std::strcmp(value, "D") == 0 ? 0 : 1;
+    });
+}
+
+[[noreturn]] void lock_calls() {
+    run_with_only({}, [list = opened(1)] {
+        check(x_nwl_read_lock(list), "read_lock");
+        check(x_nwl_read_unlock(list), "read_unlock");
+        check(x_nwl_lock(list), "lock");
+        check(x_nwl_unlock(list), "unlock");
+    });
+}
+
+void await_end_of_input() {
+    for (char letter = 0; ::read(STDIN_FILENO, &letter, 1) == 1;) {
     }
 }
 
-void hold(MwStatus (*lock)(MwdbHandle), MwStatus (*unlock)(MwdbHandle)) {
-    const MwdbHandle list = opened(1);
+void hold(MwStatus (*lock)(MwdbHandle), MwStatus (*unlock)(MwdbHandle), const char* list_id) {
+    const MwdbHandle list = opened(static_cast<std::uint16_t>(list_id == nullptr ? 1 : std::atoi(list_id)));
     check(lock(list), "lock");
     say("locked");
-    for (char letter = 0; ::read(STDIN_FILENO, &letter, 1) == 1;) {
-    }
+    await_end_of_input();
     check(unlock(list), "unlock");
+}
+
+void read_twice() {
+    const MwdbHandle list = opened(1);
+    check(x_nwl_read_lock(list), "lock");
+    say("locked");
+    char letter = 0;
+    check(::read(STDIN_FILENO, &letter, 1) == 1 ? kMwOk : -1, "read");
+    std::thread([list] { say(std::to_string(x_nwl_read_lock(list))); }).join();
+    await_end_of_input();
+}
+
+[[noreturn]] void lock_loop() {
+    const MwdbHandle list = opened(1);
+    for (int i = 0;; ++i) {
+        check(x_nwl_read_lock(list), "read_lock");
+        check(x_nwl_lock(list), "lock");
+        check(x_nwl_unlock(list), "unlock");
+        check(x_nwl_read_unlock(list), "read_unlock");
+        if (i == 0) {
+            say("locked");
+        }
+    }
+}
+
+void read_loop() {
+    const MwdbHandle list = opened(1);
+    std::atomic<bool> ended{false};
+    const auto read = [&] {
+        while (!ended) {
+            if (x_nwl_read_lock(list) == kMwOk) {
+                std::this_thread::yield();
+                x_nwl_read_unlock(list);
+            }
+        }
+    };
+    std::thread first(read);
+    std::thread second(read);
+    say("locked");
+    await_end_of_input();
+    ended = true;
+    first.join();
+    second.join();
+}
+
+void increment(const char* path, int count) {
+    const MwdbHandle list = opened(1);
+    for (int i = 0; i < count; ++i) {
+        check(x_nwl_lock(list), "lock");
+        int number = 0;
+        std::ifstream(path) >> number;
+        std::ofstream(path) << number + 1;
+        check(x_nwl_unlock(list), "unlock");
+    }
 }
 
 [[noreturn]] void store(const char* path) {
@@ -238,15 +363,29 @@ int main(int count, char** arguments) {
     } else if (command == "killed_add") {
         killed_add(std::atoi(arguments[2]), std::atoi(arguments[3]));
     } else if (command == "lock") {
-        hold(x_nwl_lock, x_nwl_unlock);
+        hold(x_nwl_lock, x_nwl_unlock, arguments[2]);
     } else if (command == "read_lock") {
-        hold(x_nwl_read_lock, x_nwl_read_unlock);
+        hold(x_nwl_read_lock, x_nwl_read_unlock, arguments[2]);
+    } else if (command == "read_twice") {
+        read_twice();
+    } else if (command == "lock_loop") {
+        lock_loop();
+    } else if (command == "read_loop") {
+        read_loop();
+    } else if (command == "increment") {
+        increment(arguments[2], std::atoi(arguments[3]));
     } else if (command == "store") {
         store(arguments[2]);
     } else if (command == "fill") {
         fill(std::atoi(arguments[2]), count > 3 ? arguments[3] : nullptr);
     } else if (command == "property") {
         print_property(arguments[2]);
+    } else if (command == "property_after_mount") {
+        property_after_mount(arguments[2], arguments[3], arguments[4]);
+    } else if (command == "property_calls") {
+        property_calls(arguments[2]);
+    } else if (command == "lock_calls") {
+        lock_calls();
     } else if (command == "store_once") {
         store_once(arguments[2]);
     } else {

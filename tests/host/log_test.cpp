@@ -59,6 +59,16 @@ TEST_F(Log, WritesLongTextsWhole) {
     EXPECT_EQ(log(), (Lines{"D/LongTags" + process_mark() + ": " + text}));
 }
 
+TEST_F(Log, WritesTextsOfEveryLengthWhole) {
+    const std::string prefix = "D/LongTags" + process_mark() + ": ";
+    Lines expected;
+    for (std::size_t length = 500; length <= 530; ++length) {
+        expected.push_back(prefix + std::string(length - 1, 'x') + ".");
+        __android_log_print(3, "LongTags", "%s.", std::string(length - 1, 'x').c_str());
+    }
+    EXPECT_EQ(log(), expected);
+}
+
 TEST_F(Log, GoesToStandardErrorWithoutAFile) {
     environment.set("TAVRO_LOG_FILE", "");
     EXPECT_EQ(on_standard_error("text\n"), "W/LongTags" + process_mark() + ": text\n");

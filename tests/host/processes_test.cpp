@@ -68,6 +68,7 @@ TEST_F(Processes, SeeAChangeBehindAnAddOfTheirOwn) {
 }
 
 TEST_F(Processes, AddAtTheSameTime) {
+    environment.unset("TAVRO_LOCK_TIMEOUT_MS"); // one opens the storage after the other
     const MwdbHandle handle = created<Networks>(1);
     ChildProcess first({"add", "1", "200"});
     ChildProcess second({"add", "1001", "200"});
@@ -82,6 +83,7 @@ TEST_F(Processes, AddAtTheSameTime) {
 }
 
 TEST_F(Processes, StartTogetherOnANewDirectory) {
+    environment.unset("TAVRO_LOCK_TIMEOUT_MS"); // one opens the storage after the other
     ChildProcess first({"remove", "1"});
     ChildProcess second({"remove", "1"});
     const std::string no_such_list = "open: " + std::to_string(kHostNoSuchList);

@@ -94,7 +94,7 @@ protected:
         return lines;
     }
     Lines id_read() const { return object_read(kind.id_field); } // of a null field
-    Lines id_read(const std::string& text) const { return joined(id_read(), chars(text)); }
+    Lines id_read(const std::string& text) const { return joined(id_read(), chars(text), given_back(quoted(text))); }
 
     BridgeKind kind;
     FakeJni jni;

@@ -35,15 +35,15 @@ using Lines = std::vector<std::string>;
 class ChannelBridge : public tavro::test::ScriptedTest {
 protected:
     ChannelBridge() {
-        m_mwdbIdHandleMap.clear();
+        SvlKind::handles().clear();
         chList = &manager;
         for (const int id : {1, 2}) {
-            m_mwdbIdHandleMap.insert(id, 0x10000U + static_cast<MwdbHandle>(id));
+            SvlKind::handles().insert(id, 0x10000U + static_cast<MwdbHandle>(id));
         }
     }
     ~ChannelBridge() override {
         chList = nullptr;
-        m_mwdbIdHandleMap.clear();
+        SvlKind::handles().clear();
     }
 
     static void count(std::uint32_t number) {
@@ -113,6 +113,7 @@ TEST_F(ChannelBridge, AnUpdateAsksForItsRecordIdAndItsChannelNumberAroundTheHead
                         "GetObjectField(svlIdSvlRecId)",
                         "GetStringUTFChars(\"1,17\")",
                         "ReleaseStringUTFChars(\"1,17\")",
+                        "DeleteLocalRef(\"1,17\")",
                         "DeleteLocalRef(\"SvlIdSvlRecId\")",
                         "x_svl_get_rec(0x10002, 17)",
                         method};
@@ -136,7 +137,7 @@ TEST_F(ChannelBridge, AListUpdateLooksItsMethodsUpAndAsksTheSizeBeforeItLocks) {
     EXPECT_EQ(com_velotra_tv_tavro_channellist_updateInfoList(jni.env(), nullptr, 1, FakeJni::ref(list)), 0);
     EXPECT_EQ(jni.journal(),
               (Lines{"GetObjectClass(list)", "GetMethodID(get, (I)Ljava/lang/Object;)", "GetMethodID(size, ()I)",
-                     "list.size()", "x_svl_lock(0x10001)", "x_svl_unlock(0x10001)"}));
+                     "list.size()", "DeleteLocalRef(class of list)", "x_svl_lock(0x10001)", "x_svl_unlock(0x10001)"}));
 }
 
 TEST_F(ChannelBridge, AListUpdateReadsTheRecordIdFieldWithoutAskingForItsKey) {

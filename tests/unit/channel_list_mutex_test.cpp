@@ -47,11 +47,11 @@ class ChannelListMutex : public tavro::test::ScriptedTest {
 protected:
     ChannelListMutex() {
         chList = &manager;
-        m_mwdbIdHandleMap.clear();
-        m_mwdbIdHandleMap.insert(2, 0x10002);
+        SvlKind::handles().clear();
+        SvlKind::handles().insert(2, 0x10002);
     }
     ~ChannelListMutex() override {
-        m_mwdbIdHandleMap.clear();
+        SvlKind::handles().clear();
         chList = nullptr;
     }
 
@@ -96,7 +96,7 @@ protected:
         }
         script::observe({});
         EXPECT_TRUE(reached) << other.name << " behind " << holder.name;
-        m_mwdbIdHandleMap.clear();
+        SvlKind::handles().clear();
         return meanwhile;
     }
 

@@ -86,6 +86,26 @@ TEST_F(ChannelListStore, ThePathBelongsToOneManagerAndNeitherOpenNorStoreChanges
     EXPECT_EQ(other.getPath(), "");
 }
 
+TEST_F(ChannelListStore, DestroyingAManagerClosesTheListsBeforeItsPathIsReleased) {
+    // A path of this length lies in memory of its own, whose first bytes change when it is released.
+    const std::string long_path = "/data/" + std::string(200, 'x') + "/list.bin";
+    auto other = std::make_unique<NativeVltTvChannelList>();
+    const NativeVltTvChannelList* const destroyed = other.get();
+    other->setPath(long_path);
+    given_open(5);
+    given_open(7);
+    std::vector<std::string> paths;
+    script::observe([&](const std::string& call) {
+        if (call.rfind("x_svl_close(", 0) == 0) {
+            paths.push_back(destroyed->getPath());
+        }
+    });
+    other.reset();
+    script::observe({});
+    EXPECT_EQ(paths, (std::vector<std::string>{long_path, long_path}));
+    expect_open_lists({});
+}
+
 TEST_F(ChannelListStore, OpenTmpGivesAHandleThatIsNotRecorded) {
     EXPECT_EQ(manager.openTmp(5), 0x10005U);
     expect_journal(entry("openTmp") + call("open(5, 0, 0)") + debug("#[openTmp]: mwdbId = 5 set handle ok \n"));

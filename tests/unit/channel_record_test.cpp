@@ -307,11 +307,12 @@ TEST_F(ChannelRecord, ANullTextStoresNothingAndWritesNoLine) {
     EXPECT_EQ(jni.journal_with("log "), Lines{});
 }
 
-TEST_F(ChannelRecord, CharactersAndElementsAreKeptAndStringsStayReferenced) {
+TEST_F(ChannelRecord, CharactersAreKeptAndTheirStringIsGivenBackAfterTheRead) {
     set("ServiceName", "serviceName", &jni.string("One"));
     convert(Part::kHeader);
     EXPECT_EQ(jni.unreleased_chars(), 1);
-    EXPECT_EQ(jni.journal_with("\"One\""), Lines{"GetStringUTFChars(\"One\")"});
+    EXPECT_EQ(jni.journal_with("\"One\""), (Lines{"GetStringUTFChars(\"One\")", "DeleteLocalRef(\"One\")"}));
+    EXPECT_EQ(jni.live_references(), 0);
 }
 
 TEST_F(ChannelRecord, ARecordIdentifierSetsListAndRecord) {
@@ -511,6 +512,7 @@ TEST_F(ChannelRecord, AFieldIsLookedUpAndReadOnlyWhenItsKeyIsPresentAndBeforeThe
         "GetObjectField(tslRecId)",
         "GetStringUTFChars(\"5,9\")",
         "ReleaseStringUTFChars(\"5,9\")",
+        "DeleteLocalRef(\"5,9\")",
         "DeleteLocalRef(\"TslRecId\")",
         "NewStringUTF(\"SatlRecId\")",
         "channel.isContainsKey(channel, \"SatlRecId\")",
@@ -523,6 +525,7 @@ TEST_F(ChannelRecord, AFieldIsLookedUpAndReadOnlyWhenItsKeyIsPresentAndBeforeThe
         "GetFieldID(serviceName, Ljava/lang/String;)",
         "GetObjectField(serviceName)",
         "GetStringUTFChars(\"One\")",
+        "DeleteLocalRef(\"One\")",
         "DeleteLocalRef(\"ServiceName\")",
     };
     ASSERT_GE(journal.size(), expected.size());
@@ -533,7 +536,7 @@ TEST_F(ChannelRecord, RegionCodesAreReadAsAnIntArrayThatIsNotReleased) {
     set("TargetRegionCode", "targetRegionCode", &jni.int_array({1}));
     convert(Part::kDvb);
     const Lines array_calls = {"GetFieldID(targetRegionCode, [I)", "GetObjectField(targetRegionCode)",
-                               "GetArrayLength(int[])", "GetIntArrayElements(int[])"};
+                               "GetArrayLength(int[])", "GetIntArrayElements(int[])", "DeleteLocalRef(int[])"};
     Lines found;
     for (const std::string& line : jni.journal()) {
         if (line.find("targetRegionCode") != std::string::npos || line.find("int[]") != std::string::npos) {

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdarg>
 #include <cstddef>
+#include <gtest/gtest.h>
 
 namespace tavro::test {
 namespace {
@@ -29,7 +30,10 @@ FakeJni::FakeJni() {
     script::observe([this](const std::string& text) { journal_.push_back(text); });
 }
 
-FakeJni::~FakeJni() { script::observe({}); }
+FakeJni::~FakeJni() {
+    script::observe({});
+    EXPECT_EQ(misused_references_, std::vector<std::string>{});
+}
 
 FakeJni& FakeJni::self(JNIEnv* env) { return *static_cast<FakeJni*>(env->functions->reserved0); }
 
@@ -90,37 +94,78 @@ bool FakeJni::fallible(const std::string& text) {
     return !fails;
 }
 
+void FakeJni::count_references_anew() {
+    references_.clear();
+    live_references_ = 0;
+    most_references_ = 0;
+}
+
+jobject FakeJni::referred(FakeObject* object) {
+    if (object == nullptr) {
+        return nullptr;
+    }
+    ++references_[object];
+    most_references_ = std::max(most_references_, ++live_references_);
+    return ref(*object);
+}
+
+void FakeJni::give_back(FakeObject& object) {
+    int& references = references_[&object];
+    if (references == 0) {
+        misused_references_.push_back("not held: " + object.name);
+        return;
+    }
+    --references;
+    --live_references_;
+}
+
+FakeObject& FakeJni::used(jobject reference) {
+    FakeObject& object = from(reference);
+    const auto found = references_.find(&object);
+    if (found != references_.end() && found->second == 0) {
+        misused_references_.push_back("used after it was given back: " + object.name);
+    }
+    return object;
+}
+
+FakeObject* FakeJni::used_argument(FakeObject* object) { return object == nullptr ? nullptr : &used(ref(*object)); }
+
 void FakeJni::fill_table() {
     table_.FindClass = [](JNIEnv* env, const char* path) -> jclass {
         FakeJni& fake = self(env);
-        return fake.fallible("FindClass(" + std::string(path) + ")") ? static_cast<jclass>(ref(fake.object(path)))
-                                                                     : nullptr;
+        return fake.fallible("FindClass(" + std::string(path) + ")")
+                   ? static_cast<jclass>(fake.referred(&fake.object(path)))
+                   : nullptr;
     };
     table_.GetObjectClass = [](JNIEnv* env, jobject object) -> jclass {
         FakeJni& fake = self(env);
-        fake.call("GetObjectClass(" + from(object).name + ")");
-        return static_cast<jclass>(ref(fake.object("class of " + from(object).name)));
+        fake.call("GetObjectClass(" + fake.used(object).name + ")");
+        return static_cast<jclass>(fake.referred(&fake.object("class of " + from(object).name)));
     };
-    table_.GetMethodID = [](JNIEnv* env, jclass, const char* name, const char* signature) -> jmethodID {
+    table_.GetMethodID = [](JNIEnv* env, jclass cls, const char* name, const char* signature) -> jmethodID {
         FakeJni& fake = self(env);
+        fake.used(cls);
         return fake.fallible("GetMethodID(" + std::string(name) + ", " + signature + ")")
                    ? reinterpret_cast<jmethodID>(&fake.members_.emplace_back(Member{name, signature}))
                    : nullptr;
     };
-    table_.GetFieldID = [](JNIEnv* env, jclass, const char* name, const char* descriptor) -> jfieldID {
+    table_.GetFieldID = [](JNIEnv* env, jclass cls, const char* name, const char* descriptor) -> jfieldID {
         FakeJni& fake = self(env);
+        fake.used(cls);
         return fake.fallible("GetFieldID(" + std::string(name) + ", " + descriptor + ")")
                    ? reinterpret_cast<jfieldID>(&fake.members_.emplace_back(Member{name, descriptor}))
                    : nullptr;
     };
     table_.NewStringUTF = [](JNIEnv* env, const char* text) -> jstring {
         FakeJni& fake = self(env);
-        return fake.fallible("NewStringUTF(" + quoted(text) + ")") ? string_ref(fake.string(text)) : nullptr;
+        return fake.fallible("NewStringUTF(" + quoted(text) + ")")
+                   ? static_cast<jstring>(fake.referred(&fake.string(text)))
+                   : nullptr;
     };
     table_.GetStringUTFChars = [](JNIEnv* env, jstring text, jboolean* is_copy) -> const char* {
         FakeJni& fake = self(env);
         const std::string copy_asked = is_copy == nullptr ? "" : ", isCopy";
-        if (!fake.fallible("GetStringUTFChars(" + from(text).name + copy_asked + ")")) {
+        if (!fake.fallible("GetStringUTFChars(" + fake.used(text).name + copy_asked + ")")) {
             return nullptr;
         }
         ++fake.unreleased_chars_;
@@ -128,85 +173,87 @@ void FakeJni::fill_table() {
     };
     table_.ReleaseStringUTFChars = [](JNIEnv* env, jstring text, const char*) {
         FakeJni& fake = self(env);
-        fake.journal_.push_back("ReleaseStringUTFChars(" + from(text).name + ")");
+        fake.journal_.push_back("ReleaseStringUTFChars(" + fake.used(text).name + ")");
         --fake.unreleased_chars_;
     };
     table_.DeleteLocalRef = [](JNIEnv* env, jobject object) {
         self(env).journal_.push_back("DeleteLocalRef(" + from(object).name + ")");
+        self(env).give_back(from(object));
     };
     table_.CallBooleanMethodV = [](JNIEnv* env, jobject object, jmethodID method, va_list arguments) -> jboolean {
         const auto& member = *reinterpret_cast<const Member*>(method);
         if (member.name == "add") {
-            auto* element = va_arg(arguments, FakeObject*);
-            self(env).call(from(object).name + ".add(" + element->name + ")");
+            auto* element = self(env).used_argument(va_arg(arguments, FakeObject*));
+            self(env).call(self(env).used(object).name + ".add(" + element->name + ")");
             from(object).elements.push_back(element);
             return JNI_TRUE;
         }
         if (member.name != "isContainsKey") {
-            const auto* key = va_arg(arguments, FakeObject*);
-            self(env).call(from(object).name + "." + member.name + "(" + key->name + ")");
+            const auto* key = self(env).used_argument(va_arg(arguments, FakeObject*));
+            self(env).call(self(env).used(object).name + "." + member.name + "(" + key->name + ")");
             return from(object).int_answers[member.name] != 0 ? JNI_TRUE : JNI_FALSE;
         }
-        const auto* subject = va_arg(arguments, FakeObject*);
-        const auto* key = va_arg(arguments, FakeObject*);
-        self(env).call(from(object).name + ".isContainsKey(" + subject->name + ", " + key->name + ")");
+        const auto* subject = self(env).used_argument(va_arg(arguments, FakeObject*));
+        const auto* key = self(env).used_argument(va_arg(arguments, FakeObject*));
+        self(env).call(self(env).used(object).name + ".isContainsKey(" + subject->name + ", " + key->name + ")");
         return from(object).keys.count(key->text) != 0 ? JNI_TRUE : JNI_FALSE;
     };
     table_.CallIntMethodV = [](JNIEnv* env, jobject object, jmethodID method, va_list arguments) -> jint {
         const auto& member = *reinterpret_cast<const Member*>(method);
         if (member.name == "size") {
-            self(env).call(from(object).name + ".size()");
+            self(env).call(self(env).used(object).name + ".size()");
             return static_cast<jint>(from(object).elements.size());
         }
-        const auto* key = va_arg(arguments, FakeObject*);
-        self(env).call(from(object).name + "." + member.name + "(" + key->name + ")");
+        const auto* key = self(env).used_argument(va_arg(arguments, FakeObject*));
+        self(env).call(self(env).used(object).name + "." + member.name + "(" + key->name + ")");
         return from(object).int_answers[member.name];
     };
     table_.CallObjectMethodV = [](JNIEnv* env, jobject object, jmethodID method, va_list arguments) -> jobject {
         const auto& member = *reinterpret_cast<const Member*>(method);
         if (member.name == "get") {
             const jint index = va_arg(arguments, jint);
-            self(env).call(from(object).name + ".get(" + std::to_string(index) + ")");
-            return reinterpret_cast<jobject>(from(object).elements.at(static_cast<std::size_t>(index)));
+            self(env).call(self(env).used(object).name + ".get(" + std::to_string(index) + ")");
+            return self(env).referred(from(object).elements.at(static_cast<std::size_t>(index)));
         }
-        const auto* key = va_arg(arguments, FakeObject*);
-        self(env).call(from(object).name + "." + member.name + "(" + key->name + ")");
-        return reinterpret_cast<jobject>(from(object).object_answers[member.name]);
+        const auto* key = self(env).used_argument(va_arg(arguments, FakeObject*));
+        self(env).call(self(env).used(object).name + "." + member.name + "(" + key->name + ")");
+        return self(env).referred(from(object).object_answers[member.name]);
     };
     table_.CallVoidMethodV = [](JNIEnv* env, jobject object, jmethodID method, va_list arguments) {
         const auto& member = *reinterpret_cast<const Member*>(method);
-        const std::string argument =
-            member.signature == "(I)V" ? std::to_string(va_arg(arguments, jint)) : va_arg(arguments, FakeObject*)->name;
-        self(env).call(from(object).name + "." + member.name + "(" + argument + ")");
+        const std::string argument = member.signature == "(I)V"
+                                         ? std::to_string(va_arg(arguments, jint))
+                                         : self(env).used_argument(va_arg(arguments, FakeObject*))->name;
+        self(env).call(self(env).used(object).name + "." + member.name + "(" + argument + ")");
     };
     table_.NewObjectV = [](JNIEnv* env, jclass cls, jmethodID, va_list) -> jobject {
         FakeJni& fake = self(env);
-        const std::string& path = from(cls).name;
+        const std::string& path = fake.used(cls).name;
         const std::string name = path.substr(path.rfind('/') + 1);
-        return fake.fallible("NewObject(" + name + ")") ? ref(fake.object(name)) : nullptr;
+        return fake.fallible("NewObject(" + name + ")") ? fake.referred(&fake.object(name)) : nullptr;
     };
     table_.GetIntField = [](JNIEnv* env, jobject object, jfieldID field) -> jint {
         const auto& name = reinterpret_cast<const Member*>(field)->name;
         self(env).call("GetIntField(" + name + ")");
-        return from(object).int_fields[name];
+        return self(env).used(object).int_fields[name];
     };
     table_.GetObjectField = [](JNIEnv* env, jobject object, jfieldID field) -> jobject {
         const auto& name = reinterpret_cast<const Member*>(field)->name;
         self(env).call("GetObjectField(" + name + ")");
-        return reinterpret_cast<jobject>(from(object).object_fields[name]);
+        return self(env).referred(self(env).used(object).object_fields[name]);
     };
     table_.GetArrayLength = [](JNIEnv* env, jarray array) -> jsize {
-        self(env).call("GetArrayLength(" + from(array).name + ")");
+        self(env).call("GetArrayLength(" + self(env).used(array).name + ")");
         return static_cast<jsize>(std::max(from(array).ints.size(), from(array).elements.size()));
     };
     table_.GetObjectArrayElement = [](JNIEnv* env, jobjectArray array, jsize index) -> jobject {
         self(env).call("GetObjectArrayElement(" + std::to_string(index) + ")");
-        return reinterpret_cast<jobject>(from(array).elements.at(static_cast<std::size_t>(index)));
+        return self(env).referred(self(env).used(array).elements.at(static_cast<std::size_t>(index)));
     };
     table_.GetIntArrayElements = [](JNIEnv* env, jintArray array, jboolean*) -> jint* {
         static jint nothing = 0;
         FakeJni& fake = self(env);
-        if (!fake.fallible("GetIntArrayElements(" + from(array).name + ")")) {
+        if (!fake.fallible("GetIntArrayElements(" + fake.used(array).name + ")")) {
             return nullptr;
         }
         return from(array).ints.empty() ? &nothing : from(array).ints.data();
@@ -218,7 +265,7 @@ void FakeJni::fill_table() {
         }
         FakeObject& made = fake.object("byte[]");
         made.bytes.resize(static_cast<std::size_t>(length));
-        return static_cast<jbyteArray>(ref(made));
+        return static_cast<jbyteArray>(fake.referred(&made));
     };
     table_.SetByteArrayRegion = [](JNIEnv* env, jbyteArray array, jsize start, jsize length, const jbyte* bytes) {
         self(env).call("SetByteArrayRegion(" + std::to_string(start) + ", " + std::to_string(length) + ")");

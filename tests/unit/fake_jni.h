@@ -66,8 +66,15 @@ public:
     // Calls made although an exception was pending, other than the few that JNI allows then.
     const std::vector<std::string>& forbidden_calls() const { return forbidden_; }
 
-    // Local references given back and characters or elements not released.
+    // Characters that were not released.
     int unreleased_chars() const { return unreleased_chars_; }
+
+    // Local references that calls have made and that were not given back, and the most at any time. A test
+    // of one native call among several starts anew before it. A reference that is given back twice, or used
+    // after it was given back, fails the test when this ends.
+    int live_references() const { return live_references_; }
+    int most_references() const { return most_references_; }
+    void count_references_anew();
 
     // What the platform answers to GetEnv and RegisterNatives, and what was registered.
     jint get_env_result = JNI_OK;
@@ -89,6 +96,12 @@ private:
     bool call(const std::string& text);
     bool fallible(const std::string& text);
     FakeObject& make();
+    // Counts a local reference, which may be null.
+    jobject referred(FakeObject* object);
+    void give_back(FakeObject& object);
+    // Notes a use of an object whose references were all given back.
+    FakeObject& used(jobject reference);
+    FakeObject* used_argument(FakeObject* object);
     void fill_table();
 
     JNINativeInterface_ table_{};
@@ -104,6 +117,10 @@ private:
     int countdown_ = 0;
     std::size_t failed_at_ = 0;
     int unreleased_chars_ = 0;
+    std::map<const FakeObject*, int> references_; // 0: all were given back
+    std::vector<std::string> misused_references_;
+    int live_references_ = 0;
+    int most_references_ = 0;
     bool pending_ = false;
 };
 

@@ -5,7 +5,6 @@
 #include "jni/managers.h"
 #include "jni/network_list_bridge.h"
 
-#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace script = tavro::script;
@@ -15,20 +14,23 @@ namespace {
 using namespace tavro::test;
 
 // How every list update begins, up to its first element.
-const Lines kListUpdateStart = {"GetObjectClass(list)", "GetMethodID(get, (I)Ljava/lang/Object;)",
-                                "GetMethodID(size, ()I)", "list.size()", "x_nwl_lock(0x30001)"};
+const Lines kListUpdateStart = {"GetObjectClass(list)",          "GetMethodID(get, (I)Ljava/lang/Object;)",
+                                "GetMethodID(size, ()I)",        "list.size()",
+                                "DeleteLocalRef(class of list)", "x_nwl_lock(0x30001)"};
 const Lines kUnlocked = {"x_nwl_unlock(0x30001)"};
 const Lines kStored = {"x_nwl_update_rec(0x30001, record, 0)"};
 const Lines kStoredLocked = {"x_nwl_lock(0x30001)", "x_nwl_update_rec(0x30001, record, 0)", "x_nwl_unlock(0x30001)"};
 const Lines kObjectAsked = {"GetObjectClass(network)",
                             "GetMethodID(isContainsKey, "
                             "(Lcom/velotra/tv/tavro/services/channellist/VltTvNetworkInfoBase;Ljava/lang/String;)Z)"};
+// What ends an element of a list update.
+const Lines kElementGivenBack = {"DeleteLocalRef(class of network)", "DeleteLocalRef(network)"};
 
 class NetworkBridge : public BridgeTest {
 protected:
     NetworkBridge()
-        : BridgeTest(
-              {"com_velotra_tv_tavro_networklist_", "network", "NwlIdNwlRecId", "NwlIdNwlRecId", m_nwlHandleMap, 3}) {
+        : BridgeTest({"com_velotra_tv_tavro_networklist_", "network", "NwlIdNwlRecId", "NwlIdNwlRecId",
+                      NwlKind::handles(), 3}) {
         nwList = &manager;
         std::memset(&stored, 0xA5, sizeof(stored));
         stored.ui2_nwl_rec_id = 17;
@@ -46,7 +48,7 @@ protected:
     }
     static Lines values_read() {
         return joined(asked("network", "NetworkVersion", int_read("NetworkVersion")),
-                      asked("network", "NetworkName", joined(object_read("NetworkName"), chars_kept("Due"))),
+                      asked("network", "NetworkName", text_read("NetworkName", "Due")),
                       asked("network", "NwlFavNetworkCandidate", int_read("NwlFavNetworkCandidate")),
                       asked("network", "NwlFavNetwork", int_read("NwlFavNetwork")),
                       asked("network", "NwlNetworkId", int_read("NwlNetworkId")));
@@ -114,6 +116,30 @@ TEST_F(NetworkBridge, AnUpdateThatCannotBeReadTakesNoLockAndOneThatIsNotStoredGi
     EXPECT_EQ(journal(), joined(kObjectAsked, id_asked({}), read(0), values_asked(), kStoredLocked));
 }
 
+TEST_F(NetworkBridge, AnUpdateThatLacksAMethodAFieldOrAStringEndsBeforeTheStoreIsAsked) {
+    log_level("D");
+    for (const std::string& missing :
+         {kObjectAsked[1], "NewStringUTF(" + tavro::test::quoted(kind.id_key) + ")", id_read()[0], chars("1,17")[0]}) {
+        const Lines invalid =
+            missing == chars("1,17")[0] ? Lines{"log 6 -: Invalid String.\n"} : Lines{}; // no characters
+        FakeJni one;
+        one.fail(missing);
+        EXPECT_EQ(com_velotra_tv_tavro_networklist_updateInfo(one.env(), nullptr, 1, FakeJni::ref(named("1,17"))), -22);
+        EXPECT_EQ(one.journal_with("x_nwl"), Lines{}) << missing;
+        EXPECT_EQ(one.journal_with("log "), joined(entry("updateInfo", 3462), invalid)) << missing;
+        EXPECT_TRUE(one.exception_pending());
+
+        FakeJni many;
+        many.fail(missing);
+        FakeObject& list = jni.list({&named("1,17"), &named("1,18")});
+        EXPECT_EQ(com_velotra_tv_tavro_networklist_updateInfoList(many.env(), nullptr, 1, FakeJni::ref(list)), -22);
+        EXPECT_EQ(many.journal_with("x_nwl"), (Lines{"x_nwl_lock(0x30001)", "x_nwl_unlock(0x30001)"})) << missing;
+        EXPECT_EQ(many.journal_with("log 3 -:"), entry("updateInfoList")) << missing;
+        EXPECT_EQ(many.journal_with("log 6"), invalid) << missing;
+        EXPECT_TRUE(many.exception_pending());
+    }
+}
+
 TEST_F(NetworkBridge, ANullObjectOrListFailsBehindItsLineAndAsksNothing) {
     log_level("D");
     EXPECT_EQ(com_velotra_tv_tavro_networklist_updateInfo(jni.env(), nullptr, 1, nullptr), -22);
@@ -131,20 +157,21 @@ TEST_F(NetworkBridge, AListUpdateAsksTheSizeThenLocksThenLooksAtEachElement) {
     FakeObject& full = named("9,17");
     carry_values(full);
     EXPECT_EQ(update_list({&full, &object(), &named(nullptr)}), 0);
-    EXPECT_EQ(journal(), joined(kListUpdateStart, Lines{"list.get(0)"}, kObjectAsked, id_asked(id_read("9,17")),
-                                read(17), values_read(), kStored, Lines{"list.get(1)"}, kObjectAsked, id_asked({}),
-                                read(0), values_asked(), kStored, Lines{"list.get(2)"}, kObjectAsked,
-                                id_asked(id_read()), read(0), values_asked(), kStored, kUnlocked));
+    EXPECT_EQ(journal(),
+              joined(kListUpdateStart, Lines{"list.get(0)"}, kObjectAsked, id_asked(id_read("9,17")), read(17),
+                     values_read(), kStored, kElementGivenBack, Lines{"list.get(1)"}, kObjectAsked, id_asked({}),
+                     read(0), values_asked(), kStored, kElementGivenBack, Lines{"list.get(2)"}, kObjectAsked,
+                     id_asked(id_read()), read(0), values_asked(), kStored, kElementGivenBack, kUnlocked));
 }
 
 TEST_F(NetworkBridge, AListUpdateEndsAtABadIdentifierWithItsKeysStringAndItsLockKept) {
-    const Lines bad = joined(kObjectAsked, id_asked_and_kept(id_read("x,1")));
+    const Lines bad = joined(kObjectAsked, id_asked_and_kept(id_read("x,1")), kElementGivenBack);
     EXPECT_EQ(update_list({&named("x,1"), &named("1,17")}), -22);
     EXPECT_EQ(journal(), joined(kListUpdateStart, Lines{"list.get(0)"}, bad));
     jni.clear_journal();
     EXPECT_EQ(update_list({&named("1,17"), &named("x,1"), &named("1,18")}), 0);
     EXPECT_EQ(journal(), joined(kListUpdateStart, Lines{"list.get(0)"}, kObjectAsked, id_asked(id_read("1,17")),
-                                read(17), values_asked(), kStored, Lines{"list.get(1)"}, bad));
+                                read(17), values_asked(), kStored, kElementGivenBack, Lines{"list.get(1)"}, bad));
 }
 
 TEST_F(NetworkBridge, AListUpdateStopsAtAnElementThatCannotBeReadOrStoredAndUnlocks) {
@@ -152,11 +179,11 @@ TEST_F(NetworkBridge, AListUpdateStopsAtAnElementThatCannotBeReadOrStoredAndUnlo
         joined(kListUpdateStart, Lines{"list.get(0)"}, kObjectAsked, id_asked(id_read("1,17")), read(17));
     script::answer("x_nwl_get_rec", fails());
     EXPECT_EQ(update_list({&named("1,17"), &named("1,18")}), -22);
-    EXPECT_EQ(journal(), joined(first, kUnlocked));
+    EXPECT_EQ(journal(), joined(first, kElementGivenBack, kUnlocked));
     jni.clear_journal();
     script::answer("x_nwl_update_rec", fails());
     EXPECT_EQ(update_list({&named("1,17"), &named("1,18")}), -22);
-    EXPECT_EQ(journal(), joined(first, values_asked(), kStored, kUnlocked));
+    EXPECT_EQ(journal(), joined(first, values_asked(), kStored, kElementGivenBack, kUnlocked));
     jni.clear_journal();
     EXPECT_EQ(update_list({nullptr, &named("1,18")}), -22);
     EXPECT_EQ(journal(), joined(kListUpdateStart, Lines{"list.get(0)"}, kUnlocked));
@@ -204,11 +231,15 @@ TEST_F(NetworkBridge, AnAddAsksForTheIdentifierLastLeavesTheLockToTheStoreAndTel
     script::answer("x_nwl_add_rec", fails());
     EXPECT_EQ(add(), "");
     EXPECT_EQ(journal(), joined(full, Lines{kJniLine + "[nwList->addInfo][-22] "}));
-    object = &named("x,1"); // whether the key's string is given back is left open here
-    EXPECT_EQ(add(), "1,2");
-    Lines unparsed = journal();
-    unparsed.erase(std::remove(unparsed.begin(), unparsed.end(), "DeleteLocalRef(\"NwlIdNwlRecId\")"), unparsed.end());
-    EXPECT_EQ(unparsed, joined(begun, values_asked(), id_asked_and_kept(id_read("x,1")), added, answered));
+    for (const char* bad : {"x,1", "1,x", "17"}) { // the key's string is given back all the same
+        object = &named(bad);
+        EXPECT_EQ(add(), "1,2");
+        const Lines line = bad == std::string("17") ? Lines{"log 6 -: Unknown data s_Id.\n"} : Lines{};
+        EXPECT_EQ(journal(),
+                  joined(begun, values_asked(), id_asked(joined(id_read(), chars(bad), line, given_back(quoted(bad)))),
+                         added, answered))
+            << bad;
+    }
 }
 
 TEST_F(NetworkBridge, AnAddByRecordIdLeavesTheLockToTheStoreAndTellsHowItEnded) {
@@ -278,9 +309,9 @@ TEST_F(NetworkBridge, SetUpReplacesTheManagerSilentlyAndKeepsOpenListsOpen) {
     EXPECT_EQ(jni.journal(), Lines{});
     EXPECT_EQ(first, static_cast<jint>(reinterpret_cast<std::uintptr_t>(&nwList)));
     EXPECT_EQ(second, first);
-    EXPECT_NE(m_nwlHandleMap.find(1), nullptr);
+    EXPECT_NE(NwlKind::handles().find(1), nullptr);
 
-    m_nwlHandleMap.clear();
+    NwlKind::handles().clear();
     delete left_behind;
     delete nwList;
 }

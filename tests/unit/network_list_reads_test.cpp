@@ -24,7 +24,7 @@ const std::string kTakeOverMethod = "GetMethodID(nwlToNetworkInfo, (L" + kPackag
 const Lines kCarrier = {"NewObject(VltTvNetworkInfoBase)", kTakeOverMethod};
 const Lines kTakeOver = {"VltTvNetworkInfo.nwlToNetworkInfo(VltTvNetworkInfoBase)"};
 const Lines kKeysAsked = {"GetObjectClass(list)", "GetMethodID(size, ()I)", "GetMethodID(get, (I)Ljava/lang/Object;)",
-                          "list.size()"};
+                          "list.size()", "DeleteLocalRef(class of list)"};
 
 // One setter, with what comes before its call.
 Lines set(const std::string& setter, const std::string& argument, const std::string& signature,
@@ -53,7 +53,7 @@ Lines identifier_made(const std::string& record_id) {
 
 class NetworkReading : public BridgeTest {
 protected:
-    NetworkReading() : BridgeTest({"com_velotra_tv_tavro_networklist_", "", "", "", m_nwlHandleMap, 3}) {
+    NetworkReading() : BridgeTest({"com_velotra_tv_tavro_networklist_", "", "", "", NwlKind::handles(), 3}) {
         nwList = &manager;
         log_level("D");
         stored.ui4_nwl_flags = 0x4;
@@ -72,7 +72,7 @@ protected:
         const auto taken = [&](const std::string& index, const std::string& key, const Lines& setter) {
             return joined(Lines{"list.get(" + index + ")", "GetStringUTFChars(" + quoted(key) + ")"},
                           line.empty() ? Lines{} : Lines{line + key + " \n"}, setter,
-                          Lines{"ReleaseStringUTFChars(" + quoted(key) + ")"});
+                          Lines{"ReleaseStringUTFChars(" + quoted(key) + ")"}, given_back(quoted(key)));
         };
         const Lines told = {"log 3 -: [KEY_NETWORK_NAME] _get_nwl_info  pt_nwl_rec.ui2_nwl_rec_id:17"};
         return joined(taken("0", "NetworkName", joined(told, set_name("Uno"))), taken("1", "Nothing", {}),
@@ -105,6 +105,12 @@ protected:
         return joined(Lines{"x_nwl_get_rec_by_rec_idx(0x30001, " + index + ")"},
                       entry("getInfoList  pt_nwl_rec.ui2_nwl_rec_id:" + record_id + " "), identifier_made(record_id),
                       kCarrier);
+    }
+
+    // What ends a record of a walk: its carrier, the result that the list holds now, the identifier.
+    static Lines record_given_back(const std::string& record_id) {
+        return joined(given_back("VltTvNetworkInfoBase"), given_back("VltTvNetworkInfo"),
+                      given_back(quoted("1," + record_id)));
     }
 
     NativeVltTvNetworkList manager;
@@ -155,7 +161,8 @@ TEST_F(NetworkReading, ASetterThatIsMissingMakesTheResultNullAndUnlocks) {
     script::answer("x_nwl_get_num_rec", counts(2));
     script::answer("x_nwl_get_rec_by_rec_idx", reads(bytes_of(stored)));
     EXPECT_EQ(get_list(failing, nullptr), nullptr);
-    EXPECT_EQ(journal(failing), joined(list_begun(), record_begun("0", "17"), missing, unlocked));
+    EXPECT_EQ(journal(failing),
+              joined(list_begun(), record_begun("0", "17"), missing, record_given_back("17"), unlocked));
 }
 
 TEST_F(NetworkReading, OneNetworkThatCannotBeReadIsNullWithALine) {
@@ -174,10 +181,10 @@ TEST_F(NetworkReading, AListMakesACarrierForEachRecordUnderTheReadLock) {
     jobject list = get_list(jni, nullptr); // the second read leaves its record as it is: zero
     ASSERT_NE(list, nullptr);
     EXPECT_EQ(FakeJni::from(list).elements.size(), 2U);
-    EXPECT_EQ(journal(), joined(list_begun(), record_begun("0", "17"), set_all("1,17"), added, record_begun("1", "0"),
-                                set_id("1,0"), set_number("setNetworkVersion", 0), set_name(""),
+    EXPECT_EQ(journal(), joined(list_begun(), record_begun("0", "17"), set_all("1,17"), added, record_given_back("17"),
+                                record_begun("1", "0"), set_id("1,0"), set_number("setNetworkVersion", 0), set_name(""),
                                 set_number("setNwlFavNetworkCandidate", 0), set_number("setNwlFavNetwork", 0),
-                                set_number("setNwlNetworkId", 0), added, unlocked));
+                                set_number("setNwlNetworkId", 0), added, record_given_back("0"), unlocked));
 }
 
 TEST_F(NetworkReading, AListByKeysAsksTheKeysForEachRecordAndReleasesTheirCharacters) {
@@ -185,8 +192,8 @@ TEST_F(NetworkReading, AListByKeysAsksTheKeysForEachRecordAndReleasesTheirCharac
     script::always("x_nwl_get_rec_by_rec_idx", reads(bytes_of(stored)));
     ASSERT_NE(get_list(jni, &three_keys()), nullptr);
     const std::string start = "log 3 -: [jni_VltTvList_Init]getInfoList, ";
-    const Lines by_keys =
-        joined(kKeysAsked, Lines{start + "Key List size = 3\n"}, three_keys_taken(start + "keyName = ", "1,17"), added);
+    const Lines by_keys = joined(kKeysAsked, Lines{start + "Key List size = 3\n"},
+                                 three_keys_taken(start + "keyName = ", "1,17"), added, record_given_back("17"));
     EXPECT_EQ(journal(),
               joined(list_begun(), record_begun("0", "17"), by_keys, record_begun("1", "17"), by_keys, unlocked));
     EXPECT_EQ(jni.unreleased_chars(), 0);

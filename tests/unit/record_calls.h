@@ -17,11 +17,14 @@ Lines joined(Lines first, const Lists&... more) {
 
 inline std::string quoted(const std::string& text) { return '"' + text + '"'; }
 
+// A local reference that is given back, by its object's name.
+inline Lines given_back(const std::string& name) { return {"DeleteLocalRef(" + name + ")"}; }
+
 // What asking `object` for a key leaves when the object lacks it, or has it and `reads` is done for it.
 inline Lines asked(const std::string& object, const std::string& key, const Lines& reads = {}) {
     const std::string string = quoted(key);
     return joined({"NewStringUTF(" + string + ")", object + ".isContainsKey(" + object + ", " + string + ")"}, reads,
-                  Lines{"DeleteLocalRef(" + string + ")"});
+                  given_back(string));
 }
 
 inline Lines int_read(const std::string& field) {
@@ -37,8 +40,13 @@ inline Lines chars(const std::string& text) {
     return joined(chars_kept(text), Lines{"ReleaseStringUTFChars(" + quoted(text) + ")"});
 }
 
-inline const std::string kFindStreamClass =
-    "FindClass(com/velotra/tv/tavro/services/channellist/VltTvTransportStreamInfoBase)";
+// A conversion's read of a string: the characters are kept, the reference is given back after that.
+inline Lines text_read(const std::string& field, const std::string& text) {
+    return joined(object_read(field), chars_kept(text), given_back(quoted(text)));
+}
+
+inline const std::string kStreamClass = "com/velotra/tv/tavro/services/channellist/VltTvTransportStreamInfoBase";
+inline const std::string kFindStreamClass = "FindClass(" + kStreamClass + ")";
 inline const std::string kStreamContainsKey =
     "GetMethodID(isContainsKey, (Lcom/velotra/tv/tavro/services/channellist/VltTvTransportStreamInfoBase;"
     "Ljava/lang/String;)Z)";
@@ -60,7 +68,7 @@ inline Lines stream_conversion(const std::string& object, const std::map<std::st
             lines = joined(lines, asked(object, key, read == reads.end() ? Lines{} : read->second));
         }
     }
-    return lines;
+    return joined(lines, given_back(kStreamClass));
 }
 
 } // namespace tavro::test

@@ -19,8 +19,8 @@ using Lines = std::vector<std::string>;
 class RecordFilter : public tavro::test::ScriptedTest {
 protected:
     RecordFilter() {
-        m_tslHandleMap.clear();
-        m_nwlHandleMap.clear();
+        TslKind::handles().clear();
+        NwlKind::handles().clear();
         chList = &manager;
         service.t_header.ui2_tsl_id = 3;
         service.t_header.ui2_tsl_rec_id = 17;
@@ -29,8 +29,8 @@ protected:
     }
     ~RecordFilter() override {
         chList = nullptr;
-        m_tslHandleMap.clear();
-        m_nwlHandleMap.clear();
+        TslKind::handles().clear();
+        NwlKind::handles().clear();
     }
 
     // Scripts the 16-bit number at `offset` of the record that `call` reads.
@@ -94,8 +94,8 @@ TEST_F(RecordFilter, OpensWithTheChannelListsStoragePathWhenItHasOne) {
 }
 
 TEST_F(RecordFilter, AListThatIsOpenIsServedFromTheMapOnceAndThenOpenedAgain) {
-    m_tslHandleMap.insert(3, 0x77);
-    m_tslHandleMap.insert(9, 0x99);
+    TslKind::handles().insert(3, 0x77);
+    TslKind::handles().insert(9, 0x99);
     record("x_tsl_get_rec", 16, 1101);
     EXPECT_TRUE(IsMatchCondition(1, 1101, service));
     EXPECT_TRUE(IsMatchCondition(1, 1101, service));

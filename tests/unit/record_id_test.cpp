@@ -1,3 +1,4 @@
+#include "channellist/identifier.h"
 #include "fake_jni.h"
 #include "jni/jni_env.h"
 #include "jni/record_id.h"
@@ -8,6 +9,7 @@
 #include <limits>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace script = tavro::script;
@@ -74,6 +76,65 @@ TEST_F(RecordIdentifier, WithANumberBeyondAnIntRaisesTheConversionsError) {
     for (const char* text : {"2147483648,1", "1,2147483648", "99999999999999999999,1"}) {
         EXPECT_THROW(trimId(text, list_id, record_id), std::out_of_range) << text;
     }
+}
+
+TEST_F(RecordIdentifier, NeedNotEndWhereItsTextEnds) {
+    EXPECT_TRUE(trimId(std::string_view("3,1799").substr(0, 4), list_id, record_id));
+    EXPECT_EQ(list_id, 3);
+    EXPECT_EQ(record_id, 17);
+}
+
+// What a conversion of text to a number does: its value, or the name of its exception.
+template <class Convert>
+std::string outcome(Convert convert) {
+    try {
+        return std::to_string(convert());
+    } catch (const std::invalid_argument&) {
+        return "invalid_argument";
+    } catch (const std::out_of_range&) {
+        return "out_of_range";
+    }
+}
+
+TEST(Decimal, ReadsWhatStoiReadsAndRaisesItsExceptions) {
+    const struct {
+        const char* text;
+        const char* outcome;
+    } cases[] = {
+        {"0", "0"},
+        {"17", "17"},
+        {"0017", "17"},
+        {"-17", "-17"},
+        {"+17", "17"},
+        {" 17", "17"},
+        {" \t\n\v\f\r+17", "17"},
+        {"17 ", "17"},
+        {"17x", "17"},
+        {"17,18", "17"},
+        {"0x11", "0"},
+        {"2147483647", "2147483647"},
+        {"-2147483648", "-2147483648"},
+        {"2147483648", "out_of_range"},
+        {"-2147483649", "out_of_range"},
+        {" +2147483648", "out_of_range"},
+        {"2147483648x", "out_of_range"},
+        {"99999999999999999999", "out_of_range"},
+        {"", "invalid_argument"},
+        {" ", "invalid_argument"},
+        {"+", "invalid_argument"},
+        {"-", "invalid_argument"},
+        {"+-17", "invalid_argument"},
+        {"-+17", "invalid_argument"},
+        {"- 17", "invalid_argument"},
+        {"x17", "invalid_argument"},
+        {",17", "invalid_argument"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(outcome([&] { return decimal(c.text); }), c.outcome) << '"' << c.text << '"';
+        EXPECT_EQ(outcome([&] { return std::stoi(c.text); }), c.outcome) << '"' << c.text << '"';
+    }
+    EXPECT_EQ(decimal(std::string_view("1718").substr(0, 2)), 17);
+    EXPECT_EQ(decimal(std::string_view("+1718").substr(0, 3)), 17);
 }
 
 TEST_F(RecordIdentifier, IsBuiltFromTwoIdsAndNotParsedBackWhenNegative) {

@@ -89,10 +89,10 @@ private:
 class SatelliteBridge : public tavro::test::ScriptedTest {
 protected:
     SatelliteBridge() {
-        m_satIdHandleMap.clear();
+        SatlKind::handles().clear();
         satList = &manager;
         for (const int id : {1, 2, 5}) {
-            m_satIdHandleMap.insert(id, 0x40000U + static_cast<MwdbHandle>(id));
+            SatlKind::handles().insert(id, 0x40000U + static_cast<MwdbHandle>(id));
         }
         stored.ui2_satl_rec_id = 17;
         stored.ui4_mask = 0xA000; // enabled, single cable
@@ -103,7 +103,7 @@ protected:
     }
     ~SatelliteBridge() override {
         satList = nullptr;
-        m_satIdHandleMap.clear();
+        SatlKind::handles().clear();
     }
 
     static script::Answer reads(const _SATL_REC_T& record) {
@@ -147,8 +147,13 @@ protected:
         return lines;
     }
     static Lines taken_record_id(const std::string& identifier) {
-        return {"NewStringUTF(\"RecId\")", "satellite.isContainsKey(satellite, \"RecId\")", "GetObjectField(RecId)",
-                "GetStringUTFChars(" + quoted(identifier) + ")", "ReleaseStringUTFChars(" + quoted(identifier) + ")"};
+        return {"NewStringUTF(\"RecId\")",
+                "satellite.isContainsKey(satellite, \"RecId\")",
+                "GetObjectField(RecId)",
+                "GetStringUTFChars(" + quoted(identifier) + ")",
+                "ReleaseStringUTFChars(" + quoted(identifier) + ")",
+                "DeleteLocalRef(" + quoted(identifier) + ")",
+                "DeleteLocalRef(\"RecId\")"};
     }
     void carry_all_keys() {
         satellite.keys.insert(kAddedKeys.begin(), kAddedKeys.end());

@@ -131,7 +131,7 @@ TEST_F(SatelliteHandles, EveryManagerSharesTheHandles) {
 
 TEST_F(SatelliteHandles, DestroyingAManagerClosesTheSatelliteListsAlone) {
     auto other = std::make_unique<NativeVltTvSatelliteList>();
-    const std::vector<HandleMap*> others = {&m_mwdbIdHandleMap, &m_tslHandleMap, &m_nwlHandleMap};
+    const std::vector<HandleMap*> others = {&SvlKind::handles(), &TslKind::handles(), &NwlKind::handles()};
     for (HandleMap* map : others) {
         map->insert(6, 0x99);
     }

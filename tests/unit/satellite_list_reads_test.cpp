@@ -100,15 +100,17 @@ TEST_F(SatelliteBridge, OneSatelliteByKeysCallsTheSettersOfThoseKeysAndKeepsTheK
     script::answer("x_satl_get_rec", reads(stored));
     FakeObject& keys = jni.list({&jni.string("DiseqcPolar"), &jni.string("Nothing"), &jni.string("OrbitPosition")});
     ASSERT_NE(com_velotra_tv_tavro_satellitelist_getInfo(jni.env(), nullptr, ref(id), FakeJni::ref(keys)), nullptr);
-    EXPECT_EQ(calls(),
-              joined(Lines{"GetStringUTFChars(\"5,12\")", "ReleaseStringUTFChars(\"5,12\")",
-                           "NewObject(VltTvSatelliteInfoBase)", "x_satl_get_rec(0x40005, 12)", "NewStringUTF(\"5,17\")",
-                           "NewObject(VltTvSatelliteInfo)"},
-                     set_record_id("5,17"),
-                     Lines{"list.size()", "list.get(0)", "GetStringUTFChars(\"DiseqcPolar\")",
-                           "VltTvSatelliteInfoBase.setDiseqcPolar(0)", "list.get(1)", "GetStringUTFChars(\"Nothing\")",
-                           "list.get(2)", "GetStringUTFChars(\"OrbitPosition\")",
-                           "VltTvSatelliteInfoBase.setOrbitPosition(-300)", kTakeOver}));
+    EXPECT_EQ(
+        calls(),
+        joined(Lines{"GetStringUTFChars(\"5,12\")", "ReleaseStringUTFChars(\"5,12\")",
+                     "NewObject(VltTvSatelliteInfoBase)", "x_satl_get_rec(0x40005, 12)", "NewStringUTF(\"5,17\")",
+                     "NewObject(VltTvSatelliteInfo)"},
+               set_record_id("5,17"),
+               Lines{"list.size()", "DeleteLocalRef(class of list)", "list.get(0)",
+                     "GetStringUTFChars(\"DiseqcPolar\")", "VltTvSatelliteInfoBase.setDiseqcPolar(0)",
+                     "DeleteLocalRef(\"DiseqcPolar\")", "list.get(1)", "GetStringUTFChars(\"Nothing\")",
+                     "DeleteLocalRef(\"Nothing\")", "list.get(2)", "GetStringUTFChars(\"OrbitPosition\")",
+                     "VltTvSatelliteInfoBase.setOrbitPosition(-300)", "DeleteLocalRef(\"OrbitPosition\")", kTakeOver}));
     EXPECT_EQ(jni.unreleased_chars(), 3);
 }
 
@@ -123,7 +125,8 @@ TEST_F(SatelliteBridge, AListFillsOneCarrierForAllItsRecordsUnderTheReadLock) {
     const auto record = [](const std::string& index, const std::string& identifier) {
         return joined(Lines{"x_satl_get_rec_by_rec_idx(0x40005, " + index + ")",
                             "NewStringUTF(" + quoted(identifier) + ")", "NewObject(VltTvSatelliteInfo)"},
-                      set_record_id(identifier), set_all(), Lines{kTakeOver, "ArrayList.add(VltTvSatelliteInfo)"});
+                      set_record_id(identifier), set_all(), Lines{kTakeOver, "ArrayList.add(VltTvSatelliteInfo)"},
+                      given_back("VltTvSatelliteInfo"));
     };
     EXPECT_EQ(calls(), joined(Lines{"NewObject(ArrayList)", "x_satl_read_lock(0x40005)", "x_satl_get_num_recs(0x40005)",
                                     "NewObject(VltTvSatelliteInfoBase)"},

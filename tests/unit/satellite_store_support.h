@@ -15,7 +15,7 @@ inline const Kind kSatellites = {"Satellites",
                                  "fs_satl_",
                                  "satId",
                                  "satRecId",
-                                 m_satIdHandleMap,
+                                 SatlKind::handles(),
                                  nullptr, // its manager has a shape of its own
                                  4,
                                  true,
@@ -27,13 +27,13 @@ inline const Kind kSatellites = {"Satellites",
 
 class SatelliteStore : public StoreTest {
 protected:
-    SatelliteStore() : StoreTest(kSatellites) { m_satIdHandleMap.clear(); }
-    ~SatelliteStore() override { m_satIdHandleMap.clear(); }
+    SatelliteStore() : StoreTest(kSatellites) { SatlKind::handles().clear(); }
+    ~SatelliteStore() override { SatlKind::handles().clear(); }
 
     // Starts anew with this log property: no journal, no answers, no open list.
     void start(const char* property) {
         StoreTest::start(property);
-        m_satIdHandleMap.clear();
+        SatlKind::handles().clear();
     }
 
     // What begins most operations, `id` being told as it was given.

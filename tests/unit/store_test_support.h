@@ -211,7 +211,7 @@ inline const Kind kServices = {"Services",
                                "fs_Svl_",
                                "svlId",
                                "svlRecId",
-                               m_mwdbIdHandleMap,
+                               SvlKind::handles(),
                                make_store<ServiceStore>,
                                1,
                                true,
@@ -228,7 +228,7 @@ inline const Kind kTransportStreams = {"TransportStreams",
                                        "fs_Tsl_",
                                        "tslId",
                                        "tslRecId",
-                                       m_tslHandleMap,
+                                       TslKind::handles(),
                                        make_store<TransportStreamStore>,
                                        2,
                                        false,
@@ -245,7 +245,7 @@ inline const Kind kNetworks = {"Networks",
                                "fs_Nwl_",
                                "nwlId",
                                "nwlRecId",
-                               m_nwlHandleMap,
+                               NwlKind::handles(),
                                make_store<NetworkStore>,
                                3,
                                true,
@@ -354,9 +354,9 @@ protected:
 
 private:
     static void forget_handles() {
-        m_mwdbIdHandleMap.clear();
-        m_tslHandleMap.clear();
-        m_nwlHandleMap.clear();
+        SvlKind::handles().clear();
+        TslKind::handles().clear();
+        NwlKind::handles().clear();
     }
 
     static std::string hex(std::uint32_t value) {

@@ -39,7 +39,8 @@ protected:
     ~TargetWidth() override { forget(); }
 
     static void forget() {
-        for (HandleMap* handles : {&m_mwdbIdHandleMap, &m_tslHandleMap, &m_nwlHandleMap, &m_satIdHandleMap}) {
+        for (HandleMap* handles :
+             {&SvlKind::handles(), &TslKind::handles(), &NwlKind::handles(), &SatlKind::handles()}) {
             handles->clear();
         }
     }
@@ -173,7 +174,7 @@ TEST_F(TargetWidth, AListOf65535TransportStreamsIsOneArrayUpToItsLastByte) {
     constexpr std::size_t kSize = 724;
     NativeVltTvTransportStreamList manager;
     tsList = &manager;
-    ASSERT_TRUE(m_tslHandleMap.insert(1, 0x20001));
+    ASSERT_TRUE(TslKind::handles().insert(1, 0x20001));
     script::always("x_tsl_get_num_recs", {0, kCount, {}, 0, {}});
     for (int index = 0; index < kCount; ++index) {
         script::Answer answer;

@@ -70,22 +70,25 @@ protected:
 
 TEST_F(TransportStreamCalls, EveryKeysFieldIsFoundAndReadBeforeTheKeysStringIsGivenBack) {
     carry_numbers();
-    carry("TslNwlRecId", "tslNwlRecId", &jni.string("5,9"), chars("5,9"));
-    carry("TslSatlRecId", "tslSatlRecId", &jni.string("7,1"), chars("7,1"));
-    carry("NetworkName", "networkName", &jni.string("One"), chars_kept("One"));
-    carry("AcTsName", "acTsName", &jni.string("Two"), chars_kept("Two"));
+    carry("TslNwlRecId", "tslNwlRecId", &jni.string("5,9"), joined(chars("5,9"), given_back(quoted("5,9"))));
+    carry("TslSatlRecId", "tslSatlRecId", &jni.string("7,1"), joined(chars("7,1"), given_back(quoted("7,1"))));
+    carry("NetworkName", "networkName", &jni.string("One"), joined(chars_kept("One"), given_back(quoted("One"))));
+    carry("AcTsName", "acTsName", &jni.string("Two"), joined(chars_kept("Two"), given_back(quoted("Two"))));
     FakeObject& array = jni.object("array");
     array.elements = {&alternate(), nullptr, &alternate()};
-    const Lines entry =
-        joined(Lines{"GetObjectClass(entry)"}, int_read("alternateFreq"), int_read("alternateBandwidth"));
-    carry_alternates(&array, joined(Lines{"GetArrayLength(array)", "GetObjectArrayElement(0)"}, entry,
-                                    Lines{"GetObjectArrayElement(1)", "GetObjectArrayElement(2)"}, entry));
+    const Lines entry = joined(Lines{"GetObjectClass(entry)"}, int_read("alternateFreq"),
+                               int_read("alternateBandwidth"), given_back("class of entry"), given_back("entry"));
+    carry_alternates(&array,
+                     joined(Lines{"GetArrayLength(array)", "GetObjectArrayElement(0)"}, entry,
+                            Lines{"GetObjectArrayElement(1)", "GetObjectArrayElement(2)"}, entry, given_back("array")));
     ASSERT_EQ(reads.size(), 32U);
     for (const int medium : {0, 1, 2, 3, 4}) { // what is read does not depend on it
+        jni.count_references_anew();
         jni.clear_journal();
         stream.int_fields["broadcastMedium"] = medium;
         convert();
         EXPECT_EQ(jni.journal(), stream_conversion("stream", reads)) << medium;
+        EXPECT_EQ(jni.live_references(), 0);
     }
     EXPECT_EQ(jni.unreleased_chars(), 5 * 2); // of the two names
 }
@@ -102,7 +105,7 @@ TEST_F(TransportStreamCalls, NothingIsAskedOfANullFieldOrATooLongArray) {
     jni.clear_journal();
     FakeObject& array = jni.object("array");
     array.elements.assign(6, &alternate());
-    carry_alternates(&array, {"GetArrayLength(array)"});
+    carry_alternates(&array, {"GetArrayLength(array)", "DeleteLocalRef(array)"});
     convert();
     EXPECT_EQ(jni.journal(), stream_conversion("stream", reads));
 }

@@ -458,6 +458,7 @@ TEST_F(TransportStreamRecord, KeysAreAskedInOrderOnTheClassFoundByItsName) {
             expected.push_back("DeleteLocalRef(" + quoted + ")");
         }
     }
+    expected.push_back("DeleteLocalRef(com/velotra/tv/tavro/services/channellist/VltTvTransportStreamInfoBase)");
     EXPECT_EQ(jni.journal(), expected);
 }
 

@@ -247,6 +247,14 @@ class ScriptedSatelliteRecordTest extends SatellitePlatform {
     }
 
     @Test
+    void aNameThatFillsItsBytesIsReadWithoutTheByteAfterThem() {
+        String full = "n".repeat(64);
+        byte[] record = Records.with8(withName(stored, full.getBytes(StandardCharsets.UTF_8)), 346, 0x77);
+        assertEquals(full, read(record).getName());
+        assertEquals(full, read(record, "Name").getName());
+    }
+
+    @Test
     void aNameIsStoredAsModifiedUtf8AndCutBetweenItsBytes() {
         byte[] text = {'A', (byte) 0xC3, (byte) 0xBC, (byte) 0xC0, (byte) 0x80};
         assertArrayEquals(withName(stored, text), updated(stored, info -> info.setName("Aü\0")));

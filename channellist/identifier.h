@@ -1,0 +1,52 @@
+// Record identifiers, "list id, comma, record id", and the decimal numbers in them.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+// Takes the digits off the front of a text, as far as they make a number that surely fits an int: one to nine
+// of them. Returns false, with the text as it was, when there are none or more.
+inline bool take_digits(std::string_view& text, int& number) {
+    constexpr std::size_t kMostDigits = 9;
+    const std::size_t most = std::min(text.size(), kMostDigits + 1);
+    std::size_t digits = 0;
+    int value = 0;
+    for (; digits < most && text[digits] >= '0' && text[digits] <= '9'; ++digits) {
+        value = digits < kMostDigits ? value * 10 + (text[digits] - '0') : value;
+    }
+    if (digits == 0 || digits > kMostDigits) {
+        return false;
+    }
+    text.remove_prefix(digits);
+    number = value;
+    return true;
+}
+
+// Knows blanks, signs and long numbers, and raises the exceptions.
+[[gnu::cold, gnu::noinline]] inline int unusual_decimal(std::string_view text) { return std::stoi(std::string(text)); }
+
+// The number that a text begins with, as std::stoi reads it: blanks before it and anything behind it do not
+// count. Text without a number, or with one beyond an int, raises std::stoi's exception.
+inline int decimal(std::string_view text) {
+    int number = 0;
+    return take_digits(text, number) ? number : unusual_decimal(text);
+}
+
+// Takes an identifier of the usual form apart: digits, a comma, digits, and nothing else but what a second
+// comma begins. Returns false, with the out values as they were, for any other text.
+inline bool take_apart(std::string_view identifier, int& list_id, int& record_id) {
+    int list = 0;
+    int record = 0;
+    if (!take_digits(identifier, list) || identifier.empty() || identifier.front() != ',') {
+        return false;
+    }
+    identifier.remove_prefix(1);
+    if (!take_digits(identifier, record) || (!identifier.empty() && identifier.front() != ',')) {
+        return false;
+    }
+    list_id = list;
+    record_id = record;
+    return true;
+}

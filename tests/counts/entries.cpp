@@ -1,0 +1,11 @@
+// Ways into the library that it does not export.
+#include "entries.h"
+
+#include "jni/log_gate.h"
+#include "jni/record_id.h"
+
+unsigned int tavro_log_gate() { return __velotra_log_is_loggable(kDebugLevel, kLogLevelProperty); }
+
+bool tavro_parse_record_id(const std::string& identifier, int& list_id, int& record_id) {
+    return trimId(identifier, list_id, record_id);
+}

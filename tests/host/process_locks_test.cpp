@@ -1,0 +1,280 @@
+// List locks between processes: who waits for whom, and what the end of a process leaves.
+#include "child_process.h"
+#include "kinds.h"
+#include "services/status.h"
+#include "workspace.h"
+
+#include <chrono>
+#include <fcntl.h>
+#include <filesystem>
+#include <memory>
+#include <sqlite3.h>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+// The bytes of the lock file that processes lock, one for each slot.
+constexpr int kFirstSlot = 1;
+constexpr int kSlots = 63;
+// Where the lock file has the process and the thread that open the storage.
+constexpr int kOpenerOffset = 8;
+
+class ProcessLocks : public Workspace {
+protected:
+    ProcessLocks() { handle = created<Networks>(1); }
+
+    static std::unique_ptr<ChildProcess> child(const std::vector<std::string>& arguments) {
+        auto process = std::make_unique<ChildProcess>(arguments);
+        EXPECT_EQ(process->read_line(), "locked");
+        return process;
+    }
+
+    // The status of one attempt to lock, which is given back at once.
+    MwStatus attempt(MwStatus (*lock)(MwdbHandle), MwStatus (*unlock)(MwdbHandle)) {
+        environment.set("TAVRO_LOCK_TIMEOUT_MS", "0");
+        const MwStatus status = lock(handle);
+        environment.unset("TAVRO_LOCK_TIMEOUT_MS");
+        return status == kMwOk ? unlock(handle) : status;
+    }
+    MwStatus attempt_to_read() { return attempt(x_nwl_read_lock, x_nwl_read_unlock); }
+    MwStatus attempt_to_write() { return attempt(x_nwl_lock, x_nwl_unlock); }
+
+    // Returns once `condition` is true, or fails.
+    template <class Condition>
+    static void await(Condition condition) {
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+        while (!condition()) {
+            ASSERT_LT(std::chrono::steady_clock::now(), end);
+            std::this_thread::yield();
+        }
+    }
+    // Returns once readers wait for a writer of another process.
+    void await_waiting_writer() {
+        await([this] { return attempt_to_read() == kHostLockTimeout; });
+    }
+
+    // Locks or unlocks bytes of the lock file as a process of its own would. Returns false when they are taken.
+    static bool set_bytes(int file, int type, int first, int count) {
+        struct flock range {};
+        range.l_type = static_cast<short>(type);
+        range.l_whence = SEEK_SET;
+        range.l_start = first;
+        range.l_len = count;
+        return ::fcntl(file, F_OFD_SETLK, &range) == 0;
+    }
+    int open_lock_file() const { return ::open((home() + "/locks").c_str(), O_RDWR | O_CLOEXEC); }
+
+    MwdbHandle handle = 0;
+};
+
+} // namespace
+
+TEST_F(ProcessLocks, ThatNobodyElseUsesTakeNoSystemCall) {
+    ChildProcess process({"lock_calls"});
+    ASSERT_EQ(process.read_line(), "ready");
+    const std::string result = process.read_line(); // an emulator cannot forbid calls
+    EXPECT_TRUE(result == "done" || result == "done, with all calls") << result;
+    EXPECT_EQ(process.wait(), 0);
+}
+
+TEST_F(ProcessLocks, LetAWaitingWriterGoBeforeNewReadersOfTwoOtherProcesses) {
+    const auto reader = child({"read_lock"});
+    ChildProcess writer({"lock"});
+    await_waiting_writer();
+    environment.set("TAVRO_LOCK_TIMEOUT_MS", "30");
+    EXPECT_EQ(ChildProcess({"read_lock"}).read_line(), "lock: " + std::to_string(kHostLockTimeout));
+    reader->close_input();
+    EXPECT_EQ(writer.read_line(), "locked");
+    writer.close_input();
+    EXPECT_EQ(writer.wait(), 0);
+    EXPECT_EQ(attempt_to_read(), kMwOk);
+}
+
+TEST_F(ProcessLocks, LetAWaitingWriterGoBeforeNewReadersOfThreeOtherProcesses) {
+    const auto first = child({"read_lock"});
+    const auto second = child({"read_lock"});
+    ChildProcess writer({"lock"});
+    await_waiting_writer();
+    first->close_input();
+    EXPECT_EQ(first->wait(), 0);
+    EXPECT_EQ(attempt_to_read(), kHostLockTimeout);
+    EXPECT_EQ(attempt_to_write(), kHostLockTimeout);
+    second->close_input();
+    EXPECT_EQ(writer.read_line(), "locked");
+}
+
+TEST_F(ProcessLocks, LetAWaitingWriterGoBeforeANewThreadOfAReadingProcess) {
+    environment.set("TAVRO_LOCK_TIMEOUT_MS", "30");
+    const auto reader = child({"read_twice"});
+    environment.unset("TAVRO_LOCK_TIMEOUT_MS");
+    ChildProcess writer({"lock"});
+    await_waiting_writer();
+    reader->write_line("go");
+    EXPECT_EQ(reader->read_line(), std::to_string(kHostLockTimeout));
+    reader->close_input();
+    EXPECT_EQ(writer.read_line(), "locked");
+}
+
+TEST_F(ProcessLocks, GiveAWriterItsTurnAmongProcessesThatReadAllTheTime) {
+    std::vector<std::unique_ptr<ChildProcess>> readers;
+    for (int count = 1; count <= 3; ++count) {
+        readers.push_back(child({"read_loop"}));
+        for (int turn = 0; turn < 5; ++turn) {
+            ASSERT_EQ(x_nwl_lock(handle), kMwOk) << count;
+            ASSERT_EQ(x_nwl_unlock(handle), kMwOk);
+        }
+    }
+    EXPECT_EQ(log(), std::vector<std::string>{});
+    for (const auto& reader : readers) {
+        reader->close_input();
+        EXPECT_EQ(reader->wait(), 0);
+    }
+}
+
+TEST_F(ProcessLocks, LetTheHolderReadAgainWhileAWriterWaits) {
+    ASSERT_EQ(x_nwl_read_lock(handle), kMwOk);
+    ChildProcess writer({"lock"});
+    const auto read_elsewhere = [this] {
+        MwStatus status = kMwOk;
+        std::thread([&] { status = attempt_to_read(); }).join();
+        return status;
+    };
+    await([&] { return read_elsewhere() == kHostLockTimeout; });
+    EXPECT_EQ(attempt_to_read(), kMwOk);
+    EXPECT_EQ(x_nwl_read_unlock(handle), kMwOk);
+    EXPECT_EQ(writer.read_line(), "locked");
+}
+
+TEST_F(ProcessLocks, ForgetAWaitingWriterThatIsKilled) {
+    const auto reader = child({"read_lock"});
+    ChildProcess writer({"lock"});
+    await_waiting_writer();
+    writer.kill();
+    EXPECT_EQ(attempt_to_read(), kMwOk);
+}
+
+TEST_F(ProcessLocks, ForgetAWaitingWriterThatGivesUp) {
+    const auto reader = child({"read_lock"});
+    EXPECT_EQ(attempt_to_write(), kHostLockTimeout);
+    EXPECT_EQ(ChildProcess({"read_lock"}).read_line(), "locked");
+}
+
+TEST_F(ProcessLocks, NameTheWaitingWriterInATimeOut) {
+    const auto reader = child({"read_lock"});
+    ChildProcess writer({"lock"});
+    await_waiting_writer();
+    ASSERT_EQ(log().size(), 1u);
+    EXPECT_NE(log()[0].find("for the read lock of nwl list 1, held by a writer that waits in another process;"),
+              std::string::npos)
+        << log()[0];
+}
+
+TEST_F(ProcessLocks, NameAllReadersInATimeOut) {
+    const auto first = child({"read_lock"});
+    const auto second = child({"read_lock"});
+    ASSERT_EQ(attempt_to_write(), kHostLockTimeout);
+    ASSERT_EQ(log().size(), 1u);
+    const std::string names = "held by process " + std::to_string(first->id()) + ", thread " +
+                              std::to_string(second->id()) + " of process " + std::to_string(second->id()) + ";";
+    EXPECT_NE(log()[0].find(names), std::string::npos) << log()[0];
+}
+
+TEST_F(ProcessLocks, EndWithAKilledReaderOrWriter) {
+    for (const char* command : {"read_lock", "lock"}) {
+        const auto holder = child({command});
+        ASSERT_EQ(attempt_to_write(), kHostLockTimeout);
+        holder->kill();
+        EXPECT_EQ(attempt_to_write(), kMwOk);
+    }
+}
+
+TEST_F(ProcessLocks, EndWithAProcessThatIsKilledAtAnyMoment) {
+    for (int round = 0; round < 25; ++round) {
+        const auto holder = child({"lock_loop"});
+        holder->kill();
+        ASSERT_EQ(attempt_to_write(), kMwOk);
+        ASSERT_EQ(attempt_to_read(), kMwOk);
+    }
+}
+
+TEST_F(ProcessLocks, AreNotLeftToTheNextProcessInTheSameSlot) {
+    created<Networks>(2);
+    ASSERT_EQ(attempt_to_write(), kMwOk); // this process has its slot
+    for (const char* command : {"read_lock", "lock"}) {
+        child({command, "1"})->kill();
+        const auto next = child({command, "2"});
+        EXPECT_EQ(attempt_to_write(), kMwOk);
+        EXPECT_EQ(ChildProcess({"lock", "2"}, {"env", "TAVRO_LOCK_TIMEOUT_MS=0"}).read_line(),
+                  "lock: " + std::to_string(kHostLockTimeout));
+    }
+}
+
+TEST_F(ProcessLocks, KeepEachOthersChangesApart) {
+    environment.set("TAVRO_LOCK_TIMEOUT_MS", "60000");
+    write_file(path("number"), "0");
+    std::vector<std::unique_ptr<ChildProcess>> processes;
+    for (int i = 0; i < 4; ++i) {
+        processes.push_back(
+            std::make_unique<ChildProcess>(std::vector<std::string>{"increment", path("number"), "200"}));
+    }
+    for (const auto& process : processes) {
+        EXPECT_EQ(process->wait(), 0);
+    }
+    EXPECT_EQ(read_file(path("number")), "800");
+}
+
+TEST_F(ProcessLocks, AreRefusedToMoreProcessesThanThereAreSlots) {
+    const int others = open_lock_file();
+    ASSERT_TRUE(set_bytes(others, F_WRLCK, kFirstSlot, kSlots));
+    EXPECT_EQ(attempt_to_read(), kHostLockTimeout);
+    ASSERT_EQ(log().size(), 1u);
+    EXPECT_NE(log()[0].find("held by 63 other processes, as many as can use locks at a time;"), std::string::npos)
+        << log()[0];
+    ASSERT_TRUE(set_bytes(others, F_UNLCK, kFirstSlot + 40, 1));
+    EXPECT_EQ(attempt_to_write(), kMwOk);
+    ::close(others);
+}
+
+TEST_F(ProcessLocks, IgnoreWhatAnOlderFormOfTheFileHolds) {
+    restart();
+    std::string old(0x30001 * 8, '\0');
+    old.append("\x01\x02\x03\x04\x05\x06\x07\x08", 8);
+    old.resize(old.size() + 0x30001 * 32, '\xFF');
+    write_file(home() + "/locks", old);
+    handle = opened<Networks>(1);
+    EXPECT_LT(std::filesystem::file_size(home() + "/locks"), old.size());
+    EXPECT_EQ(attempt_to_write(), kMwOk);
+}
+
+// A process that stopped while it opens the storage holds others up until their time-out.
+TEST_F(ProcessLocks, OfAnOpeningThatStopsAreWaitedForUntilTheTimeOut) {
+    restart();
+    sqlite3* database = nullptr; // holds the child up within its opening
+    ASSERT_EQ(sqlite3_open((home() + "/lists.db").c_str(), &database), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(database, "PRAGMA locking_mode = EXCLUSIVE; BEGIN IMMEDIATE; CREATE TABLE t(a); ROLLBACK",
+                           nullptr, nullptr, nullptr),
+              SQLITE_OK);
+    ChildProcess opener({"lock"});
+    const int file = open_lock_file();
+    const auto process = static_cast<std::uint64_t>(opener.id());
+    await([&] {
+        std::uint64_t found = 0;
+        return ::pread(file, &found, sizeof found, kOpenerOffset) == static_cast<ssize_t>(sizeof found) &&
+               found == (process << 32 | process);
+    });
+    ::close(file);
+    opener.stop();
+    sqlite3_close(database);
+    environment.set("TAVRO_LOCK_TIMEOUT_MS", "30");
+    EXPECT_EQ(x_nwl_open(1, 0, 0, &handle), kHostLockTimeout);
+    const std::string thread = std::to_string(::gettid());
+    const std::string other = std::to_string(opener.id());
+    EXPECT_EQ(log(),
+              std::vector<std::string>{"E/TavroHost" + process_mark() + ": time-out: thread " + thread +
+                                       " waited 30 ms to open the storage of " + home() + "/locks, which thread " +
+                                       other + " of process " + other +
+                                       " opens; look whether it is stopped, or set TAVRO_LOCK_TIMEOUT_MS higher"});
+    opener.kill();
+    EXPECT_EQ(x_nwl_open(1, 0, 0, &handle), kMwOk);
+}
