@@ -93,7 +93,41 @@ void BM_ReadByIndex(benchmark::State& state) {
         need(x_svl_get_rec_by_brdcst_type(list, 0, 0xFFFFFFFF, index, &record, &version) == kMwOk, "read failed");
     }
 }
-BENCHMARK(BM_ReadByIndex)->Arg(kShort)->Arg(kLong - 1);
+BENCHMARK(BM_ReadByIndex)->Arg(kShort)->Arg(kLong / 2)->Arg(kLong - 1);
+
+// Reads the records of a list of kLong by id, in no order, many times each.
+void BM_ReadById(benchmark::State& state) {
+    const Home home;
+    const MwdbHandle list = list_of(1, kLong);
+    _SVL_REC_T record{};
+    std::int32_t version = 0;
+    std::uint32_t random = 1;
+    for (auto _ : state) {
+        random = random * 1'664'525 + 1'013'904'223;
+        const auto id = static_cast<std::uint16_t>((random >> 8) % kLong + 1);
+        need(x_svl_get_rec(list, id, &record, &version) == kMwOk, "read failed");
+    }
+}
+BENCHMARK(BM_ReadById);
+
+// Reads one record of a list of range(0) by index after another connection has changed the list.
+void BM_ReadAfterAChangeElsewhere(benchmark::State& state) {
+    const Home home;
+    const MwdbHandle list = list_of(1, static_cast<int>(state.range(0)));
+    sqlite3* other = nullptr;
+    need(sqlite3_open(home.path("lists.db").c_str(), &other) == SQLITE_OK, "no database");
+    for (auto _ : state) {
+        state.PauseTiming();
+        need(sqlite3_exec(other, "UPDATE lists SET version = version + 1", nullptr, nullptr, nullptr) == SQLITE_OK,
+             "no change");
+        state.ResumeTiming();
+        _SVL_REC_T record{};
+        std::int32_t version = 0;
+        need(x_svl_get_rec_by_brdcst_type(list, 0, 0xFFFFFFFF, 0, &record, &version) == kMwOk, "read failed");
+    }
+    sqlite3_close(other);
+}
+BENCHMARK(BM_ReadAfterAChangeElsewhere)->Arg(kShort)->Arg(kLong)->Unit(benchmark::kMillisecond);
 
 // Counts and reads the tenth of a list that one transport stream carries.
 void BM_FilteredWalk(benchmark::State& state) {

@@ -6,17 +6,9 @@
 #include "status.h"
 #include "storage_error.h"
 
-#include <algorithm>
-#include <array>
 #include <new>
 
 namespace tavro::host {
-namespace {
-
-constexpr std::size_t kLargestRecord =
-    std::max({kSvl.record_bytes, kTsl.record_bytes, kNwl.record_bytes, kSatl.record_bytes});
-
-} // namespace
 
 Engine& Engine::instance() {
     static Engine& engine = *new Engine; // never destroyed: other threads may call until the very end
@@ -64,17 +56,17 @@ MwStatus Engine::on_list_lock(const Kind& kind, MwdbHandle handle, Body body) no
             return kHostBadHandle;
         }
         const ListKey list = open->list;
-        const std::shared_ptr<LockFile> file = storage().lock_file();
+        const std::shared_ptr<LockFile> file = lists().lock_file();
         alone.unlock();
         return body(list, file);
     });
 }
 
-Storage& Engine::storage() {
-    if (storage_ == nullptr) {
-        storage_ = std::make_unique<Storage>(home_directory());
+Lists& Engine::lists() {
+    if (lists_ == nullptr) {
+        lists_ = std::make_unique<Lists>(home_directory());
     }
-    return *storage_;
+    return *lists_;
 }
 
 const Engine::OpenList* Engine::find(const Kind& kind, MwdbHandle handle) const {
@@ -102,8 +94,7 @@ MwStatus Engine::open(const Kind& kind, std::uint16_t list_id, MwdbHandle* handl
         }
         std::lock_guard<std::mutex> alone(mutex_);
         const ListKey list{kind.number, list_id};
-        std::int64_t version = 0;
-        const MwStatus status = storage().version(list, &version);
+        const MwStatus status = lists().look_for(list);
         return status == kMwOk ? give_handle(kind, list, handle) : status;
     });
 }
@@ -115,7 +106,7 @@ MwStatus Engine::create(const Kind& kind, const char* name, std::uint16_t list_i
         }
         std::lock_guard<std::mutex> alone(mutex_);
         const ListKey list{kind.number, list_id};
-        const MwStatus status = storage().create(list, name);
+        const MwStatus status = lists().create(kind, list, name);
         return status == kMwOk ? give_handle(kind, list, handle) : status;
     });
 }
@@ -129,7 +120,7 @@ MwStatus Engine::close(const Kind& kind, MwdbHandle handle) {
 
 MwStatus Engine::remove(const Kind& kind, MwdbHandle handle) {
     return on_list(kind, handle, [&](const ListKey& list) {
-        const MwStatus status = storage().remove(list);
+        const MwStatus status = lists().remove(list);
         if (status == kMwOk) {
             forget(handle);
         }
@@ -138,7 +129,7 @@ MwStatus Engine::remove(const Kind& kind, MwdbHandle handle) {
 }
 
 MwStatus Engine::clean(const Kind& kind, MwdbHandle handle) {
-    return on_list(kind, handle, [&](const ListKey& list) { return storage().clean(list); });
+    return on_list(kind, handle, [&](const ListKey& list) { return lists().clean(kind, list); });
 }
 
 MwStatus Engine::copy(const Kind& kind, MwdbHandle from, MwdbHandle to) {
@@ -147,7 +138,7 @@ MwStatus Engine::copy(const Kind& kind, MwdbHandle from, MwdbHandle to) {
         if (target == nullptr) {
             return kHostBadHandle;
         }
-        return target->list == source ? kMwOk : storage().copy(source, target->list);
+        return target->list == source ? kMwOk : lists().copy(kind, source, target->list);
     });
 }
 
@@ -162,7 +153,7 @@ MwStatus Engine::load_file(const Kind& kind, MwdbHandle handle, const char* path
         if (status != kMwOk) {
             return on_list(kind, handle, [&](const ListKey&) { return status; });
         }
-        return on_list(kind, handle, [&](const ListKey& list) { return storage().replace(list, kind, records); });
+        return on_list(kind, handle, [&](const ListKey& list) { return lists().replace(kind, list, records); });
     });
 }
 
@@ -177,7 +168,7 @@ MwStatus Engine::store_file(const Kind& kind, MwdbHandle handle, const char* pat
         StoredRecords records;
         const MwStatus status = on_list(kind, handle, [&](const ListKey& list) {
             list_id = list.list_id;
-            return storage().load(list, kind, name, records);
+            return lists().load(kind, list, name, records);
         });
         if (status != kMwOk) {
             return status;
@@ -203,25 +194,6 @@ MwStatus Engine::unlock(const Kind& kind, MwdbHandle handle, LockLevel level) {
     });
 }
 
-MwStatus Engine::next_record_id(const ListKey& list, std::uint16_t* record_id) {
-    std::uint16_t highest = 0;
-    MwStatus status = storage().highest_record_id(list, &highest);
-    if (status == kMwEmpty) {
-        *record_id = 1;
-        return kMwOk;
-    }
-    if (status != kMwOk || highest < kMwNoRecordId - 1) {
-        *record_id = static_cast<std::uint16_t>(highest + 1);
-        return status;
-    }
-    const Order* every = nullptr;
-    status = current_order(list, Filter(), &every);
-    if (status == kMwOk) {
-        *record_id = every->lowest_free_id();
-    }
-    return status;
-}
-
 MwStatus Engine::query_record_id(const Kind& kind, MwdbHandle handle, std::uint32_t query, std::uint16_t* record_id) {
     return on_list(kind, handle, [&](const ListKey& list) -> MwStatus {
         if (record_id == nullptr) {
@@ -229,9 +201,9 @@ MwStatus Engine::query_record_id(const Kind& kind, MwdbHandle handle, std::uint3
         }
         switch (query) {
         case kMwQueryHighestRecordId:
-            return storage().highest_record_id(list, record_id);
+            return lists().highest_record_id(kind, list, record_id);
         case kMwQueryNextRecordId:
-            return next_record_id(list, record_id);
+            return lists().next_record_id(kind, list, record_id);
         default:
             return kHostBadArgument;
         }
@@ -243,49 +215,18 @@ MwStatus Engine::add(const Kind& kind, MwdbHandle handle, const void* record) {
         if (record == nullptr) {
             return kHostBadArgument;
         }
-        const std::uint16_t id = record_id_of(kind, record);
-        if (id == kMwNoRecordId) {
-            return kHostNoRecordIdLeft;
-        }
-        std::int64_t version = 0;
-        const MwStatus status = storage().add(list, kind, record, &version);
-        if (status == kMwOk) {
-            Orders& orders = orders_[list];
-            orders.every.added(id, static_cast<const std::byte*>(record), version);
-            orders.chosen.added(id, static_cast<const std::byte*>(record), version);
-        }
-        return status;
+        return record_id_of(kind, record) == kMwNoRecordId ? kHostNoRecordIdLeft : lists().add(kind, list, record);
     });
 }
 
 MwStatus Engine::update(const Kind& kind, MwdbHandle handle, const void* record) {
     return on_list(kind, handle, [&](const ListKey& list) -> MwStatus {
-        if (record == nullptr) {
-            return kHostBadArgument;
-        }
-        std::int64_t version = 0;
-        const MwStatus status = storage().update(list, kind, record, &version);
-        if (status == kMwOk) {
-            const std::uint16_t id = record_id_of(kind, record);
-            Orders& orders = orders_[list];
-            orders.every.updated(id, static_cast<const std::byte*>(record), version);
-            orders.chosen.updated(id, static_cast<const std::byte*>(record), version);
-        }
-        return status;
+        return record == nullptr ? kHostBadArgument : lists().update(kind, list, record);
     });
 }
 
 MwStatus Engine::remove_record(const Kind& kind, MwdbHandle handle, std::uint16_t record_id) {
-    return on_list(kind, handle, [&](const ListKey& list) {
-        std::int64_t version = 0;
-        const MwStatus status = storage().remove_record(list, record_id, &version);
-        if (status == kMwOk) {
-            Orders& orders = orders_[list];
-            orders.every.removed(record_id, version);
-            orders.chosen.removed(record_id, version);
-        }
-        return status;
-    });
+    return on_list(kind, handle, [&](const ListKey& list) { return lists().remove_record(kind, list, record_id); });
 }
 
 MwStatus Engine::get(const Kind& kind, MwdbHandle handle, std::uint16_t record_id, void* record,
@@ -294,36 +235,8 @@ MwStatus Engine::get(const Kind& kind, MwdbHandle handle, std::uint16_t record_i
         if (record == nullptr || version == nullptr) {
             return kHostBadArgument;
         }
-        std::int64_t list_version = 0;
-        const MwStatus status = storage().get(list, kind, record_id, record, &list_version);
-        if (status == kMwOk) {
-            *version = static_cast<std::int32_t>(list_version);
-        }
-        return status;
+        return lists().get(kind, list, record_id, record, version);
     });
-}
-
-// The order that is kept for a filter, which may be behind the list.
-Order& Engine::order_of(const ListKey& list, const Filter& filter) {
-    Orders& orders = orders_[list];
-    if (filter.is_everything()) {
-        return orders.every;
-    }
-    if (!(orders.chosen.filter() == filter)) {
-        orders.chosen = Order(filter);
-    }
-    return orders.chosen;
-}
-
-MwStatus Engine::current_order(const ListKey& list, const Filter& filter, const Order** current) {
-    Order& order = order_of(list, filter);
-    std::int64_t version = 0;
-    MwStatus status = storage().version(list, &version);
-    if (status == kMwOk && version != order.version()) {
-        status = storage().load_order(list, order);
-    }
-    *current = &order;
-    return status;
 }
 
 MwStatus Engine::get_at(const Kind& kind, MwdbHandle handle, const Filter& filter, std::int64_t index, void* record,
@@ -332,28 +245,7 @@ MwStatus Engine::get_at(const Kind& kind, MwdbHandle handle, const Filter& filte
         if (record == nullptr || version == nullptr) {
             return kHostBadArgument;
         }
-        Order& order = order_of(list, filter);
-        for (;;) {
-            const std::uint16_t id = index < 0 ? kMwNoRecordId : order.at(index);
-            std::array<std::byte, kLargestRecord> found{};
-            std::int64_t list_version = 0;
-            const MwStatus status = storage().get(list, kind, id, found.data(), &list_version);
-            if (status == kHostNoSuchList) {
-                return status;
-            }
-            if (list_version == order.version()) {
-                if (status != kMwOk) {
-                    return kHostIndexOutOfRange;
-                }
-                std::memcpy(record, found.data(), kind.record_bytes);
-                *version = static_cast<std::int32_t>(list_version);
-                return kMwOk;
-            }
-            const MwStatus loaded = storage().load_order(list, order);
-            if (loaded != kMwOk) {
-                return loaded;
-            }
-        }
+        return lists().get_at(kind, list, filter, index, record, version);
     });
 }
 
@@ -363,13 +255,7 @@ MwStatus Engine::count(const Kind& kind, MwdbHandle handle, const Filter& filter
         if (count == nullptr || version == nullptr) {
             return kHostBadArgument;
         }
-        const Order* order = nullptr;
-        const MwStatus status = current_order(list, filter, &order);
-        if (status == kMwOk) {
-            *count = order->size();
-            *version = static_cast<std::int32_t>(order->version());
-        }
-        return status;
+        return lists().count(kind, list, filter, count, version);
     });
 }
 
@@ -377,13 +263,12 @@ void Engine::reset() {
     std::lock_guard<std::mutex> alone(mutex_);
     locks_.clear();
     open_lists_.clear();
-    orders_.clear();
-    storage_.reset();
+    lists_.reset();
 }
 
 std::uint64_t Engine::work() {
     std::lock_guard<std::mutex> alone(mutex_);
-    return storage_ == nullptr ? 0 : storage_->work();
+    return lists_ == nullptr ? 0 : lists_->work();
 }
 
 } // namespace tavro::host

@@ -3,9 +3,8 @@
 
 #include "filter.h"
 #include "kinds.h"
+#include "lists.h"
 #include "lock_table.h"
-#include "order.h"
-#include "storage.h"
 
 #include <cstdint>
 #include <map>
@@ -55,11 +54,6 @@ private:
         const Kind* kind;
         ListKey list;
     };
-    // The whole order of a list and that of the filter used last.
-    struct Orders {
-        Order every;
-        Order chosen;
-    };
 
     template <class Body>
     MwStatus guarded(Body body) noexcept;
@@ -68,19 +62,15 @@ private:
     template <class Body>
     MwStatus on_list_lock(const Kind& kind, MwdbHandle handle, Body body) noexcept;
 
-    Storage& storage();
+    Lists& lists();
     MwStatus give_handle(const Kind& kind, const ListKey& list, MwdbHandle* handle);
     const OpenList* find(const Kind& kind, MwdbHandle handle) const;
     void forget(MwdbHandle handle);
-    Order& order_of(const ListKey& list, const Filter& filter);
-    MwStatus current_order(const ListKey& list, const Filter& filter, const Order** order);
-    MwStatus next_record_id(const ListKey& list, std::uint16_t* record_id);
 
     std::mutex mutex_; // guards what follows; never held while a list's lock is waited for
-    std::unique_ptr<Storage> storage_;
+    std::unique_ptr<Lists> lists_;
     std::map<MwdbHandle, OpenList> open_lists_;
     MwdbHandle last_handle_ = 0;
-    std::map<ListKey, Orders> orders_;
 
     LockTable locks_;
 };

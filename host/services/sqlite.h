@@ -88,6 +88,8 @@ public:
 
     // Rows that the last insertion, update or deletion touched.
     int changes() const { return sqlite3_changes(database_.get()); }
+    // For calls of SQLite that have no function here.
+    sqlite3* handle() const { return database_.get(); }
     // Instructions of SQLite's virtual machine that this connection has run.
     std::uint64_t work() const { return work_; }
 

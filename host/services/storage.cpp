@@ -18,12 +18,13 @@ constexpr std::int32_t kForm = 1;
 constexpr int kBusyMilliseconds = 10'000;
 
 // The write-ahead log keeps every committed transaction from a killed process; without a sync for each,
-// only a power failure can lose the last ones. It goes into the database every 16 MB.
+// only a power failure can lose the last ones. It goes into the database every 4 MB; adds were slower
+// with a log of 16 MB or more.
 constexpr char kSettings[] = R"(
     PRAGMA journal_mode = WAL;
     PRAGMA synchronous = NORMAL;
-    PRAGMA wal_autocheckpoint = 4000;
 )";
+constexpr int kFramesUntilCheckpoint = 1000;
 
 // A deleted list keeps its row, without a name, so that its versions are never given again. The columns
 // after the stored ones are for the reader of the tables.
@@ -77,6 +78,12 @@ void prepare_database(Connection& database, const std::string& path) {
     }
 }
 
+// Where the file system cannot share memory, SQLite stays without a write-ahead log.
+bool has_wal(Connection& database) {
+    Statement mode = database.prepare("PRAGMA journal_mode");
+    return mode.step() && mode.text(0) == "wal";
+}
+
 // Opens or makes the database.
 Connection opened(const std::string& path, LockFile& lock_file) {
     struct Opening {
@@ -97,16 +104,10 @@ Connection opened(const std::string& path, LockFile& lock_file) {
 // A write transaction in which a list gets its next version.
 class Storage::Change {
 public:
-    Change(Storage& storage, const ListKey& list)
-        : storage_(storage), list_(list), transaction_(storage.database_, Transaction::Kind::kWrite) {
-        Statement row = storage_.database_.prepare(
-            "SELECT version, next_position FROM lists WHERE number = ? AND name IS NOT NULL");
-        there_ = row.bind(list.number()).step();
-        if (there_) {
-            version_ = row.number(0) + 1;
-            position_ = row.number(1);
-        }
-    }
+    // Nobody else commits from here on, so a state of this epoch holds until the commit.
+    Change(Storage& storage, const ListKey& list, ListState& state)
+        : storage_(storage), list_(list), state_(state), transaction_(storage.database_, Transaction::Kind::kWrite),
+          there_(storage.look_at(list, state) == kMwOk), position_(state.next_position) {}
 
     bool list_is_there() const { return there_; }
     // Where the next record goes, once for each record.
@@ -117,49 +118,69 @@ public:
         storage_.database_.prepare(kDeleteRecords).bind(first_record(list_)).bind(last_record(list_)).run();
     }
 
-    // Makes it last, and gives the list's new version.
-    void commit(std::int64_t* version = nullptr) {
+    // Makes it last, and brings the state to the list's new version.
+    void commit() {
         storage_.database_.prepare("UPDATE lists SET version = ?, next_position = ? WHERE number = ?")
-            .bind(version_)
+            .bind(state_.version + 1)
             .bind(position_)
             .bind(list_.number())
             .run();
-        transaction_.commit();
-        if (version != nullptr) {
-            *version = version_;
-        }
+        storage_.commit(transaction_);
+        ++state_.version;
+        state_.next_position = position_;
     }
 
 private:
     Storage& storage_;
     ListKey list_;
+    ListState& state_;
     Transaction transaction_;
-    bool there_ = false;
-    std::int64_t version_ = 0;
-    std::int64_t position_ = 0;
+    bool there_;
+    std::int64_t position_;
 };
 
 Storage::Storage(const std::string& directory)
     : path_(prepared_directory(directory) + "/lists.db"), lock_file_(std::make_shared<LockFile>(directory + "/locks")),
-      database_(opened(path_, *lock_file_)) {}
+      database_(opened(path_, *lock_file_)), watch_(has_wal(database_) ? database_.handle() : nullptr) {
+    sqlite3_wal_hook(database_.handle(), &Storage::on_commit, this);
+}
 
-MwStatus Storage::create(const ListKey& list, const std::string& name) {
-    Transaction transaction(database_, Transaction::Kind::kWrite);
-    database_
-        .prepare("INSERT INTO lists (number, name, version, next_position) VALUES (?, ?, 0, 0) "
-                 "ON CONFLICT (number) DO UPDATE SET name = excluded.name, version = version + 1 WHERE name IS NULL")
-        .bind(list.number())
-        .bind(name)
-        .run();
-    if (database_.changes() == 0) {
-        return kHostListExists;
+// SQLite calls it after every commit of this connection.
+int Storage::on_commit(void* storage, sqlite3* database, const char* name, int frames) {
+    static_cast<Storage*>(storage)->frames_in_log_ = static_cast<std::uint32_t>(frames);
+    if (frames >= kFramesUntilCheckpoint) {
+        // As much as readers allow; what is left, or a failure, is for the next time.
+        sqlite3_wal_checkpoint_v2(database, name, SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
     }
+    return SQLITE_OK;
+}
+
+void Storage::commit(Transaction& transaction) {
     transaction.commit();
+    watch_.committed(frames_in_log_);
+}
+
+MwStatus Storage::create(const ListKey& list, const std::string& name, ListState& state) {
+    Transaction transaction(database_, Transaction::Kind::kWrite);
+    ListState made;
+    {
+        Statement row = database_.prepare(
+            "INSERT INTO lists (number, name, version, next_position) VALUES (?, ?, 0, 0) ON CONFLICT (number) DO "
+            "UPDATE "
+            "SET name = excluded.name, version = version + 1 WHERE name IS NULL RETURNING version, next_position");
+        if (!row.bind(list.number()).bind(name).step()) {
+            return kHostListExists;
+        }
+        made = {watch_.epoch(), row.number(0), row.number(1)};
+        row.run();
+    }
+    commit(transaction);
+    state = made;
     return kMwOk;
 }
 
-MwStatus Storage::remove(const ListKey& list) {
-    Change change(*this, list);
+MwStatus Storage::remove(const ListKey& list, ListState& state) {
+    Change change(*this, list, state);
     if (!change.list_is_there()) {
         return kHostNoSuchList;
     }
@@ -169,8 +190,8 @@ MwStatus Storage::remove(const ListKey& list) {
     return kMwOk;
 }
 
-MwStatus Storage::clean(const ListKey& list) {
-    Change change(*this, list);
+MwStatus Storage::clean(const ListKey& list, ListState& state) {
+    Change change(*this, list, state);
     if (!change.list_is_there()) {
         return kHostNoSuchList;
     }
@@ -179,10 +200,10 @@ MwStatus Storage::clean(const ListKey& list) {
     return kMwOk;
 }
 
-MwStatus Storage::copy(const ListKey& from, const ListKey& to) {
-    Change change(*this, to);
-    Statement source = database_.prepare("SELECT next_position FROM lists WHERE number = ? AND name IS NOT NULL");
-    if (!change.list_is_there() || !source.bind(from.number()).step()) {
+MwStatus Storage::copy(const ListKey& from, const ListKey& to, ListState& state) {
+    Change change(*this, to, state);
+    ListState source;
+    if (!change.list_is_there() || look_at(from, source) != kMwOk) {
         return kHostNoSuchList;
     }
     change.delete_records();
@@ -193,13 +214,13 @@ MwStatus Storage::copy(const ListKey& from, const ListKey& to) {
         .bind(first_record(from))
         .bind(last_record(from))
         .run();
-    change.set_next_position(source.number(0));
+    change.set_next_position(source.next_position);
     change.commit();
     return kMwOk;
 }
 
-MwStatus Storage::replace(const ListKey& list, const Kind& kind, const StoredRecords& records) {
-    Change change(*this, list);
+MwStatus Storage::replace(const ListKey& list, const Kind& kind, const StoredRecords& records, ListState& state) {
+    Change change(*this, list, state);
     if (!change.list_is_there()) {
         return kHostNoSuchList;
     }
@@ -215,8 +236,8 @@ MwStatus Storage::replace(const ListKey& list, const Kind& kind, const StoredRec
     return kMwOk;
 }
 
-MwStatus Storage::add(const ListKey& list, const Kind& kind, const void* record, std::int64_t* version) {
-    Change change(*this, list);
+MwStatus Storage::add(const ListKey& list, const Kind& kind, const void* record, ListState& state) {
+    Change change(*this, list, state);
     if (!change.list_is_there()) {
         return kHostNoSuchList;
     }
@@ -228,12 +249,12 @@ MwStatus Storage::add(const ListKey& list, const Kind& kind, const void* record,
     if (database_.changes() == 0) {
         return kMwRecordExists;
     }
-    change.commit(version);
+    change.commit();
     return kMwOk;
 }
 
-MwStatus Storage::update(const ListKey& list, const Kind& kind, const void* record, std::int64_t* version) {
-    Change change(*this, list);
+MwStatus Storage::update(const ListKey& list, const Kind& kind, const void* record, ListState& state) {
+    Change change(*this, list, state);
     if (!change.list_is_there()) {
         return kHostNoSuchList;
     }
@@ -244,12 +265,12 @@ MwStatus Storage::update(const ListKey& list, const Kind& kind, const void* reco
     if (database_.changes() == 0) {
         return kHostNoSuchRecord;
     }
-    change.commit(version);
+    change.commit();
     return kMwOk;
 }
 
-MwStatus Storage::remove_record(const ListKey& list, std::uint16_t record_id, std::int64_t* version) {
-    Change change(*this, list);
+MwStatus Storage::remove_record(const ListKey& list, std::uint16_t record_id, ListState& state) {
+    Change change(*this, list, state);
     if (!change.list_is_there()) {
         return kHostNoSuchList;
     }
@@ -257,66 +278,73 @@ MwStatus Storage::remove_record(const ListKey& list, std::uint16_t record_id, st
     if (database_.changes() == 0) {
         return kHostNoSuchRecord;
     }
-    change.commit(version);
+    change.commit();
     return kMwOk;
 }
 
-MwStatus Storage::version(const ListKey& list, std::int64_t* version) {
-    Statement row = database_.prepare("SELECT version FROM lists WHERE number = ? AND name IS NOT NULL");
+MwStatus Storage::look_at(const ListKey& list, ListState& state) {
+    const std::uint64_t epoch = watch_.epoch(); // before the query: what it sees may be newer
+    if (state.epoch == epoch) {
+        return kMwOk;
+    }
+    Statement row = database_.prepare("SELECT version, next_position FROM lists WHERE number = ? AND name IS NOT NULL");
     if (!row.bind(list.number()).step()) {
         return kHostNoSuchList;
     }
-    *version = row.number(0);
+    state = {epoch, row.number(0), row.number(1)};
     return kMwOk;
 }
 
-MwStatus Storage::get(const ListKey& list, const Kind& kind, std::uint16_t record_id, void* record,
-                      std::int64_t* version) {
-    Statement row = database_.prepare("SELECT version, bytes FROM lists LEFT JOIN records ON records.number = ? "
-                                      "WHERE lists.number = ? AND name IS NOT NULL");
+MwStatus Storage::read(const ListKey& list, std::uint16_t record_id, ListState& state, ListImage& image) {
+    const std::uint64_t epoch = watch_.epoch();
+    Statement row = database_.prepare("SELECT version, next_position, bytes FROM lists LEFT JOIN records "
+                                      "ON records.number = ? WHERE lists.number = ? AND name IS NOT NULL");
     if (!row.bind(list.record(record_id)).bind(list.number()).step()) {
         return kHostNoSuchList;
     }
-    *version = row.number(0);
-    if (row.is_null(1)) {
+    state = {epoch, row.number(0), row.number(1)};
+    if (row.is_null(2)) {
         return kHostNoSuchRecord;
     }
-    std::memcpy(record, row.blob(1), std::min(kind.record_bytes, row.blob_bytes(1)));
+    image.keep(record_id, row.blob(2), row.blob_bytes(2), state.version);
     return kMwOk;
 }
 
-MwStatus Storage::highest_record_id(const ListKey& list, std::uint16_t* record_id) {
-    Statement row = database_.prepare("SELECT (SELECT number FROM records WHERE number BETWEEN ? AND ? "
-                                      "ORDER BY number DESC LIMIT 1) FROM lists WHERE number = ? AND name IS NOT NULL");
+MwStatus Storage::read_highest_id(const ListKey& list, ListState& state, ListImage& image) {
+    const std::uint64_t epoch = watch_.epoch();
+    Statement row =
+        database_.prepare("SELECT version, next_position, (SELECT number FROM records WHERE number BETWEEN ? AND ? "
+                          "ORDER BY number DESC LIMIT 1) FROM lists WHERE number = ? AND name IS NOT NULL");
     if (!row.bind(first_record(list)).bind(last_record(list)).bind(list.number()).step()) {
         return kHostNoSuchList;
     }
-    *record_id = row.is_null(0) ? 0 : record_id_of_number(row.number(0));
-    return row.is_null(0) ? kMwEmpty : kMwOk;
+    state = {epoch, row.number(0), row.number(1)};
+    image.keep_highest_id(row.is_null(2) ? ListImage::kNone : record_id_of_number(row.number(2)), state.version);
+    return kMwOk;
 }
 
-MwStatus Storage::load_order(const ListKey& list, Order& order) {
+MwStatus Storage::read_all(const ListKey& list, ListState& state, ListImage& image) {
     const Transaction one_state(database_, Transaction::Kind::kRead);
-    std::int64_t version = 0;
-    const MwStatus status = this->version(list, &version);
+    state.epoch = 0; // the version has to be read in the transaction
+    const MwStatus status = look_at(list, state);
     if (status != kMwOk) {
         return status;
     }
-    std::vector<std::pair<std::int64_t, std::uint16_t>> chosen; // position and id
+    std::vector<std::pair<std::int64_t, std::uint16_t>> order; // position and id
     Statement rows = database_.prepare("SELECT number, position, bytes FROM records WHERE number BETWEEN ? AND ?");
     rows.bind(first_record(list)).bind(last_record(list));
     while (rows.step()) {
-        if (order.filter().matches(rows.blob(2))) {
-            chosen.emplace_back(rows.number(1), record_id_of_number(rows.number(0)));
-        }
+        const std::uint16_t id = record_id_of_number(rows.number(0));
+        image.keep(id, rows.blob(2), rows.blob_bytes(2), state.version);
+        order.emplace_back(rows.number(1), id);
     }
-    std::sort(chosen.begin(), chosen.end());
+    std::sort(order.begin(), order.end());
     std::vector<std::uint16_t> ids;
-    ids.reserve(chosen.size());
-    for (const auto& [position, id] : chosen) {
+    ids.reserve(order.size());
+    for (const auto& [position, id] : order) {
         ids.push_back(id);
     }
-    order.load(std::move(ids), version);
+    image.complete(std::move(ids), state.version);
     return kMwOk;
 }
 

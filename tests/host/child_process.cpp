@@ -69,6 +69,11 @@ void ChildProcess::write_line(const std::string& line) {
     }
 }
 
+std::string ChildProcess::ask(const std::string& line) {
+    write_line(line);
+    return read_line();
+}
+
 void ChildProcess::close_input() {
     if (input_ >= 0) {
         ::close(input_);

@@ -22,6 +22,8 @@ public:
     std::vector<std::string> read_lines();
     // Writes a line to its standard input.
     void write_line(const std::string& line);
+    // Writes a line to its standard input and returns the line that it writes then.
+    std::string ask(const std::string& line);
     // Ends its standard input.
     void close_input();
     // Stops it with SIGSTOP and waits until it has stopped.

@@ -3,6 +3,10 @@
 //
 //     add FIRST COUNT   adds records FIRST, FIRST + 1, … and prints each id after its add
 //     remove ID         removes a record
+//     changes KIND      applies the changes that standard input has, line by line, to lists of a kind, and prints the
+//                       status of each
+//     churn             updates record 1, and prints a line after the first time, until it is killed
+//     killed_add N ID   adds a record and kills itself before the Nth step that SQLite takes on its files for it
 //     lock | read_lock [LIST]
 //                       takes the lock of list 1, or of LIST, prints "locked" and holds it until standard input ends
 //     read_twice        takes the read lock, prints "locked", waits for a line of standard input, prints the status
@@ -25,17 +29,20 @@
 //                       but epoll_wait and read allowed, or none at all; prints "done", or "done, with all calls" where
 //                       calls cannot be forbidden
 //     store_once PATH   makes list 1, stores it to PATH twice and prints the status of each store
-#include "middleware/nwl.h"
+#include "changes.h"
 #include "system_calls.h"
 
 #include <cutils/properties.h>
 
 #include <algorithm>
 #include <atomic>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <iostream>
+#include <sqlite3.h>
 #include <string>
 #include <sys/mount.h>
 #include <sys/syscall.h>
@@ -75,6 +82,107 @@ void add(int first, int count) {
         check(x_nwl_add_rec(list, &record), "add");
         say(std::to_string(id));
     }
+}
+
+template <class Kind>
+void apply_changes() {
+    Changes<Kind> changes;
+    for (std::string line; std::getline(std::cin, line);) {
+        say(std::to_string(changes.apply(line)));
+    }
+}
+
+void apply_changes(const std::string& kind) {
+    if (kind == Services::kName) {
+        apply_changes<Services>();
+    } else if (kind == TransportStreams::kName) {
+        apply_changes<TransportStreams>();
+    } else if (kind == Networks::kName) {
+        apply_changes<Networks>();
+    } else if (kind == Satellites::kName) {
+        apply_changes<Satellites>();
+    }
+}
+
+[[noreturn]] void churn() {
+    const MwdbHandle list = opened(1);
+    for (unsigned i = 0;; ++i) {
+        auto record = record_of<Networks>(1, static_cast<unsigned char>(i));
+        check(x_nwl_update_rec(list, &record, kMwUpdatePlain), "update");
+        if (i == 0) {
+            say("updated");
+        }
+    }
+}
+
+// How SQLite uses the files of a kind, before and after it is changed.
+struct FileMethods {
+    const sqlite3_io_methods* usual = nullptr;
+    sqlite3_io_methods deadly{};
+};
+FileMethods database_methods;
+FileMethods log_methods;
+
+// SQLite's file system, which counts the steps on the database, its log and its shared memory, and kills the process
+// before a chosen one. The two copies of the log's header are written with a barrier between them.
+class DeadlyFileSystem {
+public:
+    DeadlyFileSystem() {
+        usual = sqlite3_vfs_find(nullptr);
+        static sqlite3_vfs deadly = *usual;
+        deadly.zName = "deadly";
+        deadly.xOpen = open;
+        sqlite3_vfs_register(&deadly, /*makeDflt*/ 1);
+    }
+    static void kill_before_step(int step) { steps_left = step; }
+
+private:
+    static void step() {
+        if (steps_left > 0 && --steps_left == 0) {
+            ::raise(SIGKILL);
+        }
+    }
+    static int open(sqlite3_vfs*, const char* name, sqlite3_file* file, int flags, int* out_flags) {
+        const int code = usual->xOpen(usual, name, file, flags, out_flags);
+        if (code == SQLITE_OK && (flags & SQLITE_OPEN_MAIN_DB) != 0) {
+            replace<database_methods>(file);
+        } else if (code == SQLITE_OK && (flags & SQLITE_OPEN_WAL) != 0) {
+            replace<log_methods>(file);
+        }
+        return code;
+    }
+
+    template <FileMethods& kMethods>
+    static void replace(sqlite3_file* file) {
+        kMethods.usual = file->pMethods;
+        kMethods.deadly = *kMethods.usual;
+        kMethods.deadly.xWrite = [](sqlite3_file* file, const void* bytes, int count, sqlite3_int64 offset) {
+            step();
+            return kMethods.usual->xWrite(file, bytes, count, offset);
+        };
+        kMethods.deadly.xShmBarrier = [](sqlite3_file* file) {
+            step();
+            kMethods.usual->xShmBarrier(file);
+        };
+        kMethods.deadly.xShmLock = [](sqlite3_file* file, int offset, int count, int flags) {
+            step();
+            return kMethods.usual->xShmLock(file, offset, count, flags);
+        };
+        file->pMethods = &kMethods.deadly;
+    }
+
+    static inline sqlite3_vfs* usual = nullptr;
+    static inline int steps_left = 0;
+};
+
+void killed_add(int step, int id) {
+    const DeadlyFileSystem deadly;
+    const MwdbHandle list = opened(1);
+    auto record = record_of<Networks>(static_cast<std::uint16_t>(id), static_cast<unsigned char>(id));
+    DeadlyFileSystem::kill_before_step(step);
+    const MwStatus status = x_nwl_add_rec(list, &record);
+    DeadlyFileSystem::kill_before_step(0);
+    check(status, "add");
 }
 
 // Adds a record, or opens or creates the list while it is not open.
@@ -248,6 +356,12 @@ int main(int count, char** arguments) {
         add(std::atoi(arguments[2]), std::atoi(arguments[3]));
     } else if (command == "remove") {
         check(x_nwl_del_rec(opened(1), static_cast<std::uint16_t>(std::atoi(arguments[2]))), "remove");
+    } else if (command == "changes") {
+        apply_changes(arguments[2]);
+    } else if (command == "churn") {
+        churn();
+    } else if (command == "killed_add") {
+        killed_add(std::atoi(arguments[2]), std::atoi(arguments[3]));
     } else if (command == "lock") {
         hold(x_nwl_lock, x_nwl_unlock, arguments[2]);
     } else if (command == "read_lock") {

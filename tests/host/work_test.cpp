@@ -1,8 +1,11 @@
 // How the work of the storage grows with a list, counted in steps of its database.
+#include "child_process.h"
 #include "kinds.h"
 #include "services/control.h"
 #include "services/status.h"
 #include "workspace.h"
+
+#include <sqlite3.h>
 
 namespace {
 
@@ -27,6 +30,39 @@ protected:
         }
     }
 
+    static void update(MwdbHandle handle, std::uint16_t id, unsigned char fill) {
+        auto record = record_of<Services>(id, fill);
+        ASSERT_EQ(x_svl_update_rec(handle, &record, kMwUpdatePlain), kMwOk);
+    }
+
+    static void read(MwdbHandle handle, std::uint16_t id) {
+        _SVL_REC_T record{};
+        std::int32_t version = 0;
+        ASSERT_EQ(x_svl_get_rec(handle, id, &record, &version), kMwOk);
+    }
+
+    // Every kind of read, of a list that has the record ids from 1.
+    static void read_everything(MwdbHandle handle) {
+        const Contents all = contents<Services>(handle);
+        ASSERT_GT(all.size(), 1u);
+        for (const auto& [id, fill] : all) {
+            read(handle, static_cast<std::uint16_t>(id));
+        }
+        _SVL_REC_T record{};
+        std::uint16_t number = 0;
+        std::int32_t version = 0;
+        EXPECT_EQ(x_svl_get_rec(handle, 0, &record, &version), kHostNoSuchRecord);
+        EXPECT_EQ(Services::get_at(handle, static_cast<std::uint16_t>(all.size()), &record, &version),
+                  kHostIndexOutOfRange);
+        EXPECT_EQ(x_svl_get_num_rec_by_ts(handle, 0x1111, 0x1111, kMwEveryNetworkMask, &number, &version), kMwOk);
+        EXPECT_EQ(x_svl_get_rec_by_ts(handle, 0x1111, 0x1111, kMwEveryNetworkMask, 0, &record, &version), kMwOk);
+        EXPECT_EQ(x_svl_qry_rec_id(handle, kMwQueryNextRecordId, &number), kMwOk);
+        EXPECT_EQ(number, all.size() + 1);
+        MwdbHandle again = 0;
+        EXPECT_EQ(x_svl_open(1, 0, 0, &again), kMwOk);
+        EXPECT_EQ(x_svl_close(again), kMwOk);
+    }
+
     static void read_at(MwdbHandle handle, std::uint16_t index) {
         _SVL_REC_T record{};
         std::int32_t version = 0;
@@ -46,22 +82,96 @@ TEST_F(Work, OfAnAddIsTheSameInAShortAndALongList) {
 }
 
 TEST_F(Work, OfANextRecordIdIsTheSameInAShortAndALongList) {
-    const MwdbHandle handle = list_of(1, 100);
+    list_of(1, 100);
     std::uint16_t id = 0;
-    const auto ask = [&] { ASSERT_EQ(x_svl_qry_rec_id(handle, kMwQueryNextRecordId, &id), kMwOk); };
-    const std::uint64_t early = of(ask);
-    grow(handle, 101, 3000);
-    EXPECT_EQ(of(ask), early);
+    const auto ask = [&](MwdbHandle handle) { ASSERT_EQ(x_svl_qry_rec_id(handle, kMwQueryNextRecordId, &id), kMwOk); };
+    restart();
+    const MwdbHandle short_list = opened<Services>(1);
+    const std::uint64_t early = of([&] { ask(short_list); });
+    EXPECT_GT(early, 0u);
+    grow(short_list, 101, 3000);
+    restart();
+    const MwdbHandle long_list = opened<Services>(1);
+    EXPECT_EQ(of([&] { ask(long_list); }), early);
     EXPECT_EQ(id, 3001);
 }
 
-TEST_F(Work, OfAReadIsTheSameAtEveryIndex) {
-    const MwdbHandle handle = list_of(1, 3000);
+// Reads of a list that nobody has changed need no database at all.
+TEST_F(Work, OfReadsOfAnUnchangedListIsNone) {
+    list_of(1, 3000);
+    restart();
+    const MwdbHandle handle = opened<Services>(1);
     read_at(handle, 0);
-    const std::uint64_t first = of([&] { read_at(handle, 0); });
-    EXPECT_GT(first, 0u);
-    EXPECT_EQ(of([&] { read_at(handle, 1500); }), first);
-    EXPECT_EQ(of([&] { read_at(handle, 2999); }), first);
+    EXPECT_EQ(of([&] { read_everything(handle); }), 0u);
+}
+
+TEST_F(Work, OfReadsByIdIsOneReadForEachRecord) {
+    list_of(1, 3000);
+    restart();
+    const MwdbHandle handle = opened<Services>(1);
+    const std::uint64_t one = of([&] { read(handle, 7); });
+    EXPECT_GT(one, 0u);
+    EXPECT_LT(one, 100u); // not the whole list
+    EXPECT_EQ(of([&] { read(handle, 7); }), 0u);
+    EXPECT_EQ(of([&] { read(handle, 2999); }), one);
+    EXPECT_EQ(of([&] { read(handle, 7); }), 0u);
+}
+
+TEST_F(Work, OfReadsAfterOwnChangesIsNone) {
+    const MwdbHandle handle = list_of(1, 100);
+    const MwdbHandle other = list_of(2, 100);
+    const std::uint64_t change = of([&] { update(handle, 50, 0x22); });
+    read_everything(handle);
+    read_everything(other);
+    EXPECT_EQ(of([&] {
+                  update(handle, 50, 0x33);
+                  read_everything(handle);
+                  read_everything(other);
+              }),
+              change);
+}
+
+TEST_F(Work, OfReadsAfterAChangeOfAnotherListElsewhereIsALookAtTheVersion) {
+    const MwdbHandle handle = list_of(1, 3000);
+    const MwdbHandle networks = created<Networks>(1);
+    ASSERT_EQ(add<Networks>(networks, 1, 0x11), kMwOk);
+    read_everything(handle);
+    EXPECT_EQ(ChildProcess({"remove", "1"}).wait(), 0);
+    const std::uint64_t look = of([&] { read_at(handle, 2999); });
+    EXPECT_GT(look, 0u);
+    EXPECT_LT(look, 100u);
+    EXPECT_EQ(of([&] { read_everything(handle); }), 0u);
+}
+
+// Three full lists need more memory than images may take.
+TEST_F(Work, OfReadsIsNoneForTheListsUsedLast) {
+    using Kind = TransportStreams;
+    MwdbHandle lists[3];
+    sqlite3* database = nullptr;
+    for (std::uint16_t i = 0; i < 3; ++i) {
+        lists[i] = created<Kind>(static_cast<std::uint16_t>(i + 1));
+    }
+    ASSERT_EQ(sqlite3_open((home() + "/lists.db").c_str(), &database), SQLITE_OK);
+    const std::string fill = "WITH RECURSIVE ids(id) AS (SELECT 1 UNION ALL SELECT id + 1 FROM ids WHERE id < 65534) "
+                             "INSERT INTO records (number, position, bytes) SELECT (number << 16) + id, id, zeroblob(" +
+                             std::to_string(sizeof(Kind::Record)) +
+                             ") FROM lists, ids; UPDATE lists SET version = version + 1";
+    EXPECT_EQ(sqlite3_exec(database, fill.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
+    sqlite3_close(database);
+    const auto read_last = [&](int list) {
+        return of([&] {
+            Kind::Record record{};
+            std::int32_t version = 0;
+            ASSERT_EQ(Kind::get_at(lists[list], 65533, &record, &version), kMwOk);
+        });
+    };
+    EXPECT_GT(read_last(0), 65534u);
+    EXPECT_GT(read_last(1), 65534u);
+    EXPECT_EQ(read_last(0), 0u);
+    EXPECT_GT(read_last(2), 65534u);
+    EXPECT_EQ(read_last(2), 0u);
+    EXPECT_EQ(read_last(0), 0u);
+    EXPECT_GT(read_last(1), 65534u);
 }
 
 TEST_F(Work, OfReadsBetweenOwnChangesIsTheSameInAShortAndALongList) {
@@ -93,9 +203,13 @@ TEST_F(Work, OfAFilteredWalkGrowsWithTheList) {
             ASSERT_EQ(x_svl_get_rec_by_ts(handle, 0x1111, 0x1111, 0xFFFFFFFF, index, &record, &version), kMwOk);
         }
     };
-    const MwdbHandle one = list_of(1, 1000);
-    const MwdbHandle two = list_of(2, 2000);
+    list_of(1, 1000);
+    list_of(2, 2000);
+    restart();
+    const MwdbHandle one = opened<Services>(1);
+    const MwdbHandle two = opened<Services>(2);
     const std::uint64_t single = of([&] { walk(one); });
+    EXPECT_GT(single, 0u);
     EXPECT_LE(of([&] { walk(two); }), 2 * single + 100);
 }
 

@@ -65,25 +65,27 @@ final class Importer {
         }
         if (path.equals(Source.STANDARD_INPUT) || !Files.isDirectory(path)) {
             try {
-                take(Source.read(path));
+                content(Source.read(path)).run();
             } catch (Failure e) {
                 report.refusedFile(e.getMessage());
             }
             return;
         }
-        for (Path file : filesBelow(path)) {
-            Source source;
-            try {
-                source = Source.read(file);
-            } catch (Failure e) {
-                report.refusedFile(e.getMessage());
-                continue;
-            }
-            try {
-                take(source);
-            } catch (Failure e) {
-                report.skippedFile(e.getMessage());
-            }
+        // Files are read and parsed side by side, and taken one by one in their order.
+        filesBelow(path).parallelStream().map(this::contentInFolder).forEachOrdered(Runnable::run);
+    }
+
+    private Runnable contentInFolder(Path file) {
+        Source source;
+        try {
+            source = Source.read(file);
+        } catch (Failure e) {
+            return () -> report.refusedFile(e.getMessage());
+        }
+        try {
+            return content(source);
+        } catch (Failure e) {
+            return () -> report.skippedFile(e.getMessage());
         }
     }
 
@@ -115,37 +117,44 @@ final class Importer {
         return files;
     }
 
-    /** Takes a file that was read, whatever format it has. */
-    private void take(Source source) {
-        switch (Format.of(source)) {
+    /** Parses a file, whatever format it has. Returns what takes its content over. */
+    private Runnable content(Source source) {
+        return switch (Format.of(source)) {
             case DVBV5 -> {
                 DvbV5File file = DvbV5File.read(source);
                 DvbV5Services named = DvbV5Services.of(file);
+                List<Transponder> found = file.transponders();
                 List<Malformed> malformed = Stream.concat(file.malformed().stream(), named.malformed().stream()).toList();
-                transponders.addAll(file.transponders());
-                services.addAll(named.services());
-                report.read(file.transponders().size(), "transponder", malformed);
-                report.alsoRead(named.services().size(), "service");
+                yield () -> {
+                    transponders.addAll(found);
+                    services.addAll(named.services());
+                    report.read(found.size(), "transponder", malformed);
+                    report.alsoRead(named.services().size(), "service");
+                };
             }
             case LEGACY_SCAN_TABLE -> {
                 LegacyFile file = LegacyFile.read(source);
-                transponders.addAll(file.transponders());
-                report.read(file.transponders().size(), "transponder", file.malformed());
+                yield () -> {
+                    transponders.addAll(file.transponders());
+                    report.read(file.transponders().size(), "transponder", file.malformed());
+                };
             }
             case CHANNELS -> {
                 ChannelsConf file = ChannelsConf.read(source);
-                services.addAll(file.services());
-                report.read(file.services().size(), "service", file.malformed());
+                yield () -> {
+                    services.addAll(file.services());
+                    report.read(file.services().size(), "service", file.malformed());
+                };
             }
-            case SOURCES -> {
+            case SOURCES -> () -> {
                 satellitesRead = true;
                 satelliteImport.addSources(source);
-            }
-            case DISEQC -> {
+            };
+            case DISEQC -> () -> {
                 satellitesRead = true;
                 satelliteImport.addSwitches(source);
-            }
-        }
+            };
+        };
     }
 
     /**

@@ -18,6 +18,7 @@ import java.nio.file.Files;
 import java.nio.file.Path;
 import java.nio.file.StandardOpenOption;
 import java.util.List;
+import java.util.stream.IntStream;
 import org.junit.jupiter.api.AfterEach;
 import org.junit.jupiter.api.Test;
 import org.junit.jupiter.api.io.TempDir;
@@ -81,6 +82,21 @@ class ImportCommandTest {
         assertTrue(show.out().contains("\nfrequency                      330000\n"), show.out());
         assertTrue(show.out().contains("\n0000  01 00 "), show.out());
         assertEquals(1, ToolProcess.runHere("list", "41", "--kind", "streams").exit());
+    }
+
+    @Test
+    void theFilesOfAFolderAreTakenInTheOrderOfTheirNames() throws Exception {
+        Path data = Files.createDirectory(folder.resolve("data"));
+        for (int file = 100; file < 300; file++) { // the first ones are the longest
+            Files.writeString(data.resolve("table" + file), String.format(
+                    "[N%d]\nDELIVERY_SYSTEM = DVBC/ANNEX_A\nFREQUENCY = %d000000\n%s", file, file, "# a comment\n".repeat((300 - file) * 20)));
+        }
+        assertEquals(0, imported(data).exit());
+        List<String> names = ToolProcess.runHere("list", "42", "--kind", "streams").out().lines()
+                .filter(line -> line.matches(".* N\\d+"))
+                .map(line -> line.substring(line.lastIndexOf(' ') + 1))
+                .toList();
+        assertEquals(IntStream.range(100, 300).mapToObj(file -> "N" + file).toList(), names);
     }
 
     @Test

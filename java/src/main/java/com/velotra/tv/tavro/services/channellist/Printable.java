@@ -14,6 +14,11 @@ public final class Printable {
      * neither control the terminal nor look like several lines.
      */
     public static String of(String text) {
-        return CONTROL.matcher(text).replaceAll("·");
+        for (int i = 0; i < text.length(); i++) {
+            if (text.charAt(i) < ' ' || text.charAt(i) > '~') {
+                return CONTROL.matcher(text).replaceAll("·");
+            }
+        }
+        return text;
     }
 }

@@ -59,8 +59,8 @@ public enum Format {
                 continue;
             }
             empty = false;
-            dvbV5 |= DVBV5_KEY.matcher(text).matches();
-            channels |= !text.startsWith(":") && CHANNELS.line.matcher(text).matches();
+            dvbV5 = dvbV5 || DVBV5_KEY.matcher(text).matches();
+            channels = channels || text.indexOf(':') > 0 && CHANNELS.line.matcher(text).matches();
             for (Format format : values()) {
                 if (format.line.matcher(text).matches()) {
                     votes.merge(format, 1, Integer::sum);

@@ -72,7 +72,7 @@ public final class SourceText {
             while (end < bytes.length && bytes[end] != '\n' && bytes[end] != '\r') {
                 end++;
             }
-            String line = decode(ByteBuffer.wrap(bytes, start, end - start));
+            String line = decode(bytes, start, end - start);
             lines.add(lines.isEmpty() ? withoutMark(line) : line);
             boolean both = end + 1 < bytes.length && bytes[end] == '\r' && bytes[end + 1] == '\n';
             start = end + (both ? 2 : 1);
@@ -99,11 +99,30 @@ public final class SourceText {
         return null;
     }
 
-    private static String decode(ByteBuffer line) {
-        try {
-            return StandardCharsets.UTF_8.newDecoder().decode(line.duplicate()).toString();
-        } catch (CharacterCodingException e) {
-            return StandardCharsets.ISO_8859_1.decode(line).toString();
+    private static String decode(byte[] bytes, int start, int length) {
+        String latin = new String(bytes, start, length, StandardCharsets.ISO_8859_1);
+        if (isAscii(bytes, start, length)) { // most lines: either way the same
+            return latin;
         }
+        try {
+            return StandardCharsets.UTF_8.newDecoder().decode(ByteBuffer.wrap(bytes, start, length)).toString();
+        } catch (CharacterCodingException e) {
+            return latin;
+        }
+    }
+
+    private static boolean isAscii(byte[] bytes, int start, int length) {
+        for (int i = start; i < start + length; i++) {
+            if (bytes[i] < 0) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    /** The line up to its comment, which {@code #} begins. */
+    public static String withoutComment(String line) {
+        int comment = line.indexOf('#');
+        return comment < 0 ? line : line.substring(0, comment);
     }
 }

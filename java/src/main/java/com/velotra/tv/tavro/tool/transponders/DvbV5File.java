@@ -89,13 +89,15 @@ public final class DvbV5File {
     }
 
     private void take(Place place, String line) {
-        Matcher heading = HEADING.matcher(line);
-        if (heading.matches()) {
-            skipping = false;
-            blocks.add(new Block(place, heading.group(1).strip(), new LinkedHashMap<>()));
-            return;
+        if (line.startsWith("[")) {
+            Matcher heading = HEADING.matcher(line);
+            if (heading.matches()) {
+                skipping = false;
+                blocks.add(new Block(place, heading.group(1).strip(), new LinkedHashMap<>()));
+                return;
+            }
         }
-        String text = line.replaceFirst("#.*", "").strip();
+        String text = SourceText.withoutComment(line).strip();
         if (!text.isEmpty() && (!skipping || text.startsWith("["))) {
             takeParameter(text);
         }
@@ -106,15 +108,15 @@ public final class DvbV5File {
             skipping = true;
             throw new IllegalArgumentException(Text.excerpt(text) + " is not a heading; it and the lines up to the next one are left out");
         }
-        String[] parts = text.split("=", 2);
-        String key = parts[0].strip();
-        if (parts.length < 2 || key.isEmpty()) {
+        int equals = text.indexOf('=');
+        String key = text.substring(0, Math.max(equals, 0)).strip();
+        if (key.isEmpty()) {
             throw new IllegalArgumentException(Text.excerpt(text) + " is neither a heading nor of the form KEY = VALUE");
         }
         if (blocks.isEmpty()) {
             throw new IllegalArgumentException(Text.excerpt(text) + " stands before the first heading");
         }
-        String value = parts[1].strip();
+        String value = text.substring(equals + 1).strip();
         if (value.isEmpty()) {
             throw new IllegalArgumentException(Text.excerpt(key) + " has no value");
         }

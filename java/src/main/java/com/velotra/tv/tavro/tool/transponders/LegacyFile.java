@@ -42,6 +42,8 @@ public final class LegacyFile {
 
     private static final Map<String, String> POLARIZATION = Map.of("H", "HORIZONTAL", "V", "VERTICAL", "L", "LEFT", "R", "RIGHT");
 
+    private static final Pattern BLANKS = Pattern.compile("\\s+");
+    private static final Pattern FREQUENCY = Pattern.compile("\\d{1,18}");
     private static final Pattern BANDWIDTH = Pattern.compile("(\\d{1,2})(?:\\.(\\d{1,3}))?MHz");
     private static final Pattern NUMBER_FIRST = Pattern.compile("(\\d+)(PSK|APSK|VSB|QAM)"); // 8PSK
     private static final Pattern NUMBER_LAST = Pattern.compile("(PSK|APSK|VSB|QAM)(\\d+)"); // QAM64
@@ -57,7 +59,7 @@ public final class LegacyFile {
     /** Reads a file. Malformed lines are collected, not thrown. */
     public static LegacyFile read(Source source) {
         LegacyFile file = new LegacyFile(DvbV5File.positionIn(source.fileName()));
-        file.malformed.addAll(SourceText.read(source, (place, line) -> file.take(place, line.replaceFirst("#.*", "").strip())));
+        file.malformed.addAll(SourceText.read(source, (place, line) -> file.take(place, SourceText.withoutComment(line).strip())));
         return file;
     }
 
@@ -75,12 +77,12 @@ public final class LegacyFile {
         if (line.isEmpty()) {
             return;
         }
-        String[] words = line.split("\\s+");
+        String[] words = BLANKS.split(line);
         System system = SYSTEMS.get(words[0]);
         if (system == null) {
             throw new IllegalArgumentException("delivery system " + Text.excerpt(words[0]) + " is not T, T2, C, S, S1, S2 or A");
         }
-        if (words.length < 2 || !words[1].matches("\\d{1,18}")) {
+        if (words.length < 2 || !FREQUENCY.matcher(words[1]).matches()) {
             throw new IllegalArgumentException(Text.excerpt(line) + " has no frequency after its delivery system");
         }
         if (words.length - 1 > system.keys.size()) {

@@ -9,6 +9,7 @@ import java.util.List;
 import java.util.Map;
 import java.util.Set;
 import java.util.function.IntConsumer;
+import java.util.regex.Pattern;
 
 /**
  * One transponder of a scan table as the values of a transport stream record: the frequency is in kHz for every medium, symbol
@@ -37,6 +38,7 @@ final class Mapping {
             TunerValues.CABLE, Set.of("SYMBOL_RATE", "MODULATION", "INNER_FEC"),
             TunerValues.SATELLITE, Set.of("SYMBOL_RATE", "MODULATION", "INNER_FEC", "POLARIZATION", "ROLLOFF", "PILOT", "STREAM_ID"));
 
+    private static final Pattern NUMBER = Pattern.compile("\\d{1,18}");
     private static final long NO_STREAM_ID = 0xFFFFFFFFL;
     private static final int NAME_BYTES = 40;
     private static final int KEY_COLUMNS = 40;
@@ -182,7 +184,7 @@ final class Mapping {
 
     private void leave(String key, String value) {
         if (!saysNothing(value)) {
-            dropped.add(key.startsWith("ISDBT_") ? "ISDB-T layers and segments" : key.matches("SERVICE_ID|.*PID.*") ? "services and PIDs" : Text.fit(Printable.of(key), KEY_COLUMNS));
+            dropped.add(key.startsWith("ISDBT_") ? "ISDB-T layers and segments" : key.equals("SERVICE_ID") || key.contains("PID") ? "services and PIDs" : Text.fit(Printable.of(key), KEY_COLUMNS));
         }
     }
 
@@ -223,6 +225,6 @@ final class Mapping {
 
     /** The number, or -1 when the text is not one. */
     private static long number(String text) {
-        return text != null && text.matches("\\d{1,18}") ? Long.parseLong(text) : -1;
+        return text != null && NUMBER.matcher(text).matches() ? Long.parseLong(text) : -1;
     }
 }

@@ -1,0 +1,225 @@
+#include "lists.h"
+
+#include "status.h"
+
+#include <cstring>
+#include <new>
+
+namespace tavro::host {
+namespace {
+
+// The records in memory take no more than this, or one list: a full list of services takes 35 MiB.
+constexpr std::size_t kMostImageBytes = std::size_t{128} << 20;
+
+const std::byte* bytes_of(const void* record) { return static_cast<const std::byte*>(record); }
+
+} // namespace
+
+Lists::Known& Lists::known(const Kind& kind, const ListKey& list) {
+    auto found = known_.find(list);
+    if (found == known_.end()) {
+        found = known_.emplace(list, Known{{}, ListImage(kind.record_bytes)}).first;
+    }
+    found->second.last_use = ++uses_;
+    return found->second;
+}
+
+// Applies a change that was committed. It is done whether or not there is memory to follow it.
+template <class Change>
+void Lists::follow(Known& list, Change change) noexcept {
+    try {
+        change(list.image, list.state.version);
+        limit_memory(list);
+    } catch (const std::bad_alloc&) {
+        list.image.clear();
+    }
+}
+
+// Gives up the images that were not used for the longest time.
+void Lists::limit_memory(const Known& in_use) {
+    std::size_t bytes = 0;
+    for (const auto& [key, known] : known_) {
+        bytes += known.image.bytes();
+    }
+    while (bytes > kMostImageBytes) {
+        Known* oldest = nullptr;
+        for (auto& [key, known] : known_) {
+            const bool candidate = &known != &in_use && known.image.bytes() != 0;
+            if (candidate && (oldest == nullptr || known.last_use < oldest->last_use)) {
+                oldest = &known;
+            }
+        }
+        if (oldest == nullptr) {
+            return;
+        }
+        bytes -= oldest->image.bytes();
+        oldest->image.clear();
+    }
+}
+
+MwStatus Lists::look_for(const ListKey& list) {
+    const auto found = known_.find(list);
+    ListState unknown;
+    return storage_.look_at(list, found == known_.end() ? unknown : found->second.state);
+}
+
+MwStatus Lists::create(const Kind& kind, const ListKey& list, const std::string& name) {
+    Known& known = this->known(kind, list);
+    const MwStatus status = storage_.create(list, name, known.state);
+    if (status == kMwOk) {
+        follow(known, [](ListImage& image, std::int64_t version) { image.empty(version); });
+    }
+    return status;
+}
+
+MwStatus Lists::remove(const ListKey& list) {
+    ListState unknown;
+    const MwStatus status = storage_.remove(list, unknown);
+    if (status == kMwOk) {
+        known_.erase(list);
+    }
+    return status;
+}
+
+MwStatus Lists::clean(const Kind& kind, const ListKey& list) {
+    Known& known = this->known(kind, list);
+    const MwStatus status = storage_.clean(list, known.state);
+    if (status == kMwOk) {
+        follow(known, [](ListImage& image, std::int64_t version) { image.empty(version); });
+    }
+    return status;
+}
+
+MwStatus Lists::copy(const Kind& kind, const ListKey& from, const ListKey& to) {
+    return storage_.copy(from, to, known(kind, to).state);
+}
+
+MwStatus Lists::replace(const Kind& kind, const ListKey& list, const StoredRecords& records) {
+    return storage_.replace(list, kind, records, known(kind, list).state);
+}
+
+MwStatus Lists::load(const Kind& kind, const ListKey& list, std::string& name, StoredRecords& records) {
+    return storage_.load(list, kind, name, records);
+}
+
+MwStatus Lists::add(const Kind& kind, const ListKey& list, const void* record) {
+    Known& known = this->known(kind, list);
+    const MwStatus status = storage_.add(list, kind, record, known.state);
+    if (status == kMwOk) {
+        follow(known, [&](ListImage& image, std::int64_t version) {
+            image.added(record_id_of(kind, record), bytes_of(record), version);
+        });
+    }
+    return status;
+}
+
+MwStatus Lists::update(const Kind& kind, const ListKey& list, const void* record) {
+    Known& known = this->known(kind, list);
+    const MwStatus status = storage_.update(list, kind, record, known.state);
+    if (status == kMwOk) {
+        follow(known, [&](ListImage& image, std::int64_t version) {
+            image.updated(record_id_of(kind, record), bytes_of(record), version);
+        });
+    }
+    return status;
+}
+
+MwStatus Lists::remove_record(const Kind& kind, const ListKey& list, std::uint16_t record_id) {
+    Known& known = this->known(kind, list);
+    const MwStatus status = storage_.remove_record(list, record_id, known.state);
+    if (status == kMwOk) {
+        follow(known, [&](ListImage& image, std::int64_t version) { image.removed(record_id, version); });
+    }
+    return status;
+}
+
+MwStatus Lists::get(const Kind& kind, const ListKey& list, std::uint16_t record_id, void* record,
+                    std::int32_t* version) {
+    Known& known = this->known(kind, list);
+    const bool current = is_current(known);
+    if (!current || (known.image.find(record_id) == nullptr && !known.image.is_whole())) {
+        const MwStatus status = storage_.read(list, record_id, known.state, known.image);
+        if (status != kMwOk) {
+            return status;
+        }
+        limit_memory(known);
+    }
+    const std::byte* const found = known.image.find(record_id);
+    if (found == nullptr) {
+        return kHostNoSuchRecord;
+    }
+    std::memcpy(record, found, kind.record_bytes);
+    *version = static_cast<std::int32_t>(known.state.version);
+    return kMwOk;
+}
+
+// Brings the image to the list's version, with all records.
+MwStatus Lists::make_whole(const ListKey& list, Known& known) {
+    const MwStatus status = storage_.look_at(list, known.state);
+    if (status != kMwOk || (known.image.is_whole() && known.image.version() == known.state.version)) {
+        return status;
+    }
+    const MwStatus read = storage_.read_all(list, known.state, known.image);
+    limit_memory(known);
+    return read;
+}
+
+MwStatus Lists::get_at(const Kind& kind, const ListKey& list, const Filter& filter, std::int64_t index, void* record,
+                       std::int32_t* version) {
+    Known& known = this->known(kind, list);
+    const MwStatus status = make_whole(list, known);
+    if (status != kMwOk) {
+        return status;
+    }
+    const std::vector<std::uint16_t>& order = known.image.order(filter);
+    if (index < 0 || static_cast<std::uint64_t>(index) >= order.size()) {
+        return kHostIndexOutOfRange;
+    }
+    std::memcpy(record, known.image.find(order[static_cast<std::size_t>(index)]), kind.record_bytes);
+    *version = static_cast<std::int32_t>(known.state.version);
+    return kMwOk;
+}
+
+MwStatus Lists::count(const Kind& kind, const ListKey& list, const Filter& filter, std::uint16_t* count,
+                      std::int32_t* version) {
+    Known& known = this->known(kind, list);
+    const MwStatus status = make_whole(list, known);
+    if (status == kMwOk) {
+        *count = static_cast<std::uint16_t>(known.image.order(filter).size());
+        *version = static_cast<std::int32_t>(known.state.version);
+    }
+    return status;
+}
+
+MwStatus Lists::highest_record_id(const Kind& kind, const ListKey& list, std::uint16_t* record_id) {
+    Known& known = this->known(kind, list);
+    if (!is_current(known) || known.image.highest_id() == ListImage::kUnknown) {
+        const MwStatus status = storage_.read_highest_id(list, known.state, known.image);
+        if (status != kMwOk) {
+            return status;
+        }
+    }
+    const std::int32_t highest = known.image.highest_id();
+    *record_id = static_cast<std::uint16_t>(highest == ListImage::kNone ? 0 : highest);
+    return highest == ListImage::kNone ? kMwEmpty : kMwOk;
+}
+
+MwStatus Lists::next_record_id(const Kind& kind, const ListKey& list, std::uint16_t* record_id) {
+    std::uint16_t highest = 0;
+    MwStatus status = highest_record_id(kind, list, &highest);
+    if (status != kMwOk && status != kMwEmpty) {
+        return status;
+    }
+    if (highest < kMwNoRecordId - 1) {
+        *record_id = static_cast<std::uint16_t>(highest + 1);
+        return kMwOk;
+    }
+    Known& known = this->known(kind, list);
+    status = make_whole(list, known);
+    if (status == kMwOk) {
+        *record_id = known.image.lowest_free_id();
+    }
+    return status;
+}
+
+} // namespace tavro::host

@@ -1,0 +1,64 @@
+// Changes of lists as lines of text, for a test and for its second process alike.
+#pragma once
+
+#include "kinds.h"
+
+#include <map>
+#include <sstream>
+#include <string>
+
+// Applies changes to lists of one kind, which it opens when they are first named:
+//
+//     create LIST            clean LIST             delete LIST
+//     add LIST ID FILL       update LIST ID FILL    remove LIST ID
+//     copy FROM TO           store LIST PATH        load LIST PATH
+template <class Kind>
+class Changes {
+public:
+    // The status of the change.
+    MwStatus apply(const std::string& line) {
+        std::istringstream words(line);
+        std::string change;
+        std::uint16_t list = 0;
+        words >> change >> list;
+        if (change == "create") {
+            return Kind::create("list", list, kMwCreateMode, kMwCreateGrowth, 0, 0, &handles_[list]);
+        }
+        const MwdbHandle handle = handle_of(list);
+        if (change == "clean") {
+            return Kind::clean(handle);
+        }
+        if (change == "delete") {
+            handles_.erase(list);
+            return Kind::remove(handle);
+        }
+        if (change == "store" || change == "load") {
+            std::string path;
+            words >> path;
+            return change == "store" ? Kind::store(handle, path.c_str(), list)
+                                     : Kind::sync(handle, 0, path.c_str(), list);
+        }
+        std::uint16_t id = 0;
+        int fill = 0;
+        words >> id >> fill;
+        if (change == "copy") {
+            return Kind::copy(handle, handle_of(id));
+        }
+        if (change == "remove") {
+            return Kind::remove_record(handle, id);
+        }
+        auto record = record_of<Kind>(id, static_cast<unsigned char>(fill));
+        return change == "add" ? Kind::add(handle, &record) : Kind::update(handle, &record, kMwUpdatePlain);
+    }
+
+private:
+    MwdbHandle handle_of(std::uint16_t list) {
+        MwdbHandle& handle = handles_[list];
+        if (handle == 0) {
+            Kind::open(list, 0, 0, &handle);
+        }
+        return handle;
+    }
+
+    std::map<std::uint16_t, MwdbHandle> handles_;
+};
