@@ -58,7 +58,7 @@ std::vector<std::string> rows_of(const char* path) {
 std::chrono::nanoseconds add(const std::vector<std::string>& rows, std::size_t count, const char* path) {
     const auto start = std::chrono::steady_clock::now();
     Database database(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
-    database.run("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL; PRAGMA wal_autocheckpoint = 4000;"
+    database.run("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL; PRAGMA wal_autocheckpoint = 1000;"
                  "CREATE TABLE records (number INTEGER PRIMARY KEY, position INTEGER NOT NULL, bytes BLOB NOT NULL)");
     sqlite3_stmt* insert = database.prepare("INSERT INTO records VALUES (?, ?, ?)");
     for (std::size_t i = 0; i < count; ++i) {

@@ -32,7 +32,7 @@ abstract class SqliteJdbc<T> implements AutoCloseable {
             expect(statement, "PRAGMA journal_mode = WAL", "wal");
             statement.execute("PRAGMA synchronous = NORMAL");
             expect(statement, "PRAGMA synchronous", "1");
-            expect(statement, "PRAGMA wal_autocheckpoint = 4000", "4000");
+            expect(statement, "PRAGMA wal_autocheckpoint = 1000", "1000");
             statement.execute("CREATE TABLE services (id INTEGER PRIMARY KEY, " + columns + ")");
         }
         insert = connection.prepareStatement("INSERT INTO services VALUES (?, " + values + ")");
