@@ -163,7 +163,8 @@ public:
 
 protected:
     // Closes every handle of the kind. The handle map is the process's, so the lists that other
-    // managers of the kind opened are closed too; they are opened again at their next use.
+    // managers of the kind opened are closed too; they are opened again at their next use. A manager that
+    // holds something which must outlive the handles closes them itself, before.
     ~ListStore() { clear_handles(); }
 
     static int result_of(MwStatus status) { return status == kMwOk ? kDone : kFailed; }

@@ -24,11 +24,11 @@ inline bool take_digits(std::string_view& text, int& number) {
     return true;
 }
 
-// Knows blanks, signs and long numbers, and raises the exceptions.
+// Handles leading blanks, signs and numbers of ten or more digits; throws what std::stoi throws.
 [[gnu::cold, gnu::noinline]] inline int unusual_decimal(std::string_view text) { return std::stoi(std::string(text)); }
 
-// The number that a text begins with, as std::stoi reads it: blanks before it and anything behind it do not
-// count. Text without a number, or with one beyond an int, raises std::stoi's exception.
+// The number that a text begins with, as std::stoi reads it: leading blanks and anything after the number are
+// ignored. Text without a number, or with one beyond an int, raises std::stoi's exception.
 inline int decimal(std::string_view text) {
     int number = 0;
     return take_digits(text, number) ? number : unusual_decimal(text);

@@ -6,6 +6,8 @@
 
 #include <jni.h>
 
+#include <string>
+
 namespace tavro {
 
 // The numbers by which the log knows the forwarding natives of a list kind. A kind derives its own from this
@@ -52,7 +54,9 @@ inline void trace_entry(const char* name, int line) {
     }                                                                                                                  \
     jint PREFIX##_open_path(JNIEnv* env, jobject, jint mwdbId, jstring path) {                                         \
         tavro::trace_entry(__func__, LINES::kOpenPath);                                                                \
-        return (MANAGER)->open(mwdbId, jstr2str(env, path));                                                           \
+        tavro::Jni jni(env);                                                                                           \
+        const std::string text = jni.text(path);                                                                       \
+        return jni.failed() ? kFailed : (MANAGER)->open(mwdbId, text);                                                 \
     }                                                                                                                  \
     jint PREFIX##_close(JNIEnv*, jobject, jint mwdbId) {                                                               \
         tavro::trace_entry(__func__, LINES::kClose);                                                                   \

@@ -61,7 +61,7 @@ constexpr bool fits(Result (*)(JNIEnv*, jobject, Arguments...), const char* text
     return at != nullptr && *at == '\0';
 }
 
-// The type of a row's function pointer. There is none when the signature does not fit the function.
+// The type of a row's function pointer. Using it fails to compile when the signature does not fit the function.
 template <bool SignatureFits>
 struct NativeFunction {
     static_assert(SignatureFits, "the JNI signature does not fit the function of this row");

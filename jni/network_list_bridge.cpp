@@ -25,7 +25,7 @@ struct Lines : tavro::EntryLines {
     static constexpr int kRemoveByRecordId = 3248;
 };
 
-// Takes the record id of the identifier that an object carries under `key`; its list does not count. Without
+// Takes the record id of the identifier that an object carries under `key`; its list id is ignored. Without
 // one the record id stays. Returns false when it cannot be parsed.
 bool take_record_id(RecordObject& object, const Key& key, int& record_id) {
     const std::optional<jstring> field = key.present() ? object.string_field(kNetworkIdKey) : std::nullopt;

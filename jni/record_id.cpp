@@ -23,8 +23,8 @@ bool trimId(std::string_view identifier, int& list_id, int& record_id) {
         return false;
     }
     const std::string_view list = identifier.substr(0, comma);
-    const std::string_view behind = identifier.substr(comma + 1);
-    const std::string_view record = behind.substr(0, behind.find(','));
+    const std::string_view rest = identifier.substr(comma + 1);
+    const std::string_view record = rest.substr(0, rest.find(','));
     if (!AllisNum(list) || !AllisNum(record)) {
         return false;
     }

@@ -1,5 +1,6 @@
 // The satellite list's natives that hand satellites to Java as objects.
 
+#include "channellist/identifier.h"
 #include "jni/info_objects.h"
 #include "jni/java_list.h"
 #include "jni/jni_env.h"
@@ -107,7 +108,7 @@ jobject com_velotra_tv_tavro_satellitelist_getInfo(JNIEnv* env, jobject, jstring
         TAVRO_LOG_ERROR(kNoTag, "Unknown recId info.\n");
         return nullptr;
     }
-    const int list_id = std::stoi(text.substr(0, comma));
+    const int list_id = decimal(std::string_view(text).substr(0, comma));
     jobject result = carrier.begin_result(list_id, record.ui2_satl_rec_id);
     if (keys == nullptr) {
         carrier.put_all(record);

@@ -57,12 +57,12 @@ constexpr Row mask_bit(const char* key, const char* field, std::uint32_t bit) {
 }
 constexpr Row mask_bit(const char* key, std::uint32_t bit) { return mask_bit(key, key, bit); }
 
-// The name with the terminator's own byte behind it.
+// The name and the terminator's byte after it.
 constexpr Place kNameAndEnd = {offsetof(_SATL_REC_T, ac_sat_name), sizeof(_SATL_REC_T::ac_sat_name) + 1};
 static_assert(offsetof(_SATL_REC_T, c_sat_name_end) == kNameAndEnd.offset + kNameAndEnd.width - 1);
 
-// A name that is null leaves the record's; the line is written all the same. Neither the string's reference
-// nor its characters are given back, deliberately.
+// A name that is null leaves the record's; the line is written all the same. Deliberate: neither the string's
+// reference nor its characters are given back.
 void store_name(const Row& row, RecordObject& object, std::byte* structure) {
     const std::optional<jstring> name = object.string_field(row.field);
     const char* chars = object.jni().keep_utf_chars(name.value_or(nullptr));

@@ -164,6 +164,9 @@ jint com_velotra_tv_tavro_transportstreamlist_updateInfoList(JNIEnv* env, jobjec
     const WriteLock lock(*tsList, mwdbId);
     jclass stream_class = jni.find_class(kTransportStreamInfo);
     jmethodID contains_key = jni.method(stream_class, "isContainsKey", kTransportStreamContainsKey);
+    if (jni.failed()) {
+        return kFailed;
+    }
     for (jint i = 0; i < list.size(); ++i) {
         const LocalRef stream(jni, list.get(i));
         if (stream.get() == nullptr) {

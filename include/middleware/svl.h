@@ -182,6 +182,7 @@ struct _SVL_REC_T {
 };
 
 TAVRO_SIZE(_SVL_REC_T, 552);
+static_assert(sizeof(_SVL_REC_T::u_specific) == sizeof(_SVL_DVB_T), "zeroing a record zeroes its first alternative");
 TAVRO_AT(_SVL_REC_T, ui2_svl_rec_id, 0);
 TAVRO_AT(_SVL_REC_T, t_header, 4);
 TAVRO_AT(_SVL_REC_T, u_specific, 152);

@@ -164,6 +164,7 @@ struct _TSL_REC_T {
 };
 
 TAVRO_SIZE(_TSL_REC_T, 724);
+static_assert(sizeof(_TSL_REC_T::u_tuner) == sizeof(_TSL_TER_T), "zeroing a record zeroes its first alternative");
 TAVRO_AT(_TSL_REC_T, ui2_tsl_rec_id, 0);
 TAVRO_AT(_TSL_REC_T, e_bcst_type, 4);
 TAVRO_AT(_TSL_REC_T, e_bcst_medium, 5);

@@ -4,7 +4,7 @@
 #include "jni/log_gate.h"
 #include "jni/record_id.h"
 
-unsigned int tavro_log_gate() { return __velotra_log_is_loggable(kDebugLevel, kLogLevelProperty); }
+unsigned int tavro_log_gate() { return tavro::is_loggable(kDebugLevel) ? 1 : 0; }
 
 bool tavro_parse_record_id(const std::string& identifier, int& list_id, int& record_id) {
     return trimId(identifier, list_id, record_id);

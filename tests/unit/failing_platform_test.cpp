@@ -59,16 +59,21 @@ bool reads_record_0(const std::string& native, const std::string& entry) {
             entry.find("[setMwdbHandle]: ") != std::string::npos || entry.find("List][getInfo]:") != std::string::npos);
 }
 
+// What natives answer when they have failed.
+bool is_failure(jint status) { return status < 0; }
+bool is_failure(jobject result) { return result == nullptr; }
+bool is_failure(jstring identifier) { return identifier == nullptr || FakeJni::from(identifier).text.empty(); }
+
 struct Native {
     const char* name;
-    std::function<void(FakeJni&, FakeObject& object)> run;
+    std::function<bool(FakeJni&, FakeObject& object)> reports_failure; // calls it
 };
 
 void PrintTo(const Native& native, std::ostream* out) { *out << native.name; }
 
 class FailingPlatform : public tavro::test::EveryNativeTest, public testing::WithParamInterface<Native> {};
 
-TEST_P(FailingPlatform, NeverCallsWithAnExceptionPendingNorStoresNorLeavesALock) {
+TEST_P(FailingPlatform, NeverCallsWithAnExceptionPendingNorStoresNorLeavesALockNorReportsSuccess) {
     bool clean = false;
     for (int n = 1; !clean; ++n) {
         script::reset();
@@ -78,8 +83,9 @@ TEST_P(FailingPlatform, NeverCallsWithAnExceptionPendingNorStoresNorLeavesALock)
         FakeObject& object = filled_object(jni);
         jni.fail_nth(n);
         log_level("d");
-        GetParam().run(jni, object);
+        const bool reports_failure = GetParam().reports_failure(jni, object);
         clean = !jni.exception_pending();
+        EXPECT_TRUE(clean || reports_failure) << n;
         EXPECT_EQ(jni.forbidden_calls(), Lines{}) << n;
 
         // What follows the failure gives something back.
@@ -100,239 +106,284 @@ const Native kNatives[] = {
     {"channelOpenPath",
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
-         com_velotra_tv_tavro_channellist_open_path(jni.env(), nullptr, 1, FakeJni::string_ref(jni.string("/data/x")));
+         return is_failure(com_velotra_tv_tavro_channellist_open_path(jni.env(), nullptr, 1,
+                                                                      FakeJni::string_ref(jni.string("/data/x"))));
      }},
     {"channelStore",
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
-         com_velotra_tv_tavro_channellist_store(jni.env(), nullptr, 1, FakeJni::string_ref(jni.string("/data/x")));
+         return is_failure(
+             com_velotra_tv_tavro_channellist_store(jni.env(), nullptr, 1, FakeJni::string_ref(jni.string("/data/x"))));
      }},
     {"channelGetInfo",
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
-         com_velotra_tv_tavro_channellist_getSVLInfo(jni.env(), nullptr, FakeJni::string_ref(jni.string("1,17")));
+         return is_failure(
+             com_velotra_tv_tavro_channellist_getSVLInfo(jni.env(), nullptr, FakeJni::string_ref(jni.string("1,17"))));
      }},
     {"channelGetInfoList",
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
-         com_velotra_tv_tavro_channellist_getSVLInfoList(jni.env(), nullptr, 1);
+         return is_failure(com_velotra_tv_tavro_channellist_getSVLInfoList(jni.env(), nullptr, 1));
      }},
     {"channelUpdateInfo",
      [](FakeJni& jni, FakeObject& object) {
-         com_velotra_tv_tavro_channellist_updateInfo(jni.env(), nullptr, 1, FakeJni::ref(object));
+         return is_failure(com_velotra_tv_tavro_channellist_updateInfo(jni.env(), nullptr, 1, FakeJni::ref(object)));
      }},
     {"channelUpdateInfoByRecId",
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
-         com_velotra_tv_tavro_channellist_updateInfo_by_recId(jni.env(), nullptr, 1,
-                                                              FakeJni::string_ref(jni.string("2,17")));
+         return is_failure(com_velotra_tv_tavro_channellist_updateInfo_by_recId(
+             jni.env(), nullptr, 1, FakeJni::string_ref(jni.string("2,17"))));
      }},
     {"channelUpdateInfoList",
      [](FakeJni& jni, FakeObject& object) {
-         com_velotra_tv_tavro_channellist_updateInfoList(jni.env(), nullptr, 1,
-                                                         FakeJni::ref(jni.list({&object, &object})));
+         return is_failure(com_velotra_tv_tavro_channellist_updateInfoList(jni.env(), nullptr, 1,
+                                                                           FakeJni::ref(jni.list({&object, &object}))));
      }},
     {"channelAddInfo",
      [](FakeJni& jni, FakeObject& object) {
-         com_velotra_tv_tavro_channellist_add_Info(jni.env(), nullptr, 1, FakeJni::ref(object));
+         return is_failure(com_velotra_tv_tavro_channellist_add_Info(jni.env(), nullptr, 1, FakeJni::ref(object)));
      }},
     {"channelAddInfoByRecId",
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
-         com_velotra_tv_tavro_channellist_add_Info_by_recId(jni.env(), nullptr, 1,
-                                                            FakeJni::string_ref(jni.string("2,17")));
+         return is_failure(com_velotra_tv_tavro_channellist_add_Info_by_recId(jni.env(), nullptr, 1,
+                                                                              FakeJni::string_ref(jni.string("2,17"))));
      }},
     {"channelRemoveInfo",
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
-         com_velotra_tv_tavro_channellist_remove_info(jni.env(), nullptr, FakeJni::string_ref(jni.string("2,17")));
+         return is_failure(
+             com_velotra_tv_tavro_channellist_remove_info(jni.env(), nullptr, FakeJni::string_ref(jni.string("2,17"))));
      }},
     {"streamOpenPath",
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
-         com_velotra_tv_tavro_transportstreamlist_open_path(jni.env(), nullptr, 1,
-                                                            FakeJni::string_ref(jni.string("/data/x")));
+         return is_failure(com_velotra_tv_tavro_transportstreamlist_open_path(
+             jni.env(), nullptr, 1, FakeJni::string_ref(jni.string("/data/x"))));
      }},
     {"streamStore",
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
-         com_velotra_tv_tavro_transportstreamlist_store(jni.env(), nullptr, 1,
-                                                        FakeJni::string_ref(jni.string("/data/x")));
+         return is_failure(com_velotra_tv_tavro_transportstreamlist_store(jni.env(), nullptr, 1,
+                                                                          FakeJni::string_ref(jni.string("/data/x"))));
      }},
     {"streamGetInfo",
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
-         com_velotra_tv_tavro_transportstreamlist_getInfo(jni.env(), nullptr, FakeJni::string_ref(jni.string("1,17")));
+         return is_failure(com_velotra_tv_tavro_transportstreamlist_getInfo(jni.env(), nullptr,
+                                                                            FakeJni::string_ref(jni.string("1,17"))));
      }},
     {"streamGetInfoList",
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
-         com_velotra_tv_tavro_transportstreamlist_getInfoList(jni.env(), nullptr, 1);
+         return is_failure(com_velotra_tv_tavro_transportstreamlist_getInfoList(jni.env(), nullptr, 1));
      }},
     {"streamUpdateInfo",
      [](FakeJni& jni, FakeObject& object) {
-         com_velotra_tv_tavro_transportstreamlist_updateInfo(jni.env(), nullptr, 1, FakeJni::ref(object));
+         return is_failure(
+             com_velotra_tv_tavro_transportstreamlist_updateInfo(jni.env(), nullptr, 1, FakeJni::ref(object)));
      }},
     {"streamUpdateInfoByRecId",
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
-         com_velotra_tv_tavro_transportstreamlist_updateInfo_by_recId(jni.env(), nullptr, 1,
-                                                                      FakeJni::string_ref(jni.string("2,17")));
+         return is_failure(com_velotra_tv_tavro_transportstreamlist_updateInfo_by_recId(
+             jni.env(), nullptr, 1, FakeJni::string_ref(jni.string("2,17"))));
      }},
     {"streamUpdateInfoList",
      [](FakeJni& jni, FakeObject& object) {
-         com_velotra_tv_tavro_transportstreamlist_updateInfoList(jni.env(), nullptr, 1,
-                                                                 FakeJni::ref(jni.list({&object, &object})));
+         return is_failure(com_velotra_tv_tavro_transportstreamlist_updateInfoList(
+             jni.env(), nullptr, 1, FakeJni::ref(jni.list({&object, &object}))));
      }},
     {"streamAddInfo",
      [](FakeJni& jni, FakeObject& object) {
-         com_velotra_tv_tavro_transportstreamlist_add_Info(jni.env(), nullptr, 1, FakeJni::ref(object));
+         return is_failure(
+             com_velotra_tv_tavro_transportstreamlist_add_Info(jni.env(), nullptr, 1, FakeJni::ref(object)));
      }},
     {"streamAddInfoByRecId",
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
-         com_velotra_tv_tavro_transportstreamlist_add_Info_by_recId(jni.env(), nullptr, 1,
-                                                                    FakeJni::string_ref(jni.string("2,17")));
+         return is_failure(com_velotra_tv_tavro_transportstreamlist_add_Info_by_recId(
+             jni.env(), nullptr, 1, FakeJni::string_ref(jni.string("2,17"))));
      }},
     {"streamRemoveInfo",
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
-         com_velotra_tv_tavro_transportstreamlist_remove_info(jni.env(), nullptr,
-                                                              FakeJni::string_ref(jni.string("2,17")));
+         return is_failure(com_velotra_tv_tavro_transportstreamlist_remove_info(
+             jni.env(), nullptr, FakeJni::string_ref(jni.string("2,17"))));
      }},
     {"networkOpenPath",
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
-         com_velotra_tv_tavro_networklist_open_path(jni.env(), nullptr, 1, FakeJni::string_ref(jni.string("/data/x")));
+         return is_failure(com_velotra_tv_tavro_networklist_open_path(jni.env(), nullptr, 1,
+                                                                      FakeJni::string_ref(jni.string("/data/x"))));
      }},
     {"networkStore",
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
-         com_velotra_tv_tavro_networklist_store(jni.env(), nullptr, 1, FakeJni::string_ref(jni.string("/data/x")));
+         return is_failure(
+             com_velotra_tv_tavro_networklist_store(jni.env(), nullptr, 1, FakeJni::string_ref(jni.string("/data/x"))));
      }},
     {"networkGetInfo",
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
-         com_velotra_tv_tavro_networklist_getInfo(jni.env(), nullptr, FakeJni::string_ref(jni.string("1,17")), nullptr);
+         return is_failure(com_velotra_tv_tavro_networklist_getInfo(jni.env(), nullptr,
+                                                                    FakeJni::string_ref(jni.string("1,17")), nullptr));
      }},
     {"networkGetInfoByKeys",
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
-         com_velotra_tv_tavro_networklist_getInfo(
+         return is_failure(com_velotra_tv_tavro_networklist_getInfo(
              jni.env(), nullptr, FakeJni::string_ref(jni.string("1,17")),
-             FakeJni::ref(jni.list({&jni.string("NetworkName"), &jni.string("NwlIdNwlRecId")})));
+             FakeJni::ref(jni.list({&jni.string("NetworkName"), &jni.string("NwlIdNwlRecId")}))));
      }},
     {"networkGetInfoList",
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
-         com_velotra_tv_tavro_networklist_getInfoList(jni.env(), nullptr, 1, nullptr);
+         return is_failure(com_velotra_tv_tavro_networklist_getInfoList(jni.env(), nullptr, 1, nullptr));
      }},
     {"networkGetInfoListByKeys",
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
-         com_velotra_tv_tavro_networklist_getInfoList(
-             jni.env(), nullptr, 1, FakeJni::ref(jni.list({&jni.string("NetworkName"), &jni.string("NwlIdNwlRecId")})));
+         return is_failure(com_velotra_tv_tavro_networklist_getInfoList(
+             jni.env(), nullptr, 1,
+             FakeJni::ref(jni.list({&jni.string("NetworkName"), &jni.string("NwlIdNwlRecId")}))));
      }},
     {"networkUpdateInfo",
      [](FakeJni& jni, FakeObject& object) {
-         com_velotra_tv_tavro_networklist_updateInfo(jni.env(), nullptr, 1, FakeJni::ref(object));
+         return is_failure(com_velotra_tv_tavro_networklist_updateInfo(jni.env(), nullptr, 1, FakeJni::ref(object)));
      }},
     {"networkUpdateInfoByRecId",
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
-         com_velotra_tv_tavro_networklist_updateInfo_by_recId(jni.env(), nullptr, 1,
-                                                              FakeJni::string_ref(jni.string("2,17")));
+         return is_failure(com_velotra_tv_tavro_networklist_updateInfo_by_recId(
+             jni.env(), nullptr, 1, FakeJni::string_ref(jni.string("2,17"))));
      }},
     {"networkUpdateInfoList",
      [](FakeJni& jni, FakeObject& object) {
-         com_velotra_tv_tavro_networklist_updateInfoList(jni.env(), nullptr, 1,
-                                                         FakeJni::ref(jni.list({&object, &object})));
+         return is_failure(com_velotra_tv_tavro_networklist_updateInfoList(jni.env(), nullptr, 1,
+                                                                           FakeJni::ref(jni.list({&object, &object}))));
      }},
     {"networkAddInfo",
      [](FakeJni& jni, FakeObject& object) {
-         com_velotra_tv_tavro_networklist_add_Info(jni.env(), nullptr, 1, FakeJni::ref(object));
+         return is_failure(com_velotra_tv_tavro_networklist_add_Info(jni.env(), nullptr, 1, FakeJni::ref(object)));
      }},
     {"networkAddInfoByRecId",
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
-         com_velotra_tv_tavro_networklist_add_Info_by_recId(jni.env(), nullptr, 1,
-                                                            FakeJni::string_ref(jni.string("2,17")));
+         return is_failure(com_velotra_tv_tavro_networklist_add_Info_by_recId(jni.env(), nullptr, 1,
+                                                                              FakeJni::string_ref(jni.string("2,17"))));
      }},
     {"networkRemoveInfo",
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
-         com_velotra_tv_tavro_networklist_remove_info(jni.env(), nullptr, FakeJni::string_ref(jni.string("2,17")));
+         return is_failure(
+             com_velotra_tv_tavro_networklist_remove_info(jni.env(), nullptr, FakeJni::string_ref(jni.string("2,17"))));
      }},
     {"satelliteOpenPath",
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
-         com_velotra_tv_tavro_satellitelist_open_path(jni.env(), nullptr, 1,
-                                                      FakeJni::string_ref(jni.string("/data/x")));
+         return is_failure(com_velotra_tv_tavro_satellitelist_open_path(jni.env(), nullptr, 1,
+                                                                        FakeJni::string_ref(jni.string("/data/x"))));
      }},
     {"satelliteStore",
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
-         com_velotra_tv_tavro_satellitelist_store(jni.env(), nullptr, 1, FakeJni::string_ref(jni.string("/data/x")));
+         return is_failure(com_velotra_tv_tavro_satellitelist_store(jni.env(), nullptr, 1,
+                                                                    FakeJni::string_ref(jni.string("/data/x"))));
      }},
     {"satelliteGetInfo",
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
-         com_velotra_tv_tavro_satellitelist_getInfo(jni.env(), nullptr, FakeJni::string_ref(jni.string("1,17")),
-                                                    nullptr);
+         return is_failure(com_velotra_tv_tavro_satellitelist_getInfo(
+             jni.env(), nullptr, FakeJni::string_ref(jni.string("1,17")), nullptr));
      }},
     {"satelliteGetInfoByKeys",
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
-         com_velotra_tv_tavro_satellitelist_getInfo(
+         return is_failure(com_velotra_tv_tavro_satellitelist_getInfo(
              jni.env(), nullptr, FakeJni::string_ref(jni.string("1,17")),
-             FakeJni::ref(jni.list({&jni.string("Name"), &jni.string("LnbType")})));
+             FakeJni::ref(jni.list({&jni.string("Name"), &jni.string("LnbType")}))));
      }},
     {"satelliteGetInfoList",
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
-         com_velotra_tv_tavro_satellitelist_getInfoList(jni.env(), nullptr, 1, nullptr);
+         return is_failure(com_velotra_tv_tavro_satellitelist_getInfoList(jni.env(), nullptr, 1, nullptr));
      }},
     {"satelliteGetInfoListByKeys",
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
-         com_velotra_tv_tavro_satellitelist_getInfoList(
-             jni.env(), nullptr, 1, FakeJni::ref(jni.list({&jni.string("Name"), &jni.string("LnbType")})));
+         return is_failure(com_velotra_tv_tavro_satellitelist_getInfoList(
+             jni.env(), nullptr, 1, FakeJni::ref(jni.list({&jni.string("Name"), &jni.string("LnbType")}))));
      }},
     {"satelliteUpdateInfo",
      [](FakeJni& jni, FakeObject& object) {
-         com_velotra_tv_tavro_satellitelist_updateInfo(jni.env(), nullptr, FakeJni::ref(object));
+         return is_failure(com_velotra_tv_tavro_satellitelist_updateInfo(jni.env(), nullptr, FakeJni::ref(object)));
      }},
     {"satelliteUpdateInfoByRecId",
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
-         com_velotra_tv_tavro_satellitelist_updateInfo_by_recId(jni.env(), nullptr, 1,
-                                                                FakeJni::string_ref(jni.string("2,17")));
+         return is_failure(com_velotra_tv_tavro_satellitelist_updateInfo_by_recId(
+             jni.env(), nullptr, 1, FakeJni::string_ref(jni.string("2,17"))));
      }},
     {"satelliteUpdateInfoList",
      [](FakeJni& jni, FakeObject& object) {
-         com_velotra_tv_tavro_satellitelist_updateInfoList(jni.env(), nullptr,
-                                                           FakeJni::ref(jni.list({&object, &object})));
+         return is_failure(com_velotra_tv_tavro_satellitelist_updateInfoList(
+             jni.env(), nullptr, FakeJni::ref(jni.list({&object, &object}))));
      }},
     {"satelliteAddInfo",
      [](FakeJni& jni, FakeObject& object) {
-         com_velotra_tv_tavro_satellitelist_add_Info(jni.env(), nullptr, 1, FakeJni::ref(object));
+         return is_failure(com_velotra_tv_tavro_satellitelist_add_Info(jni.env(), nullptr, 1, FakeJni::ref(object)));
      }},
     {"satelliteAddInfoByRecId",
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
-         com_velotra_tv_tavro_satellitelist_add_Info_by_recId(jni.env(), nullptr, 1,
-                                                              FakeJni::string_ref(jni.string("2,17")));
+         return is_failure(com_velotra_tv_tavro_satellitelist_add_Info_by_recId(
+             jni.env(), nullptr, 1, FakeJni::string_ref(jni.string("2,17"))));
      }},
     {"satelliteRemoveInfo",
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
-         com_velotra_tv_tavro_satellitelist_remove_info(jni.env(), nullptr, FakeJni::string_ref(jni.string("2,17")));
+         return is_failure(com_velotra_tv_tavro_satellitelist_remove_info(jni.env(), nullptr,
+                                                                          FakeJni::string_ref(jni.string("2,17"))));
      }},
     {"satelliteRemoveInfoByRecId",
      [](FakeJni& jni, FakeObject& object) {
          static_cast<void>(object);
-         com_velotra_tv_tavro_satellitelist_remove_info_by_recId(jni.env(), nullptr, 1,
-                                                                 FakeJni::string_ref(jni.string("2,17")));
+         return is_failure(com_velotra_tv_tavro_satellitelist_remove_info_by_recId(
+             jni.env(), nullptr, 1, FakeJni::string_ref(jni.string("2,17"))));
+     }},
+    {"channelUpdateInfoEmptyList",
+     [](FakeJni& jni, FakeObject& object) {
+         static_cast<void>(object);
+         return is_failure(
+             com_velotra_tv_tavro_channellist_updateInfoList(jni.env(), nullptr, 1, FakeJni::ref(jni.list({}))));
+     }},
+    {"streamUpdateInfoEmptyList",
+     [](FakeJni& jni, FakeObject& object) {
+         static_cast<void>(object);
+         return is_failure(com_velotra_tv_tavro_transportstreamlist_updateInfoList(jni.env(), nullptr, 1,
+                                                                                   FakeJni::ref(jni.list({}))));
+     }},
+    {"networkUpdateInfoEmptyList",
+     [](FakeJni& jni, FakeObject& object) {
+         static_cast<void>(object);
+         return is_failure(
+             com_velotra_tv_tavro_networklist_updateInfoList(jni.env(), nullptr, 1, FakeJni::ref(jni.list({}))));
+     }},
+    {"satelliteUpdateInfoEmptyList",
+     [](FakeJni& jni, FakeObject& object) {
+         static_cast<void>(object);
+         return is_failure(
+             com_velotra_tv_tavro_satellitelist_updateInfoList(jni.env(), nullptr, FakeJni::ref(jni.list({}))));
+     }},
+    {"satelliteOpenPathOfAnOpenList",
+     [](FakeJni& jni, FakeObject& object) {
+         static_cast<void>(object);
+         SatlKind::handles().insert(1, 0x40001);
+         return is_failure(com_velotra_tv_tavro_satellitelist_open_path(jni.env(), nullptr, 1,
+                                                                        FakeJni::string_ref(jni.string("/data/x"))));
      }},
 };
 

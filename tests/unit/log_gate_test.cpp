@@ -23,6 +23,8 @@ protected:
             if (__velotra_log_is_loggable(level, kProperty) != 0) {
                 levels.push_back(level);
             }
+            // The library's own lines ask this one.
+            EXPECT_EQ(tavro::is_loggable(level), !levels.empty() && levels.back() == level);
         }
         return levels;
     }
