@@ -109,10 +109,10 @@ public final class Contest {
 
     private List<Result> measure(int rounds, int... batches) throws Exception {
         double[][] times = new double[batches.length][rounds];
-        System.gc(); // so that none pays for what was made before
         for (int round = 0; round < rounds; round++) {
             for (int turn = 0; turn < batches.length; turn++) {
                 int i = (turn + round) % batches.length; // each goes first in turn
+                System.gc(); // so that none pays for what another one left behind
                 times[i][round] = (double) entrants.get(i).action().run(batches[i]) / batches[i];
             }
         }
