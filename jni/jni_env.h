@@ -105,7 +105,8 @@ private:
 // A local reference, given back at the end of the scope. Whatever a native takes for one element of a list
 // or one record of a walk is held by one of these, so that the number of live references does not grow with
 // the list: a virtual machine's table of them may have 512 places. The few that stay on purpose are listed in
-// docs/architecture.md, "What is never given back".
+// docs/architecture.md, "What is deliberately not
+// released".
 template <class Reference>
 class LocalRef {
 public:
