@@ -27,8 +27,9 @@ namespace {
 using Properties = std::map<std::string, std::string, std::less<>>;
 
 // Two changes of a file within one tick of the file system's clock leave the same time stamp. What was
-// read this soon after a change (in nanoseconds, well above any such tick) is read again next time.
-constexpr std::int64_t kSettled = 50'000'000;
+// read this soon after a change (in nanoseconds, above any such tick: vfat's has two seconds) is read again
+// next time.
+constexpr std::int64_t kSettled = 3'000'000'000;
 
 std::int64_t nanoseconds(const timespec& time) { return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec; }
 
@@ -36,13 +37,15 @@ std::int64_t nanoseconds(const timespec& time) { return std::int64_t{time.tv_sec
 struct FileState {
     std::string path;
     int error = 0; // an errno value when there is nothing to read
+    std::uint64_t device = 0;
     std::uint64_t inode = 0;
     std::int64_t size = 0;
     std::int64_t modified = 0;
+    std::int64_t changed = 0; // in content, owner or permissions; programs cannot set it back
 
     bool operator==(const FileState& other) const {
-        return path == other.path && error == other.error && inode == other.inode && size == other.size &&
-               modified == other.modified;
+        return path == other.path && error == other.error && device == other.device && inode == other.inode &&
+               size == other.size && modified == other.modified && changed == other.changed;
     }
 };
 
@@ -51,7 +54,13 @@ FileState state_of(const std::string& path) {
     if (::stat(path.c_str(), &found) != 0) {
         return {path, errno};
     }
-    return {path, S_ISDIR(found.st_mode) ? EISDIR : 0, found.st_ino, found.st_size, nanoseconds(found.st_mtim)};
+    return {path,
+            S_ISDIR(found.st_mode) ? EISDIR : 0,
+            found.st_dev,
+            found.st_ino,
+            found.st_size,
+            nanoseconds(found.st_mtim),
+            nanoseconds(found.st_ctim)};
 }
 
 std::string trimmed(const std::string& text) {
@@ -232,7 +241,7 @@ private:
         timespec now{};
         ::clock_gettime(CLOCK_REALTIME, &now);
         properties_ = read_properties(state, path_.named());
-        settled_ = nanoseconds(now) - state.modified > kSettled;
+        settled_ = nanoseconds(now) - std::max(state.modified, state.changed) > kSettled;
         state_ = std::move(state);
     }
 

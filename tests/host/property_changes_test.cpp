@@ -6,6 +6,7 @@
 
 #include <cutils/properties.h>
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
@@ -170,6 +171,17 @@ TEST_F(PropertyChanges, BehindSymbolicLinks) {
     expect("V");
     set("D");
     expect("D");
+}
+
+// As `cp -p` and `touch -d` leave it.
+TEST_F(PropertyChanges, BehindASymbolicLinkThatKeepTheTimeStamp) {
+    fs::create_symlink(path("target"), file());
+    const fs::file_time_type long_ago = fs::file_time_type::clock::now() - std::chrono::hours(1);
+    for (const char* value : {"D", "E", "W"}) {
+        write_file(path("target"), line(value));
+        fs::last_write_time(path("target"), long_ago);
+        expect(value);
+    }
 }
 
 TEST_F(PropertyChanges, OfARelativePathByChangingTheDirectory) {
