@@ -2,6 +2,11 @@
 
 #include "middleware/files.h"
 
+HandleMap& SvlKind::handles() {
+    static HandleMap m_mwdbIdHandleMap;
+    return m_mwdbIdHandleMap;
+}
+
 namespace {
 
 constexpr auto& kTag = SvlKind::kTag;

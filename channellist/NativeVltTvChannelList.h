@@ -14,10 +14,7 @@ struct SvlKind : MwdbWords {
     using TracedRecordId = unsigned int;
     TAVRO_LIST_CALLS(x_svl);
 
-    static HandleMap& handles() {
-        static HandleMap m_mwdbIdHandleMap;
-        return m_mwdbIdHandleMap;
-    }
+    static HandleMap& handles();
 
     static constexpr char kTag[] = "NativeVltTvChannelList_Cpp";
     static constexpr char kClass[] = "[NativeVltTvChannelList]";

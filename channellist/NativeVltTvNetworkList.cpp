@@ -1,5 +1,10 @@
 #include "channellist/NativeVltTvNetworkList.h"
 
+HandleMap& NwlKind::handles() {
+    static HandleMap m_nwlHandleMap;
+    return m_nwlHandleMap;
+}
+
 void NwlKind::trace_record(const char* operation, const _NWL_REC_T& record) {
     TAVRO_LOG_DEBUG(kTag, "%s[%s]:rec_id:%d nw_id:%d nit_ver:%d s_nw_name:%.*s\n", kClass, operation,
                     record.ui2_nwl_rec_id, record.ui2_nw_id, record.ui1_nw_version, TAVRO_BOUNDED(record.ac_nw_name));

@@ -15,10 +15,7 @@ struct NwlKind : MwdbWords {
     static constexpr auto mw_get_by_index = x_nwl_get_rec_by_rec_idx;
     static constexpr auto mw_count = x_nwl_get_num_rec;
 
-    static HandleMap& handles() {
-        static HandleMap m_nwlHandleMap;
-        return m_nwlHandleMap;
-    }
+    static HandleMap& handles();
 
     static constexpr char kTag[] = "NativeVltTvNetworkList_Cpp";
     static constexpr char kClass[] = "[NativeVltTvNetworkList]";

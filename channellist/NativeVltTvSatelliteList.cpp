@@ -1,5 +1,10 @@
 #include "channellist/NativeVltTvSatelliteList.h"
 
+HandleMap& SatlKind::handles() {
+    static HandleMap m_satIdHandleMap;
+    return m_satIdHandleMap;
+}
+
 void SatlKind::trace_count(const char* operation, std::uint16_t number) {
     TAVRO_LOG_DEBUG(kTag, "[%s]:i2_num_rec:%d \n", operation, number);
 }

@@ -16,10 +16,7 @@ struct SatlKind {
     static constexpr auto mw_get_by_index = x_satl_get_rec_by_rec_idx;
     static constexpr auto mw_count = x_satl_get_num_recs;
 
-    static HandleMap& handles() {
-        static HandleMap m_satIdHandleMap;
-        return m_satIdHandleMap;
-    }
+    static HandleMap& handles();
 
     static constexpr char kTag[] = "[SATELITE] NativeVltTvSatelliteList_Cpp"; // misspelt on purpose
     static constexpr char kClass[] = "[NativeVltTvSatelliteList]";

@@ -1,5 +1,10 @@
 #include "channellist/NativeVltTvTransportStreamList.h"
 
+HandleMap& TslKind::handles() {
+    static HandleMap m_tslHandleMap;
+    return m_tslHandleMap;
+}
+
 namespace {
 
 // What the by-satellite calls are given as network. The name is this project's.

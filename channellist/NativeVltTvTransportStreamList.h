@@ -15,10 +15,7 @@ struct TslKind : MwdbWords {
     static constexpr auto mw_get_by_index = x_tsl_get_rec_by_rec_idx;
     static constexpr auto mw_count = x_tsl_get_num_recs;
 
-    static HandleMap& handles() {
-        static HandleMap m_tslHandleMap;
-        return m_tslHandleMap;
-    }
+    static HandleMap& handles();
 
     static constexpr char kTag[] = "NativeVltTvTransportStreamList_Cpp";
     static constexpr char kClass[] = "[NativeVltTvTransportStreamList]";
