@@ -22,9 +22,9 @@ public:
     PathWatch& operator=(const PathWatch&) = delete;
 
     // Watches `path` from now on; changes before the call are not reported. Returns false when the kernel cannot
-    // report every change: the path is relative or leads over a symbolic link, is not a regular file, lies on a file
-    // system that other machines or layers change as well, or inotify is not available. That there is no such file
-    // is no hindrance.
+    // report every change: the path is relative, leads over a symbolic link, names something other than a regular
+    // file, or lies on a file system that another machine or an overlay may change, or inotify is not available. A
+    // missing file can be watched.
     bool watch(const std::string& path);
 
     // Whether the last `watch` returned true.

@@ -12,9 +12,8 @@
 
 namespace tavro::host {
 
-// Functions return kHostNoSuchList when there is no such list, and throw what the storage throws. Out values are
-// written on success only, but for the record id of highest_record_id, which is 0 with kMwEmpty. Used by one thread at
-// a time.
+// Functions return kHostNoSuchList if the list does not exist, and let the storage's exceptions pass. Out values are
+// written only on success; highest_record_id also writes 0 with kMwEmpty. Used by one thread at a time.
 //
 // A read by index or through a filter, a count and the search for a free id load the whole list into memory. A read by
 // id keeps the one record. Own changes are applied to what is in memory. A change of another process, or one that was

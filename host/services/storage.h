@@ -55,7 +55,7 @@ public:
     // Brings the state up to date.
     MwStatus look_at(const ListKey& list, ListState& state);
     // These take over into `image` what is in the list: one record, the highest record id, all records and their order.
-    // kHostNoSuchRecord when there is no such record.
+    // kHostNoSuchRecord if the record does not exist.
     MwStatus read(const ListKey& list, std::uint16_t record_id, ListState& state, ListImage& image);
     MwStatus read_highest_id(const ListKey& list, ListState& state, ListImage& image);
     MwStatus read_all(const ListKey& list, ListState& state, ListImage& image);
