@@ -3,12 +3,13 @@
 # register its natives: report.sh BUILD
 set -euo pipefail
 here=$(dirname "$(readlink -f "$0")")
-lanes=$here/../tests/lanes
+root=$here/..
+lanes=$root/tests/lanes
 build=$(readlink -f "$1")
 library=$build/lib/libvelotra_tavro_channellist.so
 machine=$(LC_ALL=C readelf -h "$library" | sed -n 's/ *Machine: *//p')
 case $machine in
-ARM) run=(qemu-arm -L "$("$here/../cmake/armhf-root.sh")") strip=arm-linux-gnueabihf-strip ;;
+ARM) run=(qemu-arm -L "$("$root/cmake/armhf-root.sh")") strip=arm-linux-gnueabihf-strip ;;
 *X86-64) run=(qemu-x86_64) strip=strip ;;
 *)
     echo "the report knows x86-64 and ARM, not $machine" >&2
@@ -39,7 +40,7 @@ LC_ALL=C readelf -rW "$library" | awk '
     $3 ~ /^R_/ && $3 ~ /_RELATIVE$/ { relative++; next }
     $3 ~ /^R_/ { symbolic++ }
     END { printf "  relocations       %9d relative, %d by symbol\n", relative, symbolic }'
-symbols=$("$lanes/symbols.sh" "$library" "$lanes/platform_symbols.txt") || {
+symbols=$("$lanes/symbols.sh" "$library" "$root/include/platform/symbols.txt") || {
     printf '%s\n' "$symbols" >&2
     exit 1
 }

@@ -25,9 +25,9 @@
 #pragma once
 
 #include "channellist/HandleMap.h"
-#include "channellist/identifier.h"
-#include "jni/log_gate.h"
+#include "jni/log/log_gate.h"
 #include "middleware/list_calls.h"
+#include "text/identifier.h"
 
 #include <cstddef>
 #include <cstdint>

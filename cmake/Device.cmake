@@ -14,7 +14,7 @@ set(TAVRO_PLATFORM_LIBRARIES "" CACHE STRING
 
 # A library NAME with those of the platform's functions that match PATTERN.
 function(tavro_link_library NAME PATTERN)
-    file(STRINGS ${CMAKE_SOURCE_DIR}/tests/lanes/platform_symbols.txt functions REGEX ${PATTERN})
+    file(STRINGS ${CMAKE_SOURCE_DIR}/include/platform/symbols.txt functions REGEX ${PATTERN})
     list(TRANSFORM functions REPLACE "(.+)" "void \\1(void) {}\n" OUTPUT_VARIABLE bodies)
     string(CONCAT text ${bodies})
     file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/link/${NAME}.c CONTENT "${text}")

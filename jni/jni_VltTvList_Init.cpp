@@ -1,12 +1,12 @@
 #include "jni/jni_VltTvList_Init.h"
 
-#include "jni/channel_list_bridge.h"
-#include "jni/log_gate.h"
-#include "jni/managers.h"
-#include "jni/native_method.h"
-#include "jni/network_list_bridge.h"
-#include "jni/satellite_list_bridge.h"
-#include "jni/transport_stream_list_bridge.h"
+#include "jni/bridges/channel_list_bridge.h"
+#include "jni/bridges/managers.h"
+#include "jni/bridges/network_list_bridge.h"
+#include "jni/bridges/satellite_list_bridge.h"
+#include "jni/bridges/transport_stream_list_bridge.h"
+#include "jni/env/jni_log.h"
+#include "jni/env/native_method.h"
 
 #include <iterator>
 

@@ -1,8 +1,8 @@
 // Ways into the library that it does not export.
 #include "entries.h"
 
-#include "jni/log_gate.h"
-#include "jni/record_id.h"
+#include "jni/env/record_id.h"
+#include "jni/log/log_gate.h"
 
 unsigned int tavro_log_gate() { return tavro::is_loggable(kDebugLevel) ? 1 : 0; }
 

@@ -40,7 +40,7 @@ build_and_check() {
     same "the library's own names" libvelotra_tavro_channellist.so \
         "$(sed -n 's/.*(SONAME).*\[\(.*\)\]/\1/p' <<<"$dynamic")"
     same "the exported symbols" JNI_OnLoad "$(awk '$2 != "U" {print $3}' <<<"$symbols")"
-    same "the platform's functions left undefined" "$(sort "$root/tests/lanes/platform_symbols.txt")" \
+    same "the platform's functions left undefined" "$(sort "$root/include/platform/symbols.txt")" \
         "$(awk '$1 == "U" {print $2}' <<<"$symbols" | grep -E '^(x_|fs_|__android_|property_)' | sort)"
 }
 

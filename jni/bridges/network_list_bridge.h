@@ -1,0 +1,26 @@
+// The native methods of the Java class VltTvNetworkList. The rules are those of the channel list's
+// natives (channel_list_bridge.h); what differs is said here.
+#pragma once
+
+#include "jni/bridges/forwarding.h"
+
+#include <jni.h>
+
+jint com_velotra_tv_tavro_nw_list_native_setup(JNIEnv* env, jobject self);
+
+TAVRO_DECLARE_FORWARDING(com_velotra_tv_tavro_networklist);
+
+// One network as a VltTvNetworkInfo; null when it cannot be read. `keys` is a java.util.List of the keys
+// to fill in, or null for all.
+jobject com_velotra_tv_tavro_networklist_getInfo(JNIEnv* env, jobject self, jstring identifier, jobject keys);
+
+// The networks of a list as a java.util.ArrayList of VltTvNetworkInfo, read under the list's read lock;
+// empty when there are none, null when one cannot be read.
+jobject com_velotra_tv_tavro_networklist_getInfoList(JNIEnv* env, jobject self, jint mwdbId, jobject keys);
+
+jint com_velotra_tv_tavro_networklist_updateInfo(JNIEnv* env, jobject self, jint mwdbId, jobject network);
+jint com_velotra_tv_tavro_networklist_updateInfo_by_recId(JNIEnv* env, jobject self, jint mwdbId, jstring identifier);
+jint com_velotra_tv_tavro_networklist_updateInfoList(JNIEnv* env, jobject self, jint mwdbId, jobject networks);
+
+jstring com_velotra_tv_tavro_networklist_add_Info(JNIEnv* env, jobject self, jint mwdbId, jobject network);
+jstring com_velotra_tv_tavro_networklist_add_Info_by_recId(JNIEnv* env, jobject self, jint mwdbId, jstring identifier);

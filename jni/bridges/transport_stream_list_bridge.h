@@ -1,0 +1,32 @@
+// The native methods of the Java class VltTvTransportStreamList. The rules are those of the channel
+// list's natives (channel_list_bridge.h); what differs is said here.
+#pragma once
+
+#include "jni/bridges/forwarding.h"
+
+#include <jni.h>
+
+jint com_velotra_tv_tavro_ts_list_native_setup(JNIEnv* env, jobject self);
+
+// Removals touch only lists that are open.
+TAVRO_DECLARE_FORWARDING(com_velotra_tv_tavro_transportstreamlist);
+
+// One transport stream as the 724 bytes of its record; null when it cannot be read.
+jbyteArray com_velotra_tv_tavro_transportstreamlist_getInfo(JNIEnv* env, jobject self, jstring identifier);
+
+// The transport streams of a list, record after record, read under the list's read lock; null when there
+// are none or one cannot be read. By satellite: those that point at that record of the satellite list
+// with the same list id.
+jbyteArray com_velotra_tv_tavro_transportstreamlist_getInfoList(JNIEnv* env, jobject self, jint mwdbId);
+jbyteArray com_velotra_tv_tavro_transportstreamlist_getInfoListBySatellite(JNIEnv* env, jobject self, jint mwdbId,
+                                                                           jint satelliteRecordId);
+
+jint com_velotra_tv_tavro_transportstreamlist_updateInfo(JNIEnv* env, jobject self, jint mwdbId, jobject stream);
+jint com_velotra_tv_tavro_transportstreamlist_updateInfo_by_recId(JNIEnv* env, jobject self, jint mwdbId,
+                                                                  jstring identifier);
+// Elements whose identifier cannot be parsed are left out.
+jint com_velotra_tv_tavro_transportstreamlist_updateInfoList(JNIEnv* env, jobject self, jint mwdbId, jobject streams);
+
+jstring com_velotra_tv_tavro_transportstreamlist_add_Info(JNIEnv* env, jobject self, jint mwdbId, jobject stream);
+jstring com_velotra_tv_tavro_transportstreamlist_add_Info_by_recId(JNIEnv* env, jobject self, jint mwdbId,
+                                                                   jstring identifier);

@@ -1,7 +1,0 @@
-#include "jni/managers.h"
-
-JavaVM* javaVM = nullptr;
-NativeVltTvChannelList* chList = nullptr;
-NativeVltTvTransportStreamList* tsList = nullptr;
-NativeVltTvNetworkList* nwList = nullptr;
-NativeVltTvSatelliteList* satList = nullptr;

@@ -1,0 +1,54 @@
+// Where the library must not allocate memory. The whole test program's allocations are counted.
+#include "jni/env/record_id.h"
+
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <new>
+#include <string>
+
+namespace {
+
+thread_local int allocations = 0;
+
+} // namespace
+
+void* operator new(std::size_t size) {
+    ++allocations;
+    if (void* memory = std::malloc(size == 0 ? 1 : size)) {
+        return memory;
+    }
+    throw std::bad_alloc();
+}
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+
+namespace {
+
+// The counter itself works.
+TEST(Allocations, OfALongStringAreCounted) {
+    const int before = allocations;
+    const std::string text(100, 'x');
+    EXPECT_EQ(allocations, before + 1) << text;
+}
+
+TEST(Allocations, AreNotMadeToTakeAnIdentifierApart) {
+    // The second would not fit into a std::string without one.
+    const char* const identifiers[] = {"3,17", "2147483647,65535"};
+    for (const char* identifier : identifiers) {
+        int list_id = 0;
+        int record_id = 0;
+        const int before = allocations;
+        const bool parsed = trimId(identifier, list_id, record_id);
+        EXPECT_EQ(allocations, before) << identifier;
+        EXPECT_TRUE(parsed);
+    }
+}
+
+TEST(Allocations, AreNotMadeToBuildAShortIdentifier) {
+    const int before = allocations;
+    const std::string identifier = combineStrMId(65535, 65535);
+    EXPECT_EQ(allocations, before) << identifier;
+    EXPECT_EQ(identifier, "65535,65535");
+}
+
+} // namespace
