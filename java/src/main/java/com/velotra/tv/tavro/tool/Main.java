@@ -4,10 +4,15 @@ import com.velotra.tv.tavro.services.channellist.ChannelListException;
 import com.velotra.tv.tavro.services.channellist.Printable;
 import com.velotra.tv.tavro.services.channellist.RecordId;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
+import com.velotra.tv.tavro.tool.demo.Demo;
+import com.velotra.tv.tavro.tool.importing.Importer;
 import com.velotra.tv.tavro.tool.input.Failure;
 import com.velotra.tv.tavro.tool.input.ImportReport;
 import com.velotra.tv.tavro.tool.input.Source;
 import com.velotra.tv.tavro.tool.input.Text;
+import com.velotra.tv.tavro.tool.storage.Database;
+import com.velotra.tv.tavro.tool.storage.Storage;
+import com.velotra.tv.tavro.tool.tables.Kind;
 import com.velotra.tv.tavro.tool.transponders.ListIds;
 import java.io.BufferedOutputStream;
 import java.io.FileDescriptor;
@@ -33,8 +38,7 @@ import picocli.CommandLine.Spec;
 @Command(
         name = Main.NAME,
         description = "Shows what is in channel lists.",
-        subcommands = {Main.ListCommand.class, Main.ShowCommand.class, Main.ImportCommand.class, Main.DemoCommand.class,
-            Main.LoadCommand.class})
+        subcommands = {Main.ListCommand.class, Main.ShowCommand.class, Main.ImportCommand.class, Main.DemoCommand.class})
 public final class Main {
     static final String NAME = "./tavro";
 
@@ -195,8 +199,8 @@ public final class Main {
         if (hasLists && withLibrary(kind::lists).exists(listId)) {
             return;
         }
-        if (hasLists) {
-            Database.checkMissing(directory, kind, listId);
+        if (hasLists && Database.hasList(directory, kind.number, listId)) {
+            throw new Failure(kind.one + " list " + listId + " in " + directory + " cannot be opened; the log line of TavroHost says why");
         }
         throw new Failure("no " + kind.one + " list " + listId + " in " + directory);
     }
@@ -230,11 +234,21 @@ public final class Main {
             needList(of.kind, listId);
             Kind.Listing listing = of.kind.list(listId);
             if (listing.size() == 0) {
-                Database.checkEmpty(Storage.directory(), of.kind, listId);
+                checkEmpty();
             }
             System.out.print(listing.printer().table(first, columns()));
             System.out.println(Text.count(listing.size(), of.kind.one));
             return DONE;
+        }
+
+        /** The natives report a list that cannot be read as empty. */
+        private void checkEmpty() {
+            Path directory = Storage.directory();
+            int records = Database.records(directory, of.kind.number, listId);
+            if (records > 0) {
+                throw new Failure(of.kind.one + " list " + listId + " in " + directory + " holds " + records
+                        + " records that cannot be read; the log line of TavroHost says why");
+            }
         }
 
         // A terminal gets lines that fit when it says how wide it is; files and pipes get whole lines.
@@ -343,29 +357,14 @@ public final class Main {
 
         @Override
         public Integer call() throws Exception {
-            Storage.demoProblem(work).ifPresent(problem -> {
+            Demo.problem(work).ifPresent(problem -> {
                 throw new Failure(problem);
             });
-            return new Demo(withLibrary(VltTvChannelList::getInstance), sources, dishes, work, System.out).run() ? DONE : FAILED;
-        }
-    }
-
-    @Command(name = "load", hidden = true, description = "The demo's second virtual machine: loads a list from a file.")
-    static final class LoadCommand implements Callable<Integer> {
-        @Parameters(index = "0")
-        int listId;
-
-        @Parameters(index = "1")
-        Path file;
-
-        @Parameters(index = "2", description = "Receives the bytes of the records.")
-        Path records;
-
-        @Override
-        public Integer call() throws Exception {
-            VltTvChannelList lists = withLibrary(VltTvChannelList::getInstance);
-            lists.open(listId, file.toString());
-            Files.write(records, lists.getAllBytes(listId));
+            if (!new Demo(withLibrary(VltTvChannelList::getInstance), sources, dishes, work, System.out).run()) {
+                return FAILED;
+            }
+            System.out.printf("Look around: TAVRO_HOME=%s %s list %d%n",
+                    Shell.quoted(Storage.directory().toString()), Shell.command(), Demo.SATELLITE);
             return DONE;
         }
     }

@@ -11,20 +11,20 @@ import java.util.List;
 import java.util.Map;
 
 /** Runs the tool, in a virtual machine of its own or in this one. */
-final class ToolProcess {
+public final class ToolProcess {
     /** How a run ended, and what it printed. */
-    record Result(int exit, String out, String err) {}
+    public record Result(int exit, String out, String err) {}
 
     private ToolProcess() {}
 
     /** Runs the tool with {@code environment} on top of this machine's; its output passes through {@code folder}. */
-    static Result run(Path folder, Map<String, String> environment, String... arguments)
+    public static Result run(Path folder, Map<String, String> environment, String... arguments)
             throws IOException, InterruptedException {
         return runWithLibraryPath(System.getProperty("java.library.path"), folder, environment, arguments);
     }
 
     /** The same with the library to be found in {@code libraryPath}. */
-    static Result runWithLibraryPath(
+    public static Result runWithLibraryPath(
             String libraryPath, Path folder, Map<String, String> environment, String... arguments)
             throws IOException, InterruptedException {
         Path out = folder.resolve("out");
@@ -34,7 +34,7 @@ final class ToolProcess {
     }
 
     /** The command line that runs the tool in a virtual machine of its own. */
-    static List<String> command(String libraryPath, String... arguments) {
+    public static List<String> command(String libraryPath, String... arguments) {
         List<String> command = new ArrayList<>(List.of(
                 Path.of(System.getProperty("java.home"), "bin", "java").toString(),
                 "-Djava.library.path=" + libraryPath,
@@ -44,7 +44,7 @@ final class ToolProcess {
     }
 
     /** Runs any command with its output to {@code out} and its errors to the file err in {@code folder}. Returns its exit code. */
-    static int run(List<String> command, Path folder, Path out, Map<String, String> environment) throws IOException, InterruptedException {
+    public static int run(List<String> command, Path folder, Path out, Map<String, String> environment) throws IOException, InterruptedException {
         ProcessBuilder builder = new ProcessBuilder(command)
                 .redirectOutput(ProcessBuilder.Redirect.appendTo(out.toFile()))
                 .redirectError(folder.resolve("err").toFile());
@@ -53,7 +53,7 @@ final class ToolProcess {
     }
 
     /** Runs the tool in this virtual machine, over this one's storage directory. */
-    static Result runHere(String... arguments) {
+    public static Result runHere(String... arguments) {
         PrintStream out = System.out;
         PrintStream err = System.err;
         ByteArrayOutputStream newOut = new ByteArrayOutputStream();

@@ -1,7 +1,7 @@
 package com.velotra.tv.tavro.tool.services;
 
 import com.velotra.tv.tavro.services.channellist.RecordId;
-import com.velotra.tv.tavro.tool.input.Sqlite3;
+import com.velotra.tv.tavro.tool.storage.Sqlite3;
 import java.nio.file.Path;
 import java.util.Map;
 import java.util.stream.Collectors;

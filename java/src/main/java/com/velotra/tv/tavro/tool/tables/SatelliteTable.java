@@ -1,4 +1,4 @@
-package com.velotra.tv.tavro.tool;
+package com.velotra.tv.tavro.tool.tables;
 
 import com.velotra.tv.tavro.services.channellist.OrbitalPosition;
 import com.velotra.tv.tavro.services.channellist.Printable;
@@ -8,7 +8,7 @@ import java.util.ArrayList;
 import java.util.List;
 
 /** Satellites as a table, one a row. */
-final class SatelliteTable {
+public final class SatelliteTable {
     private static final int BURST_A = 5;
     private static final int BURST_B = 6;
     private static final int NO_POSITION = 255;
@@ -17,7 +17,7 @@ final class SatelliteTable {
     private SatelliteTable() {}
 
     /** The first {@code most} satellites of a list, no line wider than {@code columns}. */
-    static String of(List<VltTvSatelliteInfo> satellites, int most, int columns) {
+    public static String of(List<VltTvSatelliteInfo> satellites, int most, int columns) {
         Table table = new Table(">record", ">position", "name", "in use", "LNB", "DiSEqC");
         for (VltTvSatelliteInfo satellite : satellites.subList(0, Math.min(most, satellites.size()))) {
             table.add(
@@ -32,7 +32,7 @@ final class SatelliteTable {
     }
 
     /** One satellite on one line. */
-    static String summary(VltTvSatelliteInfo satellite) {
+    public static String summary(VltTvSatelliteInfo satellite) {
         return String.format("'%s' at %s, LNB %s, DiSEqC %s", Printable.of(satellite.getName()), position(satellite),
                 lnb(satellite), switchPosition(satellite.getDiseqcPosition()));
     }

@@ -1,14 +1,14 @@
-package com.velotra.tv.tavro.tool;
+package com.velotra.tv.tavro.tool.tables;
 
 import com.velotra.tv.tavro.services.channellist.ServiceRecord;
 import java.util.List;
 
 /** Services as a table, one a row. */
-final class ServiceTable {
+public final class ServiceTable {
     private ServiceTable() {}
 
     /** The first {@code most} services of a list, no line wider than {@code columns}. */
-    static String of(List<ServiceRecord> services, int most, int columns) {
+    public static String of(List<ServiceRecord> services, int most, int columns) {
         Table table = new Table(">record", ">LCN", "name", ">service id", "type", "scrambled", "shown", "transport stream");
         for (ServiceRecord service : services.subList(0, Math.min(most, services.size()))) {
             table.add(

@@ -1,4 +1,4 @@
-package com.velotra.tv.tavro.tool;
+package com.velotra.tv.tavro.tool.demo;
 
 import com.velotra.tv.tavro.services.channellist.OrbitalPosition;
 import com.velotra.tv.tavro.services.channellist.RecordId;

@@ -1,9 +1,10 @@
-package com.velotra.tv.tavro.tool;
+package com.velotra.tv.tavro.tool.demo;
 
 import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertFalse;
 import static org.junit.jupiter.api.Assertions.assertTrue;
 
+import com.velotra.tv.tavro.tool.ToolProcess;
 import com.velotra.tv.tavro.tool.ToolProcess.Result;
 import java.io.IOException;
 import java.nio.file.Files;

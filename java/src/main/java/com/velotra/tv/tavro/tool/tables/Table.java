@@ -1,4 +1,4 @@
-package com.velotra.tv.tavro.tool;
+package com.velotra.tv.tavro.tool.tables;
 
 import com.velotra.tv.tavro.services.channellist.Printable;
 import com.velotra.tv.tavro.tool.input.Text;

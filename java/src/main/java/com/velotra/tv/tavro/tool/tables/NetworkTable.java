@@ -1,15 +1,15 @@
-package com.velotra.tv.tavro.tool;
+package com.velotra.tv.tavro.tool.tables;
 
 import com.velotra.tv.tavro.services.channellist.VltTvNetworkInfo;
 import com.velotra.tv.tavro.services.channellist.VltTvNetworkInfoBase;
 import java.util.List;
 
 /** Networks as a table, one a row. */
-final class NetworkTable {
+public final class NetworkTable {
     private NetworkTable() {}
 
     /** The first {@code most} networks of a list, no line wider than {@code columns}. */
-    static String of(List<VltTvNetworkInfo> networks, int most, int columns) {
+    public static String of(List<VltTvNetworkInfo> networks, int most, int columns) {
         Table table = new Table(">record", ">network id", "name", ">version", "favorite", "candidate");
         for (VltTvNetworkInfo network : networks.subList(0, Math.min(most, networks.size()))) {
             VltTvNetworkInfoBase values = network.values();

@@ -1,6 +1,9 @@
-package com.velotra.tv.tavro.tool.input;
+package com.velotra.tv.tavro.tool.storage;
 
 import com.velotra.tv.tavro.services.channellist.Printable;
+import com.velotra.tv.tavro.tool.input.Failure;
+import com.velotra.tv.tavro.tool.input.Source;
+import com.velotra.tv.tavro.tool.input.Text;
 import java.io.IOException;
 import java.nio.charset.StandardCharsets;
 import java.nio.file.Files;

@@ -1,4 +1,4 @@
-package com.velotra.tv.tavro.tool;
+package com.velotra.tv.tavro.tool.tables;
 
 import static org.junit.jupiter.api.Assertions.assertEquals;
 

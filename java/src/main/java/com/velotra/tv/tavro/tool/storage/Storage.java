@@ -1,4 +1,4 @@
-package com.velotra.tv.tavro.tool;
+package com.velotra.tv.tavro.tool.storage;
 
 import com.velotra.tv.tavro.tool.input.Failure;
 import java.io.IOException;
@@ -8,13 +8,13 @@ import java.util.List;
 import java.util.Optional;
 
 /** The directory that lists live in, as the workstation's platform finds it. */
-final class Storage {
+public final class Storage {
     private static final long LEAST_SPACE = 1 << 20; // bytes: a file system with less has no room for the database's next pages
 
     private Storage() {}
 
     /** The directory that the environment names. */
-    static Path directory() {
+    public static Path directory() {
         String home = System.getenv("TAVRO_HOME");
         if (home != null && !home.isEmpty()) {
             return Path.of(home);
@@ -31,7 +31,7 @@ final class Storage {
     }
 
     /** Why the storage does not take changes, as far as that can be seen from here. */
-    static String whyItFails() {
+    public static String whyItFails() {
         Path directory = directory();
         for (Path path : List.of(directory, directory.resolve("lists.db"))) {
             if (Files.exists(path) && !Files.isWritable(path)) {
@@ -49,28 +49,12 @@ final class Storage {
     }
 
     /** Whether a directory holds lists already. */
-    static boolean hasLists(Path directory) {
+    public static boolean hasLists(Path directory) {
         return Files.exists(directory.resolve("lists.db"));
     }
 
-    /** Why the demo must not run over the storage directory; nothing when it is empty and below {@code work}. */
-    static Optional<String> demoProblem(Path work) {
-        Path home = directory().toAbsolutePath().normalize();
-        Path folder = work.toAbsolutePath().normalize();
-        String[] content = home.toFile().list();
-        String reason = null;
-        if (home.equals(folder) || !home.startsWith(folder)) {
-            reason = "is not below " + folder;
-        } else if (Files.exists(home) && (content == null || content.length > 0)) {
-            reason = "is not an empty directory";
-        }
-        return Optional.ofNullable(reason)
-                .map(r -> "refusing to run the demo: storage directory " + home + " " + r
-                        + "; run ./tavro demo, or set TAVRO_HOME to a new directory below " + folder);
-    }
-
     /** Why lists cannot be kept in a directory, as far as that can be seen from here. Nothing is created. */
-    static Optional<String> problem(Path directory) {
+    public static Optional<String> problem(Path directory) {
         String reason = null;
         if (!Files.exists(directory)) {
             reason = "no such directory";

@@ -1,4 +1,4 @@
-package com.velotra.tv.tavro.tool;
+package com.velotra.tv.tavro.tool.importing;
 
 import java.io.IOException;
 import java.nio.channels.FileChannel;

@@ -1,4 +1,4 @@
-package com.velotra.tv.tavro.tool;
+package com.velotra.tv.tavro.tool.demo;
 
 import com.velotra.tv.tavro.services.channellist.OrbitalPosition;
 import com.velotra.tv.tavro.services.channellist.RecordId;
@@ -11,10 +11,15 @@ import com.velotra.tv.tavro.services.channellist.VltTvNetworkList;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfo;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteList;
 import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamList;
+import com.velotra.tv.tavro.tool.importing.Importer;
 import com.velotra.tv.tavro.tool.input.ImportReport;
 import com.velotra.tv.tavro.tool.input.Source;
 import com.velotra.tv.tavro.tool.services.Service;
 import com.velotra.tv.tavro.tool.services.ServiceImport;
+import com.velotra.tv.tavro.tool.storage.Storage;
+import com.velotra.tv.tavro.tool.tables.SatelliteTable;
+import com.velotra.tv.tavro.tool.tables.ServiceTable;
+import com.velotra.tv.tavro.tool.tables.StreamTable;
 import com.velotra.tv.tavro.tool.transponders.ListIds;
 import com.velotra.tv.tavro.tool.transponders.StreamImport.Stored;
 import java.io.ByteArrayOutputStream;
@@ -36,8 +41,10 @@ import java.util.function.Predicate;
 import java.util.stream.Collectors;
 
 /** The main job from end to end on real service lists, with a check after every step. */
-final class Demo {
-    private static final int SATELLITE = 1;
+public final class Demo {
+    /** The list of the satellite services. */
+    public static final int SATELLITE = 1;
+
     private static final int CABLE = 2;
     private static final int TERRESTRIAL = 3;
     private static final int COPY = 4;
@@ -73,7 +80,7 @@ final class Demo {
      * @param dishes folder with sources.conf and diseqc.conf
      * @param work folder for the files that the demo writes
      */
-    Demo(VltTvChannelList lists, Path sources, Path dishes, Path work, PrintStream out) {
+    public Demo(VltTvChannelList lists, Path sources, Path dishes, Path work, PrintStream out) {
         this.lists = lists;
         this.sources = sources;
         satelliteNames = dishes.resolve("sources.conf");
@@ -82,8 +89,24 @@ final class Demo {
         this.out = out;
     }
 
+    /** Why the demo must not run over the storage directory; nothing when it is empty and below {@code work}. */
+    public static Optional<String> problem(Path work) {
+        Path home = Storage.directory().toAbsolutePath().normalize();
+        Path folder = work.toAbsolutePath().normalize();
+        String[] content = home.toFile().list();
+        String reason = null;
+        if (home.equals(folder) || !home.startsWith(folder)) {
+            reason = "is not below " + folder;
+        } else if (Files.exists(home) && (content == null || content.length > 0)) {
+            reason = "is not an empty directory";
+        }
+        return Optional.ofNullable(reason)
+                .map(r -> "refusing to run the demo: storage directory " + home + " " + r
+                        + "; run ./tavro demo, or set TAVRO_HOME to a new directory below " + folder);
+    }
+
     /** Runs all steps. Returns whether every check passed. */
-    boolean run() throws IOException, InterruptedException {
+    public boolean run() throws IOException, InterruptedException {
         for (Path file : List.of(satelliteNames, dishSettings, sources.resolve(SATELLITE_SERVICES), sources.resolve(CABLE_SERVICES),
                 sources.resolve(TERRESTRIAL_SERVICES))) {
             Source.read(file); // a missing one ends the demo before it has begun
@@ -99,8 +122,6 @@ final class Demo {
         out.println();
         if (failed == 0) {
             out.printf("All %d checks passed.%n", checks);
-            out.printf("Look around: TAVRO_HOME=%s %s list %d%n",
-                    Shell.quoted(Storage.directory().toString()), Shell.command(), SATELLITE);
         } else {
             out.printf("%d of %d checks FAILED.%n", failed, checks);
         }
@@ -342,7 +363,7 @@ final class Demo {
         command.add(Path.of(System.getProperty("java.home"), "bin", "java").toString());
         // The second machine needs the options of the first: where the library is, and on an emulator how to run.
         command.addAll(ManagementFactory.getRuntimeMXBean().getInputArguments());
-        command.addAll(List.of("-cp", System.getProperty("java.class.path"), Main.class.getName(), "load"));
+        command.addAll(List.of("-cp", System.getProperty("java.class.path"), SecondMachine.class.getName()));
         command.addAll(List.of(Integer.toString(LOADED), file.toString(), records.toString()));
         return new ProcessBuilder(command).inheritIO().start().waitFor();
     }

@@ -1,4 +1,4 @@
-package com.velotra.tv.tavro.tool;
+package com.velotra.tv.tavro.tool.importing;
 
 import com.velotra.tv.tavro.services.channellist.ChannelListException;
 import com.velotra.tv.tavro.services.channellist.Printable;
@@ -17,6 +17,7 @@ import com.velotra.tv.tavro.tool.services.ChannelsConf;
 import com.velotra.tv.tavro.tool.services.DvbV5Services;
 import com.velotra.tv.tavro.tool.services.Service;
 import com.velotra.tv.tavro.tool.services.ServiceImport;
+import com.velotra.tv.tavro.tool.storage.Storage;
 import com.velotra.tv.tavro.tool.transponders.DvbV5File;
 import com.velotra.tv.tavro.tool.transponders.LegacyFile;
 import com.velotra.tv.tavro.tool.transponders.ListIds;
@@ -39,7 +40,7 @@ import java.util.stream.Stream;
  * Imports files into lists. All files are read first. Then satellites are stored, transponders, and services, so that each can refer
  * to those before.
  */
-final class Importer {
+public final class Importer {
     private final ListIds ids;
     private final ImportReport report;
     private final SatelliteImport satelliteImport;
@@ -48,7 +49,7 @@ final class Importer {
     private final List<Service> services = new ArrayList<>();
 
     /** What becomes of the records goes to {@code report}. */
-    Importer(ListIds ids, ImportReport report) {
+    public Importer(ListIds ids, ImportReport report) {
         this.ids = ids;
         this.report = report;
         satelliteImport = new SatelliteImport(VltTvSatelliteList.getInstance(), ids.satellite(), report);
@@ -58,7 +59,7 @@ final class Importer {
      * Reads a file, or all regular files below a folder in the order of their names. What cannot be used is reported. Files in a
      * folder that are in no known format are only skipped.
      */
-    void read(Path path) {
+    public void read(Path path) {
         if (path.toString().isEmpty()) {
             report.refusedFile("cannot import a file without a name");
             return;
@@ -162,7 +163,7 @@ final class Importer {
      *
      * @throws Failure when the storage fails; what was stored before stays
      */
-    void store(StreamImport.Observer streamObserver, ServiceImport.Observer serviceObserver) {
+    public void store(StreamImport.Observer streamObserver, ServiceImport.Observer serviceObserver) {
         ImportLock lock = ImportLock.take(Storage.directory(), report::waiting);
         try {
             Satellites satellites =

@@ -1,4 +1,4 @@
-package com.velotra.tv.tavro.tool;
+package com.velotra.tv.tavro.tool.tables;
 
 import com.velotra.tv.tavro.services.channellist.RecordId;
 import com.velotra.tv.tavro.services.channellist.ServiceRecord;
@@ -14,92 +14,92 @@ import java.util.List;
 import java.util.Optional;
 
 /** The kinds of list that the tool shows. */
-enum Kind {
+public enum Kind {
     SERVICES(1, "service") {
         @Override
-        TvList lists() {
+        public TvList lists() {
             return VltTvChannelList.getInstance();
         }
 
         @Override
-        Listing list(int listId) {
+        public Listing list(int listId) {
             List<ServiceRecord> services = VltTvChannelList.getInstance().getAll(listId);
             return new Listing(services.size(), (most, columns) -> ServiceTable.of(services, most, columns));
         }
 
         @Override
-        Optional<String> show(RecordId id, boolean hex) {
+        public Optional<String> show(RecordId id, boolean hex) {
             return VltTvChannelList.getInstance().get(id).map(service -> service.describe(hex));
         }
     },
 
     STREAMS(2, "transport stream") {
         @Override
-        TvList lists() {
+        public TvList lists() {
             return VltTvTransportStreamList.getInstance();
         }
 
         @Override
-        Listing list(int listId) {
+        public Listing list(int listId) {
             List<TransportStreamRecord> streams = VltTvTransportStreamList.getInstance().getAll(listId);
             return new Listing(streams.size(), (most, columns) -> StreamTable.of(streams, most, columns));
         }
 
         @Override
-        Optional<String> show(RecordId id, boolean hex) {
+        public Optional<String> show(RecordId id, boolean hex) {
             return VltTvTransportStreamList.getInstance().get(id).map(stream -> stream.describe(hex));
         }
     },
 
     NETWORKS(3, "network") {
         @Override
-        TvList lists() {
+        public TvList lists() {
             return VltTvNetworkList.getInstance();
         }
 
         @Override
-        Listing list(int listId) {
+        public Listing list(int listId) {
             List<VltTvNetworkInfo> networks = VltTvNetworkList.getInstance().getAll(listId, null);
             return new Listing(networks.size(), (most, columns) -> NetworkTable.of(networks, most, columns));
         }
 
         // Networks leave the library as objects: there are no bytes to dump.
         @Override
-        Optional<String> show(RecordId id, boolean hex) {
+        public Optional<String> show(RecordId id, boolean hex) {
             return VltTvNetworkList.getInstance().get(id, null).map(NetworkTable::describe);
         }
     },
 
     SATELLITES(4, "satellite") {
         @Override
-        TvList lists() {
+        public TvList lists() {
             return VltTvSatelliteList.getInstance();
         }
 
         @Override
-        Listing list(int listId) {
+        public Listing list(int listId) {
             List<VltTvSatelliteInfo> satellites = VltTvSatelliteList.getInstance().getAll(listId, null);
             return new Listing(satellites.size(), (most, columns) -> SatelliteTable.of(satellites, most, columns));
         }
 
         // Satellites leave the library as objects too.
         @Override
-        Optional<String> show(RecordId id, boolean hex) {
+        public Optional<String> show(RecordId id, boolean hex) {
             return VltTvSatelliteList.getInstance().get(id, null).map(SatelliteTable::describe);
         }
     };
 
     /** The table of a list, and how many records it has. */
-    record Listing(int size, Printer printer) {
+    public record Listing(int size, Printer printer) {
         /** Prints the first {@code most} records, no line wider than {@code columns}. */
-        interface Printer {
+        public interface Printer {
             String table(int most, int columns);
         }
     }
 
     /** In the list database. */
-    final int number;
-    final String one;
+    public final int number;
+    public final String one;
 
     Kind(int number, String one) {
         this.number = number;
@@ -107,12 +107,12 @@ enum Kind {
     }
 
     /** The class of the lists of this kind, with the library loaded. */
-    abstract TvList lists();
+    public abstract TvList lists();
 
-    abstract Listing list(int listId);
+    public abstract Listing list(int listId);
 
     /** One record field by field; empty when there is no such record. */
-    abstract Optional<String> show(RecordId id, boolean hex);
+    public abstract Optional<String> show(RecordId id, boolean hex);
 
     /** As an option's value. */
     @Override

@@ -1,0 +1,35 @@
+#!/bin/bash
+# Checks the imports between the packages of the Java side: a class may import from its own package and from those before
+# it in the order below. A package that is missing in the order is an error too.
+#
+# Usage: java_packages.sh SOURCE_ROOT
+set -euo pipefail
+base=com.velotra.tv.tavro
+order="services.channellist tool.input tool.storage tool.tables tool.satellites tool.transponders tool.services tool.importing
+    tool.demo tool"
+
+find "$1" -name '*.java' -print0 | xargs -0 awk -v base="$base." -v order="$order" '
+BEGIN {
+    count = split(order, packages)
+    for (i = 1; i <= count; i++) rank[packages[i]] = i
+}
+/^package / {
+    package = substr($2, length(base) + 1, length($2) - length(base) - 1)
+    if (!(package in rank)) error("package " package " is not in the order")
+}
+# The name up to the first part that begins with a capital is the package.
+/^import / && index($0, base) {
+    name = $NF
+    sub(/\.[A-Z].*/, "", name)
+    name = substr(name, length(base) + 1)
+    imports++
+    if (!(name in rank) || rank[name] > rank[package]) error(package " must not import from " name)
+}
+function error(text) {
+    print FILENAME ":" FNR ": " text
+    errors++
+}
+END {
+    if (!imports) print "no import was found; is SOURCE_ROOT right?"
+    exit errors > 0 || !imports
+}' || exit 1
