@@ -1,4 +1,4 @@
-// Tables that convert the values of the Java side into codes of the middleware.
+// Tables that convert Java values into the codes that records store.
 #pragma once
 
 #include <jni.h>
@@ -8,20 +8,43 @@
 
 namespace tavro {
 
-// A Java value and the code that is stored for it.
+// A Java value, the code stored for it, and what it means. The names are for documents and tools: the
+// library carries the numbers alone.
+struct NamedCode {
+    jint value;
+    std::uint32_t code;
+    const char* name;
+};
+
+// A Java value and the code stored for it.
 struct Code {
     jint value;
     std::uint32_t code;
 };
 
-// Pairs in any order, and the code of every value that is not among them.
+template <std::size_t N>
+struct Codes {
+    Code entries[N];
+};
+
+// The numbers of a table.
+template <std::size_t N>
+constexpr Codes<N> numbers(const NamedCode (&named)[N]) {
+    Codes<N> codes = {};
+    for (std::size_t i = 0; i < N; ++i) {
+        codes.entries[i] = {named[i].value, named[i].code};
+    }
+    return codes;
+}
+
+// Pairs in any order, and the code for all other values.
 class CodeTable {
 public:
     template <std::size_t N>
-    constexpr explicit CodeTable(const Code (&codes)[N], std::uint32_t fallback)
-        : first_(codes), last_(codes + N), fallback_(fallback) {}
+    constexpr explicit CodeTable(const Codes<N>& codes, std::uint32_t fallback)
+        : first_(codes.entries), last_(codes.entries + N), fallback_(fallback) {}
 
-    // Stores the code of a value; leaves `code` alone and returns false when the table lacks the value.
+    // Stores the code of a value. Returns false and leaves `code` alone when the table lacks the value.
     constexpr bool find(jint value, std::uint32_t& code) const {
         for (const Code* entry = first_; entry != last_; ++entry) {
             if (entry->value == value) {
@@ -32,11 +55,14 @@ public:
         return false;
     }
 
+    // The code of a value, or the fallback.
     constexpr std::uint32_t operator()(jint value) const {
         std::uint32_t code = fallback_;
         find(value, code);
         return code;
     }
+
+    constexpr std::uint32_t fallback() const { return fallback_; }
 
 private:
     const Code* first_;

@@ -1,4 +1,4 @@
-#include "jni/records/record_rows.h"
+#include "jni/records/to_record_rows.h"
 
 #include "jni/env/record_id.h"
 
@@ -46,23 +46,23 @@ void put_text(std::byte* structure, Place to, const char* text) {
 
 namespace {
 
-void trace(const Row& row, const std::byte* structure, jint value) {
+void trace(const ToRecordRow& row, const std::byte* structure, jint value) {
     if (row.trace != nullptr) {
         row.trace(row, structure, value);
     }
 }
 
-// Reads the row's int field, lets `store` do what it does with it, and writes the row's line.
-template <class Store>
-void store_int(const Row& row, RecordObject& object, std::byte* structure, Store store) {
+// Reads the row's int field, lets `put_value` put it, and writes the row's line.
+template <class Put>
+void put_int(const ToRecordRow& row, RecordObject& object, std::byte* structure, Put put_value) {
     const std::optional<jint> value = object.int_field(row.field);
     if (value) {
-        store(*value);
+        put_value(*value);
         trace(row, structure, *value);
     }
 }
 
-void put_flag(const Row& row, std::byte* structure, bool on) {
+void put_flag(const ToRecordRow& row, std::byte* structure, bool on) {
     std::uint32_t flags = 0;
     std::memcpy(&flags, structure + row.to.offset, sizeof(flags));
     put(structure, row.to, on ? flags | row.mask : flags & ~row.mask);
@@ -70,23 +70,23 @@ void put_flag(const Row& row, std::byte* structure, bool on) {
 
 } // namespace
 
-void store_integer(const Row& row, RecordObject& object, std::byte* structure) {
-    store_int(row, object, structure, [&](jint value) { put(structure, Variant{row.to}, value); });
+void put_integer(const ToRecordRow& row, RecordObject& object, std::byte* structure) {
+    put_int(row, object, structure, [&](jint value) { put(structure, Variant{row.to}, value); });
 }
 
-void store_code(const Row& row, RecordObject& object, std::byte* structure) {
-    store_int(row, object, structure, [&](jint value) { put(structure, Variant{row.to, row.codes}, value); });
+void put_code(const ToRecordRow& row, RecordObject& object, std::byte* structure) {
+    put_int(row, object, structure, [&](jint value) { put(structure, Variant{row.to, row.codes}, value); });
 }
 
-void store_flag_if_one(const Row& row, RecordObject& object, std::byte* structure) {
-    store_int(row, object, structure, [&](jint value) { put_flag(row, structure, value == 1); });
+void put_flag_if_one(const ToRecordRow& row, RecordObject& object, std::byte* structure) {
+    put_int(row, object, structure, [&](jint value) { put_flag(row, structure, value == 1); });
 }
 
-void store_flag_if_positive(const Row& row, RecordObject& object, std::byte* structure) {
-    store_int(row, object, structure, [&](jint value) { put_flag(row, structure, value > 0); });
+void put_flag_if_positive(const ToRecordRow& row, RecordObject& object, std::byte* structure) {
+    put_int(row, object, structure, [&](jint value) { put_flag(row, structure, value > 0); });
 }
 
-void store_text(const Row& row, RecordObject& object, std::byte* structure) {
+void put_cut_text(const ToRecordRow& row, RecordObject& object, std::byte* structure) {
     const LocalRef value(object.jni(), object.string_field(row.field).value_or(nullptr));
     const char* chars = object.jni().keep_utf_chars(value.get());
     if (chars != nullptr) {
@@ -95,7 +95,7 @@ void store_text(const Row& row, RecordObject& object, std::byte* structure) {
     }
 }
 
-void store_short_text(const Row& row, RecordObject& object, std::byte* structure) {
+void put_short_text(const ToRecordRow& row, RecordObject& object, std::byte* structure) {
     const LocalRef value(object.jni(), object.string_field(row.field).value_or(nullptr));
     const char* chars = object.jni().keep_utf_chars(value.get());
     if (object.jni().failed()) {
@@ -108,7 +108,7 @@ void store_short_text(const Row& row, RecordObject& object, std::byte* structure
     trace(row, structure, 0);
 }
 
-void store_record_id(const Row& row, RecordObject& object, std::byte* structure) {
+void put_record_id(const ToRecordRow& row, RecordObject& object, std::byte* structure) {
     const LocalRef value(object.jni(), object.string_field(row.field).value_or(nullptr));
     int list_id = 0;
     int record_id = 0;
@@ -118,11 +118,11 @@ void store_record_id(const Row& row, RecordObject& object, std::byte* structure)
     }
 }
 
-void walk_rows(const Row* first, const Row* last, RecordObject& object, std::byte* structure) {
-    for (const Row* row = first; row != last; ++row) {
+void put_rows(const ToRecordRow* first, const ToRecordRow* last, RecordObject& object, std::byte* structure) {
+    for (const ToRecordRow* row = first; row != last; ++row) {
         const Key key(object, row->key);
         if (key.present()) {
-            row->store(*row, object, structure);
+            row->put(*row, object, structure);
         }
     }
 }
