@@ -1,5 +1,6 @@
 #include "jni/bridges/channel_list_bridge.h"
 
+#include "jni/bridges/forwarding.h"
 #include "jni/bridges/managers.h"
 #include "jni/bridges/record_filter.h"
 #include "jni/env/jni_env.h"
@@ -10,16 +11,19 @@
 #include <mutex>
 #include <new>
 
+using tavro::kSilent;
+namespace forward = tavro::forward;
+
 namespace {
 
-// Line numbers in the entry log lines.
+// Line numbers in the entry lines.
 constexpr int kRemoveLine = 115;
 constexpr int kRemoveByRecordIdLine = 120;
 
-// Held around open, open with a path and delete: the manager's handle map is not guarded.
+// Held while a list is opened or deleted, since the manager's handle map is not guarded.
 std::mutex chListMutex;
 
-// A temporary handle of a list under its read lock.
+// A temporary handle of a list, with the list's read lock.
 class LockedWalk {
 public:
     explicit LockedWalk(int mwdbId) : handle_(chList->openTmp(mwdbId)) { chList->readLockSvl(handle_); }
@@ -36,8 +40,8 @@ private:
     unsigned int handle_;
 };
 
-// Walks a list and hands the records that `keep` accepts to Java. `count` and `read` are the manager's
-// calls on a handle; `name` stands in the log line of a read that fails.
+// Reads the records of a list that `keep` accepts into a Java array. `count` and `read` are the manager's calls on a
+// handle; `name` is the name in the log line of a failed read.
 template <class Count, class Read, class Keep>
 jbyteArray list_records(JNIEnv* env, const char* name, int mwdbId, Count count, Read read, Keep keep) {
     std::unique_ptr<_SVL_REC_T[]> buffer;
@@ -54,8 +58,8 @@ jbyteArray list_records(JNIEnv* env, const char* name, int mwdbId, Count count, 
             return nullptr;
         }
         for (int index = 0; index < number; ++index) {
-            // A record that is not kept is overwritten by the next one. Zeroing slot by slot, not the whole
-            // buffer at once, keeps a long list's records in the cache.
+            // The next record overwrites one that is not kept. Zeroing slot by slot, not the whole buffer at once,
+            // keeps the records of a long list in the CPU cache.
             _SVL_REC_T& slot = buffer[kept];
             slot = {};
             int version = 0;
@@ -86,23 +90,26 @@ jbyteArray get_svl_list_info(JNIEnv* env, int mwdbId, int condition, int wanted)
 
 jint com_velotra_tv_tavro_ch_list_native_setup(JNIEnv*, jobject) { return tavro::set_up(chList); }
 
-jint com_velotra_tv_tavro_channellist_clean(JNIEnv*, jobject, jint mwdbId) { return chList->clean(mwdbId); }
+jint com_velotra_tv_tavro_channellist_clean(JNIEnv*, jobject, jint mwdbId) {
+    return forward::clean(kSilent, chList, mwdbId);
+}
 
-jint com_velotra_tv_tavro_channellist_close(JNIEnv*, jobject, jint mwdbId) { return chList->close(mwdbId); }
+jint com_velotra_tv_tavro_channellist_close(JNIEnv*, jobject, jint mwdbId) {
+    return forward::close(kSilent, chList, mwdbId);
+}
 
 jint com_velotra_tv_tavro_channellist_delete(JNIEnv*, jobject, jint mwdbId) {
     const std::lock_guard<std::mutex> guard(chListMutex);
-    return chList->_delete(mwdbId);
+    return forward::delete_list(kSilent, chList, mwdbId);
 }
 
 jint com_velotra_tv_tavro_channellist_copy(JNIEnv*, jobject, jint sourceId, jint destinationId) {
-    const SvlWriteLock lock(*chList, destinationId);
-    return chList->copy(sourceId, destinationId);
+    return forward::copy(kSilent, chList, sourceId, destinationId);
 }
 
 jint com_velotra_tv_tavro_channellist_open(JNIEnv*, jobject, jint mwdbId) {
     const std::lock_guard<std::mutex> guard(chListMutex);
-    return chList->open(mwdbId);
+    return forward::open(kSilent, chList, mwdbId);
 }
 
 jint com_velotra_tv_tavro_channellist_open_path(JNIEnv* env, jobject, jint mwdbId, jstring path) {
@@ -112,17 +119,15 @@ jint com_velotra_tv_tavro_channellist_open_path(JNIEnv* env, jobject, jint mwdbI
 }
 
 jint com_velotra_tv_tavro_channellist_store(JNIEnv* env, jobject, jint mwdbId, jstring path) {
-    return chList->store(mwdbId, jstr2str(env, path));
+    return forward::store(kSilent, chList, env, mwdbId, path);
 }
 
 jint com_velotra_tv_tavro_channellist_remove_info(JNIEnv* env, jobject, jstring identifier) {
-    TAVRO_LOG_JNI("[%s][%d] ", __func__, kRemoveLine);
-    return chList->removeInfo(jstr2str(env, identifier));
+    return forward::remove({__func__, kRemoveLine}, chList, env, identifier);
 }
 
 jint com_velotra_tv_tavro_channellist_remove_Info_by_recId(JNIEnv* env, jobject, jint mwdbId, jstring identifier) {
-    TAVRO_LOG_JNI("[%s][%d] ", __func__, kRemoveByRecordIdLine);
-    return chList->removeInfoByRecId(mwdbId, jstr2str(env, identifier));
+    return forward::remove_by_record_id({__func__, kRemoveByRecordIdLine}, chList, env, mwdbId, identifier);
 }
 
 jbyteArray com_velotra_tv_tavro_channellist_getSVLInfo(JNIEnv* env, jobject, jstring identifier) {

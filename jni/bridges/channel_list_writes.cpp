@@ -1,6 +1,7 @@
 // The channel list's natives that write records: updates and adds.
 
 #include "jni/bridges/channel_list_bridge.h"
+#include "jni/bridges/entry_line.h"
 #include "jni/bridges/list_writes.h"
 #include "jni/bridges/managers.h"
 #include "jni/env/java_list.h"
@@ -14,28 +15,30 @@ using tavro::Jni;
 using tavro::Key;
 using tavro::LocalRef;
 using tavro::RecordObject;
+using tavro::trace_entry;
+using tavro::Updated;
 
 namespace {
 
-// Line numbers in the log lines of the natives that add.
+// Line numbers in the debug lines of the natives that add.
 constexpr int kAddLine = 242;
 constexpr int kAddHeaderDoneLine = 255;
 constexpr int kAddCopyLine = 265;
 
-// Adds a service under the list's write lock, in the way `add`, which the log calls `call`. Answers its
-// identifier, or `nothing` when that fails.
+// Calls `add` under the list's write lock; `call` is its name in the log. Returns the service's identifier, or
+// `nothing` after a failure.
 jstring add_locked(JNIEnv* env, const char* call, int (NativeVltTvChannelList::*add)(int, _SVL_REC_T*), int mwdbId,
                    _SVL_REC_T& record, jstring nothing) {
     int result = kDone;
     {
-        const SvlWriteLock lock(*chList, mwdbId);
+        const tavro::WriteLock<NativeVltTvChannelList> lock(*chList, mwdbId);
         result = (chList->*add)(mwdbId, &record);
     }
     TAVRO_LOG_JNI("[%s][%d] mwdbId = %d, rec_id = %d", call, result, mwdbId, record.ui2_svl_rec_id);
     return result == kDone ? combineMId(env, mwdbId, record.ui2_svl_rec_id) : nothing;
 }
 
-// The channel number that an object carries; 0 stands for none.
+// The channel number that an object carries; 0 means none.
 struct ChannelNumber {
     std::uint32_t major_number;
     std::uint32_t minor_number;
@@ -73,8 +76,8 @@ void trace_unsupported_type(const _SVL_REC_HEADER_T& header) {
                   header.e_serv_type);
 }
 
-// Rebuilds the channel id of a stored service from the number that the object carries. For broadcast
-// type 5 the major number of the old id stays, deliberately.
+// Rebuilds the channel id of a stored service from the number that the object carries. Deliberate: for broadcast type 5
+// the major number of the old id stays.
 void renumber_stored(RecordObject& object, _SVL_REC_HEADER_T& header) {
     const ChannelNumber number = channel_number(object);
     if (!number.is_set() || object.jni().failed()) {
@@ -100,8 +103,7 @@ void renumber_stored(RecordObject& object, _SVL_REC_HEADER_T& header) {
     }
 }
 
-// Builds the channel id of a new service. There is no old id: the service type stands in for its low
-// bits, deliberately.
+// Builds the channel id of a new service. Deliberate: the service type takes the place of the low bits of an old id.
 void number_new(RecordObject& object, _SVL_REC_HEADER_T& header) {
     const ChannelNumber number = channel_number(object);
     if (!number.is_set() || object.jni().failed()) {
@@ -128,7 +130,7 @@ void number_new(RecordObject& object, _SVL_REC_HEADER_T& header) {
     }
 }
 
-// The specific part of the broadcast systems that have a conversion of their own.
+// Converts the specific part of the broadcast types that have one.
 void set_specific_info(RecordObject& object, _SVL_REC_T& record) {
     if (record.t_header.e_brdcst_type == kBroadcastDtmb) {
         _set_dtmb_info(object, record.u_specific.t_dtmb);
@@ -139,8 +141,8 @@ void set_specific_info(RecordObject& object, _SVL_REC_T& record) {
 
 constexpr char kRecordIdField[] = "svlIdSvlRecId";
 
-// The record id of the identifier in an object's field; 0 when there is none. Returns false when it
-// cannot be parsed. The identifier's list does not count.
+// Reads the record id from the identifier in an object's field; 0 without an identifier. The list id is ignored.
+// Returns false when the identifier cannot be parsed.
 bool record_id_of(RecordObject& object, int& record_id) {
     record_id = 0;
     const LocalRef identifier(object.jni(), object.string_field(kRecordIdField).value_or(nullptr));
@@ -148,30 +150,28 @@ bool record_id_of(RecordObject& object, int& record_id) {
     return identifier.get() == nullptr || tavro::parse_identifier(object.jni(), identifier.get(), list_id, record_id);
 }
 
-enum class Applied { kStored, kFailed, kBadIdentifier };
-
-// Overlays one service of a list walk, whose lock is held.
-Applied apply_element(Jni& jni, int mwdbId, jobject element) {
+// Updates the service that one element of a list names. The caller holds the write lock.
+Updated update_element(Jni& jni, int mwdbId, jobject element) {
     const LocalRef cls(jni, jni.class_of(element));
     RecordObject object(jni, cls.get(), element, kChannelContainsKey);
     int record_id = 0;
     if (!record_id_of(object, record_id)) {
-        return jni.failed() ? Applied::kFailed : Applied::kBadIdentifier;
+        return jni.failed() ? Updated::kFailed : Updated::kBadIdentifier;
     }
     _SVL_REC_T record = {};
     if (chList->getInfo(mwdbId, record_id, &record) != kDone) {
-        return Applied::kFailed;
+        return Updated::kFailed;
     }
     _set_header_info(object, record.t_header);
     renumber_stored(object, record.t_header);
     set_specific_info(object, record);
-    return !jni.failed() && chList->updateInfo(mwdbId, &record) == kDone ? Applied::kStored : Applied::kFailed;
+    return !jni.failed() && chList->updateInfo(mwdbId, &record) == kDone ? Updated::kDone : Updated::kFailed;
 }
 
 } // namespace
 
 jint com_velotra_tv_tavro_channellist_updateInfo(JNIEnv* env, jobject, jint mwdbId, jobject channel) {
-    TAVRO_LOG_JNI("%s", __func__);
+    trace_entry(__func__);
     if (channel == nullptr) {
         return kFailed;
     }
@@ -199,11 +199,11 @@ jint com_velotra_tv_tavro_channellist_updateInfo(JNIEnv* env, jobject, jint mwdb
             type = static_cast<std::uint8_t>(object.int_field("sdtServiceType").value_or(type));
         }
     }
-    return jni.failed() ? kFailed : tavro::update_locked<SvlWriteLock>(*chList, mwdbId, record);
+    return jni.failed() ? kFailed : tavro::update_locked(*chList, mwdbId, record);
 }
 
 jint com_velotra_tv_tavro_channellist_updateInfo_by_recId(JNIEnv* env, jobject, jint mwdbId, jstring identifier) {
-    TAVRO_LOG_JNI("%s", __func__);
+    trace_entry(__func__);
     Jni jni(env);
     _SVL_REC_T record = {};
     if (!tavro::read_named(jni, *chList, identifier, record)) {
@@ -212,29 +212,29 @@ jint com_velotra_tv_tavro_channellist_updateInfo_by_recId(JNIEnv* env, jobject, 
     record.t_header.ui2_tsl_id = low16(mwdbId);
     record.t_header.ui2_nwl_id = low16(mwdbId);
     record.t_header.ui2_satl_id = low16(mwdbId);
-    return tavro::update_locked<SvlWriteLock>(*chList, mwdbId, record);
+    return tavro::update_locked(*chList, mwdbId, record);
 }
 
 jint com_velotra_tv_tavro_channellist_updateInfoList(JNIEnv* env, jobject, jint mwdbId, jobject channels) {
-    TAVRO_LOG_JNI("%s", __func__);
+    trace_entry(__func__);
     Jni jni(env);
     JavaList list(jni, channels);
     if (jni.failed()) {
         return kFailed;
     }
-    SvlWriteLock lock(*chList, mwdbId);
+    tavro::WriteLock<NativeVltTvChannelList> lock(*chList, mwdbId);
     for (jint i = 0; i < list.size(); ++i) {
         const LocalRef element(jni, list.get(i));
         if (element.get() == nullptr) {
             return kFailed;
         }
-        switch (apply_element(jni, mwdbId, element.get())) {
-        case Applied::kStored:
+        switch (update_element(jni, mwdbId, element.get())) {
+        case Updated::kDone:
             break;
-        case Applied::kFailed:
+        case Updated::kFailed:
             return kFailed;
-        case Applied::kBadIdentifier:
-            // Deliberate: the list is half applied, and its lock is kept from everybody else.
+        case Updated::kBadIdentifier:
+            // Deliberate: the list stays half updated, and locked.
             lock.leave_locked();
             return i == 0 ? kFailed : kDone;
         }
@@ -243,7 +243,7 @@ jint com_velotra_tv_tavro_channellist_updateInfoList(JNIEnv* env, jobject, jint 
 }
 
 jstring com_velotra_tv_tavro_channellist_add_Info(JNIEnv* env, jobject, jint mwdbId, jobject channel) {
-    TAVRO_LOG_JNI("[%s][%d] ", __func__, kAddLine);
+    trace_entry({__func__, kAddLine});
     Jni jni(env);
     jstring nothing = jni.new_string("");
     if (channel == nullptr || jni.failed()) {
@@ -256,7 +256,7 @@ jstring com_velotra_tv_tavro_channellist_add_Info(JNIEnv* env, jobject, jint mwd
     if (jni.failed()) {
         return nothing;
     }
-    TAVRO_LOG_JNI("[%s][%d] ", __func__, kAddHeaderDoneLine);
+    trace_entry({__func__, kAddHeaderDoneLine});
     number_new(object, record.t_header);
     set_specific_info(object, record);
     if (jni.failed()) {
@@ -266,7 +266,7 @@ jstring com_velotra_tv_tavro_channellist_add_Info(JNIEnv* env, jobject, jint mwd
 }
 
 jstring com_velotra_tv_tavro_channellist_add_Info_by_recId(JNIEnv* env, jobject, jint mwdbId, jstring identifier) {
-    TAVRO_LOG_JNI("[%s][%d] ", __func__, kAddCopyLine);
+    trace_entry({__func__, kAddCopyLine});
     Jni jni(env);
     jstring nothing = jni.new_string("");
     _SVL_REC_T record = {};

@@ -1,90 +1,75 @@
-// The natives that pass a call on to the manager and nothing more, alike for the companion lists.
+// Natives that pass a call on to the manager and nothing more. Each is a one-line function that calls a template here.
 #pragma once
 
+#include "jni/bridges/entry_line.h"
+#include "jni/bridges/list_locks.h"
 #include "jni/env/jni_env.h"
-#include "jni/env/jni_log.h"
 
 #include <jni.h>
 
 #include <string>
 
-namespace tavro {
+// Each function writes the native's entry line, calls the manager and returns its status: 0, or -22 for a failure.
+namespace tavro::forward {
 
-// The numbers by which the log knows the forwarding natives of a list kind. A kind derives its own from this
-// and says those that are told.
-struct EntryLines {
-    static constexpr int kNone = 0; // no line is written
-    static constexpr int kOpen = kNone;
-    static constexpr int kOpenPath = kNone;
-    static constexpr int kClose = kNone;
-    static constexpr int kClean = kNone;
-    static constexpr int kDelete = kNone;
-    static constexpr int kStore = kNone;
-    static constexpr int kCopy = kNone;
-};
-
-// Writes the line that tells that the native `name` was called.
-inline void trace_entry(const char* name, int line) {
-    if (line != EntryLines::kNone) {
-        TAVRO_LOG_JNI("[%s][%d] ", name, line);
-    }
+template <class Manager>
+jint open(Entry entry, Manager* manager, jint list_id) {
+    trace_entry(entry);
+    return manager->open(list_id);
 }
 
-} // namespace tavro
+// Returns -22 without calling the manager when the path cannot be read from Java.
+template <class Manager>
+jint open_path(Entry entry, Manager* manager, JNIEnv* env, jint list_id, jstring path) {
+    trace_entry(entry);
+    Jni jni(env);
+    const std::string text = jni.text(path);
+    return jni.failed() ? kFailed : manager->open(list_id, text);
+}
 
-// Declares PREFIX_open, _open_path, _close, _clean, _delete, _store, _copy, _remove_info and
-// _remove_info_by_recId. All answer the manager's status. copy holds the destination's write lock.
-#define TAVRO_DECLARE_FORWARDING(PREFIX)                                                                               \
-    jint PREFIX##_open(JNIEnv* env, jobject self, jint mwdbId);                                                        \
-    jint PREFIX##_open_path(JNIEnv* env, jobject self, jint mwdbId, jstring path);                                     \
-    jint PREFIX##_close(JNIEnv* env, jobject self, jint mwdbId);                                                       \
-    jint PREFIX##_clean(JNIEnv* env, jobject self, jint mwdbId);                                                       \
-    jint PREFIX##_delete(JNIEnv* env, jobject self, jint mwdbId);                                                      \
-    jint PREFIX##_store(JNIEnv* env, jobject self, jint mwdbId, jstring path);                                         \
-    jint PREFIX##_copy(JNIEnv* env, jobject self, jint sourceId, jint destinationId);                                  \
-    jint PREFIX##_remove_info(JNIEnv* env, jobject self, jstring identifier);                                          \
-    jint PREFIX##_remove_info_by_recId(JNIEnv* env, jobject self, jint mwdbId, jstring identifier)
+template <class Manager>
+jint close(Entry entry, Manager* manager, jint list_id) {
+    trace_entry(entry);
+    return manager->close(list_id);
+}
 
-// Defines them over the manager that MANAGER points to, whose lists WRITE_LOCK locks. LINES are the entry
-// lines of the kind.
-#define TAVRO_DEFINE_FORWARDING(PREFIX, MANAGER, WRITE_LOCK, LINES)                                                    \
-    jint PREFIX##_open(JNIEnv*, jobject, jint mwdbId) {                                                                \
-        tavro::trace_entry(__func__, LINES::kOpen);                                                                    \
-        return (MANAGER)->open(mwdbId);                                                                                \
-    }                                                                                                                  \
-    jint PREFIX##_open_path(JNIEnv* env, jobject, jint mwdbId, jstring path) {                                         \
-        tavro::trace_entry(__func__, LINES::kOpenPath);                                                                \
-        tavro::Jni jni(env);                                                                                           \
-        const std::string text = jni.text(path);                                                                       \
-        return jni.failed() ? kFailed : (MANAGER)->open(mwdbId, text);                                                 \
-    }                                                                                                                  \
-    jint PREFIX##_close(JNIEnv*, jobject, jint mwdbId) {                                                               \
-        tavro::trace_entry(__func__, LINES::kClose);                                                                   \
-        return (MANAGER)->close(mwdbId);                                                                               \
-    }                                                                                                                  \
-    jint PREFIX##_clean(JNIEnv*, jobject, jint mwdbId) {                                                               \
-        tavro::trace_entry(__func__, LINES::kClean);                                                                   \
-        return (MANAGER)->clean(mwdbId);                                                                               \
-    }                                                                                                                  \
-    jint PREFIX##_delete(JNIEnv*, jobject, jint mwdbId) {                                                              \
-        tavro::trace_entry(__func__, LINES::kDelete);                                                                  \
-        return (MANAGER)->_delete(mwdbId);                                                                             \
-    }                                                                                                                  \
-    jint PREFIX##_store(JNIEnv* env, jobject, jint mwdbId, jstring path) {                                             \
-        tavro::trace_entry(__func__, LINES::kStore);                                                                   \
-        return (MANAGER)->store(mwdbId, jstr2str(env, path));                                                          \
-    }                                                                                                                  \
-    jint PREFIX##_copy(JNIEnv*, jobject, jint sourceId, jint destinationId) {                                          \
-        tavro::trace_entry(__func__, LINES::kCopy);                                                                    \
-        const WRITE_LOCK lock(*(MANAGER), destinationId);                                                              \
-        return (MANAGER)->copy(sourceId, destinationId);                                                               \
-    }                                                                                                                  \
-    jint PREFIX##_remove_info(JNIEnv* env, jobject, jstring identifier) {                                              \
-        tavro::trace_entry(__func__, LINES::kRemove);                                                                  \
-        return (MANAGER)->removeInfo(jstr2str(env, identifier));                                                       \
-    }                                                                                                                  \
-    jint PREFIX##_remove_info_by_recId(JNIEnv* env, jobject, jint mwdbId, jstring identifier) {                        \
-        tavro::trace_entry(__func__, LINES::kRemoveByRecordId);                                                        \
-        return (MANAGER)->removeInfoByRecId(mwdbId, jstr2str(env, identifier));                                        \
-    }                                                                                                                  \
-    static_assert(true, "takes the semicolon")
+template <class Manager>
+jint clean(Entry entry, Manager* manager, jint list_id) {
+    trace_entry(entry);
+    return manager->clean(list_id);
+}
+
+template <class Manager>
+jint delete_list(Entry entry, Manager* manager, jint list_id) {
+    trace_entry(entry);
+    return manager->_delete(list_id);
+}
+
+template <class Manager>
+jint store(Entry entry, Manager* manager, JNIEnv* env, jint list_id, jstring path) {
+    trace_entry(entry);
+    return manager->store(list_id, jstr2str(env, path));
+}
+
+// Copies under the destination's write lock.
+template <class Manager>
+jint copy(Entry entry, Manager* manager, jint source_id, jint destination_id) {
+    trace_entry(entry);
+    const WriteLock<Manager> lock(*manager, destination_id);
+    return manager->copy(source_id, destination_id);
+}
+
+// Removals return -1 when the identifier has no comma.
+template <class Manager>
+jint remove(Entry entry, Manager* manager, JNIEnv* env, jstring identifier) {
+    trace_entry(entry);
+    return manager->removeInfo(jstr2str(env, identifier));
+}
+
+template <class Manager>
+jint remove_by_record_id(Entry entry, Manager* manager, JNIEnv* env, jint list_id, jstring identifier) {
+    trace_entry(entry);
+    return manager->removeInfoByRecId(list_id, jstr2str(env, identifier));
+}
+
+} // namespace tavro::forward

@@ -7,7 +7,7 @@ namespace tavro {
 bool find_class(Jni& jni, const char* name, const char* path, const char* no_class, const char* no_constructor,
                 JavaClass& found) {
     if (jni.failed()) {
-        return false; // of something else: the class was not asked for
+        return false; // an earlier call failed; this class was never looked up
     }
     found.cls = jni.find_class(path);
     found.constructor = jni.method(found.cls, "<init>", "()V");

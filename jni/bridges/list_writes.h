@@ -1,16 +1,20 @@
 // Steps that the natives which write records share.
 #pragma once
 
+#include "jni/bridges/list_locks.h"
 #include "jni/env/jni_env.h"
 #include "jni/env/jni_log.h"
 #include "jni/env/record_id.h"
 
 namespace tavro {
 
-// Stores a record under its list's write lock. Answers the manager's status.
-template <class WriteLock, class Manager, class Record>
+// How the update of one element of a list ended.
+enum class Updated { kDone, kFailed, kBadIdentifier };
+
+// Updates a record under its list's write lock. Returns the manager's status.
+template <class Manager, class Record>
 int update_locked(Manager& manager, int list_id, Record& record) {
-    const WriteLock lock(manager, list_id);
+    const WriteLock<Manager> lock(manager, list_id);
     return manager.updateInfo(list_id, &record);
 }
 
@@ -23,9 +27,9 @@ bool read_named(Jni& jni, Manager& manager, jstring identifier, Record& record) 
     return parse_identifier(jni, identifier, list_id, record_id) && manager.getInfo(list_id, record_id, &record) == 0;
 }
 
-// Tells how an add ended, `call` being the manager's, and answers the record's identifier, or `nothing` when
-// it failed.
-inline jstring answer_add(JNIEnv* env, const char* call, int status, int list_id, int record_id, jstring nothing) {
+// Logs how an add ended; `call` is the manager's function. Returns the record's identifier, or `nothing` when the
+// add failed.
+inline jstring added(JNIEnv* env, const char* call, int status, int list_id, int record_id, jstring nothing) {
     TAVRO_LOG_JNI("[%s][%d] ", call, status);
     return status == 0 ? combineMId(env, list_id, record_id) : nothing;
 }

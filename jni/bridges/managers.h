@@ -5,7 +5,6 @@
 #include "channellist/NativeVltTvNetworkList.h"
 #include "channellist/NativeVltTvSatelliteList.h"
 #include "channellist/NativeVltTvTransportStreamList.h"
-#include "jni/bridges/list_lock.h"
 
 #include <jni.h>
 
@@ -14,22 +13,18 @@
 // The Java virtual machine; null until the library has been loaded successfully.
 extern JavaVM* javaVM;
 
-// The managers of the list kinds; null until the Java class's nativeSetup has run, which every other
-// native of the class counts on.
+// The managers of the list kinds; null until the Java class's nativeSetup has run. The other natives of the class do
+// not check that.
 extern NativeVltTvChannelList* chList;
 extern NativeVltTvTransportStreamList* tsList;
 extern NativeVltTvNetworkList* nwList;
 extern NativeVltTvSatelliteList* satList;
 
-// The write lock of a service list.
-using SvlWriteLock =
-    tavro::ListLock<NativeVltTvChannelList, &NativeVltTvChannelList::lockSvl, &NativeVltTvChannelList::unLockSvl>;
-
 namespace tavro {
 
-// Puts a new manager in place of the one in `slot`, which is left behind on purpose: open handles are
-// kept by the process-wide maps, which destroying it would close. Returns what nativeSetup answers: the
-// address of the slot, cut to an int. It is never 0 and carries no status.
+// Puts a new manager into `slot` and returns nativeSetup's result: the slot's address cut to an int, which is never 0
+// and no status. Deliberate: the manager before it is not destroyed, since that would close the handles in the
+// process-wide maps.
 template <class Manager>
 jint set_up(Manager*& slot) {
     slot = new Manager();

@@ -1,6 +1,6 @@
 #include "jni/bridges/network_list_bridge.h"
 
-#include "jni/bridges/list_lock.h"
+#include "jni/bridges/forwarding.h"
 #include "jni/bridges/list_writes.h"
 #include "jni/bridges/managers.h"
 #include "jni/env/java_list.h"
@@ -14,19 +14,22 @@ using tavro::Jni;
 using tavro::Key;
 using tavro::LocalRef;
 using tavro::RecordObject;
+using tavro::trace_entry;
+namespace forward = tavro::forward;
+using tavro::kSilent;
 
 namespace {
 
-using Manager = NativeVltTvNetworkList;
-using WriteLock = tavro::ListLock<Manager, &Manager::lockNwl, &Manager::unLockNwl>;
+// Line numbers in the entry lines.
+constexpr int kAddLine = 3109;
+constexpr int kAddCopyLine = 3208;
+constexpr int kRemoveLine = 3238;
+constexpr int kRemoveByRecordIdLine = 3248;
+constexpr int kUpdateLine = 3462;
+constexpr int kUpdateCopyLine = 3555;
 
-struct Lines : tavro::EntryLines {
-    static constexpr int kRemove = 3238;
-    static constexpr int kRemoveByRecordId = 3248;
-};
-
-// Takes the record id of the identifier that an object carries under `key`; its list id is ignored. Without
-// one the record id stays. Returns false when it cannot be parsed.
+// Takes the record id from the identifier that an object carries under `key`; the list id is ignored. Without an
+// identifier the record id stays. Returns false when the identifier cannot be parsed.
 bool take_record_id(RecordObject& object, const Key& key, int& record_id) {
     const std::optional<jstring> field = key.present() ? object.string_field(kNetworkIdKey) : std::nullopt;
     const LocalRef identifier(object.jni(), field.value_or(nullptr));
@@ -34,7 +37,7 @@ bool take_record_id(RecordObject& object, const Key& key, int& record_id) {
     return identifier.get() == nullptr || tavro::parse_identifier(object.jni(), identifier.get(), list_id, record_id);
 }
 
-// The same for an update, which leaves the key's reference when the identifier cannot be parsed, deliberately.
+// The same for an update. Deliberate: it keeps the key's reference when the identifier cannot be parsed.
 bool take_record_id_for_update(RecordObject& object, int& record_id) {
     Key key(object, kNetworkIdKey);
     if (take_record_id(object, key, record_id)) {
@@ -48,10 +51,44 @@ bool take_record_id_for_update(RecordObject& object, int& record_id) {
 
 jint com_velotra_tv_tavro_nw_list_native_setup(JNIEnv*, jobject) { return tavro::set_up(nwList); }
 
-TAVRO_DEFINE_FORWARDING(com_velotra_tv_tavro_networklist, nwList, WriteLock, Lines);
+jint com_velotra_tv_tavro_networklist_open(JNIEnv*, jobject, jint mwdbId) {
+    return forward::open(kSilent, nwList, mwdbId);
+}
+
+jint com_velotra_tv_tavro_networklist_open_path(JNIEnv* env, jobject, jint mwdbId, jstring path) {
+    return forward::open_path(kSilent, nwList, env, mwdbId, path);
+}
+
+jint com_velotra_tv_tavro_networklist_close(JNIEnv*, jobject, jint mwdbId) {
+    return forward::close(kSilent, nwList, mwdbId);
+}
+
+jint com_velotra_tv_tavro_networklist_clean(JNIEnv*, jobject, jint mwdbId) {
+    return forward::clean(kSilent, nwList, mwdbId);
+}
+
+jint com_velotra_tv_tavro_networklist_delete(JNIEnv*, jobject, jint mwdbId) {
+    return forward::delete_list(kSilent, nwList, mwdbId);
+}
+
+jint com_velotra_tv_tavro_networklist_store(JNIEnv* env, jobject, jint mwdbId, jstring path) {
+    return forward::store(kSilent, nwList, env, mwdbId, path);
+}
+
+jint com_velotra_tv_tavro_networklist_copy(JNIEnv*, jobject, jint sourceId, jint destinationId) {
+    return forward::copy(kSilent, nwList, sourceId, destinationId);
+}
+
+jint com_velotra_tv_tavro_networklist_remove_info(JNIEnv* env, jobject, jstring identifier) {
+    return forward::remove({__func__, kRemoveLine}, nwList, env, identifier);
+}
+
+jint com_velotra_tv_tavro_networklist_remove_info_by_recId(JNIEnv* env, jobject, jint mwdbId, jstring identifier) {
+    return forward::remove_by_record_id({__func__, kRemoveByRecordIdLine}, nwList, env, mwdbId, identifier);
+}
 
 jint com_velotra_tv_tavro_networklist_updateInfo(JNIEnv* env, jobject, jint mwdbId, jobject network) {
-    TAVRO_LOG_JNI("[%s][%d] ", __func__, 3462);
+    trace_entry({__func__, kUpdateLine});
     if (network == nullptr) {
         return kFailed;
     }
@@ -65,29 +102,29 @@ jint com_velotra_tv_tavro_networklist_updateInfo(JNIEnv* env, jobject, jint mwdb
         return kFailed;
     }
     set_network_info(object, record);
-    return jni.failed() ? kFailed : tavro::update_locked<WriteLock>(*nwList, mwdbId, record);
+    return jni.failed() ? kFailed : tavro::update_locked(*nwList, mwdbId, record);
 }
 
 jint com_velotra_tv_tavro_networklist_updateInfo_by_recId(JNIEnv* env, jobject, jint mwdbId, jstring identifier) {
-    TAVRO_LOG_JNI("[%s][%d] ", __func__, 3555);
+    trace_entry({__func__, kUpdateCopyLine});
     Jni jni(env);
     _NWL_REC_T record = {};
     if (!tavro::read_named(jni, *nwList, identifier, record)) {
         return kFailed;
     }
     NwlKind::stamp_list(record, mwdbId);
-    return tavro::update_locked<WriteLock>(*nwList, mwdbId, record);
+    return tavro::update_locked(*nwList, mwdbId, record);
 }
 
 jint com_velotra_tv_tavro_networklist_updateInfoList(JNIEnv* env, jobject, jint mwdbId, jobject networks) {
-    TAVRO_LOG_JNI("%s", __func__);
+    trace_entry(__func__);
     Jni jni(env);
     JavaList list(jni, networks);
     if (jni.failed()) {
         return kFailed;
     }
-    WriteLock lock(*nwList, mwdbId);
-    int saved = kFailed; // of the latest record read
+    tavro::WriteLock<NativeVltTvNetworkList> lock(*nwList, mwdbId);
+    int read = kFailed; // status of the latest read
     for (jint i = 0; i < list.size(); ++i) {
         const LocalRef network(jni, list.get(i));
         if (network.get() == nullptr) {
@@ -102,17 +139,17 @@ jint com_velotra_tv_tavro_networklist_updateInfoList(JNIEnv* env, jobject, jint 
             return kFailed;
         }
         if (!named) {
-            // Deliberate: the list is half applied, and its lock is kept from everybody else.
+            // Deliberate: the list stays half updated, and locked.
             lock.leave_locked();
-            return saved;
+            return read;
         }
         _NWL_REC_T record = {};
-        saved = nwList->getInfo(mwdbId, record_id, &record);
-        if (saved != kDone) {
+        read = nwList->getInfo(mwdbId, record_id, &record);
+        if (read != kDone) {
             return kFailed;
         }
         set_network_info(object, record);
-        // Another failure than -22 would not end the list, but the manager has none.
+        // Only -22 ends the list; the manager returns no other failure.
         if (jni.failed() || nwList->updateInfo(mwdbId, &record) == kFailed) {
             return kFailed;
         }
@@ -121,7 +158,7 @@ jint com_velotra_tv_tavro_networklist_updateInfoList(JNIEnv* env, jobject, jint 
 }
 
 jstring com_velotra_tv_tavro_networklist_add_Info(JNIEnv* env, jobject, jint mwdbId, jobject network) {
-    TAVRO_LOG_JNI("[%s][%d] ", __func__, 3109);
+    trace_entry({__func__, kAddLine});
     Jni jni(env);
     jstring nothing = jni.new_string("");
     if (network == nullptr || jni.failed()) {
@@ -139,11 +176,11 @@ jstring com_velotra_tv_tavro_networklist_add_Info(JNIEnv* env, jobject, jint mwd
         return nothing;
     }
     const int status = nwList->addInfo(mwdbId, &record);
-    return tavro::answer_add(env, "nwList->addInfo", status, mwdbId, record.ui2_nwl_rec_id, nothing);
+    return tavro::added(env, "nwList->addInfo", status, mwdbId, record.ui2_nwl_rec_id, nothing);
 }
 
 jstring com_velotra_tv_tavro_networklist_add_Info_by_recId(JNIEnv* env, jobject, jint mwdbId, jstring identifier) {
-    TAVRO_LOG_JNI("[%s][%d] ", __func__, 3208);
+    trace_entry({__func__, kAddCopyLine});
     Jni jni(env);
     jstring nothing = jni.new_string("");
     _NWL_REC_T record = {};
@@ -151,5 +188,5 @@ jstring com_velotra_tv_tavro_networklist_add_Info_by_recId(JNIEnv* env, jobject,
         return nothing;
     }
     const int status = nwList->copyInfo(mwdbId, &record);
-    return tavro::answer_add(env, "nwList->copyInfo", status, mwdbId, record.ui2_nwl_rec_id, nothing);
+    return tavro::added(env, "nwList->copyInfo", status, mwdbId, record.ui2_nwl_rec_id, nothing);
 }

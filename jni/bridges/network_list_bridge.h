@@ -2,13 +2,20 @@
 // natives (channel_list_bridge.h); what differs is said here.
 #pragma once
 
-#include "jni/bridges/forwarding.h"
-
 #include <jni.h>
 
 jint com_velotra_tv_tavro_nw_list_native_setup(JNIEnv* env, jobject self);
 
-TAVRO_DECLARE_FORWARDING(com_velotra_tv_tavro_networklist);
+// The list natives; see forwarding.h.
+jint com_velotra_tv_tavro_networklist_open(JNIEnv* env, jobject self, jint mwdbId);
+jint com_velotra_tv_tavro_networklist_open_path(JNIEnv* env, jobject self, jint mwdbId, jstring path);
+jint com_velotra_tv_tavro_networklist_close(JNIEnv* env, jobject self, jint mwdbId);
+jint com_velotra_tv_tavro_networklist_clean(JNIEnv* env, jobject self, jint mwdbId);
+jint com_velotra_tv_tavro_networklist_delete(JNIEnv* env, jobject self, jint mwdbId);
+jint com_velotra_tv_tavro_networklist_store(JNIEnv* env, jobject self, jint mwdbId, jstring path);
+jint com_velotra_tv_tavro_networklist_copy(JNIEnv* env, jobject self, jint sourceId, jint destinationId);
+jint com_velotra_tv_tavro_networklist_remove_info(JNIEnv* env, jobject self, jstring identifier);
+jint com_velotra_tv_tavro_networklist_remove_info_by_recId(JNIEnv* env, jobject self, jint mwdbId, jstring identifier);
 
 // One network as a VltTvNetworkInfo; null when it cannot be read. `keys` is a java.util.List of the keys
 // to fill in, or null for all.

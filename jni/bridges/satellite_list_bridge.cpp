@@ -1,6 +1,6 @@
 #include "jni/bridges/satellite_list_bridge.h"
 
-#include "jni/bridges/list_lock.h"
+#include "jni/bridges/forwarding.h"
 #include "jni/bridges/list_writes.h"
 #include "jni/bridges/managers.h"
 #include "jni/env/java_list.h"
@@ -16,28 +16,27 @@ using tavro::Jni;
 using tavro::Key;
 using tavro::LocalRef;
 using tavro::RecordObject;
+using tavro::trace_entry;
+using tavro::Updated;
+namespace forward = tavro::forward;
 
 namespace {
 
-using Manager = NativeVltTvSatelliteList;
-using WriteLock = tavro::ListLock<Manager, &Manager::lockSatl, &Manager::unLockSatl>;
-
-struct Lines : tavro::EntryLines {
-    static constexpr int kSetup = 3694;
-    static constexpr int kClean = 3700;
-    static constexpr int kClose = 3707;
-    static constexpr int kDelete = 3715;
-    static constexpr int kCopy = 3723;
-    static constexpr int kOpen = 3733;
-    static constexpr int kOpenPath = 3741;
-    static constexpr int kStore = 3749;
-    static constexpr int kAdd = 4373;
-    static constexpr int kAddByRecordId = 4464;
-    static constexpr int kRemove = 4492;
-    static constexpr int kRemoveByRecordId = 4502;
-    static constexpr int kUpdate = 4690;
-    static constexpr int kUpdateByRecordId = 4797;
-};
+// Line numbers in the entry lines.
+constexpr int kSetupLine = 3694;
+constexpr int kCleanLine = 3700;
+constexpr int kCloseLine = 3707;
+constexpr int kDeleteLine = 3715;
+constexpr int kCopyLine = 3723;
+constexpr int kOpenLine = 3733;
+constexpr int kOpenPathLine = 3741;
+constexpr int kStoreLine = 3749;
+constexpr int kAddLine = 4373;
+constexpr int kAddCopyLine = 4464;
+constexpr int kRemoveLine = 4492;
+constexpr int kRemoveByRecordIdLine = 4502;
+constexpr int kUpdateLine = 4690;
+constexpr int kUpdateCopyLine = 4797;
 
 constexpr std::uint8_t kNoToneBurst = 0xFF;
 
@@ -47,7 +46,7 @@ _SATL_REC_T new_record() {
     return record;
 }
 
-// The record that an object names; both ids are 0 when it names none.
+// The record that an object names; both ids are 0 without an identifier.
 struct RecordName {
     int list_id = 0;
     int record_id = 0;
@@ -65,67 +64,98 @@ bool record_name_of(RecordObject& object, RecordName& name) {
 constexpr int kUpdateIdentifierLine = 4714;
 constexpr int kUpdateListIdentifierLine = 4847;
 
-enum class Applied { kStored, kFailed, kBadIdentifier };
-
-// Overlays the record that a satellite names with its values, on behalf of the native `name`.
-// `identifier_line` is the number of the line that tells the identifier.
-Applied apply(Jni& jni, jclass base_class, jobject satellite, const char* name, int identifier_line) {
+// Updates the record that a satellite names with the satellite's values, for the native `name`. `identifier_line` is
+// the number in the debug line of the identifier.
+Updated update(Jni& jni, jclass base_class, jobject satellite, const char* name, int identifier_line) {
     const LocalRef cls(jni, jni.class_of(satellite));
     RecordObject object(jni, cls.get(), base_class, satellite, kSatelliteContainsKey);
     object.look_up_contains_key();
     RecordName record_name;
     const bool parsed = record_name_of(object, record_name);
     if (jni.failed()) {
-        return Applied::kFailed;
+        return Updated::kFailed;
     }
     if (!parsed) {
-        return Applied::kBadIdentifier;
+        return Updated::kBadIdentifier;
     }
     const std::string identifier = combineStrMId(record_name.list_id, record_name.record_id);
     TAVRO_LOG_JNI("[%s][%d], sRecID: %s ", name, identifier_line, identifier.c_str());
     _SATL_REC_T record = {};
     if (satList->getInfo(identifier, &record) != kDone) {
-        return Applied::kFailed;
+        return Updated::kFailed;
     }
-    // The polarisation stays, deliberately.
+    // Deliberate: the polarization is not updated.
     set_main_data(object, record);
     set_diseqc_data(object, record.t_diseqc_info);
     set_lnb_data(object, record);
-    return !jni.failed() && tavro::update_locked<WriteLock>(*satList, record_name.list_id, record) == kDone
-               ? Applied::kStored
-               : Applied::kFailed;
+    return !jni.failed() && tavro::update_locked(*satList, record_name.list_id, record) == kDone ? Updated::kDone
+                                                                                                 : Updated::kFailed;
 }
 
 } // namespace
 
 jint com_velotra_tv_tavro_satellitelist_native_setup(JNIEnv*, jobject) {
-    tavro::trace_entry(__func__, Lines::kSetup);
+    trace_entry({__func__, kSetupLine});
     return tavro::set_up(satList);
 }
 
-TAVRO_DEFINE_FORWARDING(com_velotra_tv_tavro_satellitelist, satList, WriteLock, Lines);
+jint com_velotra_tv_tavro_satellitelist_open(JNIEnv*, jobject, jint mwdbId) {
+    return forward::open({__func__, kOpenLine}, satList, mwdbId);
+}
+
+jint com_velotra_tv_tavro_satellitelist_open_path(JNIEnv* env, jobject, jint mwdbId, jstring path) {
+    return forward::open_path({__func__, kOpenPathLine}, satList, env, mwdbId, path);
+}
+
+jint com_velotra_tv_tavro_satellitelist_close(JNIEnv*, jobject, jint mwdbId) {
+    return forward::close({__func__, kCloseLine}, satList, mwdbId);
+}
+
+jint com_velotra_tv_tavro_satellitelist_clean(JNIEnv*, jobject, jint mwdbId) {
+    return forward::clean({__func__, kCleanLine}, satList, mwdbId);
+}
+
+jint com_velotra_tv_tavro_satellitelist_delete(JNIEnv*, jobject, jint mwdbId) {
+    return forward::delete_list({__func__, kDeleteLine}, satList, mwdbId);
+}
+
+jint com_velotra_tv_tavro_satellitelist_store(JNIEnv* env, jobject, jint mwdbId, jstring path) {
+    return forward::store({__func__, kStoreLine}, satList, env, mwdbId, path);
+}
+
+jint com_velotra_tv_tavro_satellitelist_copy(JNIEnv*, jobject, jint sourceId, jint destinationId) {
+    return forward::copy({__func__, kCopyLine}, satList, sourceId, destinationId);
+}
+
+jint com_velotra_tv_tavro_satellitelist_remove_info(JNIEnv* env, jobject, jstring identifier) {
+    return forward::remove({__func__, kRemoveLine}, satList, env, identifier);
+}
+
+jint com_velotra_tv_tavro_satellitelist_remove_info_by_recId(JNIEnv* env, jobject, jint mwdbId, jstring identifier) {
+    return forward::remove_by_record_id({__func__, kRemoveByRecordIdLine}, satList, env, mwdbId, identifier);
+}
 
 jint com_velotra_tv_tavro_satellitelist_updateInfo(JNIEnv* env, jobject, jobject satellite) {
-    tavro::trace_entry(__func__, Lines::kUpdate);
+    trace_entry({__func__, kUpdateLine});
     if (satellite == nullptr) {
         return kFailed;
     }
     Jni jni(env);
     jclass base_class = jni.find_class(kSatelliteInfoBase);
-    const Applied applied = apply(jni, base_class, satellite, __func__, kUpdateIdentifierLine);
-    return applied == Applied::kStored ? kDone : kFailed;
+    const Updated updated = update(jni, base_class, satellite, __func__, kUpdateIdentifierLine);
+    return updated == Updated::kDone ? kDone : kFailed;
 }
 
 jint com_velotra_tv_tavro_satellitelist_updateInfo_by_recId(JNIEnv* env, jobject, jint mwdbId, jstring identifier) {
-    tavro::trace_entry(__func__, Lines::kUpdateByRecordId);
+    trace_entry({__func__, kUpdateCopyLine});
     _SATL_REC_T record = {};
     return satList->getInfo(jstr2str(env, identifier), &record) == kDone
-               ? tavro::update_locked<WriteLock>(*satList, mwdbId, record)
+               ? tavro::update_locked(*satList, mwdbId, record)
                : kFailed;
 }
 
 jint com_velotra_tv_tavro_satellitelist_updateInfoList(JNIEnv* env, jobject, jobject satellites) {
-    TAVRO_LOG_JNI("%s", __func__);
+    trace_entry(__func__);
     Jni jni(env);
     JavaList list(jni, satellites);
     if (jni.failed()) {
@@ -140,13 +170,13 @@ jint com_velotra_tv_tavro_satellitelist_updateInfoList(JNIEnv* env, jobject, job
         if (satellite.get() == nullptr) {
             return kFailed;
         }
-        switch (apply(jni, base_class, satellite.get(), __func__, kUpdateListIdentifierLine)) {
-        case Applied::kStored:
+        switch (update(jni, base_class, satellite.get(), __func__, kUpdateListIdentifierLine)) {
+        case Updated::kDone:
             break;
-        case Applied::kFailed:
+        case Updated::kFailed:
             return kFailed;
-        case Applied::kBadIdentifier:
-            // Deliberate: behind the first element this looks like success.
+        case Updated::kBadIdentifier:
+            // Deliberate: after the first element this returns success.
             return i == 0 ? kFailed : kDone;
         }
     }
@@ -154,7 +184,7 @@ jint com_velotra_tv_tavro_satellitelist_updateInfoList(JNIEnv* env, jobject, job
 }
 
 jstring com_velotra_tv_tavro_satellitelist_add_Info(JNIEnv* env, jobject, jint mwdbId, jobject satellite) {
-    tavro::trace_entry(__func__, Lines::kAdd);
+    trace_entry({__func__, kAddLine});
     Jni jni(env);
     jstring nothing = jni.new_string("");
     if (satellite == nullptr || jni.failed()) {
@@ -171,11 +201,11 @@ jstring com_velotra_tv_tavro_satellitelist_add_Info(JNIEnv* env, jobject, jint m
         return nothing;
     }
     const int status = satList->addInfo(mwdbId, &record);
-    return tavro::answer_add(env, "satList->addInfo", status, mwdbId, record.ui2_satl_rec_id, nothing);
+    return tavro::added(env, "satList->addInfo", status, mwdbId, record.ui2_satl_rec_id, nothing);
 }
 
 jstring com_velotra_tv_tavro_satellitelist_add_Info_by_recId(JNIEnv* env, jobject, jint mwdbId, jstring identifier) {
-    tavro::trace_entry(__func__, Lines::kAddByRecordId);
+    trace_entry({__func__, kAddCopyLine});
     Jni jni(env);
     jstring nothing = jni.new_string("");
     if (jni.failed()) {
@@ -186,5 +216,5 @@ jstring com_velotra_tv_tavro_satellitelist_add_Info_by_recId(JNIEnv* env, jobjec
         return nothing;
     }
     const int status = satList->copyInfo(mwdbId, &record);
-    return tavro::answer_add(env, "satList->copyInfo", status, mwdbId, record.ui2_satl_rec_id, nothing);
+    return tavro::added(env, "satList->copyInfo", status, mwdbId, record.ui2_satl_rec_id, nothing);
 }

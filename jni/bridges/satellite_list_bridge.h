@@ -6,13 +6,21 @@
 // is parsed as everywhere (trimId).
 #pragma once
 
-#include "jni/bridges/forwarding.h"
-
 #include <jni.h>
 
 jint com_velotra_tv_tavro_satellitelist_native_setup(JNIEnv* env, jobject self);
 
-TAVRO_DECLARE_FORWARDING(com_velotra_tv_tavro_satellitelist);
+// The list natives; see forwarding.h.
+jint com_velotra_tv_tavro_satellitelist_open(JNIEnv* env, jobject self, jint mwdbId);
+jint com_velotra_tv_tavro_satellitelist_open_path(JNIEnv* env, jobject self, jint mwdbId, jstring path);
+jint com_velotra_tv_tavro_satellitelist_close(JNIEnv* env, jobject self, jint mwdbId);
+jint com_velotra_tv_tavro_satellitelist_clean(JNIEnv* env, jobject self, jint mwdbId);
+jint com_velotra_tv_tavro_satellitelist_delete(JNIEnv* env, jobject self, jint mwdbId);
+jint com_velotra_tv_tavro_satellitelist_store(JNIEnv* env, jobject self, jint mwdbId, jstring path);
+jint com_velotra_tv_tavro_satellitelist_copy(JNIEnv* env, jobject self, jint sourceId, jint destinationId);
+jint com_velotra_tv_tavro_satellitelist_remove_info(JNIEnv* env, jobject self, jstring identifier);
+jint com_velotra_tv_tavro_satellitelist_remove_info_by_recId(JNIEnv* env, jobject self, jint mwdbId,
+                                                             jstring identifier);
 
 // One satellite as a VltTvSatelliteInfo; null when it cannot be read. `keys` is a java.util.List of the
 // keys to fill in, or null for all. The identifier in the result names the record by the id that it

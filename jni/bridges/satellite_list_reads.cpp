@@ -1,7 +1,8 @@
-// The satellite list's natives that hand satellites to Java as objects.
+// The satellite list's natives that read satellites into Java objects.
 
+#include "jni/bridges/entry_line.h"
 #include "jni/bridges/info_objects.h"
-#include "jni/bridges/list_lock.h"
+#include "jni/bridges/list_locks.h"
 #include "jni/bridges/managers.h"
 #include "jni/bridges/satellite_list_bridge.h"
 #include "jni/env/java_list.h"
@@ -13,23 +14,18 @@
 
 #include <string>
 
-using tavro::JavaClass;
+using tavro::InfoClasses;
+using tavro::InfoWriter;
 using tavro::JavaList;
 using tavro::Jni;
 using tavro::LocalRef;
 
 namespace {
 
-using Manager = NativeVltTvSatelliteList;
-using ReadLock = tavro::ListLock<Manager, &Manager::readLockSatl, &Manager::readUnLockSatl>;
-
 constexpr int kGetInfoListLine = 4601;
 
-// The class of the result objects and the class of the carrier, which hands them its values.
-struct InfoClasses {
-    JavaClass info;
-    JavaClass base;
-};
+constexpr tavro::InfoMethods kMethods = {
+    "satlToSatelliteInfo", "(Lcom/velotra/tv/tavro/services/channellist/VltTvSatelliteInfoBase;)V", "setRecId"};
 
 bool find_classes(Jni& jni, const char* name, InfoClasses& classes) {
     return tavro::find_class(jni, name, kSatelliteInfo, "Info class not find!", "init class failed!", classes.info) &&
@@ -37,50 +33,31 @@ bool find_classes(Jni& jni, const char* name, InfoClasses& classes) {
                              "jcls_init init class failed!", classes.base);
 }
 
-// The object whose setters take a record's values, and through which results get them.
-class Carrier {
-public:
-    Carrier(Jni& jni, const InfoClasses& classes)
-        : jni_(jni), classes_(classes), object_(jni.new_object(classes.base.cls, classes.base.constructor)),
-          take_over_(jni.method(classes.info.cls, "satlToSatelliteInfo",
-                                "(Lcom/velotra/tv/tavro/services/channellist/VltTvSatelliteInfoBase;)V")) {}
+// Makes the info object for the record with that identifier and writes the identifier.
+jobject begin_info(Jni& jni, const InfoClasses& classes, InfoWriter& writer, int list_id, int record_id) {
+    const LocalRef identifier(jni, tavro::combine_identifier(jni, list_id, record_id));
+    jobject info = jni.new_object(classes.info.cls, classes.info.constructor);
+    writer.set_identifier(identifier.get());
+    return info;
+}
 
-    // Makes the result object for the record of that identifier and gives the carrier the identifier.
-    jobject begin_result(int list_id, int record_id) {
-        const LocalRef identifier(jni_, tavro::combine_identifier(jni_, list_id, record_id));
-        jobject result = jni_.new_object(classes_.info.cls, classes_.info.constructor);
-        jni_.call_void(object_, jni_.method(classes_.base.cls, "setRecId", "(Ljava/lang/String;)V"), identifier.get());
-        return result;
-    }
+// Writes every value.
+void write_all(Jni& jni, InfoWriter& writer, const _SATL_REC_T& record) {
+    get_satellite_data(jni, writer.base_class(), writer.carrier(), record);
+    get_all_diseqc_data(jni, writer.base_class(), writer.carrier(), record.t_diseqc_info);
+}
 
-    void put_all(const _SATL_REC_T& record) {
-        get_satellite_data(jni_, classes_.base.cls, object_, record);
-        get_all_diseqc_data(jni_, classes_.base.cls, object_, record.t_diseqc_info);
-    }
-
-    void put(JavaList& keys, const _SATL_REC_T& record) {
-        for (jint i = 0; i < keys.size(); ++i) {
-            const LocalRef name(jni_, static_cast<jstring>(keys.get(i)));
-            const char* key = jni_.keep_utf_chars(name.get());
-            if (key != nullptr) {
-                get_main_data(jni_, classes_.base.cls, object_, key, record);
-                get_diseqc_data(jni_, classes_.base.cls, object_, key, record.t_diseqc_info);
-            }
+// Writes the values of the keys in a Java list.
+void write(Jni& jni, InfoWriter& writer, JavaList& keys, const _SATL_REC_T& record) {
+    for (jint i = 0; i < keys.size(); ++i) {
+        const LocalRef name(jni, static_cast<jstring>(keys.get(i)));
+        const char* key = jni.keep_utf_chars(name.get());
+        if (key != nullptr) {
+            get_main_data(jni, writer.base_class(), writer.carrier(), key, record);
+            get_diseqc_data(jni, writer.base_class(), writer.carrier(), key, record.t_diseqc_info);
         }
     }
-
-    // Lets the result take over what the carrier holds. Null when the platform has failed.
-    jobject finish(jobject result) {
-        jni_.call_void(result, take_over_, object_);
-        return jni_.failed() ? nullptr : result;
-    }
-
-private:
-    Jni& jni_;
-    const InfoClasses& classes_;
-    jobject object_;
-    jmethodID take_over_;
-};
+}
 
 } // namespace
 
@@ -91,7 +68,7 @@ jobject com_velotra_tv_tavro_satellitelist_getInfo(JNIEnv* env, jobject, jstring
     if (!find_classes(jni, __func__, classes)) {
         return nullptr;
     }
-    Carrier carrier(jni, classes);
+    InfoWriter writer(jni, classes, kMethods);
     if (jni.failed()) {
         return nullptr;
     }
@@ -102,38 +79,38 @@ jobject com_velotra_tv_tavro_satellitelist_getInfo(JNIEnv* env, jobject, jstring
         TAVRO_LOG_JNI("%s getInfo fail ret=%d ", __func__, read);
         return nullptr;
     }
-    // The manager has refused text without a comma, so that this test only makes the split below safe.
+    // The manager has refused text without a comma already; the test keeps the split below safe.
     const std::size_t comma = text.find(',');
     if (comma == std::string::npos) {
         TAVRO_LOG_ERROR(kNoTag, "Unknown recId info.\n");
         return nullptr;
     }
     const int list_id = decimal(std::string_view(text).substr(0, comma));
-    jobject result = carrier.begin_result(list_id, record.ui2_satl_rec_id);
+    jobject info = begin_info(jni, classes, writer, list_id, record.ui2_satl_rec_id);
     if (keys == nullptr) {
-        carrier.put_all(record);
+        write_all(jni, writer, record);
     } else {
         JavaList list(jni, keys);
         if (jni.failed()) {
             return nullptr;
         }
         TAVRO_LOG_JNI("Key List size = %d\n", list.size());
-        carrier.put(list, record);
+        write(jni, writer, list, record);
     }
-    return carrier.finish(result);
+    return writer.finish(info);
 }
 
 jobject com_velotra_tv_tavro_satellitelist_getInfoList(JNIEnv* env, jobject, jint mwdbId, jobject keys) {
-    tavro::trace_entry(__func__, kGetInfoListLine);
+    tavro::trace_entry({__func__, kGetInfoListLine});
     Jni jni(env);
     tavro::ResultList results;
     InfoClasses classes;
     if (!results.create(jni, __func__) || !find_classes(jni, __func__, classes)) {
         return nullptr;
     }
-    const ReadLock lock(*satList, mwdbId);
+    const tavro::ReadLock<NativeVltTvSatelliteList> lock(*satList, mwdbId);
     const int number = satList->getInfoListNum(mwdbId);
-    Carrier carrier(jni, classes);
+    InfoWriter writer(jni, classes, kMethods);
     if (jni.failed()) {
         return nullptr;
     }
@@ -145,18 +122,18 @@ jobject com_velotra_tv_tavro_satellitelist_getInfoList(JNIEnv* env, jobject, jin
             return nullptr;
         }
         TAVRO_LOG_DEBUG(kNoTag, "[%s]:List pt_satl_rec.ui4_mask = %d \n", __func__, static_cast<int>(record.ui4_mask));
-        const LocalRef result(jni, carrier.begin_result(mwdbId, record.ui2_satl_rec_id));
+        const LocalRef info(jni, begin_info(jni, classes, writer, mwdbId, record.ui2_satl_rec_id));
         if (keys == nullptr) {
-            carrier.put_all(record);
+            write_all(jni, writer, record);
         } else {
             JavaList list(jni, keys);
             if (jni.failed()) {
                 return nullptr;
             }
             TAVRO_LOG_DEBUG(kNoTag, "[jni_VltTvList_Init]getInfoList, Key List size = %d\n", list.size());
-            carrier.put(list, record);
+            write(jni, writer, list, record);
         }
-        jobject filled = carrier.finish(result.get());
+        jobject filled = writer.finish(info.get());
         if (filled == nullptr) {
             return nullptr;
         }

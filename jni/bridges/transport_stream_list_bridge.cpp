@@ -1,6 +1,6 @@
 #include "jni/bridges/transport_stream_list_bridge.h"
 
-#include "jni/bridges/list_lock.h"
+#include "jni/bridges/forwarding.h"
 #include "jni/bridges/list_writes.h"
 #include "jni/bridges/managers.h"
 #include "jni/env/java_list.h"
@@ -14,26 +14,28 @@ using tavro::Jni;
 using tavro::Key;
 using tavro::LocalRef;
 using tavro::RecordObject;
+using tavro::trace_entry;
+namespace forward = tavro::forward;
+using tavro::kSilent;
 
 namespace {
 
 using Manager = NativeVltTvTransportStreamList;
-using WriteLock = tavro::ListLock<Manager, &Manager::lockTsl, &Manager::unLockTsl>;
-using ReadLock = tavro::ListLock<Manager, &Manager::readLockTsl, &Manager::readUnLockTsl>;
 
-struct Lines : tavro::EntryLines {
-    static constexpr int kRemove = 2867;
-    static constexpr int kRemoveByRecordId = 2876;
-};
+// Line numbers in the entry lines.
+constexpr int kAddLine = 2811;
+constexpr int kAddCopyLine = 2836;
+constexpr int kRemoveLine = 2867;
+constexpr int kRemoveByRecordIdLine = 2876;
 
 constexpr char kIdKey[] = "TslIdTslRecId";
 constexpr char kIdField[] = "tslIdTslRecId";
 
-// Hands the records of a list to Java. `count` and `read` are the manager's calls; `name` is the native's.
+// Reads the records of a list into a Java array. `count` and `read` are the manager's calls; `name` is the native's.
 template <class Count, class Read>
 jbyteArray list_records(JNIEnv* env, const char* name, int mwdbId, Count count, Read read) {
-    TAVRO_LOG_JNI("%s", name);
-    const ReadLock lock(*tsList, mwdbId);
+    trace_entry(name);
+    const tavro::ReadLock<Manager> lock(*tsList, mwdbId);
     const int number = count();
     if (number < 1) {
         return nullptr;
@@ -56,8 +58,8 @@ jbyteArray list_records(JNIEnv* env, const char* name, int mwdbId, Count count, 
     return array;
 }
 
-// Overlays a stored record with the values of a Java object. Returns false when it cannot be read or a JNI
-// call has failed.
+// Reads a stored record and puts the values of a Java object into it. Returns false when the record cannot be read
+// or a JNI call has failed.
 bool overlay(Jni& jni, int mwdbId, int record_id, jobject stream, _TSL_REC_T& record) {
     if (jni.failed() || tsList->getInfo(mwdbId, record_id, &record) != kDone) {
         return false;
@@ -70,7 +72,42 @@ bool overlay(Jni& jni, int mwdbId, int record_id, jobject stream, _TSL_REC_T& re
 
 jint com_velotra_tv_tavro_ts_list_native_setup(JNIEnv*, jobject) { return tavro::set_up(tsList); }
 
-TAVRO_DEFINE_FORWARDING(com_velotra_tv_tavro_transportstreamlist, tsList, WriteLock, Lines);
+jint com_velotra_tv_tavro_transportstreamlist_open(JNIEnv*, jobject, jint mwdbId) {
+    return forward::open(kSilent, tsList, mwdbId);
+}
+
+jint com_velotra_tv_tavro_transportstreamlist_open_path(JNIEnv* env, jobject, jint mwdbId, jstring path) {
+    return forward::open_path(kSilent, tsList, env, mwdbId, path);
+}
+
+jint com_velotra_tv_tavro_transportstreamlist_close(JNIEnv*, jobject, jint mwdbId) {
+    return forward::close(kSilent, tsList, mwdbId);
+}
+
+jint com_velotra_tv_tavro_transportstreamlist_clean(JNIEnv*, jobject, jint mwdbId) {
+    return forward::clean(kSilent, tsList, mwdbId);
+}
+
+jint com_velotra_tv_tavro_transportstreamlist_delete(JNIEnv*, jobject, jint mwdbId) {
+    return forward::delete_list(kSilent, tsList, mwdbId);
+}
+
+jint com_velotra_tv_tavro_transportstreamlist_store(JNIEnv* env, jobject, jint mwdbId, jstring path) {
+    return forward::store(kSilent, tsList, env, mwdbId, path);
+}
+
+jint com_velotra_tv_tavro_transportstreamlist_copy(JNIEnv*, jobject, jint sourceId, jint destinationId) {
+    return forward::copy(kSilent, tsList, sourceId, destinationId);
+}
+
+jint com_velotra_tv_tavro_transportstreamlist_remove_info(JNIEnv* env, jobject, jstring identifier) {
+    return forward::remove({__func__, kRemoveLine}, tsList, env, identifier);
+}
+
+jint com_velotra_tv_tavro_transportstreamlist_remove_info_by_recId(JNIEnv* env, jobject, jint mwdbId,
+                                                                   jstring identifier) {
+    return forward::remove_by_record_id({__func__, kRemoveByRecordIdLine}, tsList, env, mwdbId, identifier);
+}
 
 jbyteArray com_velotra_tv_tavro_transportstreamlist_getInfo(JNIEnv* env, jobject, jstring identifier) {
     Jni jni(env);
@@ -82,7 +119,7 @@ jbyteArray com_velotra_tv_tavro_transportstreamlist_getInfo(JNIEnv* env, jobject
     _TSL_REC_T record = {};
     const int result = tsList->getInfo(list_id, record_id, &record);
     if (result != kDone) {
-        // The line speaks of service lists, deliberately.
+        // Deliberate: the line names service lists.
         TAVRO_LOG_JNI("%s getSVLInfo fail ret=%d ", __func__, result);
         return nullptr;
     }
@@ -107,7 +144,7 @@ jbyteArray com_velotra_tv_tavro_transportstreamlist_getInfoListBySatellite(JNIEn
 }
 
 jint com_velotra_tv_tavro_transportstreamlist_updateInfo(JNIEnv* env, jobject, jint mwdbId, jobject stream) {
-    TAVRO_LOG_JNI("%s", __func__);
+    trace_entry(__func__);
     if (stream == nullptr) {
         return kFailed;
     }
@@ -120,18 +157,17 @@ jint com_velotra_tv_tavro_transportstreamlist_updateInfo(JNIEnv* env, jobject, j
         jstring identifier = key.present() ? object.string_field(kIdField).value_or(nullptr) : nullptr;
         int list_id = 0;
         if (identifier != nullptr && !tavro::parse_identifier(jni, identifier, list_id, record_id)) {
-            key.keep_reference(); // deliberately
+            key.keep_reference(); // deliberate: not deleted
             return kFailed;
         }
     }
     _TSL_REC_T record = {};
-    return overlay(jni, mwdbId, record_id, stream, record) ? tavro::update_locked<WriteLock>(*tsList, mwdbId, record)
-                                                           : kFailed;
+    return overlay(jni, mwdbId, record_id, stream, record) ? tavro::update_locked(*tsList, mwdbId, record) : kFailed;
 }
 
 jint com_velotra_tv_tavro_transportstreamlist_updateInfo_by_recId(JNIEnv* env, jobject, jint mwdbId,
                                                                   jstring identifier) {
-    TAVRO_LOG_JNI("%s", __func__);
+    trace_entry(__func__);
     Jni jni(env);
     const char* chars = jni.keep_utf_chars(identifier);
     if (jni.failed()) {
@@ -151,17 +187,17 @@ jint com_velotra_tv_tavro_transportstreamlist_updateInfo_by_recId(JNIEnv* env, j
         return kFailed;
     }
     TslKind::stamp_list(record, mwdbId);
-    return tavro::update_locked<WriteLock>(*tsList, mwdbId, record);
+    return tavro::update_locked(*tsList, mwdbId, record);
 }
 
 jint com_velotra_tv_tavro_transportstreamlist_updateInfoList(JNIEnv* env, jobject, jint mwdbId, jobject streams) {
-    TAVRO_LOG_JNI("%s", __func__);
+    trace_entry(__func__);
     Jni jni(env);
     JavaList list(jni, streams);
     if (jni.failed()) {
         return kFailed;
     }
-    const WriteLock lock(*tsList, mwdbId);
+    const tavro::WriteLock<Manager> lock(*tsList, mwdbId);
     jclass stream_class = jni.find_class(kTransportStreamInfo);
     jmethodID contains_key = jni.method(stream_class, "isContainsKey", kTransportStreamContainsKey);
     if (jni.failed()) {
@@ -181,7 +217,7 @@ jint com_velotra_tv_tavro_transportstreamlist_updateInfoList(JNIEnv* env, jobjec
                 const LocalRef identifier(jni, field.value_or(nullptr));
                 int list_id = 0;
                 if (field && !tavro::parse_identifier(jni, identifier.get(), list_id, record_id)) {
-                    key.keep_reference(); // deliberately
+                    key.keep_reference(); // deliberate: not deleted
                     if (jni.failed()) {
                         return kFailed;
                     }
@@ -198,7 +234,7 @@ jint com_velotra_tv_tavro_transportstreamlist_updateInfoList(JNIEnv* env, jobjec
 }
 
 jstring com_velotra_tv_tavro_transportstreamlist_add_Info(JNIEnv* env, jobject, jint mwdbId, jobject stream) {
-    TAVRO_LOG_JNI("[%s][%d] ", __func__, 2811);
+    trace_entry({__func__, kAddLine});
     Jni jni(env);
     jstring nothing = jni.new_string("");
     if (stream == nullptr || jni.failed()) {
@@ -210,12 +246,12 @@ jstring com_velotra_tv_tavro_transportstreamlist_add_Info(JNIEnv* env, jobject, 
         return nothing;
     }
     const int status = tsList->addInfo(mwdbId, &record);
-    return tavro::answer_add(env, "tsList->addInfo", status, mwdbId, record.ui2_tsl_rec_id, nothing);
+    return tavro::added(env, "tsList->addInfo", status, mwdbId, record.ui2_tsl_rec_id, nothing);
 }
 
 jstring com_velotra_tv_tavro_transportstreamlist_add_Info_by_recId(JNIEnv* env, jobject, jint mwdbId,
                                                                    jstring identifier) {
-    TAVRO_LOG_JNI("[%s][%d] ", __func__, 2836);
+    trace_entry({__func__, kAddCopyLine});
     Jni jni(env);
     jstring nothing = jni.new_string("");
     _TSL_REC_T record = {};
@@ -223,5 +259,5 @@ jstring com_velotra_tv_tavro_transportstreamlist_add_Info_by_recId(JNIEnv* env, 
         return nothing;
     }
     const int status = tsList->copyInfo(mwdbId, &record);
-    return tavro::answer_add(env, "tsList->copyInfo", status, mwdbId, record.ui2_tsl_rec_id, nothing);
+    return tavro::added(env, "tsList->copyInfo", status, mwdbId, record.ui2_tsl_rec_id, nothing);
 }

@@ -2,14 +2,22 @@
 // list's natives (channel_list_bridge.h); what differs is said here.
 #pragma once
 
-#include "jni/bridges/forwarding.h"
-
 #include <jni.h>
 
 jint com_velotra_tv_tavro_ts_list_native_setup(JNIEnv* env, jobject self);
 
 // Removals touch only lists that are open.
-TAVRO_DECLARE_FORWARDING(com_velotra_tv_tavro_transportstreamlist);
+// The list natives; see forwarding.h.
+jint com_velotra_tv_tavro_transportstreamlist_open(JNIEnv* env, jobject self, jint mwdbId);
+jint com_velotra_tv_tavro_transportstreamlist_open_path(JNIEnv* env, jobject self, jint mwdbId, jstring path);
+jint com_velotra_tv_tavro_transportstreamlist_close(JNIEnv* env, jobject self, jint mwdbId);
+jint com_velotra_tv_tavro_transportstreamlist_clean(JNIEnv* env, jobject self, jint mwdbId);
+jint com_velotra_tv_tavro_transportstreamlist_delete(JNIEnv* env, jobject self, jint mwdbId);
+jint com_velotra_tv_tavro_transportstreamlist_store(JNIEnv* env, jobject self, jint mwdbId, jstring path);
+jint com_velotra_tv_tavro_transportstreamlist_copy(JNIEnv* env, jobject self, jint sourceId, jint destinationId);
+jint com_velotra_tv_tavro_transportstreamlist_remove_info(JNIEnv* env, jobject self, jstring identifier);
+jint com_velotra_tv_tavro_transportstreamlist_remove_info_by_recId(JNIEnv* env, jobject self, jint mwdbId,
+                                                                   jstring identifier);
 
 // One transport stream as the 724 bytes of its record; null when it cannot be read.
 jbyteArray com_velotra_tv_tavro_transportstreamlist_getInfo(JNIEnv* env, jobject self, jstring identifier);
