@@ -6,19 +6,19 @@
 #include <cstdint>
 #include <map>
 
-// Ordered map from 16-bit list id to handle. There is one a list kind for the whole process, shared
-// by every manager of that kind. It is made at its first use, so that no code runs when the library is
-// loaded, and destroyed when the process exits, which does not close handles. It is not guarded: the natives
-// that open and delete channel lists are serialised by their bridge, and callers answer for the rest.
-// Entries must stay where they are: closing a handle may lead to a look-up from another thread.
+// Ordered map from 16-bit list id to handle. The process has one per list kind, shared by all managers of the kind. It
+// is created on first use, so that no code runs when the library is loaded. It is destroyed when the process exits;
+// that closes no handle. It is not guarded: the bridge serializes the natives that open and delete service lists, and
+// callers must serialize the rest. Entries never move, since another thread may look one up while a handle is being
+// closed.
 class HandleMap {
 public:
     using Key = std::uint16_t;
 
-    // List ids count by their low 16 bits; an id whose low 16 bits are 0 stands for no list.
+    // Only the low 16 bits of a list id count; 0 means no list.
     static Key key(int list_id) { return static_cast<Key>(list_id); }
 
-    // Returns the handle of the list, or null when it is not open or `list_id` stands for no list.
+    // Returns the handle of the list, or null when it is not open or `list_id` means no list.
     const MwdbHandle* find(int list_id) const {
         const auto entry = handles_.find(key(list_id));
         return key(list_id) == 0 || entry == handles_.end() ? nullptr : &entry->second;

@@ -75,8 +75,7 @@ int NativeVltTvChannelList::open(int mwdbId, const std::string& listPath) {
     return kDone;
 }
 
-// The scan cache stands in for a scan list whose own file could not be loaded, and is removed once the
-// list holds it.
+// Loads a scan list whose own file could not be loaded from the scan cache, then deletes the cache.
 void NativeVltTvChannelList::seed_from_cache(int mwdbId, MwdbHandle handle, const std::string& listPath) {
     if (listPath.find("scan_") == std::string::npos) {
         return;
@@ -90,7 +89,7 @@ void NativeVltTvChannelList::seed_from_cache(int mwdbId, MwdbHandle handle, cons
     }
     TAVRO_LOG_ERROR(kTag, "%s[%s]: Try to copy cache! \n", kClass, "open");
     fs_raw_init(kMwRootDrive, cache);
-    // Deliberate: a fresh copy of the path.
+    // Deliberate: a new copy of the path.
     fs_raw_copy(kMwRootDrive, cache, kMwRootDrive, std::string(listPath).c_str());
     const MwStatus loaded = x_svl_fs_sync(handle, kMwRootDrive, cache, HandleMap::key(mwdbId));
     TAVRO_LOG_ERROR(kTag, "%s[%s]:copy ps_svl_path2 %s\n", kClass, "open", listPath.c_str());
@@ -132,7 +131,7 @@ int NativeVltTvChannelList::addInfo(int mwdbId, _SVL_REC_T* rec) {
     rec->ui2_svl_rec_id = newId;
     SvlKind::trace_record("addInfo", *rec);
     if (handle == 0) {
-        return kDone; // deliberate: reported as added although there is nowhere to add to
+        return kDone; // deliberate: returns success although nothing is added
     }
     return result_of(x_svl_add_rec(handle, rec));
 }

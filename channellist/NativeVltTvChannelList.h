@@ -1,14 +1,14 @@
-// The store of the service lists (SVL).
+// The manager of the service lists (SVL).
 #pragma once
 
-#include "channellist/ListStore.h"
+#include "channellist/ListManager.h"
 #include "middleware/svl.h"
 
 #include <cstdint>
 #include <string>
 #include <utility>
 
-// What the shared scheme needs to know of service lists.
+// The traits of service lists.
 struct SvlKind : MwdbWords {
     using Record = _SVL_REC_T;
     using TracedRecordId = unsigned int;
@@ -19,7 +19,7 @@ struct SvlKind : MwdbWords {
     static constexpr char kTag[] = "NativeVltTvChannelList_Cpp";
     static constexpr char kClass[] = "[NativeVltTvChannelList]";
     static constexpr auto& kOperationPrefix = kClass;
-    static constexpr char kCleanPrefix[] = "[NativeVltChannelList]"; // without "Tv", deliberately
+    static constexpr char kCleanPrefix[] = "[NativeVltChannelList]"; // deliberate: without "Tv"
     static constexpr bool kTracesLookups = true;
     static constexpr TraceWords kRemoveWords = {"svlId", "svlRecId"};
     static constexpr TraceWords kRemoveByRecIdWords = {"mwdbId", "svlRecId"};
@@ -33,40 +33,39 @@ struct SvlKind : MwdbWords {
     }
 };
 
-// Manager of the service lists. List ids count by their low 16 bits, 0 standing for no list. Unless
-// told otherwise an operation opens the list when it is not open, and returns 0 or, for every failure,
-// -22. Takes no lock of its own: see HandleMap.
-class NativeVltTvChannelList : public WithMwdbHandles<ListStore<SvlKind>> {
+// Manager of the service lists. Only the low 16 bits of a list id count, and 0 means no list. Unless stated otherwise,
+// an operation opens a list that is not open and returns 0, or -22 for every failure. Not thread-safe: see HandleMap.
+class NativeVltTvChannelList : public WithMwdbHandles<ListManager<SvlKind>> {
 public:
     NativeVltTvChannelList() = default;
-    // Closes the handles, and releases the path when that is done.
+    // Closes the handles before the path is released.
     ~NativeVltTvChannelList() { clearMwdbHandle(); }
 
     // Opens a list, creating it when there is none.
     int open(int mwdbId);
-    // The same, loading the list from the file at `listPath`, which becomes the manager's. A list that is open and has
-    // records is left as it is. A list whose file cannot be loaded is seeded from the scan cache when the path names a
-    // scan list. -22 only when the path is empty or the list cannot be recorded.
+    // The same, then loads the list from the file at `listPath` and keeps the path. An open list that has records is
+    // left alone. If the file cannot be loaded and the path names a scan list, the list is loaded from the scan cache.
+    // Returns -22 only when the path is empty or the list cannot be recorded.
     int open(int mwdbId, const std::string& listPath);
-    // Opens a list without recording it, for a walk under its read lock. Returns the handle, which the
-    // caller gives back with closeTmp, or 0.
+    // Opens a list without recording it, for reading under its read lock. Returns the handle, to be closed with
+    // closeTmp, or 0 on failure.
     unsigned int openTmp(int mwdbId);
     int closeTmp(unsigned int mwdbHandle);
 
-    int lockSvl(int mwdbId) { return call_on_list(mwdbId, x_svl_lock); }
-    int unLockSvl(int mwdbId) { return call_on_list(mwdbId, x_svl_unlock); }
-    int readLockSvl(unsigned int mwdbHandle) { return result_of(x_svl_read_lock(mwdbHandle)); }
-    int unReadLockSvl(unsigned int mwdbHandle) { return result_of(x_svl_read_unlock(mwdbHandle)); }
+    int lockSvl(int mwdbId) { return call_on_list(mwdbId, SvlKind::mw_lock); }
+    int unLockSvl(int mwdbId) { return call_on_list(mwdbId, SvlKind::mw_unlock); }
+    int readLockSvl(unsigned int mwdbHandle) { return result_of(SvlKind::mw_read_lock(mwdbHandle)); }
+    int unReadLockSvl(unsigned int mwdbHandle) { return result_of(SvlKind::mw_read_unlock(mwdbHandle)); }
 
-    // Adds a record under the next free record id, which is written into it.
+    // Adds a record under the next free record id and writes the id into it.
     int addInfo(int mwdbId, _SVL_REC_T* rec);
     // Adds a record under the id that it carries.
     int copyInfo(int mwdbId, _SVL_REC_T* rec);
     // Reads a record into `rec`, which the caller zeroes.
     int getInfo(int mwdbId, int recId, _SVL_REC_T* rec) { return read_record_traced(mwdbId, recId, rec); }
 
-    // Reads by position and counts, on a handle that the caller holds. `tsKey1` and `tsKey2` are the list
-    // id and record id of a transport stream. Counts are 0 on failure.
+    // Read by position, and count, on a handle that the caller holds. `tsKey1` and `tsKey2` are the list id and record
+    // id of a transport stream. A count is 0 on failure.
     int getInfoByIdx(int idx, unsigned int mwdbHandle, int* version, _SVL_REC_T* rec) {
         return mwdbHandle == 0 ? kFailed
                                : result_of(x_svl_get_rec_by_brdcst_type(mwdbHandle, kMwEveryBroadcastType,
@@ -84,7 +83,7 @@ public:
     int getInfoList(int /*mwdbId*/) { return kDone; }
     int updateInfoList(int /*mwdbId*/) { return kFailed; }
 
-    // The path last given to open or setPath; empty at first.
+    // The path of the last open or setPath; empty before.
     std::string getPath() const { return path; }
     void setPath(std::string newPath) { path = std::move(newPath); }
 

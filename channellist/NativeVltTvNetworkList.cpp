@@ -20,15 +20,6 @@ void NwlKind::trace_added(const char* operation, const _NWL_REC_T& record) {
 
 void NwlKind::trace_add_failed() { TAVRO_LOG_DEBUG(kTag, "[%s]: x_nwl_add_rec fail \n", "addInfo"); }
 
-int NativeVltTvNetworkList::open(int mwdbId, const std::string& path) {
-    trace_open_path(mwdbId, path);
-    if (path.empty()) {
-        return kFailed;
-    }
-    MwdbHandle handle = 0;
-    return find_handle(mwdbId, handle) ? kDone : open_from(mwdbId, path);
-}
-
 int NativeVltTvNetworkList::getInfoList(int mwdbId) {
     TAVRO_LOG_DEBUG(NwlKind::kTag, "%s[%s]: mwdbId = %d\n", NwlKind::kClass, "getInfoList", mwdbId);
     return kDone;

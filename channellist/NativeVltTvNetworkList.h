@@ -1,12 +1,12 @@
-// The store of the network lists (NWL).
+// The manager of the network lists (NWL).
 #pragma once
 
-#include "channellist/CompanionListStore.h"
+#include "channellist/CompanionListManager.h"
 #include "middleware/nwl.h"
 
 #include <string>
 
-// What the shared schemes need to know of network lists.
+// The traits of network lists.
 struct NwlKind : MwdbWords {
     using Record = _NWL_REC_T;
     using TracedRecordId = unsigned int;
@@ -24,6 +24,7 @@ struct NwlKind : MwdbWords {
     static constexpr bool kTracesLookups = true;
     static constexpr TraceWords kRemoveWords = {"nwlId", "nwlRecId"};
     static constexpr TraceWords kRemoveByRecIdWords = {"mwdbId", "nwlRecId"};
+    static constexpr bool kOpenListTakesEmptyPath = false;
     static constexpr bool kRemovesFromOpenListsOnly = false;
     static void trace_removed(MwStatus) {}
 
@@ -41,17 +42,12 @@ struct NwlKind : MwdbWords {
 };
 
 // Manager of the network lists; see NativeVltTvChannelList for the rules that all managers keep.
-class NativeVltTvNetworkList : public WithMwdbHandles<CompanionListStore<NwlKind>> {
+class NativeVltTvNetworkList : public WithMwdbHandles<CompanionListManager<NwlKind>> {
 public:
-    using CompanionListStore::open;
-    // The same, loading the list from the file at `path` unless it is open already. -22 only when the path
-    // is empty or the list cannot be recorded.
-    int open(int mwdbId, const std::string& path);
-
-    int lockNwl(int mwdbId) { return call_on_list(mwdbId, x_nwl_lock); }
-    int unLockNwl(int mwdbId) { return call_on_list(mwdbId, x_nwl_unlock); }
-    int readLockNwl(int mwdbId) { return call_on_list(mwdbId, x_nwl_read_lock); }
-    int readUnLockNwl(int mwdbId) { return call_on_list(mwdbId, x_nwl_read_unlock); }
+    int lockNwl(int mwdbId) { return call_on_list(mwdbId, NwlKind::mw_lock); }
+    int unLockNwl(int mwdbId) { return call_on_list(mwdbId, NwlKind::mw_unlock); }
+    int readLockNwl(int mwdbId) { return call_on_list(mwdbId, NwlKind::mw_read_lock); }
+    int readUnLockNwl(int mwdbId) { return call_on_list(mwdbId, NwlKind::mw_read_unlock); }
 
     int getInfo(int mwdbId, int recId, _NWL_REC_T* rec) { return read_record_traced(mwdbId, recId, rec); }
 

@@ -15,15 +15,6 @@ void SatlKind::trace_added(const char* operation, const _SATL_REC_T& record) {
 
 void SatlKind::trace_add_failed() { TAVRO_LOG_DEBUG(kTag, "[%s]: x_satl_add_rec fail \n", "addInfo"); }
 
-int NativeVltTvSatelliteList::open(int satId, const std::string& path) {
-    trace_open_path(satId, path);
-    MwdbHandle handle = 0;
-    if (find_handle(satId, handle)) {
-        return kDone;
-    }
-    return path.empty() ? kFailed : open_from(satId, path);
-}
-
 int NativeVltTvSatelliteList::getInfo(const std::string& recId, _SATL_REC_T* rec) {
     int list_id = 0;
     int record_id = 0;

@@ -1,13 +1,13 @@
-// The store of the satellite lists (SATL).
+// The manager of the satellite lists (SATL).
 #pragma once
 
-#include "channellist/CompanionListStore.h"
+#include "channellist/CompanionListManager.h"
 #include "middleware/satl.h"
 
 #include <string>
 
-// What the shared schemes need to know of satellite lists. Their traces have words of their own, name the
-// class only where a handle or a position is told, and tell nothing of the records.
+// The traits of satellite lists. Their log lines use their own wording, carry the class name only for handle and
+// by-index operations, and never print a record.
 struct SatlKind {
     using Record = _SATL_REC_T;
     using TracedRecordId = unsigned int;
@@ -18,7 +18,7 @@ struct SatlKind {
 
     static HandleMap& handles();
 
-    static constexpr char kTag[] = "[SATELITE] NativeVltTvSatelliteList_Cpp"; // misspelt on purpose
+    static constexpr char kTag[] = "[SATELITE] NativeVltTvSatelliteList_Cpp"; // deliberate: misspelled
     static constexpr char kClass[] = "[NativeVltTvSatelliteList]";
     static constexpr char kOperationPrefix[] = "";
     static constexpr char kCleanPrefix[] = "";
@@ -31,7 +31,8 @@ struct SatlKind {
     static constexpr char kClear[] = "clearSatHandle";
     static constexpr bool kTracesLookups = true;
     static constexpr TraceWords kRemoveWords = {"satId", "satRecId"};
-    static constexpr TraceWords kRemoveByRecIdWords = {"mwdbId", "nwlRecId"}; // the network list's, on purpose
+    static constexpr TraceWords kRemoveByRecIdWords = {"mwdbId", "nwlRecId"}; // deliberate: the network list's words
+    static constexpr bool kOpenListTakesEmptyPath = true;
     static constexpr bool kRemovesFromOpenListsOnly = false;
     static void trace_removed(MwStatus) {}
 
@@ -49,11 +50,11 @@ struct SatlKind {
 };
 
 // Manager of the satellite lists; see NativeVltTvChannelList for the rules that all managers keep.
-class NativeVltTvSatelliteList : public CompanionListStore<SatlKind> {
+class NativeVltTvSatelliteList : public CompanionListManager<SatlKind> {
 public:
-    // The handle of an open list; false, with `satHandle` as it was, when the list is not open.
+    // Gets the handle of an open list. Returns false and leaves `satHandle` alone when the list is not open.
     bool getSatHandle(int satId, unsigned int* satHandle) { return find_handle(satId, *satHandle); }
-    // Records a handle, opening the list first unless `opened`; true when a new entry was made.
+    // Records a handle, opening the list first unless `opened`. Returns whether a new entry was made.
     bool setSatHandle(int satId, unsigned int* satHandle, bool opened) {
         return record_handle(satId, *satHandle, opened);
     }
@@ -62,17 +63,12 @@ public:
     // Closes every open satellite list.
     void clearSatHandle() { clear_handles(); }
 
-    using CompanionListStore::open;
-    // The same, loading the list from the file at `path`. A list that is open already gives 0, whatever the
-    // path; -22 only when another's path is empty or the list cannot be recorded.
-    int open(int satId, const std::string& path);
+    int lockSatl(int satId) { return call_on_list(satId, SatlKind::mw_lock); }
+    int unLockSatl(int satId) { return call_on_list(satId, SatlKind::mw_unlock); }
+    int readLockSatl(int satId) { return call_on_list(satId, SatlKind::mw_read_lock); }
+    int readUnLockSatl(int satId) { return call_on_list(satId, SatlKind::mw_read_unlock); }
 
-    int lockSatl(int satId) { return call_on_list(satId, x_satl_lock); }
-    int unLockSatl(int satId) { return call_on_list(satId, x_satl_unlock); }
-    int readLockSatl(int satId) { return call_on_list(satId, x_satl_read_lock); }
-    int readUnLockSatl(int satId) { return call_on_list(satId, x_satl_read_unlock); }
-
-    // Reads the record that `recId` names, "list id, comma, record id"; text without a comma gives -1 and
-    // text that is no number raises std::stoi's exception.
+    // Reads the record that `recId` names: "list id, comma, record id". Returns -1 for text without a comma; a part
+    // that is not a number throws std::stoi's exception.
     int getInfo(const std::string& recId, _SATL_REC_T* rec);
 };

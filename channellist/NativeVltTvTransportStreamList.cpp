@@ -7,7 +7,7 @@ HandleMap& TslKind::handles() {
 
 namespace {
 
-// What the by-satellite calls are given as network. The name is this project's.
+// The network that the by-satellite calls ask for. The name is this project's.
 constexpr std::uint16_t kEveryNetwork = 65535;
 
 } // namespace
@@ -28,15 +28,6 @@ void TslKind::trace_added(const char* operation, const _TSL_REC_T& record) {
 }
 
 void TslKind::trace_add_failed() { TAVRO_LOG_DEBUG(kTag, "[%s]: x_tsl_add_rec fail \n", "addInfo"); }
-
-int NativeVltTvTransportStreamList::open(int mwdbId, const std::string& path) {
-    trace_open_path(mwdbId, path);
-    if (path.empty()) {
-        return kFailed;
-    }
-    MwdbHandle handle = 0;
-    return find_handle(mwdbId, handle) ? kDone : open_from(mwdbId, path);
-}
 
 int NativeVltTvTransportStreamList::getInfoByIdxBySatellite(int mwdbId, int satlId, int satKey, int idx, int* version,
                                                             _TSL_REC_T* rec) {

@@ -1,12 +1,12 @@
-// The store of the transport stream lists (TSL).
+// The manager of the transport stream lists (TSL).
 #pragma once
 
-#include "channellist/CompanionListStore.h"
+#include "channellist/CompanionListManager.h"
 #include "middleware/tsl.h"
 
 #include <string>
 
-// What the shared schemes need to know of transport stream lists.
+// The traits of transport stream lists.
 struct TslKind : MwdbWords {
     using Record = _TSL_REC_T;
     using TracedRecordId = std::uint16_t;
@@ -24,6 +24,7 @@ struct TslKind : MwdbWords {
     static constexpr bool kTracesLookups = false;
     static constexpr TraceWords kRemoveWords = {"tslId", "tslRecId"};
     static constexpr TraceWords kRemoveByRecIdWords = {"mwdbId", "tslRecId"};
+    static constexpr bool kOpenListTakesEmptyPath = false;
     static constexpr bool kRemovesFromOpenListsOnly = true;
     static void trace_removed(MwStatus status) { TAVRO_LOG_ERROR(kTag, "i4_ret: %d", status); }
 
@@ -42,17 +43,12 @@ struct TslKind : MwdbWords {
 
 // Manager of the transport stream lists; see NativeVltTvChannelList for the rules that all managers
 // keep.
-class NativeVltTvTransportStreamList : public WithMwdbHandles<CompanionListStore<TslKind>> {
+class NativeVltTvTransportStreamList : public WithMwdbHandles<CompanionListManager<TslKind>> {
 public:
-    using CompanionListStore::open;
-    // The same, loading the list from the file at `path` unless it is open already. -22 only when the path
-    // is empty or the list cannot be recorded.
-    int open(int mwdbId, const std::string& path);
-
-    int lockTsl(int mwdbId) { return call_on_list(mwdbId, x_tsl_lock); }
-    int unLockTsl(int mwdbId) { return call_on_list(mwdbId, x_tsl_unlock); }
-    int readLockTsl(int mwdbId) { return call_on_list(mwdbId, x_tsl_read_lock); }
-    int readUnLockTsl(int mwdbId) { return call_on_list(mwdbId, x_tsl_read_unlock); }
+    int lockTsl(int mwdbId) { return call_on_list(mwdbId, TslKind::mw_lock); }
+    int unLockTsl(int mwdbId) { return call_on_list(mwdbId, TslKind::mw_unlock); }
+    int readLockTsl(int mwdbId) { return call_on_list(mwdbId, TslKind::mw_read_lock); }
+    int readUnLockTsl(int mwdbId) { return call_on_list(mwdbId, TslKind::mw_read_unlock); }
 
     int getInfo(int mwdbId, int recId, _TSL_REC_T* rec) { return read_record(mwdbId, recId, rec); }
 

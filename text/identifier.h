@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-// Takes the digits off the front of a text, as far as they make a number that surely fits an int: one to nine
-// of them. Returns false, with the text as it was, when there are none or more.
+// Removes the digits at the front of a text and stores their number. Returns false and leaves the text alone unless
+// there are one to nine of them, which always fit an int.
 inline bool take_digits(std::string_view& text, int& number) {
     constexpr std::size_t kMostDigits = 9;
     const std::size_t most = std::min(text.size(), kMostDigits + 1);

@@ -1,30 +1,31 @@
-// What the transport stream, network and satellite list stores share beyond the scheme of ListStore.
+// What the managers of the companion lists (transport streams, networks, satellites) share beyond ListManager.
 //
-// These lists accompany the service lists. Their records get the highest record id plus one, are added
-// under the write lock and are read and counted by list id. A kind adds to what ListStore asks for:
+// New records get the highest record id plus one and are added under the write lock. Records are read and counted by
+// list id. The kind's traits type has these members in addition to those that ListManager needs:
 //
 //   mw_get_by_index, mw_count     the middleware's calls by position
 //   Index                         the width to which positions are cut
 //   record_id(record)             the record's id field
 //   stamp_list(record, list_id)   writes the list's id into the record's list-id fields
-//   trace_count                   what is written of a count
-//   trace_added, trace_add_failed what is written after an add
+//   kOpenListTakesEmptyPath       whether opening an open list from an empty path succeeds
+//   trace_count                   logs a count
+//   trace_added, trace_add_failed log the result of an add
 #pragma once
 
-#include "channellist/ListStore.h"
+#include "channellist/ListManager.h"
 #include "middleware/files.h"
 
 #include <string>
 
 template <class Kind>
-class CompanionListStore : public ListStore<Kind> {
-    using Base = ListStore<Kind>;
+class CompanionListManager : public ListManager<Kind> {
+    using Base = ListManager<Kind>;
 
 public:
     using typename Base::Record;
 
-    // Opens a list, creating it when there is none. A list that can be neither opened nor created gives 0
-    // all the same and is not recorded.
+    // Opens a list, creating it when there is none. Returns 0 even when the list can be neither opened nor created; it
+    // is not recorded then.
     int open(int list_id) {
         Base::trace_list("open", list_id);
         MwdbHandle handle = 0;
@@ -63,8 +64,22 @@ public:
         return kFailed;
     }
 
-    // Adds a record under the id that it carries, or replaces the one that has the id already. The
-    // record's list-id fields, where the kind has them, are made to name this list.
+    // Opens a list and loads it from the file at `path`. A list that is open already is left alone. Returns -22 only
+    // when the path is empty or the list cannot be recorded.
+    int open(int list_id, const std::string& path) {
+        Base::trace_open_path(list_id, path);
+        if (!Kind::kOpenListTakesEmptyPath && path.empty()) {
+            return kFailed;
+        }
+        MwdbHandle handle = 0;
+        if (Base::find_handle(list_id, handle)) {
+            return kDone;
+        }
+        return path.empty() ? kFailed : open_from(list_id, path);
+    }
+
+    // Adds a record under the id that it carries, or replaces the record with that id. Writes this list's id into the
+    // record's list-id fields.
     int copyInfo(int list_id, Record* record) {
         Base::trace_list("", "copyInfo", list_id);
         MwdbHandle handle = 0;
@@ -101,7 +116,7 @@ public:
     }
 
 protected:
-    // Loads a list from the file at `path` while opening it, which a list that is open already is not.
+    // Opens a list and loads it from `path`. The caller has checked that it is not open.
     int open_from(int list_id, const std::string& path) {
         MwdbHandle handle = 0;
         MwStatus status = kMwOk;
@@ -120,7 +135,7 @@ protected:
         return kDone;
     }
 
-    // Makes a read by position with its two traces.
+    // Reads by position, with its two log lines.
     template <class Read>
     static int read_at(const char* operation, int list_id, int index, Record* record, Read read) {
         TAVRO_LOG_DEBUG(Kind::kTag, "%s[%s]: %s = %d idx = %d\n", Kind::kClass, operation, Kind::kListWord, list_id,
@@ -134,7 +149,7 @@ protected:
         return Base::result_of(status);
     }
 
-    // Makes a count with its trace.
+    // Counts, with its log lines.
     template <class Count>
     static int count(const char* operation, int list_id, Count call) {
         Base::trace_list(operation, list_id);

@@ -1,27 +1,27 @@
-// The scheme that the four list stores share.
+// The scheme that the four list managers share.
 //
-// A store maps list ids to open middleware handles, opens a list on its first use, creates it when
-// there is none, and forwards every operation to the middleware's calls of its kind, turning each
-// status into 0 or -22. A kind is told as a traits type (see SvlKind for an example):
+// A manager maps list ids to open middleware handles. It opens a list on first use, creates it when there is none, and
+// forwards every operation to the middleware's calls of its kind. Each status becomes 0 or -22. Each kind is described
+// by a traits type (see SvlKind for an example):
 //
 //   Record                        the record structure
 //   the calls                     TAVRO_LIST_CALLS of the middleware's prefix
 //   handles()                     the process-wide handle map
 //   kTag, kClass                  log tag; class name in square brackets that starts manager lines
-//   kOperationPrefix              what starts the traces of operations: kClass or nothing
-//   kCleanPrefix                  the same for clean
-//   kListWord, kHandleWord        how traces call a list id and a handle
-//   kCopyWords                    how the copy trace calls source and destination
-//   kGet, kSet, kDelete, kClear   names of the handle operations in traces
+//   kOperationPrefix              start of the operations' log lines: kClass or nothing
+//   kCleanPrefix                  start of clean's log line
+//   kListWord, kHandleWord        names of list id and handle in log lines
+//   kCopyWords                    names of source and destination in copy's log line
+//   kGet, kSet, kDelete, kClear   names of the handle operations in log lines
 //   kTracesLookups                whether a successful look-up writes a line
-//   format_name, kNameBytes       storage name of a new list: how it is made and longest length accepted
+//   format_name, kNameBytes       storage name of a new list: its format and the longest length accepted
 //   kRemoveWords, kRemoveByRecIdWords
-//                                 how the two removal traces call list id and record id
-//   TracedRecordId                the width to which they cut the record id
+//                                 names of list id and record id in the log lines of the two removals
+//   TracedRecordId                the width to which those lines cut the record id
 //   trace_record(operation, record)
-//                                 what is written of a record read or updated
-//   kRemovesFromOpenListsOnly     whether a removal leaves lists alone that are not open
-//   trace_removed(status)         what is written after a removal, still under the lock
+//                                 logs a record that was read or is updated
+//   kRemovesFromOpenListsOnly     whether a removal fails for a list that is not open
+//   trace_removed(status)         logs the result of a removal, still under the lock
 #pragma once
 
 #include "channellist/HandleMap.h"
@@ -38,18 +38,18 @@
 // What the operations return.
 inline constexpr int kDone = 0;
 inline constexpr int kFailed = -22;
-inline constexpr int kNoSuchRecordIdentifier = -1; // the removals' answer to text without a comma
+inline constexpr int kNoSuchRecordIdentifier = -1; // from removals, for text without a comma
 
 // List ids, record ids and positions are 32-bit numbers to Java and 16-bit ones to the middleware.
 constexpr std::uint16_t low16(int number) { return static_cast<std::uint16_t>(number); }
 
-// Two words of a trace, for its first and its second number.
+// Names of the two numbers in a log line.
 struct TraceWords {
     const char* first;
     const char* second;
 };
 
-// How the service, transport stream and network lists' traces speak of lists and handles.
+// The words that service, transport stream and network lists use in log lines.
 struct MwdbWords {
     static constexpr char kListWord[] = "mwdbId";
     static constexpr char kHandleWord[] = "mwdbHandle";
@@ -60,7 +60,7 @@ struct MwdbWords {
     static constexpr char kClear[] = "clearMwdbHandle";
 };
 
-// The middleware's common calls of one kind, as members of its traits type.
+// The 17 calls that every list kind has, as members of its traits type.
 #define TAVRO_LIST_CALLS(PREFIX)                                                                                       \
     static constexpr auto mw_open = PREFIX##_open;                                                                     \
     static constexpr auto mw_create = PREFIX##_create;                                                                 \
@@ -72,6 +72,8 @@ struct MwdbWords {
     static constexpr auto mw_store = PREFIX##_fs_store;                                                                \
     static constexpr auto mw_lock = PREFIX##_lock;                                                                     \
     static constexpr auto mw_unlock = PREFIX##_unlock;                                                                 \
+    static constexpr auto mw_read_lock = PREFIX##_read_lock;                                                           \
+    static constexpr auto mw_read_unlock = PREFIX##_read_unlock;                                                       \
     static constexpr auto mw_query_record_id = PREFIX##_qry_rec_id;                                                    \
     static constexpr auto mw_add = PREFIX##_add_rec;                                                                   \
     static constexpr auto mw_update = PREFIX##_update_rec;                                                             \
@@ -79,17 +81,16 @@ struct MwdbWords {
     static constexpr auto mw_get = PREFIX##_get_rec
 
 template <class Kind>
-class ListStore {
+class ListManager {
 public:
     using Record = typename Kind::Record;
 
-    ListStore() = default;
-    ListStore(const ListStore&) = delete;
-    ListStore& operator=(const ListStore&) = delete;
+    ListManager() = default;
+    ListManager(const ListManager&) = delete;
+    ListManager& operator=(const ListManager&) = delete;
 
-    // Gives back the handle of a list that is open here: close keeps the list, _delete removes it with
-    // its records. A list that is not open is opened for it. After a failure the list stays open, so
-    // that the call can be made again.
+    // close releases the handle of a list and keeps the list; _delete removes the list with its records. A list that is
+    // not open is opened first. After a failure the list stays open and the call can be repeated.
     int close(int list_id) { return give_back("close", list_id, Kind::mw_close); }
     int _delete(int list_id) { return give_back("_delete", list_id, Kind::mw_delete); }
 
@@ -103,8 +104,7 @@ public:
         return result_of(under_write_lock(handle, [&] { return Kind::mw_clean(handle); }));
     }
 
-    // Replaces the destination's records by the source's. Takes no lock: the bridge holds the
-    // destination's.
+    // Replaces the destination's records with the source's. Takes no lock; the bridge holds the destination's.
     int copy(int source_id, int destination_id) {
         TAVRO_LOG_DEBUG(Kind::kTag, "%s[%s]: %s = %d %s = %d\n", Kind::kOperationPrefix, "copy", Kind::kCopyWords.first,
                         source_id, Kind::kCopyWords.second, destination_id);
@@ -139,8 +139,8 @@ public:
         return handle == 0 ? kFailed : result_of(Kind::mw_update(handle, record, kMwUpdatePlain));
     }
 
-    // Removes one record under the list's write lock. `identifier` is "list id, comma, record id"; text
-    // without a comma gives -1 and text that is no number raises std::stoi's exception.
+    // Removes one record under the list's write lock. `identifier` is "list id, comma, record id". Returns -1 for text
+    // without a comma; a part that is not a number throws std::stoi's exception.
     int removeInfo(const std::string& identifier) {
         int list_id = 0;
         int record_id = 0;
@@ -151,7 +151,7 @@ public:
         return remove_record(list_id, record_id);
     }
 
-    // The same in the list `list_id`; the list in the text does not count.
+    // The same in the list `list_id`; the list id in the text is ignored.
     int removeInfoByRecId(int list_id, const std::string& identifier) {
         int record_id = 0;
         if (!split_identifier("removeInfoByRecId", identifier, nullptr, record_id)) {
@@ -162,20 +162,20 @@ public:
     }
 
 protected:
-    // Closes every handle of the kind. The handle map is the process's, so the lists that other
-    // managers of the kind opened are closed too; they are opened again at their next use. A manager that
-    // holds something which must outlive the handles closes them itself, before.
-    ~ListStore() { clear_handles(); }
+    // Closes every handle of the kind. The handle map belongs to the process, so this also closes lists that other
+    // managers opened; they are opened again on next use. A manager with members that must outlive the handles closes
+    // them in its own destructor.
+    ~ListManager() { clear_handles(); }
 
     static int result_of(MwStatus status) { return status == kMwOk ? kDone : kFailed; }
 
-    // Traces of the handle operations: "mwdbId = 3 mwdbHandle:0x1f".
+    // Log line of a handle operation: "mwdbId = 3 mwdbHandle:0x1f".
     static void trace_handle(const char* operation, HandleMap::Key key, MwdbHandle handle) {
         TAVRO_LOG_DEBUG(Kind::kTag, "%s[%s]: %s = %d %s:0x%x\n", Kind::kClass, operation, Kind::kListWord, key,
                         Kind::kHandleWord, handle);
     }
 
-    // The trace that most operations begin with: "mwdbId = 3 ".
+    // First log line of most operations: "mwdbId = 3 ".
     static void trace_list(const char* prefix, const char* operation, int list_id) {
         TAVRO_LOG_DEBUG(Kind::kTag, "%s[%s]: %s = %d \n", prefix, operation, Kind::kListWord, list_id);
     }
@@ -201,9 +201,8 @@ protected:
         return true;
     }
 
-    // Records the handle of a list, which it opens first unless `opened`. Returns false when that
-    // fails, when there is no list or handle to record, or when the list had a handle already; a
-    // recorded handle is never replaced.
+    // Records the handle of a list, opening the list first unless `opened`. Returns false when opening fails, when list
+    // id or handle is 0, and when the list has a handle already; a recorded handle is never replaced.
     static bool record_handle(int list_id, MwdbHandle& handle, bool opened) {
         if (!opened && Kind::mw_open(HandleMap::key(list_id), 0, 0, &handle) != kMwOk) {
             return false;
@@ -216,7 +215,7 @@ protected:
         return inserted;
     }
 
-    // Forgets the handle of a list, whatever handle is given, as long as one is.
+    // Forgets the handle of a list. `handle` must not be 0 and is otherwise ignored.
     static bool forget_handle(int list_id, MwdbHandle handle) {
         const MwdbHandle* found = Kind::handles().find(list_id);
         if (found != nullptr && handle != 0) {
@@ -239,8 +238,7 @@ protected:
         return find_handle(list_id, handle) || record_handle(list_id, handle, false);
     }
 
-    // Makes one middleware call under the list's write lock. The statuses of the lock itself count for
-    // nothing: the call is made all the same.
+    // Makes one middleware call under the list's write lock. Lock errors are ignored; the call is made regardless.
     template <class Call>
     static MwStatus under_write_lock(MwdbHandle handle, Call call) {
         Kind::mw_lock(handle);
@@ -257,7 +255,7 @@ protected:
         return resolve(list_id, handle) ? result_of(call(handle)) : kFailed;
     }
 
-    // Reads the record of that id and calls `after` once the middleware has answered.
+    // Reads a record by its id, then calls `after`, also when the read failed.
     template <class After>
     static int read_record(int list_id, int record_id, Record* record, After after) {
         MwdbHandle handle = 0;
@@ -273,22 +271,22 @@ protected:
         return read_record(list_id, record_id, record, [] {});
     }
 
-    // The same with traces of what was asked and what was read, also when the read failed.
+    // The same with log lines of the ids and of the record, also when the read failed.
     static int read_record_traced(int list_id, int record_id, Record* record) {
         TAVRO_LOG_DEBUG(Kind::kTag, "%s[%s]: %s = %d recId = %d\n", Kind::kClass, "getInfo", Kind::kListWord, list_id,
                         record_id);
         return read_record(list_id, record_id, record, [&] { Kind::trace_record("getInfo", *record); });
     }
 
-    // Opens a list or else creates it. Returns false when the storage name does not fit; otherwise
-    // `status` is that of the last call made.
+    // Opens a list, or creates it when that fails. Returns false when the storage name does not fit; otherwise `status`
+    // is the status of the last call.
     static bool open_or_create(int list_id, MwdbHandle& handle, MwStatus& status) {
         const HandleMap::Key key = HandleMap::key(list_id);
         status = Kind::mw_open(key, 0, 0, &handle);
         if (status == kMwOk) {
             return true;
         }
-        // Names count from 0, ids from 1. The middleware's storage knows the lists by these names.
+        // The middleware stores lists under these names. Names count from 0, ids from 1.
         char name[Kind::kNameBytes] = {};
         const int length = Kind::format_name(name, sizeof(name), key == 0 ? 0 : key - 1);
         if (length <= 0 || length > Kind::kNameBytes) {
@@ -298,8 +296,8 @@ protected:
         return true;
     }
 
-    // Takes a record identifier apart. Returns false, with an error line, when it has no comma. Text
-    // that is no number raises std::stoi's exception to the caller. `list_id` may be null.
+    // Splits a record identifier. Returns false and logs an error when it has no comma. A part that is not a number
+    // throws std::stoi's exception. `list_id` may be null.
     static bool split_identifier(const char* operation, const std::string& identifier, int* list_id, int& record_id) {
         TAVRO_LOG_DEBUG(Kind::kTag, "[%s]: string recId = %s \n", operation, identifier.c_str());
         int list = 0;
@@ -321,7 +319,7 @@ protected:
         return true;
     }
 
-    // Trace of a record named by text: "svlId = 3, svlRecId = 17 ".
+    // Log line of the record that an identifier names: "svlId = 3, svlRecId = 17 ".
     static void trace_record_id(const char* operation, TraceWords words, int list_id, int record_id) {
         TAVRO_LOG_DEBUG(Kind::kTag, "[%s]: %s = %d, %s = %u \n", operation, words.first, list_id, words.second,
                         static_cast<unsigned int>(static_cast<typename Kind::TracedRecordId>(record_id)));
@@ -352,19 +350,18 @@ private:
     }
 };
 
-// The handle operations under the names that the service, transport stream and network list managers
-// have for them.
-template <class Store>
-class WithMwdbHandles : public Store {
+// The handle operations of the service, transport stream and network list managers.
+template <class Manager>
+class WithMwdbHandles : public Manager {
 public:
-    // The handle of an open list; false, with `mwdbHandle` as it was, when the list is not open.
-    bool getMwdbHandle(int mwdbId, unsigned int& mwdbHandle) { return Store::find_handle(mwdbId, mwdbHandle); }
-    // Records a handle, opening the list first unless `opened`; true when a new entry was made.
+    // Gets the handle of an open list. Returns false and leaves `mwdbHandle` alone when the list is not open.
+    bool getMwdbHandle(int mwdbId, unsigned int& mwdbHandle) { return Manager::find_handle(mwdbId, mwdbHandle); }
+    // Records a handle, opening the list first unless `opened`. Returns whether a new entry was made.
     bool setMwdbHandle(int mwdbId, unsigned int& mwdbHandle, bool opened) {
-        return Store::record_handle(mwdbId, mwdbHandle, opened);
+        return Manager::record_handle(mwdbId, mwdbHandle, opened);
     }
     // Forgets the handle of a list; always true.
-    bool deleteMwdbHandle(int mwdbId, unsigned int mwdbHandle) { return Store::forget_handle(mwdbId, mwdbHandle); }
+    bool deleteMwdbHandle(int mwdbId, unsigned int mwdbHandle) { return Manager::forget_handle(mwdbId, mwdbHandle); }
     // Closes every open list of the kind.
-    void clearMwdbHandle() { Store::clear_handles(); }
+    void clearMwdbHandle() { Manager::clear_handles(); }
 };
