@@ -17,7 +17,7 @@ constexpr jint kJniVersion = JNI_VERSION_1_4;
 
 #define LIST_PACKAGE "com/velotra/tv/tavro/services/channellist/"
 
-// Overloads share their Java name. The styles of the names are the Java classes' own.
+// Overloads share a Java name. The Java classes name their methods in different styles.
 const JNINativeMethod kChannelListMethods[] = {
     TAVRO_NATIVE("nativeSetup", "()I", com_velotra_tv_tavro_ch_list_native_setup),
     TAVRO_NATIVE("native_clean", "(I)I", com_velotra_tv_tavro_channellist_clean),
@@ -127,7 +127,7 @@ const JNINativeMethod kSatelliteListMethods[] = {
                  com_velotra_tv_tavro_satellitelist_remove_info_by_recId),
 };
 
-// A class, its methods, and what is said when they cannot be registered.
+// A class, its methods, and the error line when they cannot be registered.
 struct NativeTable {
     const char* path;
     const JNINativeMethod* methods;
@@ -175,8 +175,8 @@ int register_com_velotra_tv_tavro_channellist_VltTvList(JNIEnv* env) {
 jint JNI_OnLoad(JavaVM* vm, void* /*reserved*/) {
     void* env = nullptr;
     const bool attached = vm->GetEnv(&env, kJniVersion) == JNI_OK;
-    // One answer of the gate for both branches. The second line is written before registration, and so
-    // also when that fails.
+    // The gate is asked once for both branches. The second line precedes registration, so it is also written when that
+    // fails.
     const bool loggable = tavro::is_loggable(kErrorLevel);
     if (!attached) {
         if (loggable) {

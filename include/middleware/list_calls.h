@@ -1,4 +1,4 @@
-// The calls that the middleware offers alike for each of its four list kinds.
+// The middleware calls that all four list kinds have.
 #pragma once
 
 #include "middleware/types.h"
@@ -8,23 +8,23 @@
 //
 //   open         opens list `list_id`; fails when there is none. `*handle` receives the handle.
 //   create       makes and opens list `list_id` under the storage name `name`.
-//   close        gives the handle back; the list and its records stay.
-//   delete       removes the list with all its records and gives the handle back.
+//   close        releases the handle; the list and its records stay.
+//   delete       removes the list with its records and releases the handle.
 //   clean        removes all records.
-//   copy_date    replaces the records of `to` by those of `from`.
-//   fs_sync      loads the list from the file at `path`: kMwNoFile when there is none,
-//                kMwNotAListFile when it holds no list.
+//   copy_date    replaces the records of `to` with the records of `from`.
+//   fs_sync      loads the list from the file at `path`; kMwNoFile when there is none, kMwNotAListFile when it is not a
+//                list file.
 //   fs_store     writes the list to the file at `path`.
 //   lock/unlock, read_lock/read_unlock
 //                the list's lock: one writer or many readers.
-//   qry_rec_id   answers a kMwQuery... question with a record id.
+//   qry_rec_id   queries a record id: kMwQuery...
 //   add_rec      adds a record under the id that it carries; kMwRecordExists when it is taken.
 //   update_rec   replaces the record that carries the same id.
 //   del_rec      removes a record.
 //   get_rec      reads a record; `*version` receives the list's version.
 //
-// Paths and names are NUL-terminated and belong to the caller, as do records and out values. Parameters
-// without a word above are passed as constants; their names are this project's.
+// Paths and names are NUL-terminated. They belong to the caller, as do records and out values. The library passes
+// constants for the parameters that are not described here; their names are this project's.
 #define TAVRO_DECLARE_LIST_CALLS(PREFIX, RECORD)                                                                       \
     MwStatus PREFIX##_open(std::uint16_t list_id, std::uint32_t tag, std::uint32_t notify, MwdbHandle* handle);        \
     MwStatus PREFIX##_create(const char* name, std::uint16_t list_id, std::uint32_t mode, std::uint32_t growth,        \

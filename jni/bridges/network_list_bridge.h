@@ -1,5 +1,5 @@
-// The native methods of the Java class VltTvNetworkList. The rules are those of the channel list's
-// natives (channel_list_bridge.h); what differs is said here.
+// The native methods of the Java class VltTvNetworkList. The rules of channel_list_bridge.h apply; this header states
+// the differences.
 #pragma once
 
 #include <jni.h>
@@ -17,12 +17,12 @@ jint com_velotra_tv_tavro_networklist_copy(JNIEnv* env, jobject self, jint sourc
 jint com_velotra_tv_tavro_networklist_remove_info(JNIEnv* env, jobject self, jstring identifier);
 jint com_velotra_tv_tavro_networklist_remove_info_by_recId(JNIEnv* env, jobject self, jint mwdbId, jstring identifier);
 
-// One network as a VltTvNetworkInfo; null when it cannot be read. `keys` is a java.util.List of the keys
-// to fill in, or null for all.
+// One network as a VltTvNetworkInfo; null when it cannot be read. `keys` is a java.util.List of the wanted keys, or
+// null for all.
 jobject com_velotra_tv_tavro_networklist_getInfo(JNIEnv* env, jobject self, jstring identifier, jobject keys);
 
-// The networks of a list as a java.util.ArrayList of VltTvNetworkInfo, read under the list's read lock;
-// empty when there are none, null when one cannot be read.
+// The networks of a list as a java.util.ArrayList of VltTvNetworkInfo, read under the list's read lock. Empty when
+// there are none, null when one cannot be read.
 jobject com_velotra_tv_tavro_networklist_getInfoList(JNIEnv* env, jobject self, jint mwdbId, jobject keys);
 
 jint com_velotra_tv_tavro_networklist_updateInfo(JNIEnv* env, jobject self, jint mwdbId, jobject network);

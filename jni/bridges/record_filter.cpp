@@ -6,8 +6,8 @@
 
 namespace {
 
-// Reads the record that a service points at, through a manager made for this one read. A failed open
-// does not keep the read from being tried.
+// Reads the record that a service refers to, through a manager made for this one read. The read is tried even when
+// opening fails.
 template <class Manager>
 bool read_companion(int list_id, int record_id, typename Manager::Record& record) {
     Manager manager;

@@ -1,4 +1,4 @@
-// The filter of the channel list's listings.
+// The conditions of the service list's filtered reads.
 #pragma once
 
 #include "middleware/svl.h"
@@ -8,7 +8,7 @@ inline constexpr int kMatchEvery = 0;           // every service
 inline constexpr int kMatchTransportStream = 1; // the transport stream record has the wanted transport stream id
 inline constexpr int kMatchNetwork = 2;         // the network record has the wanted network id
 
-// Whether a service passes a condition; none passes one of another kind. Opens the lists that the service points at
-// when they are not open, with the channel list's storage path when it has one. A record that cannot be read does not
-// match. Afterwards all lists of that kind are closed.
+// Whether a service passes a condition; false for an unknown kind of condition. Opens the list that the service refers
+// to, from the service list's path when it has one. A record that cannot be read does not match. Closes all lists of
+// that kind afterwards.
 bool IsMatchCondition(int kind, int wanted, const _SVL_REC_T& service);

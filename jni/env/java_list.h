@@ -1,11 +1,11 @@
-// A java.util.List that came as an argument.
+// A java.util.List passed to a native.
 #pragma once
 
 #include "jni/env/jni_env.h"
 
 namespace tavro {
 
-// Looks the list's methods up and asks its size at once. A null list fails the native call (Jni::failed).
+// Looks up the list's methods and gets its size when constructed. A null list is a failed call (Jni::failed).
 class JavaList {
 public:
     enum class LookUp { kGetFirst, kSizeFirst };
@@ -18,7 +18,7 @@ public:
     }
 
     jint size() const { return size_; }
-    // The element at a position, which may be null; a local reference.
+    // The element at a position, as a local reference; may be null.
     jobject get(jint index) { return jni_.call_object(list_, get_, index); }
 
 private:

@@ -43,7 +43,7 @@ const jint* Jni::keep_int_elements(jintArray array) {
 }
 
 jbyteArray to_byte_array(JNIEnv* env, const void* bytes, std::size_t size) {
-    // The largest list is 65,535 records of 724 bytes, well inside a jsize.
+    // The largest list has 65,535 records of 724 bytes, which fits a jsize.
     const auto length = static_cast<jsize>(size);
     jbyteArray array = env->NewByteArray(length);
     if (array != nullptr) {

@@ -1,4 +1,4 @@
-// The Java environment of one native call, as the bridges and conversions use it.
+// The JNI environment of one native call.
 #pragma once
 
 #include <jni.h>
@@ -7,13 +7,12 @@
 
 namespace tavro {
 
-// Makes JNI calls until one fails. A look-up or allocation that gives null has left an exception
-// pending, and hardly any JNI call is allowed then: from that moment on every call here does nothing
-// and answers null, 0 or false, at the price of a test and of no further JNI call. So it does when it is
-// handed a null class, object, method or field to work on.
+// Makes JNI calls until one fails. After a look-up or allocation that returned null an exception is pending, and JNI
+// allows hardly any call. From then on every call here does nothing and returns null, 0 or false. A null class, object,
+// method or field passed to a call counts as a failure too. The success path costs one branch and no extra JNI call.
 //
-// An exception that a called Java method throws is not noticed: asking for it would be a JNI call more
-// on every good path, and the calls on those paths are contract.
+// Exceptions thrown by Java callees are not checked: ExceptionCheck would add a JNI call to the success path, whose
+// call sequence is part of the contract.
 class Jni {
 public:
     explicit Jni(JNIEnv* env) : env_(env) {}
@@ -22,18 +21,17 @@ public:
 
     JNIEnv* env() const { return env_; }
 
-    // Whether a call has failed; mostly with a Java exception pending.
+    // Whether a call has failed. A Java exception is pending, unless the failure was a null object.
     bool failed() const { return failed_; }
 
-    // References that these return are local; see LocalRef for those that must not wait for the native call's
-    // end.
+    // These return local references. LocalRef deletes one before the native returns.
     jclass find_class(const char* path);
     jclass class_of(jobject object); // null for a null object
     jmethodID method(jclass cls, const char* name, const char* signature);
     jfieldID field(jclass cls, const char* name, const char* descriptor);
     jstring new_string(const char* text);
 
-    // A local reference may be given back also when a call has failed.
+    // Allowed after a failed call, too.
     void delete_local(jobject reference) {
         if (reference != nullptr) {
             env_->DeleteLocalRef(reference);
@@ -70,15 +68,15 @@ public:
         return usable(object, field) ? env_->GetObjectField(object, field) : nullptr;
     }
 
-    // The text of a string as modified UTF-8, with an error line when it is empty. Empty when there is no
-    // string or the platform returns no characters; without a line when a call had failed before.
+    // The text of a string as modified UTF-8. Empty, with an error line, for an empty or null string and when the
+    // platform returns no characters. Empty without a line after a failed call.
     std::string text(jstring text);
 
-    // The modified UTF-8 characters of a string, deliberately never released unless a UtfChars does it. Null
-    // when there is no string or the platform has no memory for them.
+    // The modified UTF-8 characters of a string. Deliberate: never released, unless UtfChars holds them. Null for a
+    // null string and when the platform has no memory.
     const char* keep_utf_chars(jstring text);
 
-    // The elements of an array, deliberately never released. Null as above.
+    // The elements of an array. Deliberate: never released. Null as above.
     const jint* keep_int_elements(jintArray array);
 
     // An element of an object array, which may be null; the array may not.
@@ -102,11 +100,9 @@ private:
     bool failed_ = false;
 };
 
-// A local reference, given back at the end of the scope. Whatever a native takes for one element of a list
-// or one record of a walk is held by one of these, so that the number of live references does not grow with
-// the list: a virtual machine's table of them may have 512 places. The few that stay on purpose are listed in
-// docs/architecture.md, "What is deliberately not
-// released".
+// A local reference, deleted at the end of the scope. Natives hold with it everything that they get for one element of
+// a list or one record, so that the number of live references does not grow with the list; a JVM may allow only 512.
+// The exceptions are listed in docs/architecture.md, "What is deliberately not released".
 template <class Reference>
 class LocalRef {
 public:
@@ -122,8 +118,8 @@ private:
     Reference reference_;
 };
 
-// The modified UTF-8 characters of a string, released at the end of the scope. Empty when there is no
-// string or the platform returns none.
+// The modified UTF-8 characters of a string, released at the end of the scope. Empty for a null string and when the
+// platform returns no characters.
 class UtfChars {
 public:
     UtfChars(Jni& jni, jstring text) : env_(jni.env()), text_(text), chars_(jni.keep_utf_chars(text)) {}
@@ -146,12 +142,10 @@ private:
     const char* chars_;
 };
 
-// A Java byte array holding `size` bytes from `bytes`. Null, with an exception pending, when there is
-// no memory for it.
+// A new Java byte array with `size` bytes from `bytes`. Null, with an exception pending, when there is no memory.
 jbyteArray to_byte_array(JNIEnv* env, const void* bytes, std::size_t size);
 
 } // namespace tavro
 
-// The text of a Java string; see Jni::text. An exception is pending when the platform returned no
-// characters.
+// The text of a Java string; see Jni::text. An exception is pending when the platform returned no characters.
 std::string jstr2str(JNIEnv* env, jstring text);

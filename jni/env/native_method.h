@@ -7,8 +7,8 @@ namespace tavro {
 
 namespace signature {
 
-// Skips one type of a JNI signature when it is the one that T stands for; null otherwise. Objects of
-// classes that jni.h has no type for (lists, record objects) are jobject.
+// Skips one type of a JNI signature if it matches T; returns null otherwise. jobject matches every class that jni.h has
+// no type for (lists, record objects).
 template <class T>
 constexpr const char* skip(const char* at);
 
@@ -51,7 +51,7 @@ constexpr const char* skip<jobject>(const char* at) {
 
 } // namespace signature
 
-// Whether a JNI signature is that of an instance method implemented by a function of this type.
+// Whether a function of this type implements an instance method with that JNI signature.
 template <class Result, class... Arguments>
 constexpr bool fits(Result (*)(JNIEnv*, jobject, Arguments...), const char* text) {
     const char* at = signature::skip_text(text, "(");
@@ -70,9 +70,8 @@ struct NativeFunction {
 
 } // namespace tavro
 
-// One row: Java method name, JNI signature, function. The check is a template argument, which no code is
-// made for, so that compilers put tables of rows among the constant data. jni.h declares the texts as char*
-// on some platforms and const char* on others, and never writes to them.
+// One row: Java method name, JNI signature, function. The check is a template argument and generates no code, so that
+// tables of rows are constant data. Some platforms' jni.h declares the texts as char*; JNI never writes to them.
 #define TAVRO_NATIVE(NAME, SIGNATURE, FUNCTION)                                                                        \
     JNINativeMethod {                                                                                                  \
         const_cast<char*>(NAME), const_cast<char*>(SIGNATURE),                                                         \

@@ -53,7 +53,7 @@ bool parse_identifier(Jni& jni, jstring identifier, int& list_id, int& record_id
     }
     std::string text;
     {
-        // Nothing is written of an identifier that can be parsed, so that only others are copied.
+        // Only an identifier that cannot be parsed is copied, for its log lines.
         const UtfChars chars(jni, identifier);
         if (take_apart(chars.c_str(), list_id, record_id)) {
             return true;

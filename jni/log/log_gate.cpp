@@ -30,8 +30,7 @@ constexpr int threshold(char first) {
     }
 }
 
-// `length` is that of the property's name. Inlined into both entries, so that the one with the library's own
-// property knows it.
+// `length` is the length of the property's name. Inline, so that it is a constant for the library's own property.
 inline bool passes(int level, const char* property, std::size_t length) {
     char value[PROPERTY_VALUE_MAX] = {};
     property_get(property, value, "");
@@ -45,8 +44,8 @@ inline bool passes(int level, const char* property, std::size_t length) {
             std::free(fallback);
         }
     }
-    // An empty value has the terminator as its first character, which no threshold knows. The signed
-    // comparison lets the highest level through whatever the property says.
+    // An empty value starts with its terminator, which no threshold matches. Deliberate: the comparison is signed, so
+    // that the highest level always passes.
     return threshold(value[0]) <= level;
 }
 

@@ -1,4 +1,4 @@
-// The gate that every log line passes, and the two kinds of line that the library writes.
+// The log gate, and the two kinds of line that the library writes.
 #pragma once
 
 #include <android/log.h>
@@ -6,14 +6,14 @@
 // The system property that holds the wanted verbosity; "persist." in front of it names the fallback.
 inline constexpr char kLogLevelProperty[] = "vendor.vlt.broadcast.log.level";
 
-// Returns 1 when a line of `level` may be written and 0 otherwise. Levels are 1 verbose, 2 debug,
-// 3 info, 4 warning, 5 error: one below the platform's priorities. The property is read afresh at
-// every call, so that the verbosity of a running TV can be changed.
+// Returns 1 when a line of `level` may be written, else 0. Levels are 1 verbose, 2 debug, 3 info, 4 warning, 5 error:
+// one below the platform's priorities. Reads the property at every call, so that the verbosity of a running TV can
+// change.
 unsigned int __velotra_log_is_loggable(int level, const char* property);
 
 namespace tavro {
 
-// The same for kLogLevelProperty, which every line of the library asks for.
+// The same for kLogLevelProperty, which all lines of the library use.
 bool is_loggable(int level);
 
 } // namespace tavro
@@ -24,11 +24,10 @@ inline constexpr int kErrorPriority = 6;
 inline constexpr int kDebugLevel = 2;
 inline constexpr int kDebugPriority = 3;
 
-// Two arguments for "%.*s": text in an array of a record, which the middleware may have left without a NUL.
+// Two arguments for "%.*s": a text field of a record, which may lack its NUL.
 #define TAVRO_BOUNDED(ARRAY) static_cast<int>(sizeof(ARRAY)), ARRAY
 
-// Macros, because the arguments must be evaluated only when the gate is open and the format must
-// be a literal that the compiler checks.
+// Macros, so that arguments are evaluated only when the gate is open and the compiler checks the format.
 #define TAVRO_LOG_LINE(level, priority, tag, ...)                                                                      \
     do {                                                                                                               \
         if (tavro::is_loggable(level)) {                                                                               \

@@ -1,6 +1,5 @@
-// Conversion of Java channel objects (VltTvChannelInfoBase) into service records. Only values whose
-// key the object carries are copied; every other byte stays. A class, method or field that the object
-// lacks ends the conversion there, with the platform's exception pending (see Jni::failed).
+// Conversion of Java channel objects (VltTvChannelInfoBase) into service records. Only values whose key is set are put;
+// all other bytes stay. A missing class, method or field ends the conversion with an exception pending (Jni::failed).
 #pragma once
 
 #include "jni/records/record_object.h"
@@ -13,6 +12,6 @@ inline constexpr char kChannelContainsKey[] =
 // The common header.
 void _set_header_info(tavro::RecordObject& object, _SVL_REC_HEADER_T& header);
 
-// The specific part of a DVB service and of a DTMB service.
+// The specific parts of DVB and DTMB services.
 void _set_dvb_info(tavro::RecordObject& object, _SVL_DVB_T& dvb);
 void _set_dtmb_info(tavro::RecordObject& object, _SVL_DTMB_T& dtmb);

@@ -14,10 +14,9 @@ inline constexpr char kNetworkContainsKey[] =
 // Key of the record identifier.
 inline constexpr char kNetworkIdKey[] = "NwlIdNwlRecId";
 
-// Java to record: the values whose key the object carries. The object's isContainsKey must have been
-// looked up.
+// Java to record: the values whose key is set. The object's isContainsKey must have been looked up.
 void set_network_info(tavro::RecordObject& object, _NWL_REC_T& record);
 
-// Record to Java: every value, or the one that `key` names. Setters are looked up on `base_class`.
+// Record to Java: all values, or the value of `key`. Setters are looked up on `base_class`.
 void _get_networklist_data(tavro::Jni& jni, jclass base_class, jobject base, const _NWL_REC_T& record);
 void _get_nwl_info(tavro::Jni& jni, jclass base_class, jobject base, const char* key, const _NWL_REC_T& record);

@@ -1,4 +1,4 @@
-// A Java record object, asked key by key which of its values are set.
+// A Java record object: a bag of values that are set or not, each under a key.
 #pragma once
 
 #include "jni/env/jni_env.h"
@@ -7,20 +7,18 @@
 
 namespace tavro {
 
-// A Java record object. It answers isContainsKey(object, key) for every value that was set; values are
-// read from its fields by name. Nothing is cached but the method id, for as long as the caller says:
-// every conversion looks it up anew.
+// A Java record object. isContainsKey(object, key) says whether a value was set; values are read from fields by name.
+// Only isContainsKey's method id is kept, and only until the next look_up_contains_key().
 class RecordObject {
 public:
-    // `cls` is the class that methods and fields are looked up on. `contains_key_signature` is that of
-    // the record kind's isContainsKey.
+    // Methods and fields are looked up on `cls`; `contains_key_signature` is the signature of isContainsKey.
     RecordObject(Jni& jni, jclass cls, jobject object, const char* contains_key_signature)
         : RecordObject(jni, cls, cls, object, contains_key_signature) {}
-    // The same with fields looked up on a class of their own.
+    // The same, with fields looked up on `field_class`.
     RecordObject(Jni& jni, jclass method_class, jclass field_class, jobject object, const char* contains_key_signature)
         : jni_(jni), method_class_(method_class), field_class_(field_class), object_(object),
           contains_key_signature_(contains_key_signature) {}
-    // The same with isContainsKey looked up before.
+    // The same, with isContainsKey looked up already.
     RecordObject(Jni& jni, jclass cls, jobject object, jmethodID contains_key)
         : jni_(jni), method_class_(cls), field_class_(cls), object_(object), contains_key_signature_(nullptr),
           contains_key_(contains_key) {}
@@ -29,12 +27,12 @@ public:
 
     Jni& jni() { return jni_; }
 
-    // Looks isContainsKey up. Until then, and when it is missing, no key is present.
+    // Looks up isContainsKey. Before that, and when it is missing, no key is present.
     void look_up_contains_key() {
         contains_key_ = jni_.method(method_class_, "isContainsKey", contains_key_signature_);
     }
 
-    // The value of a field. Nothing when the class has no such field; an exception is pending then.
+    // The value of a field. Nothing, with an exception pending, when the class has no such field.
     std::optional<jint> int_field(const char* name) {
         const jint value = jni_.int_value(object_, jni_.field(field_class_, name, "I"));
         return jni_.failed() ? std::nullopt : std::optional<jint>(value);
@@ -60,7 +58,7 @@ private:
     jmethodID contains_key_ = nullptr; // null until looked up
 };
 
-// One key put to a record object. The key's Java string lives as long as this.
+// Asks a record object for one key. Holds the key's Java string until the end of the scope.
 class Key {
 public:
     Key(RecordObject& object, const char* name)
@@ -76,7 +74,7 @@ public:
 
     bool present() const { return present_; }
 
-    // Leaves the key's local reference to the end of the native call.
+    // Keeps the key's local reference until the native returns.
     void keep_reference() { kept_ = true; }
 
 private:

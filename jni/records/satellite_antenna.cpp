@@ -21,7 +21,7 @@ constexpr SwitchModes kSecondExtended = {kToneBurstOnly, 0, 5};
 
 struct Antenna {
     std::uint32_t lnb_kind;
-    const SwitchModes* modes; // null: those of the record stay
+    const SwitchModes* modes; // null: the record's modes stay
 };
 
 // By Java antenna type.

@@ -1,4 +1,4 @@
-// What antenna types and switch positions, as the Java side has them, mean to a satellite record.
+// Java antenna types and switch positions in satellite records.
 #pragma once
 
 #include "middleware/satl.h"
@@ -9,25 +9,24 @@
 
 namespace tavro {
 
-// Bits of _SATL_REC_T::ui4_mask that belong to this library.
+// The bits of _SATL_REC_T::ui4_mask that the library uses.
 inline constexpr std::uint32_t kLnbSignalDetected = 0x00020;
 inline constexpr std::uint32_t kSatelliteEnabled = 0x02000;
 inline constexpr std::uint32_t kLnbUniversal = 0x04000;
 inline constexpr std::uint32_t kLnbSingleCable = 0x08000;
-inline constexpr std::uint32_t kLnbSingleCableJess = 0x10000; // the extended, second generation
+inline constexpr std::uint32_t kLnbSingleCableJess = 0x10000; // second generation of single cable
 inline constexpr std::uint32_t kLnbKind = kLnbUniversal | kLnbSingleCable | kLnbSingleCableJess;
 
-// Makes the antenna that of a Java antenna type, 0 to 6; another type changes nothing.
+// Applies a Java antenna type (0-6) to the record; other values are ignored.
 void set_antenna_type(_SATL_REC_T& record, jint type);
 
-// The Java antenna type of a record; nothing when it has no LNB kind.
+// The Java antenna type of a record; nothing when the record has no LNB kind.
 std::optional<jint> antenna_type(const _SATL_REC_T& record);
 
-// Sets the committed switch port (positions 0 to 3) or the tone burst (5 and 6); any other position means
-// neither.
+// Sets the committed switch port (positions 0-3) or the tone burst (5 and 6). Any other position clears both.
 void set_diseqc_position(_TUNER_DISEQC_INFO_T& diseqc, jint position);
 
-// The Java position of a dish-control block; 255 when its switch has none.
+// The Java position of a dish-control block; 255 when it has none.
 jint diseqc_position(const _TUNER_DISEQC_INFO_T& diseqc);
 
 } // namespace tavro
