@@ -17,6 +17,8 @@
 
 #include <string>
 
+namespace tavro {
+
 template <class Kind>
 class CompanionListManager : public ListManager<Kind> {
     using Base = ListManager<Kind>;
@@ -166,3 +168,5 @@ protected:
         return number;
     }
 };
+
+} // namespace tavro

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <map>
 
+namespace tavro {
+
 // Ordered map from 16-bit list id to handle. The process has one per list kind, shared by all managers of the kind. It
 // is created on first use, so that no code runs when the library is loaded. It is destroyed when the process exits;
 // that closes no handle. It is not guarded: the bridge serializes the natives that open and delete service lists, and
@@ -37,3 +39,8 @@ public:
 private:
     std::map<Key, MwdbHandle> handles_;
 };
+
+} // namespace tavro
+
+// TEMPORARY-USING
+using tavro::HandleMap;

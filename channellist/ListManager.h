@@ -35,6 +35,8 @@
 #include <string>
 #include <string_view>
 
+namespace tavro {
+
 // What the operations return.
 inline constexpr int kDone = 0;
 inline constexpr int kFailed = -22;
@@ -365,3 +367,9 @@ public:
     // Closes every open list of the kind.
     void clearMwdbHandle() { Manager::clear_handles(); }
 };
+
+} // namespace tavro
+
+// TEMPORARY-USING
+using tavro::kDone;
+using tavro::kFailed;

@@ -2,6 +2,8 @@
 
 #include "middleware/files.h"
 
+namespace tavro {
+
 HandleMap& SvlKind::handles() {
     static HandleMap m_mwdbIdHandleMap;
     return m_mwdbIdHandleMap;
@@ -25,6 +27,10 @@ void SvlKind::trace_record(const char* operation, const _SVL_REC_T& record) {
     TAVRO_LOG_DEBUG(kTag, "%s[%s]:rec_id:%d ui2_prog_id:%d ac_name:%.*s\n", kClass, operation, record.ui2_svl_rec_id,
                     record.t_header.ui2_svc_id, TAVRO_BOUNDED(record.t_header.ac_name));
 }
+
+} // namespace tavro
+
+using namespace tavro;
 
 int NativeVltTvChannelList::open(int mwdbId) {
     trace_list("open", mwdbId);

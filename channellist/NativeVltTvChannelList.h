@@ -8,6 +8,8 @@
 #include <string>
 #include <utility>
 
+namespace tavro {
+
 // The traits of service lists.
 struct SvlKind : MwdbWords {
     using Record = _SVL_REC_T;
@@ -33,9 +35,11 @@ struct SvlKind : MwdbWords {
     }
 };
 
+} // namespace tavro
+
 // Manager of the service lists. Only the low 16 bits of a list id count, and 0 means no list. Unless stated otherwise,
 // an operation opens a list that is not open and returns 0, or -22 for every failure. Not thread-safe: see HandleMap.
-class NativeVltTvChannelList : public WithMwdbHandles<ListManager<SvlKind>> {
+class NativeVltTvChannelList : public tavro::WithMwdbHandles<tavro::ListManager<tavro::SvlKind>> {
 public:
     NativeVltTvChannelList() = default;
     // Closes the handles before the path is released.
@@ -52,10 +56,10 @@ public:
     unsigned int openTmp(int mwdbId);
     int closeTmp(unsigned int mwdbHandle);
 
-    int lockSvl(int mwdbId) { return call_on_list(mwdbId, SvlKind::mw_lock); }
-    int unLockSvl(int mwdbId) { return call_on_list(mwdbId, SvlKind::mw_unlock); }
-    int readLockSvl(unsigned int mwdbHandle) { return result_of(SvlKind::mw_read_lock(mwdbHandle)); }
-    int unReadLockSvl(unsigned int mwdbHandle) { return result_of(SvlKind::mw_read_unlock(mwdbHandle)); }
+    int lockSvl(int mwdbId) { return call_on_list(mwdbId, tavro::SvlKind::mw_lock); }
+    int unLockSvl(int mwdbId) { return call_on_list(mwdbId, tavro::SvlKind::mw_unlock); }
+    int readLockSvl(unsigned int mwdbHandle) { return result_of(tavro::SvlKind::mw_read_lock(mwdbHandle)); }
+    int unReadLockSvl(unsigned int mwdbHandle) { return result_of(tavro::SvlKind::mw_read_unlock(mwdbHandle)); }
 
     // Adds a record under the next free record id and writes the id into it.
     int addInfo(int mwdbId, _SVL_REC_T* rec);
@@ -67,28 +71,33 @@ public:
     // Read by position, and count, on a handle that the caller holds. `tsKey1` and `tsKey2` are the list id and record
     // id of a transport stream. A count is 0 on failure.
     int getInfoByIdx(int idx, unsigned int mwdbHandle, int* version, _SVL_REC_T* rec) {
-        return mwdbHandle == 0 ? kFailed
-                               : result_of(x_svl_get_rec_by_brdcst_type(mwdbHandle, kMwEveryBroadcastType,
-                                                                        kMwEveryNetworkMask, low16(idx), rec, version));
+        return mwdbHandle == 0 ? tavro::kFailed
+                               : result_of(x_svl_get_rec_by_brdcst_type(mwdbHandle, tavro::kMwEveryBroadcastType,
+                                                                        tavro::kMwEveryNetworkMask, tavro::low16(idx),
+                                                                        rec, version));
     }
     int getInfoByIdx(int tsKey1, int tsKey2, int idx, unsigned int mwdbHandle, int* version, _SVL_REC_T* rec) {
-        return mwdbHandle == 0 ? kFailed
-                               : result_of(x_svl_get_rec_by_ts(mwdbHandle, low16(tsKey1), low16(tsKey2),
-                                                               kMwEveryNetworkMask, low16(idx), rec, version));
+        return mwdbHandle == 0
+                   ? tavro::kFailed
+                   : result_of(x_svl_get_rec_by_ts(mwdbHandle, tavro::low16(tsKey1), tavro::low16(tsKey2),
+                                                   tavro::kMwEveryNetworkMask, tavro::low16(idx), rec, version));
     }
     int getInfoListNum(unsigned int mwdbHandle);
     int getInfoListNum(unsigned int mwdbHandle, int tsKey1, int tsKey2);
 
     // Placeholders of the interface.
-    int getInfoList(int /*mwdbId*/) { return kDone; }
-    int updateInfoList(int /*mwdbId*/) { return kFailed; }
+    int getInfoList(int /*mwdbId*/) { return tavro::kDone; }
+    int updateInfoList(int /*mwdbId*/) { return tavro::kFailed; }
 
     // The path of the last open or setPath; empty before.
     std::string getPath() const { return path; }
     void setPath(std::string newPath) { path = std::move(newPath); }
 
 private:
-    void seed_from_cache(int mwdbId, MwdbHandle handle, const std::string& listPath);
+    void seed_from_cache(int mwdbId, tavro::MwdbHandle handle, const std::string& listPath);
 
     std::string path;
 };
+
+// TEMPORARY-USING
+using tavro::SvlKind;

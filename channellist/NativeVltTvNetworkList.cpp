@@ -1,5 +1,7 @@
 #include "channellist/NativeVltTvNetworkList.h"
 
+namespace tavro {
+
 HandleMap& NwlKind::handles() {
     static HandleMap m_nwlHandleMap;
     return m_nwlHandleMap;
@@ -19,6 +21,10 @@ void NwlKind::trace_added(const char* operation, const _NWL_REC_T& record) {
 }
 
 void NwlKind::trace_add_failed() { TAVRO_LOG_DEBUG(kTag, "[%s]: x_nwl_add_rec fail \n", "addInfo"); }
+
+} // namespace tavro
+
+using namespace tavro;
 
 int NativeVltTvNetworkList::getInfoList(int mwdbId) {
     TAVRO_LOG_DEBUG(NwlKind::kTag, "%s[%s]: mwdbId = %d\n", NwlKind::kClass, "getInfoList", mwdbId);

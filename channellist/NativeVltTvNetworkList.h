@@ -6,6 +6,8 @@
 
 #include <string>
 
+namespace tavro {
+
 // The traits of network lists.
 struct NwlKind : MwdbWords {
     using Record = _NWL_REC_T;
@@ -41,13 +43,15 @@ struct NwlKind : MwdbWords {
     static void trace_add_failed();
 };
 
+} // namespace tavro
+
 // Manager of the network lists; see NativeVltTvChannelList for the rules that all managers keep.
-class NativeVltTvNetworkList : public WithMwdbHandles<CompanionListManager<NwlKind>> {
+class NativeVltTvNetworkList : public tavro::WithMwdbHandles<tavro::CompanionListManager<tavro::NwlKind>> {
 public:
-    int lockNwl(int mwdbId) { return call_on_list(mwdbId, NwlKind::mw_lock); }
-    int unLockNwl(int mwdbId) { return call_on_list(mwdbId, NwlKind::mw_unlock); }
-    int readLockNwl(int mwdbId) { return call_on_list(mwdbId, NwlKind::mw_read_lock); }
-    int readUnLockNwl(int mwdbId) { return call_on_list(mwdbId, NwlKind::mw_read_unlock); }
+    int lockNwl(int mwdbId) { return call_on_list(mwdbId, tavro::NwlKind::mw_lock); }
+    int unLockNwl(int mwdbId) { return call_on_list(mwdbId, tavro::NwlKind::mw_unlock); }
+    int readLockNwl(int mwdbId) { return call_on_list(mwdbId, tavro::NwlKind::mw_read_lock); }
+    int readUnLockNwl(int mwdbId) { return call_on_list(mwdbId, tavro::NwlKind::mw_read_unlock); }
 
     int getInfo(int mwdbId, int recId, _NWL_REC_T* rec) { return read_record_traced(mwdbId, recId, rec); }
 
@@ -55,3 +59,6 @@ public:
     int getInfoList(int mwdbId);
     int updateInfoList(int mwdbId);
 };
+
+// TEMPORARY-USING
+using tavro::NwlKind;

@@ -1,5 +1,7 @@
 #include "channellist/NativeVltTvSatelliteList.h"
 
+namespace tavro {
+
 HandleMap& SatlKind::handles() {
     static HandleMap m_satIdHandleMap;
     return m_satIdHandleMap;
@@ -14,6 +16,10 @@ void SatlKind::trace_added(const char* operation, const _SATL_REC_T& record) {
 }
 
 void SatlKind::trace_add_failed() { TAVRO_LOG_DEBUG(kTag, "[%s]: x_satl_add_rec fail \n", "addInfo"); }
+
+} // namespace tavro
+
+using namespace tavro;
 
 int NativeVltTvSatelliteList::getInfo(const std::string& recId, _SATL_REC_T* rec) {
     int list_id = 0;

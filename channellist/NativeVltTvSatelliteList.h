@@ -6,6 +6,8 @@
 
 #include <string>
 
+namespace tavro {
+
 // The traits of satellite lists. Their log lines use their own wording, carry the class name only for handle and
 // by-index operations, and never print a record.
 struct SatlKind {
@@ -49,8 +51,10 @@ struct SatlKind {
     static void trace_add_failed();
 };
 
+} // namespace tavro
+
 // Manager of the satellite lists; see NativeVltTvChannelList for the rules that all managers keep.
-class NativeVltTvSatelliteList : public CompanionListManager<SatlKind> {
+class NativeVltTvSatelliteList : public tavro::CompanionListManager<tavro::SatlKind> {
 public:
     // Gets the handle of an open list. Returns false and leaves `satHandle` alone when the list is not open.
     bool getSatHandle(int satId, unsigned int* satHandle) { return find_handle(satId, *satHandle); }
@@ -63,12 +67,15 @@ public:
     // Closes every open satellite list.
     void clearSatHandle() { clear_handles(); }
 
-    int lockSatl(int satId) { return call_on_list(satId, SatlKind::mw_lock); }
-    int unLockSatl(int satId) { return call_on_list(satId, SatlKind::mw_unlock); }
-    int readLockSatl(int satId) { return call_on_list(satId, SatlKind::mw_read_lock); }
-    int readUnLockSatl(int satId) { return call_on_list(satId, SatlKind::mw_read_unlock); }
+    int lockSatl(int satId) { return call_on_list(satId, tavro::SatlKind::mw_lock); }
+    int unLockSatl(int satId) { return call_on_list(satId, tavro::SatlKind::mw_unlock); }
+    int readLockSatl(int satId) { return call_on_list(satId, tavro::SatlKind::mw_read_lock); }
+    int readUnLockSatl(int satId) { return call_on_list(satId, tavro::SatlKind::mw_read_unlock); }
 
     // Reads the record that `recId` names: "list id, comma, record id". Returns -1 for text without a comma; a part
     // that is not a number throws std::stoi's exception.
     int getInfo(const std::string& recId, _SATL_REC_T* rec);
 };
+
+// TEMPORARY-USING
+using tavro::SatlKind;

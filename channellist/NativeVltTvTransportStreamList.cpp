@@ -1,5 +1,7 @@
 #include "channellist/NativeVltTvTransportStreamList.h"
 
+namespace tavro {
+
 HandleMap& TslKind::handles() {
     static HandleMap m_tslHandleMap;
     return m_tslHandleMap;
@@ -28,6 +30,10 @@ void TslKind::trace_added(const char* operation, const _TSL_REC_T& record) {
 }
 
 void TslKind::trace_add_failed() { TAVRO_LOG_DEBUG(kTag, "[%s]: x_tsl_add_rec fail \n", "addInfo"); }
+
+} // namespace tavro
+
+using namespace tavro;
 
 int NativeVltTvTransportStreamList::getInfoByIdxBySatellite(int mwdbId, int satlId, int satKey, int idx, int* version,
                                                             _TSL_REC_T* rec) {

@@ -6,6 +6,8 @@
 
 #include <string>
 
+namespace tavro {
+
 // The traits of transport stream lists.
 struct TslKind : MwdbWords {
     using Record = _TSL_REC_T;
@@ -41,14 +43,16 @@ struct TslKind : MwdbWords {
     static void trace_add_failed();
 };
 
+} // namespace tavro
+
 // Manager of the transport stream lists; see NativeVltTvChannelList for the rules that all managers
 // keep.
-class NativeVltTvTransportStreamList : public WithMwdbHandles<CompanionListManager<TslKind>> {
+class NativeVltTvTransportStreamList : public tavro::WithMwdbHandles<tavro::CompanionListManager<tavro::TslKind>> {
 public:
-    int lockTsl(int mwdbId) { return call_on_list(mwdbId, TslKind::mw_lock); }
-    int unLockTsl(int mwdbId) { return call_on_list(mwdbId, TslKind::mw_unlock); }
-    int readLockTsl(int mwdbId) { return call_on_list(mwdbId, TslKind::mw_read_lock); }
-    int readUnLockTsl(int mwdbId) { return call_on_list(mwdbId, TslKind::mw_read_unlock); }
+    int lockTsl(int mwdbId) { return call_on_list(mwdbId, tavro::TslKind::mw_lock); }
+    int unLockTsl(int mwdbId) { return call_on_list(mwdbId, tavro::TslKind::mw_unlock); }
+    int readLockTsl(int mwdbId) { return call_on_list(mwdbId, tavro::TslKind::mw_read_lock); }
+    int readUnLockTsl(int mwdbId) { return call_on_list(mwdbId, tavro::TslKind::mw_read_unlock); }
 
     int getInfo(int mwdbId, int recId, _TSL_REC_T* rec) { return read_record(mwdbId, recId, rec); }
 
@@ -57,6 +61,9 @@ public:
     int getInfoListNumBySatellite(int mwdbId, int satlId, int satKey);
 
     // Placeholders of the interface.
-    int getInfoList(int /*mwdbId*/) { return kDone; }
+    int getInfoList(int /*mwdbId*/) { return tavro::kDone; }
     int updateInfoList(int mwdbId);
 };
+
+// TEMPORARY-USING
+using tavro::TslKind;

@@ -10,6 +10,8 @@
 
 #include <iterator>
 
+using namespace tavro;
+
 namespace {
 
 constexpr char kLoadTag[] = "Tavro_onLoad_channellist";
@@ -177,7 +179,7 @@ jint JNI_OnLoad(JavaVM* vm, void* /*reserved*/) {
     const bool attached = vm->GetEnv(&env, kJniVersion) == JNI_OK;
     // The gate is asked once for both branches. The second line precedes registration, so it is also written when that
     // fails.
-    const bool loggable = tavro::is_loggable(kErrorLevel);
+    const bool loggable = is_loggable(kErrorLevel);
     if (!attached) {
         if (loggable) {
             __android_log_print(kErrorPriority, kLoadTag, "ERROR: GetEnv failed\n");

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+namespace tavro {
+
 // Removes the digits at the front of a text and stores their number. Returns false and leaves the text alone unless
 // there are one to nine of them, which always fit an int.
 inline bool take_digits(std::string_view& text, int& number) {
@@ -50,3 +52,5 @@ inline bool take_apart(std::string_view identifier, int& list_id, int& record_id
     record_id = record;
     return true;
 }
+
+} // namespace tavro

@@ -7,12 +7,12 @@
 
 extern "C" {
 // Prepares the file at `path` for raw access; its content stays.
-MwStatus fs_raw_init(std::uint32_t drive, const char* path);
+tavro::MwStatus fs_raw_init(std::uint32_t drive, const char* path);
 // Returns 0 when there is a file at `path`; the three words describe it.
-MwStatus fs_raw_qry_fpath(std::uint32_t drive, const char* path, std::uint32_t* word1, std::uint32_t* word2,
-                          std::uint32_t* word3);
+tavro::MwStatus fs_raw_qry_fpath(std::uint32_t drive, const char* path, std::uint32_t* word1, std::uint32_t* word2,
+                                 std::uint32_t* word3);
 // Copies the file at `from` to `to`, replacing it.
-MwStatus fs_raw_copy(std::uint32_t from_drive, const char* from, std::uint32_t to_drive, const char* to);
+tavro::MwStatus fs_raw_copy(std::uint32_t from_drive, const char* from, std::uint32_t to_drive, const char* to);
 // Removes the file at `path`.
-MwStatus x_fm_delete_file(std::uint32_t drive, const char* path);
+tavro::MwStatus x_fm_delete_file(std::uint32_t drive, const char* path);
 }

@@ -26,21 +26,24 @@
 // Paths and names are NUL-terminated. They belong to the caller, as do records and out values. The library passes
 // constants for the parameters that are not described here; their names are this project's.
 #define TAVRO_DECLARE_LIST_CALLS(PREFIX, RECORD)                                                                       \
-    MwStatus PREFIX##_open(std::uint16_t list_id, std::uint32_t tag, std::uint32_t notify, MwdbHandle* handle);        \
-    MwStatus PREFIX##_create(const char* name, std::uint16_t list_id, std::uint32_t mode, std::uint32_t growth,        \
-                             std::uint32_t tag, std::uint32_t notify, MwdbHandle* handle);                             \
-    MwStatus PREFIX##_close(MwdbHandle handle);                                                                        \
-    MwStatus PREFIX##_delete(MwdbHandle handle);                                                                       \
-    MwStatus PREFIX##_clean(MwdbHandle handle);                                                                        \
-    MwStatus PREFIX##_copy_date(MwdbHandle from, MwdbHandle to);                                                       \
-    MwStatus PREFIX##_fs_sync(MwdbHandle handle, std::uint32_t drive, const char* path, std::uint16_t list_id);        \
-    MwStatus PREFIX##_fs_store(MwdbHandle handle, const char* path, std::uint16_t list_id);                            \
-    MwStatus PREFIX##_lock(MwdbHandle handle);                                                                         \
-    MwStatus PREFIX##_unlock(MwdbHandle handle);                                                                       \
-    MwStatus PREFIX##_read_lock(MwdbHandle handle);                                                                    \
-    MwStatus PREFIX##_read_unlock(MwdbHandle handle);                                                                  \
-    MwStatus PREFIX##_qry_rec_id(MwdbHandle handle, std::uint32_t query, std::uint16_t* record_id);                    \
-    MwStatus PREFIX##_add_rec(MwdbHandle handle, RECORD* record);                                                      \
-    MwStatus PREFIX##_update_rec(MwdbHandle handle, RECORD* record, std::uint32_t flag);                               \
-    MwStatus PREFIX##_del_rec(MwdbHandle handle, std::uint16_t record_id);                                             \
-    MwStatus PREFIX##_get_rec(MwdbHandle handle, std::uint16_t record_id, RECORD* record, std::int32_t* version)
+    tavro::MwStatus PREFIX##_open(std::uint16_t list_id, std::uint32_t tag, std::uint32_t notify,                      \
+                                  tavro::MwdbHandle* handle);                                                          \
+    tavro::MwStatus PREFIX##_create(const char* name, std::uint16_t list_id, std::uint32_t mode, std::uint32_t growth, \
+                                    std::uint32_t tag, std::uint32_t notify, tavro::MwdbHandle* handle);               \
+    tavro::MwStatus PREFIX##_close(tavro::MwdbHandle handle);                                                          \
+    tavro::MwStatus PREFIX##_delete(tavro::MwdbHandle handle);                                                         \
+    tavro::MwStatus PREFIX##_clean(tavro::MwdbHandle handle);                                                          \
+    tavro::MwStatus PREFIX##_copy_date(tavro::MwdbHandle from, tavro::MwdbHandle to);                                  \
+    tavro::MwStatus PREFIX##_fs_sync(tavro::MwdbHandle handle, std::uint32_t drive, const char* path,                  \
+                                     std::uint16_t list_id);                                                           \
+    tavro::MwStatus PREFIX##_fs_store(tavro::MwdbHandle handle, const char* path, std::uint16_t list_id);              \
+    tavro::MwStatus PREFIX##_lock(tavro::MwdbHandle handle);                                                           \
+    tavro::MwStatus PREFIX##_unlock(tavro::MwdbHandle handle);                                                         \
+    tavro::MwStatus PREFIX##_read_lock(tavro::MwdbHandle handle);                                                      \
+    tavro::MwStatus PREFIX##_read_unlock(tavro::MwdbHandle handle);                                                    \
+    tavro::MwStatus PREFIX##_qry_rec_id(tavro::MwdbHandle handle, std::uint32_t query, std::uint16_t* record_id);      \
+    tavro::MwStatus PREFIX##_add_rec(tavro::MwdbHandle handle, RECORD* record);                                        \
+    tavro::MwStatus PREFIX##_update_rec(tavro::MwdbHandle handle, RECORD* record, std::uint32_t flag);                 \
+    tavro::MwStatus PREFIX##_del_rec(tavro::MwdbHandle handle, std::uint16_t record_id);                               \
+    tavro::MwStatus PREFIX##_get_rec(tavro::MwdbHandle handle, std::uint16_t record_id, RECORD* record,                \
+                                     std::int32_t* version)

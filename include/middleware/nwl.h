@@ -31,6 +31,7 @@ extern "C" {
 TAVRO_DECLARE_LIST_CALLS(x_nwl, _NWL_REC_T);
 
 // The record at position `index` (from 0) of the list, and how many there are.
-MwStatus x_nwl_get_rec_by_rec_idx(MwdbHandle handle, std::uint16_t index, _NWL_REC_T* record, std::int32_t* version);
-MwStatus x_nwl_get_num_rec(MwdbHandle handle, std::uint16_t* count, std::int32_t* version);
+tavro::MwStatus x_nwl_get_rec_by_rec_idx(tavro::MwdbHandle handle, std::uint16_t index, _NWL_REC_T* record,
+                                         std::int32_t* version);
+tavro::MwStatus x_nwl_get_num_rec(tavro::MwdbHandle handle, std::uint16_t* count, std::int32_t* version);
 }

@@ -84,6 +84,7 @@ extern "C" {
 TAVRO_DECLARE_LIST_CALLS(x_satl, _SATL_REC_T);
 
 // The record at position `index` (from 0) of the list, and how many there are.
-MwStatus x_satl_get_rec_by_rec_idx(MwdbHandle handle, std::int32_t index, _SATL_REC_T* record, std::int32_t* version);
-MwStatus x_satl_get_num_recs(MwdbHandle handle, std::uint16_t* count, std::int32_t* version);
+tavro::MwStatus x_satl_get_rec_by_rec_idx(tavro::MwdbHandle handle, std::int32_t index, _SATL_REC_T* record,
+                                          std::int32_t* version);
+tavro::MwStatus x_satl_get_num_recs(tavro::MwdbHandle handle, std::uint16_t* count, std::int32_t* version);
 }

@@ -191,15 +191,17 @@ extern "C" {
 TAVRO_DECLARE_LIST_CALLS(x_svl, _SVL_REC_T);
 
 // The record at position `index` (from 0) among those of `broadcast_type` and `network_mask`.
-MwStatus x_svl_get_rec_by_brdcst_type(MwdbHandle handle, std::uint32_t broadcast_type, std::uint32_t network_mask,
-                                      std::uint16_t index, _SVL_REC_T* record, std::int32_t* version);
+tavro::MwStatus x_svl_get_rec_by_brdcst_type(tavro::MwdbHandle handle, std::uint32_t broadcast_type,
+                                             std::uint32_t network_mask, std::uint16_t index, _SVL_REC_T* record,
+                                             std::int32_t* version);
 // The record at position `index` among those of one transport stream record.
-MwStatus x_svl_get_rec_by_ts(MwdbHandle handle, std::uint16_t tsl_id, std::uint16_t tsl_rec_id,
-                             std::uint32_t network_mask, std::uint16_t index, _SVL_REC_T* record,
-                             std::int32_t* version);
+tavro::MwStatus x_svl_get_rec_by_ts(tavro::MwdbHandle handle, std::uint16_t tsl_id, std::uint16_t tsl_rec_id,
+                                    std::uint32_t network_mask, std::uint16_t index, _SVL_REC_T* record,
+                                    std::int32_t* version);
 // How many records the two reads above choose from.
-MwStatus x_svl_get_num_rec_by_brdcst_type(MwdbHandle handle, std::uint32_t broadcast_type, std::uint32_t network_mask,
-                                          std::uint16_t* count, std::int32_t* version);
-MwStatus x_svl_get_num_rec_by_ts(MwdbHandle handle, std::uint16_t tsl_id, std::uint16_t tsl_rec_id,
-                                 std::uint32_t network_mask, std::uint16_t* count, std::int32_t* version);
+tavro::MwStatus x_svl_get_num_rec_by_brdcst_type(tavro::MwdbHandle handle, std::uint32_t broadcast_type,
+                                                 std::uint32_t network_mask, std::uint16_t* count,
+                                                 std::int32_t* version);
+tavro::MwStatus x_svl_get_num_rec_by_ts(tavro::MwdbHandle handle, std::uint16_t tsl_id, std::uint16_t tsl_rec_id,
+                                        std::uint32_t network_mask, std::uint16_t* count, std::int32_t* version);
 }

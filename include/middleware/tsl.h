@@ -189,13 +189,14 @@ extern "C" {
 TAVRO_DECLARE_LIST_CALLS(x_tsl, _TSL_REC_T);
 
 // The record at position `index` (from 0) of the list, and how many there are.
-MwStatus x_tsl_get_rec_by_rec_idx(MwdbHandle handle, std::uint16_t index, _TSL_REC_T* record, std::int32_t* version);
-MwStatus x_tsl_get_num_recs(MwdbHandle handle, std::uint16_t* count, std::int32_t* version);
+tavro::MwStatus x_tsl_get_rec_by_rec_idx(tavro::MwdbHandle handle, std::uint16_t index, _TSL_REC_T* record,
+                                         std::int32_t* version);
+tavro::MwStatus x_tsl_get_num_recs(tavro::MwdbHandle handle, std::uint16_t* count, std::int32_t* version);
 // The same among the records of one satellite record. The stand-in takes `network`
 // 65535 for every network.
-MwStatus x_tsl_get_rec_by_sat(MwdbHandle handle, std::uint16_t network, std::uint16_t satl_id,
-                              std::uint16_t satl_rec_id, std::uint16_t index, _TSL_REC_T* record,
-                              std::int32_t* version);
-MwStatus x_tsl_get_num_rec_by_sat(MwdbHandle handle, std::uint16_t network, std::uint16_t satl_id,
-                                  std::uint16_t satl_rec_id, std::uint16_t* count, std::int32_t* version);
+tavro::MwStatus x_tsl_get_rec_by_sat(tavro::MwdbHandle handle, std::uint16_t network, std::uint16_t satl_id,
+                                     std::uint16_t satl_rec_id, std::uint16_t index, _TSL_REC_T* record,
+                                     std::int32_t* version);
+tavro::MwStatus x_tsl_get_num_rec_by_sat(tavro::MwdbHandle handle, std::uint16_t network, std::uint16_t satl_id,
+                                         std::uint16_t satl_rec_id, std::uint16_t* count, std::int32_t* version);
 }

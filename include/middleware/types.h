@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+namespace tavro {
+
 // Identifies an open list in the middleware. 0 is never a valid handle.
 using MwdbHandle = std::uint32_t;
 
@@ -36,3 +38,24 @@ inline constexpr std::uint32_t kMwUpdateReplace = 1; // update after an add foun
 // First argument with every file path that the library hands to the middleware; the name is this
 // project's.
 inline constexpr std::uint32_t kMwRootDrive = 0;
+
+} // namespace tavro
+
+// TEMPORARY-USING
+using tavro::kMwCreateGrowth;
+using tavro::kMwCreateMode;
+using tavro::kMwEmpty;
+using tavro::kMwEveryBroadcastType;
+using tavro::kMwEveryNetworkMask;
+using tavro::kMwNoFile;
+using tavro::kMwNoRecordId;
+using tavro::kMwNotAListFile;
+using tavro::kMwOk;
+using tavro::kMwQueryHighestRecordId;
+using tavro::kMwQueryNextRecordId;
+using tavro::kMwRecordExists;
+using tavro::kMwRootDrive;
+using tavro::kMwUpdatePlain;
+using tavro::kMwUpdateReplace;
+using tavro::MwdbHandle;
+using tavro::MwStatus;

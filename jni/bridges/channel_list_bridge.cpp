@@ -11,8 +11,7 @@
 #include <mutex>
 #include <new>
 
-using tavro::kSilent;
-namespace forward = tavro::forward;
+using namespace tavro;
 
 namespace {
 
@@ -71,7 +70,7 @@ jbyteArray list_records(JNIEnv* env, const char* name, int mwdbId, Count count, 
             kept += keep(slot) ? 1U : 0U;
         }
     }
-    return tavro::to_byte_array(env, buffer.get(), kept * sizeof(_SVL_REC_T));
+    return to_byte_array(env, buffer.get(), kept * sizeof(_SVL_REC_T));
 }
 
 // All services of a list that pass a condition of IsMatchCondition.
@@ -88,7 +87,7 @@ jbyteArray get_svl_list_info(JNIEnv* env, int mwdbId, int condition, int wanted)
 
 } // namespace
 
-jint com_velotra_tv_tavro_ch_list_native_setup(JNIEnv*, jobject) { return tavro::set_up(chList); }
+jint com_velotra_tv_tavro_ch_list_native_setup(JNIEnv*, jobject) { return set_up(chList); }
 
 jint com_velotra_tv_tavro_channellist_clean(JNIEnv*, jobject, jint mwdbId) {
     return forward::clean(kSilent, chList, mwdbId);
@@ -133,8 +132,8 @@ jint com_velotra_tv_tavro_channellist_remove_Info_by_recId(JNIEnv* env, jobject,
 jbyteArray com_velotra_tv_tavro_channellist_getSVLInfo(JNIEnv* env, jobject, jstring identifier) {
     int list_id = 0;
     int record_id = 0;
-    tavro::Jni jni(env);
-    if (!tavro::parse_identifier(jni, identifier, list_id, record_id)) {
+    Jni jni(env);
+    if (!parse_identifier(jni, identifier, list_id, record_id)) {
         return nullptr;
     }
     _SVL_REC_T record = {};
@@ -143,7 +142,7 @@ jbyteArray com_velotra_tv_tavro_channellist_getSVLInfo(JNIEnv* env, jobject, jst
         TAVRO_LOG_JNI("%s getSVLInfo fail ret=%d ", __func__, result);
         return nullptr;
     }
-    return tavro::to_byte_array(env, &record, sizeof(record));
+    return to_byte_array(env, &record, sizeof(record));
 }
 
 jbyteArray com_velotra_tv_tavro_channellist_getSVLInfoList(JNIEnv* env, jobject, jint mwdbId) {

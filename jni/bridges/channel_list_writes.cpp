@@ -10,13 +10,7 @@
 #include "jni/records/channel_record.h"
 #include "middleware/channel_id.h"
 
-using tavro::JavaList;
-using tavro::Jni;
-using tavro::Key;
-using tavro::LocalRef;
-using tavro::RecordObject;
-using tavro::trace_entry;
-using tavro::Updated;
+using namespace tavro;
 
 namespace {
 
@@ -31,7 +25,7 @@ jstring add_locked(JNIEnv* env, const char* call, int (NativeVltTvChannelList::*
                    _SVL_REC_T& record, jstring nothing) {
     int result = kDone;
     {
-        const tavro::WriteLock<NativeVltTvChannelList> lock(*chList, mwdbId);
+        const WriteLock<NativeVltTvChannelList> lock(*chList, mwdbId);
         result = (chList->*add)(mwdbId, &record);
     }
     TAVRO_LOG_JNI("[%s][%d] mwdbId = %d, rec_id = %d", call, result, mwdbId, record.ui2_svl_rec_id);
@@ -147,7 +141,7 @@ bool record_id_of(RecordObject& object, int& record_id) {
     record_id = 0;
     const LocalRef identifier(object.jni(), object.string_field(kRecordIdField).value_or(nullptr));
     int list_id = 0;
-    return identifier.get() == nullptr || tavro::parse_identifier(object.jni(), identifier.get(), list_id, record_id);
+    return identifier.get() == nullptr || parse_identifier(object.jni(), identifier.get(), list_id, record_id);
 }
 
 // Updates the service that one element of a list names. The caller holds the write lock.
@@ -199,20 +193,20 @@ jint com_velotra_tv_tavro_channellist_updateInfo(JNIEnv* env, jobject, jint mwdb
             type = static_cast<std::uint8_t>(object.int_field("sdtServiceType").value_or(type));
         }
     }
-    return jni.failed() ? kFailed : tavro::update_locked(*chList, mwdbId, record);
+    return jni.failed() ? kFailed : update_locked(*chList, mwdbId, record);
 }
 
 jint com_velotra_tv_tavro_channellist_updateInfo_by_recId(JNIEnv* env, jobject, jint mwdbId, jstring identifier) {
     trace_entry(__func__);
     Jni jni(env);
     _SVL_REC_T record = {};
-    if (!tavro::read_named(jni, *chList, identifier, record)) {
+    if (!read_named(jni, *chList, identifier, record)) {
         return kFailed;
     }
     record.t_header.ui2_tsl_id = low16(mwdbId);
     record.t_header.ui2_nwl_id = low16(mwdbId);
     record.t_header.ui2_satl_id = low16(mwdbId);
-    return tavro::update_locked(*chList, mwdbId, record);
+    return update_locked(*chList, mwdbId, record);
 }
 
 jint com_velotra_tv_tavro_channellist_updateInfoList(JNIEnv* env, jobject, jint mwdbId, jobject channels) {
@@ -222,7 +216,7 @@ jint com_velotra_tv_tavro_channellist_updateInfoList(JNIEnv* env, jobject, jint 
     if (jni.failed()) {
         return kFailed;
     }
-    tavro::WriteLock<NativeVltTvChannelList> lock(*chList, mwdbId);
+    WriteLock<NativeVltTvChannelList> lock(*chList, mwdbId);
     for (jint i = 0; i < list.size(); ++i) {
         const LocalRef element(jni, list.get(i));
         if (element.get() == nullptr) {
@@ -270,7 +264,7 @@ jstring com_velotra_tv_tavro_channellist_add_Info_by_recId(JNIEnv* env, jobject,
     Jni jni(env);
     jstring nothing = jni.new_string("");
     _SVL_REC_T record = {};
-    if (!tavro::read_named(jni, *chList, identifier, record)) {
+    if (!read_named(jni, *chList, identifier, record)) {
         return nothing;
     }
     return add_locked(env, "chList->copyInfo", &NativeVltTvChannelList::copyInfo, mwdbId, record, nothing);

@@ -9,14 +9,7 @@
 #include "jni/env/record_id.h"
 #include "jni/records/network_record.h"
 
-using tavro::JavaList;
-using tavro::Jni;
-using tavro::Key;
-using tavro::LocalRef;
-using tavro::RecordObject;
-using tavro::trace_entry;
-namespace forward = tavro::forward;
-using tavro::kSilent;
+using namespace tavro;
 
 namespace {
 
@@ -34,7 +27,7 @@ bool take_record_id(RecordObject& object, const Key& key, int& record_id) {
     const std::optional<jstring> field = key.present() ? object.string_field(kNetworkIdKey) : std::nullopt;
     const LocalRef identifier(object.jni(), field.value_or(nullptr));
     int list_id = 0;
-    return identifier.get() == nullptr || tavro::parse_identifier(object.jni(), identifier.get(), list_id, record_id);
+    return identifier.get() == nullptr || parse_identifier(object.jni(), identifier.get(), list_id, record_id);
 }
 
 // The same for an update. Deliberate: it keeps the key's reference when the identifier cannot be parsed.
@@ -49,7 +42,7 @@ bool take_record_id_for_update(RecordObject& object, int& record_id) {
 
 } // namespace
 
-jint com_velotra_tv_tavro_nw_list_native_setup(JNIEnv*, jobject) { return tavro::set_up(nwList); }
+jint com_velotra_tv_tavro_nw_list_native_setup(JNIEnv*, jobject) { return set_up(nwList); }
 
 jint com_velotra_tv_tavro_networklist_open(JNIEnv*, jobject, jint mwdbId) {
     return forward::open(kSilent, nwList, mwdbId);
@@ -102,18 +95,18 @@ jint com_velotra_tv_tavro_networklist_updateInfo(JNIEnv* env, jobject, jint mwdb
         return kFailed;
     }
     set_network_info(object, record);
-    return jni.failed() ? kFailed : tavro::update_locked(*nwList, mwdbId, record);
+    return jni.failed() ? kFailed : update_locked(*nwList, mwdbId, record);
 }
 
 jint com_velotra_tv_tavro_networklist_updateInfo_by_recId(JNIEnv* env, jobject, jint mwdbId, jstring identifier) {
     trace_entry({__func__, kUpdateCopyLine});
     Jni jni(env);
     _NWL_REC_T record = {};
-    if (!tavro::read_named(jni, *nwList, identifier, record)) {
+    if (!read_named(jni, *nwList, identifier, record)) {
         return kFailed;
     }
     NwlKind::stamp_list(record, mwdbId);
-    return tavro::update_locked(*nwList, mwdbId, record);
+    return update_locked(*nwList, mwdbId, record);
 }
 
 jint com_velotra_tv_tavro_networklist_updateInfoList(JNIEnv* env, jobject, jint mwdbId, jobject networks) {
@@ -123,7 +116,7 @@ jint com_velotra_tv_tavro_networklist_updateInfoList(JNIEnv* env, jobject, jint 
     if (jni.failed()) {
         return kFailed;
     }
-    tavro::WriteLock<NativeVltTvNetworkList> lock(*nwList, mwdbId);
+    WriteLock<NativeVltTvNetworkList> lock(*nwList, mwdbId);
     int read = kFailed; // status of the latest read
     for (jint i = 0; i < list.size(); ++i) {
         const LocalRef network(jni, list.get(i));
@@ -176,7 +169,7 @@ jstring com_velotra_tv_tavro_networklist_add_Info(JNIEnv* env, jobject, jint mwd
         return nothing;
     }
     const int status = nwList->addInfo(mwdbId, &record);
-    return tavro::added(env, "nwList->addInfo", status, mwdbId, record.ui2_nwl_rec_id, nothing);
+    return added(env, "nwList->addInfo", status, mwdbId, record.ui2_nwl_rec_id, nothing);
 }
 
 jstring com_velotra_tv_tavro_networklist_add_Info_by_recId(JNIEnv* env, jobject, jint mwdbId, jstring identifier) {
@@ -184,9 +177,9 @@ jstring com_velotra_tv_tavro_networklist_add_Info_by_recId(JNIEnv* env, jobject,
     Jni jni(env);
     jstring nothing = jni.new_string("");
     _NWL_REC_T record = {};
-    if (!tavro::read_named(jni, *nwList, identifier, record)) {
+    if (!read_named(jni, *nwList, identifier, record)) {
         return nothing;
     }
     const int status = nwList->copyInfo(mwdbId, &record);
-    return tavro::added(env, "nwList->copyInfo", status, mwdbId, record.ui2_nwl_rec_id, nothing);
+    return added(env, "nwList->copyInfo", status, mwdbId, record.ui2_nwl_rec_id, nothing);
 }

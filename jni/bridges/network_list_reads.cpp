@@ -13,27 +13,22 @@
 
 #include <cstring>
 
-using tavro::InfoClasses;
-using tavro::InfoWriter;
-using tavro::JavaList;
-using tavro::Jni;
-using tavro::LocalRef;
-using tavro::UtfChars;
+using namespace tavro;
 
 namespace {
 
 constexpr int kGetInfoLine = 3258;
 
-constexpr tavro::InfoMethods kMethods = {
+constexpr InfoMethods kMethods = {
     "nwlToNetworkInfo", "(Lcom/velotra/tv/tavro/services/channellist/VltTvNetworkInfoBase;)V", "setNwlIdNwlRecId"};
 
 bool find_info_class(Jni& jni, const char* name, InfoClasses& classes) {
-    return tavro::find_class(jni, name, kNetworkInfo, "Info class not find!", "init class failed!", classes.info);
+    return find_class(jni, name, kNetworkInfo, "Info class not find!", "init class failed!", classes.info);
 }
 
 bool find_base_class(Jni& jni, const char* name, InfoClasses& classes) {
-    return tavro::find_class(jni, name, kNetworkInfoBase, "VltTvNetworkInfoBase class not find!",
-                             "jcls_init init class failed!", classes.base);
+    return find_class(jni, name, kNetworkInfoBase, "VltTvNetworkInfoBase class not find!",
+                      "jcls_init init class failed!", classes.base);
 }
 
 // Writes every value.
@@ -61,7 +56,7 @@ jobject com_velotra_tv_tavro_networklist_getInfo(JNIEnv* env, jobject, jstring i
     }
     int list_id = 0;
     int record_id = 0;
-    if (!tavro::parse_identifier(jni, identifier, list_id, record_id)) {
+    if (!parse_identifier(jni, identifier, list_id, record_id)) {
         return nullptr;
     }
     _NWL_REC_T record = {};
@@ -70,7 +65,7 @@ jobject com_velotra_tv_tavro_networklist_getInfo(JNIEnv* env, jobject, jstring i
         TAVRO_LOG_JNI("%s getInfo fail ret=%d ", __func__, read);
         return nullptr;
     }
-    jstring read_identifier = tavro::combine_identifier(jni, list_id, record.ui2_nwl_rec_id);
+    jstring read_identifier = combine_identifier(jni, list_id, record.ui2_nwl_rec_id);
     jobject info = jni.new_object(classes.info.cls, classes.info.constructor);
     if (!find_base_class(jni, __func__, classes)) {
         return nullptr;
@@ -97,9 +92,9 @@ jobject com_velotra_tv_tavro_networklist_getInfo(JNIEnv* env, jobject, jstring i
 }
 
 jobject com_velotra_tv_tavro_networklist_getInfoList(JNIEnv* env, jobject, jint mwdbId, jobject keys) {
-    tavro::trace_entry(__func__);
+    trace_entry(__func__);
     Jni jni(env);
-    tavro::ResultList results;
+    ResultList results;
     if (!results.create(jni, __func__)) {
         return nullptr;
     }
@@ -107,7 +102,7 @@ jobject com_velotra_tv_tavro_networklist_getInfoList(JNIEnv* env, jobject, jint 
     if (!find_info_class(jni, __func__, classes) || !find_base_class(jni, __func__, classes)) {
         return nullptr;
     }
-    const tavro::ReadLock<NativeVltTvNetworkList> lock(*nwList, mwdbId);
+    const ReadLock<NativeVltTvNetworkList> lock(*nwList, mwdbId);
     const int number = nwList->getInfoListNum(mwdbId);
     for (int index = 0; index < number; ++index) {
         _NWL_REC_T record = {};
@@ -116,7 +111,7 @@ jobject com_velotra_tv_tavro_networklist_getInfoList(JNIEnv* env, jobject, jint 
             return nullptr;
         }
         TAVRO_LOG_JNI("%s  pt_nwl_rec.ui2_nwl_rec_id:%d ", __func__, record.ui2_nwl_rec_id);
-        const LocalRef identifier(jni, tavro::combine_identifier(jni, mwdbId, record.ui2_nwl_rec_id));
+        const LocalRef identifier(jni, combine_identifier(jni, mwdbId, record.ui2_nwl_rec_id));
         const LocalRef info(jni, jni.new_object(classes.info.cls, classes.info.constructor));
         InfoWriter writer(jni, classes, kMethods);
         const LocalRef carrier(jni, writer.carrier());

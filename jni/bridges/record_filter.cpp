@@ -4,6 +4,8 @@
 #include "channellist/NativeVltTvTransportStreamList.h"
 #include "jni/bridges/managers.h"
 
+using namespace tavro;
+
 namespace {
 
 // Reads the record that a service refers to, through a manager made for this one read. The read is tried even when

@@ -3,10 +3,14 @@
 
 #include "middleware/svl.h"
 
+namespace tavro {
+
 // Kinds of condition.
 inline constexpr int kMatchEvery = 0;           // every service
 inline constexpr int kMatchTransportStream = 1; // the transport stream record has the wanted transport stream id
 inline constexpr int kMatchNetwork = 2;         // the network record has the wanted network id
+
+} // namespace tavro
 
 // Whether a service passes a condition; false for an unknown kind of condition. Opens the list that the service refers
 // to, from the service list's path when it has one. A record that cannot be read does not match. Closes all lists of

@@ -11,14 +11,7 @@
 
 #include <string>
 
-using tavro::JavaList;
-using tavro::Jni;
-using tavro::Key;
-using tavro::LocalRef;
-using tavro::RecordObject;
-using tavro::trace_entry;
-using tavro::Updated;
-namespace forward = tavro::forward;
+using namespace tavro;
 
 namespace {
 
@@ -58,7 +51,7 @@ bool record_name_of(RecordObject& object, RecordName& name) {
     const std::optional<jstring> field = key.present() ? object.string_field(kSatelliteIdKey) : std::nullopt;
     const LocalRef identifier(object.jni(), field.value_or(nullptr));
     return identifier.get() == nullptr ||
-           tavro::parse_identifier(object.jni(), identifier.get(), name.list_id, name.record_id);
+           parse_identifier(object.jni(), identifier.get(), name.list_id, name.record_id);
 }
 
 constexpr int kUpdateIdentifierLine = 4714;
@@ -88,15 +81,15 @@ Updated update(Jni& jni, jclass base_class, jobject satellite, const char* name,
     set_main_data(object, record);
     set_diseqc_data(object, record.t_diseqc_info);
     set_lnb_data(object, record);
-    return !jni.failed() && tavro::update_locked(*satList, record_name.list_id, record) == kDone ? Updated::kDone
-                                                                                                 : Updated::kFailed;
+    return !jni.failed() && update_locked(*satList, record_name.list_id, record) == kDone ? Updated::kDone
+                                                                                          : Updated::kFailed;
 }
 
 } // namespace
 
 jint com_velotra_tv_tavro_satellitelist_native_setup(JNIEnv*, jobject) {
     trace_entry({__func__, kSetupLine});
-    return tavro::set_up(satList);
+    return set_up(satList);
 }
 
 jint com_velotra_tv_tavro_satellitelist_open(JNIEnv*, jobject, jint mwdbId) {
@@ -149,9 +142,8 @@ jint com_velotra_tv_tavro_satellitelist_updateInfo(JNIEnv* env, jobject, jobject
 jint com_velotra_tv_tavro_satellitelist_updateInfo_by_recId(JNIEnv* env, jobject, jint mwdbId, jstring identifier) {
     trace_entry({__func__, kUpdateCopyLine});
     _SATL_REC_T record = {};
-    return satList->getInfo(jstr2str(env, identifier), &record) == kDone
-               ? tavro::update_locked(*satList, mwdbId, record)
-               : kFailed;
+    return satList->getInfo(jstr2str(env, identifier), &record) == kDone ? update_locked(*satList, mwdbId, record)
+                                                                         : kFailed;
 }
 
 jint com_velotra_tv_tavro_satellitelist_updateInfoList(JNIEnv* env, jobject, jobject satellites) {
@@ -201,7 +193,7 @@ jstring com_velotra_tv_tavro_satellitelist_add_Info(JNIEnv* env, jobject, jint m
         return nothing;
     }
     const int status = satList->addInfo(mwdbId, &record);
-    return tavro::added(env, "satList->addInfo", status, mwdbId, record.ui2_satl_rec_id, nothing);
+    return added(env, "satList->addInfo", status, mwdbId, record.ui2_satl_rec_id, nothing);
 }
 
 jstring com_velotra_tv_tavro_satellitelist_add_Info_by_recId(JNIEnv* env, jobject, jint mwdbId, jstring identifier) {
@@ -216,5 +208,5 @@ jstring com_velotra_tv_tavro_satellitelist_add_Info_by_recId(JNIEnv* env, jobjec
         return nothing;
     }
     const int status = satList->copyInfo(mwdbId, &record);
-    return tavro::added(env, "satList->copyInfo", status, mwdbId, record.ui2_satl_rec_id, nothing);
+    return added(env, "satList->copyInfo", status, mwdbId, record.ui2_satl_rec_id, nothing);
 }

@@ -14,28 +14,24 @@
 
 #include <string>
 
-using tavro::InfoClasses;
-using tavro::InfoWriter;
-using tavro::JavaList;
-using tavro::Jni;
-using tavro::LocalRef;
+using namespace tavro;
 
 namespace {
 
 constexpr int kGetInfoListLine = 4601;
 
-constexpr tavro::InfoMethods kMethods = {
-    "satlToSatelliteInfo", "(Lcom/velotra/tv/tavro/services/channellist/VltTvSatelliteInfoBase;)V", "setRecId"};
+constexpr InfoMethods kMethods = {"satlToSatelliteInfo",
+                                  "(Lcom/velotra/tv/tavro/services/channellist/VltTvSatelliteInfoBase;)V", "setRecId"};
 
 bool find_classes(Jni& jni, const char* name, InfoClasses& classes) {
-    return tavro::find_class(jni, name, kSatelliteInfo, "Info class not find!", "init class failed!", classes.info) &&
-           tavro::find_class(jni, name, kSatelliteInfoBase, "VltTvSatelliteInfoBase class not find!",
-                             "jcls_init init class failed!", classes.base);
+    return find_class(jni, name, kSatelliteInfo, "Info class not find!", "init class failed!", classes.info) &&
+           find_class(jni, name, kSatelliteInfoBase, "VltTvSatelliteInfoBase class not find!",
+                      "jcls_init init class failed!", classes.base);
 }
 
 // Makes the info object for the record with that identifier and writes the identifier.
 jobject begin_info(Jni& jni, const InfoClasses& classes, InfoWriter& writer, int list_id, int record_id) {
-    const LocalRef identifier(jni, tavro::combine_identifier(jni, list_id, record_id));
+    const LocalRef identifier(jni, combine_identifier(jni, list_id, record_id));
     jobject info = jni.new_object(classes.info.cls, classes.info.constructor);
     writer.set_identifier(identifier.get());
     return info;
@@ -101,14 +97,14 @@ jobject com_velotra_tv_tavro_satellitelist_getInfo(JNIEnv* env, jobject, jstring
 }
 
 jobject com_velotra_tv_tavro_satellitelist_getInfoList(JNIEnv* env, jobject, jint mwdbId, jobject keys) {
-    tavro::trace_entry({__func__, kGetInfoListLine});
+    trace_entry({__func__, kGetInfoListLine});
     Jni jni(env);
-    tavro::ResultList results;
+    ResultList results;
     InfoClasses classes;
     if (!results.create(jni, __func__) || !find_classes(jni, __func__, classes)) {
         return nullptr;
     }
-    const tavro::ReadLock<NativeVltTvSatelliteList> lock(*satList, mwdbId);
+    const ReadLock<NativeVltTvSatelliteList> lock(*satList, mwdbId);
     const int number = satList->getInfoListNum(mwdbId);
     InfoWriter writer(jni, classes, kMethods);
     if (jni.failed()) {

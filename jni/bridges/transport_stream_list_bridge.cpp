@@ -9,14 +9,7 @@
 #include "jni/env/record_id.h"
 #include "jni/records/transport_stream_record.h"
 
-using tavro::JavaList;
-using tavro::Jni;
-using tavro::Key;
-using tavro::LocalRef;
-using tavro::RecordObject;
-using tavro::trace_entry;
-namespace forward = tavro::forward;
-using tavro::kSilent;
+using namespace tavro;
 
 namespace {
 
@@ -35,7 +28,7 @@ constexpr char kIdField[] = "tslIdTslRecId";
 template <class Count, class Read>
 jbyteArray list_records(JNIEnv* env, const char* name, int mwdbId, Count count, Read read) {
     trace_entry(name);
-    const tavro::ReadLock<Manager> lock(*tsList, mwdbId);
+    const ReadLock<Manager> lock(*tsList, mwdbId);
     const int number = count();
     if (number < 1) {
         return nullptr;
@@ -70,7 +63,7 @@ bool overlay(Jni& jni, int mwdbId, int record_id, jobject stream, _TSL_REC_T& re
 
 } // namespace
 
-jint com_velotra_tv_tavro_ts_list_native_setup(JNIEnv*, jobject) { return tavro::set_up(tsList); }
+jint com_velotra_tv_tavro_ts_list_native_setup(JNIEnv*, jobject) { return set_up(tsList); }
 
 jint com_velotra_tv_tavro_transportstreamlist_open(JNIEnv*, jobject, jint mwdbId) {
     return forward::open(kSilent, tsList, mwdbId);
@@ -113,7 +106,7 @@ jbyteArray com_velotra_tv_tavro_transportstreamlist_getInfo(JNIEnv* env, jobject
     Jni jni(env);
     int list_id = 0;
     int record_id = 0;
-    if (!tavro::parse_identifier(jni, identifier, list_id, record_id)) {
+    if (!parse_identifier(jni, identifier, list_id, record_id)) {
         return nullptr;
     }
     _TSL_REC_T record = {};
@@ -123,7 +116,7 @@ jbyteArray com_velotra_tv_tavro_transportstreamlist_getInfo(JNIEnv* env, jobject
         TAVRO_LOG_JNI("%s getSVLInfo fail ret=%d ", __func__, result);
         return nullptr;
     }
-    return tavro::to_byte_array(env, &record, sizeof(record));
+    return to_byte_array(env, &record, sizeof(record));
 }
 
 jbyteArray com_velotra_tv_tavro_transportstreamlist_getInfoList(JNIEnv* env, jobject, jint mwdbId) {
@@ -156,13 +149,13 @@ jint com_velotra_tv_tavro_transportstreamlist_updateInfo(JNIEnv* env, jobject, j
         Key key(object, kIdKey);
         jstring identifier = key.present() ? object.string_field(kIdField).value_or(nullptr) : nullptr;
         int list_id = 0;
-        if (identifier != nullptr && !tavro::parse_identifier(jni, identifier, list_id, record_id)) {
+        if (identifier != nullptr && !parse_identifier(jni, identifier, list_id, record_id)) {
             key.keep_reference(); // deliberate: not deleted
             return kFailed;
         }
     }
     _TSL_REC_T record = {};
-    return overlay(jni, mwdbId, record_id, stream, record) ? tavro::update_locked(*tsList, mwdbId, record) : kFailed;
+    return overlay(jni, mwdbId, record_id, stream, record) ? update_locked(*tsList, mwdbId, record) : kFailed;
 }
 
 jint com_velotra_tv_tavro_transportstreamlist_updateInfo_by_recId(JNIEnv* env, jobject, jint mwdbId,
@@ -176,7 +169,7 @@ jint com_velotra_tv_tavro_transportstreamlist_updateInfo_by_recId(JNIEnv* env, j
     TAVRO_LOG_JNI("%s recId=%s", __func__, chars == nullptr ? "" : chars);
     int list_id = 0;
     int record_id = 0;
-    if (!tavro::parse_identifier(jni, identifier, list_id, record_id)) {
+    if (!parse_identifier(jni, identifier, list_id, record_id)) {
         if (!jni.failed()) {
             TAVRO_LOG_JNI("%s tmpRecId=%d ", __func__, record_id);
         }
@@ -187,7 +180,7 @@ jint com_velotra_tv_tavro_transportstreamlist_updateInfo_by_recId(JNIEnv* env, j
         return kFailed;
     }
     TslKind::stamp_list(record, mwdbId);
-    return tavro::update_locked(*tsList, mwdbId, record);
+    return update_locked(*tsList, mwdbId, record);
 }
 
 jint com_velotra_tv_tavro_transportstreamlist_updateInfoList(JNIEnv* env, jobject, jint mwdbId, jobject streams) {
@@ -197,7 +190,7 @@ jint com_velotra_tv_tavro_transportstreamlist_updateInfoList(JNIEnv* env, jobjec
     if (jni.failed()) {
         return kFailed;
     }
-    const tavro::WriteLock<Manager> lock(*tsList, mwdbId);
+    const WriteLock<Manager> lock(*tsList, mwdbId);
     jclass stream_class = jni.find_class(kTransportStreamInfo);
     jmethodID contains_key = jni.method(stream_class, "isContainsKey", kTransportStreamContainsKey);
     if (jni.failed()) {
@@ -216,7 +209,7 @@ jint com_velotra_tv_tavro_transportstreamlist_updateInfoList(JNIEnv* env, jobjec
                 const std::optional<jstring> field = object.string_field(kIdField);
                 const LocalRef identifier(jni, field.value_or(nullptr));
                 int list_id = 0;
-                if (field && !tavro::parse_identifier(jni, identifier.get(), list_id, record_id)) {
+                if (field && !parse_identifier(jni, identifier.get(), list_id, record_id)) {
                     key.keep_reference(); // deliberate: not deleted
                     if (jni.failed()) {
                         return kFailed;
@@ -246,7 +239,7 @@ jstring com_velotra_tv_tavro_transportstreamlist_add_Info(JNIEnv* env, jobject, 
         return nothing;
     }
     const int status = tsList->addInfo(mwdbId, &record);
-    return tavro::added(env, "tsList->addInfo", status, mwdbId, record.ui2_tsl_rec_id, nothing);
+    return added(env, "tsList->addInfo", status, mwdbId, record.ui2_tsl_rec_id, nothing);
 }
 
 jstring com_velotra_tv_tavro_transportstreamlist_add_Info_by_recId(JNIEnv* env, jobject, jint mwdbId,
@@ -255,9 +248,9 @@ jstring com_velotra_tv_tavro_transportstreamlist_add_Info_by_recId(JNIEnv* env, 
     Jni jni(env);
     jstring nothing = jni.new_string("");
     _TSL_REC_T record = {};
-    if (!tavro::read_named(jni, *tsList, identifier, record)) {
+    if (!read_named(jni, *tsList, identifier, record)) {
         return nothing;
     }
     const int status = tsList->copyInfo(mwdbId, &record);
-    return tavro::added(env, "tsList->copyInfo", status, mwdbId, record.ui2_tsl_rec_id, nothing);
+    return added(env, "tsList->copyInfo", status, mwdbId, record.ui2_tsl_rec_id, nothing);
 }

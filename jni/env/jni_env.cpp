@@ -2,6 +2,8 @@
 
 #include "jni/env/jni_log.h"
 
+using namespace tavro;
+
 namespace tavro {
 jclass Jni::find_class(const char* path) { return failed_ ? nullptr : checked(env_->FindClass(path)); }
 
@@ -54,4 +56,4 @@ jbyteArray to_byte_array(JNIEnv* env, const void* bytes, std::size_t size) {
 
 } // namespace tavro
 
-std::string jstr2str(JNIEnv* env, jstring text) { return tavro::Jni(env).text(text); }
+std::string jstr2str(JNIEnv* env, jstring text) { return Jni(env).text(text); }

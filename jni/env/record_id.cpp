@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+using namespace tavro;
+
 bool AllisNum(std::string_view text) {
     return std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
@@ -41,8 +43,8 @@ std::string combineStrMId(int list_id, int record_id) {
 }
 
 jstring combineMId(JNIEnv* env, int list_id, int record_id) {
-    tavro::Jni jni(env);
-    return tavro::combine_identifier(jni, list_id, record_id);
+    Jni jni(env);
+    return combine_identifier(jni, list_id, record_id);
 }
 
 namespace tavro {

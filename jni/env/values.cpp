@@ -3,6 +3,8 @@
 #include "jni/env/jni_env.h"
 #include "jni/env/jni_log.h"
 
+using namespace tavro;
+
 namespace {
 
 constexpr char kAudioVideoKey[] = "SERVICE_TYPE_AUDIO_VIDEO";
@@ -38,7 +40,7 @@ int convert_key_to_convert_service(std::string key) {
 }
 
 void showMapListValue(JNIEnv* env, const char* key, int value_kind, jobject object, jclass cls) {
-    tavro::Jni jni(env);
+    Jni jni(env);
     jstring java_key = jni.new_string(key);
     if (value_kind == kMapBoolean) {
         const bool value = jni.call_boolean(object, jni.method(cls, "getBoolean", "(Ljava/lang/String;)Z"), java_key);

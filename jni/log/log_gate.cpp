@@ -55,4 +55,8 @@ unsigned int __velotra_log_is_loggable(int level, const char* property) {
     return passes(level, property, std::strlen(property)) ? 1 : 0;
 }
 
-bool tavro::is_loggable(int level) { return passes(level, kLogLevelProperty, sizeof(kLogLevelProperty) - 1); }
+namespace tavro {
+
+bool is_loggable(int level) { return passes(level, kLogLevelProperty, sizeof(kLogLevelProperty) - 1); }
+
+} // namespace tavro

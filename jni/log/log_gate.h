@@ -3,8 +3,18 @@
 
 #include <android/log.h>
 
+namespace tavro {
+
 // The system property that holds the wanted verbosity; "persist." in front of it names the fallback.
 inline constexpr char kLogLevelProperty[] = "vendor.vlt.broadcast.log.level";
+
+// A gate level and the priority that goes with it.
+inline constexpr int kErrorLevel = 5;
+inline constexpr int kErrorPriority = 6;
+inline constexpr int kDebugLevel = 2;
+inline constexpr int kDebugPriority = 3;
+
+} // namespace tavro
 
 // Returns 1 when a line of `level` may be written, else 0. Levels are 1 verbose, 2 debug, 3 info, 4 warning, 5 error:
 // one below the platform's priorities. Reads the property at every call, so that the verbosity of a running TV can
@@ -18,12 +28,6 @@ bool is_loggable(int level);
 
 } // namespace tavro
 
-// A gate level and the priority that goes with it.
-inline constexpr int kErrorLevel = 5;
-inline constexpr int kErrorPriority = 6;
-inline constexpr int kDebugLevel = 2;
-inline constexpr int kDebugPriority = 3;
-
 // Two arguments for "%.*s": a text field of a record, which may lack its NUL.
 #define TAVRO_BOUNDED(ARRAY) static_cast<int>(sizeof(ARRAY)), ARRAY
 
@@ -35,5 +39,5 @@ inline constexpr int kDebugPriority = 3;
         }                                                                                                              \
     } while (false)
 
-#define TAVRO_LOG_ERROR(tag, ...) TAVRO_LOG_LINE(kErrorLevel, kErrorPriority, tag, __VA_ARGS__)
-#define TAVRO_LOG_DEBUG(tag, ...) TAVRO_LOG_LINE(kDebugLevel, kDebugPriority, tag, __VA_ARGS__)
+#define TAVRO_LOG_ERROR(tag, ...) TAVRO_LOG_LINE(tavro::kErrorLevel, tavro::kErrorPriority, tag, __VA_ARGS__)
+#define TAVRO_LOG_DEBUG(tag, ...) TAVRO_LOG_LINE(tavro::kDebugLevel, tavro::kDebugPriority, tag, __VA_ARGS__)

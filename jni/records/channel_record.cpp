@@ -5,7 +5,7 @@
 
 #include <cstring>
 
-using tavro::RecordObject;
+using namespace tavro;
 using namespace tavro::channel_rows;
 
 namespace tavro::channel_rows {

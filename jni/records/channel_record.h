@@ -5,9 +5,13 @@
 #include "jni/records/record_object.h"
 #include "middleware/svl.h"
 
+namespace tavro {
+
 // Signature of isContainsKey of Java channel objects.
 inline constexpr char kChannelContainsKey[] =
     "(Lcom/velotra/tv/tavro/services/channellist/VltTvChannelInfoBase;Ljava/lang/String;)Z";
+
+} // namespace tavro
 
 // The common header.
 void _set_header_info(tavro::RecordObject& object, _SVL_REC_HEADER_T& header);

@@ -3,6 +3,7 @@
 #include "jni/env/jni_log.h"
 #include "jni/records/network_rows.h"
 
+using namespace tavro;
 using namespace tavro::network_rows;
 
 namespace {
@@ -25,12 +26,16 @@ void trace_name(const std::byte* record) {
 
 } // namespace tavro::network_rows
 
-void set_network_info(tavro::RecordObject& object, _NWL_REC_T& record) { put_all(kToRecord, object, record); }
+namespace tavro {
 
-void _get_networklist_data(tavro::Jni& jni, jclass base_class, jobject base, const _NWL_REC_T& record) {
+void set_network_info(RecordObject& object, _NWL_REC_T& record) { put_all(kToRecord, object, record); }
+
+} // namespace tavro
+
+void _get_networklist_data(Jni& jni, jclass base_class, jobject base, const _NWL_REC_T& record) {
     pass_all(kToJava, jni, base_class, base, record);
 }
 
-void _get_nwl_info(tavro::Jni& jni, jclass base_class, jobject base, const char* key, const _NWL_REC_T& record) {
+void _get_nwl_info(Jni& jni, jclass base_class, jobject base, const char* key, const _NWL_REC_T& record) {
     pass_one(kToJava, jni, base_class, base, key, record);
 }

@@ -5,7 +5,7 @@
 
 #include <cstring>
 
-using tavro::RecordObject;
+using namespace tavro;
 using namespace tavro::satellite_rows;
 
 namespace {
@@ -73,7 +73,7 @@ std::optional<jint> orbit_value(const ToJavaRow&, const std::byte* structure) {
 }
 
 std::optional<jint> antenna_value(const ToJavaRow&, const std::byte* structure) {
-    const std::optional<jint> type = tavro::antenna_type(satellite(structure));
+    const std::optional<jint> type = antenna_type(satellite(structure));
     if (!type) {
         // Deliberate: names the read by key, also when all values are read.
         TAVRO_LOG_DEBUG(kNoTag, "[get_sub2_main_data] error handling \n");
@@ -82,7 +82,7 @@ std::optional<jint> antenna_value(const ToJavaRow&, const std::byte* structure) 
 }
 
 std::optional<jint> position_value(const ToJavaRow&, const std::byte* structure) {
-    return tavro::diseqc_position(diseqc_info(structure));
+    return diseqc_position(diseqc_info(structure));
 }
 
 } // namespace tavro::satellite_rows
@@ -104,45 +104,44 @@ void set_sub_diseqc_data(RecordObject& object, _TUNER_DISEQC_INFO_T& diseqc) {
 
 void set_lnb_data(RecordObject& object, _SATL_REC_T& record) { put_all(kLnbToRecord, object, record); }
 
-void get_satellite_data(tavro::Jni& jni, jclass base_class, jobject base, const _SATL_REC_T& record) {
+void get_satellite_data(Jni& jni, jclass base_class, jobject base, const _SATL_REC_T& record) {
     pass_all(kMainToJava, jni, base_class, base, record);
     pass_all(kSubMainToJava, jni, base_class, base, record);
     get_satellite_sub_data(jni, base_class, base, record);
 }
 
-void get_satellite_sub_data(tavro::Jni& jni, jclass base_class, jobject base, const _SATL_REC_T& record) {
+void get_satellite_sub_data(Jni& jni, jclass base_class, jobject base, const _SATL_REC_T& record) {
     pass_all(kSub2MainToJava, jni, base_class, base, record);
 }
 
-void get_all_diseqc_data(tavro::Jni& jni, jclass base_class, jobject base, const _TUNER_DISEQC_INFO_T& diseqc) {
+void get_all_diseqc_data(Jni& jni, jclass base_class, jobject base, const _TUNER_DISEQC_INFO_T& diseqc) {
     pass_all(kDiseqcToJava, jni, base_class, base, diseqc);
     pass_all(kSubDiseqcToJava, jni, base_class, base, diseqc);
 }
 
-void get_main_data(tavro::Jni& jni, jclass base_class, jobject base, const char* key, const _SATL_REC_T& record) {
+void get_main_data(Jni& jni, jclass base_class, jobject base, const char* key, const _SATL_REC_T& record) {
     if (!pass_one(kMainToJava, jni, base_class, base, key, record)) {
         get_sub_main_data(jni, base_class, base, key, record);
     }
 }
 
-void get_sub_main_data(tavro::Jni& jni, jclass base_class, jobject base, const char* key, const _SATL_REC_T& record) {
+void get_sub_main_data(Jni& jni, jclass base_class, jobject base, const char* key, const _SATL_REC_T& record) {
     if (!pass_one(kSubMainToJava, jni, base_class, base, key, record)) {
         get_sub2_main_data(jni, base_class, base, key, record);
     }
 }
 
-void get_sub2_main_data(tavro::Jni& jni, jclass base_class, jobject base, const char* key, const _SATL_REC_T& record) {
+void get_sub2_main_data(Jni& jni, jclass base_class, jobject base, const char* key, const _SATL_REC_T& record) {
     pass_one(kSub2MainToJava, jni, base_class, base, key, record);
 }
 
-void get_diseqc_data(tavro::Jni& jni, jclass base_class, jobject base, const char* key,
-                     const _TUNER_DISEQC_INFO_T& diseqc) {
+void get_diseqc_data(Jni& jni, jclass base_class, jobject base, const char* key, const _TUNER_DISEQC_INFO_T& diseqc) {
     if (!pass_one(kDiseqcToJava, jni, base_class, base, key, diseqc)) {
         get_sub_diseqc_data(jni, base_class, base, key, diseqc);
     }
 }
 
-void get_sub_diseqc_data(tavro::Jni& jni, jclass base_class, jobject base, const char* key,
+void get_sub_diseqc_data(Jni& jni, jclass base_class, jobject base, const char* key,
                          const _TUNER_DISEQC_INFO_T& diseqc) {
     pass_one(kSubDiseqcToJava, jni, base_class, base, key, diseqc);
 }

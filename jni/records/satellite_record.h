@@ -5,6 +5,8 @@
 #include "jni/records/record_object.h"
 #include "middleware/satl.h"
 
+namespace tavro {
+
 inline constexpr char kSatelliteInfo[] = "com/velotra/tv/tavro/services/channellist/VltTvSatelliteInfo";
 inline constexpr char kSatelliteInfoBase[] = "com/velotra/tv/tavro/services/channellist/VltTvSatelliteInfoBase";
 
@@ -14,6 +16,8 @@ inline constexpr char kSatelliteContainsKey[] =
 
 // Key and field of the record identifier.
 inline constexpr char kSatelliteIdKey[] = "RecId";
+
+} // namespace tavro
 
 // Java to record: the values whose key is set; all other bytes stay. All but the last look up the object's
 // isContainsKey. Fields belong to VltTvSatelliteInfoBase.

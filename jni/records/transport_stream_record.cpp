@@ -5,7 +5,7 @@
 
 #include <cstring>
 
-using tavro::RecordObject;
+using namespace tavro;
 using namespace tavro::transport_stream_rows;
 
 namespace {
@@ -20,10 +20,10 @@ constexpr std::uint8_t kLastMedium = kMediumSatellite;
 bool known(std::uint8_t medium) { return medium >= kFirstMedium && medium <= kLastMedium; }
 
 // Puts a value where the record's medium keeps it; nothing for an unknown medium.
-void put_variant(std::byte* structure, const tavro::Variant* variants, jint value) {
+void put_variant(std::byte* structure, const Variant* variants, jint value) {
     const std::uint8_t medium = record_of(structure).e_bcst_medium;
     if (known(medium)) {
-        tavro::put(structure, variants[medium - kFirstMedium], value);
+        put(structure, variants[medium - kFirstMedium], value);
     }
 }
 
@@ -156,19 +156,19 @@ void trace_ts_name(const ToRecordRow&, const std::byte* structure, jint) {
 } // namespace tavro::transport_stream_rows
 
 void _get_fecInner_by_switch(int value, TUNER_FEC_INNER_T& code) {
-    tavro::kFecInnerCodes.find(value, code);
+    kFecInnerCodes.find(value, code);
     TAVRO_LOG_JNI("[%s][%d] fecInner:%d ", __func__, 2228, static_cast<int>(code));
 }
 
 void _get_mod_by_switch(int value, TUNER_MODULATION_T& code) {
-    if (value >= tavro::kFirstModulation && value <= tavro::kLastModulation) {
+    if (value >= kFirstModulation && value <= kLastModulation) {
         code = static_cast<TUNER_MODULATION_T>(value);
     }
     TAVRO_LOG_JNI("[%s][%d] mod:%d ", __func__, 2320, static_cast<int>(code));
 }
 
 void _get_transmission_mode_by_switch(int value, TUNER_TRANSMISSION_MODE_T& code) {
-    tavro::kTransmissionModeCodes.find(value, code);
+    kTransmissionModeCodes.find(value, code);
     TAVRO_LOG_JNI("[%s][%d] transMode:%d ", __func__, 2352, static_cast<int>(code));
 }
 
@@ -192,12 +192,12 @@ std::uint32_t get_mode(const _TSL_REC_T* record) {
 
 void set_mode(_TSL_REC_T* record, int mode) {
     const std::uint8_t medium = known(record->e_bcst_medium) ? record->e_bcst_medium : kMediumTerrestrial;
-    tavro::put(reinterpret_cast<std::byte*>(record), kModeWord[medium - kFirstMedium], mode);
+    put(reinterpret_cast<std::byte*>(record), kModeWord[medium - kFirstMedium], mode);
 }
 
-void _set_ts_info(tavro::Jni& jni, jobject object, _TSL_REC_T& record) {
+void _set_ts_info(Jni& jni, jobject object, _TSL_REC_T& record) {
     TAVRO_LOG_JNI("[%s][%d] ", __func__, 2544);
-    const tavro::LocalRef cls(jni, jni.find_class(kTransportStreamInfo));
+    const LocalRef cls(jni, jni.find_class(kTransportStreamInfo));
     RecordObject stream(jni, cls.get(), object, kTransportStreamContainsKey);
     stream.look_up_contains_key();
     put_all(kFirstRows, stream, record);

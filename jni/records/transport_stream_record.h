@@ -6,10 +6,14 @@
 #include "jni/records/record_object.h"
 #include "middleware/tsl.h"
 
+namespace tavro {
+
 // Class of Java transport stream objects, and the signature of its isContainsKey.
 inline constexpr char kTransportStreamInfo[] = "com/velotra/tv/tavro/services/channellist/VltTvTransportStreamInfoBase";
 inline constexpr char kTransportStreamContainsKey[] =
     "(Lcom/velotra/tv/tavro/services/channellist/VltTvTransportStreamInfoBase;Ljava/lang/String;)Z";
+
+} // namespace tavro
 
 // The whole record. Deliberate: the class is found by its name, not from the object.
 void _set_ts_info(tavro::Jni& jni, jobject object, _TSL_REC_T& record);

@@ -130,11 +130,11 @@ TEST(Decimal, ReadsWhatStoiReadsAndRaisesItsExceptions) {
         {",17", "invalid_argument"},
     };
     for (const auto& c : cases) {
-        EXPECT_EQ(outcome([&] { return decimal(c.text); }), c.outcome) << '"' << c.text << '"';
+        EXPECT_EQ(outcome([&] { return tavro::decimal(c.text); }), c.outcome) << '"' << c.text << '"';
         EXPECT_EQ(outcome([&] { return std::stoi(c.text); }), c.outcome) << '"' << c.text << '"';
     }
-    EXPECT_EQ(decimal(std::string_view("1718").substr(0, 2)), 17);
-    EXPECT_EQ(decimal(std::string_view("+1718").substr(0, 3)), 17);
+    EXPECT_EQ(tavro::decimal(std::string_view("1718").substr(0, 2)), 17);
+    EXPECT_EQ(tavro::decimal(std::string_view("+1718").substr(0, 3)), 17);
 }
 
 TEST_F(RecordIdentifier, IsBuiltFromTwoIdsAndNotParsedBackWhenNegative) {

@@ -132,7 +132,8 @@ protected:
 
     void convert(Part part) {
         Jni env(jni.env());
-        RecordObject object(env, static_cast<jclass>(FakeJni::ref(cls)), FakeJni::ref(channel), kChannelContainsKey);
+        RecordObject object(env, static_cast<jclass>(FakeJni::ref(cls)), FakeJni::ref(channel),
+                            tavro::kChannelContainsKey);
         switch (part) {
         case Part::kHeader:
             _set_header_info(object, record.t_header);
@@ -564,7 +565,7 @@ TEST_F(ChannelRecord, EveryFailureOfThePlatformEndsTheConversionWithTheException
             failing.fail_nth(n);
             Jni env(failing.env());
             RecordObject object(env, static_cast<jclass>(FakeJni::ref(cls)), FakeJni::ref(channel),
-                                kChannelContainsKey);
+                                tavro::kChannelContainsKey);
             std::memcpy(&record, before.data(), before.size());
             if (part == Part::kHeader) {
                 _set_header_info(object, record.t_header);
