@@ -20,7 +20,7 @@ line='apt-get update && apt-get install -y --no-install-recommends'
 
 @test "only test and bench take the packages of tests and benchmarks" {
     bench='googletest junit5 libbenchmark-dev libgoogle-gson-java libxerial-sqlite-jdbc-java libxerial-sqlite-jdbc-jni'
-    printf '%s\n' $bench bats clang-14 g++-arm-linux-gnueabihf qemu-user >"$FAKE_MISSING"
+    printf '%s\n' $bench bats checkstyle clang-14 g++-arm-linux-gnueabihf qemu-user >"$FAKE_MISSING"
     for words in demo 'list 1' 'show 1,2' 'import f' build 'build debug' 'build asan'; do tavro 0 $words; done
     not_called '^apt-get .*install'
     tavro 0 report
@@ -32,7 +32,7 @@ line='apt-get update && apt-get install -y --no-install-recommends'
     tavro 0 report arm
     called '--no-install-recommends g\+\+-arm-linux-gnueabihf$'
     tavro 0 test --quick
-    called '--no-install-recommends bats$'
+    called '--no-install-recommends bats checkstyle$'
 }
 
 @test "without root one line names all packages, and is enough for the second attempt" {

@@ -15,7 +15,7 @@ BEGIN {
 }
 /^package / {
     package = substr($2, length(base) + 1, length($2) - length(base) - 1)
-    if (!(package in rank)) error("package " package " is not in the order")
+    if (!(package in rank)) error("package " package " has no place in the order of tests/lanes/java_packages.sh")
 }
 # The name up to the first part that begins with a capital is the package.
 /^import / && index($0, base) {

@@ -25,7 +25,9 @@ final class BenchFile {
             this.name = name;
         }
 
-        /** The name without the number of records at its end: {@code read:1000} and {@code read/1000} give {@code read}. */
+        /**
+         * The name without the number of records at its end: {@code read:1000} and {@code read/1000} give {@code read}.
+         */
         String family() {
             return name.replaceAll("[:/]\\d+$", "");
         }
@@ -33,7 +35,8 @@ final class BenchFile {
         /** The number of records at the end of the name; nothing when there is none. */
         OptionalDouble records() {
             String digits = name.substring(family().length());
-            return digits.isEmpty() ? OptionalDouble.empty() : OptionalDouble.of(Double.parseDouble(digits.substring(1)));
+            return digits.isEmpty() ? OptionalDouble.empty()
+                    : OptionalDouble.of(Double.parseDouble(digits.substring(1)));
         }
 
         /** Median time in nanoseconds. */
@@ -99,7 +102,8 @@ final class BenchFile {
         } catch (NoSuchFileException e) {
             throw new IOException(
                     "there is no file '" + file + "'; ./tavro bench --json=" + file.getParent() + " makes it", e);
-        } catch (JsonParseException | ClassCastException | IllegalStateException | IllegalArgumentException | NullPointerException e) {
+        } catch (JsonParseException | ClassCastException | IllegalStateException | IllegalArgumentException
+                | NullPointerException e) {
             throw new IOException("'" + file + "' does not hold results of benchmarks as JSON: " + e.getMessage(), e);
         }
     }

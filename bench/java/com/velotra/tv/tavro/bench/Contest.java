@@ -6,8 +6,8 @@ import java.util.List;
 import java.util.OptionalDouble;
 
 /**
- * One operation done by several entrants that take turns: a round measures each of them, so that the machine's load hits all
- * alike. The first entrant is compared with every other one, round by round.
+ * One operation done by several entrants that take turns: a round measures each of them, so that the machine's load
+ * hits all alike. The first entrant is compared with every other one, round by round.
  */
 public final class Contest {
     /** Does an operation some times. */

@@ -17,9 +17,9 @@ import java.util.regex.Pattern;
  *
  * <pre>Document RESULTS TEMPLATE TARGET</pre>
  *
- * RESULTS is the folder of the JSON files, TEMPLATE a document with sections to fill, TARGET the folder for the filled document.
- * The plots go to the folder {@code performance} in it. A section begins with {@code <!-- NAME -->} and ends with
- * {@code <!-- end -->}.
+ * RESULTS is the folder of the JSON files, TEMPLATE a document with sections to fill, TARGET the folder for the filled
+ * document. The plots go to the folder {@code performance} in it. A section begins with {@code <!-- NAME -->} and ends
+ * with {@code <!-- end -->}.
  */
 public final class Document {
     private static final String PLOTS = "performance";
@@ -73,7 +73,8 @@ public final class Document {
         for (Benchmark one : file.benchmarks) {
             double records = one.records().orElse(0);
             if (records > 0) {
-                Plot plot = found.computeIfAbsent(one.family(), family -> new Plot(family + ", per record", "time per record"));
+                Plot plot = found.computeIfAbsent(one.family(),
+                        family -> new Plot(family + ", per record", "time per record"));
                 point(plot, "library", records, one.value("library_ns"));
                 point(plot, "floor", records, one.value("floor_ns"));
                 point(plot, "plain copy", records, one.value("copy_ns"));
@@ -91,7 +92,8 @@ public final class Document {
                 int name = one.family().lastIndexOf('/') + 1;
                 String operation = one.family().substring(0, name - 1);
                 Plot plot = found.computeIfAbsent(operation, key -> new Plot(key + ", per record", "time per record"));
-                point(plot, one.family().substring(name).replace('_', ' '), records, OptionalDouble.of(one.nanoseconds()));
+                point(plot, one.family().substring(name).replace('_', ' '), records,
+                        OptionalDouble.of(one.nanoseconds()));
             }
         }
         return drawn("", found);
@@ -110,7 +112,8 @@ public final class Document {
             if (plot.sizes() >= LEAST_SIZES) {
                 String file = (prefix + '-' + family).replaceAll("[^a-z0-9]+", "-").replaceAll("^-", "") + ".svg";
                 plots.put(file, plot);
-                text.append("\n![").append(family).append(": time per record against records](").append(PLOTS).append('/')
+                text.append("\n![").append(family).append(": time per record against records](").append(PLOTS)
+                        .append('/')
                         .append(file).append(")\n");
             }
         });
@@ -125,7 +128,8 @@ public final class Document {
             String content = missing.remove(section.group(2));
             if (content == null) {
                 throw new IOException(
-                        "'" + template + "' has a section '" + section.group(2) + "' that is there twice or has no results");
+                        "'" + template + "' has a section '" + section.group(2)
+                                + "' that is there twice or has no results");
             }
             section.appendReplacement(text, Matcher.quoteReplacement(section.group(1) + content + section.group(3)));
         }

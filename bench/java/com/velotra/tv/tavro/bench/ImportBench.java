@@ -17,12 +17,13 @@ import java.util.stream.Stream;
  *
  * <pre>ImportBench OPTION... -- IMPORT_FLOOR COMMAND...</pre>
  *
- * COMMAND imports the tree into the storage directory that TAVRO_HOME names; IMPORT_FLOOR is the program of that name. For
- * this program TAVRO_HOME names an empty directory, in which every import has one of its own.
+ * COMMAND imports the tree into the storage directory that TAVRO_HOME names; IMPORT_FLOOR is the program of that name.
+ * For this program TAVRO_HOME names an empty directory, in which every import has one of its own.
  */
 public final class ImportBench {
     private static final double TARGET = 1.5;
-    private static final Pattern SUMMARY = Pattern.compile("^transport stream list \\d+: (\\d+) added, (?:.* (\\d+) repeated)?");
+    private static final Pattern SUMMARY = Pattern.compile(
+            "^transport stream list \\d+: (\\d+) added, (?:.* (\\d+) repeated)?");
 
     private final Options options;
     private final Path home;
@@ -124,7 +125,8 @@ public final class ImportBench {
                 .start()
                 .waitFor();
         if (status != 0) {
-            throw new IOException(String.join(" ", words) + " ended with exit code " + status + ":\n" + Files.readString(errors));
+            throw new IOException(String.join(" ", words) + " ended with exit code " + status + ":\n"
+                    + Files.readString(errors));
         }
         return Files.readAllLines(log);
     }

@@ -15,7 +15,10 @@ import java.nio.file.StandardCopyOption;
 import java.util.Arrays;
 import java.util.List;
 
-/** Whole lists in files as JSON and as serialized Java objects. A file takes its place by a rename, as a stored list's does. */
+/**
+ * Whole lists in files as JSON and as serialized Java objects. A file takes its place by a rename, as a stored list's
+ * does.
+ */
 final class ListFiles {
     private static final Gson GSON = new Gson();
     private static final int BUFFER = 1 << 16;
@@ -38,14 +41,16 @@ final class ListFiles {
 
     static void writeSerialized(Path file, List<Service> services) throws IOException {
         Path part = part(file);
-        try (ObjectOutputStream out = new ObjectOutputStream(new BufferedOutputStream(Files.newOutputStream(part), BUFFER))) {
+        try (ObjectOutputStream out = new ObjectOutputStream(
+                new BufferedOutputStream(Files.newOutputStream(part), BUFFER))) {
             out.writeObject(services.toArray(Service[]::new));
         }
         Files.move(part, file, StandardCopyOption.ATOMIC_MOVE);
     }
 
     static List<Service> readSerialized(Path file) throws IOException, ClassNotFoundException {
-        try (ObjectInputStream in = new ObjectInputStream(new BufferedInputStream(Files.newInputStream(file), BUFFER))) {
+        try (ObjectInputStream in = new ObjectInputStream(
+                new BufferedInputStream(Files.newInputStream(file), BUFFER))) {
             return Arrays.asList((Service[]) in.readObject());
         }
     }

@@ -14,7 +14,8 @@ import java.util.regex.Pattern;
  * @param repetitions rounds, or 0 for the program's own number
  * @param json where the results are written as JSON
  */
-public record Options(Pattern filter, boolean without, boolean listOnly, boolean quick, int repetitions, Optional<Path> json) {
+public record Options(Pattern filter, boolean without, boolean listOnly, boolean quick, int repetitions,
+        Optional<Path> json) {
     private static final String FILTER = "--benchmark_filter=";
     private static final String REPETITIONS = "--benchmark_repetitions=";
     private static final String OUT = "--benchmark_out=";

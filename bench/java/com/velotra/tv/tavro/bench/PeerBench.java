@@ -9,8 +9,9 @@ import java.util.List;
 import java.util.stream.IntStream;
 
 /**
- * The natives over the workstation's platform beside other ways of keeping the same services from Java: sqlite-jdbc with
- * records as blobs and as columns, JSON through Gson, Java serialization. TAVRO_HOME names an empty directory for all of them.
+ * The natives over the workstation's platform beside other ways of keeping the same services from Java: sqlite-jdbc
+ * with records as blobs and as columns, JSON through Gson, Java serialization. TAVRO_HOME names an empty directory for
+ * all of them.
  */
 public final class PeerBench {
     private static final String NATIVES = "natives";

@@ -39,13 +39,13 @@ final class Plot {
 
     /** The drawing. */
     String svg() {
-        Axis x = new Axis(series.values().stream().flatMap(points -> points.keySet().stream()).toList(), LEFT, WIDTH - RIGHT,
-                1);
-        Axis y = new Axis(series.values().stream().flatMap(points -> points.values().stream()).toList(), HEIGHT - BOTTOM, TOP,
-                1, 2, 5);
+        Axis x = new Axis(series.values().stream().flatMap(points -> points.keySet().stream()).toList(), LEFT,
+                WIDTH - RIGHT, 1);
+        Axis y = new Axis(series.values().stream().flatMap(points -> points.values().stream()).toList(),
+                HEIGHT - BOTTOM, TOP, 1, 2, 5);
         List<String> lines = new ArrayList<>();
-        lines.add(format("<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 %d %d\" width=\"%d\" height=\"%d\" role=\"img\""
-                + " font-family=\"sans-serif\" font-size=\"12\">", WIDTH, HEIGHT, WIDTH, HEIGHT));
+        lines.add(format("<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 %d %d\" width=\"%d\" height=\"%d\""
+                + " role=\"img\" font-family=\"sans-serif\" font-size=\"12\">", WIDTH, HEIGHT, WIDTH, HEIGHT));
         lines.add("<title>" + escaped(title) + "</title>");
         lines.add("<rect width=\"100%\" height=\"100%\" fill=\"white\"/>");
         lines.add(format("<text x=\"%d\" y=\"24\" font-size=\"15\">%s</text>", LEFT, escaped(title)));
@@ -69,10 +69,12 @@ final class Plot {
             List<String> dots = new ArrayList<>();
             one.getValue().forEach((records, time) -> {
                 points.append(points.isEmpty() ? "" : " ").append(format("%.1f,%.1f", x.place(records), y.place(time)));
-                dots.add(format("<circle cx=\"%.1f\" cy=\"%.1f\" r=\"3\" fill=\"%s\"><title>%s, %,.0f records: %s</title></circle>",
+                dots.add(format("<circle cx=\"%.1f\" cy=\"%.1f\" r=\"3\" fill=\"%s\">"
+                                + "<title>%s, %,.0f records: %s</title></circle>",
                         x.place(records), y.place(time), color, escaped(one.getKey()), records, Times.text(time)));
             });
-            lines.add(format("<polyline fill=\"none\" stroke=\"%s\" stroke-width=\"2\" points=\"%s\"/>", color, points));
+            lines.add(format("<polyline fill=\"none\" stroke=\"%s\" stroke-width=\"2\" points=\"%s\"/>", color,
+                    points));
             lines.addAll(dots);
             int legend = TOP + 12 + 22 * number++;
             lines.add(format("<line x1=\"%d\" y1=\"%d\" x2=\"%d\" y2=\"%d\" stroke=\"%s\" stroke-width=\"2\"/>",

@@ -27,7 +27,8 @@ public final class Results {
         context.addProperty("date", now.format(DateTimeFormatter.ISO_OFFSET_DATE_TIME));
         context.addProperty("program", program);
         context.addProperty("num_cpus", Runtime.getRuntime().availableProcessors());
-        context.addProperty("java", System.getProperty("java.vm.name") + ' ' + System.getProperty("java.runtime.version"));
+        context.addProperty("java", System.getProperty("java.vm.name") + ' '
+                + System.getProperty("java.runtime.version"));
         context.addProperty("heap_bytes", Runtime.getRuntime().maxMemory());
     }
 
@@ -48,7 +49,8 @@ public final class Results {
             Samples time = result.nanoseconds();
             Samples ratio = result.ratio();
             String target = result.target().isEmpty() ? "" : format("%.2f", result.target().getAsDouble());
-            boolean missed = ratio != null && result.target().isPresent() && ratio.quantile(0.5) > result.target().getAsDouble();
+            boolean missed = ratio != null && result.target().isPresent()
+                    && ratio.quantile(0.5) > result.target().getAsDouble();
             out.printf(ROW, result.name(), Times.text(time.quantile(0.5)),
                     Times.text(time.quantile(0.1)) + " .. " + Times.text(time.quantile(0.9)),
                     ratio == null ? "" : format("%.2f", ratio.quantile(0.5)),

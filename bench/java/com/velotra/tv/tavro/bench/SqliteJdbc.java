@@ -11,7 +11,10 @@ import java.sql.Statement;
 import java.util.ArrayList;
 import java.util.List;
 
-/** A table of services in a SQLite database behind sqlite-jdbc, as durable as the stand-in's: see host/services/storage.cpp. */
+/**
+ * A table of services in a SQLite database behind sqlite-jdbc, as durable as the stand-in's: see
+ * host/services/storage.cpp.
+ */
 abstract class SqliteJdbc<T> implements AutoCloseable {
     private final Connection connection;
     private final PreparedStatement insert;

@@ -19,7 +19,8 @@ final class Tables {
 
     /** The natives beside the floor. */
     static String natives(BenchFile file) {
-        List<String> rows = head("Operation", "Library", "p10 .. p90", "Floor", "p10 .. p90", "Ratio", "p10 .. p90", "To a copy",
+        List<String> rows = head("Operation", "Library", "p10 .. p90", "Floor", "p10 .. p90", "Ratio", "p10 .. p90",
+                "To a copy",
                 "Growth");
         for (Benchmark one : file.benchmarks) {
             rows.add(row(one.name, text(one.value("library_ns"), Times::text), spread(one, "library_ns", Times::text),
@@ -36,9 +37,11 @@ final class Tables {
         for (Benchmark one : file.benchmarks) {
             OptionalDouble target = one.value("target");
             rows.add(row(one.name, Times.text(one.nanoseconds()),
-                    range(OptionalDouble.of(one.nanoseconds("p10")), OptionalDouble.of(one.nanoseconds("p90")), Times::text),
+                    range(OptionalDouble.of(one.nanoseconds("p10")), OptionalDouble.of(one.nanoseconds("p90")),
+                            Times::text),
                     judged(one.value("ratio"), target.orElse(Double.MAX_VALUE)),
-                    range(one.value("p10", "ratio"), one.value("p90", "ratio"), Tables::ratio), text(target, Tables::ratio)));
+                    range(one.value("p10", "ratio"), one.value("p90", "ratio"), Tables::ratio),
+                    text(target, Tables::ratio)));
         }
         return String.join("", rows);
     }

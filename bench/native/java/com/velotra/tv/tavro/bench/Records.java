@@ -20,8 +20,8 @@ public final class Records {
     /**
      * Makes {@code size} objects of a class, each with its identifier and with values under {@code keys} keys.
      *
-     * @param first keys to begin with, as "Key=number" (for texts the number is ignored), separated by commas; the others
-     *     follow in the order of their names, with the number 1
+     * @param first keys to begin with, as "Key=number" (for texts the number is ignored), separated by commas; the
+     *         others follow in the order of their names, with the number 1
      * @param identifierKey the key of the record's identifier, which is not counted among the keys
      * @param listId the list of the identifiers; record ids count from 1
      * @param identified whether the identifiers are set
@@ -45,7 +45,8 @@ public final class Records {
                 setters.add(method);
             }
         }
-        setters.sort(Comparator.comparingInt((Method method) -> rank(order, method.getName())).thenComparing(Method::getName));
+        setters.sort(Comparator.comparingInt((Method method) -> rank(order, method.getName())).thenComparing(
+                Method::getName));
         Method identifierSetter = identifierSetter(type, "set" + identifierKey);
         List<Object> records = new ArrayList<>();
         for (int id = 1; id <= size; ++id) {

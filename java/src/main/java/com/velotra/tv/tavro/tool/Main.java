@@ -30,15 +30,14 @@ import picocli.CommandLine.Command;
 import picocli.CommandLine.ITypeConverter;
 import picocli.CommandLine.Mixin;
 import picocli.CommandLine.Option;
-import picocli.CommandLine.ParameterException;
 import picocli.CommandLine.Parameters;
-import picocli.CommandLine.Spec;
 
 /** The command-line tool. Exit codes: 0 done, 1 failed, wholly or partly, 2 wrong usage. */
 @Command(
         name = Main.NAME,
         description = "Shows what is in channel lists.",
-        subcommands = {Main.ListCommand.class, Main.ShowCommand.class, Main.ImportCommand.class, Main.DemoCommand.class})
+        subcommands = {Main.ListCommand.class, Main.ShowCommand.class, Main.ImportCommand.class,
+                Main.DemoCommand.class})
 public final class Main {
     static final String NAME = "./tavro";
 
@@ -82,7 +81,8 @@ public final class Main {
 
     private static int execute(String... arguments) {
         CommandLine tool = new CommandLine(new Main());
-        tool.getSubcommands().values().forEach(command -> command.getCommandSpec().usageMessage().parameterListHeading("%n"));
+        tool.getSubcommands().values()
+                .forEach(command -> command.getCommandSpec().usageMessage().parameterListHeading("%n"));
         return tool.setExpandAtFiles(false) // a file may be called @name
                 .registerConverter(RecordId.class, new RecordIdConverter())
                 .setParameterExceptionHandler((wrong, words) -> {
@@ -124,7 +124,8 @@ public final class Main {
                 RecordId id = RecordId.parse(text);
                 if (!id.namesRecord()) {
                     throw new IllegalArgumentException(
-                            "'" + text + "' names no record: list ids are 1 to " + LAST_LIST + ", record ids 0 to " + (LAST_LIST - 1));
+                            "'" + text + "' names no record: list ids are 1 to " + LAST_LIST + ", record ids 0 to "
+                                    + (LAST_LIST - 1));
                 }
                 return id;
             } catch (IllegalArgumentException e) {
@@ -153,7 +154,8 @@ public final class Main {
         @Override
         public Kind convert(String text) {
             return Arrays.stream(Kind.values()).filter(kind -> kind.toString().equals(text)).findFirst().orElseThrow(
-                    () -> new CommandLine.TypeConversionException("'" + text + "' is not services, streams, networks or satellites"));
+                    () -> new CommandLine.TypeConversionException(
+                            "'" + text + "' is not services, streams, networks or satellites"));
         }
     }
 
@@ -172,7 +174,8 @@ public final class Main {
                 return (int) value;
             }
         }
-        throw new CommandLine.TypeConversionException("'" + text + "' is not " + what + ": it must be from " + least + " to " + most);
+        throw new CommandLine.TypeConversionException(
+                "'" + text + "' is not " + what + ": it must be from " + least + " to " + most);
     }
 
     /** Does something with the library; one that cannot be loaded is the user's to repair. */
@@ -200,14 +203,16 @@ public final class Main {
             return;
         }
         if (hasLists && Database.hasList(directory, kind.number, listId)) {
-            throw new Failure(kind.one + " list " + listId + " in " + directory + " cannot be opened; the log line of TavroHost says why");
+            throw new Failure(kind.one + " list " + listId + " in " + directory
+                    + " cannot be opened; the log line of TavroHost says why");
         }
         throw new Failure("no " + kind.one + " list " + listId + " in " + directory);
     }
 
     /** Which kind of list is meant. */
     static final class KindOption {
-        @Option(names = {"-k", "--kind"}, paramLabel = "KIND", defaultValue = "services", converter = KindConverter.class,
+        @Option(names = {"-k", "--kind"}, paramLabel = "KIND", defaultValue = "services",
+                converter = KindConverter.class,
                 description = "services (the default), streams, networks or satellites.")
         Kind kind;
     }
@@ -226,7 +231,8 @@ public final class Main {
         @Mixin
         KindOption of;
 
-        @Option(names = "--first", paramLabel = "N", converter = CountConverter.class, description = "Show at most N records.")
+        @Option(names = "--first", paramLabel = "N", converter = CountConverter.class,
+                description = "Show at most N records.")
         int first = Integer.MAX_VALUE;
 
         @Override
@@ -291,14 +297,15 @@ public final class Main {
     @Command(
             name = "import",
             description = {
-                "Imports services, transport streams, networks and satellites from files into lists. The content of a file "
-                    + "decides what it is: a DVBv5 table (transponders or services), a one-line scan table, or one of "
-                    + "channels.conf, sources.conf and diseqc.conf in the form of Debian's vdr.",
+                "Imports services, transport streams, networks and satellites from files into lists. The content of a "
+                    + "file decides what it is: a DVBv5 table (transponders or services), a one-line scan table, or "
+                    + "one of channels.conf, sources.conf and diseqc.conf in the form of Debian's vdr.",
                 "",
-                "A record that its list has already is updated, so that a file can be imported again. Satellite transponders refer to "
-                    + "the satellite at their position, whether imported now or earlier. The position comes from channels.conf or "
-                    + "from the end of the file's name, as in Astra-19.2E."},
-            footer = {"", "Examples: ./tavro import sources.conf diseqc.conf dvb-s", "          ./tavro import --list 1 channels.conf",
+                "A record that is already in its list is updated, so a file can be imported again. Satellite "
+                    + "transponders refer to the satellite at their position, whether imported now or earlier. The "
+                    + "position comes from channels.conf or from the end of the file's name, as in Astra-19.2E."},
+            footer = {"", "Examples: ./tavro import sources.conf diseqc.conf dvb-s",
+                "          ./tavro import --list 1 channels.conf",
                 "          ./tavro list 13 --kind satellites"})
     static final class ImportCommand implements Callable<Integer> {
         @Mixin
@@ -309,7 +316,7 @@ public final class Main {
         List<Path> paths = new ArrayList<>();
 
         @Option(names = "--list", paramLabel = "ID", defaultValue = "11", converter = FirstListConverter.class,
-                description = "First list id (default ${DEFAULT-VALUE}): terrestrial services and streams go to ID, those of "
+                description = "First list id (default ${DEFAULT-VALUE}): terrestrial services and streams go to ID, "
                         + "cable to ID+1, satellites with their services and streams to ID+2.")
         int firstList;
 

@@ -7,8 +7,8 @@ import java.io.PrintStream;
 import java.nio.charset.StandardCharsets;
 
 /**
- * Output in UTF-8 that cannot control the terminal: texts come from files and broadcasts. Control characters other than line feeds
- * are written as dots. It remembers the first failure, which a PrintStream does not report.
+ * Output in UTF-8 that cannot control the terminal: texts come from files and broadcasts. Control characters other than
+ * line feeds are written as dots. It remembers the first failure, which a PrintStream does not report.
  */
 final class SafeOutput extends FilterOutputStream {
     private static final byte[] DOT = "·".getBytes(StandardCharsets.UTF_8);

@@ -63,14 +63,17 @@ class FailingStorageTest {
 
     @Test
     void aFullDiskStopsTheImportAtOnceAndKeepsWhatWasStored() throws Exception {
-        Result result = inNamespace("mount -t tmpfs -o size=600k tmpfs " + home + " && \"$@\" import --list 1 " + transponders);
+        Result result = inNamespace("mount -t tmpfs -o size=600k tmpfs " + home + " && \"$@\" import --list 1 "
+                + transponders);
         assertEquals(1, result.exit(), result.err());
         assertEquals(1, toolLines(result), result.err());
-        assertTrue(result.err().contains("tavro: the import stopped: cannot add a transport stream to list 2; no space left on the file "
+        assertTrue(result.err().contains(
+                "tavro: the import stopped: cannot add a transport stream to list 2; no space left on the file "
                 + "system of " + home + "; free some space; what was stored before stays\n"), result.err());
         assertTrue(result.out().startsWith("1 file: 2000 transponders; 0 malformed lines\n"), result.out());
         String last = result.out().lines().reduce((first, second) -> second).orElseThrow();
-        assertTrue(last.matches("transport stream list 2: (\\d+) added, 0 changed, 0 unchanged; it holds \\1 records"), last);
+        assertTrue(last.matches("transport stream list 2: (\\d+) added, 0 changed, 0 unchanged; it holds \\1 records"),
+                last);
         assertFalse(last.contains(" 0 added"), last);
     }
 
@@ -88,7 +91,8 @@ class FailingStorageTest {
         assertEquals(0, tool("import", "--list", "1", satellites.toString()).exit());
         Process holder = new ProcessBuilder("sqlite3", "-batch", home.resolve("lists.db").toString()).start();
         try (BufferedReader answers = holder.inputReader()) {
-            holder.outputWriter().append("PRAGMA locking_mode=EXCLUSIVE; BEGIN EXCLUSIVE; UPDATE lists SET version = version;\n"
+            holder.outputWriter()
+                    .append("PRAGMA locking_mode=EXCLUSIVE; BEGIN EXCLUSIVE; UPDATE lists SET version = version;\n"
                     + "SELECT 'held';\n").flush();
             assertEquals("exclusive", answers.readLine());
             assertEquals("held", answers.readLine());
@@ -96,7 +100,8 @@ class FailingStorageTest {
             assertEquals(1, result.exit());
             assertEquals("", result.out());
             assertEquals(
-                    "tavro: the list database " + home.resolve("lists.db") + " cannot be used: it is locked; end the other process that has"
+                    "tavro: the list database " + home.resolve("lists.db")
+                            + " cannot be used: it is locked; end the other process that has"
                             + " been writing to it for too long, or set TAVRO_HOME to another directory\n",
                     result.err());
         } finally {
@@ -124,19 +129,23 @@ class FailingStorageTest {
         assertEquals(0, tool("import", "--list", "1", transponders.toString()).exit());
         Path database = home.resolve("lists.db");
         assertEquals(0, ToolProcess.run(
-                List.of("sqlite3", database.toString(), "PRAGMA wal_checkpoint(TRUNCATE)"), folder, folder.resolve("out"), Map.of()));
+                List.of("sqlite3", database.toString(), "PRAGMA wal_checkpoint(TRUNCATE)"), folder,
+                folder.resolve("out"), Map.of()));
         byte[] bytes = Files.readAllBytes(database);
         for (int i = 16384; i < bytes.length; i++) { // the first four pages say that there are lists
             bytes[i] = (byte) 0x5A;
         }
         Files.write(database, bytes, StandardOpenOption.TRUNCATE_EXISTING);
         for (String[] words : new String[][] {
-                {"list", "2", "--kind", "streams"}, {"show", "2,1", "--kind", "streams"}, {"import", transponders.toString()}}) {
+                {"list", "2", "--kind", "streams"}, {"show", "2,1", "--kind", "streams"},
+                        {"import", transponders.toString()}}) {
             Result result = tool(words);
             assertEquals(1, result.exit(), words[0]);
             assertEquals("", result.out());
-            assertTrue(result.err().contains("tavro: the list database " + database + " cannot be used: "), result.err());
-            assertTrue(result.err().endsWith("; move it away to start without lists, or set TAVRO_HOME to another directory\n"), result.err());
+            assertTrue(result.err().contains("tavro: the list database " + database + " cannot be used: "),
+                    result.err());
+            assertTrue(result.err().endsWith(
+                    "; move it away to start without lists, or set TAVRO_HOME to another directory\n"), result.err());
         }
     }
 
@@ -144,9 +153,11 @@ class FailingStorageTest {
     void outputThatCannotBeWrittenFailsTheCommand() throws Exception {
         assertEquals(0, tool("import", "--list", "1", satellites.toString()).exit());
         Map<String, String> environment = Map.of("TAVRO_HOME", home.toString());
-        List<String> command = ToolProcess.command(System.getProperty("java.library.path"), "list", "3", "--kind", "satellites");
+        List<String> command = ToolProcess.command(System.getProperty("java.library.path"), "list", "3", "--kind",
+                "satellites");
         assertEquals(1, ToolProcess.run(command, folder, Path.of("/dev/full"), environment));
-        assertEquals("tavro: cannot write the output: No space left on device\n", Files.readString(folder.resolve("err")));
+        assertEquals("tavro: cannot write the output: No space left on device\n",
+                Files.readString(folder.resolve("err")));
     }
 
     @Test

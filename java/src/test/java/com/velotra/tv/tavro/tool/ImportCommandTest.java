@@ -25,9 +25,10 @@ import org.junit.jupiter.api.io.TempDir;
 
 /** The import command, from files to lists and summary. */
 class ImportCommandTest {
-    private static final String CABLE = "[Uno]\nDELIVERY_SYSTEM = DVBC/ANNEX_A\nFREQUENCY = 330000000\nSYMBOL_RATE = 6900000\n";
+    private static final String CABLE =
+            "[Uno]\nDELIVERY_SYSTEM = DVBC/ANNEX_A\nFREQUENCY = 330000000\nSYMBOL_RATE = 6900000\n";
     private static final String FORMATS =
-            "DVBv5 tables, one-line scan tables, and channels.conf, sources.conf and diseqc.conf of vdr can be imported";
+            "supported: DVBv5 tables, one-line scan tables, and vdr's channels.conf, sources.conf and diseqc.conf";
 
     @TempDir
     Path folder;
@@ -35,8 +36,8 @@ class ImportCommandTest {
     @AfterEach
     void deleteLists() {
         for (int id = 41; id <= 43; id++) {
-            for (TvList kind : List.of(VltTvChannelList.getInstance(), VltTvTransportStreamList.getInstance(), VltTvNetworkList.getInstance(),
-                    VltTvSatelliteList.getInstance())) {
+            for (TvList kind : List.of(VltTvChannelList.getInstance(), VltTvTransportStreamList.getInstance(),
+                    VltTvNetworkList.getInstance(), VltTvSatelliteList.getInstance())) {
                 if (kind.exists(id)) {
                     kind.delete(id);
                 }
@@ -89,7 +90,8 @@ class ImportCommandTest {
         Path data = Files.createDirectory(folder.resolve("data"));
         for (int file = 100; file < 300; file++) { // the first ones are the longest
             Files.writeString(data.resolve("table" + file), String.format(
-                    "[N%d]\nDELIVERY_SYSTEM = DVBC/ANNEX_A\nFREQUENCY = %d000000\n%s", file, file, "# a comment\n".repeat((300 - file) * 20)));
+                    "[N%d]\nDELIVERY_SYSTEM = DVBC/ANNEX_A\nFREQUENCY = %d000000\n%s", file, file,
+                    "# a comment\n".repeat((300 - file) * 20)));
         }
         assertEquals(0, imported(data).exit());
         List<String> names = ToolProcess.runHere("list", "42", "--kind", "streams").out().lines()
@@ -131,12 +133,14 @@ class ImportCommandTest {
         String stream = ToolProcess.runHere("show", "43,1", "--kind", "streams").out();
         assertTrue(stream.contains("\nsatellite list                 43\nsatellite record               2\n"), stream);
         assertEquals(0, imported(file("Due-13.0E", transponder)).exit());
-        assertTrue(ToolProcess.runHere("show", "43,2", "--kind", "streams").out().contains("\nsatellite record               1\n"));
+        assertTrue(ToolProcess.runHere("show", "43,2", "--kind", "streams").out()
+                .contains("\nsatellite record               1\n"));
     }
 
     @Test
     void servicesFillServiceStreamAndNetworkLists() throws Exception {
-        Path channels = file("list.txt", "Uno:410:M64:C:6900:101:102:0:0:7:1:1019:0\nDue:410:M64:C:6900:201:202:0:0:8:1:1019:0\n");
+        Path channels = file("list.txt",
+                "Uno:410:M64:C:6900:101:102:0:0:7:1:1019:0\nDue:410:M64:C:6900:201:202:0:0:8:1:1019:0\n");
         assertEquals(
                 new Result(0,
                         """
@@ -161,7 +165,8 @@ class ImportCommandTest {
 
     @Test
     void aSecondImportUpdatesAndReportsWhatChanged() throws Exception {
-        Path channels = file("channels", "Uno:410:M64:C:6900:101:102:0:0:7:1:1019:0\nDue:418:M64:C:6900:201:202:0:0:8:1:1020:0\n");
+        Path channels = file("channels",
+                "Uno:410:M64:C:6900:101:102:0:0:7:1:1019:0\nDue:418:M64:C:6900:201:202:0:0:8:1:1020:0\n");
         Path satellites = file("satellites", "S13E Uno\nS19.2E Due\n");
         assertEquals(0, imported(channels, satellites).exit());
         assertEquals(
@@ -211,7 +216,8 @@ class ImportCommandTest {
     void aPipeIsImported() throws Exception {
         Path pipe = folder.resolve("pipe");
         assertEquals(0, new ProcessBuilder("mkfifo", pipe.toString()).start().waitFor());
-        Process writer = new ProcessBuilder("sh", "-c", "printf '%s' \"$1\" >\"$2\"", "sh", CABLE, pipe.toString()).start();
+        Process writer = new ProcessBuilder("sh", "-c", "printf '%s' \"$1\" >\"$2\"", "sh", CABLE, pipe.toString())
+                .start();
         Result result = imported(pipe);
         assertEquals(0, writer.waitFor());
         assertEquals(0, result.exit(), result.err());
@@ -240,7 +246,8 @@ class ImportCommandTest {
                 "tavro: cannot import " + image + ": it is a PNG image\n"
                         + "tavro: cannot read " + missing + ": no such file or folder\n",
                 result.err());
-        assertTrue(result.out().endsWith("transport stream list 42: 1 added, 0 changed, 0 unchanged; it holds 1 record\n"), result.out());
+        assertTrue(result.out().endsWith(
+                "transport stream list 42: 1 added, 0 changed, 0 unchanged; it holds 1 record\n"), result.out());
     }
 
     @Test
@@ -259,12 +266,15 @@ class ImportCommandTest {
         Path home = Path.of(System.getenv("TAVRO_HOME"));
         Path table = file("table", CABLE);
         List<String> command =
-                ToolProcess.command(System.getProperty("java.library.path"), "import", "--list", "41", table.toString());
+                ToolProcess.command(System.getProperty("java.library.path"), "import", "--list", "41",
+                        table.toString());
         Process other;
-        try (FileChannel lock = FileChannel.open(home.resolve("import.lock"), StandardOpenOption.CREATE, StandardOpenOption.WRITE)) {
+        try (FileChannel lock = FileChannel.open(home.resolve("import.lock"), StandardOpenOption.CREATE,
+                StandardOpenOption.WRITE)) {
             lock.lock();
             other = new ProcessBuilder(command).start();
-            assertEquals("  waiting for another import to finish …", other.errorReader(StandardCharsets.UTF_8).readLine());
+            assertEquals("  waiting for another import to finish …",
+                    other.errorReader(StandardCharsets.UTF_8).readLine());
             assertFalse(VltTvTransportStreamList.getInstance().exists(42));
         }
         assertEquals(0, other.waitFor());
@@ -275,15 +285,16 @@ class ImportCommandTest {
     void withoutAnyUsableFileTheImportFails() throws Exception {
         Path text = file("letter", "Dear all,\nnothing here.\n");
         assertEquals(
-                new Result(1, "", "tavro: cannot import " + text + ": its format is not known; " + FORMATS
+                new Result(1, "", "tavro: cannot import " + text + ": unknown format; " + FORMATS
                         + "\ntavro: nothing was imported; 1 file cannot be used, for the reasons above\n"),
                 imported(text));
         Path empty = Files.createDirectory(folder.resolve("empty"));
-        String nothing = "tavro: nothing was imported; there is no file in a known format; " + FORMATS + "\n";
+        String nothing = "tavro: nothing was imported; no file is in a known format; " + FORMATS + "\n";
         assertEquals(new Result(1, "", nothing), imported(empty));
         Path more = Files.writeString(empty.resolve("comments"), "# nothing\n\n");
         assertEquals(
-                new Result(1, "", "  cannot import " + more + ": there is nothing in it but blank lines and comments\n" + nothing),
+                new Result(1, "", "  cannot import " + more + ": there is nothing in it but blank lines and comments\n"
+                        + nothing),
                 imported(empty));
         assertFalse(VltTvTransportStreamList.getInstance().exists(42));
     }
@@ -312,7 +323,8 @@ class ImportCommandTest {
         Result result = imported(table);
         assertEquals(1, result.exit());
         assertEquals(11, result.err().lines().count(), result.err());
-        assertTrue(result.err().endsWith("  … more of these (no delivery system) are counted in the summary\n"), result.err());
+        assertTrue(result.err().endsWith("  … more of these (no delivery system) are counted in the summary\n"),
+                result.err());
         assertTrue(result.out().contains("\n      25  no delivery system\n"), result.out());
     }
 
@@ -322,13 +334,15 @@ class ImportCommandTest {
         for (int i = 0; i < 2001; i++) {
             lines.append("T ").append(474_000_000 + i % 3 * 8_000_000).append(" 8MHz\n");
         }
-        assertEquals("  1000 of 2001 transponders\n  2000 of 2001 transponders\n", imported(file("table", lines.toString())).err());
+        assertEquals("  1000 of 2001 transponders\n  2000 of 2001 transponders\n",
+                imported(file("table", lines.toString())).err());
     }
 
     @Test
     void theFirstListLeavesRoomForThree() {
         assertEquals(
-                new Result(2, "", "tavro: Invalid value for option '--list': '65534' is not the id of the first of 3 lists: "
+                new Result(2, "",
+                        "tavro: Invalid value for option '--list': '65534' is not the id of the first of 3 lists: "
                         + "it must be from 1 to 65533\nSee: ./tavro import --help\n"),
                 ToolProcess.runHere("import", "--list", "65534", "x"));
         for (String id : List.of("0", "65536", "70000", "-5")) {

@@ -46,9 +46,11 @@ class MainTest {
         lists.open(1);
         lists.clean(1);
         VltTvChannelInfoBase info = new VltTvChannelInfoBase()
-                .setBroadcastType(2).setServiceType(1).setServiceName("Uno").setServiceId(101).setTslRecId(new RecordId(1, 4));
+                .setBroadcastType(2).setServiceType(1).setServiceName("Uno").setServiceId(101)
+                        .setTslRecId(new RecordId(1, 4));
         lists.add(1, info);
-        lists.add(1, info.setServiceName("Zwölf Töne").setServiceType(2).setLogicalChannelNumber(12).setVnetScrambled(true));
+        lists.add(1, info.setServiceName("Zwölf Töne").setServiceType(2).setLogicalChannelNumber(12)
+                .setVnetScrambled(true));
 
         Result list = run(storage(), "list", "1");
         assertEquals(
@@ -95,8 +97,10 @@ class MainTest {
     @Test
     void anUnknownListOrRecordEndsWithOneAndCreatesNothing() throws Exception {
         VltTvChannelList.getInstance().open(2);
-        assertEquals(new Result(1, "", "tavro: no service list 99 in " + storage() + "\n"), run(storage(), "list", "99"));
-        assertEquals(new Result(1, "", "tavro: no service list 99 in " + storage() + "\n"), run(storage(), "show", "99,1"));
+        assertEquals(new Result(1, "", "tavro: no service list 99 in " + storage() + "\n"),
+                run(storage(), "list", "99"));
+        assertEquals(new Result(1, "", "tavro: no service list 99 in " + storage() + "\n"),
+                run(storage(), "show", "99,1"));
         assertEquals(new Result(1, "", "tavro: list 2 has no record 5\n"), run(storage(), "show", "2,5"));
         assertFalse(VltTvChannelList.getInstance().exists(99));
     }
@@ -111,11 +115,13 @@ class MainTest {
         for (String id : List.of("0,1", "65536,1", "1,65535", "1,65541")) {
             assertEquals(
                     new Result(2, "", "tavro: Invalid value for positional parameter at index 0 (LIST,RECORD): '" + id
-                            + "' names no record: list ids are 1 to 65535, record ids 0 to 65534\nSee: ./tavro show --help\n"),
+                            + "' names no record: list ids are 1 to 65535, record ids 0 to 65534\nSee: ./tavro show "
+                            + "--help\n"),
                     run(storage(), "show", id));
         }
         assertFalse(VltTvChannelList.getInstance().exists(65535));
-        assertEquals(new Result(1, "", "tavro: no service list 65535 in " + storage() + "\n"), run(storage(), "list", "65535"));
+        assertEquals(new Result(1, "", "tavro: no service list 65535 in " + storage() + "\n"),
+                run(storage(), "list", "65535"));
     }
 
     @Test
@@ -130,12 +136,14 @@ class MainTest {
         Path missing = folder.resolve("missing");
         String remedy = "; set TAVRO_HOME to the one that holds your lists\n";
         assertEquals(
-                new Result(1, "", "tavro: cannot read the storage directory " + missing + ": no such directory" + remedy),
+                new Result(1, "", "tavro: cannot read the storage directory " + missing + ": no such directory"
+                        + remedy),
                 run(missing, "list", "1"));
         assertFalse(Files.exists(missing));
         Path file = Files.writeString(folder.resolve("file"), "text");
         assertEquals(
-                new Result(1, "", "tavro: cannot read the storage directory " + file + ": it is not a directory" + remedy),
+                new Result(1, "", "tavro: cannot read the storage directory " + file + ": it is not a directory"
+                        + remedy),
                 run(file, "show", "1,1"));
     }
 
@@ -144,17 +152,21 @@ class MainTest {
         String invalid = "tavro: Invalid value for ";
         assertEquals(
                 new Result(2, "", invalid + "positional parameter at index 0 (LIST,RECORD): "
-                        + "'17' is not a record identifier; write list and record as in 3,17\nSee: ./tavro show --help\n"),
+                        + "'17' is not a record identifier; write list and record as in 3,17\nSee: ./tavro show "
+                        + "--help\n"),
                 run(storage(), "show", "17"));
         assertEquals(
-                new Result(2, "", invalid + "option '--first': '-1' is not a number of records: it must be from 0 to 2147483647\n"
+                new Result(2, "", invalid
+                        + "option '--first': '-1' is not a number of records: it must be from 0 to 2147483647\n"
                         + "See: ./tavro list --help\n"),
                 run(storage(), "list", "1", "--first=-1"));
         assertEquals(
-                new Result(2, "", invalid + "option '--kind': 'service' is not services, streams, networks or satellites\n"
+                new Result(2, "", invalid
+                        + "option '--kind': 'service' is not services, streams, networks or satellites\n"
                         + "See: ./tavro list --help\n"),
                 run(storage(), "list", "1", "--kind", "service"));
-        for (String[] words : new String[][] {{"nonsense"}, {"list"}, {"list", "1", "2"}, {"list", "1", "--frist", "2"}, {"import"}}) {
+        for (String[] words : new String[][] {{"nonsense"}, {"list"}, {"list", "1", "2"}, {"list", "1", "--frist", "2"},
+                {"import"}}) {
             Result result = run(storage(), words);
             assertEquals(2, result.exit(), result.err());
             assertEquals("", result.out());
@@ -167,13 +179,16 @@ class MainTest {
     void anInvalidSettingIsReportedOnce() throws Exception {
         VltTvChannelList.getInstance().open(2);
         Map<String, String> settings = Map.of(
-                "TAVRO_LOG_FILE", "/nonexistent/log", "TAVRO_LOCK_TIMEOUT_MS", "abc", "TAVRO_PROPERTIES", "/nonexistent/properties");
+                "TAVRO_LOG_FILE", "/nonexistent/log", "TAVRO_LOCK_TIMEOUT_MS", "abc", "TAVRO_PROPERTIES",
+                "/nonexistent/properties");
         for (Map.Entry<String, String> setting : settings.entrySet()) {
             Result result = ToolProcess.run(
-                    folder, Map.of("TAVRO_HOME", storage().toString(), setting.getKey(), setting.getValue()), "list", "2");
+                    folder, Map.of("TAVRO_HOME", storage().toString(), setting.getKey(), setting.getValue()), "list",
+                    "2");
             assertEquals(0, result.exit());
             assertEquals(1, result.err().lines().count(), result.err());
-            assertTrue(result.err().startsWith("E/TavroHost(") && result.err().contains(setting.getValue()), result.err());
+            assertTrue(result.err().startsWith("E/TavroHost(") && result.err().contains(setting.getValue()),
+                    result.err());
         }
     }
 
@@ -214,7 +229,8 @@ class MainTest {
                 """,
                 run(storage(), "show", "1,1", "--kind", "networks").out());
         assertEquals(
-                new Result(1, "", "tavro: list 1 has no record 9\n"), run(storage(), "show", "1,9", "--kind", "networks"));
+                new Result(1, "", "tavro: list 1 has no record 9\n"),
+                run(storage(), "show", "1,9", "--kind", "networks"));
     }
 
     @Test
@@ -285,9 +301,11 @@ class MainTest {
         String third = run(storage(), "show", "1,3", "-k", "satellites").out();
         assertTrue(third.contains("\ntone burst                     B\n"), third);
         assertTrue(third.contains("\nantenna type                   1\n"), third);
-        assertTrue(run(storage(), "show", "1,2", "-k", "satellites").out().contains("\nantenna type                   -\n"));
+        assertTrue(run(storage(), "show", "1,2", "-k", "satellites").out()
+                .contains("\nantenna type                   -\n"));
         assertEquals(
-                new Result(1, "", "tavro: list 1 has no record 9\n"), run(storage(), "show", "1,9", "--kind", "satellites"));
+                new Result(1, "", "tavro: list 1 has no record 9\n"),
+                run(storage(), "show", "1,9", "--kind", "satellites"));
         assertEquals(
                 new Result(1, "", "tavro: no satellite list 2 in " + storage() + "\n"),
                 run(storage(), "list", "2", "--kind", "satellites"));

@@ -43,8 +43,12 @@ public final class ToolProcess {
         return command;
     }
 
-    /** Runs any command with its output to {@code out} and its errors to the file err in {@code folder}. Returns its exit code. */
-    public static int run(List<String> command, Path folder, Path out, Map<String, String> environment) throws IOException, InterruptedException {
+    /**
+     * Runs any command with its output to {@code out} and its errors to the file err in {@code folder}. Returns its
+     * exit code.
+     */
+    public static int run(List<String> command, Path folder, Path out, Map<String, String> environment)
+            throws IOException, InterruptedException {
         ProcessBuilder builder = new ProcessBuilder(command)
                 .redirectOutput(ProcessBuilder.Redirect.appendTo(out.toFile()))
                 .redirectError(folder.resolve("err").toFile());

@@ -107,8 +107,8 @@ public final class Demo {
 
     /** Runs all steps. Returns whether every check passed. */
     public boolean run() throws IOException, InterruptedException {
-        for (Path file : List.of(satelliteNames, dishSettings, sources.resolve(SATELLITE_SERVICES), sources.resolve(CABLE_SERVICES),
-                sources.resolve(TERRESTRIAL_SERVICES))) {
+        for (Path file : List.of(satelliteNames, dishSettings, sources.resolve(SATELLITE_SERVICES),
+                sources.resolve(CABLE_SERVICES), sources.resolve(TERRESTRIAL_SERVICES))) {
             Source.read(file); // a missing one ends the demo before it has begun
         }
         importSatellites();
@@ -159,12 +159,14 @@ public final class Demo {
         List<String> found = stored.stream()
                 .map(satellite -> new OrbitalPosition(satellite.getOrbitPosition()) + " " + satellite.getName())
                 .toList();
-        check(found.equals(source), "%d satellites read back in the order, at the positions and with the names of the source",
+        check(found.equals(source),
+                "%d satellites read back in the order, at the positions and with the names of the source",
                 source.size());
     }
 
     /** Imports files as ./tavro import does, and prints the summary. Returns whether everything was imported. */
-    private boolean importFiles(ServiceImport.Observer observer, Path... files) throws IOException, InterruptedException {
+    private boolean importFiles(ServiceImport.Observer observer, Path... files)
+            throws IOException, InterruptedException {
         ImportReport report = new ImportReport(System.err);
         Importer importer = new Importer(LISTS, report);
         for (Path file : files) {
@@ -211,11 +213,13 @@ public final class Demo {
             ServiceRecord record = stored.get(service.id.recordId());
             boolean agrees = record != null && source.agrees(record, service.source, service.stream.id());
             if (!agrees) {
-                out.printf("   %s is stored as%n%s", service.source, record == null ? "nothing" : record.describe(false));
+                out.printf("   %s is stored as%n%s", service.source,
+                        record == null ? "nothing" : record.describe(false));
             }
             same += agrees ? 1 : 0;
         }
-        check(same == imported.size(), "%d of %d read back as the source has them, with the tuning of their transport streams",
+        check(same == imported.size(),
+                "%d of %d read back as the source has them, with the tuning of their transport streams",
                 same, imported.size());
     }
 
@@ -247,27 +251,31 @@ public final class Demo {
         network.ifPresent(info -> out.printf("   network %-10s '%s', network id %d%n",
                 networkId, info.values().getNetworkName(), info.values().getNwlNetworkId()));
         RecordId satelliteId = stream.map(TransportStreamRecord::satellite).orElse(none);
-        Optional<VltTvSatelliteInfo> satellite = SourceComparison.record(satelliteId, id -> satelliteLists.get(id, null));
+        Optional<VltTvSatelliteInfo> satellite = SourceComparison.record(
+                satelliteId, id -> satelliteLists.get(id, null));
         satellite.ifPresent(info -> out.printf("   satellite %-8s %s%n", satelliteId, SatelliteTable.summary(info)));
         traceChecks(service, stream.orElse(null), networkId, network.orElse(null), satelliteId, satellite.orElse(null));
     }
 
     /** What is null was not found. */
-    private void traceChecks(ServiceRecord service, TransportStreamRecord stream, RecordId networkId, VltTvNetworkInfo network,
-            RecordId satelliteId, VltTvSatelliteInfo satellite) {
+    private void traceChecks(ServiceRecord service, TransportStreamRecord stream, RecordId networkId,
+            VltTvNetworkInfo network, RecordId satelliteId, VltTvSatelliteInfo satellite) {
         check(stream != null && lists.byTransportStreamRecord(SATELLITE, service.tslRecordId()).contains(service),
                 "the service's transport stream is there, and the service is among its services");
-        check(network != null && network.values().getNwlNetworkId() == stream.originalNetworkId() && service.network().equals(networkId),
+        check(network != null && network.values().getNwlNetworkId() == stream.originalNetworkId()
+                && service.network().equals(networkId),
                 "service and transport stream name the same network, whose record has the stream's network id");
-        check(satellite != null && service.satellite().equals(satelliteId), "service and transport stream name the same satellite");
+        check(satellite != null && service.satellite().equals(satelliteId),
+                "service and transport stream name the same satellite");
         check(satellite != null && streams.bySatellite(SATELLITE, satelliteId.recordId()).contains(stream),
                 "the transport stream is among those of the satellite");
         List<TransportStreamRecord> all = streams.getAll(SATELLITE);
         Map<Integer, Long> sizes = all.stream().collect(
                 Collectors.groupingBy(record -> record.satellite().recordId(), Collectors.counting()));
-        check(sizes.entrySet().stream().allMatch(
-                        entry -> entry.getKey() != 0 && streams.bySatellite(SATELLITE, entry.getKey()).size() == entry.getValue()),
-                "all %d transport streams are found by the %d satellite records that they point at", all.size(), sizes.size());
+        boolean allFound = sizes.keySet().stream().allMatch(
+                id -> id != 0 && streams.bySatellite(SATELLITE, id).size() == sizes.get(id));
+        check(allFound, "all %d transport streams are found by the %d satellite records that they point at",
+                all.size(), sizes.size());
     }
 
     private void editServices() {
@@ -277,16 +285,21 @@ public final class Demo {
         RecordId numbered = idOf(before.get(1));
         RecordId hidden = idOf(before.get(2));
         lists.updateAll(SATELLITE, List.of(
-                new VltTvChannelInfoBase().setSvlIdSvlRecId(renamed).setServiceName("My favorite").setVoptChNameEdited(true),
-                new VltTvChannelInfoBase().setSvlIdSvlRecId(numbered).setLogicalChannelNumber(7).setVoptChNumEdited(true)));
+                new VltTvChannelInfoBase().setSvlIdSvlRecId(renamed).setServiceName("My favorite")
+                        .setVoptChNameEdited(true),
+                new VltTvChannelInfoBase().setSvlIdSvlRecId(numbered).setLogicalChannelNumber(7)
+                        .setVoptChNumEdited(true)));
         lists.update(SATELLITE, new VltTvChannelInfoBase().setSvlIdSvlRecId(hidden).setVnetVisible(false));
 
         List<ServiceRecord> after = lists.getAll(SATELLITE);
         table(after, 3).lines().limit(4).forEach(line -> out.println("   " + line));
-        check(after.get(0).name().equals("My favorite"), "%s is called '%s' instead of '%s'", renamed, after.get(0).name(), before.get(0).name());
-        check(after.get(1).logicalChannelNumber() == 7, "%s has the number %d", numbered, after.get(1).logicalChannelNumber());
+        check(after.get(0).name().equals("My favorite"), "%s is called '%s' instead of '%s'", renamed,
+                after.get(0).name(), before.get(0).name());
+        check(after.get(1).logicalChannelNumber() == 7, "%s has the number %d", numbered,
+                after.get(1).logicalChannelNumber());
         check(before.get(2).visible() && !after.get(2).visible(), "%s is hidden", hidden);
-        check(after.subList(3, after.size()).equals(before.subList(3, before.size())), "the other %d services are as they were", after.size() - 3);
+        check(after.subList(3, after.size()).equals(before.subList(3, before.size())),
+                "the other %d services are as they were", after.size() - 3);
     }
 
     private static RecordId idOf(ServiceRecord service) {
@@ -307,24 +320,29 @@ public final class Demo {
                 stream -> lists.byTransportStreamRecord(SATELLITE, stream.getKey()).equals(stream.getValue()));
         check(allAgree,
                 "the filters of all %d transport streams together give the %d services", byStream.size(), all.size());
-        check(lists.byTransportStreamRecord(SATELLITE, 60000).isEmpty(), "none on a transport stream that there is not");
+        check(lists.byTransportStreamRecord(SATELLITE, 60000).isEmpty(),
+                "none on a transport stream that there is not");
 
         Map<Integer, Integer> streamIds = streams.getAll(SATELLITE).stream()
                 .collect(Collectors.toMap(TransportStreamRecord::recordId, TransportStreamRecord::transportStreamId));
         int streamId = streamIds.get(first);
-        filter(all, service -> streamIds.get(service.tslRecordId()) == streamId, lists.byTransportStream(SATELLITE, streamId),
+        filter(all, service -> streamIds.get(service.tslRecordId()) == streamId,
+                lists.byTransportStream(SATELLITE, streamId),
                 "transport stream id " + streamId);
         Map<Integer, Integer> networkIds = networks.getAll(SATELLITE, null).stream()
-                .collect(Collectors.toMap(network -> network.id().recordId(), network -> network.values().getNwlNetworkId()));
+                .collect(Collectors.toMap(network -> network.id().recordId(),
+                        network -> network.values().getNwlNetworkId()));
         for (int networkId : networkIds.values()) {
-            filter(all, service -> networkIds.get(service.network().recordId()) == networkId, lists.byNetwork(SATELLITE, networkId),
+            filter(all, service -> networkIds.get(service.network().recordId()) == networkId,
+                    lists.byNetwork(SATELLITE, networkId),
                     "network id " + networkId);
         }
         check(lists.byTransportStream(SATELLITE, 65534).isEmpty() && lists.byNetwork(SATELLITE, 65534).isEmpty(),
                 "none with a transport stream id or network id that there is not");
     }
 
-    private void filter(List<ServiceRecord> all, Predicate<ServiceRecord> wanted, List<ServiceRecord> found, String name) {
+    private void filter(List<ServiceRecord> all, Predicate<ServiceRecord> wanted, List<ServiceRecord> found,
+            String name) {
         check(found.equals(all.stream().filter(wanted).toList()), "%d services have %s", found.size(), name);
     }
 

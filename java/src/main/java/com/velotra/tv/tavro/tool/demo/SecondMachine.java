@@ -6,7 +6,9 @@ import java.io.IOException;
 import java.nio.file.Files;
 import java.nio.file.Path;
 
-/** The demo's second virtual machine: loads a service list from a file and writes the bytes of its records to another. */
+/**
+ * The demo's second virtual machine: loads a service list from a file and writes the bytes of its records to another.
+ */
 final class SecondMachine {
     private SecondMachine() {}
 
@@ -18,7 +20,8 @@ final class SecondMachine {
             lists.open(listId, arguments[1]);
             Files.write(Path.of(arguments[2]), lists.getAllBytes(listId));
         } catch (ChannelListException | IOException e) {
-            System.err.println("tavro: cannot load " + arguments[1] + " into service list " + listId + ": " + e.getMessage());
+            System.err.println("tavro: cannot load " + arguments[1] + " into service list " + listId + ": "
+                    + e.getMessage());
             System.exit(1);
         }
     }

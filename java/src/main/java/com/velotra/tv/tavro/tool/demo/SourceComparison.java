@@ -21,7 +21,10 @@ import java.util.Optional;
 import java.util.Set;
 import java.util.function.Function;
 
-/** Compares stored services with the channels.conf that they come from. It reads the file in a way of its own, for a second opinion. */
+/**
+ * Compares stored services with the channels.conf that they come from. It reads the file in a way of its own, for a
+ * second opinion.
+ */
 final class SourceComparison {
     // Stored codes of tuning parameters, by the letter and number of channels.conf.
     private static final Map<String, Integer> POLARIZATION = Map.of("H", 0, "V", 1, "L", 2, "R", 3);
@@ -41,8 +44,8 @@ final class SourceComparison {
     }
 
     /**
-     * How many services the file has: lines that are not headings or comments, with those counted once that have the same network,
-     * stream and service id, or, where those ids are 0, the same frequency and service id.
+     * How many services the file has: lines that are not headings or comments, with those counted once that have the
+     * same network, stream and service id, or, where those ids are 0, the same frequency and service id.
      */
     long distinctServices() {
         return lines.stream()
@@ -50,7 +53,8 @@ final class SourceComparison {
                 .map(line -> line.split(":"))
                 .map(fields -> fields.length < 12 ? String.join(":", fields)
                         : String.join(":", fields[9], fields[10], fields[11],
-                                (fields[10] + fields[11]).equals("00") ? fields[1].replaceFirst("(\\d{6})000$", "$1") : ""))
+                                (fields[10] + fields[11]).equals("00") ? fields[1].replaceFirst("(\\d{6})000$", "$1")
+                                        : ""))
                 .distinct()
                 .count();
     }
@@ -77,7 +81,8 @@ final class SourceComparison {
 
     /** A service refers to the satellite at its position, where there is one. */
     private boolean satelliteAgrees(RecordId satellite, Service source) {
-        Optional<Integer> stored = record(satellite, id -> VltTvSatelliteList.getInstance().get(id, List.of("OrbitPosition")))
+        Optional<Integer> stored = record(satellite,
+                id -> VltTvSatelliteList.getInstance().get(id, List.of("OrbitPosition")))
                 .map(VltTvSatelliteInfo::getOrbitPosition);
         String position = source.transponder().position();
         Optional<Integer> expected = position.isEmpty() ? Optional.empty()
@@ -96,17 +101,21 @@ final class SourceComparison {
         List<String> parameters = List.of(line.split(":")[2].split("(?=[A-Z])"));
         TransportStreamRecord stream = VltTvTransportStreamList.getInstance().get(id).orElseThrow();
         return switch (stream.medium()) {
-            case TransportStreamRecord.SATELLITE -> agrees(stream, TransportStreamField.SAT_POLARIZATION, parameters, POLARIZATION)
+            case TransportStreamRecord.SATELLITE -> agrees(
+                    stream, TransportStreamField.SAT_POLARIZATION, parameters, POLARIZATION)
                     && agrees(stream, TransportStreamField.SAT_MODULATION, parameters, MODULATION)
                     && agrees(stream, TransportStreamField.SAT_FEC_INNER, parameters, FEC);
-            case TransportStreamRecord.CABLE -> agrees(stream, TransportStreamField.CAB_MODULATION, parameters, MODULATION);
+            case TransportStreamRecord.CABLE -> agrees(stream, TransportStreamField.CAB_MODULATION, parameters,
+                    MODULATION);
             default -> agrees(stream, TransportStreamField.TER_MODULATION, parameters, MODULATION)
                     && agrees(stream, TransportStreamField.TER_BANDWIDTH, parameters, BANDWIDTH);
         };
     }
 
     private static boolean agrees(
-            TransportStreamRecord stream, TransportStreamField field, List<String> parameters, Map<String, Integer> codes) {
-        return parameters.stream().filter(codes::containsKey).allMatch(parameter -> stream.value(field) == codes.get(parameter));
+            TransportStreamRecord stream, TransportStreamField field, List<String> parameters,
+            Map<String, Integer> codes) {
+        return parameters.stream().filter(codes::containsKey)
+                .allMatch(parameter -> stream.value(field) == codes.get(parameter));
     }
 }

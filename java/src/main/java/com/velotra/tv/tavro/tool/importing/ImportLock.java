@@ -8,7 +8,9 @@ import java.nio.file.Files;
 import java.nio.file.Path;
 import java.nio.file.StandardOpenOption;
 
-/** Keeps other imports out of a storage directory, those of other processes too. The end of the process gives it back. */
+/**
+ * Keeps other imports out of a storage directory, those of other processes too. The end of the process gives it back.
+ */
 final class ImportLock {
     private final FileChannel file;
 
@@ -17,14 +19,15 @@ final class ImportLock {
     }
 
     /**
-     * Waits for other imports to finish, and calls {@code waiting} once before. A directory in which no lock file can be made is not
-     * locked: nothing can be stored there either, and the storage says why.
+     * Waits for other imports to finish, and calls {@code waiting} once before. A directory in which no lock file can
+     * be made is not locked: nothing can be stored there either, and the storage says why.
      */
     static ImportLock take(Path directory, Runnable waiting) {
         FileChannel file = null;
         try {
             Files.createDirectories(directory);
-            file = FileChannel.open(directory.resolve("import.lock"), StandardOpenOption.CREATE, StandardOpenOption.WRITE);
+            file = FileChannel.open(directory.resolve("import.lock"), StandardOpenOption.CREATE,
+                    StandardOpenOption.WRITE);
             FileLock lock = file.tryLock();
             if (lock == null) {
                 waiting.run();

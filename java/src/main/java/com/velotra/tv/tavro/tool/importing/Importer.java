@@ -34,11 +34,12 @@ import java.nio.file.attribute.BasicFileAttributes;
 import java.util.ArrayList;
 import java.util.EnumSet;
 import java.util.List;
+import java.util.Set;
 import java.util.stream.Stream;
 
 /**
- * Imports files into lists. All files are read first. Then satellites are stored, transponders, and services, so that each can refer
- * to those before.
+ * Imports files into lists. All files are read first. Then satellites are stored, transponders, and services, so that
+ * each can refer to those before.
  */
 public final class Importer {
     private final ListIds ids;
@@ -56,8 +57,8 @@ public final class Importer {
     }
 
     /**
-     * Reads a file, or all regular files below a folder in the order of their names. What cannot be used is reported. Files in a
-     * folder that are in no known format are only skipped.
+     * Reads a file, or all regular files below a folder in the order of their names. What cannot be used is reported.
+     * Files in a folder that are in no known format are only skipped.
      */
     public void read(Path path) {
         if (path.toString().isEmpty()) {
@@ -93,7 +94,8 @@ public final class Importer {
     private List<Path> filesBelow(Path folder) {
         List<Path> files = new ArrayList<>();
         try {
-            Files.walkFileTree(folder, EnumSet.of(FileVisitOption.FOLLOW_LINKS), Integer.MAX_VALUE, new SimpleFileVisitor<>() {
+            Set<FileVisitOption> options = EnumSet.of(FileVisitOption.FOLLOW_LINKS);
+            Files.walkFileTree(folder, options, Integer.MAX_VALUE, new SimpleFileVisitor<>() {
                 @Override
                 public FileVisitResult visitFile(Path file, BasicFileAttributes attributes) {
                     if (attributes.isRegularFile()) {
@@ -125,7 +127,8 @@ public final class Importer {
                 DvbV5File file = DvbV5File.read(source);
                 DvbV5Services named = DvbV5Services.of(file);
                 List<Transponder> found = file.transponders();
-                List<Malformed> malformed = Stream.concat(file.malformed().stream(), named.malformed().stream()).toList();
+                List<Malformed> malformed = Stream.concat(file.malformed().stream(), named.malformed().stream())
+                        .toList();
                 yield () -> {
                     transponders.addAll(found);
                     services.addAll(named.services());
@@ -159,7 +162,8 @@ public final class Importer {
     }
 
     /**
-     * Stores everything that was read. Only one import at a time stores in a storage directory: what is added depends on what is there.
+     * Stores everything that was read. Only one import at a time stores in a storage directory: what is added depends
+     * on what is there.
      *
      * @throws Failure when the storage fails; what was stored before stays
      */
@@ -167,14 +171,17 @@ public final class Importer {
         ImportLock lock = ImportLock.take(Storage.directory(), report::waiting);
         try {
             Satellites satellites =
-                    satellitesRead ? satelliteImport.store() : new Satellites(VltTvSatelliteList.getInstance(), ids.satellite());
+                    satellitesRead ? satelliteImport.store()
+                            : new Satellites(VltTvSatelliteList.getInstance(), ids.satellite());
             VltTvTransportStreamList streamLists = VltTvTransportStreamList.getInstance();
             StreamImport streams = new StreamImport(streamLists, satellites, ids, report, streamObserver);
             streams.storeAll(transponders);
-            new ServiceImport(VltTvChannelList.getInstance(), streamLists, VltTvNetworkList.getInstance(), streams, report, serviceObserver)
+            new ServiceImport(VltTvChannelList.getInstance(), streamLists, VltTvNetworkList.getInstance(), streams,
+                    report, serviceObserver)
                     .storeAll(services, Storage.directory());
         } catch (ChannelListException e) {
-            throw new Failure("the import stopped: " + e.getMessage() + "; " + Storage.whyItFails() + "; what was stored before stays");
+            throw new Failure("the import stopped: " + e.getMessage() + "; " + Storage.whyItFails()
+                    + "; what was stored before stays");
         } finally {
             lock.release();
         }

@@ -55,14 +55,16 @@ final class ForeignFormat {
             return Optional.of("an MPEG transport stream");
         }
         int start = has(content, 0, BYTE_ORDER_MARK) ? BYTE_ORDER_MARK.length : 0;
-        return BEGINNINGS.entrySet().stream().filter(entry -> has(content, start, entry.getKey())).map(Map.Entry::getValue).findFirst();
+        return BEGINNINGS.entrySet().stream().filter(entry -> has(content, start, entry.getKey()))
+                .map(Map.Entry::getValue).findFirst();
     }
 
     private static String sqlite(byte[] content) {
         if (has(content, SQLITE_APPLICATION, LIST_FILE)) {
             return "a list file of this library; Java opens a list with it: open(listId, path)";
         }
-        return has(content, SQLITE_APPLICATION, LIST_DATABASE) ? "a list database; set TAVRO_HOME to its folder" : "a SQLite database";
+        return has(content, SQLITE_APPLICATION, LIST_DATABASE) ? "a list database; set TAVRO_HOME to its folder"
+                : "a SQLite database";
     }
 
     private static boolean has(byte[] content, int offset, byte[] expected) {

@@ -7,7 +7,9 @@ import java.util.regex.Pattern;
 
 /** The formats that can be imported. A file's content decides which one it has, not its name. */
 public enum Format {
-    /** Blocks of {@code KEY = VALUE} lines with a heading in brackets: scan tables and channel lists of the DVBv5 tools. */
+    /**
+     * Blocks of {@code KEY = VALUE} lines with a heading in brackets: scan tables and channel lists of the DVBv5 tools.
+     */
     DVBV5("\\[.*|[A-Za-z0-9_]+\\s*=.*"),
     /** Scan tables with one line per transponder. */
     LEGACY_SCAN_TABLE("(T2?|C|S[12]?|A)\\s+\\d{4,}(\\s.*)?"),
@@ -19,7 +21,8 @@ public enum Format {
     SOURCES("(S\\d[\\d.]*[EW]|[A-RT-Z])\\s+\\D.*");
 
     /** What can be imported, for messages. */
-    public static final String KNOWN = "DVBv5 tables, one-line scan tables, and channels.conf, sources.conf and diseqc.conf of vdr can be imported";
+    public static final String KNOWN =
+            "supported: DVBv5 tables, one-line scan tables, and vdr's channels.conf, sources.conf and diseqc.conf";
 
     /** One control character in this many makes a file binary. */
     private static final int BINARY_ONE_IN = 20;
@@ -75,7 +78,8 @@ public enum Format {
             votes.remove(CHANNELS);
         }
         if (votes.isEmpty()) {
-            refuse(source, empty ? "there is nothing in it but blank lines and comments" : "its format is not known; " + KNOWN);
+            refuse(source, empty ? "there is nothing in it but blank lines and comments"
+                    : "unknown format; " + KNOWN);
         }
         Format most = DVBV5;
         for (Format format : values()) {

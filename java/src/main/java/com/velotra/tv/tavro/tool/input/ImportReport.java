@@ -132,7 +132,7 @@ public final class ImportReport {
     public String whyNothing() {
         return refused > 0
                 ? Text.count(refused, "file") + " cannot be used, for the reasons above"
-                : "there is no file in a known format; " + Format.KNOWN;
+                : "no file is in a known format; " + Format.KNOWN;
     }
 
     /** Whether any file could be used. */
@@ -174,7 +174,8 @@ public final class ImportReport {
     public void print(PrintStream out) {
         List<String> counts = new ArrayList<>();
         read.counts().forEach((what, number) -> counts.add(Text.count(number, what)));
-        out.printf("%s: %s; %s%n", Text.count(files, "file"), counts.isEmpty() ? "nothing to import" : String.join(", ", counts),
+        out.printf("%s: %s; %s%n", Text.count(files, "file"),
+                counts.isEmpty() ? "nothing to import" : String.join(", ", counts),
                 Text.count(malformed, "malformed line"));
         for (Tally tally : List.of(imported, skipped, notImported, dropped, withoutSatellite)) {
             tally.print(out);

@@ -55,6 +55,7 @@ public final class ListCounts {
         } catch (RuntimeException e) {
             holds = -1; // the storage failed, which has been reported
         }
-        return holds < added + updated.size() ? "its records cannot be counted now" : "it holds " + Text.count(holds, "record");
+        return holds < added + updated.size() ? "its records cannot be counted now"
+                : "it holds " + Text.count(holds, "record");
     }
 }

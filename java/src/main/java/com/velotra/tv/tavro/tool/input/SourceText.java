@@ -8,8 +8,9 @@ import java.util.ArrayList;
 import java.util.List;
 
 /**
- * The lines of a text file. UTF-8 and UTF-16 are known by their byte order marks, UTF-16 without one by its zero bytes; every other
- * file is UTF-8, but for the lines that are not: they are read as ISO-8859-1, which older files are written in.
+ * The lines of a text file. UTF-8 and UTF-16 are known by their byte order marks, UTF-16 without one by its zero bytes;
+ * every other file is UTF-8, but for the lines that are not: they are read as ISO-8859-1, which older files are written
+ * in.
  */
 public final class SourceText {
     /** Takes one line after the other. */
@@ -44,7 +45,8 @@ public final class SourceText {
     /**
      * A number of a line.
      *
-     * @throws IllegalArgumentException when it is not one from {@code least} to {@code most}, naming {@code what} it was meant to be
+     * @throws IllegalArgumentException when it is not one from {@code least} to {@code most}, naming {@code what} it
+     *         was meant to be
      */
     public static int number(String text, int radix, int least, int most, String what) {
         try {

@@ -13,17 +13,21 @@ import java.util.regex.Matcher;
 import java.util.regex.Pattern;
 
 /**
- * How dishes are switched, in the diseqc.conf form of Debian's vdr package: a line is a satellite position, the frequency in MHz up to
- * which it counts, a polarization (V, H, L or R), the local oscillator in MHz and the commands:
+ * How dishes are switched, in the diseqc.conf form of Debian's vdr package: a line is a satellite position, the
+ * frequency in MHz up to which it counts, a polarization (V, H, L or R), the local oscillator in MHz and the commands:
  *
  * <pre>
- * t T        22 kHz tone off, on          A B        tone burst A, B          Sn   single-cable command for bank n follows
- * v V        13 V, 18 V                   [E0 …]     DiSEqC command, up to    Pn   positioner
- *                                                    six bytes                Wn   wait n ms
+ * t T      22 kHz tone off, on
+ * v V      13 V, 18 V
+ * A B      tone burst A, B
+ * [E0 …]   DiSEqC command of up to six bytes
+ * Sn       the following command is a single-cable command for bank n
+ * Pn       positioner
+ * Wn       wait n ms
  * </pre>
  *
- * A line of numbers with a colon after them restricts those below it to some devices. Blank lines and lines that begin with
- * {@code #} are ignored.
+ * A line of numbers with a colon after them restricts those below it to some devices. Blank lines and lines that begin
+ * with {@code #} are ignored.
  */
 final class DiseqcConf {
     /**
@@ -37,7 +41,8 @@ final class DiseqcConf {
     record Sequence(int upTo, char polarization, int oscillator, List<String> commands) {}
 
     private static final Pattern COMMAND = Pattern.compile("\\[[^\\]]*\\]?|[^\\s\\[]+");
-    private static final Pattern KNOWN = Pattern.compile("[tTvVAB]|P\\d*|[SW]\\d{1,6}|\\[\\s*[0-9A-Fa-f]{2}(\\s+[0-9A-Fa-f]{2}){0,5}\\s*\\]");
+    private static final Pattern KNOWN = Pattern.compile(
+            "[tTvVAB]|P\\d*|[SW]\\d{1,6}|\\[\\s*[0-9A-Fa-f]{2}(\\s+[0-9A-Fa-f]{2}){0,5}\\s*\\]");
     private static final int FIELDS = 4;
 
     final Map<OrbitalPosition, List<Sequence>> sequences = new LinkedHashMap<>();

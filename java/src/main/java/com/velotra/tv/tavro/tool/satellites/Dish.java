@@ -18,9 +18,9 @@ import java.util.stream.Stream;
 /**
  * How the dish is switched to one satellite, as the values of its record.
  *
- * <p>The file says it band by band and polarization by polarization; a record has room for two bands and one switch. What the
- * lines say differently in any other way than a universal LNB needs cannot be kept. The platform leaves the numbers of tone,
- * power and polarization to the Java side; they are fixed here.
+ * <p>The file says it band by band and polarization by polarization; a record has room for two bands and one switch.
+ * What the lines say differently in any other way than a universal LNB needs cannot be kept. The platform leaves the
+ * numbers of tone, power and polarization to the Java side; they are fixed here.
  */
 final class Dish {
     private static final int TONE_OFF = 0;
@@ -111,7 +111,8 @@ final class Dish {
         }
         Integer singleCable = same("single-cable positions that differ", Dish::singleCablePosition);
         boolean second = commands().anyMatch(command -> command.matches(SINGLE_CABLE_SECOND_GENERATION));
-        boolean universal = List.of(info.getLnbLowFreq(), info.getLnbSwitchFreq(), info.getLnbHighFreq()).equals(UNIVERSAL);
+        boolean universal = List.of(info.getLnbLowFreq(), info.getLnbSwitchFreq(), info.getLnbHighFreq())
+                .equals(UNIVERSAL);
         info.setMaskLnbUniver(singleCable == null && universal ? 1 : 0);
         info.setMaskLnbSingcab(singleCable != null && !second ? 1 : 0);
         info.setMaskLnbSingcabJess(singleCable != null && second ? 1 : 0);
@@ -128,7 +129,8 @@ final class Dish {
     private void putSwitch(VltTvSatelliteInfoBase info) {
         info.setDiseqcType(port == null ? DISEQC_BURST_ONLY : DISEQC_COMMITTED);
         info.setDiseqcPosition(port != null ? port : burst != null ? BURST_POSITION + burst : NO_POSITION);
-        Integer uncommitted = same("uncommitted switch ports that differ", command -> hexDigit(command, UNCOMMITTED, 0));
+        Integer uncommitted = same("uncommitted switch ports that differ",
+                command -> hexDigit(command, UNCOMMITTED, 0));
         info.setDiseqcTypeEx(uncommitted == null ? DISEQC_EX_NONE : DISEQC_EX_UNCOMMITTED);
         info.setDiseqcPositionEx(uncommitted == null ? 0 : uncommitted);
     }
@@ -151,7 +153,8 @@ final class Dish {
             info.setLnbPower(POWER_13_V);
         } else if (all(sequence -> last(sequence, "v", "V").equals("V"))) {
             info.setLnbPower(POWER_18_V);
-        } else if (all(sequence -> last(sequence, "v", "V").equals("HL".indexOf(sequence.polarization()) < 0 ? "v" : "V"))) {
+        } else if (all(sequence -> last(sequence, "v", "V").equals(
+                "HL".indexOf(sequence.polarization()) < 0 ? "v" : "V"))) {
             info.setLnbPower(POWER_BY_POLARIZATION);
         } else if (sequences.stream().anyMatch(sequence -> !last(sequence, "v", "V").isEmpty())) {
             dropped.add("a voltage that follows something else than the polarization");
@@ -178,14 +181,16 @@ final class Dish {
         } else if (text.startsWith("P")) {
             dropped.add("positioners");
         } else if (text.matches("[0-9A-F]{2}( .*)?")
-                && !text.matches(String.join("|", COMMITTED, UNCOMMITTED, SINGLE_CABLE, SINGLE_CABLE_SECOND_GENERATION))) {
+                && !text.matches(
+                        String.join("|", COMMITTED, UNCOMMITTED, SINGLE_CABLE, SINGLE_CABLE_SECOND_GENERATION))) {
             dropped.add("the DiSEqC command " + text);
         }
     }
 
     /** All commands, those of DiSEqC without brackets, in capitals and with one blank between their bytes. */
     private Stream<String> commands() {
-        return sequences.stream().flatMap(sequence -> sequence.commands().stream()).map(command -> command.startsWith("[")
+        return sequences.stream().flatMap(sequence -> sequence.commands().stream())
+                .map(command -> command.startsWith("[")
                 ? command.replaceAll("[\\[\\]]", "").strip().replaceAll("\\s+", " ").toUpperCase(Locale.ROOT)
                 : command);
     }

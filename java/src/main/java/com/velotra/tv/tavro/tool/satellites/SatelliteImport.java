@@ -17,8 +17,8 @@ import java.util.OptionalInt;
 import java.util.Set;
 
 /**
- * Stores satellites in a satellite list, with the switch settings of the dishes that receive them. A satellite whose position is in
- * the list already is updated: a list has one satellite per position.
+ * Stores satellites in a satellite list, with the switch settings of the dishes that receive them. A satellite whose
+ * position is in the list already is updated: a list has one satellite per position.
  */
 public final class SatelliteImport {
     private static final int NAME_BYTES = 64; // of modified UTF-8
@@ -50,7 +50,8 @@ public final class SatelliteImport {
     /** Takes what a file in the diseqc.conf form says about dishes; {@link #store} stores it. */
     public void addSwitches(Source source) {
         DiseqcConf conf = DiseqcConf.read(source);
-        conf.sequences.forEach((position, lines) -> sequences.computeIfAbsent(position, key -> new ArrayList<>()).addAll(lines));
+        conf.sequences.forEach(
+                (position, lines) -> sequences.computeIfAbsent(position, key -> new ArrayList<>()).addAll(lines));
         report.read(conf.sequences.size(), "dish setting", conf.malformed);
         for (int i = 0; i < conf.restrictions; i++) {
             report.dropped("a restriction to some devices");
@@ -60,12 +61,14 @@ public final class SatelliteImport {
     /**
      * Stores everything that was taken. Returns the satellites of the list, earlier ones included.
      *
-     * @throws com.velotra.tv.tavro.services.channellist.ChannelListException when the storage fails; those before stay stored
+     * @throws com.velotra.tv.tavro.services.channellist.ChannelListException when the storage fails; those before stay
+     *         stored
      */
     public Satellites store() {
         lists.open(listId);
         satellites = new Satellites(lists, listId);
-        counts = report.list("satellite list " + listId, () -> lists.exists(listId) ? lists.getAll(listId, List.of()).size() : -1);
+        counts = report.list("satellite list " + listId, () -> lists.exists(listId)
+                ? lists.getAll(listId, List.of()).size() : -1);
         Set<OrbitalPosition> done = new LinkedHashSet<>();
         for (SourcesConf.Satellite source : sources) {
             if (done.add(source.position())) {
@@ -81,7 +84,8 @@ public final class SatelliteImport {
             if (satellites.at(position).isPresent()) {
                 storeAt(position, null);
             } else {
-                report.notImported(position, "dish settings for a position without a satellite (import sources.conf too)");
+                report.notImported(position,
+                        "dish settings for a position without a satellite (import sources.conf too)");
             }
         }
         return satellites;

@@ -66,7 +66,8 @@ public final class Satellites {
      */
     static OrbitalPosition read(String position) {
         return parse(position).orElseThrow(() -> new IllegalArgumentException(
-                Text.excerpt(position) + " is not an orbital position; write degrees from 0 to 180 as in S19.2E or S5W"));
+                Text.excerpt(position)
+                        + " is not an orbital position; write degrees from 0 to 180 as in S19.2E or S5W"));
     }
 
     /** A position in text form; nothing when it is not one. */

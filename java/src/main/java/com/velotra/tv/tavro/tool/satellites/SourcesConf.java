@@ -9,9 +9,9 @@ import java.util.ArrayList;
 import java.util.List;
 
 /**
- * Satellite positions in the sources.conf form of Debian's vdr package: a line is a code and a name with blanks between them.
- * Codes of satellites are positions as in {@code S19.2E}; a single letter other than S stands for a source of another medium. Blank
- * lines and lines that begin with {@code #} are ignored.
+ * Satellite positions in the sources.conf form of Debian's vdr package: a line is a code and a name with blanks between
+ * them. Codes of satellites are positions as in {@code S19.2E}; a single letter other than S stands for a source of
+ * another medium. Blank lines and lines that begin with {@code #} are ignored.
  */
 final class SourcesConf {
     /** A satellite: where it is in the file and in the sky, and its name. */

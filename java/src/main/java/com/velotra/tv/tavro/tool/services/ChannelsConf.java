@@ -19,8 +19,8 @@ import java.util.List;
  *
  * of which older files leave the last one out. A bar in a name stands for a colon; a short name holds no comma. A line
  * that begins with a colon is a group heading; {@code :@N} before its text gives the number N to the service that
- * follows, and the next numbers to the services after it, up to the next heading with a number. Numbers only grow. Blank lines
- * and lines that begin with {@code #} are ignored.
+ * follows, and the next numbers to the services after it, up to the next heading with a number. Numbers only grow.
+ * Blank lines and lines that begin with {@code #} are ignored.
  */
 public final class ChannelsConf {
     private static final int FIELDS = 13;
@@ -111,12 +111,14 @@ public final class ChannelsConf {
             try {
                 OrbitalPosition.parse(source);
             } catch (IllegalArgumentException e) {
-                throw new IllegalArgumentException("source " + Text.excerpt(source) + " is not C, T, A or a position as in S19.2E", e);
+                throw new IllegalArgumentException("source " + Text.excerpt(source)
+                        + " is not C, T, A or a position as in S19.2E", e);
             }
         }
         int symbolRate = SourceText.number(fields[4], 10, 0, Integer.MAX_VALUE, "symbol rate");
         return new Transponder(
-                place, "", satellite ? source : "", VdrTuning.values(source.charAt(0), frequency, fields[2], symbolRate));
+                place, "", satellite ? source : "",
+                VdrTuning.values(source.charAt(0), frequency, fields[2], symbolRate));
     }
 
     private static List<Integer> caIds(String field) {

@@ -11,7 +11,10 @@ import java.util.HashSet;
 import java.util.Map;
 import java.util.Set;
 
-/** The network records that services and transport streams refer to: one per network id and list, made when it is first needed. */
+/**
+ * The network records that services and transport streams refer to: one per network id and list, made when it is first
+ * needed.
+ */
 final class Networks {
     private final VltTvNetworkList lists;
     private final ImportReport report;
@@ -40,7 +43,8 @@ final class Networks {
     }
 
     private ListCounts counts(int listId) {
-        return report.list("network list " + listId, () -> lists.exists(listId) ? lists.getAll(listId, null).size() : -1);
+        return report.list("network list " + listId, () -> lists.exists(listId) ? lists.getAll(listId, null).size()
+                : -1);
     }
 
     private Map<Integer, RecordId> read(int listId) {

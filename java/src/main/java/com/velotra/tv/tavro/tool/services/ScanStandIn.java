@@ -9,8 +9,8 @@ import java.util.stream.Collectors;
 /**
  * Notes the network of services, as the middleware's own scan does on a TV.
  *
- * <p>No key of a channel object stores it: the bytes 30 to 33 of a service record are the middleware's to write. Here they
- * are written into the stored records through Debian's sqlite3.
+ * <p>No key of a channel object stores it: the bytes 30 to 33 of a service record are the middleware's to write. Here
+ * they are written into the stored records through Debian's sqlite3.
  */
 final class ScanStandIn {
     private ScanStandIn() {}
@@ -29,7 +29,8 @@ final class ScanStandIn {
                 "UPDATE records SET bytes = CAST(substr(bytes, 1, 30) || x'%s%s' || substr(bytes, 35) AS BLOB)"
                         + " WHERE kind = 1 AND list_id = %d AND record_id IN (%s);%n",
                 littleEndian(network.listId()), littleEndian(network.recordId()), listId, records)));
-        sql.append(String.format("UPDATE lists SET version = version + 1 WHERE kind = 1 AND list_id = %d;%nCOMMIT;%n", listId));
+        sql.append(String.format("UPDATE lists SET version = version + 1 WHERE kind = 1 AND list_id = %d;%nCOMMIT;%n",
+                listId));
         Sqlite3.run(storage.resolve("lists.db"), sql.toString());
     }
 

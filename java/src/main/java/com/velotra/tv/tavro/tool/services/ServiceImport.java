@@ -20,8 +20,8 @@ import java.util.Map;
 import java.util.Optional;
 
 /**
- * Stores services in service lists, with the transport streams and networks that they refer to. A service that its list has already
- * is updated. Transport streams and networks go to the lists with the id of the service list.
+ * Stores services in service lists, with the transport streams and networks that they refer to. A service that its list
+ * has already is updated. Transport streams and networks go to the lists with the id of the service list.
  */
 public final class ServiceImport {
     /** Learns of every service that was stored. */
@@ -44,7 +44,8 @@ public final class ServiceImport {
     private final ImportReport report;
     private final Observer observer;
     private final Map<Integer, ServiceList> targets = new HashMap<>();
-    private final Map<List<Object>, Stored> transponders = new HashMap<>(); // of this import, by all that the file says about them
+    // of this import, by all that the file says about them
+    private final Map<List<Object>, Stored> transponders = new HashMap<>();
 
     /** Transport streams are stored by {@code streams}. */
     public ServiceImport(VltTvChannelList lists, VltTvTransportStreamList streamLists, VltTvNetworkList networkLists,
@@ -60,7 +61,8 @@ public final class ServiceImport {
     /**
      * Stores services, and then notes their networks in the storage directory {@code storage}.
      *
-     * @throws com.velotra.tv.tavro.services.channellist.ChannelListException when the storage fails; those before stay stored
+     * @throws com.velotra.tv.tavro.services.channellist.ChannelListException when the storage fails; those before stay
+     *         stored
      */
     public void storeAll(List<Service> services, Path storage) {
         report.beginSteps();

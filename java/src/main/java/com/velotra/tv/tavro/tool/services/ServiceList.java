@@ -22,8 +22,8 @@ import java.util.Set;
 import java.util.function.Function;
 
 /**
- * One service list during an import: finds the record of a service by its original network, transport stream and service id, or by its
- * transport stream record and service id when those ids are not known.
+ * One service list during an import: finds the record of a service by its original network, transport stream and
+ * service id, or by its transport stream record and service id when those ids are not known.
  */
 final class ServiceList {
     private record ByIds(Ids ids, int serviceId) {}
@@ -45,14 +45,17 @@ final class ServiceList {
         this.lists = lists;
         this.id = id;
         lists.open(id);
-        counts = report.list("service list " + id, () -> lists.exists(id) ? lists.getAllBytes(id).length / ServiceRecord.SIZE : -1);
+        counts = report.list("service list " + id, () -> lists.exists(id)
+                ? lists.getAllBytes(id).length / ServiceRecord.SIZE : -1);
         Map<RecordId, Ids> streams = new HashMap<>();
         for (TransportStreamRecord stream : streamLists.getAll(id)) {
-            streams.put(new RecordId(id, stream.recordId()), new Ids(stream.originalNetworkId(), stream.transportStreamId()));
+            streams.put(new RecordId(id, stream.recordId()),
+                    new Ids(stream.originalNetworkId(), stream.transportStreamId()));
         }
         for (ServiceRecord service : lists.getAll(id)) {
             RecordId stream = service.transportStream();
-            add(new RecordId(id, service.recordId()), streams.getOrDefault(stream, Ids.NONE), stream.recordId(), service.serviceId());
+            add(new RecordId(id, service.recordId()), streams.getOrDefault(stream, Ids.NONE), stream.recordId(),
+                    service.serviceId());
             networkBefore.put(service.recordId(), service.network());
         }
     }
@@ -74,7 +77,8 @@ final class ServiceList {
      *
      * @param values what is to be stored, given the record that is there
      */
-    RecordId store(int serviceId, Stored stream, Function<Optional<ServiceRecord>, VltTvChannelInfoBase> values) throws NotImportable {
+    RecordId store(int serviceId, Stored stream, Function<Optional<ServiceRecord>, VltTvChannelInfoBase> values)
+            throws NotImportable {
         int streamRecord = stream.id().recordId();
         RecordId known = byIds.get(new ByIds(stream.ids(), serviceId));
         if (known == null) {
@@ -110,7 +114,8 @@ final class ServiceList {
     void noteNetworks(Path storage) {
         if (!networks.isEmpty()) {
             ScanStandIn.noteNetworks(storage, id, networks);
-            networks.keySet().stream().filter(networkBefore::containsKey).forEach(service -> counts.updated(service, true));
+            networks.keySet().stream().filter(networkBefore::containsKey)
+                    .forEach(service -> counts.updated(service, true));
         }
     }
 }

@@ -11,9 +11,10 @@ import java.util.regex.Pattern;
 /**
  * The tuning fields of a channels.conf line, under their DVBv5 names: frequency, parameters and symbol rate.
  *
- * <p>Parameters are letters with a number each: H, V, L, R polarization; B bandwidth in MHz; C code rate, the high-priority one of
- * terrestrial services; D low-priority code rate; G guard interval; I inversion; M modulation; N pilot; O roll-off; P stream id; Q
- * T2 system id; S generation (1: S2 or T2); T transmission mode; X single or multiple antennas; Y hierarchy. 999 is "automatic".
+ * <p>Parameters are letters with a number each: H, V, L, R polarization; B bandwidth in MHz; C code rate, the
+ * high-priority one of terrestrial services; D low-priority code rate; G guard interval; I inversion; M modulation; N
+ * pilot; O roll-off; P stream id; Q T2 system id; S generation (1: S2 or T2); T transmission mode; X single or multiple
+ * antennas; Y hierarchy. 999 is "automatic".
  */
 final class VdrTuning {
     private static final Pattern PARAMETER = Pattern.compile("([A-Z])(\\d*)");
@@ -21,7 +22,8 @@ final class VdrTuning {
 
     // What has no arithmetic from the number to the DVBv5 name.
     private static final Map<String, String> MODULATION = Map.of(
-            "2", "QPSK", "5", "PSK/8", "6", "APSK/16", "7", "APSK/32", "10", "VSB/8", "11", "VSB/16", "12", "DQPSK", "998", "QAM/AUTO");
+            "2", "QPSK", "5", "PSK/8", "6", "APSK/16", "7", "APSK/32", "10", "VSB/8", "11", "VSB/16", "12", "DQPSK",
+            "998", "QAM/AUTO");
     private static final Map<String, String> GUARD_INTERVAL = Map.of("19128", "19/128", "19256", "19/256");
     private static final Map<String, String> BANDWIDTH = Map.of("1712", "1712000");
 
@@ -52,7 +54,8 @@ final class VdrTuning {
             end = matcher.end();
         }
         if (end != text.length()) {
-            throw new IllegalArgumentException("tuning parameters " + Text.excerpt(parameters) + " are not letters with numbers");
+            throw new IllegalArgumentException("tuning parameters " + Text.excerpt(parameters)
+                    + " are not letters with numbers");
         }
         if ((source == 'S' || source == 'C') && symbolRate > 0) {
             tuning.values.put("SYMBOL_RATE", Long.toString(symbolRate * 1000L));

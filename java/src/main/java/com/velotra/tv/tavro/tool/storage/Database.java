@@ -5,8 +5,8 @@ import java.nio.file.Path;
 import java.util.Optional;
 
 /**
- * Reads the list database without the library, because the natives report a list that cannot be read as empty. Each method
- * checks first that the database is sound.
+ * Reads the list database without the library, because the natives report a list that cannot be read as empty. Each
+ * method checks first that the database is sound.
  */
 public final class Database {
     private static final int IDS_PER_KIND = 1 << 16; // list ids of a kind, and record ids of a list
@@ -30,7 +30,8 @@ public final class Database {
      */
     public static int records(Path directory, int kind, int listId) {
         long first = listNumber(kind, listId) * IDS_PER_KIND;
-        return count(directory, String.format("records WHERE number BETWEEN %d AND %d", first, first + IDS_PER_KIND - 1));
+        long last = first + IDS_PER_KIND - 1;
+        return count(directory, String.format("records WHERE number BETWEEN %d AND %d", first, last));
     }
 
     /**
@@ -40,7 +41,8 @@ public final class Database {
      * @throws Failure as {@link #check}
      */
     public static boolean hasList(Path directory, int kind, int listId) {
-        return count(directory, String.format("lists WHERE number = %d AND name IS NOT NULL", listNumber(kind, listId))) > 0;
+        return count(directory,
+                String.format("lists WHERE number = %d AND name IS NOT NULL", listNumber(kind, listId))) > 0;
     }
 
     private static long listNumber(int kind, int listId) {

@@ -9,7 +9,8 @@ import java.util.Optional;
 
 /** The directory that lists live in, as the workstation's platform finds it. */
 public final class Storage {
-    private static final long LEAST_SPACE = 1 << 20; // bytes: a file system with less has no room for the database's next pages
+    // bytes: a file system with less has no room for the database's next pages
+    private static final long LEAST_SPACE = 1 << 20;
 
     private Storage() {}
 
@@ -64,6 +65,7 @@ public final class Storage {
             reason = "permission denied";
         }
         return Optional.ofNullable(reason)
-                .map(r -> "cannot read the storage directory " + directory + ": " + r + "; set TAVRO_HOME to the one that holds your lists");
+                .map(r -> "cannot read the storage directory " + directory + ": " + r
+                        + "; set TAVRO_HOME to the one that holds your lists");
     }
 }

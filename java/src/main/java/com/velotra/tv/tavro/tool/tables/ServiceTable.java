@@ -9,7 +9,8 @@ public final class ServiceTable {
 
     /** The first {@code most} services of a list, no line wider than {@code columns}. */
     public static String of(List<ServiceRecord> services, int most, int columns) {
-        Table table = new Table(">record", ">LCN", "name", ">service id", "type", "scrambled", "shown", "transport stream");
+        Table table = new Table(">record", ">LCN", "name", ">service id", "type", "scrambled", "shown",
+                "transport stream");
         for (ServiceRecord service : services.subList(0, Math.min(most, services.size()))) {
             table.add(
                     service.recordId(),

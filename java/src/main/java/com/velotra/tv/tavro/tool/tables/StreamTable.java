@@ -6,13 +6,15 @@ import java.util.List;
 
 /** Transport streams as a table, one a row. */
 public final class StreamTable {
-    private static final String[][] STANDARDS = {{"-", "DVB-T", "DVB-T2"}, {"-", "DVB-C", "DVB-C2"}, {"-", "DVB-S", "DVB-S2"}};
+    private static final String[][] STANDARDS =
+            {{"-", "DVB-T", "DVB-T2"}, {"-", "DVB-C", "DVB-C2"}, {"-", "DVB-S", "DVB-S2"}};
 
     private StreamTable() {}
 
     /** The first {@code most} transport streams of a list, no line wider than {@code columns}. */
     public static String of(List<TransportStreamRecord> streams, int most, int columns) {
-        Table table = new Table(">record", "standard", ">frequency", ">symbol rate", ">stream id", ">network id", "network record", "name");
+        Table table = new Table(">record", "standard", ">frequency", ">symbol rate", ">stream id", ">network id",
+                "network record", "name");
         for (TransportStreamRecord stream : streams.subList(0, Math.min(most, streams.size()))) {
             table.add(
                     stream.recordId(),

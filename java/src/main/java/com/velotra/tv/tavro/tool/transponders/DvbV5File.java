@@ -14,8 +14,9 @@ import java.util.regex.Matcher;
 import java.util.regex.Pattern;
 
 /**
- * A file in the DVBv5 form: blocks that begin with a heading in brackets and hold a {@code KEY = VALUE} line for each parameter.
- * {@code #} begins a comment. A block is a transponder, or a service on one when it has a {@code SERVICE_ID}.
+ * A file in the DVBv5 form: blocks that begin with a heading in brackets and hold a {@code KEY = VALUE} line for each
+ * parameter. {@code #} begins a comment. A block is a transponder, or a service on one when it has a
+ * {@code SERVICE_ID}.
  */
 public final class DvbV5File {
     /**
@@ -74,7 +75,8 @@ public final class DvbV5File {
     public List<Transponder> transponders() {
         return blocks.stream()
                 .filter(block -> !block.isService())
-                .map(block -> new Transponder(block.place(), block.isNamed() ? block.heading() : "", position, block.values()))
+                .map(block -> new Transponder(block.place(), block.isNamed() ? block.heading() : "", position,
+                        block.values()))
                 .toList();
     }
 
@@ -106,12 +108,14 @@ public final class DvbV5File {
     private void takeParameter(String text) {
         if (text.startsWith("[")) {
             skipping = true;
-            throw new IllegalArgumentException(Text.excerpt(text) + " is not a heading; it and the lines up to the next one are left out");
+            throw new IllegalArgumentException(Text.excerpt(text)
+                    + " is not a heading; it and the lines up to the next one are left out");
         }
         int equals = text.indexOf('=');
         String key = text.substring(0, Math.max(equals, 0)).strip();
         if (key.isEmpty()) {
-            throw new IllegalArgumentException(Text.excerpt(text) + " is neither a heading nor of the form KEY = VALUE");
+            throw new IllegalArgumentException(Text.excerpt(text)
+                    + " is neither a heading nor of the form KEY = VALUE");
         }
         if (blocks.isEmpty()) {
             throw new IllegalArgumentException(Text.excerpt(text) + " stands before the first heading");
@@ -124,7 +128,8 @@ public final class DvbV5File {
         String first = blocks.get(blocks.size() - 1).values.putIfAbsent(key, value);
         if (first != null && !first.equals(value)) {
             throw new IllegalArgumentException(
-                    Printable.of(key) + " is " + Text.excerpt(value) + " here and " + Text.excerpt(first) + " above; the first one is used");
+                    Printable.of(key) + " is " + Text.excerpt(value) + " here and " + Text.excerpt(first)
+                            + " above; the first one is used");
         }
     }
 }

@@ -14,13 +14,16 @@ import java.util.regex.Matcher;
 import java.util.regex.Pattern;
 
 /**
- * A scan table with one line per transponder, the older form of the DVBv5 tables. The first word is the delivery system; it decides
- * what the others are. Values at the end of a line may be missing. {@code #} begins a comment.
+ * A scan table with one line per transponder, the older form of the DVBv5 tables. The first word is the delivery
+ * system; it decides what the others are. Values at the end of a line may be missing. {@code #} begins a comment.
  *
  * <pre>
- * T  FREQUENCY BANDWIDTH FEC_HP FEC_LP MODULATION MODE GUARD HIERARCHY      T2 the same, and the PLP id
- * S  FREQUENCY POLARIZATION SYMBOL_RATE FEC                                 S2 the same, and ROLLOFF MODULATION STREAM_ID
- * C  FREQUENCY SYMBOL_RATE FEC MODULATION                                   A  FREQUENCY MODULATION
+ * T   FREQUENCY BANDWIDTH FEC_HP FEC_LP MODULATION MODE GUARD HIERARCHY
+ * T2  as T, then the PLP id
+ * S   FREQUENCY POLARIZATION SYMBOL_RATE FEC
+ * S2  as S, then ROLLOFF MODULATION STREAM_ID
+ * C   FREQUENCY SYMBOL_RATE FEC MODULATION
+ * A   FREQUENCY MODULATION
  * </pre>
  */
 public final class LegacyFile {
@@ -28,7 +31,8 @@ public final class LegacyFile {
 
     private static final List<String> SATELLITE =
             List.of("FREQUENCY", "POLARIZATION", "SYMBOL_RATE", "INNER_FEC", "ROLLOFF", "MODULATION", "STREAM_ID");
-    private static final List<String> TERRESTRIAL = List.of("FREQUENCY", "BANDWIDTH_HZ", "CODE_RATE_HP", "CODE_RATE_LP", "MODULATION",
+    private static final List<String> TERRESTRIAL = List.of(
+            "FREQUENCY", "BANDWIDTH_HZ", "CODE_RATE_HP", "CODE_RATE_LP", "MODULATION",
             "TRANSMISSION_MODE", "GUARD_INTERVAL", "HIERARCHY", "STREAM_ID");
 
     private static final Map<String, System> SYSTEMS = Map.of(
@@ -40,7 +44,8 @@ public final class LegacyFile {
             "S2", new System("DVBS2", SATELLITE),
             "A", new System("ATSC", List.of("FREQUENCY", "MODULATION")));
 
-    private static final Map<String, String> POLARIZATION = Map.of("H", "HORIZONTAL", "V", "VERTICAL", "L", "LEFT", "R", "RIGHT");
+    private static final Map<String, String> POLARIZATION =
+            Map.of("H", "HORIZONTAL", "V", "VERTICAL", "L", "LEFT", "R", "RIGHT");
 
     private static final Pattern BLANKS = Pattern.compile("\\s+");
     private static final Pattern FREQUENCY = Pattern.compile("\\d{1,18}");
@@ -59,7 +64,8 @@ public final class LegacyFile {
     /** Reads a file. Malformed lines are collected, not thrown. */
     public static LegacyFile read(Source source) {
         LegacyFile file = new LegacyFile(DvbV5File.positionIn(source.fileName()));
-        file.malformed.addAll(SourceText.read(source, (place, line) -> file.take(place, SourceText.withoutComment(line).strip())));
+        file.malformed.addAll(
+                SourceText.read(source, (place, line) -> file.take(place, SourceText.withoutComment(line).strip())));
         return file;
     }
 
@@ -80,14 +86,16 @@ public final class LegacyFile {
         String[] words = BLANKS.split(line);
         System system = SYSTEMS.get(words[0]);
         if (system == null) {
-            throw new IllegalArgumentException("delivery system " + Text.excerpt(words[0]) + " is not T, T2, C, S, S1, S2 or A");
+            throw new IllegalArgumentException("delivery system " + Text.excerpt(words[0])
+                    + " is not T, T2, C, S, S1, S2 or A");
         }
         if (words.length < 2 || !FREQUENCY.matcher(words[1]).matches()) {
             throw new IllegalArgumentException(Text.excerpt(line) + " has no frequency after its delivery system");
         }
         if (words.length - 1 > system.keys.size()) {
             throw new IllegalArgumentException(
-                    Text.excerpt(line) + " has " + (words.length - 1) + " values; " + words[0] + " takes at most " + system.keys.size());
+                    Text.excerpt(line) + " has " + (words.length - 1) + " values; " + words[0] + " takes at most "
+                            + system.keys.size());
         }
         Map<String, String> values = new LinkedHashMap<>();
         for (int i = 1; i < words.length; i++) {
@@ -99,7 +107,9 @@ public final class LegacyFile {
         transponders.add(new Transponder(place, "", position, values));
     }
 
-    /** A value as the DVBv5 form has it. One that it has no name for stays as it is, and is reported when it is mapped. */
+    /**
+     * A value as the DVBv5 form has it. One that it has no name for stays as it is, and is reported when it is mapped.
+     */
     private static String value(String key, String word) {
         return switch (key) {
             case "POLARIZATION" -> POLARIZATION.getOrDefault(word, word);

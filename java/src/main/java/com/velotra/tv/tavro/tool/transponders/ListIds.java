@@ -1,8 +1,8 @@
 package com.velotra.tv.tavro.tool.transponders;
 
 /**
- * The lists that an import fills, one per medium. Services, transport streams and networks of a medium go to the lists of that id,
- * satellites to the satellite list with the id of the satellite medium.
+ * The lists that an import fills, one per medium. Services, transport streams and networks of a medium go to the lists
+ * of that id, satellites to the satellite list with the id of the satellite medium.
  */
 public record ListIds(int terrestrial, int cable, int satellite) {
     /** How many ids {@link #from} takes. */

@@ -12,8 +12,9 @@ import java.util.function.IntConsumer;
 import java.util.regex.Pattern;
 
 /**
- * One transponder of a scan table as the values of a transport stream record: the frequency is in kHz for every medium, symbol
- * rate in symbols a second, bandwidth in kHz. AUTO and values without meaning (an unused stream id, a bandwidth of 0) set no key.
+ * One transponder of a scan table as the values of a transport stream record: the frequency is in kHz for every medium,
+ * symbol rate in symbols a second, bandwidth in kHz. AUTO and values without meaning (an unused stream id, a bandwidth
+ * of 0) set no key.
  */
 final class Mapping {
     private record System(int medium, int standard, boolean dvb) {}
@@ -30,13 +31,14 @@ final class Mapping {
             "ISDBT", new System(TunerValues.TERRESTRIAL, NO_STANDARD, false),
             "ATSC", new System(TunerValues.TERRESTRIAL, NO_STANDARD, false));
 
-    // The keys that a record of a medium has a field for. Records of different media share bytes, and the library stores
-    // some keys whatever the medium: a bandwidth would end up in a cable record's symbol rate.
+    // The keys that a record of a medium has a field for. Records of different media share bytes, and the library
+    // stores some keys whatever the medium: a bandwidth would end up in a cable record's symbol rate.
     private static final Map<Integer, Set<String>> KEYS = Map.of(
             TunerValues.TERRESTRIAL, Set.of("BANDWIDTH_HZ", "MODULATION", "INNER_FEC", "CODE_RATE_HP", "GUARD_INTERVAL",
                     "TRANSMISSION_MODE", "HIERARCHY", "STREAM_ID"),
             TunerValues.CABLE, Set.of("SYMBOL_RATE", "MODULATION", "INNER_FEC"),
-            TunerValues.SATELLITE, Set.of("SYMBOL_RATE", "MODULATION", "INNER_FEC", "POLARIZATION", "ROLLOFF", "PILOT", "STREAM_ID"));
+            TunerValues.SATELLITE, Set.of("SYMBOL_RATE", "MODULATION", "INNER_FEC", "POLARIZATION", "ROLLOFF", "PILOT",
+                    "STREAM_ID"));
 
     private static final Pattern NUMBER = Pattern.compile("\\d{1,18}");
     private static final long NO_STREAM_ID = 0xFFFFFFFFL;
@@ -59,7 +61,8 @@ final class Mapping {
         systemName = transponder.values().getOrDefault("DELIVERY_SYSTEM", "");
         system = SYSTEMS.get(systemName);
         if (system == null) {
-            throw new NotImportable(systemName.isEmpty() ? "no delivery system" : "unknown delivery system " + Text.excerpt(systemName));
+            throw new NotImportable(systemName.isEmpty() ? "no delivery system"
+                    : "unknown delivery system " + Text.excerpt(systemName));
         }
         map();
     }
@@ -172,7 +175,8 @@ final class Mapping {
             }
             case "CODE_RATE_HP" -> put(key, value, TunerValues.CODE_RATE_TERRESTRIAL, info::setCodeRate);
             case "GUARD_INTERVAL" -> put(
-                    key, value, t2 ? TunerValues.GUARD_INTERVAL_T2 : TunerValues.GUARD_INTERVAL_T, system.dvb ? info::setGuardInterval : null);
+                    key, value, t2 ? TunerValues.GUARD_INTERVAL_T2 : TunerValues.GUARD_INTERVAL_T,
+                    system.dvb ? info::setGuardInterval : null);
             case "TRANSMISSION_MODE" -> put(key, value, TunerValues.TRANSMISSION_MODE, info::setTransmissionMode);
             case "HIERARCHY" -> put(key, value, TunerValues.HIERARCHY, info::setHierarchy);
             case "STREAM_ID" -> mapStreamId(value);
@@ -184,7 +188,9 @@ final class Mapping {
 
     private void leave(String key, String value) {
         if (!saysNothing(value)) {
-            dropped.add(key.startsWith("ISDBT_") ? "ISDB-T layers and segments" : key.equals("SERVICE_ID") || key.contains("PID") ? "services and PIDs" : Text.fit(Printable.of(key), KEY_COLUMNS));
+            dropped.add(key.startsWith("ISDBT_") ? "ISDB-T layers and segments"
+                    : key.equals("SERVICE_ID") || key.contains("PID") ? "services and PIDs"
+                    : Text.fit(Printable.of(key), KEY_COLUMNS));
         }
     }
 

@@ -11,7 +11,10 @@ import java.util.List;
 import java.util.Map;
 import java.util.Optional;
 
-/** Stores transponders in transport stream lists, one list per medium. A transponder that its list has already is updated. */
+/**
+ * Stores transponders in transport stream lists, one list per medium. A transponder that its list has already is
+ * updated.
+ */
 public final class StreamImport {
     /** Learns of every transponder that was stored. */
     public interface Observer {
@@ -54,7 +57,8 @@ public final class StreamImport {
     private final Map<Integer, StreamList> targets = new HashMap<>();
 
     /** Satellite streams refer to those of {@code satellites} at their positions. */
-    public StreamImport(VltTvTransportStreamList lists, Satellites satellites, ListIds ids, ImportReport report, Observer observer) {
+    public StreamImport(VltTvTransportStreamList lists, Satellites satellites, ListIds ids, ImportReport report,
+            Observer observer) {
         this.lists = lists;
         this.satellites = satellites;
         this.ids = ids;
@@ -65,7 +69,8 @@ public final class StreamImport {
     /**
      * Stores transponders.
      *
-     * @throws com.velotra.tv.tavro.services.channellist.ChannelListException when the storage fails; those before stay stored
+     * @throws com.velotra.tv.tavro.services.channellist.ChannelListException when the storage fails; those before stay
+     *         stored
      */
     public void storeAll(List<Transponder> transponders) {
         report.beginSteps();
@@ -86,7 +91,8 @@ public final class StreamImport {
      */
     public Stored store(Transponder transponder, Ids streamIds, NetworkRecords networks) throws NotImportable {
         Mapping mapping = new Mapping(transponder);
-        StreamList list = targets.computeIfAbsent(ids.of(mapping.medium()), id -> new StreamList(lists, satellites, id, report));
+        StreamList list = targets.computeIfAbsent(ids.of(mapping.medium()),
+                id -> new StreamList(lists, satellites, id, report));
         boolean satellite = mapping.medium() == TunerValues.SATELLITE;
         OrbitalPosition position = satellite ? Satellites.parse(transponder.position()).orElse(null) : null;
         StreamList.Known known = list.find(mapping, position, streamIds);

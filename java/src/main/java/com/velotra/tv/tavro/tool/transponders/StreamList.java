@@ -19,9 +19,9 @@ import java.util.Objects;
 import java.util.Optional;
 
 /**
- * One transport stream list during an import: finds the record of a transponder by what identifies it, which is medium, frequency,
- * polarization, stream id and the position of its satellite. Two streams of one import whose network and stream ids are known and differ
- * stay apart.
+ * One transport stream list during an import: finds the record of a transponder by what identifies it, which is medium,
+ * frequency, polarization, stream id and the position of its satellite. Two streams of one import whose network and
+ * stream ids are known and differ stay apart.
  */
 final class StreamList {
     /** A record of the list, or one to be. */
@@ -61,13 +61,15 @@ final class StreamList {
         this.lists = lists;
         this.id = id;
         lists.open(id);
-        counts = report.list("transport stream list " + id, () -> lists.exists(id) ? lists.getAllBytes(id).length / TransportStreamRecord.SIZE : -1);
+        counts = report.list("transport stream list " + id,
+                () -> lists.exists(id) ? lists.getAllBytes(id).length / TransportStreamRecord.SIZE : -1);
         for (TransportStreamRecord record : lists.getAll(id)) {
             Known known = new Known();
             known.id = new RecordId(id, record.recordId());
             known.position = satellites.positionOf(record.satellite()).orElse(null);
             known.streamIdKnown = record.medium() != TransportStreamRecord.SATELLITE;
-            known.streamId = record.medium() == TransportStreamRecord.TERRESTRIAL ? record.value(TransportStreamField.TER_PLP_ID) : 0;
+            known.streamId = record.medium() == TransportStreamRecord.TERRESTRIAL
+                    ? record.value(TransportStreamField.TER_PLP_ID) : 0;
             known.ids = new Ids(record.originalNetworkId(), record.transportStreamId());
             int polarization = 0;
             if (record.medium() == TransportStreamRecord.SATELLITE) {
@@ -107,7 +109,8 @@ final class StreamList {
             return best;
         }
         if (size == ListIds.MOST_RECORDS) {
-            throw new NotImportable("transport stream list " + id + " is full: it has " + ListIds.MOST_RECORDS + " records");
+            throw new NotImportable("transport stream list " + id + " is full: it has " + ListIds.MOST_RECORDS
+                    + " records");
         }
         Known known = new Known();
         add(tuning, known);

@@ -5,9 +5,9 @@ import java.util.Map;
 /**
  * The numbers that stand for tuning parameters on the Java side, by the parameters' names in scan tables.
  *
- * <p>FEC, PLP and polarization run like the delivery system descriptors of ETSI EN 300 468. The platform leaves the rest to the
- * Java side; guard interval, transmission mode, code rate and hierarchy follow from the codes that the library
- * stores for them, which ascend with the parameter, and the modulations are numbered here.
+ * <p>FEC, PLP and polarization run like the delivery system descriptors of ETSI EN 300 468. The platform leaves the
+ * rest to the Java side; guard interval, transmission mode, code rate and hierarchy follow from the codes that the
+ * library stores for them, which ascend with the parameter, and the modulations are numbered here.
  */
 final class TunerValues {
     static final int TERRESTRIAL = 1;
@@ -35,7 +35,8 @@ final class TunerValues {
             Map.of("1/2", 2, "2/3", 3, "3/4", 4, "5/6", 5, "7/8", 6, "2/5", 7, "3/5", 8, "4/5", 9, "8/9", 11);
 
     static final Map<String, Integer> MODULATION = Map.of(
-            "QPSK", 1, "PSK/8", 2, "QAM/16", 3, "QAM/32", 4, "QAM/64", 5, "QAM/128", 6, "QAM/256", 7, "APSK/16", 8, "APSK/32", 9);
+            "QPSK", 1, "PSK/8", 2, "QAM/16", 3, "QAM/32", 4, "QAM/64", 5, "QAM/128", 6, "QAM/256", 7, "APSK/16", 8,
+            "APSK/32", 9);
 
     /** roll_off in percent; 35 has code 0, as when it was never set. */
     static final Map<String, Integer> ROLL_OFF = Map.of("35", 2, "25", 3, "20", 4);

@@ -43,7 +43,8 @@ class DemoTest {
     }
 
     private Result demo(Path home) throws IOException, InterruptedException {
-        return ToolProcess.run(folder, Map.of("TAVRO_HOME", home.toString()), "demo", sources.toString(), dishes.toString(), work.toString());
+        return ToolProcess.run(folder, Map.of("TAVRO_HOME", home.toString()), "demo", sources.toString(),
+                dishes.toString(), work.toString());
     }
 
     @Test
@@ -69,7 +70,8 @@ class DemoTest {
         assertTrue(demo.out().endsWith(end), demo.out());
         Path printed = folder.resolve("printed");
         assertEquals(0, ToolProcess.run(
-                List.of("sh", "-c", end.replaceAll("\\s*Look around: (TAVRO_HOME=.*) ./tavro list 1\n", "$1; printf %s \"\\$TAVRO_HOME\"")),
+                List.of("sh", "-c", end.replaceAll("\\s*Look around: (TAVRO_HOME=.*) ./tavro list 1\n",
+                        "$1; printf %s \"\\$TAVRO_HOME\"")),
                 folder, printed, Map.of()));
         assertEquals(home.toString(), Files.readString(printed));
     }
@@ -81,7 +83,8 @@ class DemoTest {
         Result demo = demo(work.resolve("home"));
         assertEquals(1, demo.exit());
         assertEquals(
-                "  left out " + sources.resolve("channels.conf.terr") + ":2: 2 fields instead of 13 with colons between them\n", demo.err());
+                "  left out " + sources.resolve("channels.conf.terr")
+                        + ":2: 2 fields instead of 13 with colons between them\n", demo.err());
         assertTrue(demo.out().contains("\n   FAIL every service of the file was imported: 2\n"), demo.out());
         assertTrue(demo.out().endsWith("\n1 of 31 checks FAILED.\n"), demo.out());
     }
@@ -110,7 +113,9 @@ class DemoTest {
         Files.write(dishes.resolve("sources.conf"), List.of("S13E Quattro"));
         Result demo = demo(work.resolve("home"));
         assertEquals(1, demo.exit());
-        assertEquals("  not imported S19.2E: dish settings for a position without a satellite (import sources.conf too)\n", demo.err());
+        assertEquals(
+                "  not imported S19.2E: dish settings for a position without a satellite (import sources.conf too)\n",
+                demo.err());
         assertTrue(demo.out().contains("       2  no satellite at S19.2E in satellite list 1\n"), demo.out());
         assertTrue(demo.out().contains("\n   FAIL service and transport stream name the same satellite\n"), demo.out());
         assertTrue(demo.out().endsWith("\n3 of 31 checks FAILED.\n"), demo.out());
@@ -121,7 +126,8 @@ class DemoTest {
         Files.delete(sources.resolve("channels.conf.cable"));
         Result demo = demo(work.resolve("home"));
         assertEquals(
-                new Result(1, "", "tavro: cannot read " + sources.resolve("channels.conf.cable") + ": no such file or folder\n"), demo);
+                new Result(1, "", "tavro: cannot read " + sources.resolve("channels.conf.cable")
+                        + ": no such file or folder\n"), demo);
     }
 
     @Test

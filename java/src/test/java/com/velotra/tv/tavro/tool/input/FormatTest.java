@@ -20,12 +20,14 @@ class FormatTest {
     private static final int LIST = 71;
 
     private static final String[] SCAN_TABLE = {"[CHANNEL]", "\tDELIVERY_SYSTEM = DVBT", "\tFREQUENCY = 474000000"};
-    private static final String[] SERVICES = {"[Uno]", "SERVICE_ID = 7", "FREQUENCY = 474000000", "DELIVERY_SYSTEM = DVBT"};
+    private static final String[] SERVICES =
+            {"[Uno]", "SERVICE_ID = 7", "FREQUENCY = 474000000", "DELIVERY_SYSTEM = DVBT"};
     private static final String[] LEGACY = {
         "T 474000000 8MHz", "T2 482000000 8MHz AUTO", "C 121000000 6900000 NONE QAM256", "S 3820000 H 29268000 3/4",
         "S1 3820000 H 29268000 3/4", "S2 3911000 H 15000000 AUTO AUTO 8PSK", "A 593000000"};
     private static final String[] CHANNELS = {
-        ":First", ":@100 Second", "Uno,U1;Provider:12187:HC34M2S0:S19.2E:27500:163=2:104=deu@3;106:105:0:12003:1:1089:0",
+        ":First", ":@100 Second",
+        "Uno,U1;Provider:12187:HC34M2S0:S19.2E:27500:163=2:104=deu@3;106:105:0:12003:1:1089:0",
         "Due:410:M64:C:6900:101:102:104:0:28106:0:0:0", "Tre:529833:I0:T:27500:203:407:0:0:19456:0:0"};
     private static final String[] SOURCES = {"S0.8W\tDue  Tre & Vier", "S360E Any", "C Cable", "T Terrestrial"};
     private static final String[] DISEQC = {
@@ -48,10 +50,13 @@ class FormatTest {
 
     @Test
     void theContentDecidesWhateverTheNameIs() {
-        for (String name : List.of("", "table", "channels.conf", "sources.conf", "diseqc.conf", "Uno-5.0W", "picture.png")) {
+        for (String name : List.of("", "table", "channels.conf", "sources.conf", "diseqc.conf", "Uno-5.0W",
+                "picture.png")) {
             assertEquals(
-                    List.of(Format.DVBV5, Format.DVBV5, Format.LEGACY_SCAN_TABLE, Format.CHANNELS, Format.SOURCES, Format.DISEQC),
-                    List.of(of(name, SCAN_TABLE), of(name, SERVICES), of(name, LEGACY), of(name, CHANNELS), of(name, SOURCES), of(name, DISEQC)),
+                    List.of(Format.DVBV5, Format.DVBV5, Format.LEGACY_SCAN_TABLE, Format.CHANNELS, Format.SOURCES,
+                            Format.DISEQC),
+                    List.of(of(name, SCAN_TABLE), of(name, SERVICES), of(name, LEGACY), of(name, CHANNELS),
+                            of(name, SOURCES), of(name, DISEQC)),
                     name);
         }
     }
@@ -59,7 +64,8 @@ class FormatTest {
     @Test
     void everyLineByItselfShowsItsFormat() {
         for (Map.Entry<Format, String[]> lines : Map.of(
-                Format.LEGACY_SCAN_TABLE, LEGACY, Format.CHANNELS, CHANNELS, Format.SOURCES, SOURCES, Format.DISEQC, DISEQC).entrySet()) {
+                Format.LEGACY_SCAN_TABLE, LEGACY, Format.CHANNELS, CHANNELS, Format.SOURCES, SOURCES, Format.DISEQC,
+                DISEQC).entrySet()) {
             for (String line : lines.getValue()) {
                 if (line.startsWith(":")) {
                     continue; // a group heading, which other programs' files may have too
@@ -73,19 +79,24 @@ class FormatTest {
     @Test
     void theEncodingMakesNoDifference() {
         for (Charset charset : List.of(
-                StandardCharsets.UTF_8, StandardCharsets.ISO_8859_1, StandardCharsets.UTF_16LE, StandardCharsets.UTF_16BE)) {
+                StandardCharsets.UTF_8, StandardCharsets.ISO_8859_1, StandardCharsets.UTF_16LE,
+                StandardCharsets.UTF_16BE)) {
             assertEquals(
-                    Format.SOURCES, Format.of(new Source("x", "x", "S5W Köln\r\nS7W Zürich\r\n".getBytes(charset))), charset.name());
+                    Format.SOURCES, Format.of(new Source("x", "x", "S5W Köln\r\nS7W Zürich\r\n".getBytes(charset))),
+                    charset.name());
         }
         assertEquals(Format.SOURCES, of("x", "\uFEFFS5W Uno"));
     }
 
     @Test
     void theFormatOfMostLinesIsTheFormatOfTheFile() {
-        assertEquals(Format.SOURCES, of("x", "nonsense", "S5W Uno", "A = 1", "T 474000000", "S7W Due", "more nonsense", "even more"));
-        assertEquals(Format.LEGACY_SCAN_TABLE, of("x", "S5W Uno", "T 474000000", "C Cable", "T 482000000", "T 490000000"));
+        assertEquals(Format.SOURCES,
+                of("x", "nonsense", "S5W Uno", "A = 1", "T 474000000", "S7W Due", "more nonsense", "even more"));
+        assertEquals(Format.LEGACY_SCAN_TABLE,
+                of("x", "S5W Uno", "T 474000000", "C Cable", "T 482000000", "T 490000000"));
         assertEquals(Format.DVBV5, of("x", "S5W Uno", "[CHANNEL]", "FREQUENCY = 474000000"));
-        assertEquals(Format.CHANNELS, of("x", ":Uno", ":Due", CHANNELS[CHANNELS.length - 1], "FREQUENCY = 474000000", "[CHANNEL]"));
+        assertEquals(Format.CHANNELS,
+                of("x", ":Uno", ":Due", CHANNELS[CHANNELS.length - 1], "FREQUENCY = 474000000", "[CHANNEL]"));
     }
 
     @Test
@@ -95,8 +106,7 @@ class FormatTest {
 
     @Test
     void otherProgramsSettingsAreNotScanTablesForTheirHeadings() {
-        String unknown = "cannot import some file: its format is not known; DVBv5 tables, one-line scan tables, and channels.conf,"
-                + " sources.conf and diseqc.conf of vdr can be imported";
+        String unknown = "cannot import some file: unknown format; " + Format.KNOWN;
         assertEquals(unknown, refusal("[Unit]", "Description=A daemon", "[Service]", "ExecStart=/usr/bin/daemon"));
         assertEquals(unknown, refusal("[core]", "\tbare = false"));
         assertEquals(unknown, refusal("A = 1", "B=2"));
@@ -158,12 +168,14 @@ class FormatTest {
         lists.store(LIST, file.toString());
         lists.delete(LIST);
         assertEquals(
-                "cannot import " + file + ": it is a list file of this library; Java opens a list with it: open(listId, path)",
+                "cannot import " + file
+                        + ": it is a list file of this library; Java opens a list with it: open(listId, path)",
                 assertThrows(Failure.class, () -> Format.of(Source.read(file))).getMessage());
         // A copy: closing the database's own file in this process would give up the locks that the library holds on it.
         Path database = folder.resolve("copy.db");
         String original = Path.of(System.getenv("TAVRO_HOME"), "lists.db").toString();
-        assertEquals(0, new ProcessBuilder("sqlite3", "-bail", original, ".backup '" + database + "'").start().waitFor());
+        assertEquals(0, new ProcessBuilder("sqlite3", "-bail", original, ".backup '" + database + "'").start()
+                .waitFor());
         assertEquals(
                 "cannot import " + database + ": it is a list database; set TAVRO_HOME to its folder",
                 assertThrows(Failure.class, () -> Format.of(Source.read(database))).getMessage());
@@ -171,7 +183,8 @@ class FormatTest {
 
     @Test
     void aBeginningThatIsCutOffIsNoForeignFormat() {
-        assertEquals("cannot import some file: there is nothing in it but blank lines and comments", refusal(text("#EXTM3")));
+        assertEquals("cannot import some file: there is nothing in it but blank lines and comments",
+                refusal(text("#EXTM3")));
         assertEquals(Format.SOURCES, Format.of(new Source("x", "x", text("S5W Uno " + "GIF8".repeat(100)))));
     }
 
@@ -182,7 +195,8 @@ class FormatTest {
             everything[i] = (byte) (i * 7 + 1);
         }
         assertEquals("cannot import some file: it is a binary file", refusal(everything));
-        assertEquals("cannot import some file: it is a binary file", refusal("S5W Uno\n".getBytes(Charset.forName("UTF-32LE"))));
+        assertEquals("cannot import some file: it is a binary file",
+                refusal("S5W Uno\n".getBytes(Charset.forName("UTF-32LE"))));
         assertEquals("cannot import some file: it is a binary file", refusal(new byte[4096]));
     }
 

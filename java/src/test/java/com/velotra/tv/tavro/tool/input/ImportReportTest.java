@@ -71,7 +71,8 @@ class ImportReportTest {
             throw new IllegalStateException("gone");
         });
         counts.added();
-        assertEquals(List.of("service list 13: 1 added, 0 changed, 0 unchanged; its records cannot be counted now"), ImportFixture.lists(report));
+        assertEquals(List.of("service list 13: 1 added, 0 changed, 0 unchanged; its records cannot be counted now"),
+                ImportFixture.lists(report));
     }
 
     @Test
@@ -79,7 +80,8 @@ class ImportReportTest {
         report.list("service list 13", () -> 2).added();
         report.list("service list 13", () -> 2).added();
         assertEquals(
-                List.of("service list 13: 2 added, 0 changed, 0 unchanged; it holds 2 records"), ImportFixture.lists(report));
+                List.of("service list 13: 2 added, 0 changed, 0 unchanged; it holds 2 records"),
+                ImportFixture.lists(report));
     }
 
     @Test
@@ -95,7 +97,8 @@ class ImportReportTest {
         }
         expected.append("  … more of these (malformed lines) are counted in the summary\n");
         for (int line = 1; line <= 10; line++) {
-            expected.append("  not imported table:").append(line).append(": no frequency\n  cannot import ").append(line).append('\n');
+            expected.append("  not imported table:").append(line).append(": no frequency\n  cannot import ")
+                    .append(line).append('\n');
         }
         expected.append("  … more of these (no frequency) are counted in the summary\n");
         expected.append("  … more of these (skipped files) are counted in the summary\n");
@@ -153,8 +156,7 @@ class ImportReportTest {
     void anImportWithoutAnyFileSaysWhatCanBeImported() {
         assertFalse(report.anyFile());
         assertEquals(
-                "there is no file in a known format; DVBv5 tables, one-line scan tables, and channels.conf, sources.conf and diseqc.conf"
-                        + " of vdr can be imported",
+                "no file is in a known format; " + Format.KNOWN,
                 report.whyNothing());
     }
 }

@@ -38,7 +38,8 @@ class SourceTest {
         System.setIn(new ByteArrayInputStream("a\nb".getBytes(StandardCharsets.US_ASCII)));
         try {
             Source source = Source.read(Source.STANDARD_INPUT);
-            assertEquals(List.of("standard input", "", List.of("a", "b")), List.of(source.name(), source.fileName(), source.lines()));
+            assertEquals(List.of("standard input", "", List.of("a", "b")),
+                    List.of(source.name(), source.fileName(), source.lines()));
         } finally {
             System.setIn(before);
         }

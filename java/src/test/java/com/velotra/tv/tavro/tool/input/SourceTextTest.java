@@ -61,7 +61,8 @@ class SourceTextTest {
     @Test
     void aLineEndsWithLfOrCrLfOrCr() {
         assertEquals(List.of("a", "b", "c", "d"), SourceText.lines("a\nb\r\nc\rd".getBytes(StandardCharsets.US_ASCII)));
-        assertEquals(List.of("a", "", "b", "", "c"), SourceText.lines("a\r\rb\n\nc\r\n".getBytes(StandardCharsets.US_ASCII)));
+        assertEquals(List.of("a", "", "b", "", "c"),
+                SourceText.lines("a\r\rb\n\nc\r\n".getBytes(StandardCharsets.US_ASCII)));
         assertEquals(List.of("a", "", "b"), SourceText.lines("a\r\n\r\nb\r".getBytes(StandardCharsets.US_ASCII)));
     }
 
@@ -76,7 +77,8 @@ class SourceTextTest {
     @Test
     void linesComeWithTheirPlacesAndThoseThatAreRefusedWithTheReason() {
         List<String> taken = new ArrayList<>();
-        List<Malformed> malformed = SourceText.read(ImportFixture.source("table", "  one \t", "", "two", "three"), (place, line) -> {
+        Source source = ImportFixture.source("table", "  one \t", "", "two", "three");
+        List<Malformed> malformed = SourceText.read(source, (place, line) -> {
             if (line.equals("two")) {
                 throw new IllegalArgumentException("not today");
             }

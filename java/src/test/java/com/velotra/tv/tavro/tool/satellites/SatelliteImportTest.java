@@ -24,7 +24,8 @@ import org.junit.jupiter.api.Test;
 class SatelliteImportTest {
     private static final int LIST = 6;
     private static final String UNO = "S19.2E  Uno";
-    private static final String NO_POSITION = "' is not an orbital position; write degrees from 0 to 180 as in S19.2E or S5W\n";
+    private static final String NO_POSITION =
+            "' is not an orbital position; write degrees from 0 to 180 as in S19.2E or S5W\n";
 
     private final VltTvSatelliteList lists = VltTvSatelliteList.getInstance();
     private final ByteArrayOutputStream log = new ByteArrayOutputStream();
@@ -60,7 +61,8 @@ class SatelliteImportTest {
 
     private static void assertSwitch(int type, int position, int burst, VltTvSatelliteInfo satellite) {
         assertEquals(
-                List.of(type, position, burst), List.of(satellite.getDiseqcType(), satellite.getDiseqcPosition(), satellite.getToneBurst()));
+                List.of(type, position, burst),
+                List.of(satellite.getDiseqcType(), satellite.getDiseqcPosition(), satellite.getToneBurst()));
     }
 
     @Test
@@ -78,7 +80,8 @@ class SatelliteImportTest {
     void aNameIsCutBehindAWholeCharacterAndThatIsReported() {
         String name = "a".repeat(63);
         ImportReport report = imported(List.of("S1E " + name + "ü", "S2E " + name + "b"));
-        assertEquals(List.of(name, name + "b"), lists.getAll(LIST, null).stream().map(VltTvSatelliteInfo::getName).toList());
+        assertEquals(List.of(name, name + "b"), lists.getAll(LIST, null).stream().map(VltTvSatelliteInfo::getName)
+                .toList());
         assertEquals(Map.of("the end of a name longer than 64 bytes", 1), report.dropped());
     }
 
@@ -87,14 +90,17 @@ class SatelliteImportTest {
         SatelliteImport satellites = new SatelliteImport(lists, LIST, new ImportReport(System.err));
         satellites.addSources(new Source("x", "x", "S1E Zür\nS2E Züri\n".getBytes(StandardCharsets.ISO_8859_1)));
         satellites.store();
-        assertEquals(List.of("Zür", "Züri"), lists.getAll(LIST, null).stream().map(VltTvSatelliteInfo::getName).toList());
+        assertEquals(List.of("Zür", "Züri"), lists.getAll(LIST, null).stream().map(VltTvSatelliteInfo::getName)
+                .toList());
     }
 
     @Test
     void aUniversalLnbBehindACommittedSwitchIsStoredWithPortToneAndOscillators() {
         VltTvSatelliteInfo satellite = switched(
-                "S19.2E  11700 V  9750  t v W15 [E0 10 38 F8] W15 t", "S19.2E  99999 V 10600  t v W15 [E0 10 38 F9] W15 T",
-                "S19.2E  11700 H  9750  t V W15 [e0  10 38 fA] W15 t", "S19.2E  99999 H 10600  t V W15 [E0 10 38 FB] W15 T");
+                "S19.2E  11700 V  9750  t v W15 [E0 10 38 F8] W15 t",
+                "S19.2E  99999 V 10600  t v W15 [E0 10 38 F9] W15 T",
+                "S19.2E  11700 H  9750  t V W15 [e0  10 38 fA] W15 t",
+                "S19.2E  99999 H 10600  t V W15 [E0 10 38 FB] W15 T");
         assertSwitch(2, 2, 255, satellite);
         assertEquals(
                 List.of(9750, 11700, 10600),
@@ -102,7 +108,8 @@ class SatelliteImportTest {
         assertEquals(List.of(1, 0, 0), List.of(
                 satellite.getMaskLnbUniver(), satellite.getMaskLnbSingcab(), satellite.getMaskLnbSingcabJess()));
         assertEquals(3, satellite.getAntennaType());
-        assertEquals(List.of(1, 2, 3), List.of(satellite.getMaskStatusOn(), satellite.getTone22k(), satellite.getLnbPower()));
+        assertEquals(List.of(1, 2, 3),
+                List.of(satellite.getMaskStatusOn(), satellite.getTone22k(), satellite.getLnbPower()));
     }
 
     @Test
@@ -137,23 +144,29 @@ class SatelliteImportTest {
         VltTvSatelliteInfo on = switched("S19.2E 99999 V 5150 t T v V");
         assertEquals(List.of(1, 2), List.of(on.getTone22k(), on.getLnbPower()));
         assertEquals(List.of(5150, 0, 0), List.of(on.getLnbLowFreq(), on.getLnbSwitchFreq(), on.getLnbHighFreq()));
-        assertEquals(List.of(0, 0, 0), List.of(on.getMaskLnbUniver(), on.getMaskLnbSingcab(), on.getMaskLnbSingcabJess()));
+        assertEquals(List.of(0, 0, 0),
+                List.of(on.getMaskLnbUniver(), on.getMaskLnbSingcab(), on.getMaskLnbSingcabJess()));
     }
 
     @Test
     void aSingleCableIsStoredWithItsGenerationAndPosition() {
         VltTvSatelliteInfo first = switched(
-                "S19.2E  11700 V  9750  t V W10 S4 [E0 10 5A 00 00] W10 v", "S19.2E  99999 V 10600  t V W10 S5 [E0 10 5A 00 00] W10 v");
-        assertEquals(List.of(1, 1, 0), List.of(first.getUnicablePosition(), first.getMaskLnbSingcab(), first.getMaskLnbSingcabJess()));
+                "S19.2E  11700 V  9750  t V W10 S4 [E0 10 5A 00 00] W10 v",
+                "S19.2E  99999 V 10600  t V W10 S5 [E0 10 5A 00 00] W10 v");
+        assertEquals(List.of(1, 1, 0),
+                List.of(first.getUnicablePosition(), first.getMaskLnbSingcab(), first.getMaskLnbSingcabJess()));
         assertEquals(List.of(0, 1), List.of(first.getMaskLnbUniver(), first.getAntennaType()));
         VltTvSatelliteInfo second = switched("S19.2E 99999 H 10600 t V W10 S15 [70 00 00 00] W10 v");
-        assertEquals(List.of(3, 0, 1), List.of(second.getUnicablePosition(), second.getMaskLnbSingcab(), second.getMaskLnbSingcabJess()));
+        assertEquals(List.of(3, 0, 1),
+                List.of(second.getUnicablePosition(), second.getMaskLnbSingcab(), second.getMaskLnbSingcabJess()));
     }
 
     @Test
     void anUncommittedSwitchIsTheExtendedOne() {
-        VltTvSatelliteInfo satellite = switched("S19.2E 11700 V 9750 [E0 10 39 FD]", "S19.2E 99999 V 10600 [E0 10 39 FD]");
-        assertEquals(List.of(4, 13, 4), List.of(satellite.getDiseqcTypeEx(), satellite.getDiseqcPositionEx(), satellite.getAntennaType()));
+        VltTvSatelliteInfo satellite = switched("S19.2E 11700 V 9750 [E0 10 39 FD]",
+                "S19.2E 99999 V 10600 [E0 10 39 FD]");
+        assertEquals(List.of(4, 13, 4),
+                List.of(satellite.getDiseqcTypeEx(), satellite.getDiseqcPositionEx(), satellite.getAntennaType()));
     }
 
     @Test
@@ -168,17 +181,22 @@ class SatelliteImportTest {
                 "S19.2E 11700 H 10000",
                 "S360E 99999 V 10600 P W20",
                 "S13E 99999 V 10600");
-        assertEquals(List.of("satellite list 6: 2 added, 0 changed, 0 unchanged; it holds 2 records"), ImportFixture.lists(report));
+        assertEquals(List.of("satellite list 6: 2 added, 0 changed, 0 unchanged; it holds 2 records"),
+                ImportFixture.lists(report));
         assertEquals(Map.of("not a satellite (source C)", 1), report.skipped());
-        assertEquals(Map.of("dish settings for a position without a satellite (import sources.conf too)", 1), report.notImported());
+        assertEquals(Map.of("dish settings for a position without a satellite (import sources.conf too)", 1),
+                report.notImported());
         assertEquals(
-                "  not imported S13.0E: dish settings for a position without a satellite (import sources.conf too)\n", log.toString(StandardCharsets.UTF_8));
+                "  not imported S13.0E: dish settings for a position without a satellite (import sources.conf too)\n",
+                log.toString(StandardCharsets.UTF_8));
         assertEquals(
                 Map.ofEntries(
-                        Map.entry("a restriction to some devices", 1), Map.entry("waiting times", 2), Map.entry("positioners", 1),
+                        Map.entry("a restriction to some devices", 1), Map.entry("waiting times", 2),
+                        Map.entry("positioners", 1),
                         Map.entry("the DiSEqC command E0 31 6B 01", 1), Map.entry("switch ports that differ", 1),
                         Map.entry("tone bursts that differ", 1), Map.entry("uncommitted switch ports that differ", 1),
-                        Map.entry("single-cable positions that differ", 1), Map.entry("bands that differ by polarization", 1),
+                        Map.entry("single-cable positions that differ", 1),
+                        Map.entry("bands that differ by polarization", 1),
                         Map.entry("several oscillators for one band", 1), Map.entry("more than two bands", 1),
                         Map.entry("an upper end of the last band", 1),
                         Map.entry("a tone that follows something else than the band", 1),
@@ -188,7 +206,8 @@ class SatelliteImportTest {
         VltTvSatelliteInfo first = lists.getAll(LIST, null).get(0);
         assertSwitch(2, 0, 0, first);
         assertEquals(
-                List.of(9750, 10700, 9800), List.of(first.getLnbLowFreq(), first.getLnbSwitchFreq(), first.getLnbHighFreq()));
+                List.of(9750, 10700, 9800),
+                List.of(first.getLnbLowFreq(), first.getLnbSwitchFreq(), first.getLnbHighFreq()));
     }
 
     @Test
@@ -210,7 +229,8 @@ class SatelliteImportTest {
         ImportReport report = imported(
                 List.of(UNO),
                 "S19.2E 11700 V", "S19.2E 11700 X 9750", "S19.2E 0 V 9750", "S19.2E 11700 V 70000", "S19 11700 V 9750",
-                "S19.2E 99999 V 10600 t q", "S19.2E 99999 V 10600 [E0 1]", "S19.2E 99999 V 10600 [E0 10", "S19.2E 99999 V 10600 W",
+                "S19.2E 99999 V 10600 t q", "S19.2E 99999 V 10600 [E0 1]", "S19.2E 99999 V 10600 [E0 10",
+                "S19.2E 99999 V 10600 W",
                 "S19.2E 99999 V 10600 [E0 10 38 F0 00 00 00]", "S19.2E 99999 V 10600 T");
         String place = "  left out diseqc.conf:";
         assertEquals(
@@ -231,7 +251,8 @@ class SatelliteImportTest {
 
     @Test
     void messagesArePrintable() {
-        imported(List.of("\u001b[2JS19.2E Uno"), "S19.2E 11700 \u001b 9750", "\u001b[2J 11700 V 9750", "S19.2E 11700 V 9750 \u001b");
+        imported(List.of("\u001b[2JS19.2E Uno"), "S19.2E 11700 \u001b 9750", "\u001b[2J 11700 V 9750",
+                "S19.2E 11700 V 9750 \u001b");
         String place = "  left out diseqc.conf:";
         assertEquals(
                 "  left out sources.conf:1: '·[2JS19.2E" + NO_POSITION
@@ -251,7 +272,9 @@ class SatelliteImportTest {
 
         ImportReport again = imported(List.of("S19.2E Uno Nuovo", "S19.2E Uno Terzo"), "S13E 99999 V 10600 t");
         assertEquals(
-                List.of("satellite list 6: 0 added, 2 changed, 0 unchanged, 1 repeated in the files; it holds 2 records"),
+                List.of(
+                        "satellite list 6: 0 added, 2 changed, 0 unchanged, 1 repeated in the files; it holds 2 "
+                        + "records"),
                 ImportFixture.lists(again));
         assertEquals(List.of(Map.of(), ""), List.of(again.notImported(), log.toString(StandardCharsets.UTF_8)));
         List<VltTvSatelliteInfo> all = lists.getAll(LIST, null);
@@ -263,12 +286,14 @@ class SatelliteImportTest {
 
     @Test
     void aSecondImportLeavesEqualSatellitesUnchanged() {
-        String[] switches = {"S19.2E  11700 V  9750  t v [E0 10 38 F8] B", "S19.2E  99999 V 10600  T v [E0 10 38 F9] B", "S1E 99999 H 10600 A"};
+        String[] switches = {"S19.2E  11700 V  9750  t v [E0 10 38 F8] B", "S19.2E  99999 V 10600  T v [E0 10 38 F9] B",
+                "S1E 99999 H 10600 A"};
         List<String> sources = List.of(UNO, "S13E Due", "S1E Tre");
         imported(sources, switches);
         List<List<Object>> before = values();
         assertEquals(
-                List.of("satellite list 6: 0 added, 0 changed, 3 unchanged; it holds 3 records"), ImportFixture.lists(imported(sources, switches)));
+                List.of("satellite list 6: 0 added, 0 changed, 3 unchanged; it holds 3 records"),
+                ImportFixture.lists(imported(sources, switches)));
         assertEquals(before, values());
         assertEquals(
                 List.of("satellite list 6: 1 added, 1 changed, 1 unchanged; it holds 4 records"),
@@ -276,7 +301,8 @@ class SatelliteImportTest {
     }
 
     private List<List<Object>> values() {
-        return lists.getAll(LIST, null).stream().map(satellite -> lists.get(satellite.id(), null).orElseThrow().allValues()).toList();
+        return lists.getAll(LIST, null).stream()
+                .map(satellite -> lists.get(satellite.id(), null).orElseThrow().allValues()).toList();
     }
 
     @Test
@@ -303,7 +329,8 @@ class SatelliteImportTest {
         Satellites satellites = new Satellites(lists, LIST);
         assertEquals(Optional.of(new RecordId(LIST, 2)), satellites.at(new OrbitalPosition(192)));
         assertEquals(Optional.of(new RecordId(LIST, 1)), satellites.find("S13.0E"));
-        assertEquals(List.of(Optional.empty(), Optional.empty()), List.of(satellites.find("S13.0W"), satellites.find("S13..0E")));
+        assertEquals(List.of(Optional.empty(), Optional.empty()),
+                List.of(satellites.find("S13.0W"), satellites.find("S13..0E")));
         assertEquals(Optional.of(new OrbitalPosition(130)), satellites.positionOf(new RecordId(LIST, 1)));
         assertEquals(Optional.empty(), satellites.positionOf(new RecordId(LIST, 3)));
     }

@@ -78,7 +78,8 @@ class SatelliteTreeTest {
                 ImportFixture.summary(report));
 
         List<VltTvSatelliteInfo> found = lists.getAll(LIST, null);
-        assertEquals(expected, found.stream().map(satellite -> satellite.getOrbitPosition() + " " + satellite.getName()).toList());
+        assertEquals(expected, found.stream()
+                .map(satellite -> satellite.getOrbitPosition() + " " + satellite.getName()).toList());
         for (VltTvSatelliteInfo satellite : found) {
             RecordId id = stored.at(new OrbitalPosition(satellite.getOrbitPosition())).orElseThrow();
             assertEquals(satellite.id(), id);
@@ -94,11 +95,13 @@ class SatelliteTreeTest {
             assertEquals(
                     List.of(1, 9750, 11700, 10600, 2, 3, 2),
                     List.of(satellite.getMaskLnbUniver(), satellite.getLnbLowFreq(), satellite.getLnbSwitchFreq(),
-                            satellite.getLnbHighFreq(), satellite.getTone22k(), satellite.getLnbPower(), satellite.getDiseqcType()));
+                            satellite.getLnbHighFreq(), satellite.getTone22k(), satellite.getLnbPower(),
+                            satellite.getDiseqcType()));
         }
 
         ImportReport again = new ImportReport(new PrintStream(OutputStream.nullOutputStream()));
         imported(lists, again);
-        assertEquals(List.of("satellite list 51: 0 added, 0 changed, 158 unchanged; it holds 158 records"), ImportFixture.lists(again));
+        assertEquals(List.of("satellite list 51: 0 added, 0 changed, 158 unchanged; it holds 158 records"),
+                ImportFixture.lists(again));
     }
 }

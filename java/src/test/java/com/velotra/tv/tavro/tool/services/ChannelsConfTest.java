@@ -36,7 +36,8 @@ class ChannelsConfTest {
                 List.of(new Service(
                         line(1), "Uno:1", "U1",
                         new Transponder(line(1), "", "S19.2E", Map.of(
-                                "DELIVERY_SYSTEM", "DVBS2", "FREQUENCY", "11493000", "POLARIZATION", "HORIZONTAL", "SYMBOL_RATE", "22000000",
+                                "DELIVERY_SYSTEM", "DVBS2", "FREQUENCY", "11493000", "POLARIZATION", "HORIZONTAL",
+                                "SYMBOL_RATE", "22000000",
                                 "INNER_FEC", "2/3", "MODULATION", "PSK/8", "ROLLOFF", "35")),
                         true, List.of(0x1833, 0x98c), 10301, 1, 1019, 0)),
                 conf.services());
@@ -44,7 +45,8 @@ class ChannelsConfTest {
 
     @Test
     void theLastFieldMayBeMissingAndTheSourceDecidesAboutTheMedium() {
-        ChannelsConf conf = read("Dos:490000:I0:T:27500:545:546:551:0:514:0:0", "Tres:410:M64:C:6900:0:102:104:0:28106:0:0:0",
+        ChannelsConf conf = read("Dos:490000:I0:T:27500:545:546:551:0:514:0:0",
+                "Tres:410:M64:C:6900:0:102:104:0:28106:0:0:0",
                 "Quattro:593:M10:A:0:0:102:104:0:3:0:0:0");
         assertEquals(List.of(), conf.malformed());
         assertEquals(
@@ -57,7 +59,8 @@ class ChannelsConfTest {
                         new Service(
                                 line(2), "Tres", "",
                                 new Transponder(line(2), "", "", Map.of(
-                                        "DELIVERY_SYSTEM", "DVBC/ANNEX_A", "FREQUENCY", "410000000", "MODULATION", "QAM/64",
+                                        "DELIVERY_SYSTEM", "DVBC/ANNEX_A", "FREQUENCY", "410000000", "MODULATION",
+                                        "QAM/64",
                                         "SYMBOL_RATE", "6900000")),
                                 false, List.of(), 28106, 0, 0, 0),
                         new Service(
@@ -70,7 +73,8 @@ class ChannelsConfTest {
 
     @Test
     void headingsGiveNumbersToTheServicesBehindThem() {
-        ChannelsConf conf = read(PLAIN, ":First", PLAIN, ":@100", PLAIN, PLAIN, ":@500 Second", PLAIN, "", "# a comment");
+        ChannelsConf conf = read(PLAIN, ":First", PLAIN, ":@100", PLAIN, PLAIN, ":@500 Second", PLAIN, "",
+                "# a comment");
         assertEquals(List.of(), conf.malformed());
         assertEquals(List.of(0, 0, 100, 101, 500), numbers(conf));
         assertEquals(3, conf.groups());
@@ -80,7 +84,8 @@ class ChannelsConfTest {
     void numbersOnlyGrow() {
         ChannelsConf conf = read(":@100", PLAIN, ":@50", PLAIN, ":@102", PLAIN, ":@16383", PLAIN, PLAIN);
         assertEquals(List.of(100, 101, 102, 16383, 0), numbers(conf));
-        assertEquals(List.of(new Malformed(line(3), "channel number '50' is not a number from 101 to 16383")), conf.malformed());
+        assertEquals(List.of(new Malformed(line(3), "channel number '50' is not a number from 101 to 16383")),
+                conf.malformed());
         assertEquals(3, conf.groups());
     }
 
@@ -99,15 +104,18 @@ class ChannelsConfTest {
 
     @Test
     void servicesThatAgreeInTheirTuningAgreeInTheirTransponders() {
-        List<Map<String, String>> values = read(PLAIN, PLAIN.replace("Uno", "Due"), PLAIN.replace("11493", "11494")).services().stream()
+        List<Map<String, String>> values = read(PLAIN, PLAIN.replace("Uno", "Due"), PLAIN.replace("11493", "11494"))
+                .services().stream()
                 .map(service -> service.transponder().values()).toList();
-        assertEquals(List.of(true, false), List.of(values.get(0).equals(values.get(1)), values.get(0).equals(values.get(2))));
+        assertEquals(List.of(true, false),
+                List.of(values.get(0).equals(values.get(1)), values.get(0).equals(values.get(2))));
     }
 
     @Test
     void aLineThatIsNotUtf8IsReadAsLatin1() {
         String line = PLAIN.replace("Uno", "Köln");
-        assertEquals("Köln", ChannelsConf.read(new Source("x", "x", line.getBytes(StandardCharsets.ISO_8859_1))).services().get(0).name());
+        assertEquals("Köln", ChannelsConf.read(new Source("x", "x", line.getBytes(StandardCharsets.ISO_8859_1)))
+                .services().get(0).name());
         assertEquals("Köln", read(line).services().get(0).name());
     }
 

@@ -20,8 +20,10 @@ class DvbV5ServicesTest {
     void aNamedBlockWithAServiceIdIsAServiceOnItsTransponder() {
         Place place = new Place("channels", 1);
         DvbV5Services services = read(
-                "channels", "[Uno]", "SERVICE_ID = 7", "NETWORK_ID = 8468", "TRANSPORT_ID = 1019", "VCHANNEL = 12", "VIDEO_PID = 101",
-                "AUDIO_PID = 102 103", "PID_06 = 104", "FREQUENCY = 474000000", "MODULATION = QAM/64", "DELIVERY_SYSTEM = DVBT");
+                "channels", "[Uno]", "SERVICE_ID = 7", "NETWORK_ID = 8468", "TRANSPORT_ID = 1019", "VCHANNEL = 12",
+                "VIDEO_PID = 101",
+                "AUDIO_PID = 102 103", "PID_06 = 104", "FREQUENCY = 474000000", "MODULATION = QAM/64",
+                "DELIVERY_SYSTEM = DVBT");
         assertEquals(List.of(), services.malformed());
         assertEquals(
                 List.of(new Service(
@@ -38,17 +40,22 @@ class DvbV5ServicesTest {
         Place second = new Place("Uno-19.2E", 3);
         assertEquals(
                 List.of(
-                        new Service(first, "Uno", "", new Transponder(first, "", "S19.2E", Map.of()), false, List.of(), 1, 0, 0, 0),
-                        new Service(second, "Due", "", new Transponder(second, "", "S19.2E", Map.of()), false, List.of(), 65535, 0, 0, 0)),
-                read("Uno-19.2E", "[Uno]", "SERVICE_ID = 1", "[Due]", "SERVICE_ID = 65535", "VIDEO_PID = 0").services());
+                        new Service(first, "Uno", "", new Transponder(first, "", "S19.2E", Map.of()), false, List.of(),
+                                1, 0, 0, 0),
+                        new Service(second, "Due", "", new Transponder(second, "", "S19.2E", Map.of()), false,
+                                List.of(), 65535, 0, 0, 0)),
+                read("Uno-19.2E", "[Uno]", "SERVICE_ID = 1", "[Due]", "SERVICE_ID = 65535", "VIDEO_PID = 0")
+                        .services());
     }
 
     @Test
     void aChannelNumberIsTakenWhenItIsOneNumber() {
         assertEquals(
                 List.of(9999, 0, 0, 0, 0),
-                read("x", "[A]", "SERVICE_ID = 1", "VCHANNEL = 9999", "[B]", "SERVICE_ID = 2", "VCHANNEL = 5.1", "[C]", "SERVICE_ID = 3",
-                        "VCHANNEL = 0", "[D]", "SERVICE_ID = 4", "VCHANNEL = none", "[E]", "SERVICE_ID = 5").services().stream()
+                read("x", "[A]", "SERVICE_ID = 1", "VCHANNEL = 9999", "[B]", "SERVICE_ID = 2", "VCHANNEL = 5.1", "[C]",
+                        "SERVICE_ID = 3",
+                        "VCHANNEL = 0", "[D]", "SERVICE_ID = 4", "VCHANNEL = none", "[E]",
+                        "SERVICE_ID = 5").services().stream()
                         .map(Service::number).toList());
     }
 
@@ -56,8 +63,10 @@ class DvbV5ServicesTest {
     void aChannelNumberThatCannotBeKeptStaysAmongTheValuesThatAreReported() {
         assertEquals(
                 List.of(Map.of("VCHANNEL", "16384"), Map.of("VCHANNEL", "5.1"), Map.of()),
-                read("x", "[A]", "SERVICE_ID = 1", "VCHANNEL = 16384", "[B]", "SERVICE_ID = 2", "VCHANNEL = 5.1", "[C]", "SERVICE_ID = 3",
-                        "VCHANNEL = 16383").services().stream().map(service -> service.transponder().values()).toList());
+                read("x", "[A]", "SERVICE_ID = 1", "VCHANNEL = 16384", "[B]", "SERVICE_ID = 2", "VCHANNEL = 5.1", "[C]",
+                        "SERVICE_ID = 3",
+                        "VCHANNEL = 16383").services().stream().map(service -> service.transponder().values())
+                                .toList());
     }
 
     @Test
@@ -70,7 +79,8 @@ class DvbV5ServicesTest {
     @Test
     void aServiceWhoseIdsAreNotNumbersIsReportedWithItsPlaceAndTheRestIsRead() {
         DvbV5Services services = read(
-                "x", "[A]", "SERVICE_ID = 65536", "[B]", "SERVICE_ID = 1", "NETWORK_ID = x\u001b", "[C]", "SERVICE_ID = 1", "TRANSPORT_ID = -1",
+                "x", "[A]", "SERVICE_ID = 65536", "[B]", "SERVICE_ID = 1", "NETWORK_ID = x\u001b", "[C]",
+                "SERVICE_ID = 1", "TRANSPORT_ID = -1",
                 "[D]", "SERVICE_ID = 4");
         assertEquals(
                 List.of(

@@ -56,16 +56,19 @@ class FullListTest {
     private ImportReport imported(String... lines) throws IOException, InterruptedException {
         ImportReport report = new ImportReport(new PrintStream(OutputStream.nullOutputStream()));
         Satellites satellites = new Satellites(VltTvSatelliteList.getInstance(), TERRESTRIAL + 2);
-        StreamImport streamImport = new StreamImport(streams, satellites, ListIds.from(TERRESTRIAL), report, (transponder, id) -> { });
+        StreamImport streamImport = new StreamImport(streams, satellites, ListIds.from(TERRESTRIAL), report,
+                (transponder, id) -> { });
         new ServiceImport(lists, streams, networks, streamImport, report, (service, id, stream) -> { })
-                .storeAll(ChannelsConf.read(ImportFixture.source("channels.conf", lines)).services(), Path.of(System.getenv("TAVRO_HOME")));
+                .storeAll(ChannelsConf.read(ImportFixture.source("channels.conf", lines)).services(),
+                        Path.of(System.getenv("TAVRO_HOME")));
         return report;
     }
 
     /** Copies the only record of a list, record 1, to all other record ids. One by one that would take too long. */
     private static void fill(int kind, int listId) throws IOException, InterruptedException {
         long list = (long) kind << 32 | (long) listId << 16;
-        Process sqlite = new ProcessBuilder("sqlite3", "-bail", Path.of(System.getenv("TAVRO_HOME"), "lists.db").toString())
+        Process sqlite = new ProcessBuilder("sqlite3", "-bail",
+                Path.of(System.getenv("TAVRO_HOME"), "lists.db").toString())
                 .redirectOutput(ProcessBuilder.Redirect.INHERIT)
                 .redirectError(ProcessBuilder.Redirect.INHERIT)
                 .start();
@@ -74,17 +77,20 @@ class FullListTest {
             for (int record = 2; record <= MOST; record++) {
                 sql.write(String.format(
                         "INSERT INTO records (number, position, bytes)"
-                                + " SELECT %d, %d, CAST(x'%02x%02x' || substr(bytes, 3) AS BLOB) FROM records WHERE number = %d;%n",
+                                + " SELECT %d, %d, CAST(x'%02x%02x' || substr(bytes, 3) AS BLOB) FROM records WHERE "
+                                + "number = %d;%n",
                         list | record, record + 10, record & 0xFF, record >> 8, list | 1));
             }
-            sql.write(String.format("UPDATE lists SET version = version + 1, next_position = %d WHERE number = %d;%nCOMMIT;%n",
+            sql.write(String.format(
+                    "UPDATE lists SET version = version + 1, next_position = %d WHERE number = %d;%nCOMMIT;%n",
                     MOST + 11, (long) kind << 16 | listId));
         }
         assertEquals(0, sqlite.waitFor());
     }
 
     private static String counts(String list, int added, int unchanged, int records) {
-        return String.format("%s: %d added, 0 changed, %d unchanged; it holds %d record%s", list, added, unchanged, records, records == 1 ? "" : "s");
+        return String.format("%s: %d added, 0 changed, %d unchanged; it holds %d record%s", list, added, unchanged,
+                records, records == 1 ? "" : "s");
     }
 
     @Test

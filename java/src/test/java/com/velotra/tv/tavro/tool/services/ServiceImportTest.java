@@ -36,7 +36,9 @@ import java.util.Set;
 import org.junit.jupiter.api.AfterEach;
 import org.junit.jupiter.api.Test;
 
-/** What becomes of services, with the transport streams and networks that they refer to, read back through the natives. */
+/**
+ * What becomes of services, with the transport streams and networks that they refer to, read back through the natives.
+ */
 class ServiceImportTest {
     private static final int TERRESTRIAL = 61;
     private static final int CABLE = 62;
@@ -80,7 +82,8 @@ class ServiceImportTest {
     private ImportReport stored(List<Service> services) throws IOException, InterruptedException {
         observed.clear();
         ImportReport report = report();
-        storeAll(services, report, (service, id, stream) -> observed.add(service.place().line() + "=" + id + " on " + stream.id()));
+        storeAll(services, report, (service, id, stream) -> observed.add(
+                service.place().line() + "=" + id + " on " + stream.id()));
         return report;
     }
 
@@ -93,7 +96,8 @@ class ServiceImportTest {
     }
 
     private static String counts(String list, int added, int changed, int unchanged, int records) {
-        return String.format("%s: %d added, %d changed, %d unchanged; it holds %d record%s", list, added, changed, unchanged, records, records == 1 ? "" : "s");
+        return String.format("%s: %d added, %d changed, %d unchanged; it holds %d record%s", list, added, changed,
+                unchanged, records, records == 1 ? "" : "s");
     }
 
     private static List<String> names(List<ServiceRecord> services) {
@@ -141,7 +145,8 @@ class ServiceImportTest {
 
     @Test
     void servicesGoToTheListOfTheirMedium() throws Exception {
-        ImportReport report = imported(PLAIN, UNKNOWN_IDS, "Tre:529833:I0:T:27500:1:2:0:0:2:0:0:0", "Quattro:593:M10:A:0:1:2:0:0:3:0:0:0");
+        ImportReport report = imported(PLAIN, UNKNOWN_IDS, "Tre:529833:I0:T:27500:1:2:0:0:2:0:0:0",
+                "Quattro:593:M10:A:0:1:2:0:0:3:0:0:0");
         assertEquals(
                 List.of(
                         counts("transport stream list 63", 1, 0, 0, 1), counts("network list 63", 1, 0, 0, 1),
@@ -158,7 +163,8 @@ class ServiceImportTest {
 
     @Test
     void servicesOfOneTransponderAreFoundByItsRecord() throws Exception {
-        imported(PLAIN, PLAIN.replace("11493", "11494").replace("1019", "1020"), PLAIN.replace("Uno", "Due").replace(":7:", ":8:"));
+        imported(PLAIN, PLAIN.replace("11493", "11494").replace("1019", "1020"),
+                PLAIN.replace("Uno", "Due").replace(":7:", ":8:"));
         assertEquals(List.of("Uno", "Due"), names(lists.byTransportStreamRecord(LIST, 1)));
         assertEquals(List.of("Uno"), names(lists.byTransportStreamRecord(LIST, 2)));
         assertEquals(List.of(), names(lists.byTransportStreamRecord(LIST, 3)));
@@ -166,7 +172,8 @@ class ServiceImportTest {
 
     @Test
     void aTransportStreamIsStoredOnceWithItsIdsAndItsNetwork() throws Exception {
-        imported(PLAIN, PLAIN.replace("Uno", "Due").replace(":7:", ":8:"), PLAIN.replace(":H:", ":HS1:").replace(":1:1019", ":85:1020"));
+        imported(PLAIN, PLAIN.replace("Uno", "Due").replace(":7:", ":8:"),
+                PLAIN.replace(":H:", ":HS1:").replace(":1:1019", ":85:1020"));
         List<TransportStreamRecord> stored = streams.getAll(LIST);
         assertEquals(2, stored.size());
         assertEquals(List.of(1019, 1020), stored.stream().map(TransportStreamRecord::transportStreamId).toList());
@@ -175,8 +182,10 @@ class ServiceImportTest {
         assertEquals(List.of(3, 3), stored.stream().map(TransportStreamRecord::medium).toList());
         assertEquals(List.of(1, 2), stored.stream().map(TransportStreamRecord::mode).toList());
         assertEquals(22000000, stored.get(0).value(TransportStreamField.SAT_SYMBOL_RATE));
-        assertEquals(List.of(new RecordId(LIST, 1), new RecordId(LIST, 2)), stored.stream().map(TransportStreamRecord::network).toList());
-        assertEquals(List.of(1, 85), networks.getAll(LIST, null).stream().map(n -> n.values().getNwlNetworkId()).toList());
+        assertEquals(List.of(new RecordId(LIST, 1), new RecordId(LIST, 2)),
+                stored.stream().map(TransportStreamRecord::network).toList());
+        assertEquals(List.of(1, 85), networks.getAll(LIST, null).stream()
+                .map(n -> n.values().getNwlNetworkId()).toList());
         assertEquals(List.of("Uno", "Due"), names(lists.byTransportStream(LIST, 1019)));
     }
 
@@ -188,30 +197,40 @@ class ServiceImportTest {
     void tunerParametersAreStored() throws Exception {
         ImportReport report = imported(
                 "A:11493:VC23M5O20N1S1:S19.2E:22000:1:2:0:0:1:1:1:0", "B:410:C34M64:C:6900:1:2:0:0:2:0:0:0",
-                "C:474000:B8C34D0G19128M256T32Y0P7S1:T:0:1:2:0:0:3:0:0:0", "D:482000:B7C23D12G32M64T8Y0:T:0:1:2:0:0:3:0:0:0");
+                "C:474000:B8C34D0G19128M256T32Y0P7S1:T:0:1:2:0:0:3:0:0:0",
+                "D:482000:B7C23D12G32M64T8Y0:T:0:1:2:0:0:3:0:0:0");
         assertEquals(
                 List.of(1L, 22_000_000L, 3L, 5L, 2L, 2L, 2L, 1L),
-                values(streams.getAll(LIST).get(0), TransportStreamField.SAT_POLARIZATION, TransportStreamField.SAT_SYMBOL_RATE,
-                        TransportStreamField.SAT_FEC_INNER, TransportStreamField.SAT_CODE_RATE, TransportStreamField.SAT_MODULATION,
-                        TransportStreamField.SAT_MODE, TransportStreamField.SAT_ROLL_OFF, TransportStreamField.SAT_PILOT));
+                values(streams.getAll(LIST).get(0), TransportStreamField.SAT_POLARIZATION,
+                        TransportStreamField.SAT_SYMBOL_RATE,
+                        TransportStreamField.SAT_FEC_INNER, TransportStreamField.SAT_CODE_RATE,
+                        TransportStreamField.SAT_MODULATION,
+                        TransportStreamField.SAT_MODE, TransportStreamField.SAT_ROLL_OFF,
+                        TransportStreamField.SAT_PILOT));
         assertEquals(
                 List.of(6_900_000L, 4L, 5L, 1L),
-                values(streams.getAll(CABLE).get(0), TransportStreamField.CAB_SYMBOL_RATE, TransportStreamField.CAB_FEC_INNER,
+                values(streams.getAll(CABLE).get(0), TransportStreamField.CAB_SYMBOL_RATE,
+                        TransportStreamField.CAB_FEC_INNER,
                         TransportStreamField.CAB_MODULATION, TransportStreamField.CAB_MODE));
         TransportStreamField[] terrestrial = {
-            TransportStreamField.TER_BANDWIDTH, TransportStreamField.TER_CODE_RATE, TransportStreamField.TER_GUARD_INTERVAL,
-            TransportStreamField.TER_GUARD_INTERVAL_T2, TransportStreamField.TER_MODULATION, TransportStreamField.TER_TRANSMISSION_MODE,
+            TransportStreamField.TER_BANDWIDTH, TransportStreamField.TER_CODE_RATE,
+            TransportStreamField.TER_GUARD_INTERVAL, TransportStreamField.TER_GUARD_INTERVAL_T2,
+            TransportStreamField.TER_MODULATION, TransportStreamField.TER_TRANSMISSION_MODE,
             TransportStreamField.TER_HIERARCHY, TransportStreamField.TER_PLP_ID, TransportStreamField.TER_MODE};
-        assertEquals(List.of(3L, 4L, 0L, 6L, 7L, 8L, 1L, 7L, 2L), values(streams.getAll(TERRESTRIAL).get(0), terrestrial));
-        assertEquals(List.of(2L, 3L, 1L, 0L, 5L, 2L, 1L, 0L, 1L), values(streams.getAll(TERRESTRIAL).get(1), terrestrial));
+        assertEquals(List.of(3L, 4L, 0L, 6L, 7L, 8L, 1L, 7L, 2L),
+                values(streams.getAll(TERRESTRIAL).get(0), terrestrial));
+        assertEquals(List.of(2L, 3L, 1L, 0L, 5L, 2L, 1L, 0L, 1L),
+                values(streams.getAll(TERRESTRIAL).get(1), terrestrial));
         assertEquals(Map.of("CODE_RATE_LP", 1), report.dropped());
     }
 
     @Test
     void parametersWithoutAFieldAreReported() throws Exception {
-        ImportReport report = imported("A:410:C34I1M12Z3:C:6900:1:2:0:0:2:0:0:0", "B:11493:HM99P4S1:S19.2E:22000:1:2:0:0:1:1:1:0");
+        ImportReport report = imported("A:410:C34I1M12Z3:C:6900:1:2:0:0:2:0:0:0",
+                "B:11493:HM99P4S1:S19.2E:22000:1:2:0:0:1:1:1:0");
         assertEquals(
-                Map.of("INVERSION", 1, "MODULATION 'DQPSK'", 1, "parameter Z", 1, "MODULATION 'QAM/99'", 1, "STREAM_ID of DVBS2", 1),
+                Map.of("INVERSION", 1, "MODULATION 'DQPSK'", 1, "parameter Z", 1, "MODULATION 'QAM/99'", 1,
+                        "STREAM_ID of DVBS2", 1),
                 report.dropped());
     }
 
@@ -226,17 +245,19 @@ class ServiceImportTest {
         ImportReport report = imported(PLAIN, PLAIN.replace("S19.2E", "S5W").replace("1019", "1020"), UNKNOWN_IDS);
         assertEquals(List.of(satellite, NONE), lists.getAll(LIST).stream().map(ServiceRecord::satellite).toList());
         assertEquals(List.of(NONE), lists.getAll(CABLE).stream().map(ServiceRecord::satellite).toList());
-        assertEquals(List.of(satellite, NONE), streams.getAll(LIST).stream().map(TransportStreamRecord::satellite).toList());
+        assertEquals(List.of(satellite, NONE), streams.getAll(LIST).stream().map(TransportStreamRecord::satellite)
+                .toList());
         assertEquals(List.of(NONE), streams.getAll(CABLE).stream().map(TransportStreamRecord::satellite).toList());
-        assertEquals(List.of(1), streams.bySatellite(LIST, satellite.recordId()).stream().map(TransportStreamRecord::recordId).toList());
+        assertEquals(List.of(1), streams.bySatellite(LIST, satellite.recordId()).stream()
+                .map(TransportStreamRecord::recordId).toList());
         assertEquals(Map.of("no satellite at S5W in satellite list 63", 1), report.withoutSatellite());
     }
 
     @Test
     void theNetworkOfEveryServiceIsNoted() throws Exception {
         imported(
-                PLAIN, PLAIN.replace("Uno", "Due").replace(":1:1019", ":85:1020"), PLAIN.replace("Uno", "Tre").replace(":7:", ":8:"),
-                UNKNOWN_IDS);
+                PLAIN, PLAIN.replace("Uno", "Due").replace(":1:1019", ":85:1020"),
+                PLAIN.replace("Uno", "Tre").replace(":7:", ":8:"), UNKNOWN_IDS);
         assertEquals(List.of("Uno", "Tre"), names(lists.byNetwork(LIST, 1)));
         assertEquals(List.of("Due"), names(lists.byNetwork(LIST, 85)));
         assertEquals(List.of(), names(lists.byNetwork(LIST, 2)));
@@ -263,9 +284,11 @@ class ServiceImportTest {
 
     @Test
     void frequenciesAreStoredInKilohertzWhateverUnitTheFileHas() throws Exception {
-        imported("A:410:M64:C:6900:1:2:0:0:1:0:0:0", "B:529833:I0:T:27500:1:2:0:0:2:0:0:0", "C:538000000:I0:T:27500:1:2:0:0:3:0:0:0");
+        imported("A:410:M64:C:6900:1:2:0:0:1:0:0:0", "B:529833:I0:T:27500:1:2:0:0:2:0:0:0",
+                "C:538000000:I0:T:27500:1:2:0:0:3:0:0:0");
         assertEquals(List.of(410000L), streams.getAll(CABLE).stream().map(TransportStreamRecord::frequency).toList());
-        assertEquals(List.of(529833L, 538000L), streams.getAll(TERRESTRIAL).stream().map(TransportStreamRecord::frequency).toList());
+        assertEquals(List.of(529833L, 538000L), streams.getAll(TERRESTRIAL).stream()
+                .map(TransportStreamRecord::frequency).toList());
     }
 
     @Test
@@ -273,11 +296,14 @@ class ServiceImportTest {
         String name = "a".repeat(63);
         String shortName = "b".repeat(14);
         ImportReport report = imported(
-                PLAIN.replace("Uno", name + "ü," + shortName + "€"), PLAIN.replace("Uno", name + "z," + shortName + "ü").replace(":7:", ":8:"));
+                PLAIN.replace("Uno", name + "ü," + shortName + "€"),
+                PLAIN.replace("Uno", name + "z," + shortName + "ü").replace(":7:", ":8:"));
         assertEquals(List.of(name, name + "z"), names(lists.getAll(LIST)));
-        assertEquals(List.of(shortName, shortName + "ü"), lists.getAll(LIST).stream().map(ServiceRecord::shortName).toList());
+        assertEquals(List.of(shortName, shortName + "ü"),
+                lists.getAll(LIST).stream().map(ServiceRecord::shortName).toList());
         assertEquals(
-                Map.of("the end of a service name longer than 64 bytes", 1, "the end of a short name longer than 16 bytes", 1),
+                Map.of("the end of a service name longer than 64 bytes", 1,
+                        "the end of a short name longer than 16 bytes", 1),
                 report.dropped());
     }
 
@@ -286,7 +312,8 @@ class ServiceImportTest {
         ImportReport report = imported(PLAIN, PLAIN.replace("Uno", "Due"), PLAIN.replace(":7:", ":8:"));
         assertEquals(
                 List.of(counts("transport stream list 63", 1, 0, 0, 1), counts("network list 63", 1, 0, 0, 1),
-                        "service list 63: 2 added, 0 changed, 0 unchanged, 1 repeated in the files; it holds 2 records"),
+                        "service list 63: 2 added, 0 changed, 0 unchanged, 1 repeated in the files; it holds 2 "
+                        + "records"),
                 ImportFixture.lists(report));
         assertEquals(List.of("Uno", "Uno"), names(lists.getAll(LIST)));
         assertEquals(List.of("1=63,1 on 63,1", "3=63,2 on 63,1"), observed);
@@ -299,7 +326,8 @@ class ServiceImportTest {
         List<ServiceRecord> before = lists.getAll(LIST);
         ImportReport report = imported(lines);
         assertEquals(
-                List.of(counts("transport stream list 63", 0, 0, 1, 1), counts("network list 63", 0, 0, 1, 1), counts("service list 63", 0, 0, 2, 2),
+                List.of(counts("transport stream list 63", 0, 0, 1, 1), counts("network list 63", 0, 0, 1, 1),
+                        counts("service list 63", 0, 0, 2, 2),
                         counts("transport stream list 62", 0, 0, 1, 1), counts("service list 62", 0, 0, 1, 1)),
                 ImportFixture.lists(report));
         assertEquals(before, lists.getAll(LIST));
@@ -309,9 +337,11 @@ class ServiceImportTest {
     @Test
     void aSecondImportChangesWhatTheFileSaysAndAddsWhatIsNew() throws Exception {
         imported(PLAIN, PLAIN.replace(":7:", ":8:"));
-        ImportReport report = imported(PLAIN.replace("Uno", "Due"), PLAIN.replace(":7:", ":8:"), PLAIN.replace(":7:", ":9:"));
+        ImportReport report = imported(PLAIN.replace("Uno", "Due"), PLAIN.replace(":7:", ":8:"),
+                PLAIN.replace(":7:", ":9:"));
         assertEquals(
-                List.of(counts("transport stream list 63", 0, 0, 1, 1), counts("network list 63", 0, 0, 1, 1), counts("service list 63", 1, 1, 1, 3)),
+                List.of(counts("transport stream list 63", 0, 0, 1, 1), counts("network list 63", 0, 0, 1, 1),
+                        counts("service list 63", 1, 1, 1, 3)),
                 ImportFixture.lists(report));
         assertEquals(List.of("Due", "Uno", "Uno"), names(lists.getAll(LIST)));
         assertEquals(List.of("Due", "Uno", "Uno"), names(lists.byNetwork(LIST, 1)), "the new one has its network too");
@@ -331,8 +361,10 @@ class ServiceImportTest {
     void editsOfTheUserStayWhenTheSourceIsImportedAgain() throws Exception {
         imported(":@900", PLAIN, PLAIN.replace(":7:", ":8:"));
         RecordId id = new RecordId(LIST, 1);
-        lists.update(LIST, new VltTvChannelInfoBase().setSvlIdSvlRecId(id).setServiceName("Mine").setVoptChNameEdited(true)
-                .setLogicalChannelNumber(7).setVoptChNumEdited(true).setVnetVisible(false).setVnetNumericSelectable(false));
+        lists.update(LIST, new VltTvChannelInfoBase().setSvlIdSvlRecId(id).setServiceName("Mine")
+                .setVoptChNameEdited(true)
+                .setLogicalChannelNumber(7).setVoptChNumEdited(true).setVnetVisible(false)
+                        .setVnetNumericSelectable(false));
         ServiceRecord edited = lists.get(id).orElseThrow();
         imported(":@950", PLAIN.replace("Uno", "Due"), PLAIN.replace("Uno", "Due").replace(":7:", ":8:"));
         assertEquals(edited, lists.get(id).orElseThrow());
@@ -348,11 +380,13 @@ class ServiceImportTest {
 
     @Test
     void servicesWithOtherNetworksStreamsOrServiceIdsAreDifferent() throws Exception {
-        String[] lines = {PLAIN, PLAIN.replace(":1:1019", ":2:1019"), PLAIN.replace(":1:1019", ":1:1020"), PLAIN.replace(":7:", ":8:")};
+        String[] lines = {PLAIN, PLAIN.replace(":1:1019", ":2:1019"), PLAIN.replace(":1:1019", ":1:1020"),
+                PLAIN.replace(":7:", ":8:")};
         imported(lines);
         ImportReport report = imported(lines);
         assertEquals(
-                List.of(counts("transport stream list 63", 0, 0, 3, 3), counts("network list 63", 0, 0, 2, 2), counts("service list 63", 0, 0, 4, 4)),
+                List.of(counts("transport stream list 63", 0, 0, 3, 3), counts("network list 63", 0, 0, 2, 2),
+                        counts("service list 63", 0, 0, 4, 4)),
                 ImportFixture.lists(report));
         assertEquals(List.of("1=63,1 on 63,1", "2=63,2 on 63,2", "3=63,3 on 63,3", "4=63,4 on 63,1"), observed);
     }
@@ -362,7 +396,8 @@ class ServiceImportTest {
         imported(PLAIN);
         ImportReport report = imported(PLAIN.replace("11493", "11494"));
         assertEquals(
-                List.of(counts("transport stream list 63", 1, 0, 0, 2), counts("network list 63", 0, 0, 1, 1), counts("service list 63", 0, 1, 0, 1)),
+                List.of(counts("transport stream list 63", 1, 0, 0, 2), counts("network list 63", 0, 0, 1, 1),
+                        counts("service list 63", 0, 1, 0, 1)),
                 ImportFixture.lists(report));
         assertEquals(List.of("1=63,1 on 63,2"), observed);
         assertEquals(new RecordId(LIST, 2), lists.getAll(LIST).get(0).transportStream());
@@ -374,7 +409,8 @@ class ServiceImportTest {
         imported(lines);
         ImportReport report = imported(lines);
         assertEquals(
-                List.of(counts("transport stream list 62", 0, 0, 2, 2), counts("service list 62", 0, 0, 3, 3)), ImportFixture.lists(report));
+                List.of(counts("transport stream list 62", 0, 0, 2, 2), counts("service list 62", 0, 0, 3, 3)),
+                ImportFixture.lists(report));
         assertEquals(List.of("1=62,1 on 62,1", "2=62,2 on 62,2", "3=62,3 on 62,1"), observed);
     }
 
@@ -396,25 +432,31 @@ class ServiceImportTest {
         imported(PLAIN.replace(":7:", ":8:"), PLAIN.replace(":1:1019", ":85:1020"));
         assertEquals(
                 List.of("1 Network 1", "85 Network 85"),
-                networks.getAll(LIST, null).stream().map(n -> n.values().getNwlNetworkId() + " " + n.values().getNetworkName()).toList());
-        assertEquals(List.of(1, 1, 2), lists.getAll(LIST).stream().map(service -> service.network().recordId()).toList());
+                networks.getAll(LIST, null).stream()
+                        .map(n -> n.values().getNwlNetworkId() + " " + n.values().getNetworkName()).toList());
+        assertEquals(List.of(1, 1, 2), lists.getAll(LIST).stream()
+                .map(service -> service.network().recordId()).toList());
     }
 
     @Test
     void servicesOfTheDvbV5ToolsAreStoredWithTheirTransponders() throws Exception {
         DvbV5File file = DvbV5File.read(ImportFixture.source(
-                "Uno-19.2E", "[Uno]", "SERVICE_ID = 7", "NETWORK_ID = 1", "TRANSPORT_ID = 1019", "VCHANNEL = 12", "VIDEO_PID = 101",
-                "AUDIO_PID = 102", "FREQUENCY = 11493000", "POLARIZATION = HORIZONTAL", "SYMBOL_RATE = 22000000", "DELIVERY_SYSTEM = DVBS",
+                "Uno-19.2E", "[Uno]", "SERVICE_ID = 7", "NETWORK_ID = 1", "TRANSPORT_ID = 1019", "VCHANNEL = 12",
+                "VIDEO_PID = 101",
+                "AUDIO_PID = 102", "FREQUENCY = 11493000", "POLARIZATION = HORIZONTAL", "SYMBOL_RATE = 22000000",
+                "DELIVERY_SYSTEM = DVBS",
                 "[Due]", "SERVICE_ID = 8"));
         ImportReport report = stored(DvbV5Services.of(file).services());
         assertEquals(List.of("1=63,1 on 63,1"), observed);
         ServiceRecord stored = lists.getAll(LIST).get(0);
-        assertEquals(List.of("Uno", 7, 12, 1), List.of(stored.name(), stored.serviceId(), stored.logicalChannelNumber(), stored.serviceType()));
+        assertEquals(List.of("Uno", 7, 12, 1),
+                List.of(stored.name(), stored.serviceId(), stored.logicalChannelNumber(), stored.serviceType()));
         assertEquals(Map.of("no delivery system", 1), report.notImported());
         assertEquals(Map.of(), report.dropped());
         assertEquals("  not imported Uno-19.2E:12: no delivery system\n", log.toString(StandardCharsets.UTF_8));
         assertEquals(
-                List.of(counts("transport stream list 63", 0, 0, 1, 1), counts("network list 63", 0, 0, 1, 1), counts("service list 63", 0, 0, 1, 1)),
+                List.of(counts("transport stream list 63", 0, 0, 1, 1), counts("network list 63", 0, 0, 1, 1),
+                        counts("service list 63", 0, 0, 1, 1)),
                 ImportFixture.lists(imported(PLAIN)), "the same service in the other form; it keeps its number");
     }
 

@@ -28,7 +28,8 @@ class VdrTuningTest {
     @Test
     void aSatelliteServiceHasItsParameters() {
         assertEquals(
-                Map.of("DELIVERY_SYSTEM", "DVBS2", "FREQUENCY", "11493000", "SYMBOL_RATE", "22000000", "POLARIZATION", "HORIZONTAL",
+                Map.of("DELIVERY_SYSTEM", "DVBS2", "FREQUENCY", "11493000", "SYMBOL_RATE", "22000000", "POLARIZATION",
+                        "HORIZONTAL",
                         "INNER_FEC", "2/3", "MODULATION", "PSK/8", "PILOT", "ON", "ROLLOFF", "35", "STREAM_ID", "4"),
                 VdrTuning.values('S', 11493, "HC23M5N1O35P4S1", 22000));
     }
@@ -37,8 +38,10 @@ class VdrTuningTest {
     void aTerrestrialServiceHasItsParametersAndNoSymbolRate() {
         assertEquals(
                 Map.ofEntries(
-                        Map.entry("DELIVERY_SYSTEM", "DVBT"), Map.entry("FREQUENCY", "529833000"), Map.entry("INVERSION", "OFF"),
-                        Map.entry("CODE_RATE_HP", "3/4"), Map.entry("CODE_RATE_LP", "NONE"), Map.entry("MODULATION", "QAM/16"),
+                        Map.entry("DELIVERY_SYSTEM", "DVBT"), Map.entry("FREQUENCY", "529833000"),
+                        Map.entry("INVERSION", "OFF"),
+                        Map.entry("CODE_RATE_HP", "3/4"), Map.entry("CODE_RATE_LP", "NONE"),
+                        Map.entry("MODULATION", "QAM/16"),
                         Map.entry("BANDWIDTH_HZ", "8000000"), Map.entry("TRANSMISSION_MODE", "2K"),
                         Map.entry("GUARD_INTERVAL", "1/32"), Map.entry("HIERARCHY", "NONE")),
                 VdrTuning.values('T', 529833, "I0C34D0M16B8T2G32Y0", 27500));
@@ -47,7 +50,8 @@ class VdrTuningTest {
     @Test
     void aCableServiceHasItsParameters() {
         assertEquals(
-                Map.of("DELIVERY_SYSTEM", "DVBC/ANNEX_A", "FREQUENCY", "410000000", "SYMBOL_RATE", "6900000", "MODULATION", "QAM/64",
+                Map.of("DELIVERY_SYSTEM", "DVBC/ANNEX_A", "FREQUENCY", "410000000", "SYMBOL_RATE", "6900000",
+                        "MODULATION", "QAM/64",
                         "INNER_FEC", "9/10"),
                 VdrTuning.values('C', 410, "C910M64", 6900));
     }
@@ -62,13 +66,15 @@ class VdrTuningTest {
 
     @Test
     void bandwidthsAreInMegahertzBut1712() {
-        Map.of("B5", "5000000", "B6", "6000000", "B7", "7000000", "B8", "8000000", "B10", "10000000", "B1712", "1712000", "B999", "AUTO")
+        Map.of("B5", "5000000", "B6", "6000000", "B7", "7000000", "B8", "8000000", "B10", "10000000", "B1712",
+                "1712000", "B999", "AUTO")
                 .forEach((text, value) -> assertEquals(Map.of("BANDWIDTH_HZ", value), parameters('T', text), text));
     }
 
     @Test
     void codeRatesAreWrittenWithoutTheirBar() {
-        Map.of("0", "NONE", "12", "1/2", "23", "2/3", "34", "3/4", "35", "3/5", "45", "4/5", "56", "5/6", "78", "7/8", "910", "9/10",
+        Map.of("0", "NONE", "12", "1/2", "23", "2/3", "34", "3/4", "35", "3/5", "45", "4/5", "56", "5/6", "78", "7/8",
+                "910", "9/10",
                 "999", "AUTO").forEach((number, value) -> {
                     assertEquals(Map.of("CODE_RATE_HP", value), parameters('T', "C" + number), number);
                     assertEquals(Map.of("CODE_RATE_LP", value), parameters('T', "D" + number), number);
@@ -79,7 +85,8 @@ class VdrTuningTest {
 
     @Test
     void guardIntervalsAreFractions() {
-        Map.of("G4", "1/4", "G8", "1/8", "G16", "1/16", "G32", "1/32", "G128", "1/128", "G19128", "19/128", "G19256", "19/256", "G999", "AUTO")
+        Map.of("G4", "1/4", "G8", "1/8", "G16", "1/16", "G32", "1/32", "G128", "1/128", "G19128", "19/128", "G19256",
+                "19/256", "G999", "AUTO")
                 .forEach((text, value) -> assertEquals(Map.of("GUARD_INTERVAL", value), parameters('T', text), text));
     }
 
@@ -94,10 +101,12 @@ class VdrTuningTest {
     @Test
     void everyModulationHasItsNumber() {
         Map.ofEntries(
-                Map.entry("M2", "QPSK"), Map.entry("M5", "PSK/8"), Map.entry("M6", "APSK/16"), Map.entry("M7", "APSK/32"),
-                Map.entry("M10", "VSB/8"), Map.entry("M11", "VSB/16"), Map.entry("M12", "DQPSK"), Map.entry("M16", "QAM/16"),
-                Map.entry("M32", "QAM/32"), Map.entry("M64", "QAM/64"), Map.entry("M128", "QAM/128"), Map.entry("M256", "QAM/256"),
-                Map.entry("M998", "QAM/AUTO"), Map.entry("M999", "AUTO"))
+                Map.entry("M2", "QPSK"), Map.entry("M5", "PSK/8"), Map.entry("M6", "APSK/16"),
+                Map.entry("M7", "APSK/32"),
+                Map.entry("M10", "VSB/8"), Map.entry("M11", "VSB/16"), Map.entry("M12", "DQPSK"),
+                Map.entry("M16", "QAM/16"),
+                Map.entry("M32", "QAM/32"), Map.entry("M64", "QAM/64"), Map.entry("M128", "QAM/128"),
+                Map.entry("M256", "QAM/256"), Map.entry("M998", "QAM/AUTO"), Map.entry("M999", "AUTO"))
                 .forEach((text, value) -> assertEquals(Map.of("MODULATION", value), parameters('C', text), text));
     }
 
@@ -120,7 +129,8 @@ class VdrTuningTest {
     @Test
     void everyTransmissionModeIsInThousands() {
         Map.of("T1", "1K", "T2", "2K", "T4", "4K", "T8", "8K", "T16", "16K", "T32", "32K", "T999", "AUTO")
-                .forEach((text, value) -> assertEquals(Map.of("TRANSMISSION_MODE", value), parameters('T', text), text));
+                .forEach((text, value) -> assertEquals(Map.of("TRANSMISSION_MODE", value), parameters('T', text),
+                        text));
     }
 
     @Test
@@ -150,8 +160,8 @@ class VdrTuningTest {
         for (char source : "CTA".toCharArray()) {
             assertEquals(
                     List.of("410000000", "999000000", "529833000", "999999000", "538000000"),
-                    List.of(frequency(source, 410), frequency(source, 999), frequency(source, 529_833), frequency(source, 999_999),
-                            frequency(source, 538_000_000)));
+                    List.of(frequency(source, 410), frequency(source, 999), frequency(source, 529_833),
+                            frequency(source, 999_999), frequency(source, 538_000_000)));
         }
     }
 
@@ -194,6 +204,7 @@ class VdrTuningTest {
         }
         assertEquals(
                 "tuning parameters 'H·' are not letters with numbers",
-                assertThrows(IllegalArgumentException.class, () -> VdrTuning.values('S', 1, "H\u001b", 0)).getMessage());
+                assertThrows(IllegalArgumentException.class, () -> VdrTuning.values('S', 1, "H\u001b", 0))
+                        .getMessage());
     }
 }

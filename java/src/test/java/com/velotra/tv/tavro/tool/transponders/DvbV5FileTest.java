@@ -28,7 +28,8 @@ class DvbV5FileTest {
     @Test
     void blocksHaveAPlaceAHeadingAndValues() {
         DvbV5File file = read(
-                "# a comment", "", "[CHANNEL]", "\tFREQUENCY = 474000000", "  DELIVERY_SYSTEM=DVBT # comment", "[ Zwei ]", "A = B = C");
+                "# a comment", "", "[CHANNEL]", "\tFREQUENCY = 474000000", "  DELIVERY_SYSTEM=DVBT # comment",
+                "[ Zwei ]", "A = B = C");
         assertEquals(List.of(), file.malformed());
         assertEquals(
                 List.of(
@@ -61,9 +62,11 @@ class DvbV5FileTest {
 
     @Test
     void theEndOfTheFileNameIsThePositionOfItsTransponders() {
-        DvbV5File file = DvbV5File.read(new Source("tables/Uno-5.0W", "Uno-5.0W", "[CHANNEL]".getBytes(StandardCharsets.US_ASCII)));
+        DvbV5File file = DvbV5File.read(
+                new Source("tables/Uno-5.0W", "Uno-5.0W", "[CHANNEL]".getBytes(StandardCharsets.US_ASCII)));
         assertEquals("S5.0W", file.position());
-        assertEquals(List.of(new Transponder(new Place("tables/Uno-5.0W", 1), "", "S5.0W", Map.of())), file.transponders());
+        assertEquals(List.of(new Transponder(new Place("tables/Uno-5.0W", 1), "", "S5.0W", Map.of())),
+                file.transponders());
     }
 
     @Test
@@ -72,7 +75,8 @@ class DvbV5FileTest {
         assertEquals("S1W", DvbV5File.positionIn("Thor_1W"));
         assertEquals("S5.0W", DvbV5File.positionIn("Eutelsat_5-West-A_-5.0W"));
         assertEquals("S5..0W", DvbV5File.positionIn("Uno-5..0W"), "a position that is none is named later");
-        for (String none : List.of("", "de-Berlin", "19.2E", "Astra-19.2E.txt", "Astra-19.2e", "Astra-E", "Astra-19.2")) {
+        for (String none : List.of("", "de-Berlin", "19.2E", "Astra-19.2E.txt", "Astra-19.2e", "Astra-E",
+                "Astra-19.2")) {
             assertEquals("", DvbV5File.positionIn(none), none);
         }
     }
@@ -85,13 +89,15 @@ class DvbV5FileTest {
     @Test
     void aLineThatIsNotUtf8IsReadAsLatin1() {
         assertEquals(
-                List.of("Köln"), headings(DvbV5File.read(new Source("table", "table", "[Köln]".getBytes(StandardCharsets.ISO_8859_1)))));
+                List.of("Köln"),
+                headings(DvbV5File.read(new Source("table", "table", "[Köln]".getBytes(StandardCharsets.ISO_8859_1)))));
         assertEquals(List.of("Köln"), headings(read("[Köln]")));
     }
 
     @Test
     void malformedLinesAreReportedWithFileLineAndReasonAndTheRestIsRead() {
-        DvbV5File file = read("A = 1", "[CHANNEL]", "no value", "= 3", "B = 1", "B = 1", "B = 2", "C =", "[open", "C = 4", "[x\u001b");
+        DvbV5File file = read("A = 1", "[CHANNEL]", "no value", "= 3", "B = 1", "B = 1", "B = 2", "C =", "[open",
+                "C = 4", "[x\u001b");
         String notAHeading = " is not a heading; it and the lines up to the next one are left out";
         assertEquals(
                 List.of(

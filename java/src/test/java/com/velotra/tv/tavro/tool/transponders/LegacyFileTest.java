@@ -26,8 +26,10 @@ class LegacyFileTest {
     @Test
     void aTerrestrialLineHasAllItsValues() {
         assertEquals(
-                Map.of("DELIVERY_SYSTEM", "DVBT", "FREQUENCY", "658166000", "BANDWIDTH_HZ", "8000000", "CODE_RATE_HP", "3/4",
-                        "CODE_RATE_LP", "NONE", "MODULATION", "QAM/64", "TRANSMISSION_MODE", "8K", "GUARD_INTERVAL", "1/8",
+                Map.of("DELIVERY_SYSTEM", "DVBT", "FREQUENCY", "658166000", "BANDWIDTH_HZ", "8000000", "CODE_RATE_HP",
+                        "3/4",
+                        "CODE_RATE_LP", "NONE", "MODULATION", "QAM/64", "TRANSMISSION_MODE", "8K", "GUARD_INTERVAL",
+                        "1/8",
                         "HIERARCHY", "NONE"),
                 values("T 658166000 8MHz 3/4 NONE QAM64 8k 1/8 NONE"));
     }
@@ -35,8 +37,10 @@ class LegacyFileTest {
     @Test
     void aSecondGenerationTerrestrialLineEndsWithItsPlp() {
         assertEquals(
-                Map.of("DELIVERY_SYSTEM", "DVBT2", "FREQUENCY", "746000000", "BANDWIDTH_HZ", "8000000", "CODE_RATE_HP", "2/3",
-                        "CODE_RATE_LP", "NONE", "MODULATION", "QAM/256", "TRANSMISSION_MODE", "32K", "GUARD_INTERVAL", "1/128",
+                Map.of("DELIVERY_SYSTEM", "DVBT2", "FREQUENCY", "746000000", "BANDWIDTH_HZ", "8000000", "CODE_RATE_HP",
+                        "2/3",
+                        "CODE_RATE_LP", "NONE", "MODULATION", "QAM/256", "TRANSMISSION_MODE", "32K", "GUARD_INTERVAL",
+                        "1/128",
                         "HIERARCHY", "NONE", "STREAM_ID", "1"),
                 values("T2 746000000 8MHz 2/3 NONE QAM256 32k 1/128 NONE 1"));
     }
@@ -44,7 +48,8 @@ class LegacyFileTest {
     @Test
     void aSatelliteLineHasAllItsValues() {
         assertEquals(
-                Map.of("DELIVERY_SYSTEM", "DVBS", "FREQUENCY", "3820000", "POLARIZATION", "HORIZONTAL", "SYMBOL_RATE", "29268000",
+                Map.of("DELIVERY_SYSTEM", "DVBS", "FREQUENCY", "3820000", "POLARIZATION", "HORIZONTAL", "SYMBOL_RATE",
+                        "29268000",
                         "INNER_FEC", "3/4"),
                 values("S 3820000 H 29268000 3/4"));
     }
@@ -52,7 +57,8 @@ class LegacyFileTest {
     @Test
     void aSecondGenerationSatelliteLineEndsWithRollOffModulationAndStreamId() {
         Map<String, String> values = Map.of(
-                "FREQUENCY", "10730000", "POLARIZATION", "VERTICAL", "SYMBOL_RATE", "27500000", "INNER_FEC", "9/10", "ROLLOFF", "20",
+                "FREQUENCY", "10730000", "POLARIZATION", "VERTICAL", "SYMBOL_RATE", "27500000", "INNER_FEC", "9/10",
+                "ROLLOFF", "20",
                 "MODULATION", "PSK/8", "STREAM_ID", "4");
         Map<String, String> second = new HashMap<>(values);
         second.put("DELIVERY_SYSTEM", "DVBS2");
@@ -65,7 +71,8 @@ class LegacyFileTest {
     @Test
     void aCableLineHasAllItsValues() {
         assertEquals(
-                Map.of("DELIVERY_SYSTEM", "DVBC/ANNEX_A", "FREQUENCY", "121000000", "SYMBOL_RATE", "6900000", "INNER_FEC", "NONE",
+                Map.of("DELIVERY_SYSTEM", "DVBC/ANNEX_A", "FREQUENCY", "121000000", "SYMBOL_RATE", "6900000",
+                        "INNER_FEC", "NONE",
                         "MODULATION", "QAM/256"),
                 values("C 121000000 6900000 NONE QAM256"));
     }
@@ -73,7 +80,8 @@ class LegacyFileTest {
     @Test
     void aNorthAmericanLineIsCableWhenItsModulationIs() {
         assertEquals(
-                Map.of("DELIVERY_SYSTEM", "ATSC", "FREQUENCY", "593000000", "MODULATION", "VSB/8"), values("A 593000000 8VSB"));
+                Map.of("DELIVERY_SYSTEM", "ATSC", "FREQUENCY", "593000000", "MODULATION", "VSB/8"),
+                values("A 593000000 8VSB"));
         assertEquals(
                 Map.of("DELIVERY_SYSTEM", "DVBC/ANNEX_B", "FREQUENCY", "69000000", "MODULATION", "QAM/256"),
                 values("A 69000000 QAM256"));
@@ -83,12 +91,15 @@ class LegacyFileTest {
     void valuesAtTheEndMayBeMissing() {
         assertEquals(Map.of("DELIVERY_SYSTEM", "DVBT", "FREQUENCY", "474000000"), values("T 474000000"));
         assertEquals(
-                Map.of("DELIVERY_SYSTEM", "DVBT2", "FREQUENCY", "474000000", "BANDWIDTH_HZ", "8000000"), values("T2 474000000 8MHz"));
+                Map.of("DELIVERY_SYSTEM", "DVBT2", "FREQUENCY", "474000000", "BANDWIDTH_HZ", "8000000"),
+                values("T2 474000000 8MHz"));
         assertEquals(
-                Map.of("DELIVERY_SYSTEM", "DVBS", "FREQUENCY", "3820000", "POLARIZATION", "RIGHT"), values("S 3820000 R"));
+                Map.of("DELIVERY_SYSTEM", "DVBS", "FREQUENCY", "3820000", "POLARIZATION", "RIGHT"),
+                values("S 3820000 R"));
         assertEquals(Map.of("DELIVERY_SYSTEM", "DVBS", "FREQUENCY", "3820000"), values("S1 3820000"));
         assertEquals(
-                Map.of("DELIVERY_SYSTEM", "DVBS2", "FREQUENCY", "3820000", "POLARIZATION", "LEFT", "SYMBOL_RATE", "29268000",
+                Map.of("DELIVERY_SYSTEM", "DVBS2", "FREQUENCY", "3820000", "POLARIZATION", "LEFT", "SYMBOL_RATE",
+                        "29268000",
                         "INNER_FEC", "AUTO"),
                 values("S2 3820000 L 29268000 AUTO"));
         assertEquals(Map.of("DELIVERY_SYSTEM", "DVBC/ANNEX_A", "FREQUENCY", "121000000"), values("C 121000000"));
@@ -121,13 +132,15 @@ class LegacyFileTest {
     @Test
     void aValueWithoutADvbV5NameStaysAsItIs() {
         assertEquals(
-                Map.of("DELIVERY_SYSTEM", "DVBS", "FREQUENCY", "1000", "POLARIZATION", "X", "SYMBOL_RATE", "many", "INNER_FEC", "9/8"),
+                Map.of("DELIVERY_SYSTEM", "DVBS", "FREQUENCY", "1000", "POLARIZATION", "X", "SYMBOL_RATE", "many",
+                        "INNER_FEC", "9/8"),
                 values("S 1000 X many 9/8"));
     }
 
     @Test
     void transpondersHaveTheirPlaceAndThePositionInTheFileName() {
-        LegacyFile file = LegacyFile.read(source("Uno-5.0W", "# comment", "", "S 1000 H # comment", "\tS\t 2000\tV  ", "#S 3000 H"));
+        LegacyFile file = LegacyFile.read(
+                source("Uno-5.0W", "# comment", "", "S 1000 H # comment", "\tS\t 2000\tV  ", "#S 3000 H"));
         assertEquals(List.of(), file.malformed());
         assertEquals(
                 List.of(
@@ -141,8 +154,10 @@ class LegacyFileTest {
     @Test
     void malformedLinesAreReportedWithFileLineAndReasonAndTheRestIsRead() {
         LegacyFile file = LegacyFile.read(source(
-                "table", "X 474000000", "T", "T x", "S -1", "S 1234567890123456789", "C 1000 1 2 3 4", "T 1 2 3 4 5 6 7 8 9",
-                "T2 1 2 3 4 5 6 7 8 9 10", "S 1 2 3 4 5", "S2 1 2 3 4 5 6 7 8", "A 1 2 3", "t 474000000", "\u001b[2J", "A 1000"));
+                "table", "X 474000000", "T", "T x", "S -1", "S 1234567890123456789", "C 1000 1 2 3 4",
+                "T 1 2 3 4 5 6 7 8 9",
+                "T2 1 2 3 4 5 6 7 8 9 10", "S 1 2 3 4 5", "S2 1 2 3 4 5 6 7 8", "A 1 2 3", "t 474000000", "\u001b[2J",
+                "A 1000"));
         assertEquals(
                 List.of(
                         malformed(1, "delivery system 'X' is not T, T2, C, S, S1, S2 or A"),
@@ -160,7 +175,8 @@ class LegacyFileTest {
                         malformed(13, "delivery system '·[2J' is not T, T2, C, S, S1, S2 or A")),
                 file.malformed());
         assertEquals(
-                List.of(new Transponder(new Place("table", 14), "", "", Map.of("DELIVERY_SYSTEM", "ATSC", "FREQUENCY", "1000"))),
+                List.of(new Transponder(new Place("table", 14), "", "",
+                        Map.of("DELIVERY_SYSTEM", "ATSC", "FREQUENCY", "1000"))),
                 file.transponders());
     }
 

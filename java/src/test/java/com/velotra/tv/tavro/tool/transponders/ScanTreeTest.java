@@ -32,8 +32,8 @@ import java.util.stream.Stream;
 import org.junit.jupiter.api.Test;
 
 /**
- * The whole tree of scan tables of Debian's dtv-scan-tables: every distinct transponder is imported once, the counts add up, and every
- * record has the values of its source, checked here by offsets and stored codes.
+ * The whole tree of scan tables of Debian's dtv-scan-tables: every distinct transponder is imported once, the counts
+ * add up, and every record has the values of its source, checked here by offsets and stored codes.
  */
 class ScanTreeTest {
     private static final int FIRST = 31;
@@ -74,7 +74,8 @@ class ScanTreeTest {
         /** What makes it a transponder of its own. */
         List<Object> identity() {
             String stream = values.getOrDefault("STREAM_ID", "0");
-            boolean counts = medium() == 3 && !stream.equals("4294967295") || medium() == 1 && Long.parseLong(stream) <= 0xFF;
+            boolean counts = medium() == 3 && !stream.equals("4294967295") || medium() == 1
+                    && Long.parseLong(stream) <= 0xFF;
             return identity(counts ? Long.parseLong(stream) : 0);
         }
 
@@ -85,25 +86,31 @@ class ScanTreeTest {
 
         private List<Object> identity(long stream) {
             return List.of(
-                    medium(), kilohertz(), medium() == 3 ? POLARIZATION.getOrDefault(values.get("POLARIZATION"), 0L) : 0L, stream, position());
+                    medium(), kilohertz(), medium() == 3 ? POLARIZATION.getOrDefault(values.get("POLARIZATION"), 0L)
+                            : 0L, stream, position());
         }
     }
 
     // Stored codes by what the source says.
     private static final Map<String, Long> BANDWIDTH = Map.of("6000000", 1L, "7000000", 2L, "8000000", 3L);
     private static final Map<String, Long> FEC =
-            Map.of("1/2", 2L, "2/3", 3L, "3/4", 4L, "5/6", 6L, "7/8", 7L, "8/9", 8L, "3/5", 9L, "4/5", 10L, "9/10", 11L);
+            Map.of("1/2", 2L, "2/3", 3L, "3/4", 4L, "5/6", 6L, "7/8", 7L, "8/9", 8L, "3/5", 9L, "4/5", 10L, "9/10",
+                    11L);
     private static final Map<String, Long> SATELLITE_RATE =
             Map.of("1/2", 3L, "3/5", 4L, "2/3", 5L, "3/4", 6L, "4/5", 7L, "5/6", 8L, "7/8", 9L, "8/9", 10L);
     private static final Map<String, Long> TERRESTRIAL_RATE =
             Map.of("1/2", 1L, "3/5", 2L, "2/3", 3L, "3/4", 4L, "4/5", 5L, "5/6", 6L, "7/8", 7L);
     private static final Map<String, Long> MODULATION = Map.of(
-            "QPSK", 1L, "PSK/8", 2L, "QAM/16", 3L, "QAM/64", 5L, "QAM/128", 6L, "QAM/256", 7L, "APSK/16", 8L, "APSK/32", 9L);
+            "QPSK", 1L, "PSK/8", 2L, "QAM/16", 3L, "QAM/64", 5L, "QAM/128", 6L, "QAM/256", 7L, "APSK/16", 8L, "APSK/32",
+            9L);
     private static final Map<String, Long> MODE = Map.of("2K", 1L, "8K", 2L, "4K", 6L, "16K", 7L, "32K", 8L);
-    private static final Map<String, Long> GUARD = Map.of("1/32", 1L, "1/16", 2L, "1/8", 3L, "1/4", 4L, "1/128", 5L, "19/256", 7L);
+    private static final Map<String, Long> GUARD =
+            Map.of("1/32", 1L, "1/16", 2L, "1/8", 3L, "1/4", 4L, "1/128", 5L, "19/256", 7L);
     private static final Map<String, Long> HIERARCHY = Map.of("NONE", 1L, "1", 2L);
-    private static final Map<String, Long> POLARIZATION = Map.of("HORIZONTAL", 0L, "VERTICAL", 1L, "LEFT", 2L, "RIGHT", 3L);
-    private static final Map<String, Long> STANDARD = Map.of("DVBT", 1L, "DVBT2", 2L, "DVBC/ANNEX_A", 1L, "DVBS", 1L, "DVBS2", 2L);
+    private static final Map<String, Long> POLARIZATION =
+            Map.of("HORIZONTAL", 0L, "VERTICAL", 1L, "LEFT", 2L, "RIGHT", 3L);
+    private static final Map<String, Long> STANDARD =
+            Map.of("DVBT", 1L, "DVBT2", 2L, "DVBC/ANNEX_A", 1L, "DVBS", 1L, "DVBS2", 2L);
 
     private final VltTvTransportStreamList lists = VltTvTransportStreamList.getInstance();
 
@@ -178,17 +185,21 @@ class ScanTreeTest {
         List<Transponder> transponders = files(root(), FOLDERS).stream()
                 .flatMap(file -> DvbV5File.read(Source.read(file)).transponders().stream()).toList();
         assertEquals(
-                expected.stream().map(Entry::place).toList(), transponders.stream().map(transponder -> transponder.place().toString()).toList());
+                expected.stream().map(Entry::place).toList(),
+                transponders.stream().map(transponder -> transponder.place().toString()).toList());
 
         Map<RecordId, Entry> sources = new HashMap<>();
-        ImportReport report = imported(transponders, (transponder, id) -> sources.put(id, entries.get(transponder.place().toString())));
+        ImportReport report = imported(transponders,
+                (transponder, id) -> sources.put(id, entries.get(transponder.place().toString())));
         assertEquals(Map.of(), report.notImported());
         Map<List<Object>, Entry> distinct = new LinkedHashMap<>();
         expected.forEach(entry -> distinct.putIfAbsent(entry.identity(), entry));
         assertEquals(
                 distinct.values().stream().map(Entry::place).collect(Collectors.toSet()),
-                sources.values().stream().map(Entry::place).collect(Collectors.toSet()), "the first of those that are alike");
-        assertEquals(Set.copyOf(summary("%d added, 0 changed, 0 unchanged, %d repeated in the files; it holds %1$d records",
+                sources.values().stream().map(Entry::place).collect(Collectors.toSet()),
+                "the first of those that are alike");
+        assertEquals(
+                Set.copyOf(summary("%d added, 0 changed, 0 unchanged, %d repeated in the files; it holds %1$d records",
                 expected, distinct)), Set.copyOf(ImportFixture.lists(report)));
         assertEquals(
                 distinct.values().stream().collect(Collectors.groupingBy(
@@ -198,8 +209,10 @@ class ScanTreeTest {
         checkRecords(sources);
 
         List<List<TransportStreamRecord>> before = records();
-        ImportReport again = imported(transponders, (transponder, id) -> assertEquals(transponder.place().toString(), sources.get(id).place()));
-        assertEquals(Set.copyOf(summary("0 added, 0 changed, %d unchanged, %d repeated in the files; it holds %1$d records",
+        ImportReport again = imported(transponders,
+                (transponder, id) -> assertEquals(transponder.place().toString(), sources.get(id).place()));
+        assertEquals(
+                Set.copyOf(summary("0 added, 0 changed, %d unchanged, %d repeated in the files; it holds %1$d records",
                 expected, distinct)), Set.copyOf(ImportFixture.lists(again)));
         assertEquals(before, records());
         checkLegacy(entries);
@@ -216,7 +229,8 @@ class ScanTreeTest {
             int wanted = medium;
             long records = distinct.values().stream().filter(entry -> entry.medium() == wanted).count();
             long repeated = all.stream().filter(entry -> entry.medium() == wanted).count() - records;
-            lines.add("transport stream list " + (FIRST + medium - 1) + ": " + String.format(format, records, repeated));
+            lines.add("transport stream list " + (FIRST + medium - 1) + ": "
+                    + String.format(format, records, repeated));
         }
         return lines;
     }
@@ -236,29 +250,34 @@ class ScanTreeTest {
         }
         assertTrue(referring > 5000, referring + " transponders refer to a satellite");
         assertEquals(
-                lists.getAll(FIRST + 2).size(), referring + report.withoutSatellite().values().stream().mapToInt(Integer::intValue).sum());
+                lists.getAll(FIRST + 2).size(), referring + report.withoutSatellite().values().stream()
+                        .mapToInt(Integer::intValue).sum());
     }
 
     private void checkRecords(Map<RecordId, Entry> sources) {
         int checked = 0;
         for (int list = FIRST; list < FIRST + 3; list++) {
             for (TransportStreamRecord record : lists.getAll(list)) {
-                check(sources.get(new RecordId(list, record.recordId())), list - FIRST + 1, new RawRecord(record.bytes()));
+                check(sources.get(new RecordId(list, record.recordId())), list - FIRST + 1,
+                        new RawRecord(record.bytes()));
                 checked++;
             }
         }
         assertEquals(sources.size(), checked);
     }
 
-    // The older form repeats the DVBv5 tables line by line. It has their services as transponders, so files with services are left out.
+    // The older form repeats the DVBv5 tables line by line. It has their services as transponders, so files with
+    // services are left out.
     private void checkLegacy(Map<String, Entry> entries) throws IOException {
-        Set<Path> withServices = entries.values().stream().filter(Entry::isService).map(Entry::file).collect(Collectors.toSet());
+        Set<Path> withServices = entries.values().stream().filter(Entry::isService).map(Entry::file)
+                .collect(Collectors.toSet());
         Set<Path> legacyFiles = new LinkedHashSet<>(files(root(), LEGACY_FOLDERS));
         legacyFiles.removeAll(withServices);
         List<Entry> expected = entries.values().stream().filter(entry -> legacyFiles.contains(entry.file())).toList();
         List<Transponder> transponders = new ArrayList<>();
         for (Path file : legacyFiles) {
-            LegacyFile legacy = LegacyFile.read(Source.read(root().resolve("dvb-legacy").resolve(root().relativize(file))));
+            LegacyFile legacy = LegacyFile.read(
+                    Source.read(root().resolve("dvb-legacy").resolve(root().relativize(file))));
             assertEquals(List.of(), legacy.malformed());
             transponders.addAll(legacy.transponders());
         }
@@ -269,7 +288,8 @@ class ScanTreeTest {
         assertEquals(Map.of(), report.notImported());
         Map<List<Object>, Entry> found = new LinkedHashMap<>();
         expected.forEach(entry -> found.putIfAbsent(entry.legacyIdentity(), entry));
-        List<String> lines = summary("0 added, 0 changed, %d unchanged, %d repeated in the files; it holds ", expected, found);
+        List<String> lines = summary("0 added, 0 changed, %d unchanged, %d repeated in the files; it holds ", expected,
+                found);
         for (int medium = 1; medium <= 3; medium++) {
             lines.set(medium - 1, lines.get(medium - 1) + before.get(medium - 1).size() + " records");
         }
@@ -293,7 +313,8 @@ class ScanTreeTest {
                 assertEquals(code(MODE, values, "TRANSMISSION_MODE"), record.u32(76), place);
                 assertEquals(code(HIERARCHY, values, "HIERARCHY"), record.u32(64), place);
                 assertEquals(system.equals("DVBT") ? code(GUARD, values, "GUARD_INTERVAL") : 0, record.u32(144), place);
-                assertEquals(system.equals("DVBT2") ? code(GUARD, values, "GUARD_INTERVAL") : 0, record.u32(148), place);
+                assertEquals(system.equals("DVBT2") ? code(GUARD, values, "GUARD_INTERVAL") : 0, record.u32(148),
+                        place);
                 long stream = Long.parseLong(values.getOrDefault("STREAM_ID", "0"));
                 assertEquals(stream <= 0xFF ? stream : 0, record.u8(124), place);
             }
@@ -313,7 +334,8 @@ class ScanTreeTest {
             }
         }
         boolean fits = source.heading().getBytes(StandardCharsets.UTF_8).length <= 40;
-        assertEquals(source.heading().equalsIgnoreCase("CHANNEL") || !fits ? "" : source.heading(), record.text(212), place);
+        assertEquals(source.heading().equalsIgnoreCase("CHANNEL") || !fits ? "" : source.heading(), record.text(212),
+                place);
     }
 
     private static long code(Map<String, Long> codes, Map<String, String> values, String key) {

@@ -93,7 +93,8 @@ class StreamIdentityTest {
     }
 
     private static Transponder satellite(int line, String position, String... more) {
-        return with(transponder(line, position, "DELIVERY_SYSTEM", "DVBS2", "FREQUENCY", "11362000", "POLARIZATION", "VERTICAL"), more);
+        return with(transponder(line, position, "DELIVERY_SYSTEM", "DVBS2", "FREQUENCY", "11362000", "POLARIZATION",
+                "VERTICAL"), more);
     }
 
     private static Transponder with(Transponder from, String... more) {
@@ -116,7 +117,9 @@ class StreamIdentityTest {
     @Test
     void aTransponderThatIsRepeatedInOneImportIsStoredOnceAsItComesFirst() {
         assertEquals(
-                List.of("transport stream list 82: 1 added, 0 changed, 0 unchanged, 2 repeated in the files; it holds 1 record"),
+                List.of(
+                        "transport stream list 82: 1 added, 0 changed, 0 unchanged, 2 repeated in the files; it holds "
+                        + "1 record"),
                 imported(cable(1, "SYMBOL_RATE", "6900000"), cable(2, "SYMBOL_RATE", "6875000"), cable(3)));
         assertEquals(List.of("1=82,1"), observed);
         assertEquals(List.of(6_900_000L), values(CABLE, TransportStreamField.CAB_SYMBOL_RATE));
@@ -129,11 +132,14 @@ class StreamIdentityTest {
             terrestrial(1, "STREAM_ID", "7"), terrestrial(2, "STREAM_ID", "8"), cable(3, "SYMBOL_RATE", "6900000"),
             satellite(4, "S19.2E", "STREAM_ID", "4"), satellite(5, "S19.2E", "STREAM_ID", "5"), satellite(6, "S13.0E")};
         assertEquals(
-                List.of(counts(TERRESTRIAL, 2, 0, 0, 2), counts(CABLE, 1, 0, 0, 1), counts(SATELLITE, 3, 0, 0, 3)), imported(transponders));
+                List.of(counts(TERRESTRIAL, 2, 0, 0, 2), counts(CABLE, 1, 0, 0, 1), counts(SATELLITE, 3, 0, 0, 3)),
+                imported(transponders));
         List<String> before = List.copyOf(observed);
-        List<List<TransportStreamRecord>> records = List.of(lists.getAll(TERRESTRIAL), lists.getAll(CABLE), lists.getAll(SATELLITE));
+        List<List<TransportStreamRecord>> records =
+                List.of(lists.getAll(TERRESTRIAL), lists.getAll(CABLE), lists.getAll(SATELLITE));
         assertEquals(
-                List.of(counts(TERRESTRIAL, 0, 0, 2, 2), counts(CABLE, 0, 0, 1, 1), counts(SATELLITE, 0, 0, 3, 3)), imported(transponders));
+                List.of(counts(TERRESTRIAL, 0, 0, 2, 2), counts(CABLE, 0, 0, 1, 1), counts(SATELLITE, 0, 0, 3, 3)),
+                imported(transponders));
         assertEquals(before, observed, "the same records");
         assertEquals(records, List.of(lists.getAll(TERRESTRIAL), lists.getAll(CABLE), lists.getAll(SATELLITE)));
     }
@@ -152,7 +158,9 @@ class StreamIdentityTest {
     @Test
     void frequenciesOfOneKilohertzAreOneTransponder() {
         assertEquals(
-                List.of("transport stream list 82: 2 added, 0 changed, 0 unchanged, 1 repeated in the files; it holds 2 records"),
+                List.of(
+                        "transport stream list 82: 2 added, 0 changed, 0 unchanged, 1 repeated in the files; it holds "
+                        + "2 records"),
                 imported(cable(1), cable(2, "FREQUENCY", "474000499"), cable(3, "FREQUENCY", "474000500")));
         assertEquals(List.of(474_000L, 474_001L), values(CABLE, TransportStreamField.FREQUENCY));
     }
@@ -171,7 +179,9 @@ class StreamIdentityTest {
     @Test
     void satelliteStreamsOfOneTransponderAreDifferent() {
         assertEquals(
-                List.of("transport stream list 83: 3 added, 0 changed, 0 unchanged, 2 repeated in the files; it holds 3 records"),
+                List.of(
+                        "transport stream list 83: 3 added, 0 changed, 0 unchanged, 2 repeated in the files; it holds "
+                        + "3 records"),
                 imported(satellite(1, ""), satellite(2, "", "STREAM_ID", "4"), satellite(3, "", "STREAM_ID", "5"),
                         satellite(4, "", "STREAM_ID", "4"), satellite(5, "", "STREAM_ID", "4294967295")));
         assertEquals(List.of("1=83,1", "2=83,2", "3=83,3"), observed);
@@ -180,8 +190,11 @@ class StreamIdentityTest {
     @Test
     void physicalLayerPipesOfOneTransponderAreDifferent() {
         assertEquals(
-                List.of("transport stream list 81: 3 added, 0 changed, 0 unchanged, 1 repeated in the files; it holds 3 records"),
-                imported(terrestrial(1), terrestrial(2, "STREAM_ID", "4"), terrestrial(3, "STREAM_ID", "5"), terrestrial(4, "STREAM_ID", "0")));
+                List.of(
+                        "transport stream list 81: 3 added, 0 changed, 0 unchanged, 1 repeated in the files; it holds "
+                        + "3 records"),
+                imported(terrestrial(1), terrestrial(2, "STREAM_ID", "4"), terrestrial(3, "STREAM_ID", "5"),
+                        terrestrial(4, "STREAM_ID", "0")));
         assertEquals(List.of(0L, 4L, 5L), values(TERRESTRIAL, TransportStreamField.TER_PLP_ID));
         assertEquals(List.of(counts(TERRESTRIAL, 0, 0, 1, 3)), imported(terrestrial(1, "STREAM_ID", "5")));
         assertEquals(List.of("1=81,3"), observed);
@@ -217,9 +230,12 @@ class StreamIdentityTest {
     @Test
     void aRecordWithoutASatelliteIsNotTakenForATransponderOfAnotherSymbolRate() {
         imported(satellite(1, "S19.2E", "SYMBOL_RATE", "22000000"));
-        assertEquals(List.of(counts(SATELLITE, 1, 0, 0, 2)), imported(satellite(2, "S13.0E", "SYMBOL_RATE", "27500000")));
-        assertEquals(List.of(counts(SATELLITE, 0, 0, 1, 2)), imported(satellite(3, "S13.0E", "SYMBOL_RATE", "27500000")));
-        assertEquals(List.of(counts(SATELLITE, 0, 0, 1, 2)), imported(satellite(4, "S19.2E", "SYMBOL_RATE", "22000000")));
+        assertEquals(List.of(counts(SATELLITE, 1, 0, 0, 2)),
+                imported(satellite(2, "S13.0E", "SYMBOL_RATE", "27500000")));
+        assertEquals(List.of(counts(SATELLITE, 0, 0, 1, 2)),
+                imported(satellite(3, "S13.0E", "SYMBOL_RATE", "27500000")));
+        assertEquals(List.of(counts(SATELLITE, 0, 0, 1, 2)),
+                imported(satellite(4, "S19.2E", "SYMBOL_RATE", "22000000")));
     }
 
     @Test
@@ -233,7 +249,8 @@ class StreamIdentityTest {
     @Test
     void transpondersOfOtherMediaInOneListAreDifferent() {
         imported(FIRST, cable(1));
-        assertEquals(List.of(counts(CABLE, 1, 0, 0, 2)), imported(CABLE, terrestrial(2)), "the terrestrial list is the former cable list");
+        assertEquals(List.of(counts(CABLE, 1, 0, 0, 2)), imported(CABLE, terrestrial(2)),
+                "the terrestrial list is the former cable list");
         assertEquals(List.of(2L, 1L), values(CABLE, TransportStreamField.MEDIUM));
     }
 
@@ -252,7 +269,8 @@ class StreamIdentityTest {
         TransportStreamRecord record = lists.getAll(SATELLITE).get(0);
         assertEquals(
                 List.of(85L, 85, 1019, new RecordId(SATELLITE, 1085)),
-                List.of(record.value(TransportStreamField.NETWORK_ID), record.originalNetworkId(), record.transportStreamId(), record.network()));
+                List.of(record.value(TransportStreamField.NETWORK_ID), record.originalNetworkId(),
+                        record.transportStreamId(), record.network()));
     }
 
     @Test
@@ -261,7 +279,8 @@ class StreamIdentityTest {
             throw new AssertionError("network " + id + " of list " + list + " is asked for");
         });
         TransportStreamRecord record = lists.getAll(SATELLITE).get(0);
-        assertEquals(List.of(0, 1019, new RecordId(0, 0)), List.of(record.originalNetworkId(), record.transportStreamId(), record.network()));
+        assertEquals(List.of(0, 1019, new RecordId(0, 0)),
+                List.of(record.originalNetworkId(), record.transportStreamId(), record.network()));
     }
 
     @Test
@@ -269,14 +288,18 @@ class StreamIdentityTest {
         ImportReport report = report();
         StreamImport streams = streams(report);
         assertEquals(
-                List.of(new Stored(new RecordId(SATELLITE, 1), ids(1, 1019)), new Stored(new RecordId(SATELLITE, 2), ids(1, 1020)),
-                        new Stored(new RecordId(SATELLITE, 3), ids(2, 1019)), new Stored(new RecordId(SATELLITE, 2), ids(1, 1020))),
+                List.of(new Stored(new RecordId(SATELLITE, 1), ids(1, 1019)),
+                        new Stored(new RecordId(SATELLITE, 2), ids(1, 1020)),
+                        new Stored(new RecordId(SATELLITE, 3), ids(2, 1019)),
+                        new Stored(new RecordId(SATELLITE, 2), ids(1, 1020))),
                 List.of(streams.store(satellite(1, ""), ids(1, 1019), StreamIdentityTest::network),
                         streams.store(satellite(2, ""), ids(1, 1020), StreamIdentityTest::network),
                         streams.store(satellite(3, ""), ids(2, 1019), StreamIdentityTest::network),
                         streams.store(satellite(4, ""), ids(1, 1020), StreamIdentityTest::network)));
         assertEquals(
-                List.of("transport stream list 83: 3 added, 0 changed, 0 unchanged, 1 repeated in the files; it holds 3 records"),
+                List.of(
+                        "transport stream list 83: 3 added, 0 changed, 0 unchanged, 1 repeated in the files; it holds "
+                        + "3 records"),
                 ImportFixture.lists(report));
 
         ImportReport again = report();

@@ -46,7 +46,8 @@ class StreamImportTest {
         ImportReport report = new ImportReport(new PrintStream(log, true, StandardCharsets.UTF_8));
         DvbV5File file = DvbV5File.read(ImportFixture.source(fileName, lines));
         report.read(file.transponders().size(), "transponder", file.malformed());
-        new StreamImport(lists, new Satellites(satellites, FIRST + 2), ListIds.from(FIRST), report, (transponder, id) -> { })
+        new StreamImport(lists, new Satellites(satellites, FIRST + 2), ListIds.from(FIRST), report,
+                (transponder, id) -> { })
                 .storeAll(file.transponders());
         return report;
     }
@@ -60,7 +61,8 @@ class StreamImportTest {
     @Test
     void aTerrestrialTransponderIsStoredWithItsTuning() {
         ImportReport report = imported(
-                "[C21 MPE2]", "DELIVERY_SYSTEM = DVBT2", "FREQUENCY = 474000000", "BANDWIDTH_HZ = 8000000", "CODE_RATE_HP = 3/5",
+                "[C21 MPE2]", "DELIVERY_SYSTEM = DVBT2", "FREQUENCY = 474000000", "BANDWIDTH_HZ = 8000000",
+                "CODE_RATE_HP = 3/5",
                 "CODE_RATE_LP = NONE", "MODULATION = QAM/256", "TRANSMISSION_MODE = 32K", "GUARD_INTERVAL = 19/256",
                 "HIERARCHY = NONE", "STREAM_ID = 7", "INVERSION = AUTO");
         RawRecord record = only(FIRST);
@@ -79,7 +81,8 @@ class StreamImportTest {
 
     @Test
     void aSatelliteTransponderIsStoredWithItsTuning() {
-        imported("[CHANNEL]", "DELIVERY_SYSTEM = DVBS2", "FREQUENCY = 11362000", "POLARIZATION = RIGHT", "SYMBOL_RATE = 22000000",
+        imported("[CHANNEL]", "DELIVERY_SYSTEM = DVBS2", "FREQUENCY = 11362000", "POLARIZATION = RIGHT",
+                "SYMBOL_RATE = 22000000",
                 "INNER_FEC = 2/3", "MODULATION = PSK/8");
         RawRecord record = only(FIRST + 2);
         assertEquals(List.of(3L, 11362000L, 22000000L), List.of(record.u8(5), record.u32(44), record.u32(56)));
@@ -93,7 +96,8 @@ class StreamImportTest {
 
     @Test
     void aCableTransponderIsStoredWithItsTuning() {
-        imported("[CHANNEL]", "DELIVERY_SYSTEM = DVBC/ANNEX_A", "FREQUENCY = 330000000", "SYMBOL_RATE = 6900000", "INNER_FEC = NONE",
+        imported("[CHANNEL]", "DELIVERY_SYSTEM = DVBC/ANNEX_A", "FREQUENCY = 330000000", "SYMBOL_RATE = 6900000",
+                "INNER_FEC = NONE",
                 "MODULATION = QAM/64");
         RawRecord record = only(FIRST + 1);
         assertEquals(List.of(2L, 330000L, 6900000L), List.of(record.u8(5), record.u32(44), record.u32(48)));
@@ -105,9 +109,11 @@ class StreamImportTest {
     @Test
     void whatHasNoPlaceIsCountedByReasonAndTheRestIsStored() {
         ImportReport report = imported(
-                "[CHANNEL]", "DELIVERY_SYSTEM = ISDBT", "FREQUENCY = 473142857", "BANDWIDTH_HZ = 6000000", "ISDBT_LAYERA_FEC = 3/4",
+                "[CHANNEL]", "DELIVERY_SYSTEM = ISDBT", "FREQUENCY = 473142857", "BANDWIDTH_HZ = 6000000",
+                "ISDBT_LAYERA_FEC = 3/4",
                 "ISDBT_LAYERB_FEC = 3/4",
-                "[CHANNEL]", "DELIVERY_SYSTEM = DVBS2", "FREQUENCY = 11362000", "INNER_FEC = 9/10", "STREAM_ID = 3", "PLS_CODE = 8",
+                "[CHANNEL]", "DELIVERY_SYSTEM = DVBS2", "FREQUENCY = 11362000", "INNER_FEC = 9/10", "STREAM_ID = 3",
+                "PLS_CODE = 8",
                 "[CHANNEL]", "DELIVERY_SYSTEM = DVBS", "FREQUENCY = 11362000", "STREAM_ID = 4294967295", "A\u001b = 1");
         assertEquals(Map.of("ISDBT", 1, "DVBS2", 1, "DVBS", 1), report.imported());
         assertEquals(
@@ -131,7 +137,8 @@ class StreamImportTest {
         satelliteAt(130);
         RecordId satellite = satelliteAt(-50);
         ImportReport report = importedFrom("Uno_5.0W",
-                "[CHANNEL]", "DELIVERY_SYSTEM = DVBS", "FREQUENCY = 11362000", "[CHANNEL]", "DELIVERY_SYSTEM = DVBT", "FREQUENCY = 474000000");
+                "[CHANNEL]", "DELIVERY_SYSTEM = DVBS", "FREQUENCY = 11362000", "[CHANNEL]", "DELIVERY_SYSTEM = DVBT",
+                "FREQUENCY = 474000000");
         assertEquals(satellite, lists.getAll(FIRST + 2).get(0).satellite());
         assertEquals(new RecordId(0, 0), lists.getAll(FIRST).get(0).satellite());
         assertEquals(lists.getAll(FIRST + 2), lists.bySatellite(FIRST + 2, satellite.recordId()));
@@ -155,7 +162,8 @@ class StreamImportTest {
                 Map.of("no satellite at S5W in satellite list 23", 1),
                 importedFrom("Due-5W", satelliteTransponder(11_003_000)).withoutSatellite());
         ImportReport report = importedFrom("Tre-5..0W", satelliteTransponder(11_004_000));
-        assertEquals(List.of(0, 0, 0, 0), lists.getAll(FIRST + 2).stream().map(record -> record.satellite().recordId()).toList());
+        assertEquals(List.of(0, 0, 0, 0), lists.getAll(FIRST + 2).stream()
+                .map(record -> record.satellite().recordId()).toList());
         assertEquals(
                 """
                 1 file: 1 transponder; 0 malformed lines
@@ -180,15 +188,18 @@ class StreamImportTest {
     @Test
     void aParameterOfAnotherMediumIsLeftOutAndDoesNotReachTheBytesThatTheMediaShare() {
         ImportReport report = imported(
-                "[CHANNEL]", "DELIVERY_SYSTEM = DVBC/ANNEX_A", "FREQUENCY = 330000000", "BANDWIDTH_HZ = 6000000", "CODE_RATE_HP = 3/4",
+                "[CHANNEL]", "DELIVERY_SYSTEM = DVBC/ANNEX_A", "FREQUENCY = 330000000", "BANDWIDTH_HZ = 6000000",
+                "CODE_RATE_HP = 3/4",
                 "[CHANNEL]", "DELIVERY_SYSTEM = DVBS", "FREQUENCY = 11362000", "TRANSMISSION_MODE = 8K",
-                "[CHANNEL]", "DELIVERY_SYSTEM = DVBT", "FREQUENCY = 474000000", "TRANSMISSION_MODE = 8K", "POLARIZATION = VERTICAL",
+                "[CHANNEL]", "DELIVERY_SYSTEM = DVBT", "FREQUENCY = 474000000", "TRANSMISSION_MODE = 8K",
+                "POLARIZATION = VERTICAL",
                 "SYMBOL_RATE = 6900000");
         assertEquals(0, only(FIRST + 1).u32(48), "symbol rate");
         assertEquals(0, only(FIRST + 2).u32(76), "polarization");
         assertEquals(2, only(FIRST).u32(76), "transmission mode");
         assertEquals(
-                Map.of("BANDWIDTH_HZ", 1, "CODE_RATE_HP", 1, "TRANSMISSION_MODE", 1, "POLARIZATION", 1, "SYMBOL_RATE", 1), report.dropped());
+                Map.of("BANDWIDTH_HZ", 1, "CODE_RATE_HP", 1, "TRANSMISSION_MODE", 1, "POLARIZATION", 1, "SYMBOL_RATE",
+                        1), report.dropped());
     }
 
     @Test
@@ -196,7 +207,8 @@ class StreamImportTest {
         ImportReport report = imported(
                 "[CHANNEL]", "DELIVERY_SYSTEM = DVBT", "FREQUENCY = 474000000", "BANDWIDTH_HZ = 7999999",
                 "[CHANNEL]", "DELIVERY_SYSTEM = DVBT", "FREQUENCY = 482000000", "BANDWIDTH_HZ = 0");
-        assertEquals(List.of(0L, 0L), lists.getAll(FIRST).stream().map(record -> new RawRecord(record.bytes()).u32(48)).toList());
+        assertEquals(List.of(0L, 0L), lists.getAll(FIRST).stream()
+                .map(record -> new RawRecord(record.bytes()).u32(48)).toList());
         assertEquals(Map.of("BANDWIDTH_HZ '7999999'", 1), report.dropped());
     }
 
@@ -209,21 +221,26 @@ class StreamImportTest {
     @Test
     void whatCannotBecomeARecordIsCountedByReason() {
         ImportReport report = imported(
-                "[A]", "FREQUENCY = 1", "[B]", "DELIVERY_SYSTEM = MORSE", "FREQUENCY = 1", "[C]", "DELIVERY_SYSTEM = DVBT",
-                "[D]", "DELIVERY_SYSTEM = DVBT", "FREQUENCY = x", "[E]", "DELIVERY_SYSTEM = DVBS", "FREQUENCY = 4294967295",
+                "[A]", "FREQUENCY = 1", "[B]", "DELIVERY_SYSTEM = MORSE", "FREQUENCY = 1", "[C]",
+                "DELIVERY_SYSTEM = DVBT",
+                "[D]", "DELIVERY_SYSTEM = DVBT", "FREQUENCY = x", "[E]", "DELIVERY_SYSTEM = DVBS",
+                "FREQUENCY = 4294967295",
                 "[F]", "DELIVERY_SYSTEM = DVBT", "FREQUENCY = 474000000");
         assertEquals(
-                Map.of("no delivery system", 1, "unknown delivery system 'MORSE'", 1, "no frequency", 1, "FREQUENCY 'x' is not a frequency", 1,
+                Map.of("no delivery system", 1, "unknown delivery system 'MORSE'", 1, "no frequency", 1,
+                        "FREQUENCY 'x' is not a frequency", 1,
                         "FREQUENCY '4294967295' is beyond 32 bits of kHz", 1),
                 report.notImported());
         assertEquals(Map.of("DVBT", 1), report.imported());
-        assertEquals(List.of("transport stream list 21: 1 added, 0 changed, 0 unchanged; it holds 1 record"), ImportFixture.lists(report));
+        assertEquals(List.of("transport stream list 21: 1 added, 0 changed, 0 unchanged; it holds 1 record"),
+                ImportFixture.lists(report));
     }
 
     @Test
     void theSummaryAndTheLogNameWhatWasDroppedAndLeftOut() {
         ImportReport report =
-                imported("[A]", "nonsense", "[B]", "DELIVERY_SYSTEM = ATSC", "FREQUENCY = 57028615", "MODULATION = VSB/8");
+                imported("[A]", "nonsense", "[B]", "DELIVERY_SYSTEM = ATSC", "FREQUENCY = 57028615",
+                        "MODULATION = VSB/8");
         assertEquals(
                 """
                 1 file: 2 transponders; 1 malformed line
