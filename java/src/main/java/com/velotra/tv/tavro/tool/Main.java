@@ -28,6 +28,7 @@ import java.util.function.Supplier;
 import picocli.CommandLine;
 import picocli.CommandLine.Command;
 import picocli.CommandLine.ITypeConverter;
+import picocli.CommandLine.IVersionProvider;
 import picocli.CommandLine.Mixin;
 import picocli.CommandLine.Option;
 import picocli.CommandLine.Parameters;
@@ -36,6 +37,7 @@ import picocli.CommandLine.Parameters;
 @Command(
         name = Main.NAME,
         description = "Shows what is in channel lists.",
+        versionProvider = Main.Version.class,
         subcommands = {Main.ListCommand.class, Main.ShowCommand.class, Main.ImportCommand.class,
                 Main.DemoCommand.class})
 public final class Main {
@@ -49,6 +51,9 @@ public final class Main {
 
     @Mixin
     private HelpOption help;
+
+    @Option(names = "--version", versionHelp = true, description = "Print the version and exit.")
+    private boolean version;
 
     private Main() {}
 
@@ -109,6 +114,15 @@ public final class Main {
             return "a file cannot be read or written: " + io.getMessage() + ": " + Source.reason(io);
         }
         return "internal error, please report it: " + failure;
+    }
+
+    /** The version of the jar that this class comes from. */
+    static final class Version implements IVersionProvider {
+        @Override
+        public String[] getVersion() {
+            String version = Main.class.getPackage().getImplementationVersion();
+            return new String[] {"tavro " + (version == null ? "(unknown version: not run from tavro.jar)" : version)};
+        }
     }
 
     /** Every command explains itself. */
