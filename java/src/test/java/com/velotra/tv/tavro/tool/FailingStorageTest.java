@@ -69,7 +69,7 @@ class FailingStorageTest {
         assertEquals(1, toolLines(result), result.err());
         assertTrue(result.err().contains(
                 "tavro: the import stopped: cannot add a transport stream to list 2; no space left on the file "
-                + "system of " + home + "; free some space; what was stored before stays\n"), result.err());
+                + "system of " + home + "; free some space; records stored so far are kept\n"), result.err());
         assertTrue(result.out().startsWith("1 file: 2000 transponders; 0 malformed lines\n"), result.out());
         String last = result.out().lines().reduce((first, second) -> second).orElseThrow();
         assertTrue(last.matches("transport stream list 2: (\\d+) added, 0 changed, 0 unchanged; it holds \\1 records"),
@@ -145,7 +145,7 @@ class FailingStorageTest {
             assertTrue(result.err().contains("tavro: the list database " + database + " cannot be used: "),
                     result.err());
             assertTrue(result.err().endsWith(
-                    "; move it away to start without lists, or set TAVRO_HOME to another directory\n"), result.err());
+                    "; move it away to start with no lists, or set TAVRO_HOME to another directory\n"), result.err());
         }
     }
 
@@ -167,7 +167,7 @@ class FailingStorageTest {
         Result result = tool("import", "--list", "1", file.toString());
         assertEquals(1, result.exit());
         assertEquals(
-                "  left out " + folder.resolve("evil·name") + ":4: 'S1··[2J·" + "x".repeat(51)
+                "  malformed line " + folder.resolve("evil·name") + ":4: 'S1··[2J·" + "x".repeat(51)
                         + "…' is not an orbital position; write degrees from 0 to 180 as in S19.2E or S5W\n",
                 result.err());
     }

@@ -286,14 +286,14 @@ class ImportCommandTest {
         Path text = file("letter", "Dear all,\nnothing here.\n");
         assertEquals(
                 new Result(1, "", "tavro: cannot import " + text + ": unknown format; " + FORMATS
-                        + "\ntavro: nothing was imported; 1 file cannot be used, for the reasons above\n"),
+                        + "\ntavro: nothing was imported; 1 file cannot be used; see the messages above\n"),
                 imported(text));
         Path empty = Files.createDirectory(folder.resolve("empty"));
         String nothing = "tavro: nothing was imported; no file is in a known format; " + FORMATS + "\n";
         assertEquals(new Result(1, "", nothing), imported(empty));
         Path more = Files.writeString(empty.resolve("comments"), "# nothing\n\n");
         assertEquals(
-                new Result(1, "", "  cannot import " + more + ": there is nothing in it but blank lines and comments\n"
+                new Result(1, "", "  cannot import " + more + ": it has nothing but blank lines and comments\n"
                         + nothing),
                 imported(empty));
         assertFalse(VltTvTransportStreamList.getInstance().exists(42));
@@ -312,7 +312,8 @@ class ImportCommandTest {
                                1  no delivery system
                         transport stream list 42: 1 added, 0 changed, 0 unchanged; it holds 1 record
                         """,
-                        "  left out " + table + ":5: 'nonsense' is neither a heading nor of the form KEY = VALUE\n"
+                        "  malformed line " + table
+                                + ":5: 'nonsense' is neither a heading nor of the form KEY = VALUE\n"
                                 + "  not imported " + table + ":6: no delivery system\n"),
                 imported(table));
     }

@@ -115,7 +115,7 @@ class MainTest {
         for (String id : List.of("0,1", "65536,1", "1,65535", "1,65541")) {
             assertEquals(
                     new Result(2, "", "tavro: Invalid value for positional parameter at index 0 (LIST,RECORD): '" + id
-                            + "' names no record: list ids are 1 to 65535, record ids 0 to 65534\nSee: ./tavro show "
+                            + "' is out of range: list ids are 1 to 65535, record ids 0 to 65534\nSee: ./tavro show "
                             + "--help\n"),
                     run(storage(), "show", id));
         }
@@ -162,7 +162,7 @@ class MainTest {
                 run(storage(), "list", "1", "--first=-1"));
         assertEquals(
                 new Result(2, "", invalid
-                        + "option '--kind': 'service' is not services, streams, networks or satellites\n"
+                        + "option '--kind': unknown kind 'service': use services, streams, networks or satellites\n"
                         + "See: ./tavro list --help\n"),
                 run(storage(), "list", "1", "--kind", "service"));
         for (String[] words : new String[][] {{"nonsense"}, {"list"}, {"list", "1", "2"}, {"list", "1", "--frist", "2"},

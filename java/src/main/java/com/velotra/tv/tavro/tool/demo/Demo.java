@@ -40,7 +40,7 @@ import java.util.function.Function;
 import java.util.function.Predicate;
 import java.util.stream.Collectors;
 
-/** The main job from end to end on real service lists, with a check after every step. */
+/** Imports, edits, filters, copies, stores and loads real service lists, and checks the result of every step. */
 public final class Demo {
     /** The list of the satellite services. */
     public static final int SATELLITE = 1;
@@ -89,7 +89,7 @@ public final class Demo {
         this.out = out;
     }
 
-    /** Why the demo must not run over the storage directory; nothing when it is empty and below {@code work}. */
+    /** Returns why the demo must not use the storage directory; nothing if it is empty and below {@code work}. */
     public static Optional<String> problem(Path work) {
         Path home = Storage.directory().toAbsolutePath().normalize();
         Path folder = work.toAbsolutePath().normalize();
@@ -109,7 +109,7 @@ public final class Demo {
     public boolean run() throws IOException, InterruptedException {
         for (Path file : List.of(satelliteNames, dishSettings, sources.resolve(SATELLITE_SERVICES),
                 sources.resolve(CABLE_SERVICES), sources.resolve(TERRESTRIAL_SERVICES))) {
-            Source.read(file); // a missing one ends the demo before it has begun
+            Source.read(file); // fails now if one is missing
         }
         importSatellites();
         importServices();
@@ -142,13 +142,15 @@ public final class Demo {
         int difference = Arrays.mismatch(expected, found);
         check(expected.length > 0 && difference < 0, what, arguments);
         if (difference >= 0) {
-            out.printf("        %d and %d bytes, different from byte %d of the record at index %d on%n",
+            out.printf("        %d and %d bytes; the first difference is at byte %d of the record at index %d%n",
                     expected.length, found.length, difference % ServiceRecord.SIZE, difference / ServiceRecord.SIZE);
         }
     }
 
     private void importSatellites() throws IOException, InterruptedException {
-        heading("Satellites: every orbital position goes through nativeAdd, with the dish where it is known");
+        heading(
+                "Satellites: every orbital position goes through nativeAdd, with its dish settings where they are "
+                + "known");
         importFiles((service, id, stream) -> { }, satelliteNames, dishSettings);
         out.println();
         List<VltTvSatelliteInfo> stored = satelliteLists.getAll(SATELLITE, null);
@@ -160,11 +162,11 @@ public final class Demo {
                 .map(satellite -> new OrbitalPosition(satellite.getOrbitPosition()) + " " + satellite.getName())
                 .toList();
         check(found.equals(source),
-                "%d satellites read back in the order, at the positions and with the names of the source",
+                "%d satellites read back with the order, positions and names of the source",
                 source.size());
     }
 
-    /** Imports files as ./tavro import does, and prints the summary. Returns whether everything was imported. */
+    /** Imports files like ./tavro import and prints the summary. Returns whether everything was imported. */
     private boolean importFiles(ServiceImport.Observer observer, Path... files)
             throws IOException, InterruptedException {
         ImportReport report = new ImportReport(System.err);
@@ -179,7 +181,7 @@ public final class Demo {
         return report.complete();
     }
 
-    /** Position and name of every line that begins like a satellite; knows nothing of the rest of the file. */
+    /** Returns position and name from every line that begins like a satellite, without the importer's parser. */
     private List<String> satelliteLines() throws IOException {
         return Files.readAllLines(satelliteNames, StandardCharsets.ISO_8859_1).stream()
                 .filter(line -> line.matches("S\\d.*"))
@@ -219,7 +221,7 @@ public final class Demo {
             same += agrees ? 1 : 0;
         }
         check(same == imported.size(),
-                "%d of %d read back as the source has them, with the tuning of their transport streams",
+                "%d of %d services equal the source, and so does the tuning of their transport streams",
                 same, imported.size());
     }
 
@@ -238,7 +240,7 @@ public final class Demo {
     }
 
     private void traceService() {
-        heading("Trace: one service through all four lists, from record to record by the identifiers that they hold");
+        heading("Trace: one service through all four lists, following the identifiers in the records");
         RecordId serviceId = idOf(lists.getAll(SATELLITE).get(0));
         ServiceRecord service = lists.get(serviceId).orElseThrow();
         out.printf("   service %-10s '%s', service id %d%n", serviceId, service.name(), service.serviceId());
@@ -257,16 +259,16 @@ public final class Demo {
         traceChecks(service, stream.orElse(null), networkId, network.orElse(null), satelliteId, satellite.orElse(null));
     }
 
-    /** What is null was not found. */
+    /** A record that was not found is null. */
     private void traceChecks(ServiceRecord service, TransportStreamRecord stream, RecordId networkId,
             VltTvNetworkInfo network, RecordId satelliteId, VltTvSatelliteInfo satellite) {
         check(stream != null && lists.byTransportStreamRecord(SATELLITE, service.tslRecordId()).contains(service),
-                "the service's transport stream is there, and the service is among its services");
+                "the service's transport stream exists, and the service is among its services");
         check(network != null && network.values().getNwlNetworkId() == stream.originalNetworkId()
                 && service.network().equals(networkId),
-                "service and transport stream name the same network, whose record has the stream's network id");
+                "service and transport stream refer to the same network, whose record has the stream's network id");
         check(satellite != null && service.satellite().equals(satelliteId),
-                "service and transport stream name the same satellite");
+                "service and transport stream refer to the same satellite");
         check(satellite != null && streams.bySatellite(SATELLITE, satelliteId.recordId()).contains(stream),
                 "the transport stream is among those of the satellite");
         List<TransportStreamRecord> all = streams.getAll(SATELLITE);
@@ -274,7 +276,7 @@ public final class Demo {
                 Collectors.groupingBy(record -> record.satellite().recordId(), Collectors.counting()));
         boolean allFound = sizes.keySet().stream().allMatch(
                 id -> id != 0 && streams.bySatellite(SATELLITE, id).size() == sizes.get(id));
-        check(allFound, "all %d transport streams are found by the %d satellite records that they point at",
+        check(allFound, "all %d transport streams are found through the %d satellite records that they refer to",
                 all.size(), sizes.size());
     }
 
@@ -299,7 +301,7 @@ public final class Demo {
                 after.get(1).logicalChannelNumber());
         check(before.get(2).visible() && !after.get(2).visible(), "%s is hidden", hidden);
         check(after.subList(3, after.size()).equals(before.subList(3, before.size())),
-                "the other %d services are as they were", after.size() - 3);
+                "the other %d services are unchanged", after.size() - 3);
     }
 
     private static RecordId idOf(ServiceRecord service) {
@@ -313,15 +315,15 @@ public final class Demo {
         List<ServiceRecord> expected = all.stream().filter(service -> service.tslRecordId() == first).toList();
         List<ServiceRecord> found = lists.byTransportStreamRecord(SATELLITE, first);
         table(found, ROWS).lines().forEach(line -> out.println("   " + line));
-        check(found.equals(expected), "%d services lie on transport stream %d,%d", found.size(), SATELLITE, first);
+        check(found.equals(expected), "%d services are on transport stream %d,%d", found.size(), SATELLITE, first);
         Map<Integer, List<ServiceRecord>> byStream =
                 all.stream().collect(Collectors.groupingBy(ServiceRecord::tslRecordId));
         boolean allAgree = byStream.entrySet().stream().allMatch(
                 stream -> lists.byTransportStreamRecord(SATELLITE, stream.getKey()).equals(stream.getValue()));
         check(allAgree,
-                "the filters of all %d transport streams together give the %d services", byStream.size(), all.size());
+                "filtering by each of the %d transport streams returns all %d services", byStream.size(), all.size());
         check(lists.byTransportStreamRecord(SATELLITE, 60000).isEmpty(),
-                "none on a transport stream that there is not");
+                "no service is on a transport stream that does not exist");
 
         Map<Integer, Integer> streamIds = streams.getAll(SATELLITE).stream()
                 .collect(Collectors.toMap(TransportStreamRecord::recordId, TransportStreamRecord::transportStreamId));
@@ -338,7 +340,7 @@ public final class Demo {
                     "network id " + networkId);
         }
         check(lists.byTransportStream(SATELLITE, 65534).isEmpty() && lists.byNetwork(SATELLITE, 65534).isEmpty(),
-                "none with a transport stream id or network id that there is not");
+                "no service has an unknown transport stream id or network id");
     }
 
     private void filter(List<ServiceRecord> all, Predicate<ServiceRecord> wanted, List<ServiceRecord> found,
@@ -347,7 +349,7 @@ public final class Demo {
     }
 
     private void copyAndRemove() {
-        heading("Copy and remove: a whole list, one service, and back");
+        heading("Copy and remove: copy a list, remove one service, copy it back");
         lists.open(COPY);
         lists.copy(CABLE, COPY);
         byte[] original = lists.getAllBytes(CABLE);
@@ -355,14 +357,14 @@ public final class Demo {
         ServiceRecord last = lists.getAll(CABLE).get(lists.getAll(CABLE).size() - 1);
         RecordId id = new RecordId(CABLE, last.recordId());
         lists.remove(COPY, id);
-        check(lists.get(new RecordId(COPY, last.recordId())).isEmpty(), "%s is gone from list %d", last, COPY);
+        check(lists.get(new RecordId(COPY, last.recordId())).isEmpty(), "%s is removed from list %d", last, COPY);
         lists.add(COPY, id);
         checkSame(original, lists.getAllBytes(COPY),
-                "and back, copied from list %d under its record id", CABLE);
+                "it is back, copied from list %d with its record id", CABLE);
     }
 
     private void storeAndLoad() throws IOException, InterruptedException {
-        heading("Store and load: a list goes to a file and is loaded by a second virtual machine");
+        heading("Store and load: store a list to a file and load it in a second virtual machine");
         Path file = work.resolve("satellite.list");
         Path records = work.resolve("loaded.records");
         Files.deleteIfExists(records);
@@ -373,13 +375,13 @@ public final class Demo {
         byte[] loaded = Files.exists(records) ? Files.readAllBytes(records) : new byte[0];
         checkSame(stored, loaded,
                 "%d bytes stored and %d loaded: equal byte for byte", stored.length, loaded.length);
-        checkSame(stored, lists.getAllBytes(LOADED), "this virtual machine sees list %d as well", LOADED);
+        checkSame(stored, lists.getAllBytes(LOADED), "this virtual machine sees list %d too", LOADED);
     }
 
     private static int runSecondMachine(Path file, Path records) throws IOException, InterruptedException {
         List<String> command = new ArrayList<>();
         command.add(Path.of(System.getProperty("java.home"), "bin", "java").toString());
-        // The second machine needs the options of the first: where the library is, and on an emulator how to run.
+        // The options of this machine: where the library is, and how to run on an emulator.
         command.addAll(ManagementFactory.getRuntimeMXBean().getInputArguments());
         command.addAll(List.of("-cp", System.getProperty("java.class.path"), SecondMachine.class.getName()));
         command.addAll(List.of(Integer.toString(LOADED), file.toString(), records.toString()));

@@ -22,8 +22,8 @@ import java.util.Set;
 import java.util.function.Function;
 
 /**
- * Compares stored services with the channels.conf that they come from. It reads the file in a way of its own, for a
- * second opinion.
+ * Compares stored services with the channels.conf that they come from. It parses the file independently of the
+ * importer.
  */
 final class SourceComparison {
     // Stored codes of tuning parameters, by the letter and number of channels.conf.
@@ -37,15 +37,15 @@ final class SourceComparison {
     private final List<String> lines;
     private final Set<Integer> positions;
 
-    /** @param positions where satellites are that services can refer to, in tenths of a degree */
+    /** @param positions of the satellites that services can refer to, in tenths of a degree */
     SourceComparison(Path file, Set<Integer> positions) throws IOException {
         lines = Files.readAllLines(file, StandardCharsets.ISO_8859_1);
         this.positions = positions;
     }
 
     /**
-     * How many services the file has: lines that are not headings or comments, with those counted once that have the
-     * same network, stream and service id, or, where those ids are 0, the same frequency and service id.
+     * Returns the number of services in the file: lines that are not headings or comments. Lines with the same network,
+     * stream and service id count once; if those ids are 0, so do lines with the same frequency and service id.
      */
     long distinctServices() {
         return lines.stream()
@@ -59,7 +59,7 @@ final class SourceComparison {
                 .count();
     }
 
-    /** Whether a record and the record of its transport stream hold what the file says. */
+    /** Returns whether a service record and its transport stream record have the values of the file. */
     boolean agrees(ServiceRecord stored, Service source, RecordId stream) {
         return stored.name().equals(ServiceImport.name(source))
                 && stored.shortName().equals(ServiceImport.shortName(source))
@@ -74,12 +74,12 @@ final class SourceComparison {
                 && tuningAgrees(lines.get(source.place().line() - 1), stream);
     }
 
-    /** The record that a reference names; nothing when it names none. */
+    /** Returns the record that a reference points to; nothing if it points to none. */
     static <T> Optional<T> record(RecordId reference, Function<RecordId, Optional<T>> reader) {
         return Optional.of(reference).filter(RecordId::namesRecord).flatMap(reader);
     }
 
-    /** A service refers to the satellite at its position, where there is one. */
+    /** Returns whether a service refers to the satellite at its position, or to none if there is none. */
     private boolean satelliteAgrees(RecordId satellite, Service source) {
         Optional<Integer> stored = record(satellite,
                 id -> VltTvSatelliteList.getInstance().get(id, List.of("OrbitPosition")))
@@ -90,7 +90,7 @@ final class SourceComparison {
         return stored.equals(expected);
     }
 
-    /** The id of a stored network; 0 when there is none. */
+    /** Returns the network id of a network record; 0 if there is none. */
     private static int networkId(RecordId network) {
         return record(network, id -> VltTvNetworkList.getInstance().get(id, null))
                 .map(info -> info.values().getNwlNetworkId())

@@ -9,7 +9,7 @@ import java.nio.file.Path;
 import java.nio.file.StandardOpenOption;
 
 /**
- * Keeps other imports out of a storage directory, those of other processes too. The end of the process gives it back.
+ * Keeps other imports, in this and other processes, out of a storage directory. It is released when the process ends.
  */
 final class ImportLock {
     private final FileChannel file;
@@ -19,8 +19,8 @@ final class ImportLock {
     }
 
     /**
-     * Waits for other imports to finish, and calls {@code waiting} once before. A directory in which no lock file can
-     * be made is not locked: nothing can be stored there either, and the storage says why.
+     * Waits for other imports to finish; calls {@code waiting} once before it waits. Goes on without a lock if the lock
+     * file cannot be created: nothing can be stored in that directory either, and storing reports the reason.
      */
     static ImportLock take(Path directory, Runnable waiting) {
         FileChannel file = null;
@@ -34,19 +34,19 @@ final class ImportLock {
                 file.lock();
             }
         } catch (IOException | OverlappingFileLockException e) {
-            // Goes on without the lock.
+            // Continues without the lock, see above.
         }
         return new ImportLock(file);
     }
 
-    /** Lets the next import go on. */
+    /** Lets the next import continue. */
     void release() {
         try {
             if (file != null) {
                 file.close();
             }
         } catch (IOException e) {
-            // The end of the process gives the lock back.
+            // The lock is released when the process ends.
         }
     }
 }

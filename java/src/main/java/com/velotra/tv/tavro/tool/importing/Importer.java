@@ -38,8 +38,8 @@ import java.util.Set;
 import java.util.stream.Stream;
 
 /**
- * Imports files into lists. All files are read first. Then satellites are stored, transponders, and services, so that
- * each can refer to those before.
+ * Imports files into lists. All files are read first. Then satellites, transponders and services are stored, in this
+ * order, so that each can refer to the ones before.
  */
 public final class Importer {
     private final ListIds ids;
@@ -49,7 +49,7 @@ public final class Importer {
     private final List<Transponder> transponders = new ArrayList<>();
     private final List<Service> services = new ArrayList<>();
 
-    /** What becomes of the records goes to {@code report}. */
+    /** Reports what happens to each record to {@code report}. */
     public Importer(ListIds ids, ImportReport report) {
         this.ids = ids;
         this.report = report;
@@ -57,8 +57,8 @@ public final class Importer {
     }
 
     /**
-     * Reads a file, or all regular files below a folder in the order of their names. What cannot be used is reported.
-     * Files in a folder that are in no known format are only skipped.
+     * Reads a file, or all regular files below a folder in the order of their names. Files that cannot be used are
+     * reported. Files of unknown format in a folder are skipped.
      */
     public void read(Path path) {
         if (path.toString().isEmpty()) {
@@ -73,7 +73,7 @@ public final class Importer {
             }
             return;
         }
-        // Files are read and parsed side by side, and taken one by one in their order.
+        // Files are read and parsed in parallel; their contents are taken in order.
         filesBelow(path).parallelStream().map(this::contentInFolder).forEachOrdered(Runnable::run);
     }
 
@@ -106,7 +106,8 @@ public final class Importer {
 
                 @Override
                 public FileVisitResult visitFileFailed(Path file, IOException failure) {
-                    if (failure instanceof FileSystemLoopException) { // a link to a folder above, which is read already
+                    // a link to a parent folder, which is already read
+                    if (failure instanceof FileSystemLoopException) {
                         return FileVisitResult.CONTINUE;
                     }
                     report.refusedFile("cannot read " + Printable.of(file.toString()) + ": " + Source.reason(failure));
@@ -120,7 +121,7 @@ public final class Importer {
         return files;
     }
 
-    /** Parses a file, whatever format it has. Returns what takes its content over. */
+    /** Parses a file of any format. Returns an action that adds its content to this import. */
     private Runnable content(Source source) {
         return switch (Format.of(source)) {
             case DVBV5 -> {
@@ -162,10 +163,10 @@ public final class Importer {
     }
 
     /**
-     * Stores everything that was read. Only one import at a time stores in a storage directory: what is added depends
-     * on what is there.
+     * Stores everything that was read. Only one import at a time stores in a storage directory, because what is added
+     * depends on what is there.
      *
-     * @throws Failure when the storage fails; what was stored before stays
+     * @throws Failure if the storage fails; records stored so far are kept
      */
     public void store(StreamImport.Observer streamObserver, ServiceImport.Observer serviceObserver) {
         ImportLock lock = ImportLock.take(Storage.directory(), report::waiting);
@@ -181,7 +182,7 @@ public final class Importer {
                     .storeAll(services, Storage.directory());
         } catch (ChannelListException e) {
             throw new Failure("the import stopped: " + e.getMessage() + "; " + Storage.whyItFails()
-                    + "; what was stored before stays");
+                    + "; records stored so far are kept");
         } finally {
             lock.release();
         }

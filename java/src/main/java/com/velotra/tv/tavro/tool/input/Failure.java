@@ -1,6 +1,6 @@
 package com.velotra.tv.tavro.tool.input;
 
-/** Something that the user asked for and that cannot be done; its message says why. */
+/** A request of the user that cannot be fulfilled; the message says why. */
 public final class Failure extends RuntimeException {
     private static final long serialVersionUID = 1L;
 

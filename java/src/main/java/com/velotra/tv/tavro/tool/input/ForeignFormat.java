@@ -6,7 +6,7 @@ import java.util.LinkedHashMap;
 import java.util.Map;
 import java.util.Optional;
 
-/** Files that people hand to an import and that cannot be imported, known by their first bytes. */
+/** Recognizes, by their first bytes, common files that cannot be imported. */
 final class ForeignFormat {
     private static final byte[] SQLITE = ascii("SQLite format 3\0");
     private static final int SQLITE_APPLICATION = 68; // application_id, four bytes, in the header of a SQLite file
@@ -43,7 +43,7 @@ final class ForeignFormat {
 
     private ForeignFormat() {}
 
-    /** What a file is, with its article; nothing when its beginning is not known. */
+    /** Returns what a file is, with its article; nothing if its first bytes are unknown. */
     static Optional<String> of(byte[] content) {
         if (has(content, 0, SQLITE)) {
             return Optional.of(sqlite(content));

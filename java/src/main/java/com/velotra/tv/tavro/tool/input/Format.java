@@ -5,7 +5,7 @@ import java.util.List;
 import java.util.Map;
 import java.util.regex.Pattern;
 
-/** The formats that can be imported. A file's content decides which one it has, not its name. */
+/** The formats that can be imported. The content of a file decides its format; its name does not matter. */
 public enum Format {
     /**
      * Blocks of {@code KEY = VALUE} lines with a heading in brackets: scan tables and channel lists of the DVBv5 tools.
@@ -20,16 +20,16 @@ public enum Format {
     /** sources.conf in the form of Debian's vdr. */
     SOURCES("(S\\d[\\d.]*[EW]|[A-RT-Z])\\s+\\D.*");
 
-    /** What can be imported, for messages. */
+    /** The supported formats, for messages. */
     public static final String KNOWN =
             "supported: DVBv5 tables, one-line scan tables, and vdr's channels.conf, sources.conf and diseqc.conf";
 
-    /** One control character in this many makes a file binary. */
+    /** A file is binary if one character in this many is a control character. */
     private static final int BINARY_ONE_IN = 20;
 
     private static final int LOOKED_AT = 8192;
 
-    // Other programs' settings are headings and values too.
+    // Other programs' settings files have headings and values too.
     private static final Pattern DVBV5_KEY = Pattern.compile("(FREQUENCY|DELIVERY_SYSTEM|SERVICE_ID)\\s*=.*");
 
     private final Pattern line;
@@ -39,9 +39,9 @@ public enum Format {
     }
 
     /**
-     * The format of a source: the one that most of its lines have, and of two the first above.
+     * Returns the format of most lines of a source; with equal counts, the first one above.
      *
-     * @throws Failure naming what it is instead
+     * @throws Failure saying what the source is instead
      */
     public static Format of(Source source) {
         if (source.bytes().length > Source.MOST) {
@@ -78,7 +78,7 @@ public enum Format {
             votes.remove(CHANNELS);
         }
         if (votes.isEmpty()) {
-            refuse(source, empty ? "there is nothing in it but blank lines and comments"
+            refuse(source, empty ? "it has nothing but blank lines and comments"
                     : "unknown format; " + KNOWN);
         }
         Format most = DVBV5;

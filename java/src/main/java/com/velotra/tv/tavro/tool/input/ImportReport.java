@@ -8,7 +8,7 @@ import java.util.List;
 import java.util.Map;
 import java.util.function.IntSupplier;
 
-/** What an import does: reports problems and progress while it runs, and prints a summary at its end. */
+/** Reports problems and progress while an import runs, and prints a summary at the end. */
 public final class ImportReport {
     private static final int PROGRESS_EVERY = 1000;
     private static final int LINES_PER_REASON = 10;
@@ -28,60 +28,60 @@ public final class ImportReport {
     private int switched;
     private int done;
 
-    /** @param progress takes a line for everything that is not imported, and for every thousand records */
+    /** @param progress receives a line for everything that is not imported and for every thousand records */
     public ImportReport(PrintStream progress) {
         this.progress = progress;
     }
 
-    /** A file was read: {@code count} things of the kind {@code what} are in it, and some lines cannot be read. */
+    /** A file was read. It has {@code count} items called {@code what}, and malformed {@code lines}. */
     public void read(int count, String what, List<Malformed> lines) {
         files++;
         malformed += lines.size();
         alsoRead(count, what);
-        lines.forEach(line -> print("malformed lines", "  left out " + line));
+        lines.forEach(line -> print("malformed lines", "  malformed line " + line));
     }
 
-    /** More things were in the same file. */
+    /** The same file has other items too. */
     public void alsoRead(int count, String what) {
         if (count > 0) {
             read.count(what, count);
         }
     }
 
-    /** A file cannot be imported; it fails the import. */
+    /** A file cannot be imported, so the import fails. */
     public void refusedFile(String reason) {
         refused++;
         progress.println("tavro: " + reason);
     }
 
-    /** A file in a folder cannot be imported; it is passed over, since nobody named it. */
+    /** A file in a folder cannot be imported. The import does not fail, since the user did not name the file. */
     public void skippedFile(String reason) {
-        skipped.count("a file in a folder that cannot be used");
+        skipped.count("an unusable file in a folder");
         print("skipped files", "  " + reason);
     }
 
-    /** Something in a file is not for these lists; that is not a failure. */
+    /** An item of a file does not belong in these lists. The import does not fail. */
     public void skipped(String reason) {
         skipped.count(reason);
     }
 
-    /** Something that should have become a record, or part of one, did not. */
+    /** An item should have become a record, or part of one, and did not. */
     public void notImported(Object place, String reason) {
         notImported.count(reason);
         print(reason, "  not imported " + place + ": " + reason);
     }
 
-    /** A value was dropped. */
+    /** A value was dropped because the record has no field for it. */
     public void dropped(String value) {
         dropped.count(value);
     }
 
-    /** A record was stored that refers to no satellite. */
+    /** A record was stored without a reference to a satellite. */
     public void withoutSatellite(String reason) {
         withoutSatellite.count(reason);
     }
 
-    /** A transponder of that delivery system was stored. */
+    /** A transponder of this delivery system was stored. */
     public void imported(String deliverySystem) {
         imported.count(deliverySystem);
     }
@@ -91,12 +91,12 @@ public final class ImportReport {
         switched++;
     }
 
-    /** Another import is storing; this one goes on when it has finished. */
+    /** Another import is storing; this one waits until it has finished. */
     public void waiting() {
         progress.println("  waiting for another import to finish …");
     }
 
-    /** One more of {@code all} things was taken. */
+    /** One more of {@code all} items was processed. */
     public void step(int all, String what) {
         done++;
         if (done % PROGRESS_EVERY == 0) {
@@ -104,7 +104,7 @@ public final class ImportReport {
         }
     }
 
-    /** The next steps are about other things. */
+    /** The following steps are about other items. */
     public void beginSteps() {
         done = 0;
     }
@@ -118,59 +118,59 @@ public final class ImportReport {
         }
     }
 
-    /** The counts of the list that is called {@code name} and holds {@code size} records, begun now or before. */
+    /** Returns the counts of the list called {@code name}, which holds {@code size} records. */
     public ListCounts list(String name, IntSupplier size) {
         return lists.computeIfAbsent(name, key -> new ListCounts(key, size));
     }
 
-    /** Whether everything that should be imported was. */
+    /** Returns whether everything was imported. */
     public boolean complete() {
         return malformed == 0 && refused == 0 && notImported.counts().isEmpty();
     }
 
-    /** Why no file could be used. */
+    /** Returns why no file could be used. */
     public String whyNothing() {
         return refused > 0
-                ? Text.count(refused, "file") + " cannot be used, for the reasons above"
+                ? Text.count(refused, "file") + " cannot be used; see the messages above"
                 : "no file is in a known format; " + Format.KNOWN;
     }
 
-    /** Whether any file could be used. */
+    /** Returns whether any file could be used. */
     public boolean anyFile() {
         return files > 0;
     }
 
-    /** Lines that could not be read. */
+    /** Returns the number of malformed lines. */
     public int malformed() {
         return malformed;
     }
 
-    /** Things that are not imported, by reason. */
+    /** Items that were not imported, by reason. */
     public Map<String, Integer> notImported() {
         return notImported.counts();
     }
 
-    /** Values that were dropped, by what they are. */
+    /** Dropped values, by what they are. */
     public Map<String, Integer> dropped() {
         return dropped.counts();
     }
 
-    /** What was passed over, by reason. */
+    /** Skipped items, by reason. */
     public Map<String, Integer> skipped() {
         return skipped.counts();
     }
 
-    /** Transponders that became records, by delivery system. */
+    /** Stored transponders, by delivery system. */
     public Map<String, Integer> imported() {
         return imported.counts();
     }
 
-    /** Records that refer to no satellite, by reason. */
+    /** Records without a satellite, by reason. */
     public Map<String, Integer> withoutSatellite() {
         return withoutSatellite.counts();
     }
 
-    /** Prints the summary: what was read, what became of it, and what the lists hold now. */
+    /** Prints the summary: what was read, what happened to it, and how many records the lists hold now. */
     public void print(PrintStream out) {
         List<String> counts = new ArrayList<>();
         read.counts().forEach((what, number) -> counts.add(Text.count(number, what)));

@@ -4,7 +4,7 @@ import java.util.HashSet;
 import java.util.Set;
 import java.util.function.IntSupplier;
 
-/** What an import did to one list: records added, changed and left as they were. */
+/** What an import did to one list: how many records it added, changed and left unchanged. */
 public final class ListCounts {
     private final String name;
     private final IntSupplier size;
@@ -14,20 +14,20 @@ public final class ListCounts {
     private int repeated;
 
     /**
-     * @param name what the list is called in the summary, as in "satellite list 13"
-     * @param size gives how many records the list holds; -1 when it cannot be read
+     * @param name of the list in the summary, such as "satellite list 13"
+     * @param size returns the number of records in the list; -1 if it cannot be read
      */
     public ListCounts(String name, IntSupplier size) {
         this.name = name;
         this.size = size;
     }
 
-    /** Counts a record that was not there before. */
+    /** Counts a new record. */
     public void added() {
         added++;
     }
 
-    /** Counts a record that was there before this import and was stored again. */
+    /** Counts an update of a record that existed before this import. */
     public void updated(int recordId, boolean isChanged) {
         updated.add(recordId);
         if (isChanged) {
@@ -35,12 +35,12 @@ public final class ListCounts {
         }
     }
 
-    /** Counts one more description of a record that this import has stored already. */
+    /** Counts a further description of a record that this import has already stored. */
     public void repeated() {
         repeated++;
     }
 
-    /** One line with the counts, and how many records the list holds now. */
+    /** Returns a line with the counts and the number of records in the list now. */
     @Override
     public String toString() {
         String repeatedText = repeated == 0 ? "" : ", " + repeated + " repeated in the files";
@@ -53,9 +53,9 @@ public final class ListCounts {
         try {
             holds = size.getAsInt();
         } catch (RuntimeException e) {
-            holds = -1; // the storage failed, which has been reported
+            holds = -1; // the storage failed; that is reported elsewhere
         }
-        return holds < added + updated.size() ? "its records cannot be counted now"
+        return holds < added + updated.size() ? "its records cannot be counted"
                 : "it holds " + Text.count(holds, "record");
     }
 }

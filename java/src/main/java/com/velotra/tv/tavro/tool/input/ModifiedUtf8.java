@@ -1,15 +1,15 @@
 package com.velotra.tv.tavro.tool.input;
 
-/** Text in the encoding in which records keep it: one to three bytes for each UTF-16 unit. */
+/** The encoding of texts in records: one to three bytes for each UTF-16 unit. */
 public final class ModifiedUtf8 {
     private ModifiedUtf8() {}
 
-    /** How many bytes the text takes. */
+    /** Returns the number of bytes of a text. */
     public static int bytes(String text) {
         return text.chars().map(ModifiedUtf8::bytes).sum();
     }
 
-    /** The longest beginning of the text, whole characters, that takes no more than {@code most} bytes. */
+    /** Returns the longest beginning of a text, in whole characters, that fits into {@code most} bytes. */
     public static String cut(String text, int most) {
         int used = 0;
         for (int i = 0; i < text.length(); ) {

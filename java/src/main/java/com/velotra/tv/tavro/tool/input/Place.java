@@ -3,8 +3,8 @@ package com.velotra.tv.tavro.tool.input;
 /**
  * A line of an imported file.
  *
- * @param source the file's name as messages print it
- * @param line the line's number, from 1
+ * @param source name of the file in messages
+ * @param line line number, from 1
  */
 public record Place(String source, int line) {
     @Override

@@ -10,23 +10,23 @@ import java.nio.file.Path;
 import java.util.List;
 
 /**
- * A file to import, read once from its beginning to its end, so that a pipe will do.
+ * A file to import. It is read once from beginning to end, so it can be a pipe.
  *
- * @param name its name as messages print it
- * @param fileName the last part of its path, or empty when it has none, as standard input
- * @param bytes its content; one byte more than {@link #MOST} of a larger one
+ * @param name of the file in messages
+ * @param fileName last part of its path; empty for standard input
+ * @param bytes its content; of a file larger than {@link #MOST}, the first {@code MOST + 1} bytes
  */
 public record Source(String name, String fileName, byte[] bytes) {
-    /** Stands for standard input among the files of a command line. */
+    /** Means standard input on the command line. */
     public static final Path STANDARD_INPUT = Path.of("-");
 
-    /** Bytes; the largest real file, a whole country's transponders, has less than one hundredth of it. */
+    /** Limit in bytes. The largest real file, with the transponders of a whole country, is less than 1% of it. */
     static final int MOST = 64 << 20;
 
     /**
      * Reads a file, a pipe, or standard input.
      *
-     * @throws Failure saying why it cannot be read
+     * @throws Failure if it cannot be read
      */
     public static Source read(Path path) {
         if (path.equals(STANDARD_INPUT)) {
@@ -48,7 +48,7 @@ public record Source(String name, String fileName, byte[] bytes) {
         }
     }
 
-    /** What went wrong with a file, in words. */
+    /** Returns the reason of a failure, in words. */
     public static String reason(IOException failure) {
         if (failure instanceof NoSuchFileException) {
             return "no such file or folder";
@@ -59,7 +59,7 @@ public record Source(String name, String fileName, byte[] bytes) {
         return Printable.of(String.valueOf(failure.getMessage()));
     }
 
-    /** Its lines, as text. */
+    /** Returns the lines of the file. */
     public List<String> lines() {
         return SourceText.lines(bytes);
     }

@@ -8,17 +8,16 @@ import java.util.ArrayList;
 import java.util.List;
 
 /**
- * The lines of a text file. UTF-8 and UTF-16 are known by their byte order marks, UTF-16 without one by its zero bytes;
- * every other file is UTF-8, but for the lines that are not: they are read as ISO-8859-1, which older files are written
- * in.
+ * Reads text files by line. UTF-16 is recognized by its byte order mark or by its zero bytes. Every other file is read
+ * as UTF-8, except for lines that are not valid UTF-8: they are read as ISO-8859-1, the encoding of older files.
  */
 public final class SourceText {
-    /** Takes one line after the other. */
+    /** Receives the lines one by one. */
     public interface Taker {
         /**
-         * @param place where the line is
-         * @param line its text without blanks at its end
-         * @throws IllegalArgumentException when the line cannot be read; the message is the reason
+         * @param place of the line
+         * @param line its text without trailing blanks
+         * @throws IllegalArgumentException if the line is malformed; the message is the reason
          */
         void take(Place place, String line);
     }
@@ -27,7 +26,7 @@ public final class SourceText {
 
     private SourceText() {}
 
-    /** Hands out the lines of a source. Returns those that the taker refused. */
+    /** Passes the lines of a source to a taker. Returns those that the taker refused. */
     public static List<Malformed> read(Source source, Taker taker) {
         List<Malformed> malformed = new ArrayList<>();
         int number = 0;
@@ -43,10 +42,10 @@ public final class SourceText {
     }
 
     /**
-     * A number of a line.
+     * Returns a number in a line.
      *
-     * @throws IllegalArgumentException when it is not one from {@code least} to {@code most}, naming {@code what} it
-     *         was meant to be
+     * @param what the number is, for the message
+     * @throws IllegalArgumentException if it is not a number from {@code least} to {@code most}
      */
     public static int number(String text, int radix, int least, int most, String what) {
         try {
@@ -55,13 +54,13 @@ public final class SourceText {
                 return value;
             }
         } catch (NumberFormatException e) {
-            // Falls through to the message.
+            // Continues with the message.
         }
         throw new IllegalArgumentException(
                 what + " " + Text.excerpt(text) + " is not a number from " + least + " to " + most);
     }
 
-    /** The lines of a file; a line ends with LF, CR LF or CR. */
+    /** Returns the lines of a file; a line ends with LF, CR LF or CR. */
     static List<String> lines(byte[] bytes) {
         Charset wide = wideCharset(bytes);
         if (wide != null) {
@@ -86,12 +85,12 @@ public final class SourceText {
         return !text.isEmpty() && text.charAt(0) == BYTE_ORDER_MARK ? text.substring(1) : text;
     }
 
-    /** UTF-16 of either byte order, or null for text of single bytes. */
+    /** Returns UTF-16 of either byte order, or null for text of single bytes. */
     private static Charset wideCharset(byte[] bytes) {
         if (bytes.length < 2) {
             return null;
         }
-        // A text begins with an ASCII character: a comment, a heading, a code or a name of the West.
+        // All formats begin with an ASCII character, so one of the first two bytes of UTF-16 is zero.
         if (bytes[0] == (byte) 0xFE && bytes[1] == (byte) 0xFF || bytes[0] == 0 && bytes[1] != 0) {
             return StandardCharsets.UTF_16BE;
         }
@@ -103,7 +102,7 @@ public final class SourceText {
 
     private static String decode(byte[] bytes, int start, int length) {
         String latin = new String(bytes, start, length, StandardCharsets.ISO_8859_1);
-        if (isAscii(bytes, start, length)) { // most lines: either way the same
+        if (isAscii(bytes, start, length)) { // the common case: the same in both encodings
             return latin;
         }
         try {
@@ -122,7 +121,7 @@ public final class SourceText {
         return true;
     }
 
-    /** The line up to its comment, which {@code #} begins. */
+    /** Returns the line without its comment, which begins with {@code #}. */
     public static String withoutComment(String line) {
         int comment = line.indexOf('#');
         return comment < 0 ? line : line.substring(0, comment);

@@ -5,12 +5,12 @@ import java.util.Collections;
 import java.util.Map;
 import java.util.TreeMap;
 
-/** How often something came up in an import, by what it was. */
+/** Counts occurrences in an import, by what they are. */
 public final class Tally {
     private final String heading;
     private final Map<String, Integer> counts = new TreeMap<>();
 
-    /** @param heading what the tally is about, as its summary begins */
+    /** @param heading of the counts in the summary */
     public Tally(String heading) {
         this.heading = heading;
     }
@@ -25,12 +25,12 @@ public final class Tally {
         counts.merge(what, number, Integer::sum);
     }
 
-    /** What came up, with how often. */
+    /** Returns the counts. */
     public Map<String, Integer> counts() {
         return Collections.unmodifiableMap(counts);
     }
 
-    /** Prints the heading and a line for each thing that came up; nothing when nothing did. */
+    /** Prints the heading and one line per count; nothing if there are no counts. */
     public void print(PrintStream out) {
         if (!counts.isEmpty()) {
             out.println(heading);

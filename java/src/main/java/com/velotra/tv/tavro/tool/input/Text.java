@@ -2,7 +2,7 @@ package com.velotra.tv.tavro.tool.input;
 
 import com.velotra.tv.tavro.services.channellist.Printable;
 
-/** Text as a terminal shows it. */
+/** Texts for messages and terminals. */
 public final class Text {
     // First and last code points that take two columns: Hangul Jamo; CJK, kana and Yi; Hangul syllables; CJK
     // compatibility; full-width forms; pictographs; the supplementary ideographs (Unicode standard annex 11).
@@ -14,26 +14,26 @@ public final class Text {
 
     private Text() {}
 
-    /** The beginning of a text from a file, in quotes, printable and short enough for a message. */
+    /** Returns the beginning of a text from a file for a message: quoted, printable and short. */
     public static String excerpt(String text) {
         return "'" + fit(Printable.of(text), EXCERPT_COLUMNS) + "'";
     }
 
-    /** A number of things, as in "1 record" and "2 records". */
+    /** Returns a number with its noun, such as "1 record" or "2 records". */
     public static String count(int number, String thing) {
         return number + " " + (number == 1 ? thing : thing + "s");
     }
 
-    /** How many columns the text takes. */
+    /** Returns the number of columns of a text on a terminal. */
     public static int width(String text) {
         return text.codePoints().map(Text::width).sum();
     }
 
-    /** The text itself when it takes no more than {@code columns}, else its beginning and an ellipsis. */
+    /** Returns the text if it fits into {@code columns}, otherwise its beginning and an ellipsis. */
     public static String fit(String text, int columns) {
-        // No character is narrower than nothing, so a longer text may still fit; widths are added only up to the limit.
+        // Characters may have no width, so the number of characters does not tell whether the text fits.
         int used = 0;
-        int end = 0; // of what fits before an ellipsis
+        int end = 0; // of the part that fits before an ellipsis
         for (int i = 0; i < text.length(); ) {
             int codePoint = text.codePointAt(i);
             used += width(codePoint);

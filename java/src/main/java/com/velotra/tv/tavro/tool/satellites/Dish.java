@@ -99,7 +99,7 @@ final class Dish {
             dropped.add("more than two bands");
         }
         if (first.lastKey() < OPEN_END) {
-            dropped.add("an upper end of the last band");
+            dropped.add("the upper end of the last band");
         }
         info.setLnbLowFreq(first.firstEntry().getValue());
         info.setLnbSwitchFreq(0);
@@ -144,7 +144,7 @@ final class Dish {
         } else if (all(sequence -> last(sequence, "t", "T").equals(sequence.upTo() == low ? "t" : "T"))) {
             info.setTone22k(TONE_BY_BAND);
         } else if (sequences.stream().anyMatch(sequence -> !last(sequence, "t", "T").isEmpty())) {
-            dropped.add("a tone that follows something else than the band");
+            dropped.add("a tone that depends on more than the band");
         }
     }
 
@@ -157,21 +157,21 @@ final class Dish {
                 "HL".indexOf(sequence.polarization()) < 0 ? "v" : "V"))) {
             info.setLnbPower(POWER_BY_POLARIZATION);
         } else if (sequences.stream().anyMatch(sequence -> !last(sequence, "v", "V").isEmpty())) {
-            dropped.add("a voltage that follows something else than the polarization");
+            dropped.add("a voltage that depends on more than the polarization");
         }
     }
 
     private void putPolarization(VltTvSatelliteInfoBase info, OptionalInt before) {
         Set<Character> polarizations = sequences.stream().map(Sequence::polarization).collect(Collectors.toSet());
         if (polarizations.size() > 1) {
-            dropped.add("more than one polarization; each transport stream has its own");
+            dropped.add("more than one polarization (each transport stream has its own)");
             return;
         }
         int polarization = POLARIZATION.get(polarizations.iterator().next());
         if (before.isEmpty()) {
             info.setDiseqcPolar(polarization);
         } else if (before.getAsInt() != polarization) {
-            dropped.add("the polarization of a satellite that was there before");
+            dropped.add("the polarization of an existing satellite");
         }
     }
 

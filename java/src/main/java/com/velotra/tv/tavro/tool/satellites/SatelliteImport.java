@@ -54,7 +54,7 @@ public final class SatelliteImport {
                 (position, lines) -> sequences.computeIfAbsent(position, key -> new ArrayList<>()).addAll(lines));
         report.read(conf.sequences.size(), "dish setting", conf.malformed);
         for (int i = 0; i < conf.restrictions; i++) {
-            report.dropped("a restriction to some devices");
+            report.dropped("a restriction to certain devices");
         }
     }
 

@@ -80,7 +80,7 @@ public final class ChannelsConf {
         String[] fields = line.split(":", -1);
         if (fields.length != FIELDS && fields.length != FIELDS - 1) {
             throw new IllegalArgumentException(
-                    fields.length + " fields instead of " + FIELDS + " with colons between them");
+                    fields.length + " fields instead of " + FIELDS + " (separated by colons)");
         }
         String[] names = fields[0].split(";", 2)[0].split(",(?=[^,]*$)", 2);
         if (names[0].isBlank()) {

@@ -9,9 +9,9 @@ import java.nio.charset.StandardCharsets;
 import java.nio.file.Files;
 import java.nio.file.Path;
 
-/** Debian's sqlite3 program over the list database: for what the library has no native. */
+/** Runs Debian's sqlite3 program on the list database, for what the library has no native for. */
 public final class Sqlite3 {
-    /** Milliseconds; as long as the platform waits for another process. */
+    /** Milliseconds; the platform waits as long for another process. */
     private static final int BUSY_TIMEOUT = 10_000;
 
     private static final int REASON_COLUMNS = 120;
@@ -19,13 +19,13 @@ public final class Sqlite3 {
     private Sqlite3() {}
 
     /**
-     * Runs statements, up to the first that fails. Returns what they print.
+     * Runs statements until one fails. Returns their output.
      *
-     * @throws Failure with what the program says when a statement fails
+     * @throws Failure with the message of sqlite3 if a statement fails
      */
     public static String run(Path database, String statements) {
         try {
-            // From a file: a program that ends early would break a pipe.
+            // From a file, because a pipe would break if sqlite3 ends early.
             Path input = Files.createTempFile("tavro", ".sql");
             try {
                 Files.writeString(input, statements);
@@ -54,25 +54,25 @@ public final class Sqlite3 {
         throw failure(database, output);
     }
 
-    /** Why a database cannot be used, from what sqlite3 or a check of it said, and what to do. */
-    public static Failure failure(Path database, String said) {
+    /** Returns the failure for a database that cannot be used, from the output of sqlite3 or of a check. */
+    public static Failure failure(Path database, String output) {
         if (Files.isDirectory(database)) {
             return failure(database, "it is a directory", "move it away");
         }
         if (!Files.isReadable(database)) {
             return failure(database, "permission denied", "change its owner or permissions");
         }
-        if (said.contains("locked")) {
+        if (output.contains("locked")) {
             return failure(database, "it is locked", "end the other process that has been writing to it for too long");
         }
-        String reason = said.lines()
-                .filter(line -> !line.startsWith("***")) // a check's heading
+        String reason = output.lines()
+                .filter(line -> !line.startsWith("***")) // heading of a check
                 .findFirst()
                 .orElse("sqlite3 was stopped")
                 .replaceFirst("^.* near line \\d+: ", "");
-        boolean damaged = said.matches("(?s).*(malformed|not a database|\\*\\*\\*).*");
+        boolean damaged = output.matches("(?s).*(malformed|not a database|\\*\\*\\*).*");
         return failure(database, Text.fit(Printable.of(reason), REASON_COLUMNS),
-                damaged ? "move it away to start without lists" : "check the file and its directory");
+                damaged ? "move it away to start with no lists" : "check the file and its directory");
     }
 
     private static Failure failure(Path database, String reason, String remedy) {

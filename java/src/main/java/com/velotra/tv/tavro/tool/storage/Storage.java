@@ -7,14 +7,14 @@ import java.nio.file.Path;
 import java.util.List;
 import java.util.Optional;
 
-/** The directory that lists live in, as the workstation's platform finds it. */
+/** The storage directory of the lists, found in the same way as by the workstation's platform. */
 public final class Storage {
-    // bytes: a file system with less has no room for the database's next pages
+    /** Bytes. With less space, the database cannot grow. */
     private static final long LEAST_SPACE = 1 << 20;
 
     private Storage() {}
 
-    /** The directory that the environment names. */
+    /** Returns the directory that the environment names. */
     public static Path directory() {
         String home = System.getenv("TAVRO_HOME");
         if (home != null && !home.isEmpty()) {
@@ -24,14 +24,14 @@ public final class Storage {
         if (state != null && !state.isEmpty()) {
             return Path.of(state, "tavro");
         }
-        String user = System.getenv("HOME"); // the platform asks the environment too
+        String user = System.getenv("HOME"); // deliberate: not user.home, because the platform reads the environment
         if (user == null || user.isEmpty()) {
-            throw new Failure("there is no home directory to keep lists in; set TAVRO_HOME or HOME");
+            throw new Failure("no directory for lists: set TAVRO_HOME or HOME");
         }
         return Path.of(user, ".local", "state", "tavro");
     }
 
-    /** Why the storage does not take changes, as far as that can be seen from here. */
+    /** Returns why a change could not be stored, as far as it can be found out. */
     public static String whyItFails() {
         Path directory = directory();
         for (Path path : List.of(directory, directory.resolve("lists.db"))) {
@@ -44,17 +44,17 @@ public final class Storage {
                 return "no space left on the file system of " + directory + "; free some space";
             }
         } catch (IOException e) {
-            // There is no such directory, and the platform has said why it could not make one.
+            // The directory does not exist; the platform has logged why it could not create it.
         }
-        return "the log lines of TavroHost, if there are any, say why; another program may be changing the list";
+        return "see the log lines of TavroHost, if any; another program may be changing the list";
     }
 
-    /** Whether a directory holds lists already. */
+    /** Returns whether a directory has a list database. */
     public static boolean hasLists(Path directory) {
         return Files.exists(directory.resolve("lists.db"));
     }
 
-    /** Why lists cannot be kept in a directory, as far as that can be seen from here. Nothing is created. */
+    /** Returns why a storage directory cannot be read; nothing if it can. Creates nothing. */
     public static Optional<String> problem(Path directory) {
         String reason = null;
         if (!Files.exists(directory)) {

@@ -11,9 +11,10 @@ import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfo;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteList;
 import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamList;
 import java.util.List;
+import java.util.Locale;
 import java.util.Optional;
 
-/** The kinds of list that the tool shows. */
+/** The list kinds, as the commands list and show print them. */
 public enum Kind {
     SERVICES(1, "service") {
         @Override
@@ -63,7 +64,7 @@ public enum Kind {
             return new Listing(networks.size(), (most, columns) -> NetworkTable.of(networks, most, columns));
         }
 
-        // Networks leave the library as objects: there are no bytes to dump.
+        // Networks are returned as objects, so there are no bytes to print.
         @Override
         public Optional<String> show(RecordId id, boolean hex) {
             return VltTvNetworkList.getInstance().get(id, null).map(NetworkTable::describe);
@@ -82,41 +83,51 @@ public enum Kind {
             return new Listing(satellites.size(), (most, columns) -> SatelliteTable.of(satellites, most, columns));
         }
 
-        // Satellites leave the library as objects too.
+        // Satellites are returned as objects too.
         @Override
         public Optional<String> show(RecordId id, boolean hex) {
             return VltTvSatelliteList.getInstance().get(id, null).map(SatelliteTable::describe);
         }
     };
 
-    /** The table of a list, and how many records it has. */
+    /** The table of a list and its number of records. */
     public record Listing(int size, Printer printer) {
-        /** Prints the first {@code most} records, no line wider than {@code columns}. */
+        /** Formats the first {@code most} records in lines of at most {@code columns}. */
         public interface Printer {
             String table(int most, int columns);
         }
     }
 
-    /** In the list database. */
-    public final int number;
-    public final String one;
+    private final int number;
+    private final String noun;
 
-    Kind(int number, String one) {
+    Kind(int number, String noun) {
         this.number = number;
-        this.one = one;
+        this.noun = noun;
     }
 
-    /** The class of the lists of this kind, with the library loaded. */
+    /** Returns the number of this kind in the list database. */
+    public int number() {
+        return number;
+    }
+
+    /** Returns what a record of this kind is called in messages. */
+    public String noun() {
+        return noun;
+    }
+
+    /** Returns the list class of this kind; loads the library. */
     public abstract TvList lists();
 
+    /** Reads a list for its table. */
     public abstract Listing list(int listId);
 
-    /** One record field by field; empty when there is no such record. */
+    /** Returns one record, field by field; nothing if there is no such record. */
     public abstract Optional<String> show(RecordId id, boolean hex);
 
-    /** As an option's value. */
+    /** Returns the value of the option --kind for this kind. */
     @Override
     public String toString() {
-        return name().toLowerCase(java.util.Locale.ROOT);
+        return name().toLowerCase(Locale.ROOT);
     }
 }

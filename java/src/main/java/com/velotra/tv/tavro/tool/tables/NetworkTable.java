@@ -4,11 +4,11 @@ import com.velotra.tv.tavro.services.channellist.VltTvNetworkInfo;
 import com.velotra.tv.tavro.services.channellist.VltTvNetworkInfoBase;
 import java.util.List;
 
-/** Networks as a table, one a row. */
+/** Networks as a table, one per row. */
 public final class NetworkTable {
     private NetworkTable() {}
 
-    /** The first {@code most} networks of a list, no line wider than {@code columns}. */
+    /** Formats the first {@code most} networks of a list in lines of at most {@code columns}. */
     public static String of(List<VltTvNetworkInfo> networks, int most, int columns) {
         Table table = new Table(">record", ">network id", "name", ">version", "favorite", "candidate");
         for (VltTvNetworkInfo network : networks.subList(0, Math.min(most, networks.size()))) {
@@ -24,7 +24,7 @@ public final class NetworkTable {
         return table.toString(columns) + Table.more(networks.size() - most);
     }
 
-    /** One network field by field, a line each. */
+    /** Formats one network, one line per field. */
     static String describe(VltTvNetworkInfo network) {
         VltTvNetworkInfoBase values = network.values();
         return String.format(

@@ -7,7 +7,7 @@ import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfoBase;
 import java.util.ArrayList;
 import java.util.List;
 
-/** Satellites as a table, one a row. */
+/** Satellites as a table, one per row. */
 public final class SatelliteTable {
     private static final int BURST_A = 5;
     private static final int BURST_B = 6;
@@ -16,7 +16,7 @@ public final class SatelliteTable {
 
     private SatelliteTable() {}
 
-    /** The first {@code most} satellites of a list, no line wider than {@code columns}. */
+    /** Formats the first {@code most} satellites of a list in lines of at most {@code columns}. */
     public static String of(List<VltTvSatelliteInfo> satellites, int most, int columns) {
         Table table = new Table(">record", ">position", "name", "in use", "LNB", "DiSEqC");
         for (VltTvSatelliteInfo satellite : satellites.subList(0, Math.min(most, satellites.size()))) {
@@ -31,13 +31,13 @@ public final class SatelliteTable {
         return table.toString(columns) + Table.more(satellites.size() - most);
     }
 
-    /** One satellite on one line. */
+    /** Formats one satellite in one line. */
     public static String summary(VltTvSatelliteInfo satellite) {
         return String.format("'%s' at %s, LNB %s, DiSEqC %s", Printable.of(satellite.getName()), position(satellite),
                 lnb(satellite), switchPosition(satellite.getDiseqcPosition()));
     }
 
-    /** One satellite field by field, a line each. */
+    /** Formats one satellite, one line per field. */
     static String describe(VltTvSatelliteInfo satellite) {
         Lines lines = new Lines();
         lines.add("record", satellite.getRecId());
@@ -84,7 +84,8 @@ public final class SatelliteTable {
         return flag == 1 ? "yes" : "no";
     }
 
-    // By the flags: every record has them, while the antenna type of one without any is that of the record before it.
+    // From the flags, which every record has. Without any flag, the antenna type is left over from the record read
+    // before.
     private static String kind(VltTvSatelliteInfoBase satellite) {
         List<String> kinds = new ArrayList<>();
         if (satellite.getMaskLnbUniver() == 1) {

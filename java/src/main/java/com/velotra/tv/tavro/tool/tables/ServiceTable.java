@@ -3,11 +3,11 @@ package com.velotra.tv.tavro.tool.tables;
 import com.velotra.tv.tavro.services.channellist.ServiceRecord;
 import java.util.List;
 
-/** Services as a table, one a row. */
+/** Services as a table, one per row. */
 public final class ServiceTable {
     private ServiceTable() {}
 
-    /** The first {@code most} services of a list, no line wider than {@code columns}. */
+    /** Formats the first {@code most} services of a list in lines of at most {@code columns}. */
     public static String of(List<ServiceRecord> services, int most, int columns) {
         Table table = new Table(">record", ">LCN", "name", ">service id", "type", "scrambled", "shown",
                 "transport stream");
@@ -25,7 +25,7 @@ public final class ServiceTable {
         return table.toString(columns) + Table.more(services.size() - most);
     }
 
-    /** Service types as the library's keys group them. */
+    /** Groups service types like the library's keys. */
     private static String type(int serviceType) {
         return switch (serviceType) {
             case 1, 4, 7 -> "TV";

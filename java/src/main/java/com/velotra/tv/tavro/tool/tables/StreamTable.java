@@ -4,14 +4,14 @@ import com.velotra.tv.tavro.services.channellist.TransportStreamField;
 import com.velotra.tv.tavro.services.channellist.TransportStreamRecord;
 import java.util.List;
 
-/** Transport streams as a table, one a row. */
+/** Transport streams as a table, one per row. */
 public final class StreamTable {
     private static final String[][] STANDARDS =
             {{"-", "DVB-T", "DVB-T2"}, {"-", "DVB-C", "DVB-C2"}, {"-", "DVB-S", "DVB-S2"}};
 
     private StreamTable() {}
 
-    /** The first {@code most} transport streams of a list, no line wider than {@code columns}. */
+    /** Formats the first {@code most} transport streams of a list in lines of at most {@code columns}. */
     public static String of(List<TransportStreamRecord> streams, int most, int columns) {
         Table table = new Table(">record", "standard", ">frequency", ">symbol rate", ">stream id", ">network id",
                 "network record", "name");

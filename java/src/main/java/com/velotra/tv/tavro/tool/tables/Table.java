@@ -5,14 +5,14 @@ import com.velotra.tv.tavro.tool.input.Text;
 import java.util.ArrayList;
 import java.util.List;
 
-/** Rows of text in columns that are as wide as their widest cell. */
+/** A text table. Every column is as wide as its widest cell. */
 final class Table {
     private static final String GAP = "  ";
 
     private final List<String[]> rows = new ArrayList<>();
     private final boolean[] right;
 
-    /** A column whose heading begins with {@code >} is set flush right. */
+    /** A heading that begins with {@code >} makes a right-aligned column. */
     Table(String... headings) {
         right = new boolean[headings.length];
         String[] row = new String[headings.length];
@@ -23,9 +23,9 @@ final class Table {
         rows.add(row);
     }
 
-    /** The line after a table that leaves {@code left} rows out; nothing when it leaves none. */
-    static String more(int left) {
-        return left > 0 ? "… and " + left + " more" + System.lineSeparator() : "";
+    /** Returns the line after a table that does not show all rows; empty if it shows all. */
+    static String more(int hidden) {
+        return hidden > 0 ? "… and " + hidden + " more" + System.lineSeparator() : "";
     }
 
     void add(Object... cells) {
@@ -36,7 +36,7 @@ final class Table {
         rows.add(row);
     }
 
-    /** The table with no line wider than {@code columns}. */
+    /** Formats the table in lines of at most {@code columns}. */
     String toString(int columns) {
         int[] widths = new int[right.length];
         for (String[] row : rows) {

@@ -109,7 +109,7 @@ public final class DvbV5File {
         if (text.startsWith("[")) {
             skipping = true;
             throw new IllegalArgumentException(Text.excerpt(text)
-                    + " is not a heading; it and the lines up to the next one are left out");
+                    + " is not a heading; this line and the lines up to the next heading are skipped");
         }
         int equals = text.indexOf('=');
         String key = text.substring(0, Math.max(equals, 0)).strip();
@@ -118,7 +118,7 @@ public final class DvbV5File {
                     + " is neither a heading nor of the form KEY = VALUE");
         }
         if (blocks.isEmpty()) {
-            throw new IllegalArgumentException(Text.excerpt(text) + " stands before the first heading");
+            throw new IllegalArgumentException(Text.excerpt(text) + " comes before the first heading");
         }
         String value = text.substring(equals + 1).strip();
         if (value.isEmpty()) {

@@ -83,8 +83,8 @@ class DemoTest {
         Result demo = demo(work.resolve("home"));
         assertEquals(1, demo.exit());
         assertEquals(
-                "  left out " + sources.resolve("channels.conf.terr")
-                        + ":2: 2 fields instead of 13 with colons between them\n", demo.err());
+                "  malformed line " + sources.resolve("channels.conf.terr")
+                        + ":2: 2 fields instead of 13 (separated by colons)\n", demo.err());
         assertTrue(demo.out().contains("\n   FAIL every service of the file was imported: 2\n"), demo.out());
         assertTrue(demo.out().endsWith("\n1 of 31 checks FAILED.\n"), demo.out());
     }
@@ -99,11 +99,11 @@ class DemoTest {
                    stream 1,1         11493000 kHz, transport stream id 1019, network id 1
                    network 1,1        'Network 1', network id 1
                    satellite 1,2      'Cinque Sei' at S19.2E, LNB 10600 MHz, DiSEqC -
-                   ok   the service's transport stream is there, and the service is among its services
-                   ok   service and transport stream name the same network, whose record has the stream's network id
-                   ok   service and transport stream name the same satellite
+                   ok   the service's transport stream exists, and the service is among its services
+                   ok   service and transport stream refer to the same network, whose record has the stream's network id
+                   ok   service and transport stream refer to the same satellite
                    ok   the transport stream is among those of the satellite
-                   ok   all 2 transport streams are found by the 1 satellite records that they point at
+                   ok   all 2 transport streams are found through the 1 satellite records that they refer to
                 """,
                 demo.out().substring(start, demo.out().indexOf("\n\n", start) + 1));
     }
@@ -117,7 +117,8 @@ class DemoTest {
                 "  not imported S19.2E: dish settings for a position without a satellite (import sources.conf too)\n",
                 demo.err());
         assertTrue(demo.out().contains("       2  no satellite at S19.2E in satellite list 1\n"), demo.out());
-        assertTrue(demo.out().contains("\n   FAIL service and transport stream name the same satellite\n"), demo.out());
+        assertTrue(demo.out().contains("\n   FAIL service and transport stream refer to the same satellite\n"),
+                demo.out());
         assertTrue(demo.out().endsWith("\n3 of 31 checks FAILED.\n"), demo.out());
     }
 

@@ -117,7 +117,7 @@ class FormatTest {
 
     @Test
     void aFileWithNothingInItIsRefused() {
-        String nothing = "cannot import some file: there is nothing in it but blank lines and comments";
+        String nothing = "cannot import some file: it has nothing but blank lines and comments";
         assertEquals(nothing, refusal(new byte[0]));
         assertEquals(nothing, refusal("", "  ", "\t", "# a comment", "  # another"));
         assertEquals(nothing, refusal("\uFEFF"));
@@ -183,7 +183,7 @@ class FormatTest {
 
     @Test
     void aBeginningThatIsCutOffIsNoForeignFormat() {
-        assertEquals("cannot import some file: there is nothing in it but blank lines and comments",
+        assertEquals("cannot import some file: it has nothing but blank lines and comments",
                 refusal(text("#EXTM3")));
         assertEquals(Format.SOURCES, Format.of(new Source("x", "x", text("S5W Uno " + "GIF8".repeat(100)))));
     }

@@ -62,7 +62,7 @@ class ImportReportTest {
                 network list 13: 1 added, 0 changed, 0 unchanged; it holds 1 record
                 """,
                 ImportFixture.summary(report));
-        assertEquals("  left out table:1: nonsense\n  not imported table:7: no frequency\n", log());
+        assertEquals("  malformed line table:1: nonsense\n  not imported table:7: no frequency\n", log());
     }
 
     @Test
@@ -71,7 +71,7 @@ class ImportReportTest {
             throw new IllegalStateException("gone");
         });
         counts.added();
-        assertEquals(List.of("service list 13: 1 added, 0 changed, 0 unchanged; its records cannot be counted now"),
+        assertEquals(List.of("service list 13: 1 added, 0 changed, 0 unchanged; its records cannot be counted"),
                 ImportFixture.lists(report));
     }
 
@@ -93,7 +93,7 @@ class ImportReportTest {
         }
         StringBuilder expected = new StringBuilder();
         for (int line = 1; line <= 10; line++) {
-            expected.append("  left out table:").append(line).append(": nonsense\n");
+            expected.append("  malformed line table:").append(line).append(": nonsense\n");
         }
         expected.append("  … more of these (malformed lines) are counted in the summary\n");
         for (int line = 1; line <= 10; line++) {
@@ -105,7 +105,7 @@ class ImportReportTest {
         assertEquals(expected.toString(), log());
         assertEquals(12, report.malformed());
         assertEquals(Map.of("no frequency", 12), report.notImported());
-        assertEquals(Map.of("a file in a folder that cannot be used", 12), report.skipped());
+        assertEquals(Map.of("an unusable file in a folder", 12), report.skipped());
     }
 
     @Test
@@ -149,7 +149,7 @@ class ImportReportTest {
         assertFalse(report.complete());
         assertFalse(report.anyFile());
         assertEquals("tavro: cannot read x: permission denied\n", log());
-        assertEquals("1 file cannot be used, for the reasons above", report.whyNothing());
+        assertEquals("1 file cannot be used; see the messages above", report.whyNothing());
     }
 
     @Test

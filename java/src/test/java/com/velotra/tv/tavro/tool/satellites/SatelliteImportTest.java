@@ -134,7 +134,7 @@ class SatelliteImportTest {
         imported(List.of(UNO));
         ImportReport again = imported(List.of(), "S19.2E 99999 R 10600");
         assertEquals(0, only().getDiseqcPolar());
-        assertEquals(Map.of("the polarization of a satellite that was there before", 1), again.dropped());
+        assertEquals(Map.of("the polarization of an existing satellite", 1), again.dropped());
     }
 
     @Test
@@ -191,17 +191,17 @@ class SatelliteImportTest {
                 log.toString(StandardCharsets.UTF_8));
         assertEquals(
                 Map.ofEntries(
-                        Map.entry("a restriction to some devices", 1), Map.entry("waiting times", 2),
+                        Map.entry("a restriction to certain devices", 1), Map.entry("waiting times", 2),
                         Map.entry("positioners", 1),
                         Map.entry("the DiSEqC command E0 31 6B 01", 1), Map.entry("switch ports that differ", 1),
                         Map.entry("tone bursts that differ", 1), Map.entry("uncommitted switch ports that differ", 1),
                         Map.entry("single-cable positions that differ", 1),
                         Map.entry("bands that differ by polarization", 1),
                         Map.entry("several oscillators for one band", 1), Map.entry("more than two bands", 1),
-                        Map.entry("an upper end of the last band", 1),
-                        Map.entry("a tone that follows something else than the band", 1),
-                        Map.entry("a voltage that follows something else than the polarization", 1),
-                        Map.entry("more than one polarization; each transport stream has its own", 1)),
+                        Map.entry("the upper end of the last band", 1),
+                        Map.entry("a tone that depends on more than the band", 1),
+                        Map.entry("a voltage that depends on more than the polarization", 1),
+                        Map.entry("more than one polarization (each transport stream has its own)", 1)),
                 report.dropped());
         VltTvSatelliteInfo first = lists.getAll(LIST, null).get(0);
         assertSwitch(2, 0, 0, first);
@@ -214,9 +214,9 @@ class SatelliteImportTest {
     void malformedSatellitesAreReportedWithFileLineAndReasonAndTheRestIsStored() {
         ImportReport report = imported(List.of("S19.2E", "X", UNO, "S190E Far", "S1,5E Comma"));
         assertEquals(
-                "  left out sources.conf:1: the satellite at S19.2E has no name\n"
-                        + "  left out sources.conf:4: 'S190E" + NO_POSITION
-                        + "  left out sources.conf:5: 'S1,5E" + NO_POSITION,
+                "  malformed line sources.conf:1: the satellite at S19.2E has no name\n"
+                        + "  malformed line sources.conf:4: 'S190E" + NO_POSITION
+                        + "  malformed line sources.conf:5: 'S1,5E" + NO_POSITION,
                 log.toString(StandardCharsets.UTF_8));
         assertEquals(3, report.malformed());
         assertEquals(Map.of("not a satellite (source X)", 1), report.skipped());
@@ -232,7 +232,7 @@ class SatelliteImportTest {
                 "S19.2E 99999 V 10600 t q", "S19.2E 99999 V 10600 [E0 1]", "S19.2E 99999 V 10600 [E0 10",
                 "S19.2E 99999 V 10600 W",
                 "S19.2E 99999 V 10600 [E0 10 38 F0 00 00 00]", "S19.2E 99999 V 10600 T");
-        String place = "  left out diseqc.conf:";
+        String place = "  malformed line diseqc.conf:";
         assertEquals(
                 place + "1: 3 fields instead of position, frequency, polarization, oscillator and commands\n"
                         + place + "2: polarization 'X' is not V, H, L or R\n"
@@ -253,9 +253,9 @@ class SatelliteImportTest {
     void messagesArePrintable() {
         imported(List.of("\u001b[2JS19.2E Uno"), "S19.2E 11700 \u001b 9750", "\u001b[2J 11700 V 9750",
                 "S19.2E 11700 V 9750 \u001b");
-        String place = "  left out diseqc.conf:";
+        String place = "  malformed line diseqc.conf:";
         assertEquals(
-                "  left out sources.conf:1: '·[2JS19.2E" + NO_POSITION
+                "  malformed line sources.conf:1: '·[2JS19.2E" + NO_POSITION
                         + place + "1: polarization '·' is not V, H, L or R\n"
                         + place + "2: '·[2J" + NO_POSITION
                         + place + "3: '·' is not a command\n",

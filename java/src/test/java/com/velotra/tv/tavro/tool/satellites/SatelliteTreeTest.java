@@ -70,7 +70,7 @@ class SatelliteTreeTest {
                        1  not a satellite (source T)
                        1  not a satellite (source V)
                 Imported with values dropped (no field in the record):
-                       2  more than one polarization; each transport stream has its own
+                       2  more than one polarization (each transport stream has its own)
                        2  waiting times
                 2 satellites with dish settings
                 satellite list 51: 158 added, 0 changed, 0 unchanged; it holds 158 records

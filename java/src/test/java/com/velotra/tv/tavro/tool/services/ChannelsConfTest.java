@@ -141,7 +141,7 @@ class ChannelsConfTest {
         assertEquals(List.of(line(2)), conf.services().stream().map(Service::place).toList());
         assertEquals(
                 List.of(
-                        new Malformed(line(1), "1 fields instead of 13 with colons between them"),
+                        new Malformed(line(1), "1 fields instead of 13 (separated by colons)"),
                         new Malformed(line(3), "the service has no name"),
                         new Malformed(line(4), "frequency 'x' is not a number from 1 to 2147483647"),
                         new Malformed(line(5), "source 'Q' is not C, T, A or a position as in S19.2E"),
@@ -150,7 +150,7 @@ class ChannelsConfTest {
                         new Malformed(line(8), "CA id 'xyz' is not a number from 0 to 65535"),
                         new Malformed(line(9), "service id '70000' is not a number from 0 to 65535"),
                         new Malformed(line(10), "channel number '0' is not a number from 1 to 16383"),
-                        new Malformed(line(11), "14 fields instead of 13 with colons between them"),
+                        new Malformed(line(11), "14 fields instead of 13 (separated by colons)"),
                         new Malformed(line(12), "source 'S190E' is not C, T, A or a position as in S19.2E"),
                         new Malformed(line(13), "tuning parameters 'H?·M5O35P0S1' are not letters with numbers"),
                         new Malformed(line(14), "network id '65536' is not a number from 0 to 65535"),

@@ -98,10 +98,10 @@ class DvbV5FileTest {
     void malformedLinesAreReportedWithFileLineAndReasonAndTheRestIsRead() {
         DvbV5File file = read("A = 1", "[CHANNEL]", "no value", "= 3", "B = 1", "B = 1", "B = 2", "C =", "[open",
                 "C = 4", "[x\u001b");
-        String notAHeading = " is not a heading; it and the lines up to the next one are left out";
+        String notAHeading = " is not a heading; this line and the lines up to the next heading are skipped";
         assertEquals(
                 List.of(
-                        new Malformed(line(1), "'A = 1' stands before the first heading"),
+                        new Malformed(line(1), "'A = 1' comes before the first heading"),
                         new Malformed(line(3), "'no value' is neither a heading nor of the form KEY = VALUE"),
                         new Malformed(line(4), "'= 3' is neither a heading nor of the form KEY = VALUE"),
                         new Malformed(line(7), "B is '2' here and '1' above; the first one is used"),

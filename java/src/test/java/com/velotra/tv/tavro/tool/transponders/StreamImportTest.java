@@ -256,7 +256,7 @@ class StreamImportTest {
                 """,
                 ImportFixture.summary(report));
         assertEquals(
-                "  left out table:2: 'nonsense' is neither a heading nor of the form KEY = VALUE\n"
+                "  malformed line table:2: 'nonsense' is neither a heading nor of the form KEY = VALUE\n"
                         + "  not imported table:1: no delivery system\n",
                 log.toString(StandardCharsets.UTF_8));
     }

@@ -1,0 +1,81 @@
+package com.velotra.tv.tavro.tool;
+
+import com.velotra.tv.tavro.services.channellist.RecordId;
+import com.velotra.tv.tavro.tool.tables.Kind;
+import com.velotra.tv.tavro.tool.transponders.ListIds;
+import java.util.Arrays;
+import picocli.CommandLine.ITypeConverter;
+import picocli.CommandLine.TypeConversionException;
+
+/** Converters for the arguments of the commands. Their exceptions are the message that the user sees. */
+final class Converters {
+    private static final int LAST_LIST = 65_535;
+
+    private Converters() {}
+
+    /** LIST,RECORD. */
+    static final class Record implements ITypeConverter<RecordId> {
+        @Override
+        public RecordId convert(String text) {
+            RecordId id;
+            try {
+                id = RecordId.parse(text);
+            } catch (IllegalArgumentException e) {
+                throw new TypeConversionException(e.getMessage());
+            }
+            if (!id.namesRecord()) {
+                throw new TypeConversionException("'" + text + "' is out of range: list ids are 1 to " + LAST_LIST
+                        + ", record ids 0 to " + (LAST_LIST - 1));
+            }
+            return id;
+        }
+    }
+
+    /** A list id. */
+    static final class ListId implements ITypeConverter<Integer> {
+        @Override
+        public Integer convert(String text) {
+            return number(text, 1, LAST_LIST, "a list id");
+        }
+    }
+
+    /** The first of the lists that an import fills. */
+    static final class FirstList implements ITypeConverter<Integer> {
+        @Override
+        public Integer convert(String text) {
+            return number(text, 1, LAST_LIST - ListIds.COUNT + 1, "the id of the first of " + ListIds.COUNT + " lists");
+        }
+    }
+
+    /** A list kind. */
+    static final class KindName implements ITypeConverter<Kind> {
+        @Override
+        public Kind convert(String text) {
+            return Arrays.stream(Kind.values())
+                    .filter(kind -> kind.toString().equals(text))
+                    .findFirst()
+                    .orElseThrow(() -> new TypeConversionException(
+                            "unknown kind '" + text + "': use services, streams, networks or satellites"));
+        }
+    }
+
+    /** A number of records. */
+    static final class Count implements ITypeConverter<Integer> {
+        @Override
+        public Integer convert(String text) {
+            return number(text, 0, Integer.MAX_VALUE, "a number of records");
+        }
+    }
+
+    private static int number(String text, int least, int most, String what) {
+        // Stricter than Java, which accepts signs and the digits of other scripts.
+        if (text.matches("[0-9]{1,10}")) {
+            long value = Long.parseLong(text);
+            if (value >= least && value <= most) {
+                return (int) value;
+            }
+        }
+        throw new TypeConversionException(
+                "'" + text + "' is not " + what + ": it must be from " + least + " to " + most);
+    }
+}

@@ -1,0 +1,55 @@
+package com.velotra.tv.tavro.tool;
+
+import com.velotra.tv.tavro.tool.input.Failure;
+import com.velotra.tv.tavro.tool.storage.Database;
+import com.velotra.tv.tavro.tool.storage.Storage;
+import com.velotra.tv.tavro.tool.tables.Kind;
+import java.nio.file.Path;
+import java.util.function.Supplier;
+
+/** Checks before a command uses the library. A failed check throws {@link Failure}, whose message says what to do. */
+final class Preconditions {
+    private Preconditions() {}
+
+    /** Calls the library. A library that cannot be loaded is a failure, not a bug. */
+    static <T> T withLibrary(Supplier<T> body) {
+        try {
+            return body.get();
+        } catch (UnsatisfiedLinkError e) {
+            throw new Failure(e.getMessage());
+        }
+    }
+
+    /** Checks that the storage directory can be read. */
+    static void needDirectory(Path directory) {
+        Storage.problem(directory).ifPresent(problem -> {
+            throw new Failure(problem);
+        });
+    }
+
+    /** Checks that a list exists. Creates nothing. */
+    static void needList(Kind kind, int listId) {
+        Path directory = Storage.directory();
+        needDirectory(directory);
+        // Without a database, the library is not loaded: it would create an empty one.
+        boolean hasLists = Storage.hasLists(directory);
+        if (hasLists && withLibrary(kind::lists).exists(listId)) {
+            return;
+        }
+        if (hasLists && Database.hasList(directory, kind.number(), listId)) {
+            throw new Failure(kind.noun() + " list " + listId + " in " + directory
+                    + " cannot be opened; see the log line of TavroHost");
+        }
+        throw new Failure("no " + kind.noun() + " list " + listId + " in " + directory);
+    }
+
+    /** Checks that a list which the natives return without records is empty. They also do so if it cannot be read. */
+    static void needEmpty(Kind kind, int listId) {
+        Path directory = Storage.directory();
+        int records = Database.records(directory, kind.number(), listId);
+        if (records > 0) {
+            throw new Failure(kind.noun() + " list " + listId + " in " + directory + " has " + records
+                    + " records that cannot be read; see the log line of TavroHost");
+        }
+    }
+}
