@@ -44,7 +44,7 @@ final class BenchFile {
             return nanoseconds("median");
         }
 
-        /** Time of an aggregate in nanoseconds; the time of the run when there are no aggregates. */
+        /** Time of an aggregate in nanoseconds; without aggregates, the time of the run. */
         double nanoseconds(String aggregate) {
             JsonObject entry = entry(aggregate);
             return Times.nanoseconds(entry.get("real_time").getAsDouble(), entry.get("time_unit").getAsString());
@@ -101,7 +101,7 @@ final class BenchFile {
             return new BenchFile(all.getAsJsonObject("context"), new ArrayList<>(found.values()));
         } catch (NoSuchFileException e) {
             throw new IOException(
-                    "there is no file '" + file + "'; ./tavro bench --json=" + file.getParent() + " makes it", e);
+                    "no file '" + file + "'; ./tavro bench --json=" + file.getParent() + " makes it", e);
         } catch (JsonParseException | ClassCastException | IllegalStateException | IllegalArgumentException
                 | NullPointerException e) {
             throw new IOException("'" + file + "' does not hold results of benchmarks as JSON: " + e.getMessage(), e);

@@ -15,7 +15,7 @@ public final class Contest {
         void run(int times) throws Exception;
     }
 
-    /** Does an operation some times and answers how many nanoseconds they took. */
+    /** Runs an operation several times and returns the nanoseconds. */
     public interface Clocked {
         long run(int times) throws Exception;
     }
@@ -93,7 +93,7 @@ public final class Contest {
         return measure(rounds, batches);
     }
 
-    /** Runs an action until it is warm; answers how many times it can be done in {@code seconds}. */
+    /** Warms an action up and returns how many times it runs in {@code seconds}. */
     private static int batch(Clocked action, double warmUp, double seconds) throws Exception {
         long end = System.nanoTime() + (long) (warmUp * NANOSECONDS);
         int times = 1;
@@ -112,7 +112,7 @@ public final class Contest {
         for (int round = 0; round < rounds; round++) {
             for (int turn = 0; turn < batches.length; turn++) {
                 int i = (turn + round) % batches.length; // each goes first in turn
-                System.gc(); // so that none pays for what another one left behind
+                System.gc(); // so that no entrant pays for the garbage of another
                 times[i][round] = (double) entrants.get(i).action().run(batches[i]) / batches[i];
             }
         }

@@ -105,7 +105,7 @@ public final class Document {
         }
     }
 
-    /** Keeps the plots with enough points for a line; answers the text that shows them. */
+    /** Keeps the plots with enough points for a line; returns the text that shows them. */
     private String drawn(String prefix, Map<String, Plot> found) {
         StringBuilder text = new StringBuilder();
         found.forEach((family, plot) -> {

@@ -91,7 +91,7 @@ public final class ImportBench {
         }
     }
 
-    /** Adds the rows of the last import; answers the nanoseconds that it took. */
+    /** Adds the rows of the last import; returns the nanoseconds. */
     private long addRows(String... count) throws IOException, InterruptedException {
         Path made = Files.createDirectory(home.resolve("floor"));
         List<String> words = new ArrayList<>(List.of(

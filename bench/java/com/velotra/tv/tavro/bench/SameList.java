@@ -61,7 +61,7 @@ final class SameList implements AutoCloseable {
         }
     }
 
-    /** Adds services to an empty list; answers their records. */
+    /** Adds services to an empty list; returns their records. */
     static List<byte[]> fill(int listId, Iterable<VltTvChannelInfoBase> services) {
         NativeServices.open(listId);
         for (VltTvChannelInfoBase service : services) {

@@ -2,7 +2,7 @@ package com.velotra.tv.tavro.bench;
 
 import java.util.Arrays;
 
-/** Measured values, one a round. */
+/** Measured values, one per round. */
 public final class Samples {
     private final double[] values;
 

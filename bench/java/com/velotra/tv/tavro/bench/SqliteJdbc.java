@@ -12,7 +12,7 @@ import java.util.ArrayList;
 import java.util.List;
 
 /**
- * A table of services in a SQLite database behind sqlite-jdbc, as durable as the stand-in's: see
+ * A table of services in a SQLite database through sqlite-jdbc, as durable as the stand-in's: see
  * host/services/storage.cpp.
  */
 abstract class SqliteJdbc<T> implements AutoCloseable {

@@ -10,7 +10,7 @@ import java.util.function.DoubleFunction;
 
 /** The results of the benchmark programs as Markdown tables. A ratio beyond its target is bold. */
 final class Tables {
-    // Targets of the natives, as in native_bench; those of the contests are in their results.
+    // Targets of the natives, as in native_bench; the results of the contests have their own targets.
     private static final double FLOOR_TARGET = 1.10;
     private static final double COPY_TARGET = 1.15;
     private static final double GROWTH_TARGET = 1.30;
@@ -46,7 +46,7 @@ final class Tables {
         return String.join("", rows);
     }
 
-    /** Times alone, with their coefficients of variation. */
+    /** Times only, with their coefficients of variation. */
     static String times(BenchFile file) {
         List<String> rows = head("Benchmark", "Median", "Variation");
         for (Benchmark one : file.benchmarks) {

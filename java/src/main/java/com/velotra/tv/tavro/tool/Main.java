@@ -41,7 +41,7 @@ public final class Main {
         int exit = run(arguments);
         IOException failure = out.failure();
         if (failure != null) {
-            // deliberate: a closed pipe is no message, only exit code 1, as in ./tavro list 1 | head
+            // deliberate: no message for a closed pipe, as in ./tavro list 1 | head
             if (!String.valueOf(failure.getMessage()).contains("Broken pipe")) {
                 System.err.println("tavro: cannot write the output: " + failure.getMessage());
             }

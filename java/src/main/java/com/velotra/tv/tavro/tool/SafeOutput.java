@@ -7,8 +7,8 @@ import java.io.PrintStream;
 import java.nio.charset.StandardCharsets;
 
 /**
- * Output in UTF-8 that cannot control the terminal: texts come from files and broadcasts. Control characters other than
- * line feeds are written as dots. It remembers the first failure, which a PrintStream does not report.
+ * UTF-8 output that cannot control the terminal, since texts come from files and broadcasts. Control characters other
+ * than line feeds become dots. Keeps the first failure, which a PrintStream does not report.
  */
 final class SafeOutput extends FilterOutputStream {
     private static final byte[] DOT = "·".getBytes(StandardCharsets.UTF_8);
@@ -22,12 +22,12 @@ final class SafeOutput extends FilterOutputStream {
         super(out);
     }
 
-    /** A stream that writes safely to {@code out}. */
+    /** Returns a stream that writes safely to {@code out}. */
     static Stream over(OutputStream out) {
         return new Stream(new SafeOutput(out));
     }
 
-    /** What System.out and System.err become. */
+    /** Replaces System.out and System.err. */
     static final class Stream extends PrintStream {
         private final SafeOutput output;
 
@@ -36,7 +36,7 @@ final class SafeOutput extends FilterOutputStream {
             this.output = output;
         }
 
-        /** Flushes. Returns why something could not be written, or null. */
+        /** Flushes. Returns the first failure to write, or null. */
         IOException failure() {
             flush();
             return output.failure;

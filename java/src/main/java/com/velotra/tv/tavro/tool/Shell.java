@@ -1,15 +1,15 @@
 package com.velotra.tv.tavro.tool;
 
-/** Words for a POSIX shell. */
+/** Commands that the user can paste into a shell. */
 final class Shell {
     private Shell() {}
 
-    /** How the user called the tool, as it can be pasted: ./tavro calls it with its own name. */
+    /** Returns how the user called the tool. */
     static String command() {
         return System.getProperty("tavro.command", Main.NAME);
     }
 
-    /** The word as it can be pasted into a shell: in single quotes unless it needs none. */
+    /** Returns the word for a POSIX shell, in single quotes if it needs them. */
     static String quoted(String word) {
         return word.matches("[A-Za-z0-9_./:=@%+-]+") ? word : "'" + word.replace("'", "'\\''") + "'";
     }

@@ -18,7 +18,7 @@ import org.junit.jupiter.api.BeforeEach;
 import org.junit.jupiter.api.Test;
 import org.junit.jupiter.api.io.TempDir;
 
-/** The tool over storage that cannot be read or written: one message, exit code 1, and nothing lost. */
+/** Storage that cannot be read or written: one message, exit code 1, and nothing is lost. */
 class FailingStorageTest {
     @TempDir
     Path folder;
@@ -42,7 +42,7 @@ class FailingStorageTest {
         return ToolProcess.run(folder, Map.of("TAVRO_HOME", home.toString()), arguments);
     }
 
-    /** Runs a script in a mount namespace of its own, in which home can be another file system; $@ is the tool. */
+    /** Runs a script, in which $@ is the tool, in a new mount namespace, so that it can mount over home. */
     private Result inNamespace(String script) throws Exception {
         List<String> unshare = List.of("unshare", "--map-root-user", "--mount");
         List<String> probe = new ArrayList<>(unshare);
@@ -90,12 +90,12 @@ class FailingStorageTest {
     void aLockedDatabaseStopsTheImportWithTheReason() throws Exception {
         assertEquals(0, tool("import", "--list", "1", satellites.toString()).exit());
         Process holder = new ProcessBuilder("sqlite3", "-batch", home.resolve("lists.db").toString()).start();
-        try (BufferedReader answers = holder.inputReader()) {
+        try (BufferedReader output = holder.inputReader()) {
             holder.outputWriter()
                     .append("PRAGMA locking_mode=EXCLUSIVE; BEGIN EXCLUSIVE; UPDATE lists SET version = version;\n"
                     + "SELECT 'held';\n").flush();
-            assertEquals("exclusive", answers.readLine());
-            assertEquals("held", answers.readLine());
+            assertEquals("exclusive", output.readLine());
+            assertEquals("held", output.readLine());
             Result result = tool("import", "--list", "1", satellites.toString());
             assertEquals(1, result.exit());
             assertEquals("", result.out());
@@ -112,7 +112,7 @@ class FailingStorageTest {
     }
 
     @Test
-    void aFileThatIsNotADatabaseIsReportedWithItsPathAndStaysAsItIs() throws Exception {
+    void aFileThatIsNotADatabaseIsReportedAndNotChanged() throws Exception {
         Path database = Files.writeString(home.resolve("lists.db"), "no database");
         for (String[] words : new String[][] {{"list", "1"}, {"show", "1,1"}, {"import", satellites.toString()}}) {
             Result result = tool(words);
@@ -132,7 +132,7 @@ class FailingStorageTest {
                 List.of("sqlite3", database.toString(), "PRAGMA wal_checkpoint(TRUNCATE)"), folder,
                 folder.resolve("out"), Map.of()));
         byte[] bytes = Files.readAllBytes(database);
-        for (int i = 16384; i < bytes.length; i++) { // the first four pages say that there are lists
+        for (int i = 16384; i < bytes.length; i++) { // the first four pages describe the lists
             bytes[i] = (byte) 0x5A;
         }
         Files.write(database, bytes, StandardOpenOption.TRUNCATE_EXISTING);

@@ -102,7 +102,7 @@ class ImportCommandTest {
     }
 
     @Test
-    void satellitesAreStoredFirstWhateverTheOrderAndTranspondersReferToThem() throws Exception {
+    void transpondersReferToSatellitesWhateverTheFileOrder() throws Exception {
         Path data = Files.createDirectory(folder.resolve("data"));
         String transponder = "[CHANNEL]\nDELIVERY_SYSTEM = DVBS2\nFREQUENCY = 11362000\n";
         Files.writeString(data.resolve("Astra-19.2E"), transponder);

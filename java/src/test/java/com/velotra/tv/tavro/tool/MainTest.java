@@ -20,7 +20,7 @@ import java.util.Map;
 import org.junit.jupiter.api.Test;
 import org.junit.jupiter.api.io.TempDir;
 
-/** The command line; over another storage directory than this virtual machine's, each command in one of its own. */
+/** The command line. With another storage directory, each command runs in a new virtual machine. */
 class MainTest {
     private static final String USAGE_LIST =
             """
@@ -72,7 +72,7 @@ class MainTest {
     }
 
     @Test
-    void namesAreWholeInEveryLocaleAndDoNotSteerTheTerminal() throws Exception {
+    void namesAreCompleteInEveryLocaleAndSafeForTheTerminal() throws Exception {
         VltTvChannelList lists = VltTvChannelList.getInstance();
         lists.open(3);
         lists.add(3, new VltTvChannelInfoBase().setServiceName("Zwölf\u001b[2J").setServiceId(101));
@@ -148,7 +148,7 @@ class MainTest {
     }
 
     @Test
-    void wrongUsageEndsWithTwoAndNamesTheWordWithoutTheWholeUsage() throws Exception {
+    void wrongUsageExitsWithTwoAndNamesTheWord() throws Exception {
         String invalid = "tavro: Invalid value for ";
         assertEquals(
                 new Result(2, "", invalid + "positional parameter at index 0 (LIST,RECORD): "

@@ -10,20 +10,20 @@ import java.util.ArrayList;
 import java.util.List;
 import java.util.Map;
 
-/** Runs the tool, in a virtual machine of its own or in this one. */
+/** Runs the tool in a new virtual machine or in this one. */
 public final class ToolProcess {
-    /** How a run ended, and what it printed. */
+    /** Exit code and output of a run. */
     public record Result(int exit, String out, String err) {}
 
     private ToolProcess() {}
 
-    /** Runs the tool with {@code environment} on top of this machine's; its output passes through {@code folder}. */
+    /** Runs the tool with {@code environment} added to this machine's; {@code folder} is for temporary files. */
     public static Result run(Path folder, Map<String, String> environment, String... arguments)
             throws IOException, InterruptedException {
         return runWithLibraryPath(System.getProperty("java.library.path"), folder, environment, arguments);
     }
 
-    /** The same with the library to be found in {@code libraryPath}. */
+    /** Runs the tool with another library path. */
     public static Result runWithLibraryPath(
             String libraryPath, Path folder, Map<String, String> environment, String... arguments)
             throws IOException, InterruptedException {
@@ -33,7 +33,7 @@ public final class ToolProcess {
         return new Result(exit, Files.readString(out), Files.readString(folder.resolve("err")));
     }
 
-    /** The command line that runs the tool in a virtual machine of its own. */
+    /** Returns the command line that runs the tool in a new virtual machine. */
     public static List<String> command(String libraryPath, String... arguments) {
         List<String> command = new ArrayList<>(List.of(
                 Path.of(System.getProperty("java.home"), "bin", "java").toString(),
@@ -56,7 +56,7 @@ public final class ToolProcess {
         return builder.start().waitFor();
     }
 
-    /** Runs the tool in this virtual machine, over this one's storage directory. */
+    /** Runs the tool in this virtual machine, with its storage directory. */
     public static Result runHere(String... arguments) {
         PrintStream out = System.out;
         PrintStream err = System.err;

@@ -74,7 +74,7 @@ public enum Format {
         if (!dvbV5) {
             votes.remove(DVBV5);
         }
-        if (!channels) { // group headings alone are not a list
+        if (!channels) { // a file with only group headings is not a list
             votes.remove(CHANNELS);
         }
         if (votes.isEmpty()) {

@@ -13,8 +13,8 @@ import java.util.regex.Matcher;
 import java.util.regex.Pattern;
 
 /**
- * How dishes are switched, in the diseqc.conf form of Debian's vdr package: a line is a satellite position, the
- * frequency in MHz up to which it counts, a polarization (V, H, L or R), the local oscillator in MHz and the commands:
+ * A file in the diseqc.conf format of Debian's vdr package. A line has a satellite position, the frequency in MHz up to
+ * which the line applies, a polarization (V, H, L or R), the local oscillator in MHz and commands:
  *
  * <pre>
  * t T      22 kHz tone off, on
@@ -26,17 +26,17 @@ import java.util.regex.Pattern;
  * Wn       wait n ms
  * </pre>
  *
- * A line of numbers with a colon after them restricts those below it to some devices. Blank lines and lines that begin
- * with {@code #} are ignored.
+ * A line of numbers and a colon restricts the following lines to certain devices. Blank lines and lines that begin with
+ * {@code #} are ignored.
  */
 final class DiseqcConf {
     /**
-     * What is sent for one band and polarization.
+     * The commands for one band and polarization.
      *
-     * @param upTo MHz, from 1; the last band ends beyond all transponders
+     * @param upTo end of the band in MHz; the last band ends above all transponders
      * @param polarization V, H, L or R
-     * @param oscillator MHz, 16 bits
-     * @param commands as they are written
+     * @param oscillator in MHz, 16 bits
+     * @param commands as written in the file
      */
     record Sequence(int upTo, char polarization, int oscillator, List<String> commands) {}
 

@@ -16,11 +16,11 @@ import java.util.stream.Collectors;
 import java.util.stream.Stream;
 
 /**
- * How the dish is switched to one satellite, as the values of its record.
+ * The dish settings of one satellite, as values of its record.
  *
- * <p>The file says it band by band and polarization by polarization; a record has room for two bands and one switch.
- * What the lines say differently in any other way than a universal LNB needs cannot be kept. The platform leaves the
- * numbers of tone, power and polarization to the Java side; they are fixed here.
+ * <p>The file has a line for each band and polarization; a record has fields for two bands and one switch. Settings
+ * that differ between lines are kept only if they differ as a universal LNB requires; others are dropped. The platform
+ * does not define the numbers of tone, power and polarization; this class does.
  */
 final class Dish {
     private static final int TONE_OFF = 0;
@@ -40,11 +40,11 @@ final class Dish {
     private static final int BURST_POSITION = 5; // A; B is the next
     private static final int NO_POSITION = 255;
 
-    // MHz: the bands of a universal LNB, and an end beyond all transponders.
+    // MHz: the bands of a universal LNB, and an end of band above all transponders.
     private static final List<Integer> UNIVERSAL = List.of(9750, 11700, 10600);
     private static final int OPEN_END = 99999;
 
-    // DiSEqC commands that a record has a field for; the low digit of the first two is what they carry.
+    // DiSEqC commands that a record has a field for. The value of the first two is their last digit.
     private static final String COMMITTED = "E0 10 38 F[0-9A-F]";
     private static final String UNCOMMITTED = "E0 10 39 F[0-9A-F]";
     private static final String SINGLE_CABLE = "E0 10 5A( [0-9A-F]{2}){2}";
@@ -62,20 +62,20 @@ final class Dish {
         burst = same("tone bursts that differ", command -> "AB".contains(command) ? "AB".indexOf(command) : null);
     }
 
-    /** Values that the record has no field for, one text per value; known when the values have been put. */
+    /** Returns the dropped values, one text per value. Valid after {@link #put}. */
     Set<String> dropped() {
         return dropped;
     }
 
-    /** The tone burst that goes with a switch port; it has to be written after the port, which overrides it. */
+    /** Returns the tone burst beside a switch port. It must be written after the port, which overwrites it. */
     OptionalInt burstBesidePort() {
         return port != null && burst != null ? OptionalInt.of(burst) : OptionalInt.empty();
     }
 
     /**
-     * Puts the values into a record object. Updates do not take the polarization.
+     * Puts the values into a record object. An update cannot change the polarization.
      *
-     * @param polarizationBefore that of the record to be updated; nothing for a new one
+     * @param polarizationBefore polarization of the record to be updated; nothing for a new record
      */
     void put(VltTvSatelliteInfoBase info, OptionalInt polarizationBefore) {
         info.setMaskStatusOn(1);
@@ -84,7 +84,7 @@ final class Dish {
         putTone(info);
         putPower(info);
         putPolarization(info, polarizationBefore);
-        commands().forEach(this::leave);
+        commands().forEach(this::drop);
     }
 
     private void putLnb(VltTvSatelliteInfoBase info) {
@@ -175,7 +175,7 @@ final class Dish {
         }
     }
 
-    private void leave(String text) {
+    private void drop(String text) {
         if (text.startsWith("W")) {
             dropped.add("waiting times");
         } else if (text.startsWith("P")) {
@@ -187,7 +187,7 @@ final class Dish {
         }
     }
 
-    /** All commands, those of DiSEqC without brackets, in capitals and with one blank between their bytes. */
+    /** Returns all commands; DiSEqC commands without brackets, in upper case, with one blank between bytes. */
     private Stream<String> commands() {
         return sequences.stream().flatMap(sequence -> sequence.commands().stream())
                 .map(command -> command.startsWith("[")
@@ -195,7 +195,7 @@ final class Dish {
                 : command);
     }
 
-    /** The value that the commands have, null from those without one; when they differ, the first is used. */
+    /** Returns the first value of any command; null if none has one. Drops {@code difference} if there are others. */
     private Integer same(String difference, Function<String, Integer> value) {
         List<Integer> values = commands().map(value).filter(Objects::nonNull).distinct().toList();
         if (values.size() > 1) {
@@ -208,17 +208,17 @@ final class Dish {
         return sequences.stream().allMatch(rule);
     }
 
-    // Banks are counted by band, polarization and position, the first two with a bit each.
+    // A bank number has a bit for the band, a bit for the polarization, and the position above them.
     private static Integer singleCablePosition(String command) {
         return command.startsWith("S") ? Integer.parseInt(command.substring(1)) >> 2 : null;
     }
 
-    /** The last digit of a DiSEqC command, shifted to the right; null when it is not of that form. */
+    /** Returns the last digit of a DiSEqC command, shifted right; null if the command does not match. */
     private static Integer hexDigit(String command, String pattern, int shift) {
         return command.matches(pattern) ? Character.digit(command.charAt(command.length() - 1), 16) >> shift : null;
     }
 
-    /** The one of two commands that comes last and so holds from then on, or nothing. */
+    /** Returns the last occurrence of two commands, which is the one in effect; empty if there is none. */
     private static String last(Sequence sequence, String one, String other) {
         return sequence.commands().stream()
                 .filter(command -> command.equals(one) || command.equals(other))

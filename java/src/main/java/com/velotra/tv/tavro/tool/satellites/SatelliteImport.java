@@ -17,8 +17,8 @@ import java.util.OptionalInt;
 import java.util.Set;
 
 /**
- * Stores satellites in a satellite list, with the switch settings of the dishes that receive them. A satellite whose
- * position is in the list already is updated: a list has one satellite per position.
+ * Stores satellites and their dish settings in a satellite list. A satellite whose position is already in the list is
+ * updated: a list has one satellite per position.
  */
 public final class SatelliteImport {
     private static final int NAME_BYTES = 64; // of modified UTF-8
@@ -32,14 +32,14 @@ public final class SatelliteImport {
     private ListCounts counts;
     private Satellites satellites;
 
-    /** Satellites go to list {@code listId}, which is opened when they are stored. */
+    /** Stores into list {@code listId}, which {@link #store} opens. */
     public SatelliteImport(VltTvSatelliteList lists, int listId, ImportReport report) {
         this.lists = lists;
         this.listId = listId;
         this.report = report;
     }
 
-    /** Takes the satellites of a file in the sources.conf form; {@link #store} stores them. */
+    /** Adds the satellites of a sources.conf; {@link #store} stores them. */
     public void addSources(Source source) {
         SourcesConf conf = SourcesConf.read(source);
         sources.addAll(conf.satellites);
@@ -47,7 +47,7 @@ public final class SatelliteImport {
         conf.others.forEach(code -> report.skipped("not a satellite (source " + code + ")"));
     }
 
-    /** Takes what a file in the diseqc.conf form says about dishes; {@link #store} stores it. */
+    /** Adds the dish settings of a diseqc.conf; {@link #store} stores them. */
     public void addSwitches(Source source) {
         DiseqcConf conf = DiseqcConf.read(source);
         conf.sequences.forEach(
@@ -59,10 +59,10 @@ public final class SatelliteImport {
     }
 
     /**
-     * Stores everything that was taken. Returns the satellites of the list, earlier ones included.
+     * Stores everything that was added. Returns all satellites of the list.
      *
-     * @throws com.velotra.tv.tavro.services.channellist.ChannelListException when the storage fails; those before stay
-     *         stored
+     * @throws com.velotra.tv.tavro.services.channellist.ChannelListException if the storage fails; records stored so
+     *         far are kept
      */
     public Satellites store() {
         lists.open(listId);
@@ -91,7 +91,7 @@ public final class SatelliteImport {
         return satellites;
     }
 
-    /** @param source the satellite's name and place in its file, or null when there are only dish settings */
+    /** @param source satellite of a sources.conf; null if there are only dish settings */
     private void storeAt(OrbitalPosition position, SourcesConf.Satellite source) {
         RecordId known = satellites.at(position).orElse(null);
         VltTvSatelliteInfoBase info = new VltTvSatelliteInfoBase();

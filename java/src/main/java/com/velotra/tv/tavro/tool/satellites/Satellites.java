@@ -10,13 +10,13 @@ import java.util.List;
 import java.util.Map;
 import java.util.Optional;
 
-/** The satellite records of one list by their orbital positions, of several at one position the first. */
+/** The satellite records of one list by orbital position. Of several at one position, the first counts. */
 public final class Satellites {
     private final int listId;
     private final Map<OrbitalPosition, RecordId> records = new HashMap<>();
     private final Map<RecordId, OrbitalPosition> positions = new HashMap<>();
 
-    /** Reads the positions of a list; none when there is no such list, which is not created. */
+    /** Reads the positions of a list. A list that does not exist is not created. */
     public Satellites(VltTvSatelliteList lists, int listId) {
         this.listId = listId;
         if (lists.exists(listId)) {
@@ -31,22 +31,22 @@ public final class Satellites {
         positions.put(id, position);
     }
 
-    /** The position of a satellite record; nothing when this list has no such record. */
+    /** Returns the position of a satellite record; nothing if the list has no such record. */
     public Optional<OrbitalPosition> positionOf(RecordId id) {
         return Optional.ofNullable(positions.get(id));
     }
 
-    /** The satellite at that position. */
+    /** Returns the satellite at a position. */
     public Optional<RecordId> at(OrbitalPosition position) {
         return Optional.ofNullable(records.get(position));
     }
 
-    /** The satellite at a position in text form, as in {@code S19.2E}; nothing when there is none. */
+    /** Returns the satellite at a position such as {@code S19.2E}; nothing if there is none. */
     public Optional<RecordId> find(String position) {
         return parse(position).flatMap(this::at);
     }
 
-    /** Why {@link #find} finds no satellite. */
+    /** Returns why {@link #find} finds no satellite. */
     public String whyNone(String position) {
         if (position.isEmpty()) {
             return "no orbital position at the end of the file's name";
@@ -60,9 +60,9 @@ public final class Satellites {
     }
 
     /**
-     * A position in a line of a file.
+     * Parses a position in a line of a file.
      *
-     * @throws IllegalArgumentException when the text is not one
+     * @throws IllegalArgumentException if it is not a position
      */
     static OrbitalPosition read(String position) {
         return parse(position).orElseThrow(() -> new IllegalArgumentException(
@@ -70,7 +70,7 @@ public final class Satellites {
                         + " is not an orbital position; write degrees from 0 to 180 as in S19.2E or S5W"));
     }
 
-    /** A position in text form; nothing when it is not one. */
+    /** Parses a position; nothing if it is not one. */
     public static Optional<OrbitalPosition> parse(String position) {
         try {
             return Optional.of(OrbitalPosition.parse(position));

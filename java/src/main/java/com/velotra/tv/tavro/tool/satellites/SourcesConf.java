@@ -9,12 +9,12 @@ import java.util.ArrayList;
 import java.util.List;
 
 /**
- * Satellite positions in the sources.conf form of Debian's vdr package: a line is a code and a name with blanks between
- * them. Codes of satellites are positions as in {@code S19.2E}; a single letter other than S stands for a source of
- * another medium. Blank lines and lines that begin with {@code #} are ignored.
+ * A file in the sources.conf format of Debian's vdr package. A line has a code and a name, separated by blanks. The
+ * code of a satellite is its position, such as {@code S19.2E}; a single letter other than S is a source of another
+ * medium. Blank lines and lines that begin with {@code #} are ignored.
  */
 final class SourcesConf {
-    /** A satellite: where it is in the file and in the sky, and its name. */
+    /** A satellite: its place in the file, its position in the sky and its name. */
     record Satellite(Place place, OrbitalPosition position, String name) {}
 
     final List<Satellite> satellites = new ArrayList<>();

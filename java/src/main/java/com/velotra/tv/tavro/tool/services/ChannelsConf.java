@@ -11,20 +11,19 @@ import java.util.ArrayList;
 import java.util.List;
 
 /**
- * Service lists in the channels.conf form of Debian's vdr package.
+ * A service list in the channels.conf format of Debian's vdr package.
  *
- * <p>A line is a service: thirteen fields with colons between them,
+ * <p>A line is a service, with thirteen fields separated by colons:
  *
  * <pre>Name,Short;Provider:Frequency:Parameters:Source:SymbolRate:VPID:APIDs:TPID:CAIDs:SID:NID:TID:RID</pre>
  *
- * of which older files leave the last one out. A bar in a name stands for a colon; a short name holds no comma. A line
- * that begins with a colon is a group heading; {@code :@N} before its text gives the number N to the service that
- * follows, and the next numbers to the services after it, up to the next heading with a number. Numbers only grow.
- * Blank lines and lines that begin with {@code #} are ignored.
+ * Older files lack the last field. A bar in a name stands for a colon; a short name has no comma. A line that begins
+ * with a colon is a group heading. {@code :@N} before its text numbers the following services from N, up to the next
+ * heading with a number. Numbers only increase. Blank lines and lines that begin with {@code #} are ignored.
  */
 public final class ChannelsConf {
     private static final int FIELDS = 13;
-    private static final int FIRST_CA_SYSTEM = 0x100; // smaller numbers are local devices
+    private static final int FIRST_CA_SYSTEM = 0x100; // smaller numbers are devices of the receiver
 
     private final List<Service> services = new ArrayList<>();
     private final List<Malformed> malformed = new ArrayList<>();
@@ -46,12 +45,12 @@ public final class ChannelsConf {
         return services;
     }
 
-    /** The lines that cannot be read. */
+    /** The malformed lines. */
     public List<Malformed> malformed() {
         return malformed;
     }
 
-    /** How many group headings the file has. */
+    /** The number of group headings. */
     public int groups() {
         return groups;
     }

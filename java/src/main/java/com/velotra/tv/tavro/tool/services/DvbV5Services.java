@@ -9,9 +9,9 @@ import java.util.LinkedHashMap;
 import java.util.List;
 import java.util.Map;
 
-/** The services of a file in the DVBv5 form, as the DVBv5 tools write them: named blocks with a {@code SERVICE_ID}. */
+/** The services of a DVBv5 file: named blocks with a {@code SERVICE_ID}. */
 public final class DvbV5Services {
-    // Keys that describe the service; the others are tuning parameters.
+    // Keys of the service; all others are tuning parameters.
     private static final String SERVICE_KEYS = "SERVICE_ID|NETWORK_ID|TRANSPORT_ID|VIDEO_PID|AUDIO_PID|PID_.*";
 
     private final List<Service> services = new ArrayList<>();
@@ -39,7 +39,7 @@ public final class DvbV5Services {
         return services;
     }
 
-    /** The services that cannot be read. */
+    /** The malformed services. */
     public List<Malformed> malformed() {
         return malformed;
     }
@@ -50,7 +50,7 @@ public final class DvbV5Services {
         tuning.keySet().removeIf(key -> key.matches(SERVICE_KEYS));
         int number = channelNumber(values.getOrDefault("VCHANNEL", ""));
         if (number != 0) {
-            tuning.remove("VCHANNEL"); // one that is not a number stays, and is reported as dropped
+            tuning.remove("VCHANNEL"); // otherwise it stays, and is reported as dropped
         }
         return new Service(
                 block.place(),

@@ -12,7 +12,7 @@ import java.util.Map;
 import java.util.Set;
 
 /**
- * The network records that services and transport streams refer to: one per network id and list, made when it is first
+ * The network records that services and transport streams refer to: one per network id and list, added when it is first
  * needed.
  */
 final class Networks {
@@ -20,14 +20,14 @@ final class Networks {
     private final ImportReport report;
     private final Map<Integer, Map<Integer, RecordId>> records = new HashMap<>(); // by list id, then by network id
 
-    private final Set<RecordId> found = new HashSet<>(); // there before this import, and not yet referred to by it
+    private final Set<RecordId> found = new HashSet<>(); // existed before this import, which does not refer to them yet
 
     Networks(VltTvNetworkList lists, ImportReport report) {
         this.lists = lists;
         this.report = report;
     }
 
-    /** The record of a network in the list of that id. A record that is there already stays as it is. */
+    /** Returns the record of a network; adds it if the list has none. An existing record is not changed. */
     RecordId of(int listId, int networkId) {
         Map<Integer, RecordId> known = records.computeIfAbsent(listId, this::read);
         if (found.remove(known.get(networkId))) {

@@ -7,21 +7,21 @@ import java.util.Map;
 import java.util.stream.Collectors;
 
 /**
- * Notes the network of services, as the middleware's own scan does on a TV.
+ * Writes the network references of service records, which the middleware's own scan does on a TV.
  *
- * <p>No key of a channel object stores it: the bytes 30 to 33 of a service record are the middleware's to write. Here
- * they are written into the stored records through Debian's sqlite3.
+ * <p>No key of the Java object sets them: only the middleware writes bytes 30 to 33 of a service record. Here they are
+ * written into the database by Debian's sqlite3.
  */
 final class ScanStandIn {
     private ScanStandIn() {}
 
     /**
-     * Makes services of one list point at network records.
+     * Makes services of a list refer to network records.
      *
-     * @param networks the network record of each service, by the service's record id
-     * @throws com.velotra.tv.tavro.tool.input.Failure when the database cannot be used; none is noted then
+     * @param networks network record of each service, by record id of the service
+     * @throws com.velotra.tv.tavro.tool.input.Failure if the database cannot be used; nothing is written then
      */
-    static void noteNetworks(Path storage, int listId, Map<Integer, RecordId> networks) {
+    static void writeNetworks(Path storage, int listId, Map<Integer, RecordId> networks) {
         Map<RecordId, String> services = networks.entrySet().stream().collect(Collectors.groupingBy(
                 Map.Entry::getValue, Collectors.mapping(entry -> entry.getKey().toString(), Collectors.joining(","))));
         StringBuilder sql = new StringBuilder("BEGIN IMMEDIATE;\n");

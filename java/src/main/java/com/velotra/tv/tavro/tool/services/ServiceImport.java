@@ -20,11 +20,11 @@ import java.util.Map;
 import java.util.Optional;
 
 /**
- * Stores services in service lists, with the transport streams and networks that they refer to. A service that its list
- * has already is updated. Transport streams and networks go to the lists with the id of the service list.
+ * Stores services in service lists, and the transport streams and networks that they refer to in the lists with the
+ * same id. A service that is already in its list is updated.
  */
 public final class ServiceImport {
-    /** Learns of every service that was stored. */
+    /** Called for every stored service. */
     public interface Observer {
         void stored(Service service, RecordId id, Stored stream);
     }
@@ -33,7 +33,7 @@ public final class ServiceImport {
     private static final int TELEVISION = 1;
     private static final int RADIO = 2;
 
-    // What a record keeps of its texts, in bytes of modified UTF-8.
+    // Length of the fields, in bytes of modified UTF-8.
     private static final int NAME_BYTES = 64;
     private static final int SHORT_NAME_BYTES = 16;
 
@@ -44,10 +44,10 @@ public final class ServiceImport {
     private final ImportReport report;
     private final Observer observer;
     private final Map<Integer, ServiceList> targets = new HashMap<>();
-    // of this import, by all that the file says about them
+    // Stored by this import, by all values in the file.
     private final Map<List<Object>, Stored> transponders = new HashMap<>();
 
-    /** Transport streams are stored by {@code streams}. */
+    /** Stores transport streams through {@code streams}. */
     public ServiceImport(VltTvChannelList lists, VltTvTransportStreamList streamLists, VltTvNetworkList networkLists,
             StreamImport streams, ImportReport report, Observer observer) {
         this.lists = lists;
@@ -59,10 +59,10 @@ public final class ServiceImport {
     }
 
     /**
-     * Stores services, and then notes their networks in the storage directory {@code storage}.
+     * Stores services, and then writes their network references in the storage directory {@code storage}.
      *
-     * @throws com.velotra.tv.tavro.services.channellist.ChannelListException when the storage fails; those before stay
-     *         stored
+     * @throws com.velotra.tv.tavro.services.channellist.ChannelListException if the storage fails; records stored so
+     *         far are kept
      */
     public void storeAll(List<Service> services, Path storage) {
         report.beginSteps();
@@ -75,7 +75,7 @@ public final class ServiceImport {
             report.step(services.size(), "services");
         }
         for (ServiceList list : targets.values()) {
-            list.noteNetworks(storage);
+            list.writeNetworks(storage);
         }
     }
 
@@ -115,7 +115,7 @@ public final class ServiceImport {
         return known;
     }
 
-    /** @param before the record that is to be updated, whose edits by the user stay; nothing for a new one */
+    /** @param before record to be updated, whose edits by the user are kept; nothing for a new record */
     private VltTvChannelInfoBase convert(Service service, RecordId stream, Optional<ServiceRecord> before) {
         int type = service.hasVideo() ? TELEVISION : RADIO;
         VltTvChannelInfoBase info = new VltTvChannelInfoBase()
@@ -143,14 +143,14 @@ public final class ServiceImport {
         return info;
     }
 
-    // The library cuts at a byte; cutting here at a character keeps the last one whole.
+    // deliberate: the library would cut names too, but within a character.
 
-    /** The name as a record keeps it. */
+    /** Returns the name, cut to the length of its field. */
     public static String name(Service service) {
         return ModifiedUtf8.cut(service.name(), NAME_BYTES);
     }
 
-    /** The short name as a record keeps it. */
+    /** Returns the short name, cut to the length of its field. */
     public static String shortName(Service service) {
         return ModifiedUtf8.cut(service.shortName(), SHORT_NAME_BYTES);
     }

@@ -22,8 +22,8 @@ import java.util.Set;
 import java.util.function.Function;
 
 /**
- * One service list during an import: finds the record of a service by its original network, transport stream and
- * service id, or by its transport stream record and service id when those ids are not known.
+ * One service list during an import. Finds the record of a service by original network id, transport stream id and
+ * service id; if those ids are not known, by transport stream record and service id.
  */
 final class ServiceList {
     private record ByIds(Ids ids, int serviceId) {}
@@ -33,14 +33,14 @@ final class ServiceList {
     private final VltTvChannelList lists;
     private final int id;
     private final ListCounts counts;
-    private final Map<ByIds, RecordId> byIds = new HashMap<>(); // those whose ids are known
+    private final Map<ByIds, RecordId> byIds = new HashMap<>(); // services whose ids are known
     private final Map<ByStream, RecordId> byStream = new HashMap<>();
     private final Set<RecordId> stored = new HashSet<>(); // by this import
-    private final Map<Integer, RecordId> networkBefore = new HashMap<>(); // by record id; earlier services alone
-    private final Map<Integer, RecordId> networks = new LinkedHashMap<>(); // to be noted, by record id
+    private final Map<Integer, RecordId> networkBefore = new HashMap<>(); // by record id; existing services only
+    private final Map<Integer, RecordId> networks = new LinkedHashMap<>(); // to be written, by record id
     private int size;
 
-    /** Opens the list and reads what is in it. */
+    /** Opens and reads the list. */
     ServiceList(VltTvChannelList lists, VltTvTransportStreamList streamLists, int id, ImportReport report) {
         this.lists = lists;
         this.id = id;
@@ -73,9 +73,9 @@ final class ServiceList {
     }
 
     /**
-     * Adds or updates a service. Returns its record, or null when this import has stored the service before.
+     * Adds or updates a service. Returns its record; null if this import has already stored the service.
      *
-     * @param values what is to be stored, given the record that is there
+     * @param values returns the values to store, given the existing record
      */
     RecordId store(int serviceId, Stored stream, Function<Optional<ServiceRecord>, VltTvChannelInfoBase> values)
             throws NotImportable {
@@ -103,17 +103,17 @@ final class ServiceList {
         return known;
     }
 
-    /** The network record of a service, to be noted at the end. */
+    /** Sets the network of a service, to be written at the end. */
     void setNetwork(RecordId service, RecordId network) {
         if (!network.equals(networkBefore.get(service.recordId()))) {
             networks.put(service.recordId(), network);
         }
     }
 
-    /** Notes the networks of services that were new or had another one. */
-    void noteNetworks(Path storage) {
+    /** Writes the networks of services that are new or had another network. */
+    void writeNetworks(Path storage) {
         if (!networks.isEmpty()) {
-            ScanStandIn.noteNetworks(storage, id, networks);
+            ScanStandIn.writeNetworks(storage, id, networks);
             networks.keySet().stream().filter(networkBefore::containsKey)
                     .forEach(service -> counts.updated(service, true));
         }

@@ -9,10 +9,10 @@ import java.util.regex.Matcher;
 import java.util.regex.Pattern;
 
 /**
- * The tuning fields of a channels.conf line, under their DVBv5 names: frequency, parameters and symbol rate.
+ * The tuning fields of a channels.conf line under their DVBv5 names: frequency, parameters and symbol rate.
  *
- * <p>Parameters are letters with a number each: H, V, L, R polarization; B bandwidth in MHz; C code rate, the
- * high-priority one of terrestrial services; D low-priority code rate; G guard interval; I inversion; M modulation; N
+ * <p>A parameter is a letter and a number: H, V, L, R polarization; B bandwidth in MHz; C code rate (of terrestrial
+ * services, the high-priority one); D low-priority code rate; G guard interval; I inversion; M modulation; N
  * pilot; O roll-off; P stream id; Q T2 system id; S generation (1: S2 or T2); T transmission mode; X single or multiple
  * antennas; Y hierarchy. 999 is "automatic".
  */
@@ -20,7 +20,7 @@ final class VdrTuning {
     private static final Pattern PARAMETER = Pattern.compile("([A-Z])(\\d*)");
     private static final String AUTO = "999";
 
-    // What has no arithmetic from the number to the DVBv5 name.
+    // Numbers whose DVBv5 name does not follow from a rule.
     private static final Map<String, String> MODULATION = Map.of(
             "2", "QPSK", "5", "PSK/8", "6", "APSK/16", "7", "APSK/32", "10", "VSB/8", "11", "VSB/16", "12", "DQPSK",
             "998", "QAM/AUTO");
@@ -36,12 +36,12 @@ final class VdrTuning {
     }
 
     /**
-     * The parameters of a service.
+     * Returns the tuning parameters of a service.
      *
-     * @param source the first letter of the source field: S, C, T or A
-     * @param frequency as the file has it: MHz for satellites; MHz, kHz or Hz for other media, by its size
-     * @param symbolRate in thousands per second; it means nothing for terrestrial services
-     * @throws IllegalArgumentException when the parameters cannot be read
+     * @param source first letter of the source field: S, C, T or A
+     * @param frequency as in the file: MHz for satellites; MHz, kHz or Hz for other media, depending on its size
+     * @param symbolRate in thousands per second; ignored for terrestrial services
+     * @throws IllegalArgumentException if the parameters are malformed
      */
     static Map<String, String> values(char source, int frequency, String parameters, int symbolRate) {
         VdrTuning tuning = new VdrTuning(source);
@@ -64,7 +64,7 @@ final class VdrTuning {
         return tuning.values;
     }
 
-    /** kHz for satellites, Hz for other media. */
+    /** Returns kHz for satellites, Hz for other media. */
     private long frequency(int frequency) {
         if (source == 'S') {
             return frequency * 1000L;
@@ -119,7 +119,7 @@ final class VdrTuning {
         }
     }
 
-    /** 23 is 2/3, 910 is 9/10. */
+    /** Returns a code rate: 2/3 for 23, 9/10 for 910. */
     private static String rate(String number) {
         return number.equals("0") || number.isEmpty() ? "NONE" : number.charAt(0) + "/" + number.substring(1);
     }

@@ -14,40 +14,39 @@ import java.util.regex.Matcher;
 import java.util.regex.Pattern;
 
 /**
- * A file in the DVBv5 form: blocks that begin with a heading in brackets and hold a {@code KEY = VALUE} line for each
- * parameter. {@code #} begins a comment. A block is a transponder, or a service on one when it has a
- * {@code SERVICE_ID}.
+ * A file in the DVBv5 format. A block begins with a heading in brackets and has a {@code KEY = VALUE} line for each
+ * parameter. {@code #} begins a comment. A block describes a transponder or, with a {@code SERVICE_ID}, a service.
  */
 public final class DvbV5File {
     /**
      * One block.
      *
-     * @param place where its heading is
+     * @param place of its heading
      * @param heading the text in brackets
-     * @param values its parameters, in the order of the file
+     * @param values parameters in the order of the file
      */
     public record Block(Place place, String heading, Map<String, String> values) {
-        /** Whether the heading is a name; {@code [CHANNEL]} names nothing. */
+        /** Returns whether the heading is a name, not {@code [CHANNEL]}. */
         public boolean isNamed() {
             return !heading.equalsIgnoreCase("CHANNEL");
         }
 
-        /** Whether it describes a service. */
+        /** Returns whether the block describes a service. */
         public boolean isService() {
             return isNamed() && values.containsKey("SERVICE_ID");
         }
     }
 
-    // A heading may have a number sign in it, and a comment after it.
+    // A heading may contain a number sign, and a comment may follow it.
     private static final Pattern HEADING = Pattern.compile("\\[(.*?)\\]\\s*(#.*)?");
 
-    // The names of scan tables end with the satellite's position, as in Astra-19.2E.
+    // The file name of a satellite scan table ends with the position, as in Astra-19.2E.
     private static final Pattern POSITION = Pattern.compile("[-_]([0-9.]+[EW])$");
 
     private final String position;
     private final List<Block> blocks = new ArrayList<>();
     private final List<Malformed> malformed = new ArrayList<>();
-    private boolean skipping; // below a malformed heading, whose lines belong to no other block
+    private boolean skipping; // after a malformed heading, whose lines belong to no block
 
     private DvbV5File(String position) {
         this.position = position;
@@ -60,18 +59,18 @@ public final class DvbV5File {
         return file;
     }
 
-    /** The position at the end of a file's name, as in S19.2E, or empty. */
+    /** Returns the position at the end of a file name, such as S19.2E; empty if there is none. */
     static String positionIn(String fileName) {
         Matcher matcher = POSITION.matcher(fileName);
         return matcher.find() ? "S" + matcher.group(1) : "";
     }
 
-    /** The blocks of the file. */
+    /** Returns the blocks of the file. */
     public List<Block> blocks() {
         return blocks;
     }
 
-    /** The blocks that describe transponders. */
+    /** Returns the transponders of the file. */
     public List<Transponder> transponders() {
         return blocks.stream()
                 .filter(block -> !block.isService())
@@ -80,12 +79,12 @@ public final class DvbV5File {
                 .toList();
     }
 
-    /** The position that the file's name ends with, as in S19.2E, or empty. */
+    /** Returns the position at the end of the file name, such as S19.2E; empty if there is none. */
     public String position() {
         return position;
     }
 
-    /** The lines that were left out. */
+    /** Returns the malformed lines. */
     public List<Malformed> malformed() {
         return malformed;
     }
@@ -124,7 +123,7 @@ public final class DvbV5File {
         if (value.isEmpty()) {
             throw new IllegalArgumentException(Text.excerpt(key) + " has no value");
         }
-        // Files repeat keys now and then; only a contradiction is worth a message.
+        // Files sometimes repeat a key; only a different value is reported.
         String first = blocks.get(blocks.size() - 1).values.putIfAbsent(key, value);
         if (first != null && !first.equals(value)) {
             throw new IllegalArgumentException(

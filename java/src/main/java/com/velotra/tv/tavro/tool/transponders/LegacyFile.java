@@ -14,8 +14,8 @@ import java.util.regex.Matcher;
 import java.util.regex.Pattern;
 
 /**
- * A scan table with one line per transponder, the older form of the DVBv5 tables. The first word is the delivery
- * system; it decides what the others are. Values at the end of a line may be missing. {@code #} begins a comment.
+ * A scan table with one line per transponder, the predecessor of the DVBv5 tables. The first word is the delivery
+ * system, which defines the values that follow. Values at the end may be missing. {@code #} begins a comment.
  *
  * <pre>
  * T   FREQUENCY BANDWIDTH FEC_HP FEC_LP MODULATION MODE GUARD HIERARCHY
@@ -69,12 +69,12 @@ public final class LegacyFile {
         return file;
     }
 
-    /** The transponders of the file. */
+    /** Returns the transponders of the file. */
     public List<Transponder> transponders() {
         return transponders;
     }
 
-    /** The lines that were left out. */
+    /** Returns the malformed lines. */
     public List<Malformed> malformed() {
         return malformed;
     }
@@ -108,7 +108,7 @@ public final class LegacyFile {
     }
 
     /**
-     * A value as the DVBv5 form has it. One that it has no name for stays as it is, and is reported when it is mapped.
+     * Returns a value under its DVBv5 name. A value without one is returned unchanged, and reported when it is mapped.
      */
     private static String value(String key, String word) {
         return switch (key) {

@@ -12,9 +12,9 @@ import java.util.function.IntConsumer;
 import java.util.regex.Pattern;
 
 /**
- * One transponder of a scan table as the values of a transport stream record: the frequency is in kHz for every medium,
- * symbol rate in symbols a second, bandwidth in kHz. AUTO and values without meaning (an unused stream id, a bandwidth
- * of 0) set no key.
+ * Maps a transponder to the values of a transport stream record: frequency in kHz for every medium, symbol rate in
+ * symbols per second, bandwidth in kHz. AUTO and values that mean "none" (an unused stream id, a bandwidth of 0) set no
+ * key.
  */
 final class Mapping {
     private record System(int medium, int standard, boolean dvb) {}
@@ -55,7 +55,7 @@ final class Mapping {
     private long streamId;
     private int symbolRate;
 
-    /** Maps a transponder, or says why it cannot be a record. */
+    /** Maps a transponder; throws the reason if it cannot become a record. */
     Mapping(Transponder transponder) throws NotImportable {
         this.transponder = transponder;
         systemName = transponder.values().getOrDefault("DELIVERY_SYSTEM", "");
@@ -67,7 +67,7 @@ final class Mapping {
         map();
     }
 
-    /** The medium, which decides about the list. */
+    /** Returns the medium, which decides the list. */
     int medium() {
         return system.medium;
     }
@@ -80,27 +80,27 @@ final class Mapping {
         return info;
     }
 
-    /** Values that the record has no field for; one text per value. */
+    /** Returns the dropped values, one text per value. */
     List<String> dropped() {
         return dropped;
     }
 
-    /** kHz. */
+    /** Returns the frequency in kHz. */
     int frequency() {
         return frequency;
     }
 
-    /** As a record has it; 0 for a medium without one. */
+    /** Returns the polarization as in a record; 0 for a medium without polarization. */
     int polarization() {
         return polarization;
     }
 
-    /** Input stream identifier or PLP id; 0 when there is none. On a satellite the record has no field for it. */
+    /** Returns the input stream identifier or PLP id; 0 if none. A satellite record has no field for it. */
     long streamId() {
         return streamId;
     }
 
-    /** Symbols per second; 0 when it is not known. */
+    /** Returns the symbols per second; 0 if unknown. */
     int symbolRate() {
         return symbolRate;
     }
@@ -187,14 +187,14 @@ final class Mapping {
     }
 
     private void leave(String key, String value) {
-        if (!saysNothing(value)) {
+        if (!isNone(value)) {
             dropped.add(key.startsWith("ISDBT_") ? "ISDB-T layers and segments"
                     : key.equals("SERVICE_ID") || key.contains("PID") ? "services and PIDs"
                     : Text.fit(Printable.of(key), KEY_COLUMNS));
         }
     }
 
-    // On a satellite the bytes of the PLP id hold the signal quality.
+    // In a satellite record, the bytes of the PLP id are the signal quality.
     private void mapStreamId(String value) {
         long id = number(value);
         if (id == NO_STREAM_ID) {
@@ -208,7 +208,7 @@ final class Mapping {
         streamId = system.medium == TunerValues.SATELLITE || id <= 0xFF ? Math.max(id, 0) : 0;
     }
 
-    private static boolean saysNothing(String value) {
+    private static boolean isNone(String value) {
         return value.isEmpty() || value.equals("AUTO") || value.equals("NONE") || value.equals("QAM/AUTO");
     }
 
@@ -216,7 +216,7 @@ final class Mapping {
         Integer number = numbers.get(value);
         if (number != null && setter != null) {
             setter.accept(number);
-        } else if (!saysNothing(value)) {
+        } else if (!isNone(value)) {
             dropped.add(key + " " + Text.excerpt(value));
         }
     }
@@ -224,12 +224,12 @@ final class Mapping {
     private void put(String key, String value, long number, IntConsumer setter) {
         if (number > 0 && number <= Integer.MAX_VALUE) {
             setter.accept((int) number);
-        } else if (number != 0 && !saysNothing(value)) {
+        } else if (number != 0 && !isNone(value)) {
             dropped.add(key + " " + Text.excerpt(value));
         }
     }
 
-    /** The number, or -1 when the text is not one. */
+    /** Returns the number; -1 if the text is not a number. */
     private static long number(String text) {
         return text != null && NUMBER.matcher(text).matches() ? Long.parseLong(text) : -1;
     }

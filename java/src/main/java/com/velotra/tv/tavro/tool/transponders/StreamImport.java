@@ -12,23 +12,23 @@ import java.util.Map;
 import java.util.Optional;
 
 /**
- * Stores transponders in transport stream lists, one list per medium. A transponder that its list has already is
+ * Stores transponders in transport stream lists, one list per medium. A transponder that is already in its list is
  * updated.
  */
 public final class StreamImport {
-    /** Learns of every transponder that was stored. */
+    /** Called for every stored transponder. */
     public interface Observer {
         void stored(Transponder transponder, RecordId id);
     }
 
     /**
-     * What a channel list says about the transport stream on a transponder.
+     * The ids of a transport stream, which only service lists have.
      *
-     * @param originalNetworkId original_network_id, or 0 when it is not known
-     * @param transportStreamId transport_stream_id, or 0 when it is not known
+     * @param originalNetworkId original_network_id; 0 if unknown
+     * @param transportStreamId transport_stream_id; 0 if unknown
      */
     public record Ids(int originalNetworkId, int transportStreamId) {
-        /** Nothing is known. */
+        /** Both ids are unknown. */
         public static final Ids NONE = new Ids(0, 0);
 
         boolean agreeWith(Ids others) {
@@ -37,14 +37,14 @@ public final class StreamImport {
     }
 
     /**
-     * A transport stream that was stored.
+     * A stored transport stream.
      *
-     * @param id its record
-     * @param ids what the record says about it
+     * @param id of its record
+     * @param ids in its record
      */
     public record Stored(RecordId id, Ids ids) {}
 
-    /** Gives a network id its record in the network list of that id. */
+    /** Returns the record of a network id in a network list. */
     public interface NetworkRecords {
         RecordId of(int listId, int networkId);
     }
@@ -56,7 +56,7 @@ public final class StreamImport {
     private final Observer observer;
     private final Map<Integer, StreamList> targets = new HashMap<>();
 
-    /** Satellite streams refer to those of {@code satellites} at their positions. */
+    /** Satellite streams will refer to the satellite at their position in {@code satellites}. */
     public StreamImport(VltTvTransportStreamList lists, Satellites satellites, ListIds ids, ImportReport report,
             Observer observer) {
         this.lists = lists;
@@ -69,8 +69,8 @@ public final class StreamImport {
     /**
      * Stores transponders.
      *
-     * @throws com.velotra.tv.tavro.services.channellist.ChannelListException when the storage fails; those before stay
-     *         stored
+     * @throws com.velotra.tv.tavro.services.channellist.ChannelListException if the storage fails; records stored so
+     *         far are kept
      */
     public void storeAll(List<Transponder> transponders) {
         report.beginSteps();
@@ -85,9 +85,9 @@ public final class StreamImport {
     }
 
     /**
-     * Stores a transponder with what is known about its transport stream.
+     * Stores a transponder with the ids of its transport stream.
      *
-     * @param networks gives the network its record; not asked when the network is not known
+     * @param networks returns the record of the network; not called if the network is unknown
      */
     public Stored store(Transponder transponder, Ids streamIds, NetworkRecords networks) throws NotImportable {
         Mapping mapping = new Mapping(transponder);
@@ -125,7 +125,7 @@ public final class StreamImport {
         return known.asStored();
     }
 
-    /** The satellite record of a transponder; nothing when there is none. */
+    /** Returns the satellite record of a transponder; nothing if there is none. */
     public Optional<RecordId> satelliteOf(Transponder transponder) {
         return satellites.find(transponder.position());
     }

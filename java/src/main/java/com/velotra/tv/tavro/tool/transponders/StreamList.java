@@ -19,21 +19,21 @@ import java.util.Objects;
 import java.util.Optional;
 
 /**
- * One transport stream list during an import: finds the record of a transponder by what identifies it, which is medium,
- * frequency, polarization, stream id and the position of its satellite. Two streams of one import whose network and
- * stream ids are known and differ stay apart.
+ * One transport stream list during an import. Finds the record of a transponder by medium, frequency, polarization,
+ * stream id and satellite position. Two streams of one import with different network and transport stream ids are kept
+ * apart.
  */
 final class StreamList {
-    /** A record of the list, or one to be. */
+    /** A record of the list, or one to be added. */
     static final class Known {
         private RecordId id; // null until it is added
-        private OrbitalPosition position; // null when the record refers to no satellite
+        private OrbitalPosition position; // null if the record refers to no satellite
         private long streamId;
         private boolean streamIdKnown;
         private Ids ids = Ids.NONE;
         private boolean stored; // by this import
         private boolean added; // by this import
-        private long symbolRate; // of a satellite record that was there before
+        private long symbolRate; // of an existing satellite stream
 
         boolean isStored() {
             return stored;
@@ -56,7 +56,7 @@ final class StreamList {
     private final Map<Tuning, List<Known>> records = new HashMap<>();
     private int size;
 
-    /** Opens the list and reads what is in it. */
+    /** Opens and reads the list. */
     StreamList(VltTvTransportStreamList lists, Satellites satellites, int id, ImportReport report) {
         this.lists = lists;
         this.id = id;
@@ -93,7 +93,7 @@ final class StreamList {
         return counts;
     }
 
-    /** The record of a transponder; a new one, which is not in the list yet, when there is none. */
+    /** Returns the record of a transponder; a new one, not yet in the list, if there is none. */
     Known find(Mapping mapping, OrbitalPosition position, Ids ids) throws NotImportable {
         Tuning tuning = new Tuning(mapping.medium(), mapping.frequency(), mapping.polarization());
         Known best = null;
@@ -117,19 +117,19 @@ final class StreamList {
         return known;
     }
 
-    /** How well a record with the right tuning matches; negative when it is another transponder. */
+    /** Returns how well a record with the right tuning matches; negative if it is another transponder. */
     private static int score(Known known, Mapping mapping, OrbitalPosition position, Ids ids) {
         boolean samePosition = Objects.equals(known.position, position);
         boolean sameStream = known.streamId == mapping.streamId();
         if (known.stored) {
             return samePosition && sameStream && known.ids.agreeWith(ids) ? 8 : -1;
         }
-        // A record that refers to no satellite may be of any position: the symbol rate has to be the same too.
+        // A record without a satellite may be at any position, so the symbol rate must be equal too.
         boolean mayBeThere = known.position == null && known.symbolRate == mapping.symbolRate();
         if (!samePosition && !mayBeThere || known.streamIdKnown && !sameStream) {
             return -1;
         }
-        // Of several records the one that is known best: its satellite was imported, and its ids are the same.
+        // Of several matches, prefer the one at the same position, then the one with equal ids.
         return (samePosition ? 2 : 0) + (known.ids.equals(ids) ? 1 : 0);
     }
 

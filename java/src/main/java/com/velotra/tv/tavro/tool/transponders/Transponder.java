@@ -6,13 +6,13 @@ import java.util.Map;
 /**
  * One transponder of a file.
  *
- * @param place where it is in the file
- * @param name its name, or empty
- * @param position the position of its satellite, as in S19.2E, or empty
- * @param values its tuning parameters under their DVBv5 names, in the order of the file
+ * @param place in the file
+ * @param name its name; empty if it has none
+ * @param position of its satellite, such as S19.2E; empty if it has none
+ * @param values tuning parameters under their DVBv5 names, in the order of the file
  */
 public record Transponder(Place place, String name, String position, Map<String, String> values) {
-    /** The delivery system of what older files call ATSC: with a cable modulation it is North American cable. */
+    /** Returns the delivery system of what older files call ATSC: cable (annex B) if the modulation is QAM. */
     public static String atscSystem(String modulation) {
         return modulation.startsWith("QAM/") ? "DVBC/ANNEX_B" : "ATSC";
     }

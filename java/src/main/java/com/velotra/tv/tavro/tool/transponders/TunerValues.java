@@ -3,11 +3,11 @@ package com.velotra.tv.tavro.tool.transponders;
 import java.util.Map;
 
 /**
- * The numbers that stand for tuning parameters on the Java side, by the parameters' names in scan tables.
+ * The Java side's numbers for tuning parameters, by their names in scan tables.
  *
- * <p>FEC, PLP and polarization run like the delivery system descriptors of ETSI EN 300 468. The platform leaves the
- * rest to the Java side; guard interval, transmission mode, code rate and hierarchy follow from the codes that the
- * library stores for them, which ascend with the parameter, and the modulations are numbered here.
+ * <p>FEC, PLP and polarization are numbered as in the delivery system descriptors of ETSI EN 300 468. The platform does
+ * not define the others. Guard interval, transmission mode, code rate and hierarchy are numbered in the order of the
+ * codes that the library stores for them; this class numbers the modulations.
  */
 final class TunerValues {
     static final int TERRESTRIAL = 1;
@@ -30,7 +30,7 @@ final class TunerValues {
     static final Map<String, Integer> CODE_RATE_TERRESTRIAL =
             Map.of("1/2", 2, "2/3", 3, "3/4", 4, "5/6", 5, "7/8", 6, "2/5", 7, "3/5", 8, "4/5", 9);
 
-    /** Code rates of satellite streams; the platform has no number for 9/10. */
+    /** Code rates of satellite streams. The platform has no code for 9/10. */
     static final Map<String, Integer> CODE_RATE_SATELLITE =
             Map.of("1/2", 2, "2/3", 3, "3/4", 4, "5/6", 5, "7/8", 6, "2/5", 7, "3/5", 8, "4/5", 9, "8/9", 11);
 
@@ -38,12 +38,12 @@ final class TunerValues {
             "QPSK", 1, "PSK/8", 2, "QAM/16", 3, "QAM/32", 4, "QAM/64", 5, "QAM/128", 6, "QAM/256", 7, "APSK/16", 8,
             "APSK/32", 9);
 
-    /** roll_off in percent; 35 has code 0, as when it was never set. */
+    /** roll_off in percent. The code of 35 is 0, the same as if it were never set. */
     static final Map<String, Integer> ROLL_OFF = Map.of("35", 2, "25", 3, "20", 4);
 
     static final Map<String, Integer> PILOT = Map.of("OFF", 0, "ON", 1);
 
-    /** kHz, by the Hz of scan tables: the bandwidths that have a code. */
+    /** The bandwidths that have a code, in kHz by Hz in scan tables. */
     static final Map<String, Integer> BANDWIDTH = Map.of(
             "1712000", 1712, "5000000", 5000, "6000000", 6000, "7000000", 7000, "8000000", 8000, "10000000", 10000);
 

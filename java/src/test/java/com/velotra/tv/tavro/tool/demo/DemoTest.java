@@ -15,7 +15,7 @@ import org.junit.jupiter.api.BeforeEach;
 import org.junit.jupiter.api.Test;
 import org.junit.jupiter.api.io.TempDir;
 
-/** The demo over service lists of three or four services. */
+/** The demo with service lists of one to four services. */
 class DemoTest {
     @TempDir
     Path folder;

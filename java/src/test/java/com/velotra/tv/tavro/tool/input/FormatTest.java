@@ -15,7 +15,7 @@ import java.util.Map;
 import org.junit.jupiter.api.Test;
 import org.junit.jupiter.api.io.TempDir;
 
-/** Which format a file has is decided by its content; what cannot be imported is named. */
+/** The content of a file decides its format; the message about an unsupported file says what it is. */
 class FormatTest {
     private static final int LIST = 71;
 
@@ -68,7 +68,7 @@ class FormatTest {
                 DISEQC).entrySet()) {
             for (String line : lines.getValue()) {
                 if (line.startsWith(":")) {
-                    continue; // a group heading, which other programs' files may have too
+                    continue; // a group heading alone does not decide the format
                 }
                 assertEquals(lines.getKey(), of("x", line), line);
                 assertEquals(lines.getKey(), of("x", "# a comment", "", "  " + line + " "), line);
@@ -105,7 +105,7 @@ class FormatTest {
     }
 
     @Test
-    void otherProgramsSettingsAreNotScanTablesForTheirHeadings() {
+    void settingsOfOtherProgramsAreNotScanTables() {
         String unknown = "cannot import some file: unknown format; " + Format.KNOWN;
         assertEquals(unknown, refusal("[Unit]", "Description=A daemon", "[Service]", "ExecStart=/usr/bin/daemon"));
         assertEquals(unknown, refusal("[core]", "\tbare = false"));
@@ -171,7 +171,7 @@ class FormatTest {
                 "cannot import " + file
                         + ": it is a list file of this library; Java opens a list with it: open(listId, path)",
                 assertThrows(Failure.class, () -> Format.of(Source.read(file))).getMessage());
-        // A copy: closing the database's own file in this process would give up the locks that the library holds on it.
+        // A copy, because closing the database file in this process would release the library's locks on it.
         Path database = folder.resolve("copy.db");
         String original = Path.of(System.getenv("TAVRO_HOME"), "lists.db").toString();
         assertEquals(0, new ProcessBuilder("sqlite3", "-bail", original, ".backup '" + database + "'").start()

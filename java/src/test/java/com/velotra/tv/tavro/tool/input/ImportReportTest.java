@@ -66,7 +66,7 @@ class ImportReportTest {
     }
 
     @Test
-    void aListThatCannotBeReadAnyMoreIsReportedWithWhatWasAdded() {
+    void aListThatIsNoLongerReadableIsReportedWithWhatWasAdded() {
         ListCounts counts = report.list("service list 13", () -> {
             throw new IllegalStateException("gone");
         });
@@ -138,7 +138,7 @@ class ImportReportTest {
     }
 
     @Test
-    void anImportIsNotCompleteWithSomethingThatWasNotImported() {
+    void anImportWithAnItemNotImportedIsIncomplete() {
         report.notImported(new Place("table", 1), "no frequency");
         assertFalse(report.complete());
     }

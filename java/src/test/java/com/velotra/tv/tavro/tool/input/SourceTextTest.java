@@ -75,7 +75,7 @@ class SourceTextTest {
     }
 
     @Test
-    void linesComeWithTheirPlacesAndThoseThatAreRefusedWithTheReason() {
+    void linesHaveTheirPlaceAndRefusedOnesTheReason() {
         List<String> taken = new ArrayList<>();
         Source source = ImportFixture.source("table", "  one \t", "", "two", "three");
         List<Malformed> malformed = SourceText.read(source, (place, line) -> {
@@ -96,7 +96,7 @@ class SourceTextTest {
     }
 
     @Test
-    void whatIsNotANumberBetweenTheLimitsIsRefusedInPrintableForm() {
+    void aNumberOutOfRangeIsReportedInPrintableForm() {
         for (String text : List.of("0", "20", "", "x", " 1", "99999999999", "\u001b[2J")) {
             IllegalArgumentException refused =
                     assertThrows(IllegalArgumentException.class, () -> SourceText.number(text, 16, 1, 31, "id"));

@@ -20,7 +20,7 @@ import java.util.Optional;
 import org.junit.jupiter.api.AfterEach;
 import org.junit.jupiter.api.Test;
 
-/** What becomes of satellites and of how dishes are switched to them, read back through the natives. */
+/** The records of satellites and their dish settings, read back through the natives. */
 class SatelliteImportTest {
     private static final int LIST = 6;
     private static final String UNO = "S19.2E  Uno";
@@ -52,7 +52,7 @@ class SatelliteImportTest {
         return all.get(0);
     }
 
-    /** The one satellite with the dish that those lines describe. */
+    /** Returns a satellite with the dish settings in these lines. */
     private VltTvSatelliteInfo switched(String... lines) {
         ImportReport report = imported(List.of(UNO), lines);
         assertEquals(0, report.malformed(), log.toString(StandardCharsets.UTF_8));
@@ -95,7 +95,7 @@ class SatelliteImportTest {
     }
 
     @Test
-    void aUniversalLnbBehindACommittedSwitchIsStoredWithPortToneAndOscillators() {
+    void aUniversalLnbAfterACommittedSwitchIsStoredCompletely() {
         VltTvSatelliteInfo satellite = switched(
                 "S19.2E  11700 V  9750  t v W15 [E0 10 38 F8] W15 t",
                 "S19.2E  99999 V 10600  t v W15 [E0 10 38 F9] W15 T",
@@ -125,7 +125,7 @@ class SatelliteImportTest {
     }
 
     @Test
-    void aPolarizationOfItsOwnIsTakenIntoNewSatellitesAlone() {
+    void aSinglePolarizationIsStoredInNewSatellitesOnly() {
         for (int polarization : new int[] {0, 1, 2, 3}) {
             VltTvSatelliteInfo satellite = switched("S19.2E 99999 " + "HVLR".charAt(polarization) + " 10600");
             assertEquals(polarization, satellite.getDiseqcPolar());
@@ -211,7 +211,7 @@ class SatelliteImportTest {
     }
 
     @Test
-    void malformedSatellitesAreReportedWithFileLineAndReasonAndTheRestIsStored() {
+    void malformedSatellitesAreReportedAndTheRestIsStored() {
         ImportReport report = imported(List.of("S19.2E", "X", UNO, "S190E Far", "S1,5E Comma"));
         assertEquals(
                 "  malformed line sources.conf:1: the satellite at S19.2E has no name\n"
@@ -225,7 +225,7 @@ class SatelliteImportTest {
     }
 
     @Test
-    void malformedDishSettingsAreReportedWithFileLineAndReasonAndTheRestIsStored() {
+    void malformedDishSettingsAreReportedAndTheRestIsStored() {
         ImportReport report = imported(
                 List.of(UNO),
                 "S19.2E 11700 V", "S19.2E 11700 X 9750", "S19.2E 0 V 9750", "S19.2E 11700 V 70000", "S19 11700 V 9750",
@@ -263,7 +263,7 @@ class SatelliteImportTest {
     }
 
     @Test
-    void aPositionThatIsThereIsUpdatedAndKeepsWhatIsNotNamed() {
+    void anUpdateOfASatelliteKeepsValuesTheFileLacks() {
         imported(List.of(UNO, "S13E Due"), "S19.2E 99999 V 10600 [E0 10 38 F4] T");
         VltTvSatelliteInfoBase detected = new VltTvSatelliteInfoBase();
         detected.setRecId(new RecordId(LIST, 1).toString());
@@ -322,7 +322,7 @@ class SatelliteImportTest {
     }
 
     @Test
-    void satellitesAreFoundByTheirPositionsAndPositionsByTheirSatellites() {
+    void satellitesAndPositionsAreFoundByEachOther() {
         assertEquals(Optional.empty(), new Satellites(lists, LIST).find("S19.2E"));
         assertFalse(lists.exists(LIST));
         imported(List.of("S13E Due", UNO));

@@ -20,7 +20,7 @@ import java.util.List;
 import java.util.Set;
 import org.junit.jupiter.api.Test;
 
-/** The whole of sources.conf and diseqc.conf of Debian's vdr. */
+/** All of sources.conf and diseqc.conf of Debian's vdr. */
 class SatelliteTreeTest {
     private static final int LIST = 51;
     private static final Set<String> OTHER_MEDIA = Set.of("C", "T", "A", "I", "V");
@@ -31,7 +31,7 @@ class SatelliteTreeTest {
         return file;
     }
 
-    /** Tenths of a degree and name of every line, read without the importer's reader. */
+    /** Returns position in tenths and name of every line, read without the importer's parser. */
     private static List<String> satellites() throws IOException {
         List<String> satellites = new ArrayList<>();
         for (String line : Files.readAllLines(file("sources.conf"))) {
@@ -86,7 +86,7 @@ class SatelliteTreeTest {
             assertEquals(satellite.getName(), lists.get(id, List.of("Name")).orElseThrow().getName());
         }
 
-        // The file switches two satellites, each with a committed port and a tone burst.
+        // The file has settings for two satellites, each with a committed port and a tone burst.
         List<VltTvSatelliteInfo> inUse = found.stream().filter(satellite -> satellite.getMaskStatusOn() == 1).toList();
         assertEquals(List.of(130, 192), inUse.stream().map(VltTvSatelliteInfo::getOrbitPosition).toList());
         assertEquals(List.of(1, 0), inUse.stream().map(VltTvSatelliteInfo::getDiseqcPosition).toList());

@@ -44,7 +44,7 @@ class ChannelsConfTest {
     }
 
     @Test
-    void theLastFieldMayBeMissingAndTheSourceDecidesAboutTheMedium() {
+    void theLastFieldIsOptionalAndTheSourceDecidesTheMedium() {
         ChannelsConf conf = read("Dos:490000:I0:T:27500:545:546:551:0:514:0:0",
                 "Tres:410:M64:C:6900:0:102:104:0:28106:0:0:0",
                 "Quattro:593:M10:A:0:0:102:104:0:3:0:0:0");
@@ -103,7 +103,7 @@ class ChannelsConfTest {
     }
 
     @Test
-    void servicesThatAgreeInTheirTuningAgreeInTheirTransponders() {
+    void servicesWithEqualTuningHaveEqualTransponders() {
         List<Map<String, String>> values = read(PLAIN, PLAIN.replace("Uno", "Due"), PLAIN.replace("11493", "11494"))
                 .services().stream()
                 .map(service -> service.transponder().values()).toList();
@@ -120,7 +120,7 @@ class ChannelsConfTest {
     }
 
     @Test
-    void malformedLinesAreReportedWithFileLineAndReasonAndTheRestIsRead() {
+    void malformedLinesAreReportedAndTheRestIsRead() {
         ChannelsConf conf = read(
                 "no service",
                 PLAIN,

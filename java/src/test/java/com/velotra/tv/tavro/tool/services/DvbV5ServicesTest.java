@@ -35,7 +35,7 @@ class DvbV5ServicesTest {
     }
 
     @Test
-    void aServiceWithoutAVideoPidIsRadioAndIdsThatAreMissingAreUnknown() {
+    void withoutAVideoPidAServiceIsRadioAndMissingIdsAreUnknown() {
         Place first = new Place("Uno-19.2E", 1);
         Place second = new Place("Uno-19.2E", 3);
         assertEquals(
@@ -60,7 +60,7 @@ class DvbV5ServicesTest {
     }
 
     @Test
-    void aChannelNumberThatCannotBeKeptStaysAmongTheValuesThatAreReported() {
+    void aChannelNumberOutOfRangeIsReported() {
         assertEquals(
                 List.of(Map.of("VCHANNEL", "16384"), Map.of("VCHANNEL", "5.1"), Map.of()),
                 read("x", "[A]", "SERVICE_ID = 1", "VCHANNEL = 16384", "[B]", "SERVICE_ID = 2", "VCHANNEL = 5.1", "[C]",
@@ -77,7 +77,7 @@ class DvbV5ServicesTest {
     }
 
     @Test
-    void aServiceWhoseIdsAreNotNumbersIsReportedWithItsPlaceAndTheRestIsRead() {
+    void aServiceWithMalformedIdsIsReportedAndTheRestIsRead() {
         DvbV5Services services = read(
                 "x", "[A]", "SERVICE_ID = 65536", "[B]", "SERVICE_ID = 1", "NETWORK_ID = x\u001b", "[C]",
                 "SERVICE_ID = 1", "TRANSPORT_ID = -1",

@@ -24,13 +24,13 @@ import java.util.Map;
 import org.junit.jupiter.api.AfterEach;
 import org.junit.jupiter.api.Test;
 
-/** Lists that have as many records as there are record ids. */
+/** Lists with the maximum number of records. */
 class FullListTest {
     private static final int TERRESTRIAL = 91;
     private static final int CABLE = 92;
     private static final int MOST = 65_534;
 
-    // What the database calls the kinds of lists.
+    // Numbers of the list kinds in the database.
     private static final int SERVICES = 1;
     private static final int STREAMS = 2;
 
@@ -64,7 +64,7 @@ class FullListTest {
         return report;
     }
 
-    /** Copies the only record of a list, record 1, to all other record ids. One by one that would take too long. */
+    /** Copies record 1, the only one of a list, to all other record ids. Adding them one by one would take too long. */
     private static void fill(int kind, int listId) throws IOException, InterruptedException {
         long list = (long) kind << 32 | (long) listId << 16;
         Process sqlite = new ProcessBuilder("sqlite3", "-bail",
@@ -94,7 +94,7 @@ class FullListTest {
     }
 
     @Test
-    void aFullServiceListTakesNoMoreServicesAndTheOthersAreStored() throws Exception {
+    void aFullServiceListDoesNotStopTheImport() throws Exception {
         imported(UNO);
         fill(SERVICES, CABLE);
         ImportReport report = imported(DUE, UNO, TRE);
@@ -106,7 +106,7 @@ class FullListTest {
     }
 
     @Test
-    void aFullTransportStreamListTakesNoMoreTranspondersAndTheOthersAreStored() throws Exception {
+    void aFullTransportStreamListDoesNotStopTheImport() throws Exception {
         imported(UNO);
         fill(STREAMS, CABLE);
         ImportReport report = imported(DUE, UNO, TRE);

@@ -37,7 +37,7 @@ import org.junit.jupiter.api.AfterEach;
 import org.junit.jupiter.api.Test;
 
 /**
- * What becomes of services, with the transport streams and networks that they refer to, read back through the natives.
+ * The records of services, and of the transport streams and networks that they refer to, read back through the natives.
  */
 class ServiceImportTest {
     private static final int TERRESTRIAL = 61;
@@ -105,7 +105,7 @@ class ServiceImportTest {
     }
 
     @Test
-    void aScrambledNumberedTelevisionServiceIsStoredWithAllThatTheFileHas() throws Exception {
+    void aScrambledNumberedTelevisionServiceIsStoredCompletely() throws Exception {
         imported(":@900", "Uno Züri,U1;Provider:11493:H:S19.2E:22000:101=27:102:103:98c,1833:10301:1:1019:0");
         ServiceRecord stored = lists.getAll(LIST).get(0);
         assertEquals(1, stored.recordId());
@@ -235,7 +235,7 @@ class ServiceImportTest {
     }
 
     @Test
-    void aSatelliteServiceAndItsStreamReferToTheirSatelliteAndOthersToNone() throws Exception {
+    void onlySatelliteServicesAndStreamsReferToASatellite() throws Exception {
         satellites.open(LIST);
         VltTvSatelliteInfoBase info = new VltTvSatelliteInfoBase();
         info.setOrbitPosition(130);
@@ -271,7 +271,7 @@ class ServiceImportTest {
     void notingANetworkChangesItsFourBytesAlone() throws Exception {
         imported(PLAIN, PLAIN.replace(":7:", ":8:"));
         List<ServiceRecord> before = lists.getAll(LIST);
-        ScanStandIn.noteNetworks(Path.of(System.getenv("TAVRO_HOME")), LIST, Map.of(1, new RecordId(LIST, 300)));
+        ScanStandIn.writeNetworks(Path.of(System.getenv("TAVRO_HOME")), LIST, Map.of(1, new RecordId(LIST, 300)));
         List<ServiceRecord> after = lists.getAll(LIST);
         byte[] expected = before.get(0).bytes();
         expected[30] = LIST;
@@ -292,7 +292,7 @@ class ServiceImportTest {
     }
 
     @Test
-    void longNamesEndBehindAWholeCharacterAndThatIsReported() throws Exception {
+    void longNamesAreCutAfterAWholeCharacterAndReported() throws Exception {
         String name = "a".repeat(63);
         String shortName = "b".repeat(14);
         ImportReport report = imported(
@@ -308,7 +308,7 @@ class ServiceImportTest {
     }
 
     @Test
-    void aServiceThatIsRepeatedInOneImportIsStoredOnceAsItComesFirst() throws Exception {
+    void ofRepeatedServicesInOneImportTheFirstIsStored() throws Exception {
         ImportReport report = imported(PLAIN, PLAIN.replace("Uno", "Due"), PLAIN.replace(":7:", ":8:"));
         assertEquals(
                 List.of(counts("transport stream list 63", 1, 0, 0, 1), counts("network list 63", 1, 0, 0, 1),
@@ -348,7 +348,7 @@ class ServiceImportTest {
     }
 
     @Test
-    void aServiceThatIsInTheClearNowLosesItsConditionalAccessAndItsShortName() throws Exception {
+    void anUpdateRemovesConditionalAccessAndShortName() throws Exception {
         imported("Uno,U1:11493:H:S19.2E:22000:101:102:0:98c:7:1:1019:0");
         ServiceRecord before = lists.getAll(LIST).get(0);
         assertEquals(List.of(true, 0x98c, "U1"), List.of(before.scrambled(), before.caSystemId(), before.shortName()));
@@ -467,7 +467,7 @@ class ServiceImportTest {
     }
 
     @Test
-    void aStorageThatFailsStopsTheImportAndWhatWasStoredBeforeStays() {
+    void failingStorageStopsTheImportAndKeepsWhatWasStored() {
         List<String> stored = new ArrayList<>();
         ChannelListException failure = assertThrows(ChannelListException.class, () -> storeAll(
                 services(PLAIN, PLAIN.replace(":7:", ":8:"), UNKNOWN_IDS), report(), (service, id, stream) -> {

@@ -13,7 +13,7 @@ class TableTest {
     }
 
     @Test
-    void columnsAreAsWideAsTheirWidestCellAndNumbersAreFlushRight() {
+    void columnsFitTheirWidestCellAndNumbersAreRightAligned() {
         assertEquals(
                 """
                   id  name    LCN  shown

@@ -95,7 +95,7 @@ class DvbV5FileTest {
     }
 
     @Test
-    void malformedLinesAreReportedWithFileLineAndReasonAndTheRestIsRead() {
+    void malformedLinesAreReportedAndTheRestIsRead() {
         DvbV5File file = read("A = 1", "[CHANNEL]", "no value", "= 3", "B = 1", "B = 1", "B = 2", "C =", "[open",
                 "C = 4", "[x\u001b");
         String notAHeading = " is not a heading; this line and the lines up to the next heading are skipped";

@@ -55,7 +55,7 @@ class LegacyFileTest {
     }
 
     @Test
-    void aSecondGenerationSatelliteLineEndsWithRollOffModulationAndStreamId() {
+    void aDvbS2LineEndsWithRollOffModulationAndStreamId() {
         Map<String, String> values = Map.of(
                 "FREQUENCY", "10730000", "POLARIZATION", "VERTICAL", "SYMBOL_RATE", "27500000", "INNER_FEC", "9/10",
                 "ROLLOFF", "20",
@@ -138,7 +138,7 @@ class LegacyFileTest {
     }
 
     @Test
-    void transpondersHaveTheirPlaceAndThePositionInTheFileName() {
+    void transpondersHaveTheirLineAndThePositionOfTheFileName() {
         LegacyFile file = LegacyFile.read(
                 source("Uno-5.0W", "# comment", "", "S 1000 H # comment", "\tS\t 2000\tV  ", "#S 3000 H"));
         assertEquals(List.of(), file.malformed());
@@ -152,7 +152,7 @@ class LegacyFileTest {
     }
 
     @Test
-    void malformedLinesAreReportedWithFileLineAndReasonAndTheRestIsRead() {
+    void malformedLinesAreReportedAndTheRestIsRead() {
         LegacyFile file = LegacyFile.read(source(
                 "table", "X 474000000", "T", "T x", "S -1", "S 1234567890123456789", "C 1000 1 2 3 4",
                 "T 1 2 3 4 5 6 7 8 9",

@@ -2,7 +2,7 @@ package com.velotra.tv.tavro.tool.transponders;
 
 import java.nio.charset.Charset;
 
-/** A record's bytes, read by offset and by nothing else. */
+/** The bytes of a record, read by offset only. */
 record RawRecord(byte[] bytes) {
     long u8(int offset) {
         return bytes[offset] & 0xFFL;

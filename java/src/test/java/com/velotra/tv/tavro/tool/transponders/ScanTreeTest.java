@@ -32,8 +32,8 @@ import java.util.stream.Stream;
 import org.junit.jupiter.api.Test;
 
 /**
- * The whole tree of scan tables of Debian's dtv-scan-tables: every distinct transponder is imported once, the counts
- * add up, and every record has the values of its source, checked here by offsets and stored codes.
+ * All of Debian's dtv-scan-tables: every distinct transponder is imported once, the counts add up, and every record has
+ * the values of its source, checked by offset and stored code.
  */
 class ScanTreeTest {
     private static final int FIRST = 31;
@@ -61,7 +61,7 @@ class ScanTreeTest {
             return medium() == 3 ? frequency : (frequency + 500) / 1000;
         }
 
-        /** The position at the end of the file's name with its tenths, or empty. */
+        /** Returns the position at the end of the file name, with tenths; empty if there is none. */
         String position() {
             String name = file.getFileName().toString();
             String end = name.substring(Math.max(name.lastIndexOf('-'), name.lastIndexOf('_')) + 1);
@@ -71,7 +71,7 @@ class ScanTreeTest {
             return end.contains(".") ? end : end.replaceFirst("([EW])$", ".0$1");
         }
 
-        /** What makes it a transponder of its own. */
+        /** Returns what distinguishes it from other transponders. */
         List<Object> identity() {
             String stream = values.getOrDefault("STREAM_ID", "0");
             boolean counts = medium() == 3 && !stream.equals("4294967295") || medium() == 1
@@ -79,7 +79,7 @@ class ScanTreeTest {
             return identity(counts ? Long.parseLong(stream) : 0);
         }
 
-        /** The same in the older form, which has no stream ids for the first generation. */
+        /** Returns the same for the older format, which has no stream ids for the first generation. */
         List<Object> legacyIdentity() {
             return values.get("DELIVERY_SYSTEM").endsWith("2") ? identity() : identity(0);
         }
@@ -91,7 +91,7 @@ class ScanTreeTest {
         }
     }
 
-    // Stored codes by what the source says.
+    // Stored codes by the value in the source.
     private static final Map<String, Long> BANDWIDTH = Map.of("6000000", 1L, "7000000", 2L, "8000000", 3L);
     private static final Map<String, Long> FEC =
             Map.of("1/2", 2L, "2/3", 3L, "3/4", 4L, "5/6", 6L, "7/8", 7L, "8/9", 8L, "3/5", 9L, "4/5", 10L, "9/10",
@@ -118,7 +118,7 @@ class ScanTreeTest {
         return Path.of(System.getProperty("tavro.scanTables"));
     }
 
-    /** All files below folders, in the order of their names. */
+    /** Returns all files below folders, sorted by name. */
     private static List<Path> files(Path root, List<String> folders) throws IOException {
         assertTrue(Files.isDirectory(root), "there are no scan tables at " + root + "; ./tavro test fetches them");
         List<Path> all = new ArrayList<>();
@@ -130,7 +130,7 @@ class ScanTreeTest {
         return all;
     }
 
-    /** The blocks of the files by file and line of their headings, read without the importer's reader. */
+    /** Returns the blocks by file and line of their headings, read without the importer's parser. */
     private static Map<String, Entry> entries() throws IOException {
         Map<String, Entry> entries = new LinkedHashMap<>();
         for (Path file : files(root(), FOLDERS)) {
@@ -162,7 +162,7 @@ class ScanTreeTest {
         return new ImportReport(new PrintStream(OutputStream.nullOutputStream()));
     }
 
-    // Imported by the positions of Debian's vdr.
+    // Satellites are imported from Debian's vdr.
     private static Satellites satellites() {
         Path sources = Path.of(System.getProperty("tavro.dishes"), "sources.conf");
         assertTrue(Files.exists(sources), "there is no " + sources + "; ./tavro test fetches it");
@@ -178,7 +178,7 @@ class ScanTreeTest {
     }
 
     @Test
-    void everyDistinctTransponderIsImportedOnceAndReadsBackToTheValuesOfItsSource() throws IOException {
+    void everyTransponderIsImportedOnceAndEqualsItsSource() throws IOException {
         Map<String, Entry> entries = entries();
         List<Entry> expected = entries.values().stream().filter(entry -> !entry.isService()).toList();
         assertTrue(expected.size() > 28_000, "the tree has " + expected.size() + " transponders");
@@ -222,7 +222,7 @@ class ScanTreeTest {
         return List.of(lists.getAll(FIRST), lists.getAll(FIRST + 1), lists.getAll(FIRST + 2));
     }
 
-    /** A line for each list, with the number of its transponders and of those that repeat another. */
+    /** Returns a line per list with the number of its transponders and of repeated ones. */
     private static List<String> summary(String format, List<Entry> all, Map<List<Object>, Entry> distinct) {
         List<String> lines = new ArrayList<>();
         for (int medium = 1; medium <= 3; medium++) {
@@ -266,8 +266,8 @@ class ScanTreeTest {
         assertEquals(sources.size(), checked);
     }
 
-    // The older form repeats the DVBv5 tables line by line. It has their services as transponders, so files with
-    // services are left out.
+    // The older tables repeat the DVBv5 tables line by line. They have services as transponders, so files with services
+    // are skipped.
     private void checkLegacy(Map<String, Entry> entries) throws IOException {
         Set<Path> withServices = entries.values().stream().filter(Entry::isService).map(Entry::file)
                 .collect(Collectors.toSet());

@@ -59,7 +59,7 @@ class StreamIdentityTest {
                 (transponder, id) -> observed.add(transponder.place().line() + "=" + id));
     }
 
-    /** Imports transponders. Returns what the summary says about the lists. */
+    /** Imports transponders. Returns the lines of the summary about lists. */
     private List<String> imported(Transponder... transponders) {
         return imported(FIRST, transponders);
     }
@@ -115,7 +115,7 @@ class StreamIdentityTest {
     }
 
     @Test
-    void aTransponderThatIsRepeatedInOneImportIsStoredOnceAsItComesFirst() {
+    void ofRepeatedTranspondersInOneImportTheFirstIsStored() {
         assertEquals(
                 List.of(
                         "transport stream list 82: 1 added, 0 changed, 0 unchanged, 2 repeated in the files; it holds "
@@ -212,14 +212,14 @@ class StreamIdentityTest {
     }
 
     @Test
-    void transpondersAtOtherPositionsAreDifferentWithoutSatellitesToo() {
+    void positionsDistinguishTranspondersEvenWithoutSatellites() {
         Transponder[] transponders = {satellite(1, "S19.2E"), satellite(2, "S13.0E"), satellite(3, "")};
         assertEquals(List.of(counts(SATELLITE, 3, 0, 0, 3)), imported(transponders));
         assertEquals(List.of(counts(SATELLITE, 0, 0, 3, 3)), imported(transponders));
     }
 
     @Test
-    void aRecordWithoutASatelliteIsFoundAgainOnceSatellitesAreImported() {
+    void aRecordIsFoundAgainAfterItsSatelliteIsImported() {
         imported(satellite(1, "S19.2E"));
         RecordId satellite = satelliteAt(192);
         assertEquals(List.of(counts(SATELLITE, 0, 1, 0, 1)), imported(satellite(2, "S19.2E")));
@@ -228,7 +228,7 @@ class StreamIdentityTest {
     }
 
     @Test
-    void aRecordWithoutASatelliteIsNotTakenForATransponderOfAnotherSymbolRate() {
+    void withoutASatelliteTheSymbolRateMustMatchToo() {
         imported(satellite(1, "S19.2E", "SYMBOL_RATE", "22000000"));
         assertEquals(List.of(counts(SATELLITE, 1, 0, 0, 2)),
                 imported(satellite(2, "S13.0E", "SYMBOL_RATE", "27500000")));

@@ -19,7 +19,7 @@ import java.util.Map;
 import org.junit.jupiter.api.AfterEach;
 import org.junit.jupiter.api.Test;
 
-/** What becomes of a transponder, read back through the natives by offset. */
+/** The record of a transponder, read back through the natives by offset. */
 class StreamImportTest {
     private static final int FIRST = 21;
 
@@ -133,7 +133,7 @@ class StreamImportTest {
     }
 
     @Test
-    void aSatelliteTransponderRefersToTheSatelliteAtThePositionInItsFileName() {
+    void aTransponderRefersToTheSatelliteOfItsFileName() {
         satelliteAt(130);
         RecordId satellite = satelliteAt(-50);
         ImportReport report = importedFrom("Uno_5.0W",
@@ -150,7 +150,7 @@ class StreamImportTest {
     }
 
     @Test
-    void aSatelliteTransponderWithoutASatelliteIsStoredAndCountedByReason() {
+    void aTransponderWithoutASatelliteIsStoredAndCounted() {
         assertEquals(
                 Map.of("no orbital position at the end of the file's name", 1),
                 importedFrom("Uno", satelliteTransponder(11_001_000)).withoutSatellite());
@@ -186,7 +186,7 @@ class StreamImportTest {
     }
 
     @Test
-    void aParameterOfAnotherMediumIsLeftOutAndDoesNotReachTheBytesThatTheMediaShare() {
+    void aParameterOfAnotherMediumDoesNotReachSharedBytes() {
         ImportReport report = imported(
                 "[CHANNEL]", "DELIVERY_SYSTEM = DVBC/ANNEX_A", "FREQUENCY = 330000000", "BANDWIDTH_HZ = 6000000",
                 "CODE_RATE_HP = 3/4",
@@ -203,7 +203,7 @@ class StreamImportTest {
     }
 
     @Test
-    void aBandwidthWithoutACodeIsLeftOutAndOneOfZeroSaysNothing() {
+    void aBandwidthWithoutACodeIsDroppedAndZeroMeansNone() {
         ImportReport report = imported(
                 "[CHANNEL]", "DELIVERY_SYSTEM = DVBT", "FREQUENCY = 474000000", "BANDWIDTH_HZ = 7999999",
                 "[CHANNEL]", "DELIVERY_SYSTEM = DVBT", "FREQUENCY = 482000000", "BANDWIDTH_HZ = 0");
