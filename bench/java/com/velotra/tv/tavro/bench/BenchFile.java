@@ -101,7 +101,7 @@ final class BenchFile {
             return new BenchFile(all.getAsJsonObject("context"), new ArrayList<>(found.values()));
         } catch (NoSuchFileException e) {
             throw new IOException(
-                    "no file '" + file + "'; ./tavro bench --json=" + file.getParent() + " makes it", e);
+                    "there is no file '" + file + "'; ./tavro bench --json=" + file.getParent() + " makes it", e);
         } catch (JsonParseException | ClassCastException | IllegalStateException | IllegalArgumentException
                 | NullPointerException e) {
             throw new IOException("'" + file + "' does not hold results of benchmarks as JSON: " + e.getMessage(), e);
