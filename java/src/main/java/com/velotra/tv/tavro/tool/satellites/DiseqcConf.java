@@ -45,9 +45,9 @@ final class DiseqcConf {
             "[tTvVAB]|P\\d*|[SW]\\d{1,6}|\\[\\s*[0-9A-Fa-f]{2}(\\s+[0-9A-Fa-f]{2}){0,5}\\s*\\]");
     private static final int FIELDS = 4;
 
-    final Map<OrbitalPosition, List<Sequence>> sequences = new LinkedHashMap<>();
-    final List<Malformed> malformed = new ArrayList<>();
-    int restrictions;
+    private final Map<OrbitalPosition, List<Sequence>> sequences = new LinkedHashMap<>();
+    private final List<Malformed> malformed = new ArrayList<>();
+    private int restrictions;
 
     private DiseqcConf() {}
 
@@ -56,6 +56,21 @@ final class DiseqcConf {
         DiseqcConf conf = new DiseqcConf();
         conf.malformed.addAll(SourceText.read(source, (place, line) -> conf.take(line.strip())));
         return conf;
+    }
+
+    /** The sequences of each position, in the order of the file. */
+    Map<OrbitalPosition, List<Sequence>> sequences() {
+        return sequences;
+    }
+
+    /** The malformed lines. */
+    List<Malformed> malformed() {
+        return malformed;
+    }
+
+    /** The number of restrictions to certain devices. */
+    int restrictions() {
+        return restrictions;
     }
 
     private void take(String line) {

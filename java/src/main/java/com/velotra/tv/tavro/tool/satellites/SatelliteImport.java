@@ -42,18 +42,18 @@ public final class SatelliteImport {
     /** Adds the satellites of a sources.conf; {@link #store} stores them. */
     public void addSources(Source source) {
         SourcesConf conf = SourcesConf.read(source);
-        sources.addAll(conf.satellites);
-        report.read(conf.satellites.size(), "satellite", conf.malformed);
-        conf.others.forEach(code -> report.skipped("not a satellite (source " + code + ")"));
+        sources.addAll(conf.satellites());
+        report.read(conf.satellites().size(), "satellite", conf.malformed());
+        conf.others().forEach(code -> report.skipped("not a satellite (source " + code + ")"));
     }
 
     /** Adds the dish settings of a diseqc.conf; {@link #store} stores them. */
     public void addSwitches(Source source) {
         DiseqcConf conf = DiseqcConf.read(source);
-        conf.sequences.forEach(
+        conf.sequences().forEach(
                 (position, lines) -> sequences.computeIfAbsent(position, key -> new ArrayList<>()).addAll(lines));
-        report.read(conf.sequences.size(), "dish setting", conf.malformed);
-        for (int i = 0; i < conf.restrictions; i++) {
+        report.read(conf.sequences().size(), "dish setting", conf.malformed());
+        for (int i = 0; i < conf.restrictions(); i++) {
             report.dropped("a restriction to certain devices");
         }
     }

@@ -17,9 +17,9 @@ final class SourcesConf {
     /** A satellite: its place in the file, its position in the sky and its name. */
     record Satellite(Place place, OrbitalPosition position, String name) {}
 
-    final List<Satellite> satellites = new ArrayList<>();
-    final List<String> others = new ArrayList<>(); // codes of other media
-    final List<Malformed> malformed = new ArrayList<>();
+    private final List<Satellite> satellites = new ArrayList<>();
+    private final List<String> others = new ArrayList<>();
+    private final List<Malformed> malformed = new ArrayList<>();
 
     private SourcesConf() {}
 
@@ -28,6 +28,21 @@ final class SourcesConf {
         SourcesConf conf = new SourcesConf();
         conf.malformed.addAll(SourceText.read(source, (place, line) -> conf.take(place, line.strip())));
         return conf;
+    }
+
+    /** The satellites. */
+    List<Satellite> satellites() {
+        return satellites;
+    }
+
+    /** The codes of sources of other media. */
+    List<String> others() {
+        return others;
+    }
+
+    /** The malformed lines. */
+    List<Malformed> malformed() {
+        return malformed;
     }
 
     private void take(Place place, String line) {
