@@ -1,0 +1,48 @@
+package com.velotra.tv.tavro.services.channellist;
+
+import java.io.IOException;
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.util.ArrayList;
+import java.util.List;
+import java.util.regex.Matcher;
+import java.util.regex.Pattern;
+
+/** Runs {@link BadInputProbe} in virtual machines of their own, a new one after each call that ended the last. */
+final class ChildProcesses {
+    private static final Pattern EXCEPTION = Pattern.compile("of type (std::\\w+)|instance of '(std::\\w+)'");
+    private static final int ABORTED = 128 + 6;
+
+    private ChildProcesses() {}
+
+    /**
+     * The outcomes of {@code count} calls: the lines that the program printed, and for a call that ended the process
+     * {@code ends} with the C++ exception that nobody caught, if there was one.
+     */
+    static List<String> outcomes(Path folder, String calls, int count) throws IOException, InterruptedException {
+        Path errors = folder.resolve("errors");
+        List<String> outcomes = new ArrayList<>();
+        while (outcomes.size() < count) {
+            Process process = new ProcessBuilder(
+                    "sh", "-c", "ulimit -c 0; exec \"$0\" \"$@\"", // no core files
+                    Path.of(System.getProperty("java.home"), "bin", "java").toString(),
+                    "-XX:TieredStopAtLevel=1", "-XX:+UseSerialGC", "-XX:+SuppressFatalErrorMessage",
+                    "-Djava.library.path=" + System.getProperty("java.library.path"),
+                    "-Dtavro.document=" + System.getProperty("tavro.document"),
+                    "-cp", System.getProperty("java.class.path"),
+                    BadInputProbe.class.getName(), calls, String.valueOf(outcomes.size()))
+                    .redirectError(errors.toFile()).start();
+            outcomes.addAll(process.inputReader().lines().toList());
+            int exit = process.waitFor();
+            String message = Files.readString(errors);
+            if (exit == ABORTED) {
+                Matcher matcher = EXCEPTION.matcher(message);
+                String exception = !matcher.find() ? "" : ": " + (matcher.group(1) == null ? matcher.group(2) : matcher.group(1));
+                outcomes.add("ends" + exception);
+            } else if (exit != 0 || outcomes.size() != count) {
+                throw new IllegalStateException("exit code " + exit + " after " + outcomes.size() + " of " + count + " calls: " + message);
+            }
+        }
+        return outcomes;
+    }
+}
