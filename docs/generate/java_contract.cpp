@@ -3,13 +3,20 @@
 
 #include "jni/jni_VltTvList_Init.h"
 #include "middleware/satl.h"
+#include "natives.h"
 #include "script.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cstdarg>
 #include <cstddef>
 #include <cstdio>
+#include <cstring>
 #include <deque>
+#include <iterator>
+#include <regex>
+#include <set>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -48,7 +55,7 @@ jint int_fields = 0;
 std::deque<Object> objects;
 std::deque<Member> members;
 std::vector<ClassUse> uses;
-std::vector<Natives> natives;
+std::vector<Natives> registered;
 std::string asked_key;
 
 Object& object(const std::string& type, const std::string& text = "", const std::string& element = "") {
@@ -134,7 +141,7 @@ void fill(JNINativeInterface_& table) {
     table.NewByteArray = [](JNIEnv*, jsize) { return ref<jbyteArray>(object("[B")); };
     table.SetByteArrayRegion = [](JNIEnv*, jbyteArray, jsize, jsize, const jbyte*) {};
     table.RegisterNatives = [](JNIEnv*, jclass cls, const JNINativeMethod* methods, jint count) -> jint {
-        natives.push_back({from(cls).text, {methods, methods + count}});
+        registered.push_back({from(cls).text, {methods, methods + count}});
         return JNI_OK;
     };
 }
@@ -239,13 +246,109 @@ void call(const Natives& list, const JNINativeMethod& method, JNIEnv* env) {
     }
 }
 
-void print_natives() {
-    for (const Natives& list : natives) {
-        std::printf("\n### %s\n\n```\n", list.path.c_str());
-        for (const JNINativeMethod& method : list.methods) {
-            std::printf("%s\n", declaration(method.name, method.signature).c_str());
+// Of a class's path, its name.
+std::string class_name(const std::string& path) { return path.substr(path.rfind('/') + 1); }
+
+// The bit of a list class in natives::Kinds.
+unsigned kind_of(const Natives& list) {
+    const std::pair<const char*, natives::Kinds> kinds[] = {{"VltTvChannelList", natives::kService},
+                                                            {"VltTvTransportStreamList", natives::kStream},
+                                                            {"VltTvNetworkList", natives::kNetwork},
+                                                            {"VltTvSatelliteList", natives::kSatellite}};
+    for (const auto& [name, kind] : kinds) {
+        if (class_name(list.path) == name) {
+            return kind;
         }
-        std::printf("```\n");
+    }
+    return 0;
+}
+
+// A row's declaration as the class spells it.
+std::string spelled(const natives::Native& row, unsigned kind) {
+    std::string text = row.declaration;
+    const std::size_t at = text.find("native_");
+    if (kind == natives::kSatellite && at != std::string::npos) {
+        text.erase(at + std::strlen("native"), 1);
+        char& letter = text[at + std::strlen("native")];
+        letter = static_cast<char>(std::toupper(static_cast<unsigned char>(letter)));
+    }
+    return text;
+}
+
+const std::regex kParameterName(" (\\w+)(?=[,)])");
+
+// The only row that describes a native. Otherwise complains and returns null.
+const natives::Native* row_of(const Natives& list, const std::string& native) {
+    const natives::Native* found = nullptr;
+    int rows = 0;
+    for (const natives::Native& row : natives::kNatives) {
+        const unsigned kind = kind_of(list);
+        if ((row.kinds & kind) != 0 && std::regex_replace(spelled(row, kind), kParameterName, "") == native) {
+            found = &row;
+            ++rows;
+        }
+    }
+    if (rows != 1) {
+        std::fprintf(stderr, "docs/generate/natives.h has %d rows for %s of %s, not one\n", rows, native.c_str(),
+                     list.path.c_str());
+    }
+    return rows == 1 ? found : nullptr;
+}
+
+// Whether every native has a row of its own, every row is of a native, and the parameters that rows name are the ones
+// that have a meaning.
+bool check_natives() {
+    bool complete = true;
+    for (const Natives& list : registered) {
+        const unsigned kind = kind_of(list);
+        const auto rows = std::count_if(std::begin(natives::kNatives), std::end(natives::kNatives),
+                                        [&](const natives::Native& row) { return (row.kinds & kind) != 0; });
+        if (static_cast<std::size_t>(rows) != list.methods.size()) {
+            std::fprintf(stderr, "docs/generate/natives.h has %d rows for the %zu natives of %s\n",
+                         static_cast<int>(rows), list.methods.size(), list.path.c_str());
+            complete = false;
+        }
+        for (const JNINativeMethod& method : list.methods) {
+            complete = row_of(list, declaration(method.name, method.signature)) != nullptr && complete;
+        }
+    }
+    std::set<std::string> used;
+    for (const natives::Native& row : natives::kNatives) {
+        const std::string text = row.declaration;
+        for (std::sregex_iterator name(text.begin(), text.end(), kParameterName), end; name != end; ++name) {
+            used.insert((*name)[1]);
+        }
+    }
+    std::set<std::string> explained;
+    for (const natives::Parameter& parameter : natives::kParameters) {
+        std::istringstream names(parameter.name);
+        for (std::string name; std::getline(names >> std::ws, name, ',');) {
+            explained.insert(name);
+        }
+    }
+    if (used != explained) {
+        std::fprintf(stderr, "docs/generate/natives.h does not explain exactly the parameters that its rows name\n");
+        complete = false;
+    }
+    return complete;
+}
+
+void print_parameters() {
+    std::printf("\n| Parameter | Meaning |\n|---|---|\n");
+    for (const natives::Parameter& parameter : natives::kParameters) {
+        const std::string names = std::regex_replace(std::string(parameter.name), std::regex("\\w+"), "`$&`");
+        std::printf("| %s | %s |\n", names.c_str(), parameter.meaning);
+    }
+}
+
+void print_natives() {
+    for (const Natives& list : registered) {
+        std::printf("\n### %s\n\n| Native | Effect | Result | On failure |\n|---|---|---|---|\n", list.path.c_str());
+        for (const JNINativeMethod& method : list.methods) {
+            const natives::Native& row = *row_of(list, declaration(method.name, method.signature));
+            std::printf("| `%s` | %s | %s | %s |\n", spelled(row, kind_of(list)).c_str(), row.effect, row.result,
+                        row.failure);
+        }
     }
 }
 
@@ -270,20 +373,29 @@ void print_use(const ClassUse& use) {
 constexpr char kIntroduction[] =
     R"(# What the library asks of the Java side
 
-Made by the program `java_contract` of the test build, from what the library looks up: names and types
-are found at run time, so that a difference shows only when the call is made. Obfuscators must leave
-all of them alone.
+The program `java_contract` of the test build makes this document: it calls every native, and writes down which classes,
+methods and fields the library looks up. What the natives do is a table in `docs/generate/natives.h`; the program fails
+unless that has exactly one row for each native, with the parameter types of its registration.
+
+Names and types are looked up at run time, so a difference shows only when the call is made. Keep obfuscators away from
+all of them.
 
 ## Natives
 
 The Java classes declare these methods `native`, without `static`. Loading fails when one is missing.
+
+- An identifier can be *refused*; [porting.md](porting.md#bad-input) says which are, and which end the process.
+- When Java lacks a class, method or field that a native looks up, the native returns its failure result and the
+  exception stays pending.
+- A native opens its list when it is not open, unless its table says otherwise; only `native_open` creates lists.
+- Which natives lock the list is in [porting.md](porting.md#when-a-lock-fails).
 )";
 
 constexpr char kClasses[] = R"(
 ## Classes that are used
 
-A field is read after `isContainsKey` was true for its key; the few without a key are read unasked. The
-lists of wanted keys that getters take have the same keys, and null wants all of them.
+A field with a key is read when `isContainsKey` has returned true for the key; a field without one is always read. The
+lists of keys that getters take hold the same keys.
 )";
 
 } // namespace
@@ -308,14 +420,18 @@ int main() {
         return 1;
     }
     for (int_fields = 0; int_fields < kRounds; ++int_fields) {
-        for (const Natives& list : natives) {
+        for (const Natives& list : registered) {
             for (const JNINativeMethod& method : list.methods) {
                 call(list, method, &env);
             }
         }
     }
 
+    if (!check_natives()) {
+        return 1;
+    }
     std::printf("%s", kIntroduction);
+    print_parameters();
     print_natives();
     std::printf("%s", kClasses);
     for (const ClassUse& use : uses) {
