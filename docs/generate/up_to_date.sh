@@ -3,7 +3,11 @@
 set -euo pipefail
 file=$1
 shift
-diff "$file" <("$@") || {
+made=$("$@") || {
+    echo "$file cannot be made: $* failed"
+    exit 1
+}
+diff "$file" <(printf '%s\n' "$made") || {
     echo "$file (<) is out of date; make it anew (>): $* >$file"
     exit 1
 }

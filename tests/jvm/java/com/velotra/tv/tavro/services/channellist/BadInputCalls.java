@@ -136,11 +136,12 @@ final class BadInputCalls {
         if (types.stream().anyMatch(KeyedValues.class::isAssignableFrom)) {
             return Stream.concat(Stream.of(new Call(list, method, Place.OBJECT, null)), inReferences);
         } else if (method.getName().endsWith("pdateInfoList")) {
-            Stream<Call> own = Stream.of(new Call(list, method, Place.FIRST, null), new Call(list, method, Place.LATER, null));
-            return Stream.concat(own, inReferences);
+            Stream<Call> inElements = Stream.of(Place.FIRST, Place.LATER).map(place -> new Call(list, method, place, null));
+            return Stream.concat(inElements, inReferences);
         }
         boolean takesPath = method.getName().matches("native(_o|O)pen|native(_s|S)tore");
-        return types.contains(String.class) && !takesPath ? Stream.of(new Call(list, method, Place.ARGUMENT, null)) : Stream.of();
+        boolean takesIdentifier = types.contains(String.class) && !takesPath;
+        return takesIdentifier ? Stream.of(new Call(list, method, Place.ARGUMENT, null)) : Stream.of();
     }
 
     /** Arguments for a native other than nativeSetup: list 5, record 3,4, an object that names it, a path. */

@@ -30,7 +30,8 @@ final class BadInputDocument {
             if (line.matches("#+ .*")) {
                 below = line.replaceFirst("#+ ", "").equals(heading);
             } else if (below && line.startsWith("|")) {
-                rows.add(Arrays.stream(line.substring(1, line.lastIndexOf('|')).split("\\|", -1)).map(String::strip).toList());
+                String cells = line.substring(1, line.lastIndexOf('|'));
+                rows.add(Arrays.stream(cells.split("\\|", -1)).map(String::strip).toList());
             } else if (!rows.isEmpty()) {
                 break;
             }
@@ -42,15 +43,17 @@ final class BadInputDocument {
     }
 
     /**
-     * The natives of a row, with their classes. {@code kinds} is {@code all} or names kinds of list; {@code natives} has signatures in
-     * backticks, of which each kind has at least one.
+     * The natives of a row, with their classes. {@code kinds} is {@code all} or names kinds of list; {@code natives} has
+     * signatures in backticks, of which each kind has at least one.
      */
     static Set<String> natives(String kinds, String natives) {
         Set<String> signatures = Set.copyOf(quoted(natives));
         Set<String> names = new TreeSet<>();
         for (String kind : kinds.equals("all") ? BadInputCalls.KINDS.keySet() : Set.of(kinds.split(", "))) {
             List<String> found = BadInputCalls.natives(BadInputCalls.list(BadInputCalls.KINDS.get(kind))).stream()
-                    .filter(method -> signatures.contains(BadInputCalls.signature(method))).map(BadInputCalls::fullName).toList();
+                    .filter(method -> signatures.contains(BadInputCalls.signature(method)))
+                    .map(BadInputCalls::fullName)
+                    .toList();
             if (found.isEmpty()) {
                 throw new IllegalStateException(kind + " lists have none of " + natives);
             }

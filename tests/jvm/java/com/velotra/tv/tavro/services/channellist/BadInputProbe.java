@@ -50,7 +50,7 @@ final class BadInputProbe {
         }
     }
 
-    /** The result, the record asked for last, the hash of the record written last, whether a lock is left, and the error lines. */
+    /** Result, record asked for last, hash of the record written last, whether the list stays locked, lines at error level. */
     private static String outcome(BadInputCalls.Call call, String identifier) {
         prepare(call.list());
         Script.logLevel("e");

@@ -6,11 +6,14 @@ import java.io.IOException;
 import java.lang.reflect.Method;
 import java.nio.file.Path;
 import java.util.ArrayList;
+import java.util.HashMap;
+import java.util.Iterator;
 import java.util.List;
 import java.util.Map;
 import java.util.Set;
 import java.util.TreeSet;
 import java.util.regex.Pattern;
+import java.util.stream.Stream;
 import org.junit.jupiter.api.Test;
 import org.junit.jupiter.api.io.TempDir;
 
@@ -30,16 +33,30 @@ class BadInputTest {
         static Outcome ended(String how) {
             return new Outcome(how, "", "", false, "");
         }
+
+        Outcome withRecord(String other) {
+            return new Outcome(result, other, written, locked, errors);
+        }
+
+        Outcome withWritten(String other) {
+            return new Outcome(result, record, other, locked, errors);
+        }
+
+        Outcome withErrors(String other) {
+            return new Outcome(result, record, written, locked, other);
+        }
     }
 
-    /** A row of the second table: how some natives read an identifier that is passed to them in one place. */
-    private record Rule(Set<String> natives, Set<String> places, String reading, String list, String refused, boolean locked, String ofNull) {
+    /** A row of the second table: how some natives read an identifier that is passed to them in one of some places. */
+    private record Rule(
+            Set<String> natives, Set<String> places, String reading, String list, String refused, boolean locked, String ofNull) {
         private static final List<String> READINGS = List.of("strict", "lenient", "record only");
+        private static final String LOCKED = "; the list stays locked";
 
         static Rule of(List<String> row) {
             return new Rule(
                     BadInputDocument.natives(row.get(0), row.get(1)), Set.of(row.get(2).split(", ")), row.get(3), row.get(4),
-                    row.get(5).replaceAll("`|;.*", ""), row.get(5).endsWith("; the list stays locked"), row.get(6).replace("`", ""));
+                    plain(row.get(5).replace(LOCKED, "")), row.get(5).endsWith(LOCKED), plain(row.get(6)));
         }
 
         boolean covers(BadInputCalls.Call call) {
@@ -47,64 +64,73 @@ class BadInputTest {
         }
 
         /** What the rule makes of an identifier, given the identifier's row of the first table. */
-        String cell(List<String> identifier) {
-            boolean isNull = identifier.get(0).equals("`null`");
-            String cell = identifier.get(1 + READINGS.indexOf(reading));
-            return isNull && !ofNull.equals("refused") ? ofNull : cell.equals("as lenient") ? identifier.get(2) : cell;
+        String cell(List<String> row) {
+            if (row.get(0).equals("`null`") && !ofNull.equals("refused")) {
+                return ofNull;
+            }
+            String cell = row.get(1 + READINGS.indexOf(reading));
+            return cell.equals("as lenient") ? row.get(1 + READINGS.indexOf("lenient")) : cell;
         }
     }
 
-    /** What one native does with each identifier of the first table, measured and documented. */
+    private static String plain(String cell) {
+        return cell.replace("`", "");
+    }
+
+    /** What one call does with each identifier, found and documented. */
     private static final class Comparison {
         private final BadInputCalls.Call call;
         private final Rule rule;
-        private final List<Outcome> found;
-        private final Outcome accepted; // with 3,4
-        private final Outcome first; // what a list update has done before it comes to a later element
+        private final Map<String, Outcome> found;
+        private final Outcome accepted;
 
-        Comparison(BadInputCalls.Call call, Rule rule, List<Outcome> found) {
+        Comparison(BadInputCalls.Call call, Rule rule, Map<String, Outcome> found) {
             this.call = call;
             this.rule = rule;
             this.found = found;
-            accepted = with("3,4");
-            boolean isLater = call.place() == BadInputCalls.Place.LATER;
-            first = new Outcome("", isLater ? accepted.record.replace(",4", ",2") : "", isLater ? accepted.written : "", false, "");
+            accepted = found.get("3,4");
+            if (call.place() == BadInputCalls.Place.REFERENCE) {
+                long different = Stream.of("3,4", "0,4", "9,4", null).map(found::get).map(Outcome::written).distinct().count();
+                assertEquals(4, different, call + ": the records that are written show the reference");
+            }
         }
 
-        private Outcome with(String identifier) {
-            return found.get(BadInputDocument.identifiers().indexOf(identifier));
-        }
-
-        Outcome documented(List<String> identifier) {
+        Outcome documented(List<String> row) {
             if (rule.reading.equals("never read")) {
                 return accepted;
             }
-            String cell = rule.cell(identifier);
-            if (cell.startsWith("ends")) {
-                return Outcome.ended(cell.replace("`", ""));
+            String cell = rule.cell(row);
+            if (cell.startsWith("refused")) {
+                return refused(String.join(" ", BadInputDocument.quoted(cell)));
             }
-            return cell.startsWith("refused") ? refused(String.join(" ", BadInputDocument.quoted(cell))) : read(cell.replace("`", ""));
+            return cell.startsWith("ends") ? Outcome.ended(plain(cell)) : read(plain(cell));
         }
 
         private Outcome refused(String errors) {
             return switch (rule.refused) {
-                case "ignored" -> new Outcome(accepted.result, accepted.record, accepted.written, false, errors);
-                case "not stored" -> new Outcome(accepted.result, accepted.record, with(null).written, false, errors);
-                default -> new Outcome(rule.refused, first.record, first.written, rule.locked, errors);
+                case "ignored" -> accepted.withErrors(errors);
+                case "not stored" -> accepted.withWritten(found.get(null).written).withErrors(errors);
+                default -> done(rule.refused, rule.locked, errors);
             };
         }
 
         private Outcome read(String record) {
             if (call.place() == BadInputCalls.Place.REFERENCE) {
-                return new Outcome(accepted.result, accepted.record, with(record).written, false, "");
+                return accepted.withWritten(found.get(record).written);
             } else if (rule.refused.equals("ignored")) {
                 return accepted;
             }
             String list = rule.list.equals("argument") ? String.valueOf(BadInputCalls.LIST) : record.split(",")[0];
-            if (!BadInputProbe.OPEN_LISTS.contains(Integer.parseInt(list))) {
-                return new Outcome(failure(call.method()), first.record, first.written, false, "");
-            }
-            return new Outcome(accepted.result, list + "," + record.substring(record.indexOf(',') + 1), accepted.written, false, accepted.errors);
+            return BadInputProbe.OPEN_LISTS.contains(Integer.parseInt(list))
+                    ? accepted.withRecord(list + "," + record.substring(record.indexOf(',') + 1))
+                    : done(failure(call.method()), false, "");
+        }
+
+        /** Nothing is read or written, but what a list update has done before it comes to a later element. */
+        private Outcome done(String result, boolean locked, String errors) {
+            boolean isLater = call.place() == BadInputCalls.Place.LATER;
+            String first = isLater ? accepted.record.replace(",4", ",2") : "";
+            return new Outcome(result, first, isLater ? accepted.written : "", locked, errors);
         }
 
         private static String failure(Method method) {
@@ -115,23 +141,25 @@ class BadInputTest {
 
     @Test
     void nativesReadIdentifiersAsDocumented() throws IOException, InterruptedException {
-        List<List<String>> identifiers = BadInputDocument.table(BadInputDocument.IDENTIFIERS);
+        List<List<String>> rows = BadInputDocument.table(BadInputDocument.IDENTIFIERS);
+        List<String> identifiers = BadInputDocument.identifiers();
         List<Rule> rules = BadInputDocument.table("How each native reads an identifier").stream().map(Rule::of).toList();
         List<BadInputCalls.Call> calls = BadInputCalls.all();
-        List<Outcome> outcomes = ChildProcesses.outcomes(folder, "identifiers", calls.size() * identifiers.size())
-                .stream().map(Outcome::of).toList();
+        Iterator<String> outcomes = ChildProcesses.outcomes(folder, "identifiers", calls.size() * rows.size()).iterator();
 
         List<String> differences = new ArrayList<>();
-        for (int i = 0; i < calls.size(); i++) {
-            BadInputCalls.Call call = calls.get(i);
+        for (BadInputCalls.Call call : calls) {
             List<Rule> covering = rules.stream().filter(rule -> rule.covers(call)).toList();
             assertEquals(1, covering.size(), "rows that cover " + call);
-            List<Outcome> found = outcomes.subList(i * identifiers.size(), (i + 1) * identifiers.size());
+            Map<String, Outcome> found = new HashMap<>();
+            identifiers.forEach(identifier -> found.put(identifier, Outcome.of(outcomes.next())));
             Comparison comparison = new Comparison(call, covering.get(0), found);
-            for (int k = 0; k < identifiers.size(); k++) {
-                Outcome documented = comparison.documented(identifiers.get(k));
-                if (!documented.equals(found.get(k))) {
-                    differences.add("\n" + call + " with " + identifiers.get(k).get(0) + ": documented " + documented + ", found " + found.get(k));
+            for (int i = 0; i < rows.size(); i++) {
+                Outcome documented = comparison.documented(rows.get(i));
+                Outcome actual = found.get(identifiers.get(i));
+                if (!documented.equals(actual)) {
+                    differences.add(
+                            "\n" + call + " with " + rows.get(i).get(0) + ": documented " + documented + ", found " + actual);
                 }
             }
         }
@@ -152,7 +180,9 @@ class BadInputTest {
                 assertEquals(after.get(i), before.get(i), names.get(i));
             }
         }
-        assertEquals(new TreeSet<>(BadInputDocument.table("Before set-up").stream().map(row -> row.get(0).replace("`", "")).toList()), ending);
+        Set<String> documented = new TreeSet<>();
+        BadInputDocument.table("Before set-up").forEach(row -> documented.add(plain(row.get(0))));
+        assertEquals(documented, ending);
     }
 
     @Test

@@ -10,7 +10,7 @@ import java.util.regex.Pattern;
 
 /** Runs {@link BadInputProbe} in virtual machines of their own, a new one after each call that ended the last. */
 final class ChildProcesses {
-    private static final Pattern EXCEPTION = Pattern.compile("of type (std::\\w+)|instance of '(std::\\w+)'");
+    private static final Pattern EXCEPTION = Pattern.compile("terminate called after throwing an instance of '([^']+)'");
     private static final int ABORTED = 128 + 6;
 
     private ChildProcesses() {}
@@ -37,10 +37,10 @@ final class ChildProcesses {
             String message = Files.readString(errors);
             if (exit == ABORTED) {
                 Matcher matcher = EXCEPTION.matcher(message);
-                String exception = !matcher.find() ? "" : ": " + (matcher.group(1) == null ? matcher.group(2) : matcher.group(1));
-                outcomes.add("ends" + exception);
+                outcomes.add(matcher.find() ? "ends: " + matcher.group(1) : "ends");
             } else if (exit != 0 || outcomes.size() != count) {
-                throw new IllegalStateException("exit code " + exit + " after " + outcomes.size() + " of " + count + " calls: " + message);
+                throw new IllegalStateException(
+                        "exit code " + exit + " after " + outcomes.size() + " of " + count + " calls: " + message);
             }
         }
         return outcomes;

@@ -10,7 +10,7 @@ import java.util.stream.Stream;
 import org.junit.jupiter.api.AfterEach;
 import org.junit.jupiter.api.Test;
 
-/** The table in docs/porting.md on lists that cannot be opened or loaded is what the natives do, over the scripted platform. */
+/** The table in docs/porting.md on lists that cannot be opened or loaded is what the natives do. */
 class FailingLoadTest {
     private static final int LIST = 7;
     private static final int NO_SUCH_FILE = -8;
