@@ -1,4 +1,4 @@
-// The file helpers over the workstation's file system.
+// The middleware's file functions on the workstation's file system.
 #include "common/file_error.h"
 #include "common/paths.h"
 #include "common/replacement_file.h"
@@ -15,9 +15,9 @@
 namespace {
 
 using tavro::host::explain;
+using tavro::host::is_disk_full;
 using tavro::host::is_platform_path;
 using tavro::host::make_parents;
-using tavro::host::means_full;
 using tavro::host::ReplacementFile;
 using tavro::host::report_once;
 using tavro::host::resolve_path;
@@ -29,10 +29,10 @@ bool is_bad(std::uint32_t drive, const char* path) { return drive != kMwRootDriv
 
 MwStatus failed(MwStatus status, const std::string& action, const std::string& path, int error) {
     report_once("cannot " + action + " " + path + ": " + explain(error, "choose another path"));
-    return means_full(error) ? kHostStorageFull : status;
+    return is_disk_full(error) ? kHostStorageFull : status;
 }
 
-// A file descriptor that closes itself.
+// Owns a file descriptor.
 class File {
 public:
     File(const std::string& path, int flags) : descriptor_(::open(path.c_str(), flags | O_CLOEXEC, kFileMode)) {}
@@ -50,7 +50,7 @@ private:
     int descriptor_;
 };
 
-// Writes the rest of `from` to `to`. Returns 0 or an errno value.
+// Copies the rest of `from` to `to`. Returns 0 or an errno value.
 int copy_content(const File& from, const File& to) {
     std::string buffer(kCopyBytes, '\0');
     for (;;) {
@@ -81,7 +81,7 @@ MwStatus fs_raw_init(std::uint32_t drive, const char* path) {
         make_parents(target);
     }
     const File file(target, O_RDWR | O_CREAT);
-    return file.is_open() ? kMwOk : failed(kHostCannotWriteFile, "prepare", target, errno);
+    return file.is_open() ? kMwOk : failed(kHostCannotWriteFile, "open", target, errno);
 }
 
 MwStatus fs_raw_qry_fpath(std::uint32_t drive, const char* path, std::uint32_t* word1, std::uint32_t* word2,
@@ -116,7 +116,7 @@ MwStatus fs_raw_copy(std::uint32_t from_drive, const char* from, std::uint32_t t
     const File writing(replacement.temporary(), O_WRONLY | O_CREAT | O_TRUNC);
     int error = writing.is_open() ? copy_content(reading, writing) : errno;
     if (error == 0) {
-        error = replacement.take_place();
+        error = replacement.commit();
     }
     return error == 0 ? kMwOk : failed(kHostCannotWriteFile, "write", target, error);
 }

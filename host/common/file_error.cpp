@@ -7,7 +7,7 @@ namespace tavro::host {
 namespace {
 
 std::string remedy(int error, const std::string& alternative) {
-    if (means_full(error)) {
+    if (is_disk_full(error)) {
         return "free some space on its file system";
     }
     switch (error) {
@@ -15,14 +15,14 @@ std::string remedy(int error, const std::string& alternative) {
     case EPERM:
         return "change its owner or permissions, or " + alternative;
     case EROFS:
-        return "mount it for writing, or " + alternative;
+        return "mount it read-write, or " + alternative;
     case EISDIR:
         return "move it away, or " + alternative;
     case EMFILE:
     case ENFILE:
-        return "raise the limit of open files (ulimit -n)";
+        return "raise the open file limit (ulimit -n)";
     case EFBIG:
-        return "raise the limit of file sizes (ulimit -f), or " + alternative;
+        return "raise the file size limit (ulimit -f), or " + alternative;
     case EIO:
         return "check the disk, or " + alternative;
     default:
@@ -32,7 +32,7 @@ std::string remedy(int error, const std::string& alternative) {
 
 } // namespace
 
-bool means_full(int error) { return error == ENOSPC || error == EDQUOT; }
+bool is_disk_full(int error) { return error == ENOSPC || error == EDQUOT; }
 
 std::string explain(int error, const std::string& alternative) {
     return std::string(std::strerror(error)) + "; " + remedy(error, alternative);

@@ -1,15 +1,15 @@
-// What an errno value of a file operation means for the engineer: the cause in words, and the remedy.
+// Explains errno values of file operations: cause and remedy.
 #pragma once
 
 #include <string>
 
 namespace tavro::host {
 
-// Whether the file system, or the user's share of it, has no space left.
-bool means_full(int error);
+// True if the file system or the user's quota is full.
+bool is_disk_full(int error);
 
-// "CAUSE; REMEDY". `alternative` is what helps when the file itself cannot be mended, as in "choose another
-// path"; it is left out where it would not help.
+// Returns "CAUSE; REMEDY". `alternative` is a second remedy, such as "choose another path". It is left out where it
+// would not help.
 std::string explain(int error, const std::string& alternative);
 
 } // namespace tavro::host

@@ -20,7 +20,7 @@ constexpr std::uint32_t kDirectoryEvents =
     IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_DELETE_SELF | IN_MOVE_SELF | IN_ATTRIB;
 constexpr std::uint32_t kFileEvents = IN_MODIFY | IN_CLOSE_WRITE | IN_ATTRIB | IN_DELETE_SELF | IN_MOVE_SELF;
 
-// Local file systems whose every change goes through this kernel and this mount: ext2 to ext4, tmpfs, XFS, Btrfs, F2FS.
+// Local file systems, which only this kernel changes: ext2 to ext4, tmpfs, XFS, Btrfs, F2FS.
 constexpr std::uint32_t kWatchableSystems[] = {0xEF53, 0x01021994, 0x58465342, 0x9123683E, 0xF2F52010};
 
 bool is_watchable(const std::string& path) {
@@ -82,7 +82,7 @@ bool PathWatch::is_relevant(const inotify_event& event, const char* name) const 
     });
 }
 
-// Empties the queue. Returns whether one of its events concerns the path.
+// Empties the queue. Returns true if any event concerns the path.
 bool PathWatch::has_relevant_events() const {
     alignas(inotify_event) std::array<char, 4096> buffer;
     bool relevant = false;
@@ -112,9 +112,9 @@ bool PathWatch::changed() {
     return changed_;
 }
 
-// Watches a directory before it looks for the next name in it, so that nothing can change unseen in between.
+// Adds the watch on a directory before looking up the next name in it, so that no change in between is missed.
 bool PathWatch::watch_places(const std::string& path, std::vector<Place>& places) const {
-    std::size_t end = 0; // of the directory's path
+    std::size_t end = 0; // of the directory part
     while (end < path.size()) {
         const std::size_t start = path.find_first_not_of('/', end);
         if (start == std::string::npos) {
@@ -154,7 +154,7 @@ bool PathWatch::watch(const std::string& path) {
         return false;
     }
     std::array<epoll_event, 2> ready{};
-    ::epoll_wait(poll_, ready.data(), static_cast<int>(ready.size()), 0); // takes note of the mounts until now
+    ::epoll_wait(poll_, ready.data(), static_cast<int>(ready.size()), 0); // consumes mount changes up to now
     has_relevant_events();
     std::vector<Place> places;
     works_ = watch_places(path, places);
@@ -167,7 +167,7 @@ bool PathWatch::watch(const std::string& path) {
         const bool kept =
             std::any_of(places_.begin(), places_.end(), [&](const Place& place) { return place.watch == old.watch; });
         if (!kept) {
-            ::inotify_rm_watch(events_, old.watch); // fails for a file that is gone, whose watch has ended
+            ::inotify_rm_watch(events_, old.watch); // fails harmlessly if the file was deleted
         }
     }
     return works_;

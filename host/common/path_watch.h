@@ -1,4 +1,4 @@
-// Notices that a path may lead to another file, or its file to other content, with one cheap system call.
+// Detects, with one cheap system call, that a path may name another file or that the file may have changed.
 #pragma once
 
 #include <string>
@@ -8,12 +8,11 @@ struct inotify_event;
 
 namespace tavro::host {
 
-// The kernel queues an inotify event within the system call that makes the change, and epoll sees the queue at
-// once, so nothing depends on time. Watched are the file and every directory that leads to it: a rename or
-// removal of any of them changes what the path means. /proc/self/mountinfo shows new mounts.
+// The kernel queues the inotify event within the system call that makes the change, so there is no delay. The file
+// and every directory on the path are watched, because renaming or removing any of them changes which file the path
+// names. Polling /proc/self/mountinfo reports new mounts.
 //
-// Changes made through a shared mapping of the file are noticed when its writer closes it. Used by one thread at a
-// time.
+// Changes through a shared mapping are detected when the writer closes the file. Not thread-safe.
 class PathWatch {
 public:
     PathWatch() = default;
@@ -21,25 +20,24 @@ public:
     PathWatch(const PathWatch&) = delete;
     PathWatch& operator=(const PathWatch&) = delete;
 
-    // Watches `path` from now on; changes before the call are not reported. Returns false when the kernel cannot
-    // report every change: the path is relative, leads over a symbolic link, names something other than a regular
-    // file, or lies on a file system that another machine or an overlay may change, or inotify is not available. A
-    // missing file can be watched.
+    // Watches `path`; changes before the call are not reported. The file need not exist. Returns false when the kernel
+    // cannot report every change: the path is relative, contains a symbolic link, names something other than a regular
+    // file or lies on a network or overlay file system, or inotify is not available.
     bool watch(const std::string& path);
 
-    // Whether the last `watch` returned true.
+    // True if the last `watch` returned true.
     bool works() const { return works_; }
 
-    // Whether something may have changed since the last `watch`. Stays true until the next `watch`.
+    // True if something may have changed since the last `watch`. Stays true until the next `watch`.
     bool changed();
 
-    // Gives everything up. After a fork the child calls it: it must not take events out of its parent's queue.
+    // Ends the watch. A forked child must call it, because it would take events out of its parent's queue.
     void stop();
 
 private:
     struct Place {
         int watch;
-        std::string name; // of the next place in this directory; empty for the file itself
+        std::string name; // next path component in this directory; empty for the file itself
     };
 
     bool start();

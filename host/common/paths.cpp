@@ -9,7 +9,7 @@ namespace fs = std::filesystem;
 namespace tavro::host {
 namespace {
 
-// Directories of the TV that the broadcast stack uses.
+// TV directories that the broadcast stack uses.
 constexpr const char* kPlatformDirectories[] = {"/cache", "/data", "/3rd", "/mnt/vendor"};
 
 std::string variable(const char* name) {

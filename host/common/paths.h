@@ -1,23 +1,22 @@
-// Where the workstation's platform keeps its files, and where a path of the TV lies here.
+// The storage directory, and the mapping of TV paths into it.
 #pragma once
 
 #include <string>
 
 namespace tavro::host {
 
-// The storage directory: TAVRO_HOME, else $XDG_STATE_HOME/tavro, else ~/.local/state/tavro. Absolute,
-// without a slash at its end. It need not exist yet.
+// The storage directory: TAVRO_HOME, else $XDG_STATE_HOME/tavro, else ~/.local/state/tavro. Absolute, without a
+// trailing slash. It need not exist yet.
 std::string home_directory();
 
-// The file that a path handed to the platform means. A path below one of the TV's own directories
-// (/cache, /data, /3rd, /mnt/vendor) lies below the storage directory; every other path is the user's
-// and stays as it is.
+// Maps a path below a TV directory (/cache, /data, /3rd, /mnt/vendor) to the storage directory. Returns every other
+// path unchanged.
 std::string resolve_path(const char* path);
 
-// Whether `resolve_path` puts it below the storage directory.
+// True if `resolve_path` maps the path to the storage directory.
 bool is_platform_path(const char* path);
 
-// Makes the directories that lead to a resolved platform path. Returns false when that fails.
+// Creates the parent directories of a resolved platform path. Returns false on failure.
 bool make_parents(const std::string& resolved);
 
 } // namespace tavro::host

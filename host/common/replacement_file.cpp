@@ -20,8 +20,8 @@ std::string directory_of(const std::string& path) {
     return parent.empty() ? "." : parent.string();
 }
 
-// Brings a file or a directory to the disk. Returns 0 or an errno value.
-int synchronise(const std::string& path, int flags) {
+// Calls fsync on a file or directory. Returns 0 or an errno value.
+int sync_to_disk(const std::string& path, int flags) {
     const int file = ::open(path.c_str(), flags | O_CLOEXEC);
     if (file < 0) {
         return errno;
@@ -40,21 +40,21 @@ ReplacementFile::ReplacementFile(const std::string& path) : path_(path) {
 }
 
 ReplacementFile::~ReplacementFile() {
-    if (!in_place_) {
+    if (!committed_) {
         ::unlink(temporary_.c_str());
     }
 }
 
-int ReplacementFile::take_place() {
-    int error = synchronise(temporary_, O_RDONLY);
+int ReplacementFile::commit() {
+    int error = sync_to_disk(temporary_, O_RDONLY);
     if (error == 0 && std::rename(temporary_.c_str(), path_.c_str()) != 0) {
         error = errno;
     }
     if (error != 0) {
         return error;
     }
-    in_place_ = true;
-    return synchronise(directory_of(path_), O_RDONLY | O_DIRECTORY);
+    committed_ = true;
+    return sync_to_disk(directory_of(path_), O_RDONLY | O_DIRECTORY);
 }
 
 void ReplacementFile::remove_leftovers() const {

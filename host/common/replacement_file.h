@@ -1,33 +1,31 @@
-// A file that is written aside and takes its place whole.
+// Replaces a file atomically: write a temporary file, then rename it.
 #pragma once
 
 #include <string>
 
 namespace tavro::host {
 
-// Owns the temporary file `PATH.tmp.PID.N` beside the file that it is to replace. Whoever reads PATH
-// finds the old or the new content, never a part, even if this process is killed half-way; what a
-// killed process left beside PATH is removed by the next replacement.
+// Owns the temporary file `PATH.tmp.PID.N` next to PATH. Readers of PATH see the old or the new content, never part of
+// it, even if this process is killed. The next replacement of PATH removes temporary files left by killed processes.
 class ReplacementFile {
 public:
     explicit ReplacementFile(const std::string& path);
-    ~ReplacementFile(); // removes the temporary file unless it took its place
+    ~ReplacementFile(); // removes the temporary file unless it was committed
     ReplacementFile(const ReplacementFile&) = delete;
     ReplacementFile& operator=(const ReplacementFile&) = delete;
 
-    // Where to write; nothing is there yet.
+    // Path to write to. The file does not exist yet.
     const std::string& temporary() const { return temporary_; }
 
-    // Brings the temporary file to the disk and renames it. Returns 0 or an errno value; after a failure
-    // the file at PATH is as it was.
-    int take_place();
+    // Syncs the temporary file and renames it to PATH. Returns 0 or an errno value. On failure PATH is unchanged.
+    int commit();
 
 private:
     void remove_leftovers() const;
 
     std::string path_;
     std::string temporary_;
-    bool in_place_ = false;
+    bool committed_ = false;
 };
 
 } // namespace tavro::host

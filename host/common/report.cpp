@@ -16,7 +16,7 @@ constexpr char kTag[] = "TavroHost";
 void report(const std::string& message) { __android_log_print(kErrorPriority, kTag, "%s", message.c_str()); }
 
 void report_once(const std::string& message) {
-    // Never destroyed: reports may come while the process ends.
+    // Never destroyed, because errors may be reported during process exit.
     static std::mutex& mutex = *new std::mutex;
     static std::set<std::string>& seen = *new std::set<std::string>;
     {

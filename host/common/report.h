@@ -1,4 +1,4 @@
-// Messages of the workstation's platform to the engineer who uses it.
+// Error messages of the workstation's platform.
 #pragma once
 
 #include <string>
@@ -8,7 +8,7 @@ namespace tavro::host {
 // Writes one error line to the log (priority 6, tag "TavroHost").
 void report(const std::string& message);
 
-// The same, once in the life of the process for each message: a broken set-up is met by every call.
+// Writes each distinct message once per process, because a broken setup fails every call.
 void report_once(const std::string& message);
 
 } // namespace tavro::host

@@ -7,11 +7,11 @@
 #include <cstdio>
 #include <string>
 
-// The whole formatted text, however long it is; empty when the format is faulty.
+// Returns the formatted text, of any length. Returns "" if the format is invalid.
 inline std::string format_text(const char* format, va_list arguments) {
     va_list again;
     va_copy(again, arguments);
-    std::array<char, 512> most; // what nearly every text fits into
+    std::array<char, 512> most; // nearly every text fits
     const int length = std::vsnprintf(most.data(), most.size(), format, arguments);
     const std::size_t size = length > 0 ? static_cast<std::size_t>(length) : 0;
     std::string text;

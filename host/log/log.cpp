@@ -1,6 +1,6 @@
-// The log on standard error, or at the end of the file that TAVRO_LOG_FILE names, in logcat's brief
-// form: `D/SomeTag ( 4711): text`. The tag fills at least 8 places, the process id at least 5; a null
-// tag is an empty one. The file gets every byte; standard error gets dots for control characters.
+// Writes the log to standard error, or appends it to the file named by TAVRO_LOG_FILE, in logcat's brief format:
+// `D/SomeTag ( 4711): text`. The tag is padded to 8 characters and the process id to 5; a null tag is empty. The file
+// gets the exact bytes; on standard error, control characters are shown as dots.
 #include "common/file_error.h"
 #include "common/report.h"
 #include "format.h"
@@ -32,10 +32,10 @@ std::string prefix_of(int priority, const char* tag) {
     return prefix.append("): ");
 }
 
-// Every line of `text` behind `prefix`. The newline at the end of most texts makes no line of its own.
+// Puts `prefix` before every line of `text`. A newline at the end does not add an empty line.
 std::string lines_of(const std::string& prefix, std::string_view text) {
     std::string lines;
-    lines.reserve(prefix.size() + text.size() + 1); // of the one line that most texts are
+    lines.reserve(prefix.size() + text.size() + 1); // most texts are a single line
     do {
         const std::size_t end = text.find('\n');
         lines.append(prefix).append(text.substr(0, end)).append("\n");
@@ -44,8 +44,8 @@ std::string lines_of(const std::string& prefix, std::string_view text) {
     return lines;
 }
 
-// One write, unless the system takes less, so that lines of several threads and processes do not mix. Returns 0
-// or an errno value.
+// Writes all lines in one call if possible, so that lines of other threads and processes do not mix in. Returns 0 or
+// an errno value.
 int write_whole(int file, std::string_view lines) {
     while (!lines.empty()) {
         const ssize_t written = ::write(file, lines.data(), lines.size());
@@ -67,8 +67,8 @@ int write_to_file(const char* path, const std::string& lines) {
     return error;
 }
 
-// Whether the lines went to the file that TAVRO_LOG_FILE names. It is opened for every line, so that it may be
-// moved away while the process runs.
+// Appends the lines to the file named by TAVRO_LOG_FILE. Returns false if the variable is not set or the write failed.
+// Opens the file for every line, so that it can be moved away while the process runs.
 bool written_to_file(const std::string& lines) {
     const char* const path = std::getenv("TAVRO_LOG_FILE");
     if (path == nullptr || *path == '\0') {
@@ -76,20 +76,20 @@ bool written_to_file(const std::string& lines) {
     }
     const int error = write_to_file(path, lines);
     if (error != 0) {
-        // Comes back here as a line of its own, and is not reported again.
+        // The report itself is logged through this function; report_once ends the recursion.
         tavro::host::report_once(std::string("cannot write the log file ") + path + ": " +
                                  tavro::host::explain(error, "set TAVRO_LOG_FILE to another file") +
-                                 "; until then lines go to standard error");
+                                 "; until then, log lines go to standard error");
     }
     return error == 0;
 }
 
-// A log file that cannot be written is reported when the library is loaded, whether or not anything is logged.
+// Reports an unwritable log file when the library is loaded, even if nothing is logged.
 __attribute__((constructor)) void check_log_file() { written_to_file(""); }
 
 } // namespace
 
-// Returns 1, or a negative errno value when the line could be written nowhere.
+// Returns 1, or a negative errno value if the line could not be written at all.
 extern "C" int __android_log_print(int priority, const char* tag, const char* format, ...) {
     const int callers_errno = errno;
     va_list arguments;

@@ -14,14 +14,14 @@ unsigned char byte_at(std::string_view text, std::size_t index) {
 bool is_control(unsigned char byte) { return (byte < 0x20 && byte != '\n' && byte != '\t') || byte == 0x7F; }
 bool is_c1(unsigned char byte) { return byte >= 0x80 && byte <= 0x9F; }
 
-// Whether a byte may need a dot: most lines have none that may.
+// True if the byte may have to be shown as a dot. Most lines contain no such byte.
 bool is_suspicious(char letter) {
     const unsigned char byte = static_cast<unsigned char>(letter);
     return is_control(byte) || is_c1(byte);
 }
 
-// Bytes of the valid UTF-8 sequence that begins at `start`; 1 where none does. Shortest forms alone are valid, and
-// neither surrogates nor values above U+10FFFF (Unicode, table 3-7).
+// Length in bytes of the valid UTF-8 sequence at `start`, or 1 if there is none. Overlong forms, surrogates and values
+// above U+10FFFF are invalid (Unicode, table 3-7).
 std::size_t sequence_length(std::string_view text, std::size_t start) {
     const unsigned char lead = byte_at(text, start);
     std::size_t length = 1;

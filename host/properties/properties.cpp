@@ -1,4 +1,4 @@
-// System properties from the environment and from a file that may change while the process runs.
+// System properties from the environment and from a file, which may change while the process runs.
 #include "common/file_error.h"
 #include "common/path_watch.h"
 #include "common/paths.h"
@@ -26,14 +26,13 @@ namespace {
 
 using Properties = std::map<std::string, std::string, std::less<>>;
 
-// Two changes of a file within one tick of the file system's clock leave the same time stamp. What was
-// read this soon after a change (in nanoseconds, above any such tick: vfat's has two seconds) is read again
-// next time.
+// Two changes within one tick of the file system's clock get the same time stamp. So a file that was read less than
+// this long after its last change is read again next time. In nanoseconds; the coarsest clock is vfat's, 2 seconds.
 constexpr std::int64_t kSettled = 3'000'000'000;
 
 std::int64_t nanoseconds(const timespec& time) { return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec; }
 
-// What tells one state of the file from the next.
+// Identifies one state of the file.
 struct FileState {
     std::string path;
     int error = 0; // an errno value when there is nothing to read
@@ -41,7 +40,7 @@ struct FileState {
     std::uint64_t inode = 0;
     std::int64_t size = 0;
     std::int64_t modified = 0;
-    std::int64_t changed = 0; // in content, owner or permissions; programs cannot set it back
+    std::int64_t changed = 0; // ctime, which programs cannot set back
 
     bool operator==(const FileState& other) const {
         return path == other.path && error == other.error && device == other.device && inode == other.inode &&
@@ -69,15 +68,15 @@ std::string trimmed(const std::string& text) {
     return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
-// The `name=value` lines of the file; blank lines and those that begin with # are left out.
-// A file that is not there is reported when the engineer has named it.
+// Reads the `name=value` lines of the file; blank lines and lines that begin with # are ignored. Reports a missing file
+// only if TAVRO_PROPERTIES names it.
 Properties read_properties(const FileState& state, bool named) {
     Properties properties;
     std::ifstream file(state.path);
     const int error = state.error != 0 || file ? state.error : errno;
     if (error != 0 && (named || error != ENOENT)) {
         tavro::host::report_once("cannot read the properties file " + state.path + ": " +
-                                 tavro::host::explain(error, "name another file in TAVRO_PROPERTIES"));
+                                 tavro::host::explain(error, "set TAVRO_PROPERTIES to another file"));
     }
     for (std::string line; std::getline(file, line);) {
         const std::size_t sign = line.find('=');
@@ -89,9 +88,9 @@ Properties read_properties(const FileState& state, bool named) {
     return properties;
 }
 
-// What the environment says about properties, from one pass over it. Null where a variable is not set.
+// The environment variables that matter here, collected in one pass. Null if not set.
 struct Environment {
-    const char* value = nullptr; // of the property asked for
+    const char* value = nullptr; // of the requested property
     const char* properties = nullptr;
     const char* tavro_home = nullptr;
     const char* state_home = nullptr;
@@ -102,12 +101,13 @@ bool is_letter_or_digit(char letter) {
     return (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z') || (letter >= '0' && letter <= '9');
 }
 
-// The text after `start`, or null when `text` starts otherwise.
+// Returns the text after the prefix `start`, or null if `text` does not start with it.
 const char* after(const char* text, std::string_view start) {
     return std::strncmp(text, start.data(), start.size()) == 0 ? text + start.size() : nullptr;
 }
 
-// The text after the property's name and "=" in `text`, which has _ for what is no letter or digit.
+// Returns the text after "NAME=", or null if `text` does not start with it. In `text`, each character of the name that
+// is not a letter or digit is "_".
 const char* after_property(const char* text, const char* name) {
     for (; *name != '\0'; ++name, ++text) {
         if (*text != (is_letter_or_digit(*name) ? *name : '_')) {
@@ -154,10 +154,10 @@ Environment read_environment(const char* property) {
 
 bool is_set(const char* value) { return value != nullptr && *value != '\0'; }
 
-// Where the properties file lies, as long as the variables that say so stay.
+// Path of the properties file, recomputed when the variables that determine it change.
 class FilePath {
 public:
-    // Brings the path up to date. Returns whether it was made anew.
+    // Updates the path. Returns true if it was recomputed.
     bool update(const Environment& environment) {
         const bool named = is_set(environment.properties);
         const std::array<const char*, 4> sources = {environment.properties, environment.tavro_home,
@@ -173,13 +173,14 @@ public:
                        [](const char* source) { return source == nullptr ? "" : source; });
         named_ = named;
         const auto deciding = std::find_if(sources.begin(), sources.end(), is_set);
-        settled_ = named || (deciding != sources.end() && **deciding == '/'); // else the current directory has a say
+        settled_ = named ||
+                   (deciding != sources.end() && **deciding == '/'); // a relative path depends on the current directory
         path_ = named ? environment.properties : tavro::host::home_directory() + "/properties";
         return true;
     }
 
     const std::string& path() const { return path_; }
-    // Whether the engineer named the file itself.
+    // True if TAVRO_PROPERTIES names the file.
     bool named() const { return named_; }
 
 private:
@@ -189,12 +190,12 @@ private:
     bool settled_ = false;
 };
 
-// The file as it was last read.
+// The properties as last read from the file.
 class PropertiesFile {
 public:
     PropertiesFile() { ::pthread_atfork(before_fork, after_fork, in_child); }
 
-    // Copies a property's value, cut to what fits. Returns its length, 0 when it is not set.
+    // Copies a property's value, truncated if necessary. Returns its length, or 0 if it is not set.
     std::size_t find(const Environment& environment, const char* name, char* value) {
         std::lock_guard<std::mutex> lock(mutex_);
         refresh(environment);
@@ -210,12 +211,12 @@ public:
     }
 
     static PropertiesFile& instance() {
-        static PropertiesFile& file = *new PropertiesFile; // never destroyed: log lines ask until the very end
+        static PropertiesFile& file = *new PropertiesFile; // never destroyed: logging reads properties until exit
         return file;
     }
 
 private:
-    // A child does not share the watch: what one process takes note of, the other would miss.
+    // A forked child must not share the watch: each event would reach only one of the two processes.
     static void before_fork() { instance().mutex_.lock(); }
     static void after_fork() { instance().mutex_.unlock(); }
     static void in_child() {
@@ -231,10 +232,10 @@ private:
         }
         if (moved || watch_.works() || watch_again_) {
             settled_ = false;
-            watch_.watch(path_.path()); // before the file is examined, so that no change is lost in between
+            watch_.watch(path_.path()); // before examining the file, so that no change is missed
         }
         FileState state = state_of(path_.path());
-        watch_again_ = !watch_.works() && !(state == state_); // what stands there now may be watchable
+        watch_again_ = !watch_.works() && !(state == state_); // the new file may be watchable
         if (settled_ && state == state_) {
             return;
         }
@@ -248,7 +249,7 @@ private:
     std::mutex mutex_;
     FilePath path_;
     tavro::host::PathWatch watch_;
-    FileState state_; // tells changes where the watch does not work
+    FileState state_; // detects changes if the watch does not work
     bool settled_ = false;
     bool watch_again_ = false;
     Properties properties_;
@@ -260,7 +261,7 @@ extern "C" int property_get(const char* key, char* value, const char* default_va
     const Environment environment = read_environment(key);
     const std::size_t length = environment.value != nullptr ? PropertiesFile::copy(environment.value, value)
                                                             : PropertiesFile::instance().find(environment, key, value);
-    // As on the TV, a property that is set to nothing counts as not set.
+    // As on the TV, an empty property counts as not set.
     return static_cast<int>(length != 0 ? length
                                         : PropertiesFile::copy(default_value == nullptr ? "" : default_value, value));
 }

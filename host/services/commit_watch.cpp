@@ -3,7 +3,7 @@
 namespace tavro::host {
 namespace {
 
-constexpr int kRegionBytes = 32 * 1024; // in which SQLite maps the index
+constexpr int kRegionBytes = 32 * 1024; // size of SQLite's mappings of the index
 
 } // namespace
 
@@ -12,19 +12,19 @@ CommitWatch::CommitWatch(sqlite3* database) {
     if (database == nullptr || sqlite3_file_control(database, "main", SQLITE_FCNTL_FILE_POINTER, &file) != SQLITE_OK) {
         return;
     }
-    // SQLite has mapped the region already, and keeps it until the connection is closed.
+    // SQLite has already mapped the region and keeps it mapped until the connection is closed.
     void volatile* region = nullptr;
     if (file->pMethods->xShmMap(file, 0, kRegionBytes, /*extend*/ 0, &region) == SQLITE_OK) {
         shared_ = static_cast<const std::uint32_t*>(const_cast<void*>(region));
     }
 }
 
-// False when the copies differ or the index is not in use.
+// Reads the header. Returns false if the copies differ or the index is not in use.
 bool CommitWatch::read(Header& header) const {
     if (shared_ == nullptr) {
         return false;
     }
-    // The first copy is read before the second: loads that acquire keep their order.
+    // Acquire loads keep their order, so the first copy is read before the second.
     for (std::size_t i = 0; i < kWords; ++i) {
         header[i] = __atomic_load_n(shared_ + i, __ATOMIC_ACQUIRE);
     }
@@ -40,7 +40,7 @@ bool CommitWatch::read(Header& header) const {
 std::uint64_t CommitWatch::epoch() {
     Header header;
     if (!read(header)) {
-        seen_ = Header{}; // equal to no header in use
+        seen_ = Header{}; // differs from every header in use
         return ++epoch_;
     }
     if (header != seen_) {
@@ -53,8 +53,8 @@ std::uint64_t CommitWatch::epoch() {
 void CommitWatch::committed(std::uint32_t frames) {
     Header header;
     const bool readable = read(header);
-    // One commit later, and the log ends where the connection's own commit ended. Otherwise the next call of epoch()
-    // sees a header that it does not know.
+    // Exactly one commit since seen_, and the log ends where this connection's commit ended. In any other case seen_ is
+    // kept, so the next epoch() finds a new header.
     if (readable && header[kChangeCounter] == seen_[kChangeCounter] + 1 && header[kFrames] == frames) {
         seen_ = header;
     }

@@ -1,4 +1,4 @@
-// Notices that the database was changed, by whichever process, without a query.
+// Detects commits to the database by any process, without a query.
 #pragma once
 
 #include <array>
@@ -8,28 +8,28 @@
 
 namespace tavro::host {
 
-// In WAL mode every commit of every process writes a new header into the WAL index, which all connections share in
-// memory. SQLite compares the header in the same way to find out whether its own page cache is current. The layout is
-// documented in SQLite's "WAL-mode File Format": two copies of 48 bytes at the start of the index. A writer writes the
-// second copy first, so copies that differ belong to a commit under way or to a writer that was killed.
+// In WAL mode every commit writes a new header into the WAL index, which is shared memory. SQLite itself compares the
+// header to check whether its page cache is current. SQLite's "WAL-mode File Format" documents the layout: two copies
+// of 48 bytes at the start of the index. The second copy is written first, so the copies differ while a commit is in
+// progress and after a writer was killed.
 //
-// The epoch is a number that stays the same as long as nobody else has committed. Used by one thread at a time, like
-// its connection.
+// The epoch is a number that changes whenever another connection has committed. Like the connection, not thread-safe.
 class CommitWatch {
 public:
-    // `database` was read before and stays open. Null when it is not in WAL mode: every call gives a new epoch then.
+    // `database` must have been read from and must stay open. Pass null if it is not in WAL mode: then every call
+    // returns a new epoch.
     explicit CommitWatch(sqlite3* database);
 
-    // What was read from the database after a call belongs to the epoch that the call returned, or to a later one.
+    // Data read from the database after this call is at least as new as the returned epoch.
     std::uint64_t epoch();
 
-    // The connection has committed a write transaction in which epoch() was called. `frames` is what SQLite's WAL hook
-    // reported. Keeps the epoch unless somebody else committed after that.
+    // Call after committing a write transaction in which epoch() was called; `frames` is the value from SQLite's WAL
+    // hook. The epoch stays the same unless another connection has committed since.
     void committed(std::uint32_t frames);
 
 private:
     static constexpr std::size_t kWords = 12;
-    static constexpr std::size_t kChangeCounter = 2; // words of a header
+    static constexpr std::size_t kChangeCounter = 2; // word indices in the header
     static constexpr std::size_t kFlags = 3;
     static constexpr std::size_t kFrames = 4;
     using Header = std::array<std::uint32_t, kWords>;

@@ -1,14 +1,14 @@
-// What the workstation's middleware offers to tests and tools beyond the TV's interface.
+// Functions of the workstation's middleware for tests and tools; a TV does not have them.
 #pragma once
 
 #include <cstdint>
 
 extern "C" {
-// Gives up every handle and lock of this process and closes the storage, as the end of the process
-// would. The next call opens the storage anew, in the directory that TAVRO_HOME names then.
+// Releases every handle and lock of this process and closes the storage, like process exit. The next call reopens the
+// storage, in the directory that TAVRO_HOME names at that time.
 void tavro_host_reset(void);
 
-// Instructions of SQLite's virtual machine that the open storage has run so far: work that can be
-// counted instead of timed.
+// Number of SQLite virtual machine instructions that the open storage has run: a measure of work that, unlike time, is
+// repeatable.
 std::uint64_t tavro_host_work(void);
 }

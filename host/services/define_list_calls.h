@@ -1,10 +1,10 @@
-// The definitions of the 17 calls that every list kind has, as forwarders to a class.
+// Defines the 17 calls that every list kind has; each forwards to a class.
 #pragma once
 
 #include "middleware/list_calls.h"
 
-// Defines the calls that TAVRO_DECLARE_LIST_CALLS declares. CLASS has a static function for each of
-// them, named without the prefix (`remove` for delete) and with the same parameters.
+// Defines the calls that TAVRO_DECLARE_LIST_CALLS declares. CLASS must have a static function for each, with the same
+// parameters and the name without the prefix (`remove` for delete).
 #define TAVRO_DEFINE_LIST_CALLS(PREFIX, RECORD, CLASS)                                                                 \
     MwStatus PREFIX##_open(std::uint16_t list_id, std::uint32_t tag, std::uint32_t notify, MwdbHandle* handle) {       \
         return CLASS::open(list_id, tag, notify, handle);                                                              \

@@ -11,11 +11,11 @@
 namespace tavro::host {
 
 Engine& Engine::instance() {
-    static Engine& engine = *new Engine; // never destroyed: other threads may call until the very end
+    static Engine& engine = *new Engine; // never destroyed: other threads may call it until exit
     return engine;
 }
 
-// Runs `body` and turns what it throws into a status and a line in the log.
+// Runs `body`. Turns an exception into a status and a log line.
 template <class Body>
 MwStatus Engine::guarded(Body body) noexcept {
     const auto reported = [](const Failure& failure) {
@@ -31,12 +31,12 @@ MwStatus Engine::guarded(Body body) noexcept {
     } catch (const std::bad_alloc&) {
         return kHostOutOfMemory;
     } catch (const std::exception& error) {
-        report_once(std::string("the list storage fails: ") + error.what());
+        report_once(std::string("list storage error: ") + error.what());
         return kHostStorageUnavailable;
     }
 }
 
-// Runs `body` with the list that the handle stands for, alone in the engine.
+// Runs `body` with the handle's list while holding the engine's mutex.
 template <class Body>
 MwStatus Engine::on_list(const Kind& kind, MwdbHandle handle, Body body) noexcept {
     return guarded([&] {
@@ -46,7 +46,7 @@ MwStatus Engine::on_list(const Kind& kind, MwdbHandle handle, Body body) noexcep
     });
 }
 
-// Runs `body` with the list that the handle stands for and the lock file, beside other calls.
+// Runs `body` with the handle's list and the lock file, without holding the engine's mutex.
 template <class Body>
 MwStatus Engine::on_list_lock(const Kind& kind, MwdbHandle handle, Body body) noexcept {
     return guarded([&] {
@@ -74,14 +74,14 @@ const Engine::OpenList* Engine::find(const Kind& kind, MwdbHandle handle) const 
     return found == open_lists_.end() || found->second.kind != &kind ? nullptr : &found->second;
 }
 
-MwStatus Engine::give_handle(const Kind& kind, const ListKey& list, MwdbHandle* handle) {
+MwStatus Engine::new_handle(const Kind& kind, const ListKey& list, MwdbHandle* handle) {
     *handle = ++last_handle_;
     open_lists_.emplace(*handle, OpenList{&kind, list});
     return kMwOk;
 }
 
-// Ends a handle, and with it what the thread holds of the list.
-void Engine::forget(MwdbHandle handle) {
+// Invalidates a handle and releases the calling thread's locks on the list.
+void Engine::drop_handle(MwdbHandle handle) {
     const ListKey list = open_lists_.at(handle).list;
     open_lists_.erase(handle);
     locks_.release(list);
@@ -94,8 +94,8 @@ MwStatus Engine::open(const Kind& kind, std::uint16_t list_id, MwdbHandle* handl
         }
         std::lock_guard<std::mutex> alone(mutex_);
         const ListKey list{kind.number, list_id};
-        const MwStatus status = lists().look_for(list);
-        return status == kMwOk ? give_handle(kind, list, handle) : status;
+        const MwStatus status = lists().check_exists(list);
+        return status == kMwOk ? new_handle(kind, list, handle) : status;
     });
 }
 
@@ -107,13 +107,13 @@ MwStatus Engine::create(const Kind& kind, const char* name, std::uint16_t list_i
         std::lock_guard<std::mutex> alone(mutex_);
         const ListKey list{kind.number, list_id};
         const MwStatus status = lists().create(kind, list, name);
-        return status == kMwOk ? give_handle(kind, list, handle) : status;
+        return status == kMwOk ? new_handle(kind, list, handle) : status;
     });
 }
 
 MwStatus Engine::close(const Kind& kind, MwdbHandle handle) {
     return on_list(kind, handle, [&](const ListKey&) {
-        forget(handle);
+        drop_handle(handle);
         return kMwOk;
     });
 }
@@ -122,7 +122,7 @@ MwStatus Engine::remove(const Kind& kind, MwdbHandle handle) {
     return on_list(kind, handle, [&](const ListKey& list) {
         const MwStatus status = lists().remove(list);
         if (status == kMwOk) {
-            forget(handle);
+            drop_handle(handle);
         }
         return status;
     });
@@ -142,7 +142,7 @@ MwStatus Engine::copy(const Kind& kind, MwdbHandle from, MwdbHandle to) {
     });
 }
 
-// The file is read without holding other calls up.
+// Reads the file without holding the mutex.
 MwStatus Engine::load_file(const Kind& kind, MwdbHandle handle, const char* path) {
     return guarded([&]() -> MwStatus {
         if (path == nullptr || *path == '\0') {
@@ -157,7 +157,7 @@ MwStatus Engine::load_file(const Kind& kind, MwdbHandle handle, const char* path
     });
 }
 
-// The file is written without holding other calls up.
+// Writes the file without holding the mutex.
 MwStatus Engine::store_file(const Kind& kind, MwdbHandle handle, const char* path) {
     return guarded([&]() -> MwStatus {
         if (path == nullptr || *path == '\0') {

@@ -1,4 +1,4 @@
-// The workstation's middleware: handles, list operations and locks, alike for all four kinds.
+// The workstation's middleware: handles, list operations and locks, the same for all four kinds.
 #pragma once
 
 #include "filter.h"
@@ -13,11 +13,11 @@
 
 namespace tavro::host {
 
-// All functions may be called from any thread; they return kMwOk or a status of middleware/types.h or
-// status.h and throw nothing. Failures that an engineer must see are in the log as well.
+// Thread-safe. Functions return kMwOk or a status from middleware/types.h or status.h, and do not throw. Failures that
+// an engineer has to fix are also logged.
 //
-// The storage is opened by the first call, in the directory that home_directory() names then.
-// Out values are written on success only, but for the record id of qry_rec_id.
+// The first call opens the storage in home_directory(). Output parameters are written only on success, except the
+// record id of qry_rec_id.
 class Engine {
 public:
     static Engine& instance();
@@ -44,9 +44,9 @@ public:
     MwStatus count(const Kind& kind, MwdbHandle handle, const Filter& filter, std::uint16_t* count,
                    std::int32_t* version);
 
-    // Gives up every handle and lock and closes the storage; the next call opens it anew.
+    // Releases every handle and lock and closes the storage; the next call reopens it.
     void reset();
-    // Instructions of SQLite's virtual machine that the open storage has run: a measure of work.
+    // Number of SQLite virtual machine instructions that the open storage has run: a measure of work.
     std::uint64_t work();
 
 private:
@@ -63,11 +63,11 @@ private:
     MwStatus on_list_lock(const Kind& kind, MwdbHandle handle, Body body) noexcept;
 
     Lists& lists();
-    MwStatus give_handle(const Kind& kind, const ListKey& list, MwdbHandle* handle);
+    MwStatus new_handle(const Kind& kind, const ListKey& list, MwdbHandle* handle);
     const OpenList* find(const Kind& kind, MwdbHandle handle) const;
-    void forget(MwdbHandle handle);
+    void drop_handle(MwdbHandle handle);
 
-    std::mutex mutex_; // guards what follows; never held while a list's lock is waited for
+    std::mutex mutex_; // guards the next three members; never held while waiting for a list's lock
     std::unique_ptr<Lists> lists_;
     std::map<MwdbHandle, OpenList> open_lists_;
     MwdbHandle last_handle_ = 0;

@@ -1,4 +1,4 @@
-// A failure of the workstation's storage, on its way to the status that the caller gets.
+// The exception for storage failures; the engine turns it into a status.
 #pragma once
 
 #include "middleware/types.h"
@@ -8,8 +8,8 @@
 
 namespace tavro::host {
 
-// Carries the status and a message for the log: what failed, on which file, why, and what to do. It
-// never leaves the platform's functions.
+// Carries the status and a log message: what failed, on which file, why, and what to do. Never leaves the platform
+// library.
 class Failure : public std::runtime_error {
 public:
     Failure(MwStatus status, const std::string& message) : std::runtime_error(message), status_(status) {}

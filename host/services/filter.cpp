@@ -12,7 +12,9 @@ Record record_at(const std::byte* bytes) {
     return record;
 }
 
-bool meets(std::uint32_t flags, std::uint32_t mask) { return mask == kMwEveryNetworkMask || (flags & mask) != 0; }
+bool matches_mask(std::uint32_t flags, std::uint32_t mask) {
+    return mask == kMwEveryNetworkMask || (flags & mask) != 0;
+}
 
 } // namespace
 
@@ -51,11 +53,12 @@ bool Filter::matches(const std::byte* bytes) const {
     case Field::kBroadcastType: {
         const auto header = record_at<_SVL_REC_T>(bytes).t_header;
         const bool type_matches = first_ == kMwEveryBroadcastType || header.e_brdcst_type == first_;
-        return type_matches && meets(header.ui4_nw_mask, network_);
+        return type_matches && matches_mask(header.ui4_nw_mask, network_);
     }
     case Field::kTransportStream: {
         const auto header = record_at<_SVL_REC_T>(bytes).t_header;
-        return header.ui2_tsl_id == first_ && header.ui2_tsl_rec_id == second_ && meets(header.ui4_nw_mask, network_);
+        return header.ui2_tsl_id == first_ && header.ui2_tsl_rec_id == second_ &&
+               matches_mask(header.ui4_nw_mask, network_);
     }
     case Field::kSatellite: {
         const auto stream = record_at<_TSL_REC_T>(bytes);

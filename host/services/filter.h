@@ -1,4 +1,4 @@
-// Which records of a list a filtered count or read chooses from.
+// Selects the records that a filtered count or read considers.
 #pragma once
 
 #include "middleware/types.h"
@@ -12,19 +12,19 @@ inline constexpr std::uint16_t kEveryNetwork = 0xFFFF; // of x_tsl_..._by_sat
 
 class Filter {
 public:
-    // Every record.
+    // Matches every record.
     Filter() = default;
 
-    // Services of one broadcast type whose flags meet the mask. kMwEveryBroadcastType and
-    // kMwEveryNetworkMask choose all.
+    // Services of one broadcast type with at least one network mask bit in common with `network_mask`.
+    // kMwEveryBroadcastType and kMwEveryNetworkMask match all.
     static Filter by_broadcast_type(std::uint32_t broadcast_type, std::uint32_t network_mask);
-    // Services that one transport stream record carries.
+    // Services of one transport stream record.
     static Filter by_transport_stream(std::uint16_t tsl_id, std::uint16_t tsl_rec_id, std::uint32_t network_mask);
     // Transport streams of one satellite record, of one network_id or kEveryNetwork.
     static Filter by_satellite(std::uint16_t network, std::uint16_t satl_id, std::uint16_t satl_rec_id);
 
     bool is_everything() const { return field_ == Field::kNone; }
-    // Whether a record of the kind that the filter is for is chosen.
+    // `record` must be of the kind that the filter was made for.
     bool matches(const std::byte* record) const;
     bool operator==(const Filter& other) const;
 

@@ -1,4 +1,4 @@
-// What the storage has to know of the four list kinds.
+// Properties of the four list kinds that the storage needs.
 #pragma once
 
 #include "middleware/nwl.h"
@@ -13,10 +13,10 @@
 namespace tavro::host {
 
 struct Kind {
-    std::uint32_t number; // in the storage, never changed
+    std::uint32_t number; // stored in databases and list files; must not change
     const char* name;
     std::size_t record_bytes;
-    std::size_t record_id_offset; // of the record's own 16-bit id
+    std::size_t record_id_offset; // of the 16-bit record id
 };
 
 inline constexpr Kind kSvl{1, "svl", sizeof(_SVL_REC_T), offsetof(_SVL_REC_T, ui2_svl_rec_id)};
@@ -30,7 +30,7 @@ inline std::uint16_t record_id_of(const Kind& kind, const void* record) {
     return id;
 }
 
-// One list, and the storage's numbers for it and for its records.
+// Identifies a list, and computes the storage's keys for the list and its records.
 struct ListKey {
     std::uint32_t kind; // Kind::number
     std::uint16_t list_id;

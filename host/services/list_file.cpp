@@ -13,8 +13,8 @@
 namespace tavro::host {
 namespace {
 
-// Nobody sees the temporary file and it is brought to the disk once, whole: SQLite need not do so.
-constexpr char kForm[] = R"(
+// SQLite need not journal or sync: nobody else sees the temporary file, and ReplacementFile syncs it.
+constexpr char kSchema[] = R"(
     PRAGMA journal_mode = OFF;
     PRAGMA synchronous = OFF;
     BEGIN;
@@ -26,8 +26,8 @@ void write_temporary(const std::string& path, const Kind& kind, std::uint16_t li
                      const StoredRecords& records) {
     Connection file(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
     file.execute("PRAGMA application_id = " + std::to_string(kListFileApplication) +
-                 "; PRAGMA user_version = " + std::to_string(kListFileForm));
-    file.execute(kForm);
+                 "; PRAGMA user_version = " + std::to_string(kListFileVersion));
+    file.execute(kSchema);
     file.prepare("INSERT INTO list VALUES (?, ?, ?, ?)")
         .bind(kind.number)
         .bind(std::string(kind.name))
@@ -44,12 +44,12 @@ void write_temporary(const std::string& path, const Kind& kind, std::uint16_t li
     file.execute("COMMIT");
 }
 
-// Throws SqlError for whatever SQLite does not take for a sound database. `file_bytes` is the file's
-// size: SQLite itself reads a last page that is cut short as one that ends in zeros.
+// Throws SqlError if SQLite finds the database damaged. The page count is compared with the file's size, `file_bytes`,
+// because SQLite silently pads a truncated last page with zeros.
 MwStatus read_rows(Connection& file, std::int64_t file_bytes, const Kind& kind, StoredRecords& records) {
     if (file.number("PRAGMA page_count") * file.number("PRAGMA page_size") != file_bytes ||
         file.number("PRAGMA application_id") != kListFileApplication ||
-        file.number("PRAGMA user_version") != kListFileForm || file.number("SELECT count(*) FROM list") != 1 ||
+        file.number("PRAGMA user_version") != kListFileVersion || file.number("SELECT count(*) FROM list") != 1 ||
         file.number("SELECT kind FROM list") != kind.number) {
         return kMwNotAListFile;
     }
@@ -67,8 +67,8 @@ MwStatus read_rows(Connection& file, std::int64_t file_bytes, const Kind& kind, 
     return kMwOk;
 }
 
-// Whether the file can be read at all: SQLite reports a permission error as a missing file.
-MwStatus look_for(const std::string& path, std::int64_t& file_bytes) {
+// Checks that the file can be read, because SQLite reports a permission error as a missing file.
+MwStatus check_readable(const std::string& path, std::int64_t& file_bytes) {
     struct stat found {};
     const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
     int error = descriptor < 0 || ::fstat(descriptor, &found) != 0 ? errno : 0;
@@ -83,13 +83,13 @@ MwStatus look_for(const std::string& path, std::int64_t& file_bytes) {
     }
     if (error != 0) {
         throw Failure(kHostCannotReadFile, "cannot read list file " + path + ": " + std::strerror(error) +
-                                               "; check the path and that you may read the file");
+                                               "; check the path and the file's permissions");
     }
     file_bytes = found.st_size;
     return kMwOk;
 }
 
-bool means_damage(int code) {
+bool is_damage(int code) {
     return code == SQLITE_NOTADB || code == SQLITE_CORRUPT || code == SQLITE_ERROR || code == SQLITE_CANTOPEN ||
            code == SQLITE_READONLY;
 }
@@ -104,7 +104,7 @@ void write_list_file(const std::string& path, const Kind& kind, std::uint16_t li
     } catch (const SqlError& error) {
         throw write_failure(path, error);
     }
-    const int error = replacement.take_place();
+    const int error = replacement.commit();
     if (error != 0) {
         throw write_failure(path, error);
     }
@@ -112,15 +112,15 @@ void write_list_file(const std::string& path, const Kind& kind, std::uint16_t li
 
 MwStatus read_list_file(const std::string& path, const Kind& kind, StoredRecords& records) {
     std::int64_t file_bytes = 0;
-    const MwStatus looked = look_for(path, file_bytes);
-    if (looked != kMwOk) {
-        return looked;
+    const MwStatus readable = check_readable(path, file_bytes);
+    if (readable != kMwOk) {
+        return readable;
     }
     try {
         Connection file(path, SQLITE_OPEN_READONLY);
         return read_rows(file, file_bytes, kind, records);
     } catch (const SqlError& error) {
-        if (means_damage(error.code())) {
+        if (is_damage(error.code())) {
             return kMwNotAListFile;
         }
         throw Failure(kHostCannotReadFile, "cannot read list file " + path + ": " + error.what() + "; try again");

@@ -1,8 +1,8 @@
-// List files: one list in a SQLite database of its own, for x_..._fs_store and x_..._fs_sync.
+// List files of x_..._fs_store and x_..._fs_sync: SQLite databases that contain one list each.
 //
-// application_id is kListFileApplication and user_version kListFileForm. Table `list` has one row: the
-// number of the kind, its name, the list's id and its storage name. Table `records` has the record
-// id, the position that orders the records, and the record's bytes as the kind's structure has them.
+// application_id is kListFileApplication, user_version is kListFileVersion. Table `list` has one row: the kind's number
+// and name, the list's id and storage name. Table `records` has the record id, the position in the list, and the bytes
+// of the record structure.
 #pragma once
 
 #include "kinds.h"
@@ -15,21 +15,20 @@
 namespace tavro::host {
 
 inline constexpr std::int32_t kListFileApplication = 0x5476'4C46; // "TvLF"
-inline constexpr std::int32_t kListFileForm = 1;
+inline constexpr std::int32_t kListFileVersion = 1;
 
-// The records of one list in their order: ids, and Kind::record_bytes bytes for each, back to back.
+// The records of a list, in order: their ids, and their bytes one after another (Kind::record_bytes each).
 struct StoredRecords {
     std::vector<std::uint16_t> ids;
     std::vector<std::byte> bytes;
 };
 
-// Writes the file at `path` anew. It is the old or the new one at any time, whole. Throws
-// Failure(kHostCannotWriteFile).
+// Replaces the file at `path` atomically. Throws Failure(kHostCannotWriteFile).
 void write_list_file(const std::string& path, const Kind& kind, std::uint16_t list_id, const std::string& name,
                      const StoredRecords& records);
 
-// Reads the whole file into `records`, in their order. Returns 0, kMwNoFile, or kMwNotAListFile for
-// anything but an undamaged list file of that kind. Throws Failure(kHostCannotReadFile).
+// Reads all records of a list file, in order. Returns 0, kMwNoFile, or kMwNotAListFile if the file is damaged or not a
+// list file of that kind. Throws Failure(kHostCannotReadFile).
 MwStatus read_list_file(const std::string& path, const Kind& kind, StoredRecords& records);
 
 } // namespace tavro::host

@@ -9,19 +9,19 @@ const std::vector<std::uint16_t>& ListImage::order(const Filter& filter) {
     if (filter.is_everything()) {
         return ids_;
     }
-    if (!chosen_known_ || !(filter == filter_)) {
-        chosen_known_ = false;
-        chosen_.clear();
+    if (!filtered_known_ || !(filter == filter_)) {
+        filtered_known_ = false;
+        filtered_ids_.clear();
         filter_ = filter;
-        std::copy_if(ids_.begin(), ids_.end(), std::back_inserter(chosen_),
+        std::copy_if(ids_.begin(), ids_.end(), std::back_inserter(filtered_ids_),
                      [&](std::uint16_t id) { return filter_.matches(place(id)); });
-        chosen_known_ = true;
+        filtered_known_ = true;
     }
-    return chosen_;
+    return filtered_ids_;
 }
 
 std::uint16_t ListImage::lowest_free_id() const {
-    // 0 is never offered: it stands for no record in the callers' identifiers.
+    // Never 0, which means "no record" in identifiers.
     for (std::size_t id = 1; id < kMwNoRecordId; ++id) {
         if (id >= held_.size() || held_[id] == 0) {
             return static_cast<std::uint16_t>(id);
@@ -58,7 +58,7 @@ void ListImage::complete(std::vector<std::uint16_t> ids, std::int64_t version) {
 }
 
 void ListImage::added(std::uint16_t id, const std::byte* record, std::int64_t version) {
-    if (!follows(version)) {
+    if (!advance_to(version)) {
         return;
     }
     if (highest_id_ != kUnknown) {
@@ -69,21 +69,21 @@ void ListImage::added(std::uint16_t id, const std::byte* record, std::int64_t ve
     }
     put(id, record, record_bytes_);
     ids_.push_back(id);
-    if (chosen_known_ && filter_.matches(record)) {
-        chosen_.push_back(id);
+    if (filtered_known_ && filter_.matches(record)) {
+        filtered_ids_.push_back(id);
     }
 }
 
 void ListImage::updated(std::uint16_t id, const std::byte* record, std::int64_t version) {
-    if (!follows(version) || find(id) == nullptr) {
+    if (!advance_to(version) || find(id) == nullptr) {
         return;
     }
-    chosen_known_ = chosen_known_ && filter_.matches(place(id)) == filter_.matches(record);
+    filtered_known_ = filtered_known_ && filter_.matches(place(id)) == filter_.matches(record);
     put(id, record, record_bytes_);
 }
 
 void ListImage::removed(std::uint16_t id, std::int64_t version) {
-    if (!follows(version)) {
+    if (!advance_to(version)) {
         return;
     }
     if (id < held_.size()) {
@@ -99,7 +99,7 @@ void ListImage::removed(std::uint16_t id, std::int64_t version) {
         }
     };
     erase(ids_);
-    erase(chosen_);
+    erase(filtered_ids_);
 }
 
 std::int32_t ListImage::highest_held_below(std::int32_t id) const {
@@ -109,7 +109,7 @@ std::int32_t ListImage::highest_held_below(std::int32_t id) const {
     return id >= 0 ? id : kNone;
 }
 
-// Makes the image one of `version`. The memory stays for the records of that version.
+// Starts an image of `version`, reusing the memory of an older one.
 void ListImage::start_at(std::int64_t version) {
     if (version == version_) {
         return;
@@ -119,11 +119,11 @@ void ListImage::start_at(std::int64_t version) {
     highest_id_ = kUnknown;
     std::fill(held_.begin(), held_.end(), static_cast<unsigned char>(0));
     ids_.clear();
-    chosen_known_ = false;
+    filtered_known_ = false;
 }
 
-// Whether `version` is the next one; the image is at it, or else cleared.
-bool ListImage::follows(std::int64_t version) {
+// Advances the image if `version` is the next one. Otherwise clears it and returns false.
+bool ListImage::advance_to(std::int64_t version) {
     if (version_ == kNoVersion || version != version_ + 1) {
         clear();
         return false;
@@ -136,7 +136,7 @@ void ListImage::put(std::uint16_t id, const std::byte* record, std::size_t bytes
     const std::size_t page = id / kPageRecords;
     if (page >= pages_.size()) {
         held_.resize((page + 1) * kPageRecords, 0);
-        pages_.resize(page + 1); // last: until then the page counts as missing
+        pages_.resize(page + 1); // last, so that a page that could not be allocated counts as missing
     }
     if (pages_[page] == nullptr) {
         pages_[page] = std::make_unique<std::byte[]>(kPageRecords * record_bytes_);

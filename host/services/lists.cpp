@@ -8,7 +8,7 @@
 namespace tavro::host {
 namespace {
 
-// The records in memory take no more than this, or one list: a full list of services takes 35 MiB.
+// Limit for all records in memory. A full service list takes 35 MiB; the list in use is kept even if it is larger.
 constexpr std::size_t kMostImageBytes = std::size_t{128} << 20;
 
 const std::byte* bytes_of(const void* record) { return static_cast<const std::byte*>(record); }
@@ -24,9 +24,9 @@ Lists::Known& Lists::known(const Kind& kind, const ListKey& list) {
     return found->second;
 }
 
-// Applies a change that was committed. It is done whether or not there is memory to follow it.
+// Applies a committed change to the image. The change is already stored, so if memory runs out the image is cleared.
 template <class Change>
-void Lists::follow(Known& list, Change change) noexcept {
+void Lists::apply(Known& list, Change change) noexcept {
     try {
         change(list.image, list.state.version);
         limit_memory(list);
@@ -35,7 +35,7 @@ void Lists::follow(Known& list, Change change) noexcept {
     }
 }
 
-// Gives up the images that were not used for the longest time.
+// Clears the least recently used images.
 void Lists::limit_memory(const Known& in_use) {
     std::size_t bytes = 0;
     for (const auto& [key, known] : known_) {
@@ -57,17 +57,17 @@ void Lists::limit_memory(const Known& in_use) {
     }
 }
 
-MwStatus Lists::look_for(const ListKey& list) {
+MwStatus Lists::check_exists(const ListKey& list) {
     const auto found = known_.find(list);
     ListState unknown;
-    return storage_.look_at(list, found == known_.end() ? unknown : found->second.state);
+    return storage_.refresh(list, found == known_.end() ? unknown : found->second.state);
 }
 
 MwStatus Lists::create(const Kind& kind, const ListKey& list, const std::string& name) {
     Known& known = this->known(kind, list);
     const MwStatus status = storage_.create(list, name, known.state);
     if (status == kMwOk) {
-        follow(known, [](ListImage& image, std::int64_t version) { image.empty(version); });
+        apply(known, [](ListImage& image, std::int64_t version) { image.empty(version); });
     }
     return status;
 }
@@ -85,7 +85,7 @@ MwStatus Lists::clean(const Kind& kind, const ListKey& list) {
     Known& known = this->known(kind, list);
     const MwStatus status = storage_.clean(list, known.state);
     if (status == kMwOk) {
-        follow(known, [](ListImage& image, std::int64_t version) { image.empty(version); });
+        apply(known, [](ListImage& image, std::int64_t version) { image.empty(version); });
     }
     return status;
 }
@@ -106,7 +106,7 @@ MwStatus Lists::add(const Kind& kind, const ListKey& list, const void* record) {
     Known& known = this->known(kind, list);
     const MwStatus status = storage_.add(list, kind, record, known.state);
     if (status == kMwOk) {
-        follow(known, [&](ListImage& image, std::int64_t version) {
+        apply(known, [&](ListImage& image, std::int64_t version) {
             image.added(record_id_of(kind, record), bytes_of(record), version);
         });
     }
@@ -117,7 +117,7 @@ MwStatus Lists::update(const Kind& kind, const ListKey& list, const void* record
     Known& known = this->known(kind, list);
     const MwStatus status = storage_.update(list, kind, record, known.state);
     if (status == kMwOk) {
-        follow(known, [&](ListImage& image, std::int64_t version) {
+        apply(known, [&](ListImage& image, std::int64_t version) {
             image.updated(record_id_of(kind, record), bytes_of(record), version);
         });
     }
@@ -128,7 +128,7 @@ MwStatus Lists::remove_record(const Kind& kind, const ListKey& list, std::uint16
     Known& known = this->known(kind, list);
     const MwStatus status = storage_.remove_record(list, record_id, known.state);
     if (status == kMwOk) {
-        follow(known, [&](ListImage& image, std::int64_t version) { image.removed(record_id, version); });
+        apply(known, [&](ListImage& image, std::int64_t version) { image.removed(record_id, version); });
     }
     return status;
 }
@@ -153,9 +153,9 @@ MwStatus Lists::get(const Kind& kind, const ListKey& list, std::uint16_t record_
     return kMwOk;
 }
 
-// Brings the image to the list's version, with all records.
+// Loads all records of the list's current version into the image.
 MwStatus Lists::make_whole(const ListKey& list, Known& known) {
-    const MwStatus status = storage_.look_at(list, known.state);
+    const MwStatus status = storage_.refresh(list, known.state);
     if (status != kMwOk || (known.image.is_whole() && known.image.version() == known.state.version)) {
         return status;
     }

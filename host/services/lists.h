@@ -1,4 +1,5 @@
-// The lists of a storage directory: reads from memory while nobody has changed them, everything else from the storage.
+// The lists of a storage directory. Reads come from memory while no other process has changed the list; everything else
+// goes to the storage.
 #pragma once
 
 #include "filter.h"
@@ -12,12 +13,12 @@
 
 namespace tavro::host {
 
-// Functions return kHostNoSuchList if the list does not exist, and let the storage's exceptions pass. Out values are
-// written only on success; highest_record_id also writes 0 with kMwEmpty. Used by one thread at a time.
+// Functions return kHostNoSuchList if the list does not exist, and pass on the storage's exceptions. Output parameters
+// are written only on success; highest_record_id also writes 0 with kMwEmpty. Not thread-safe.
 //
-// A read by index or through a filter, a count and the search for a free id load the whole list into memory. A read by
-// id keeps the one record. Own changes are applied to what is in memory. A change of another process, or one that was
-// missed, is noticed before the next read: the storage's epoch is another one then, and the list's version decides.
+// A read by index or with a filter, a count, and the search for a free id load the whole list into memory. A read by id
+// keeps only that record. Changes by this process are applied to memory. Every read compares the storage's epoch to
+// detect commits by other processes; then the list's version shows whether the list itself has changed.
 class Lists {
 public:
     explicit Lists(const std::string& directory) : storage_(directory) {}
@@ -25,7 +26,7 @@ public:
     const std::shared_ptr<LockFile>& lock_file() const { return storage_.lock_file(); }
     std::uint64_t work() const { return storage_.work(); }
 
-    MwStatus look_for(const ListKey& list);
+    MwStatus check_exists(const ListKey& list);
     MwStatus create(const Kind& kind, const ListKey& list, const std::string& name);
     MwStatus remove(const ListKey& list);
     MwStatus clean(const Kind& kind, const ListKey& list);
@@ -46,7 +47,7 @@ public:
     MwStatus next_record_id(const Kind& kind, const ListKey& list, std::uint16_t* record_id);
 
 private:
-    // What is known of a list.
+    // What this process knows about a list.
     struct Known {
         ListState state;
         ListImage image;
@@ -59,7 +60,7 @@ private:
     }
     MwStatus make_whole(const ListKey& list, Known& known);
     template <class Change>
-    void follow(Known& list, Change change) noexcept;
+    void apply(Known& list, Change change) noexcept;
     void limit_memory(const Known& in_use);
 
     Storage storage_;

@@ -22,14 +22,14 @@ constexpr mode_t kFileMode = 0644;
 constexpr int kSlots = 63;
 constexpr std::uint64_t kWriting = std::uint64_t{1} << kSlots;
 
-// Bytes of the file that are locked. What they contain does not matter.
+// Bytes of the file that are locked with fcntl. Their content does not matter.
 constexpr std::int64_t kOpeningByte = 0; // while a process opens the storage
 constexpr std::int64_t slot_byte(int slot) { return 1 + slot; }
 
-constexpr std::uint64_t kMark = 0x0001'6B63'6F4C'7654; // "TvLock", form 1
+constexpr std::uint64_t kMagic = 0x0001'6B63'6F4C'7654; // "TvLock", version 1
 
-// The file has an entry for each list number; the header lies where no list has its number. It grows by blocks, whose
-// space is asked for in pieces as small as a file system's.
+// The file has one entry per list number. The header takes the place of entries that no list uses. The file grows in
+// blocks; one write per kPiece bytes, the smallest file system block, allocates the space.
 constexpr std::size_t kFirstEntry = std::size_t{1} << 16;
 constexpr std::size_t kEntries = std::size_t{5} << 16;
 constexpr std::size_t kBlock = 4096;
@@ -37,10 +37,10 @@ constexpr std::size_t kPiece = 512;
 
 constexpr std::uint64_t bit_of(int slot) { return std::uint64_t{1} << static_cast<unsigned>(slot); }
 
-std::uint64_t packed(std::uint64_t process, std::uint64_t thread) { return process << 32 | thread; }
+std::uint64_t pack(std::uint64_t process, std::uint64_t thread) { return process << 32 | thread; }
 std::uint64_t process_of(std::uint64_t holder) { return holder >> 32; }
 
-std::string described(std::uint64_t holder) {
+std::string describe(std::uint64_t holder) {
     return "thread " + std::to_string(holder & 0xFFFF'FFFF) + " of process " + std::to_string(process_of(holder));
 }
 
@@ -50,10 +50,10 @@ pid_t this_process() {
 }
 
 std::uint64_t this_holder() {
-    return packed(static_cast<std::uint64_t>(this_process()), static_cast<std::uint64_t>(this_thread()));
+    return pack(static_cast<std::uint64_t>(this_process()), static_cast<std::uint64_t>(this_thread()));
 }
 
-// What is left of a word without the bits of these slots; a writer's mark goes with its slot.
+// Clears the bits of these slots in a holders word. The writing bit is cleared together with its holder.
 std::uint64_t without(std::uint64_t holders, std::uint64_t slots) {
     return (holders & slots) == 0 ? holders : holders & ~slots & ~kWriting;
 }
@@ -70,9 +70,9 @@ struct LockFile::Header {
 LockFile::LockFile(const std::string& path)
     : path_(path), file_(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kFileMode)),
       prepared_(kEntries * sizeof(Entry) / kBlock) {
-    static_assert(sizeof(Entry) == 32 && offsetof(Entry, unused) == 24, "the form of the file");
-    static_assert(sizeof(Header) <= kBlock, "the form of the file");
-    static_assert(std::atomic<std::uint64_t>::is_always_lock_free, "processes share no mutex");
+    static_assert(sizeof(Entry) == 32 && offsetof(Entry, unused) == 24, "the file format is fixed");
+    static_assert(sizeof(Header) <= kBlock, "the header must fit into the first block");
+    static_assert(std::atomic<std::uint64_t>::is_always_lock_free, "a mutex would not work between processes");
     if (file_ < 0) {
         throw storage_failure("use", path, errno);
     }
@@ -87,12 +87,12 @@ LockFile::LockFile(const std::string& path)
 
 LockFile::~LockFile() {
     ::munmap(memory_, kEntries * sizeof(Entry));
-    ::close(file_); // gives the slot back
+    ::close(file_); // releases the slot
 }
 
 LockFile::Header& LockFile::header() const { return *static_cast<Header*>(memory_); }
 
-// Locks a byte for this process. Returns false when another process has it.
+// Locks a byte for this process. Returns false if another process has locked it.
 bool LockFile::try_byte(std::int64_t offset) {
     struct flock range {};
     range.l_type = F_WRLCK;
@@ -126,11 +126,11 @@ void LockFile::begin_opening() {
     const Clock::time_point end = Clock::now() + timeout;
     while (!try_byte(kOpeningByte)) {
         if (Clock::now() >= end) {
-            throw Failure(kHostLockTimeout, "time-out: thread " + std::to_string(this_thread()) + " waited " +
-                                                std::to_string(timeout.count()) + " ms to open the storage of " +
-                                                path_ + ", which " + opener() +
-                                                " opens; look whether it is stopped, or set "
-                                                "TAVRO_LOCK_TIMEOUT_MS higher");
+            throw Failure(kHostLockTimeout, "timeout: thread " + std::to_string(this_thread()) + " waited " +
+                                                std::to_string(timeout.count()) + " ms to open " + path_ + " while " +
+                                                opener() +
+                                                " was opening it; check whether that process is stopped, or raise "
+                                                "TAVRO_LOCK_TIMEOUT_MS");
         }
         std::this_thread::sleep_for(std::min<Clock::duration>(kProcessRetry, end - Clock::now()));
     }
@@ -147,12 +147,11 @@ void LockFile::end_opening() { free_byte(kOpeningByte); }
 std::string LockFile::opener() const {
     std::array<std::uint64_t, 2> mark_and_opener{};
     const ssize_t size = ::pread(file_, mark_and_opener.data(), sizeof mark_and_opener, 0);
-    return size == sizeof mark_and_opener && mark_and_opener[1] != 0 ? described(mark_and_opener[1])
-                                                                     : "another process";
+    return size == sizeof mark_and_opener && mark_and_opener[1] != 0 ? describe(mark_and_opener[1]) : "another process";
 }
 
-// Writes to the file and throws where it cannot grow. Memory of the file is used only after that: on a full file system
-// access to a hole would end the process.
+// Writes to the file and throws if it cannot grow. Mapped memory is used only after such a write, because accessing a
+// hole on a full file system raises SIGBUS.
 void LockFile::write(const void* bytes, std::size_t count, std::size_t start) {
     const ssize_t size = ::pwrite(file_, bytes, count, static_cast<off_t>(start));
     if (size != static_cast<ssize_t>(count)) {
@@ -160,16 +159,17 @@ void LockFile::write(const void* bytes, std::size_t count, std::size_t start) {
     }
 }
 
-// A file without the mark is new or has another form. No process uses it, because each begins here.
+// A file without the mark is new or of another version. It can be rewritten: no process is using it, because each one
+// passes here first.
 void LockFile::prepare_header() {
     std::uint64_t mark = 0;
     std::array<std::uint64_t, kBlock / sizeof(std::uint64_t)> block{};
     const ssize_t size = ::pread(file_, &mark, sizeof mark, 0);
-    if (size != sizeof mark || mark != kMark) {
+    if (size != sizeof mark || mark != kMagic) {
         if (::ftruncate(file_, 0) != 0) {
             throw storage_failure("use", path_, errno);
         }
-        block[0] = kMark;
+        block[0] = kMagic;
         write(block.data(), kBlock, 0);
     }
     header().opener = this_holder();
@@ -181,8 +181,8 @@ std::size_t LockFile::block_of(const ListKey& list) {
     return static_cast<std::size_t>(list.number()) * sizeof(Entry) / kBlock;
 }
 
-// Makes sure that the list's entry may be used. Other processes may do so as well, or use the block already: each
-// writes the same into bytes that mean nothing.
+// Allocates the block of the list's entry. Other processes may be doing the same or using the block already: the write
+// only touches `unused` members.
 void LockFile::prepare_block(const ListKey& list) {
     if (is_prepared(list)) {
         return;
@@ -195,21 +195,21 @@ void LockFile::prepare_block(const ListKey& list) {
     prepared_[block_of(list)] = true;
 }
 
-// Takes slots out of an entry, whose process this is or is known to be dead.
-void LockFile::take_out(Entry& entry, std::uint64_t slots) {
+// Clears the bits of slots in an entry. The slots belong to this process or to dead ones.
+void LockFile::clear_slots(Entry& entry, std::uint64_t slots) {
     std::uint64_t holders = entry.holders;
     while (!entry.holders.compare_exchange_weak(holders, without(holders, slots))) {
     }
     entry.waiting_writers &= ~slots;
 }
 
-// Takes those of the slots out of an entry whose processes are dead. Returns whether there was one. A dead process's
-// slot is kept locked meanwhile, so that no new process can set the bits that are cleared here.
-bool LockFile::take_out_dead(Entry& entry, std::uint64_t slots) {
+// Clears the bits of those `slots` whose processes are dead. Returns true if there were any. Keeps each slot locked
+// meanwhile, so that no new process can take it and set the bits that are being cleared.
+bool LockFile::clear_dead_slots(Entry& entry, std::uint64_t slots) {
     bool found = false;
     for (int slot = 0; slot < kSlots; ++slot) {
         if ((slots & bit_of(slot)) != 0 && try_byte(slot_byte(slot))) {
-            take_out(entry, bit_of(slot));
+            clear_slots(entry, bit_of(slot));
             free_byte(slot_byte(slot));
             found = true;
         }
@@ -217,23 +217,23 @@ bool LockFile::take_out_dead(Entry& entry, std::uint64_t slots) {
     return found;
 }
 
-// Clears what a dead process left in a slot that this process has just locked.
+// Clears the bits that a dead process left for the slot that this process has just locked.
 void LockFile::clean_slot(int slot) {
     off_t start = static_cast<off_t>(kFirstEntry * sizeof(Entry));
-    while ((start = ::lseek(file_, start, SEEK_DATA)) >= 0) { // holes are not used
+    while ((start = ::lseek(file_, start, SEEK_DATA)) >= 0) { // holes have never been used
         const off_t end = ::lseek(file_, start, SEEK_HOLE);
-        const std::size_t behind =
+        const std::size_t end_entry =
             std::min(static_cast<std::size_t>(std::max(end, off_t{0})) / sizeof(Entry), kEntries);
-        for (std::size_t i = static_cast<std::size_t>(start) / sizeof(Entry); i < behind; ++i) {
+        for (std::size_t i = static_cast<std::size_t>(start) / sizeof(Entry); i < end_entry; ++i) {
             if (((entries()[i].holders | entries()[i].waiting_writers) & bit_of(slot)) != 0) {
-                take_out(entries()[i], bit_of(slot));
+                clear_slots(entries()[i], bit_of(slot));
             }
         }
         start = std::max(end, start + 1);
     }
 }
 
-// Makes sure that this process has a slot. Returns false while as many others have one as there can be.
+// Takes a slot unless this process has one. Returns false if all are taken.
 bool LockFile::take_slot() {
     for (int slot = 0; slot_ < 0 && slot < kSlots; ++slot) {
         if (try_byte(slot_byte(slot))) {
@@ -248,7 +248,7 @@ bool LockFile::take_slot() {
 bool LockFile::set(const ListKey& list, LockLevel level) {
     if (level == LockLevel::kNone) {
         if (is_prepared(list)) {
-            take_out(entry_of(list), own_bit());
+            clear_slots(entry_of(list), own_bit());
         }
         return true;
     }
@@ -261,7 +261,7 @@ bool LockFile::set(const ListKey& list, LockLevel level) {
         const std::uint64_t others = holders & ~own_bit() & ~kWriting;
         const bool writes = level == LockLevel::kWrite;
         if (others != 0 && (writes || (holders & kWriting) != 0)) {
-            if (!take_out_dead(entry, others)) {
+            if (!clear_dead_slots(entry, others)) {
                 return false;
             }
             holders = entry.holders;
@@ -275,7 +275,7 @@ bool LockFile::set(const ListKey& list, LockLevel level) {
 
 void LockFile::set_writer_waits(const ListKey& list, bool waits) {
     if (!is_prepared(list)) {
-        return; // this process cannot get the lock in any case
+        return; // without a prepared block this process cannot get the lock
     }
     if (waits) {
         entry_of(list).waiting_writers |= own_bit();
@@ -293,13 +293,13 @@ bool LockFile::writer_waits_elsewhere(const ListKey& list) {
     std::uint64_t others = 0;
     do {
         others = entry.waiting_writers & ~own_bit();
-    } while (others != 0 && take_out_dead(entry, others));
+    } while (others != 0 && clear_dead_slots(entry, others));
     return others != 0;
 }
 
 std::string LockFile::describe_obstacle(const ListKey& list, LockLevel level) const {
     if (slot_ < 0) {
-        return std::to_string(kSlots) + " other processes, as many as can use locks at a time";
+        return std::to_string(kSlots) + " other processes, the most that can use locks at once";
     }
     if (!is_prepared(list)) {
         return "another process";
@@ -309,17 +309,17 @@ std::string LockFile::describe_obstacle(const ListKey& list, LockLevel level) co
     const std::uint64_t others = holders & ~own_bit() & ~kWriting;
     const std::uint64_t last = entry.last_holder;
     if (level == LockLevel::kRead && (holders & kWriting) == 0) {
-        return "a writer that waits in another process";
+        return "a writer waiting in another process";
     }
     std::string text;
     for (int slot = 0; slot < kSlots; ++slot) {
         if ((others & bit_of(slot)) != 0) {
             const std::uint64_t process = header().processes[static_cast<std::size_t>(slot)];
             text += text.empty() ? "" : ", ";
-            text += process == process_of(last) ? described(last) : "process " + std::to_string(process);
+            text += process == process_of(last) ? describe(last) : "process " + std::to_string(process);
         }
     }
-    return text.empty() ? "another process" : text; // which has given it back since
+    return text.empty() ? "another process" : text; // it has released the lock since
 }
 
 } // namespace tavro::host

@@ -1,5 +1,5 @@
-// Locks between processes, in a file that all of them map. Taking or giving back a lock that nobody else uses is one
-// atomic step in memory and no system call.
+// Locks between processes, in a file that all of them map. Taking or releasing an uncontended lock is one atomic memory
+// operation, without a system call.
 #pragma once
 
 #include "kinds.h"
@@ -13,43 +13,43 @@
 
 namespace tavro::host {
 
-// What a process, or a thread of it, has of a list's lock.
+// How a process or a thread holds a list's lock.
 enum class LockLevel { kNone, kRead, kWrite };
 
-// Each list has a word with a bit for each process that holds its lock, and one that says that the holder writes. A
-// process owns its bit, its slot, through an open-file-description lock on one byte of the file. The kernel ends that
-// lock with the process however it ends: the bits of a slot whose byte is free are those of a dead process, and who
-// meets them clears them. A word changes in one step alone, so a process may die between any two.
+// Each list has a word with one bit per process that holds its lock, plus one bit that marks the holder as the writer.
+// A process's bit number is its slot. It owns the slot through an open-file-description lock on one byte of the file,
+// which the kernel releases when the process ends in any way. So the bits of a slot whose byte is unlocked belong to a
+// dead process; the next process that finds them clears them. Words change only atomically, so a process may be killed
+// at any point.
 //
-// Used by one thread at a time, but for `begin_opening` and `end_opening`.
+// Not thread-safe, except `begin_opening` and `end_opening`.
 class LockFile {
 public:
-    // Opens or makes the file. Throws Failure(kHostStorageUnavailable).
+    // Opens or creates the file. Throws Failure(kHostStorageUnavailable).
     explicit LockFile(const std::string& path);
     ~LockFile();
     LockFile(const LockFile&) = delete;
     LockFile& operator=(const LockFile&) = delete;
 
-    // Waits until no other process opens the storage, and keeps it so until `end_opening`. Throws
-    // Failure(kHostLockTimeout) after TAVRO_LOCK_TIMEOUT_MS. Comes before all functions below.
+    // Waits until no other process is opening the storage, and keeps others out until `end_opening`. Throws
+    // Failure(kHostLockTimeout) after TAVRO_LOCK_TIMEOUT_MS. Call before all functions below.
     void begin_opening();
     void end_opening();
 
-    // Changes this process's hold of a list without waiting. Returns false when another process is in
-    // the way; the hold is then what it was. Giving up or lowering a hold always succeeds. Throws Failure when the
-    // file cannot grow.
+    // Sets this process's level without waiting. Returns false and changes nothing if another process prevents it.
+    // Lowering the level always succeeds. Throws Failure if the file cannot grow.
     bool set(const ListKey& list, LockLevel level);
 
-    // Asks new readers in other processes to wait, or no longer.
+    // Sets whether new readers in other processes have to wait for a writer of this one.
     void set_writer_waits(const ListKey& list, bool waits);
-    // Whether a living process other than this one asked for that.
+    // True if a writer in another living process is waiting.
     bool writer_waits_elsewhere(const ListKey& list);
 
-    // Who is in the way of that level, for messages: "thread 12 of process 34".
+    // Describes who prevents that level, for messages: "thread 12 of process 34".
     std::string describe_obstacle(const ListKey& list, LockLevel level) const;
 
 private:
-    // The same for 32-bit and 64-bit processes, which may share the file.
+    // Same layout in 32-bit and 64-bit processes, which may share the file.
     struct Entry {
         std::atomic<std::uint64_t> holders;
         std::atomic<std::uint64_t> waiting_writers;
@@ -70,8 +70,8 @@ private:
 
     bool take_slot();
     void clean_slot(int slot);
-    static void take_out(Entry& entry, std::uint64_t slots);
-    bool take_out_dead(Entry& entry, std::uint64_t slots);
+    static void clear_slots(Entry& entry, std::uint64_t slots);
+    bool clear_dead_slots(Entry& entry, std::uint64_t slots);
     std::uint64_t own_bit() const;
 
     Header& header() const;
@@ -81,8 +81,8 @@ private:
     std::string path_;
     int file_;
     void* memory_ = nullptr;
-    int slot_ = -1;              // none until the first lock
-    std::vector<bool> prepared_; // blocks
+    int slot_ = -1;              // -1 until the first lock
+    std::vector<bool> prepared_; // by block
 };
 
 } // namespace tavro::host

@@ -23,8 +23,8 @@ std::vector<LockTable::Holds>::iterator LockTable::mine(ListLock& lock) {
                         [](const Holds& holds) { return holds.thread == this_thread(); });
 }
 
-// Whether another thread of this process must be waited for. New readers let waiting writers go first.
-bool LockTable::stands_in_the_way(const ListLock& lock, LockLevel level, bool holds_some) {
+// True if this thread has to wait for another thread of this process. Waiting writers take precedence over new readers.
+bool LockTable::is_blocked(const ListLock& lock, LockLevel level, bool holds_some) {
     const std::size_t others = lock.threads.size() - (holds_some ? 1 : 0);
     if (level == LockLevel::kWrite) {
         return others != 0;
@@ -38,7 +38,7 @@ bool LockTable::stands_in_the_way(const ListLock& lock, LockLevel level, bool ho
 LockTable::Obstacle LockTable::try_lock(ListLock& lock, const ListKey& list, LockLevel level) {
     auto holds = mine(lock);
     const bool holds_some = holds != lock.threads.end();
-    if (stands_in_the_way(lock, level, holds_some)) {
+    if (is_blocked(lock, level, holds_some)) {
         return Obstacle::kThread;
     }
     if (level == LockLevel::kRead && !holds_some && lock.file->writer_waits_elsewhere(list)) {
@@ -67,13 +67,13 @@ std::string LockTable::describe_holders(const ListLock& lock, const ListKey& lis
             holders += (holders.empty() ? "thread " : ", thread ") + std::to_string(holds.thread);
         }
     }
-    return (holders.empty() ? "a thread that waits to write" : holders) + " of this process";
+    return (holders.empty() ? "a waiting writer" : holders) + " of this process";
 }
 
 LockTable::Obstacle LockTable::wait(std::unique_lock<std::mutex>& guard, ListLock& lock, const ListKey& list,
                                     LockLevel level, Clock::time_point end) {
-    // Counts a waiting writer as long as it waits, whatever ends the waiting. Other processes see the first and the
-    // last.
+    // Counts this thread as a waiting writer for its scope. The first one is announced to other processes, the last one
+    // withdraws that.
     struct WaitingWriter {
         ListLock& lock;
         const ListKey& list;
@@ -106,7 +106,7 @@ LockTable::Obstacle LockTable::wait(std::unique_lock<std::mutex>& guard, ListLoc
 
 MwStatus LockTable::lock(const std::shared_ptr<LockFile>& file, const Kind& kind, const ListKey& list,
                          LockLevel level) {
-    const milliseconds timeout = lock_timeout(); // here, so that an invalid setting is reported before anybody waits
+    const milliseconds timeout = lock_timeout(); // first, so that an invalid setting is reported even if nobody waits
     std::unique_lock<std::mutex> guard(mutex_);
     ListLock& lock = locks_[list];
     if (lock.threads.empty()) {
@@ -120,16 +120,16 @@ MwStatus LockTable::lock(const std::shared_ptr<LockFile>& file, const Kind& kind
         return kMwOk;
     }
     const std::string holders = describe_holders(lock, list, level, obstacle);
-    changed_.notify_all(); // readers that let this writer go first
+    changed_.notify_all(); // wakes readers that were waiting for this writer
     guard.unlock();
-    report(std::string("time-out: thread ") + std::to_string(this_thread()) + " waited " +
+    report(std::string("timeout: thread ") + std::to_string(this_thread()) + " waited " +
            std::to_string(timeout.count()) + " ms for the " + (level == LockLevel::kWrite ? "write" : "read") +
            " lock of " + kind.name + " list " + std::to_string(list.list_id) + ", held by " + holders +
-           "; look for a lock that is not given back there, or set TAVRO_LOCK_TIMEOUT_MS higher");
+           "; check for a missing unlock there, or raise TAVRO_LOCK_TIMEOUT_MS");
     return kHostLockTimeout;
 }
 
-// Brings the process's hold down to what its threads still hold, and wakes those who wait.
+// Lowers the process's level to what its threads still hold, and wakes waiting threads.
 void LockTable::lower(const ListKey& list, ListLock& lock) {
     const LockLevel level = level_of(lock);
     if (level != lock.process_level) {

@@ -1,5 +1,4 @@
-// The lists' locks: many readers or one writer, between the threads of this process and between
-// processes.
+// The lists' reader-writer locks, between the threads of this process and between processes.
 #pragma once
 
 #include "lock_file.h"
@@ -15,22 +14,21 @@
 
 namespace tavro::host {
 
-// All functions may be called from any thread. Holds belong to the calling thread, which may take a
-// lock that it holds again, for reading within its writing too, and must give each back. A thread that
-// is the only reader may become the writer.
+// Thread-safe. Locks belong to the calling thread and are recursive: it may lock again what it holds, also for reading
+// while it holds the write lock, and must unlock as often. A thread that is the only reader may take the write lock.
 class LockTable {
 public:
-    // Takes the list's lock. Waits at most TAVRO_LOCK_TIMEOUT_MS milliseconds (3000 without it), then
-    // logs who waited for whom and returns kHostLockTimeout.
+    // Waits at most TAVRO_LOCK_TIMEOUT_MS milliseconds (default 3000), then logs who waited for whom and returns
+    // kHostLockTimeout.
     MwStatus lock(const std::shared_ptr<LockFile>& file, const Kind& kind, const ListKey& list, LockLevel level);
 
-    // Gives one hold of that level back. kHostNotLockHolder when the thread has none.
+    // Releases one lock of that level. Returns kHostNotLockHolder if the thread holds none.
     MwStatus unlock(const ListKey& list, LockLevel level);
 
-    // Gives back all that the thread holds of the list.
+    // Releases all locks of the calling thread on the list.
     void release(const ListKey& list);
 
-    // Forgets every hold of every thread.
+    // Releases all locks of all threads.
     void clear();
 
 private:
@@ -41,7 +39,7 @@ private:
     };
     struct ListLock {
         std::shared_ptr<LockFile> file;
-        std::vector<Holds> threads; // only those that hold something
+        std::vector<Holds> threads; // threads that hold the lock
         int waiting_writers = 0;
         LockLevel process_level = LockLevel::kNone;
     };
@@ -50,7 +48,7 @@ private:
 
     static LockLevel level_of(const ListLock& lock);
     static std::vector<Holds>::iterator mine(ListLock& lock);
-    static bool stands_in_the_way(const ListLock& lock, LockLevel level, bool holds_some);
+    static bool is_blocked(const ListLock& lock, LockLevel level, bool holds_some);
     static Obstacle try_lock(ListLock& lock, const ListKey& list, LockLevel level);
     static std::string describe_holders(const ListLock& lock, const ListKey& list, LockLevel level, Obstacle obstacle);
     Obstacle wait(std::unique_lock<std::mutex>& guard, ListLock& lock, const ListKey& list, LockLevel level,

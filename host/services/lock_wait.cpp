@@ -32,7 +32,7 @@ milliseconds lock_timeout() {
     if (error != std::errc() || end != text.data() + text.size() || value > kLongestTimeout) {
         report_once("TAVRO_LOCK_TIMEOUT_MS is '" + std::string(text) +
                     "', which is not a number of milliseconds from 0 to " + std::to_string(kLongestTimeout) +
-                    "; waiting " + std::to_string(kDefaultTimeout.count()) + " ms instead");
+                    "; using " + std::to_string(kDefaultTimeout.count()) + " ms instead");
         return kDefaultTimeout;
     }
     return milliseconds{value};

@@ -1,4 +1,4 @@
-// How long locks are waited for, and by whom.
+// Timing and thread ids for lock waits.
 #pragma once
 
 #include <chrono>
@@ -6,13 +6,13 @@
 
 namespace tavro::host {
 
-// TAVRO_LOCK_TIMEOUT_MS, or 3000 milliseconds without it. An invalid setting is reported once and counts as not set.
+// TAVRO_LOCK_TIMEOUT_MS, or 3000 ms if it is not set. An invalid value is reported once and treated as not set.
 std::chrono::milliseconds lock_timeout();
 
-// How often a lock that another process holds is tried again: there is no notification when it is released.
+// Retry interval for a lock that another process holds: there is no notification when it is released.
 inline constexpr std::chrono::milliseconds kProcessRetry{2};
 
-// The calling thread's id in the system.
+// The calling thread's kernel thread id.
 pid_t this_thread();
 
 } // namespace tavro::host

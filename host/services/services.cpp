@@ -1,4 +1,4 @@
-// The list calls of all four kinds, over the engine.
+// The list calls of all four kinds, forwarded to the engine.
 #include "control.h"
 #include "define_list_calls.h"
 #include "engine.h"
@@ -13,8 +13,8 @@ using tavro::host::LockLevel;
 
 Engine& engine() { return Engine::instance(); }
 
-// The common calls of one kind. Mode, growth, tag and notify have no meaning on the workstation, and a
-// list file is taken whichever list it was written from.
+// The common calls of one kind. Mode, growth, tag and notify are ignored. So is the list id of fs_sync and fs_store: a
+// file may be loaded into any list of its kind.
 template <const Kind& kKind, class Record>
 struct ListCalls {
     static MwStatus open(std::uint16_t list_id, std::uint32_t, std::uint32_t, MwdbHandle* handle) {

@@ -49,7 +49,7 @@ void Statement::run() {
 Connection::Connection(const std::string& path, int flags) : path_(path) {
     sqlite3* database = nullptr;
     const int code = sqlite3_open_v2(path.c_str(), &database, flags | SQLITE_OPEN_NOMUTEX, nullptr);
-    database_.reset(database); // a failed open leaves a connection too, for its message
+    database_.reset(database); // even a failed open returns a connection, which has the error message
     if (code != SQLITE_OK) {
         fail(code);
     }
@@ -87,8 +87,8 @@ void Connection::execute(const std::string& sql) {
 }
 
 std::int64_t Connection::number(const char* sql) {
-    Statement question = prepare(sql);
-    return question.step() ? question.number(0) : 0;
+    Statement query = prepare(sql);
+    return query.step() ? query.number(0) : 0;
 }
 
 Transaction::Transaction(Connection& connection, Kind kind) : connection_(connection) {
@@ -100,7 +100,7 @@ Transaction::~Transaction() {
         try {
             connection_.prepare("ROLLBACK").run();
         } catch (const SqlError&) {
-            // SQLite has undone it already, as it does after some errors.
+            // After some errors SQLite has already rolled back.
         }
     }
 }

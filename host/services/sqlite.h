@@ -1,4 +1,4 @@
-// Thin types for SQLite connections, statements and transactions. Every failure is thrown as SqlError.
+// RAII wrappers for SQLite connections, statements and transactions. Every failure throws SqlError.
 #pragma once
 
 #include <cstddef>
@@ -12,7 +12,7 @@
 
 namespace tavro::host {
 
-// An error that SQLite returned for a database: its primary result code and its own message.
+// A SQLite error: the primary result code and SQLite's message.
 class SqlError : public std::runtime_error {
 public:
     SqlError(const std::string& path, int code, int system_error, const std::string& message)
@@ -20,7 +20,7 @@ public:
     // The database file.
     const std::string& path() const { return path_; }
     int code() const { return code_; }
-    // The errno value that SQLite kept, 0 without one. It may come from cleaning up after the failure.
+    // The errno value that SQLite recorded, or 0. It may be from the cleanup after the failure.
     int system_error() const { return system_error_; }
 
 private:
@@ -31,7 +31,7 @@ private:
 
 class Connection;
 
-// A prepared statement in use: binds in order, steps, and is ready for the next use when it goes.
+// One use of a prepared statement. Binds parameters in order; the destructor resets the statement for the next use.
 class Statement {
 public:
     Statement(Connection& connection, sqlite3_stmt* statement) : connection_(connection), statement_(statement) {}
@@ -39,14 +39,14 @@ public:
     Statement(const Statement&) = delete;
     Statement& operator=(const Statement&) = delete;
 
-    // The next parameter. Blobs and texts stay the caller's and must outlive the use.
+    // Binds the next parameter. Blobs and texts are not copied and must outlive this object.
     Statement& bind(std::int64_t value);
     Statement& bind(const std::string& text);
     Statement& bind(const void* blob, std::size_t bytes);
 
-    // Moves to the next row; false when there is none.
+    // Moves to the next row. Returns false if there is none.
     bool step();
-    // Steps a statement without rows to its end.
+    // Steps to the end, ignoring rows.
     void run();
 
     std::int64_t number(int column) const { return sqlite3_column_int64(statement_, column); }
@@ -70,27 +70,27 @@ private:
     int bound_ = 0;
 };
 
-// An open database. Used by one thread at a time.
+// An open database. Not thread-safe.
 class Connection {
 public:
-    // `flags` are those of sqlite3_open_v2 and say whether the file may be made.
+    // `flags` are the flags of sqlite3_open_v2.
     Connection(const std::string& path, int flags);
 
-    // A statement for `sql`, which is prepared once; a literal, or a string that outlives the connection.
+    // Prepares `sql` on first use and caches it by pointer. `sql` must be a literal or outlive the connection.
     Statement prepare(const char* sql);
     // Runs statements without parameters, ignoring rows.
     void execute(const std::string& sql);
-    // The only value of a question such as "PRAGMA application_id".
+    // Returns the single value of a query such as "PRAGMA application_id", or 0 without a row.
     std::int64_t number(const char* sql);
 
-    // How long a step waits for another process before it fails with SQLITE_BUSY.
+    // Sets how long a step waits for another process before it fails with SQLITE_BUSY.
     void set_busy_timeout(int milliseconds) { sqlite3_busy_timeout(database_.get(), milliseconds); }
 
-    // Rows that the last insertion, update or deletion touched.
+    // Number of rows changed by the last INSERT, UPDATE or DELETE.
     int changes() const { return sqlite3_changes(database_.get()); }
-    // For calls of SQLite that have no function here.
+    // For SQLite functions that are not wrapped here.
     sqlite3* handle() const { return database_.get(); }
-    // Instructions of SQLite's virtual machine that this connection has run.
+    // Number of SQLite virtual machine instructions that this connection has run.
     std::uint64_t work() const { return work_; }
 
 private:
@@ -107,7 +107,7 @@ private:
     std::uint64_t work_ = 0;
 };
 
-// A transaction that is undone unless it is committed.
+// A transaction. The destructor rolls it back unless it was committed.
 class Transaction {
 public:
     enum class Kind { kRead, kWrite };

@@ -12,22 +12,21 @@ namespace tavro::host {
 namespace {
 
 constexpr std::int32_t kApplication = 0x5476'4442; // "TvDB"
-constexpr std::int32_t kForm = 1;
+constexpr std::int32_t kVersion = 1;
 
-// How long a write waits for another process's: far longer than the largest copy takes.
+// How long a write waits for a write by another process. The largest copy takes far less.
 constexpr int kBusyMilliseconds = 10'000;
 
-// The write-ahead log keeps every committed transaction from a killed process; without a sync for each,
-// only a power failure can lose the last ones. It goes into the database every 4 MB; adds were slower
-// with a log of 16 MB or more.
+// With WAL, a killed process loses no committed transaction. Commits are not synced, so a power failure can lose the
+// latest ones. The log is checkpointed every 4 MB; adds were slower with a log of 16 MB or more.
 constexpr char kSettings[] = R"(
     PRAGMA journal_mode = WAL;
     PRAGMA synchronous = NORMAL;
 )";
 constexpr int kFramesUntilCheckpoint = 1000;
 
-// A deleted list keeps its row, without a name, so that its versions are never given again. The columns
-// after the stored ones are for the reader of the tables.
+// A deleted list keeps its row, with a NULL name, so that its versions are never reused. The generated columns are for
+// people who query the tables.
 constexpr char kTables[] = R"(
     CREATE TABLE lists (
         number INTEGER PRIMARY KEY,
@@ -51,47 +50,47 @@ std::int64_t first_record(const ListKey& list) { return list.record(0); }
 std::int64_t last_record(const ListKey& list) { return list.record(kMwNoRecordId); }
 std::uint16_t record_id_of_number(std::int64_t number) { return static_cast<std::uint16_t>(number & 0xFFFF); }
 
-std::string prepared_directory(const std::string& directory) {
+std::string prepare_directory(const std::string& directory) {
     std::error_code error;
     std::filesystem::create_directories(directory, error);
     std::error_code ignored;
     if (error && std::filesystem::exists(directory, ignored)) {
-        error = std::make_error_code(std::errc::not_a_directory); // C++ libraries differ in what they say here
+        error = std::make_error_code(std::errc::not_a_directory); // C++ standard libraries report different errors here
     }
     if (error) {
-        throw storage_failure("make the storage directory", directory, error.value());
+        throw storage_failure("create the storage directory", directory, error.value());
     }
     return directory;
 }
 
-// Makes the tables of a new database and refuses one that is somebody else's.
+// Creates the tables in a new database. Throws Failure if an existing one is not a list database of this version.
 void prepare_database(Connection& database, const std::string& path) {
-    sqlite3_int64 form = database.number("PRAGMA application_id");
-    if (form == 0 && database.number("SELECT count(*) FROM sqlite_master") == 0) {
+    sqlite3_int64 application = database.number("PRAGMA application_id");
+    if (application == 0 && database.number("SELECT count(*) FROM sqlite_master") == 0) {
         database.execute("BEGIN IMMEDIATE; PRAGMA application_id = " + std::to_string(kApplication) +
-                         "; PRAGMA user_version = " + std::to_string(kForm) + ";" + kTables + "COMMIT");
+                         "; PRAGMA user_version = " + std::to_string(kVersion) + ";" + kTables + "COMMIT");
         return;
     }
-    if (form != kApplication || database.number("PRAGMA user_version") != kForm) {
+    if (application != kApplication || database.number("PRAGMA user_version") != kVersion) {
         throw Failure(kHostStorageUnavailable, path + " is not a list database of this version; move it away to "
                                                       "start without lists, or set TAVRO_HOME to another directory");
     }
 }
 
-// Where the file system cannot share memory, SQLite stays without a write-ahead log.
+// On file systems without shared memory SQLite does not use a write-ahead log.
 bool has_wal(Connection& database) {
     Statement mode = database.prepare("PRAGMA journal_mode");
     return mode.step() && mode.text(0) == "wal";
 }
 
-// Opens or makes the database.
-Connection opened(const std::string& path, LockFile& lock_file) {
+// Opens or creates the database.
+Connection open_database(const std::string& path, LockFile& lock_file) {
     struct Opening {
         LockFile& file;
         explicit Opening(LockFile& lock_file) : file(lock_file) { file.begin_opening(); }
         ~Opening() { file.end_opening(); }
     };
-    const Opening alone(lock_file); // several processes may start at once on a new directory
+    const Opening alone(lock_file); // several processes may start in a new directory at once
     Connection database(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
     database.set_busy_timeout(kBusyMilliseconds);
     database.execute(kSettings);
@@ -101,16 +100,16 @@ Connection opened(const std::string& path, LockFile& lock_file) {
 
 } // namespace
 
-// A write transaction in which a list gets its next version.
+// A write transaction that gives a list its next version.
 class Storage::Change {
 public:
-    // Nobody else commits from here on, so a state of this epoch holds until the commit.
+    // Nobody else can commit during the transaction, so the state stays current until commit().
     Change(Storage& storage, const ListKey& list, ListState& state)
         : storage_(storage), list_(list), state_(state), transaction_(storage.database_, Transaction::Kind::kWrite),
-          there_(storage.look_at(list, state) == kMwOk), position_(state.next_position) {}
+          there_(storage.refresh(list, state) == kMwOk), position_(state.next_position) {}
 
     bool list_is_there() const { return there_; }
-    // Where the next record goes, once for each record.
+    // Returns the position for the next record and advances it.
     std::int64_t take_position() { return position_++; }
     void set_next_position(std::int64_t position) { position_ = position; }
 
@@ -118,7 +117,7 @@ public:
         storage_.database_.prepare(kDeleteRecords).bind(first_record(list_)).bind(last_record(list_)).run();
     }
 
-    // Makes it last, and brings the state to the list's new version.
+    // Commits, and updates the state to the list's new version.
     void commit() {
         storage_.database_.prepare("UPDATE lists SET version = ?, next_position = ? WHERE number = ?")
             .bind(state_.version + 1)
@@ -140,16 +139,16 @@ private:
 };
 
 Storage::Storage(const std::string& directory)
-    : path_(prepared_directory(directory) + "/lists.db"), lock_file_(std::make_shared<LockFile>(directory + "/locks")),
-      database_(opened(path_, *lock_file_)), watch_(has_wal(database_) ? database_.handle() : nullptr) {
+    : path_(prepare_directory(directory) + "/lists.db"), lock_file_(std::make_shared<LockFile>(directory + "/locks")),
+      database_(open_database(path_, *lock_file_)), watch_(has_wal(database_) ? database_.handle() : nullptr) {
     sqlite3_wal_hook(database_.handle(), &Storage::on_commit, this);
 }
 
-// SQLite calls it after every commit of this connection.
+// SQLite calls this after every commit of this connection.
 int Storage::on_commit(void* storage, sqlite3* database, const char* name, int frames) {
     static_cast<Storage*>(storage)->frames_in_log_ = static_cast<std::uint32_t>(frames);
     if (frames >= kFramesUntilCheckpoint) {
-        // As much as readers allow; what is left, or a failure, is for the next time.
+        // Copies as much as readers allow. What remains, also after an error, is retried after the next commit.
         sqlite3_wal_checkpoint_v2(database, name, SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
     }
     return SQLITE_OK;
@@ -203,7 +202,7 @@ MwStatus Storage::clean(const ListKey& list, ListState& state) {
 MwStatus Storage::copy(const ListKey& from, const ListKey& to, ListState& state) {
     Change change(*this, to, state);
     ListState source;
-    if (!change.list_is_there() || look_at(from, source) != kMwOk) {
+    if (!change.list_is_there() || refresh(from, source) != kMwOk) {
         return kHostNoSuchList;
     }
     change.delete_records();
@@ -282,8 +281,8 @@ MwStatus Storage::remove_record(const ListKey& list, std::uint16_t record_id, Li
     return kMwOk;
 }
 
-MwStatus Storage::look_at(const ListKey& list, ListState& state) {
-    const std::uint64_t epoch = watch_.epoch(); // before the query: what it sees may be newer
+MwStatus Storage::refresh(const ListKey& list, ListState& state) {
+    const std::uint64_t epoch = watch_.epoch(); // before the query, whose result may be newer
     if (state.epoch == epoch) {
         return kMwOk;
     }
@@ -325,8 +324,8 @@ MwStatus Storage::read_highest_id(const ListKey& list, ListState& state, ListIma
 
 MwStatus Storage::read_all(const ListKey& list, ListState& state, ListImage& image) {
     const Transaction one_state(database_, Transaction::Kind::kRead);
-    state.epoch = 0; // the version has to be read in the transaction
-    const MwStatus status = look_at(list, state);
+    state.epoch = 0; // forces refresh to read the version inside the transaction
+    const MwStatus status = refresh(list, state);
     if (status != kMwOk) {
         return status;
     }

@@ -1,4 +1,4 @@
-// All lists of a storage directory, in its SQLite database `lists.db`.
+// The lists of a storage directory, in its SQLite database `lists.db`.
 #pragma once
 
 #include "commit_watch.h"
@@ -14,19 +14,18 @@
 
 namespace tavro::host {
 
-// A list's row in the storage, as it was in an epoch of the storage.
+// A list's row in the database, as read in an epoch of the storage.
 struct ListState {
     std::uint64_t epoch = 0;
     std::int64_t version = ListImage::kNoVersion;
     std::int64_t next_position = 0;
 };
 
-// Every function that changes something is one transaction: after it has returned, a killed process
-// loses nothing of it. Several processes may use one directory. Used by one thread at a time.
+// Every change is one transaction: once the function has returned, killing the process loses nothing. Several processes
+// may use one directory. Not thread-safe.
 //
-// Functions with a list return kHostNoSuchList when there is none. Those with a state take what the caller knows of the
-// list and bring it up to date: after a change it has the list's new version. Throws Failure when the directory cannot
-// be used, SqlError when the database fails.
+// Functions with a list return kHostNoSuchList if it does not exist. Functions with a state update it: after a change
+// it has the list's new version. They throw Failure if the directory cannot be used and SqlError if the database fails.
 class Storage {
 public:
     explicit Storage(const std::string& directory);
@@ -36,25 +35,25 @@ public:
     const std::shared_ptr<LockFile>& lock_file() const { return lock_file_; }
     std::uint64_t work() const { return database_.work(); }
 
-    // A state of this epoch is up to date.
+    // A state of this epoch is current.
     std::uint64_t epoch() { return watch_.epoch(); }
 
-    // kHostListExists when the list is there. Versions go on where an earlier list of that id ended.
+    // Returns kHostListExists if the list exists. Versions continue after those of a deleted list with the same id.
     MwStatus create(const ListKey& list, const std::string& name, ListState& state);
     MwStatus remove(const ListKey& list, ListState& state);
     MwStatus clean(const ListKey& list, ListState& state);
-    // Replaces the records of `to` by those of `from`, another list of the same kind. `state` is that of `to`.
+    // Replaces the records of `to` with those of `from`, another list of the same kind. `state` belongs to `to`.
     MwStatus copy(const ListKey& from, const ListKey& to, ListState& state);
     MwStatus replace(const ListKey& list, const Kind& kind, const StoredRecords& records, ListState& state);
 
-    // Record ids are below kMwNoRecordId.
+    // Record ids must be below kMwNoRecordId.
     MwStatus add(const ListKey& list, const Kind& kind, const void* record, ListState& state);
     MwStatus update(const ListKey& list, const Kind& kind, const void* record, ListState& state);
     MwStatus remove_record(const ListKey& list, std::uint16_t record_id, ListState& state);
 
-    // Brings the state up to date.
-    MwStatus look_at(const ListKey& list, ListState& state);
-    // These take over into `image` what is in the list: one record, the highest record id, all records and their order.
+    // Updates the state.
+    MwStatus refresh(const ListKey& list, ListState& state);
+    // Read into `image`: one record, the highest record id, or all records and their order. `read` returns
     // kHostNoSuchRecord if the record does not exist.
     MwStatus read(const ListKey& list, std::uint16_t record_id, ListState& state, ListImage& image);
     MwStatus read_highest_id(const ListKey& list, ListState& state, ListImage& image);

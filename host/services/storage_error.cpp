@@ -19,13 +19,13 @@ constexpr char kOtherPath[] = "choose another path";
 // SQLite lets its files grow by up to this much at once.
 constexpr std::uint64_t kGrowth = std::uint64_t{64} * 1024;
 
-// What stands in the way of SQLite: a path and an errno value, 0 when nothing is found.
+// The path that makes SQLite fail, and an errno value: 0 if no cause was found.
 struct Obstacle {
     std::string path;
     int error = 0;
 };
 
-// Whether a file can be opened for reading and writing. Returns 0, also when there is none, or an errno value.
+// Checks that the file can be read and written. Returns an errno value, or 0 if it can or does not exist.
 int file_error(const std::string& path) {
     struct stat found {};
     if (::stat(path.c_str(), &found) != 0) {
@@ -46,10 +46,10 @@ bool has_space(const std::string& directory) {
     return std::uint64_t{found.f_bavail} * found.f_frsize >= kGrowth && !(counts_files && found.f_favail == 0);
 }
 
-// SQLite uses the same codes for several causes: it opens read-only what it may not write, fails later, and the
-// errno that it keeps may come from cleaning up. So the files are examined.
+// Examines the files, because SQLite's codes do not show the cause: it opens unwritable files read-only and fails
+// later, and the errno that it records may be from its cleanup.
 Obstacle find_obstacle(const SqlError& error) {
-    if (error.code() == SQLITE_FULL || means_full(error.system_error())) {
+    if (error.code() == SQLITE_FULL || is_disk_full(error.system_error())) {
         return {error.path(), ENOSPC};
     }
     for (const char* suffix : {"", "-wal", "-shm"}) {
@@ -67,7 +67,7 @@ Obstacle find_obstacle(const SqlError& error) {
     return {error.path(), has_space(place) ? 0 : ENOSPC};
 }
 
-// Whether an error can come from the files' surroundings, and not from what is in the database.
+// True if the cause may be the file system rather than the content of the database.
 bool concerns_files(int code) {
     switch (code) {
     case SQLITE_FULL:
@@ -93,11 +93,11 @@ const char* remedy(int sqlite_code) {
     case SQLITE_BUSY:
         return "another process has been writing to it for too long; end that process";
     default:
-        return "check that the directory and its files are yours, or set TAVRO_HOME to another directory";
+        return "check the owner and permissions of the directory and its files, or set TAVRO_HOME to another directory";
     }
 }
 
-// SQLite's message, with the system's where it says more.
+// SQLite's message, followed by the system's if there is one.
 std::string cause(const SqlError& error) {
     if (error.code() == SQLITE_CORRUPT) {
         return std::string("the file is damaged (") + error.what() + ")";
@@ -106,7 +106,7 @@ std::string cause(const SqlError& error) {
     return error.what() + (system_error == 0 ? "" : std::string(" (") + std::strerror(system_error) + ")");
 }
 
-MwStatus status_of(int error, MwStatus otherwise) { return means_full(error) ? kHostStorageFull : otherwise; }
+MwStatus status_of(int error, MwStatus otherwise) { return is_disk_full(error) ? kHostStorageFull : otherwise; }
 
 } // namespace
 
@@ -121,7 +121,7 @@ Failure storage_failure(const SqlError& error) {
         return storage_failure("use", obstacle.path, obstacle.error);
     }
     return {error.code() == SQLITE_NOMEM ? kHostOutOfMemory : kHostStorageUnavailable,
-            "the list database " + error.path() + " fails: " + cause(error) + "; " + remedy(error.code())};
+            "cannot use the list database " + error.path() + ": " + cause(error) + "; " + remedy(error.code())};
 }
 
 Failure write_failure(const std::string& path, int error) {

@@ -1,4 +1,4 @@
-// Turns errors of the storage into failures: the status, and a message that names the path, the cause and the remedy.
+// Turns storage errors into Failures: a status, and a message that names the path, the cause and the remedy.
 #pragma once
 
 #include "failure.h"
@@ -8,14 +8,13 @@
 
 namespace tavro::host {
 
-// "cannot ACTION PATH: cause; remedy", for a file or directory of the storage and an errno value.
+// Makes "cannot ACTION PATH: CAUSE; REMEDY" from an errno value for a file or directory of the storage.
 Failure storage_failure(const std::string& action, const std::string& path, int error);
 
-// For an error of the list database. The same cause gets the same message, whatever code SQLite gave for it.
+// For an error of the list database. The same cause always gets the same message, whichever code SQLite returned.
 Failure storage_failure(const SqlError& error);
 
-// For a list file at `path` that cannot be written: an errno value, or an error of the database that is to
-// become the file.
+// For a list file at `path` that cannot be written, with an errno value or a SQLite error of its temporary file.
 Failure write_failure(const std::string& path, int error);
 Failure write_failure(const std::string& path, const SqlError& error);
 

@@ -1,6 +1,6 @@
 // Channel ids: major number in bits 18 to 31, minor number in bits 8 to 17, index in bits 0 to 7.
-// What does not fit its bits is cut, so ids are unique for major numbers up to 16,383, minor numbers
-// up to 1,023 and indices up to 255.
+// Higher bits are dropped, so ids are unique for major numbers up to 16,383, minor numbers up to 1,023 and indices up
+// to 255.
 #include "middleware/channel_id.h"
 
 namespace {

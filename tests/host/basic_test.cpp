@@ -1,4 +1,4 @@
-// The file helpers.
+// The middleware's file functions.
 #include "middleware/files.h"
 #include "services/status.h"
 #include "workspace.h"
@@ -51,7 +51,7 @@ TEST_F(FileHelpers, PathsThatOnlyLookLikeThePlatformsAreTheUsers) {
     EXPECT_EQ(find("/cachet"), kMwNoFile);
     EXPECT_EQ(fs_raw_init(0, "/no-such-directory/list"), kHostCannotWriteFile);
     EXPECT_EQ(log(), std::vector<std::string>{"E/TavroHost" + process_mark() +
-                                              ": cannot prepare /no-such-directory/list: No such file or directory; "
+                                              ": cannot open /no-such-directory/list: No such file or directory; "
                                               "check the path, or choose another path"});
 }
 

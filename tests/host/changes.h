@@ -1,4 +1,4 @@
-// Changes of lists as lines of text, for a test and for its second process alike.
+// List changes written as lines of text, used by a test and by its child process.
 #pragma once
 
 #include "kinds.h"
@@ -7,7 +7,7 @@
 #include <sstream>
 #include <string>
 
-// Applies changes to lists of one kind, which it opens when they are first named:
+// Applies changes to lists of one kind, which are opened on first use:
 //
 //     create LIST            clean LIST             delete LIST
 //     add LIST ID FILL       update LIST ID FILL    remove LIST ID
@@ -15,7 +15,7 @@
 template <class Kind>
 class Changes {
 public:
-    // The status of the change.
+    // Returns the status of the change.
     MwStatus apply(const std::string& line) {
         std::istringstream words(line);
         std::string change;

@@ -1,4 +1,4 @@
-// The packing of channel numbers into channel ids.
+// Channel ids pack the major number, the minor number and the index.
 #include "middleware/channel_id.h"
 
 #include <gtest/gtest.h>

@@ -13,7 +13,7 @@ ChildProcess::ChildProcess(const std::vector<std::string>& arguments, const std:
     int to_child[2];
     int from_child[2];
     if (::pipe2(to_child, O_CLOEXEC) != 0 || ::pipe2(from_child, O_CLOEXEC) != 0) {
-        throw std::runtime_error("no pipes for a helper process");
+        throw std::runtime_error("cannot create pipes for a child process");
     }
     std::vector<std::string> copies = launcher;
     copies.emplace_back(HOST_HELPER);
@@ -65,7 +65,7 @@ std::vector<std::string> ChildProcess::read_lines() {
 void ChildProcess::write_line(const std::string& line) {
     const std::string text = line + "\n";
     if (::write(input_, text.data(), text.size()) != static_cast<ssize_t>(text.size())) {
-        throw std::runtime_error("cannot write to a helper process");
+        throw std::runtime_error("cannot write to a child process");
     }
 }
 
@@ -84,7 +84,7 @@ void ChildProcess::close_input() {
 void ChildProcess::stop() {
     int status = 0;
     if (::kill(process_, SIGSTOP) != 0 || ::waitpid(process_, &status, WUNTRACED) != process_ || !WIFSTOPPED(status)) {
-        throw std::runtime_error("cannot stop a helper process");
+        throw std::runtime_error("cannot stop a child process");
     }
 }
 

@@ -1,4 +1,4 @@
-// A helper process with pipes to its standard input and from its standard output.
+// A child process with pipes to its standard input and from its standard output.
 #pragma once
 
 #include <string>
@@ -7,30 +7,30 @@
 
 class ChildProcess {
 public:
-    // Starts tests/host/helper.cpp with these arguments in the test's environment. `launcher` is a command, found
-    // in PATH, that runs the program named by the words after it; it must keep the process id, as exec does.
+    // Starts the program of tests/host/helper.cpp with these arguments. `launcher` is a command, found in PATH, that
+    // runs the program given by its arguments; it must keep the process id, as exec does.
     explicit ChildProcess(const std::vector<std::string>& arguments, const std::vector<std::string>& launcher = {});
-    ~ChildProcess(); // kills and reaps what still runs
+    ~ChildProcess(); // kills and reaps the process if it still runs
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
 
     pid_t id() const { return process_; }
 
-    // The next line that it writes, without its newline; empty at the end of its output.
+    // Reads the next line of its output, without the newline. Empty at the end of output.
     std::string read_line();
-    // The rest of what it writes, line by line.
+    // Reads the rest of its output.
     std::vector<std::string> read_lines();
     // Writes a line to its standard input.
     void write_line(const std::string& line);
-    // Writes a line to its standard input and returns the line that it writes then.
+    // Writes a line to its standard input and reads one line of output.
     std::string ask(const std::string& line);
-    // Ends its standard input.
+    // Closes its standard input.
     void close_input();
     // Stops it with SIGSTOP and waits until it has stopped.
     void stop();
-    // Kills it with SIGKILL and waits for its end.
+    // Sends SIGKILL and waits until it has ended.
     void kill();
-    // Waits for its end; the exit code, or minus the signal that ended it.
+    // Waits until it has ended. Returns the exit code, or minus the signal number.
     int wait();
 
 private:

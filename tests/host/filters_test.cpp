@@ -1,4 +1,4 @@
-// Counts and reads that choose among a list's records.
+// Filtered counts and reads.
 #include "kinds.h"
 #include "services/status.h"
 #include "workspace.h"
@@ -45,7 +45,7 @@ protected:
         return handle;
     }
 
-    // Ids in their order; the status that ended the walk must be the one behind the last record.
+    // Returns all ids in order. Checks that the index after the last record is out of range.
     template <class Count, class Read>
     static std::vector<int> walk(Count count, Read read) {
         std::uint16_t number = 0;
@@ -130,10 +130,10 @@ TEST_F(Filters, FollowEveryChangeOfTheList) {
     ASSERT_EQ(x_svl_del_rec(handle, 40), kMwOk);
     ASSERT_EQ(x_svl_del_rec(handle, 70), kMwOk);
     EXPECT_EQ(by_stream(handle, 1, 5, 0xFFFFFFFF), (Ids{50, 10, 60}));
-    update_service(handle, {30, 2, 0, 1, 5}); // joins in its old place
+    update_service(handle, {30, 2, 0, 1, 5}); // matches now, in its old position
     EXPECT_EQ(by_stream(handle, 1, 5, 0xFFFFFFFF), (Ids{50, 30, 10, 60}));
-    update_service(handle, {50, 2, 0, 9, 9}); // leaves
-    update_service(handle, {60, 7, 0, 1, 5}); // stays
+    update_service(handle, {50, 2, 0, 9, 9}); // no longer matches
+    update_service(handle, {60, 7, 0, 1, 5}); // still matches
     EXPECT_EQ(by_stream(handle, 1, 5, 0xFFFFFFFF), (Ids{30, 10, 60}));
     ASSERT_EQ(x_svl_clean(handle), kMwOk);
     EXPECT_EQ(by_stream(handle, 1, 5, 0xFFFFFFFF), Ids{});

@@ -1,4 +1,4 @@
-// Reads see every change that was made before them, whichever process made it, although they are served from memory.
+// Reads are served from memory, and still see every earlier change by any process.
 #include "changes.h"
 #include "child_process.h"
 #include "kinds.h"
@@ -17,9 +17,9 @@ namespace {
 
 constexpr std::uint16_t kHighestIdUsed = 12;
 
-// Ids of the records whose bytes are all `fill`, through a filter of the kind, in their order.
+// Ids of the records filled with `fill`, in list order, read with a filter of the kind.
 template <class Kind>
-std::vector<int> chosen(MwdbHandle, unsigned char) {
+std::vector<int> filtered(MwdbHandle, unsigned char) {
     return {};
 }
 template <class Kind, class Count, class Read>
@@ -36,14 +36,14 @@ std::vector<int> walk(Count count, Read read) {
     return ids;
 }
 template <>
-std::vector<int> chosen<Services>(MwdbHandle handle, unsigned char fill) {
+std::vector<int> filtered<Services>(MwdbHandle handle, unsigned char fill) {
     const auto both = static_cast<std::uint16_t>(fill << 8 | fill);
     return walk<Services>(
         [&](auto... out) { return x_svl_get_num_rec_by_ts(handle, both, both, kMwEveryNetworkMask, out...); },
         [&](auto... out) { return x_svl_get_rec_by_ts(handle, both, both, kMwEveryNetworkMask, out...); });
 }
 template <>
-std::vector<int> chosen<TransportStreams>(MwdbHandle handle, unsigned char fill) {
+std::vector<int> filtered<TransportStreams>(MwdbHandle handle, unsigned char fill) {
     const auto both = static_cast<std::uint16_t>(fill << 8 | fill);
     return walk<TransportStreams>(
         [&](auto... out) { return x_tsl_get_num_rec_by_sat(handle, 0xFFFF, both, both, out...); },
@@ -52,7 +52,7 @@ std::vector<int> chosen<TransportStreams>(MwdbHandle handle, unsigned char fill)
 template <class Kind>
 constexpr bool kHasFilter = std::is_same_v<Kind, Services> || std::is_same_v<Kind, TransportStreams>;
 
-// Reads a record by id: its fill, or the status.
+// Reads a record by id. Returns its fill byte, or the status.
 template <class Kind>
 int fill_of(MwdbHandle handle, std::uint16_t id) {
     typename Kind::Record record{};
@@ -74,23 +74,23 @@ protected:
     void change(const std::string& line) { ASSERT_EQ(own.apply(line), kMwOk) << line; }
     void other_changes(const std::string& line) { ASSERT_EQ(other.ask(line), "0") << line; }
 
-    // Everything that can be asked of a list. The first question is the one at `first`, so that each can be the one
-    // that has to notice a change.
+    // Checks the list with every kind of read, beginning with read number `first`: the first read has to detect the
+    // change.
     static void expect_list(MwdbHandle handle, const Contents& all, int first = 0) {
-        for (int question = 0; question < 5; ++question) {
-            ask(handle, all, (first + question) % 5);
+        for (int read = 0; read < 5; ++read) {
+            check(handle, all, (first + read) % 5);
         }
     }
 
     Changes<Kind> own;
-    ChildProcess other; // makes changes when it is asked to
+    ChildProcess other; // makes changes on request
 
 private:
-    static void ask(MwdbHandle handle, const Contents& all, int question) {
-        SCOPED_TRACE("question " + std::to_string(question));
+    static void check(MwdbHandle handle, const Contents& all, int read) {
+        SCOPED_TRACE("read " + std::to_string(read));
         std::uint16_t number = 0;
         std::int32_t version = 0;
-        switch (question) {
+        switch (read) {
         case 0:
             EXPECT_EQ(Kind::count(handle, &number, &version), kMwOk);
             EXPECT_EQ(number, all.size());
@@ -108,14 +108,14 @@ private:
             break;
         case 3:
             for (const unsigned char fill :
-                 {0x11, 0x22, 0x33, 0x11}) { // the last filter is the first one of the next time
+                 {0x11, 0x22, 0x33, 0x11}) { // the next round starts with the last filter of this one
                 std::vector<int> ids;
-                for (const auto& [id, its_fill] : all) {
-                    if (kHasFilter<Kind> && its_fill == fill) {
+                for (const auto& [id, record_fill] : all) {
+                    if (kHasFilter<Kind> && record_fill == fill) {
                         ids.push_back(id);
                     }
                 }
-                EXPECT_EQ(chosen<Kind>(handle, fill), ids);
+                EXPECT_EQ(filtered<Kind>(handle, fill), ids);
             }
             break;
         default:
@@ -130,7 +130,7 @@ private:
         }
     }
 
-    // Without asking for the count first.
+    // Reads by index without counting first.
     static Contents contents_by_index(MwdbHandle handle, std::size_t expected) {
         Contents all;
         typename Kind::Record record{};
@@ -154,7 +154,7 @@ protected:
         char* message = nullptr;
         ASSERT_EQ(sqlite3_exec(database, sql.c_str(), nullptr, nullptr, &message), SQLITE_OK) << message;
     }
-    // Another connection to the list database, as the sqlite3 program has it.
+    // Opens another connection to the list database, like the sqlite3 program.
     sqlite3* shell() const {
         sqlite3* database = nullptr;
         EXPECT_EQ(sqlite3_open((home() + "/lists.db").c_str(), &database), SQLITE_OK);
@@ -162,12 +162,12 @@ protected:
     }
 };
 
-// SQLite's file system without shared memory, and so without a write-ahead log.
+// SQLite's default VFS without shared memory, and so without a write-ahead log.
 class FileSystemWithoutSharedMemory {
 public:
-    FileSystemWithoutSharedMemory() : poor_(*usual_) {
-        poor_.zName = "poor";
-        poor_.xOpen = [](sqlite3_vfs*, const char* name, sqlite3_file* file, int flags, int* out_flags) {
+    FileSystemWithoutSharedMemory() : unshared_(*usual_) {
+        unshared_.zName = "unshared";
+        unshared_.xOpen = [](sqlite3_vfs*, const char* name, sqlite3_file* file, int flags, int* out_flags) {
             const int code = usual_->xOpen(usual_, name, file, flags, out_flags);
             if (code == SQLITE_OK && (flags & SQLITE_OPEN_MAIN_DB) != 0) {
                 methods_ = *file->pMethods;
@@ -176,11 +176,11 @@ public:
             }
             return code;
         };
-        sqlite3_vfs_register(&poor_, /*makeDflt*/ 1);
+        sqlite3_vfs_register(&unshared_, /*makeDflt*/ 1);
     }
     ~FileSystemWithoutSharedMemory() {
         tavro_host_reset(); // closes the files first
-        sqlite3_vfs_unregister(&poor_);
+        sqlite3_vfs_unregister(&unshared_);
         sqlite3_vfs_register(usual_, /*makeDflt*/ 1);
     }
     FileSystemWithoutSharedMemory(const FileSystemWithoutSharedMemory&) = delete;
@@ -189,19 +189,19 @@ public:
 private:
     static inline sqlite3_vfs* const usual_ = sqlite3_vfs_find(nullptr);
     static inline sqlite3_io_methods methods_{};
-    sqlite3_vfs poor_;
+    sqlite3_vfs unshared_;
 };
 
 } // namespace
 
-// Every change of the other process, before every question of this one.
+// Every kind of change by the other process, followed by every kind of read in this one.
 TYPED_TEST(Freshness, EveryChangeOfAnotherProcessIsSeenByTheNextRead) {
     const MwdbHandle handle = created<TypeParam>(1);
     this->change("create 2");
     this->change("add 2 9 51");
     this->change("store 2 " + this->path("file"));
     for (int first = 0; first < 5; ++first) {
-        SCOPED_TRACE("first question " + std::to_string(first));
+        SCOPED_TRACE("first read " + std::to_string(first));
         this->change("clean 1");
         this->change("add 1 7 17");
         this->change("add 1 3 34");
@@ -232,7 +232,7 @@ TYPED_TEST(Freshness, EveryChangeOfAnotherProcessIsSeenByTheNextRead) {
     }
 }
 
-// Two processes change two lists at random; a model says what is in them.
+// Two processes change two lists at random; a model holds the expected contents.
 TYPED_TEST(Freshness, ChangesOfTwoProcessesMayComeInAnyOrder) {
     std::mt19937 random(20'000 + sizeof(typename TypeParam::Record));
     const auto number_up_to = [&](int most) { return static_cast<int>(random() % static_cast<unsigned>(most)) + 1; };
@@ -269,7 +269,7 @@ TYPED_TEST(Freshness, ChangesOfTwoProcessesMayComeInAnyOrder) {
         } else {
             this->other_changes(change);
         }
-        if (number_up_to(3) != 1) { // sometimes several changes come between two reads
+        if (number_up_to(3) != 1) { // otherwise several changes come between two reads
             this->expect_list(handles.at(list), model[list], number_up_to(5));
         }
         if (this->HasFailure()) {
@@ -320,14 +320,14 @@ TEST_F(ManyReaders, SeeWhatAWriterLeftWhereverItWasKilled) {
         killed += finished ? 0 : 1;
         ASSERT_LT(killed, 200);
     }
-    // Both happened: the writer died before its commit and after it.
+    // The writer was killed both before and after its commit.
     EXPECT_GT(lost, 4);
     EXPECT_GT(killed, lost);
     restart();
     EXPECT_EQ(contents<Networks>(opened<Networks>(1)), all);
 }
 
-// No read waits for a moment without changes, and none mixes what was before a change with what was after it.
+// Reads need no pause between changes, and never mix the states before and after a change.
 TEST_F(ManyReaders, GetAnAnswerWhileAnotherProcessWritesWithoutAPause) {
     const MwdbHandle handle = created<Networks>(1);
     ASSERT_EQ(add<Networks>(handle, 1, 0), kMwOk);
@@ -385,7 +385,7 @@ TEST_F(ManyReaders, SeeEveryChangeWithoutSharedMemoryToo) {
     EXPECT_EQ(contents<Networks>(handle), (Contents{{7, 0x11}}));
     const std::uint64_t before = tavro_host_work();
     EXPECT_EQ(fill_of<Networks>(handle, 7), 0x11);
-    EXPECT_GT(tavro_host_work(), before); // the database is asked
+    EXPECT_GT(tavro_host_work(), before); // the read goes to the database
     sqlite3* const database = shell();
     run(database, "BEGIN IMMEDIATE; DELETE FROM records; UPDATE lists SET version = version + 1; COMMIT");
     sqlite3_close(database);
@@ -395,7 +395,7 @@ TEST_F(ManyReaders, SeeEveryChangeWithoutSharedMemoryToo) {
     EXPECT_EQ(contents<Networks>(handle), (Contents{{8, 0x22}}));
 }
 
-// A record of another size than the kind's, which only an edit of the database makes.
+// A record of the wrong size can only come from an edit of the database.
 TEST_F(ManyReaders, GetZerosForBytesThatAreNotStored) {
     const MwdbHandle handle = created<Networks>(1);
     ASSERT_EQ(add<Networks>(handle, 7, 0x11), kMwOk);

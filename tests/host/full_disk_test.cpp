@@ -1,4 +1,4 @@
-// Storage on a file system without space: the status and the one line in the log.
+// Storage on a full file system: the status and the single log line.
 #include "child_process.h"
 #include "sandbox.h"
 #include "services/status.h"
@@ -18,13 +18,13 @@ class FullDisk : public Workspace {
 protected:
     FullDisk() { fs::create_directory(home()); }
 
-    // Mounts an empty file system with these limits as the storage directory.
+    // Command that mounts an empty file system with these limits on the storage directory.
     std::string mount(const std::string& limits) const {
         return "mount -t tmpfs -o " + limits + " tavro-test '" + home() + "'";
     }
 
-    // The child reports a full file system, and nothing else, in one line for all of its calls. Its first calls
-    // may have succeeded.
+    // Checks that all calls of the child failed with a full file system, except perhaps the first ones, and that the
+    // log has a single line.
     void expect_full(const Lines& statuses) {
         const std::string full = std::to_string(kHostStorageFull);
         EXPECT_TRUE(statuses == Lines{full} || statuses == (Lines{"0", full})) << ::testing::PrintToString(statuses);
@@ -38,7 +38,7 @@ protected:
 
 } // namespace
 
-// With each larger size SQLite fails at a later step, with a code of its own.
+// With larger sizes SQLite fails at later steps and with other codes.
 TEST_F(FullDisk, IsReportedWhereverSpaceRunsOut) {
     TAVRO_NEEDS_SANDBOX();
     for (int kilobytes = 4; kilobytes <= 120; kilobytes += 4) {
@@ -51,7 +51,7 @@ TEST_F(FullDisk, IsReportedWhereverSpaceRunsOut) {
 
 TEST_F(FullDisk, IsReportedWhenNoMoreFilesCanBeMade) {
     TAVRO_NEEDS_SANDBOX();
-    // The directory itself is one; locks, lists.db, lists.db-wal and lists.db-shm follow.
+    // The directory itself uses one inode; locks, lists.db, lists.db-wal and lists.db-shm follow.
     for (int files = 1; files <= 4; ++files) {
         SCOPED_TRACE(files);
         ChildProcess writer({"fill", "100"}, sandboxed(mount("nr_inodes=" + std::to_string(files))));

@@ -1,34 +1,35 @@
-// The second process of the tests. It works on network list 1, or on list 1 and 2, of TAVRO_HOME and
-// prints one line per finished step on standard output. The exit code is 0 unless a call failed.
+// The child process of the tests. It uses network list 1, and some commands list 2, in TAVRO_HOME, and prints one line
+// per completed step to standard output. The exit code is 0 unless a call failed.
 //
 //     add FIRST COUNT   adds records FIRST, FIRST + 1, … and prints each id after its add
 //     remove ID         removes a record
-//     changes KIND      applies the changes that standard input has, line by line, to lists of a kind, and prints the
-//                       status of each
-//     churn             updates record 1, and prints a line after the first time, until it is killed
-//     killed_add N ID   adds a record and kills itself before the Nth step that SQLite takes on its files for it
+//     changes KIND      reads changes from standard input, applies them to lists of a kind, and prints the status of
+//                       each
+//     churn             updates record 1 until it is killed; prints a line after the first update
+//     killed_add N ID   adds a record and kills itself before the Nth file operation that SQLite makes for it
 //     lock | read_lock [LIST]
-//                       takes the lock of list 1, or of LIST, prints "locked" and holds it until standard input ends
-//     read_twice        takes the read lock, prints "locked", waits for a line of standard input, prints the status
-//                       with which another thread takes it too, and holds the lock until standard input ends
-//     lock_loop         takes and gives back the lock, for reading and for writing, until it is killed; prints "locked"
-//                       after the first time
-//     read_loop         takes and gives back the read lock in two threads at once until standard input ends; prints
-//                       "locked" after the first time
+//                       locks LIST (default 1), prints "locked" and holds the lock until standard input ends
+//     read_twice        takes the read lock, prints "locked", waits for a line on standard input, takes the read lock
+//     in
+//                       another thread too, prints that status, and holds the locks until standard input ends
+//     lock_loop         takes and releases the read and write locks until it is killed; prints "locked" after the first
+//                       round
+//     read_loop         takes and releases the read lock in two threads until standard input ends; prints "locked" when
+//                       they have started
 //     increment PATH COUNT
-//                       increments the number in a file under the write lock COUNT times
-//     store PATH        stores list 1 and list 2 to PATH in turn until it is killed; a line after each
-//     fill COUNT [FILE] makes COUNT calls that add a record to list 1, or open or create the list while it is not
-//                       open; prints each status once, in the order in which they came. With FILE it then removes
-//                       that file and prints the status of one more such call
-//     property NAME     prints a property twice, "default" when it is not set
+//                       increments the number in a file COUNT times, under the write lock
+//     store PATH        stores list 1 and list 2 to PATH in turn until it is killed; prints a line after each
+//     fill COUNT [FILE] makes COUNT calls. Each adds a record to list 1 or, if the list is not open, opens or creates
+//                       it. Prints each distinct status once, in order of occurrence. With FILE, then removes that file
+//                       and prints the status of one more call
+//     property NAME     prints a property twice; "default" if it is not set
 //     property_after_mount NAME FROM TO
-//                       prints a property before and after it mounts directory FROM over TO
+//                       prints a property before and after mounting directory FROM over TO
 //     property_calls NAME, lock_calls
-//                       reads a property, or takes and gives back the list's locks, 1000 times with no system call
-//                       but epoll_wait and read allowed, or none at all; prints "done", or "done, with all calls" where
-//                       calls cannot be forbidden
-//     store_once PATH   makes list 1, stores it to PATH twice and prints the status of each store
+//                       reads a property, or takes and releases the list's locks, 1000 times. Only epoll_wait and read,
+//                       or no system calls at all, are allowed meanwhile. Prints "done", or "done, with all calls" if
+//                       system calls cannot be forbidden
+//     store_once PATH   creates list 1, stores it to PATH twice and prints the status of each store
 #include "changes.h"
 #include "system_calls.h"
 
@@ -115,7 +116,7 @@ void apply_changes(const std::string& kind) {
     }
 }
 
-// How SQLite uses the files of a kind, before and after it is changed.
+// SQLite's methods for one type of file: the original ones and the replacement.
 struct FileMethods {
     const sqlite3_io_methods* usual = nullptr;
     sqlite3_io_methods deadly{};
@@ -123,8 +124,8 @@ struct FileMethods {
 FileMethods database_methods;
 FileMethods log_methods;
 
-// SQLite's file system, which counts the steps on the database, its log and its shared memory, and kills the process
-// before a chosen one. The two copies of the log's header are written with a barrier between them.
+// A SQLite VFS that counts the operations on the database, its log and its shared memory, and kills the process before
+// a given one. xShmBarrier is counted because it separates the writes of the two header copies.
 class DeadlyFileSystem {
 public:
     DeadlyFileSystem() {
@@ -185,7 +186,7 @@ void killed_add(int step, int id) {
     check(status, "add");
 }
 
-// Adds a record, or opens or creates the list while it is not open.
+// Adds a record or, if the list is not open, opens or creates it.
 MwStatus add_one(MwdbHandle& list, int id) {
     if (list == 0) {
         const MwStatus opened = x_nwl_open(1, 0, 0, &list);
@@ -236,8 +237,8 @@ void property_after_mount(const char* name, const char* from, const char* to) {
     say(property(name));
 }
 
-// Runs `body` once as it is, and 1000 times with only the system calls `allowed`. Does not return, because the end of
-// a process takes more calls than that.
+// Runs `body` once, and then 1000 times with only the system calls in `allowed`. Does not return, because a normal
+// process exit makes other calls.
 template <class Body>
 [[noreturn]] void run_with_only(std::vector<int> allowed, Body body) {
     body();
@@ -251,12 +252,12 @@ template <class Body>
         result = "failed\n";
     }
     const bool written = ::write(STDOUT_FILENO, result.data(), result.size()) > 0;
-    ::syscall(SYS_exit_group, written ? 0 : 1); // _exit of sanitizers makes other calls first
+    ::syscall(SYS_exit_group, written ? 0 : 1); // _exit under sanitizers makes other calls first
     std::abort();
 }
 
 [[noreturn]] void property_calls(const char* name) {
-    // Changes of other files in the directories above are read from the watch's queue.
+    // read: the watch's queue may have events of other files in the watched directories.
     run_with_only({SYS_epoll_wait, SYS_epoll_pwait, SYS_read}, [name] {
         char value[PROPERTY_VALUE_MAX];
         property_get(name, value, "default");

@@ -1,4 +1,4 @@
-// The four list kinds as types, for tests that hold for all of them.
+// The four list kinds as types, for typed tests.
 #pragma once
 
 #include "middleware/nwl.h"
@@ -67,7 +67,7 @@ struct KindNames {
     }
 };
 
-// A record whose every byte but its id is `fill`.
+// A record with every byte except the id set to `fill`.
 template <class Kind>
 typename Kind::Record record_of(std::uint16_t id, unsigned char fill) {
     typename Kind::Record record;
@@ -101,8 +101,8 @@ MwStatus add(MwdbHandle handle, std::uint16_t id, unsigned char fill) {
     return Kind::add(handle, &record);
 }
 
-// The whole list, read by index: id and fill of every record; {-1, status} in the place of a record that
-// cannot be read or whose bytes are not all alike.
+// Reads the whole list by index: id and fill of every record. The id is -1 if the record cannot be read, with the
+// status instead of the fill, or if its bytes are not all equal.
 template <class Kind>
 std::vector<std::pair<int, int>> contents(MwdbHandle handle) {
     std::uint16_t number = 0;

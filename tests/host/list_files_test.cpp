@@ -22,11 +22,11 @@ std::vector<std::string> files_in(const std::string& directory) {
     return names;
 }
 
-// All values of one query, blanks between columns and a bar between rows; or SQLite's message.
+// Returns the result of a query, with blanks between columns and bars between rows, or SQLite's error message.
 std::string query(const std::string& path, const std::string& sql) {
     sqlite3* database = nullptr;
     sqlite3_open(path.c_str(), &database);
-    std::string answer;
+    std::string result;
     const auto row = [](void* out, int columns, char** values, char**) {
         std::string& text = *static_cast<std::string*>(out);
         text += text.empty() ? "" : "|";
@@ -35,11 +35,11 @@ std::string query(const std::string& path, const std::string& sql) {
         }
         return 0;
     };
-    if (sqlite3_exec(database, sql.c_str(), row, &answer, nullptr) != SQLITE_OK) {
-        answer = sqlite3_errmsg(database);
+    if (sqlite3_exec(database, sql.c_str(), row, &result, nullptr) != SQLITE_OK) {
+        result = sqlite3_errmsg(database);
     }
     sqlite3_close(database);
-    return answer;
+    return result;
 }
 
 } // namespace
@@ -47,7 +47,7 @@ std::string query(const std::string& path, const std::string& sql) {
 template <class Kind>
 class ListFiles : public Workspace {
 protected:
-    // List 1 with records 8, 3, 5.
+    // Creates list 1 with records 8, 3 and 5.
     MwdbHandle three_records() {
         const MwdbHandle handle = created<Kind>(1);
         EXPECT_EQ(add<Kind>(handle, 8, 0x88), kMwOk);
@@ -96,12 +96,12 @@ TYPED_TEST(ListFiles, AreReplacedWholeAndLeaveNothingBeside) {
     fs::create_directory(this->path("files"));
     const std::string file = this->path("files/list");
     Workspace::write_file(file, "something old");
-    const pid_t nobody = 999'999'999; // beyond any process id
-    Workspace::write_file(file + ".tmp." + std::to_string(nobody) + ".0", "left behind by a killed process");
-    const std::string under_way = "list.tmp." + std::to_string(::getpid()) + ".999999";
-    Workspace::write_file(this->path("files/" + under_way), "another thread's store");
+    const pid_t nobody = 999'999'999; // larger than any process id
+    Workspace::write_file(file + ".tmp." + std::to_string(nobody) + ".0", "left by a killed process");
+    const std::string in_progress = "list.tmp." + std::to_string(::getpid()) + ".999999";
+    Workspace::write_file(this->path("files/" + in_progress), "another thread's store");
     ASSERT_EQ(TypeParam::store(handle, file.c_str(), 1), kMwOk);
-    EXPECT_EQ(files_in(this->path("files")), (std::vector<std::string>{"list", under_way}));
+    EXPECT_EQ(files_in(this->path("files")), (std::vector<std::string>{"list", in_progress}));
     EXPECT_EQ(TypeParam::sync(handle, 0, file.c_str(), 1), kMwOk);
 }
 
@@ -114,7 +114,7 @@ TYPED_TEST(ListFiles, OfThePlatformLieBelowTheStorageDirectory) {
     EXPECT_EQ(contents<TypeParam>(handle).size(), 3u);
 }
 
-// Files that cannot be loaded, and a list that must survive them.
+// A file that cannot be loaded must leave the list unchanged.
 template <class Kind>
 class BadListFiles : public ListFiles<Kind> {
 protected:
@@ -198,9 +198,9 @@ TYPED_TEST(BadListFiles, ADirectory) {
     fs::remove(this->file_);
     fs::create_directory(this->file_);
     this->expect_refused(kHostCannotReadFile);
-    EXPECT_EQ(this->log(), std::vector<std::string>{"E/TavroHost" + Workspace::process_mark() +
-                                                    ": cannot read list file " + this->file_ +
-                                                    ": Is a directory; check the path and that you may read the file"});
+    EXPECT_EQ(this->log(),
+              std::vector<std::string>{"E/TavroHost" + Workspace::process_mark() + ": cannot read list file " +
+                                       this->file_ + ": Is a directory; check the path and the file's permissions"});
 }
 
 TYPED_TEST(BadListFiles, StoredWhereNoDirectoryIs) {

@@ -1,4 +1,4 @@
-// What the middleware's list calls promise for every kind.
+// The contract of the middleware's list calls, for every kind.
 #include "kinds.h"
 #include "services/status.h"
 #include "workspace.h"

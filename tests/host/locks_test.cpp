@@ -12,7 +12,7 @@
 
 namespace {
 
-// Returns when the thread sleeps, as it does inside a call that waits for a lock.
+// Returns once the thread sleeps, as it does while waiting for a lock.
 void await_sleep(pid_t thread) {
     const std::string file = "/proc/self/task/" + std::to_string(thread) + "/stat";
     for (std::string stat; stat.find(") S ") == std::string::npos; std::this_thread::yield()) {
@@ -30,7 +30,7 @@ protected:
         handle = created<Kind>(1);
     }
 
-    // What a call returns on another thread.
+    // Returns the result of a call made on another thread.
     template <class Call>
     static MwStatus elsewhere(Call call) {
         return std::async(std::launch::async, call).get();
@@ -45,9 +45,9 @@ protected:
     MwdbHandle handle = 0;
 
 private:
-    // Gives a lock back that was taken; the status of the taking.
-    MwStatus taken(MwStatus status, MwStatus (*give_back)(MwdbHandle)) const {
-        return status == kMwOk && give_back(handle) != kMwOk ? -1 : status;
+    // Releases the lock if `status` says that it was taken. Returns `status`, or -1 if the release failed.
+    MwStatus taken(MwStatus status, MwStatus (*release)(MwdbHandle)) const {
+        return status == kMwOk && release(handle) != kMwOk ? -1 : status;
     }
 };
 TYPED_TEST_SUITE(Locks, EveryKind, KindNames);
@@ -90,7 +90,7 @@ TYPED_TEST(Locks, TheHolderMayLockAgainAndGivesEachBack) {
     EXPECT_EQ(TypeParam::unlock(this->handle), kMwOk);
     EXPECT_EQ(this->read_elsewhere(), kHostLockTimeout);
     EXPECT_EQ(TypeParam::unlock(this->handle), kMwOk);
-    EXPECT_EQ(this->read_elsewhere(), kMwOk); // what is left is a reader
+    EXPECT_EQ(this->read_elsewhere(), kMwOk); // the read lock is still held
     EXPECT_EQ(this->write_elsewhere(), kHostLockTimeout);
     EXPECT_EQ(TypeParam::read_unlock(this->handle), kMwOk);
     EXPECT_EQ(this->write_elsewhere(), kMwOk);
@@ -148,16 +148,16 @@ TYPED_TEST(Locks, OfClosedHandlesAreRefused) {
 TYPED_TEST(Locks, AWaitEndsWhenTheHolderGivesTheLockBack) {
     this->environment.unset("TAVRO_LOCK_TIMEOUT_MS");
     ASSERT_EQ(TypeParam::lock(this->handle), kMwOk);
-    std::atomic<bool> given_back{false};
+    std::atomic<bool> released{false};
     std::promise<pid_t> waiting;
     std::thread waiter([&] {
         waiting.set_value(::gettid());
         EXPECT_EQ(TypeParam::lock(this->handle), kMwOk);
-        EXPECT_TRUE(given_back);
+        EXPECT_TRUE(released);
         EXPECT_EQ(TypeParam::unlock(this->handle), kMwOk);
     });
     await_sleep(waiting.get_future().get());
-    given_back = true;
+    released = true;
     EXPECT_EQ(TypeParam::unlock(this->handle), kMwOk);
     waiter.join();
 }
@@ -174,7 +174,7 @@ TYPED_TEST(Locks, ReadersThatComeLaterLetAWaitingWriterGoFirst) {
     await_sleep(waiting.get_future().get());
     this->environment.set("TAVRO_LOCK_TIMEOUT_MS", "30");
     EXPECT_EQ(this->read_elsewhere(), kHostLockTimeout);
-    EXPECT_EQ(TypeParam::read_lock(this->handle), kMwOk); // who reads already may go on
+    EXPECT_EQ(TypeParam::read_lock(this->handle), kMwOk); // a thread that already reads is not blocked
     EXPECT_EQ(TypeParam::read_unlock(this->handle), kMwOk);
     EXPECT_EQ(TypeParam::read_unlock(this->handle), kMwOk);
     writer.join();
@@ -190,18 +190,18 @@ TYPED_TEST(Locks, ATimeOutNamesTheListTheThreadsAndTheRemedy) {
     }),
               kHostLockTimeout);
     EXPECT_EQ(this->log(),
-              std::vector<std::string>{"E/TavroHost" + Workspace::process_mark() + ": time-out: thread " +
+              std::vector<std::string>{"E/TavroHost" + Workspace::process_mark() + ": timeout: thread " +
                                        std::to_string(waiter) + " waited 30 ms for the read lock of " +
                                        TypeParam::kName + " list 1, held by thread " + std::to_string(::gettid()) +
-                                       " of this process; look for a lock that is not given back there, or set "
-                                       "TAVRO_LOCK_TIMEOUT_MS higher"});
+                                       " of this process; check for a missing unlock there, or raise "
+                                       "TAVRO_LOCK_TIMEOUT_MS"});
     EXPECT_EQ(TypeParam::unlock(this->handle), kMwOk);
 }
 
-// A setting that is not a number of milliseconds from 0 to 2147483647 counts as not set, and is reported once.
+// A value that is not a number of milliseconds from 0 to 2147483647 is treated as not set and reported once.
 class LockTimeout : public Workspace {
 protected:
-    // What a wait that ends says about its length.
+    // The length of a wait that timed out, as logged.
     std::string waited(MwdbHandle handle) const {
         EXPECT_EQ(std::async(std::launch::async, [&] { return x_nwl_lock(handle); }).get(), kHostLockTimeout);
         const std::string line = log().back();
@@ -209,7 +209,7 @@ protected:
         return line.substr(start, line.find(" for the") - start);
     }
 
-    // Another thread waits for the lock until it is given back.
+    // Another thread waits for the lock until it is released.
     static void expect_a_wait(MwdbHandle handle) {
         ASSERT_EQ(x_nwl_lock(handle), kMwOk);
         std::promise<pid_t> waiting;
@@ -235,7 +235,7 @@ TEST_F(LockTimeout, OfAnInvalidSettingIsTheDefaultWithOneWarning) {
         EXPECT_EQ(log(),
                   std::vector<std::string>{"E/TavroHost" + process_mark() + ": TAVRO_LOCK_TIMEOUT_MS is '" + value +
                                            "', which is not a number of milliseconds from 0 to 2147483647; "
-                                           "waiting 3000 ms instead"});
+                                           "using 3000 ms instead"});
         std::filesystem::remove(path("log"));
     }
 }

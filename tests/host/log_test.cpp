@@ -1,4 +1,4 @@
-// The form of log lines.
+// The format of log lines.
 #include "workspace.h"
 
 #include <android/log.h>
@@ -11,7 +11,7 @@ class Log : public Workspace {
 protected:
     using Lines = std::vector<std::string>;
 
-    // What standard error gets when `text` is logged.
+    // Logs `text` and returns what was written to standard error.
     static std::string on_standard_error(const std::string& text) {
         ::testing::internal::CaptureStderr();
         EXPECT_EQ(__android_log_print(5, "LongTags", "%s", text.c_str()), 1);
@@ -82,13 +82,13 @@ TEST_F(Log, GoesToStandardErrorWhenTheFileCannotBeWrittenAndSaysSoOnce) {
     const std::string line = "W/LongTags" + process_mark() + ": text\n";
     EXPECT_EQ(on_standard_error("text"), "E/TavroHost" + process_mark() + ": cannot write the log file " + file +
                                              ": No such file or directory; check the path, or set TAVRO_LOG_FILE to "
-                                             "another file; until then lines go to standard error\n" +
+                                             "another file; until then, log lines go to standard error\n" +
                                              line);
     EXPECT_EQ(on_standard_error("text"), line);
     environment.set("TAVRO_LOG_FILE", directory());
     EXPECT_EQ(on_standard_error("text"), "E/TavroHost" + process_mark() + ": cannot write the log file " + directory() +
                                              ": Is a directory; move it away, or set TAVRO_LOG_FILE to another file; "
-                                             "until then lines go to standard error\n" +
+                                             "until then, log lines go to standard error\n" +
                                              line);
 }
 
@@ -99,12 +99,12 @@ TEST_F(Log, GoesToStandardErrorWhenTheFileIsOnAFullDisk) {
     const std::string line = "W/LongTags" + process_mark() + ": text\n";
     EXPECT_EQ(lines, "E/TavroHost" + process_mark() +
                          ": cannot write the log file /dev/full: No space left on device; free some space on its file "
-                         "system; until then lines go to standard error\n" +
+                         "system; until then, log lines go to standard error\n" +
                          line + line);
 }
 
-// What a terminal takes for a command is shown as a dot: ESC and BEL, DEL, the C1 controls as UTF-8 has them, and
-// bytes that are C1 controls where the terminal does not expect UTF-8.
+// Control characters are shown as dots: C0 such as ESC and BEL, DEL, C1 in UTF-8, and bytes that a terminal without
+// UTF-8 treats as C1.
 TEST_F(Log, NeverControlsTheTerminal) {
     environment.unset("TAVRO_LOG_FILE");
     const std::pair<std::string, std::string> cases[] = {

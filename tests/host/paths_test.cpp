@@ -1,4 +1,4 @@
-// Where the storage directory is and what paths mean.
+// The storage directory, and the mapping of TV paths into it.
 #include "common/paths.h"
 #include "workspace.h"
 

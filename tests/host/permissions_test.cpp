@@ -24,10 +24,10 @@ protected:
         fs::permissions(home(), fs::perms::owner_all, ignored);
     }
 
-    // Ends this process's use of the storage, which then consists of lists.db and locks alone.
+    // Closes the storage in this process; only lists.db and locks remain.
     void leave_it() const { restart(); }
 
-    // Another process, under `launcher`, is refused whatever it tries, and logs `message` once.
+    // Every call of another process, started with `launcher`, is refused. It logs `message` once.
     void expect_refused(const std::vector<std::string>& launcher, const std::string& message, const Lines& statuses) {
         ChildProcess writer({"fill", "20"}, launcher);
         const pid_t id = writer.id();
@@ -40,7 +40,7 @@ protected:
     void expect_refused(const std::string& message) {
         expect_refused(without_privileges(), message, {std::to_string(kHostStorageUnavailable)});
     }
-    // The same where reading is possible: the list is opened, and adds fail.
+    // Another process can open the list, but adds fail.
     void expect_read_only(const std::string& message) {
         expect_refused(without_privileges(), message, {"0", std::to_string(kHostStorageUnavailable)});
     }
@@ -71,7 +71,7 @@ TEST_F(Permissions, OfAnUnreadableDatabase) {
 }
 
 TEST_F(Permissions, OfAnUnreadableLogOfTheDatabase) {
-    fs::permissions(database() + "-wal", fs::perms::none); // it is there because this process uses the storage
+    fs::permissions(database() + "-wal", fs::perms::none); // exists because this process has the storage open
     expect_refused("cannot use " + database() + "-wal" + kDenied);
 }
 
@@ -85,7 +85,7 @@ TEST_F(Permissions, OfADirectoryThatCannotBeMade) {
     leave_it();
     fs::permissions(home(), fs::perms::owner_read | fs::perms::owner_exec);
     environment.set("TAVRO_HOME", home() + "/below");
-    expect_refused("cannot make the storage directory " + home() + "/below" + kDenied);
+    expect_refused("cannot create the storage directory " + home() + "/below" + kDenied);
     environment.set("TAVRO_HOME", home());
 }
 
@@ -95,7 +95,7 @@ TEST_F(Permissions, OfAReadOnlyMount) {
     const std::string mount =
         "mount --bind '" + home() + "' '" + home() + "' && mount -o remount,ro,bind '" + home() + "'";
     expect_refused(sandboxed(mount),
-                   "cannot use " + home() + "/locks: Read-only file system; mount it for writing" + kOrSetHome,
+                   "cannot use " + home() + "/locks: Read-only file system; mount it read-write" + kOrSetHome,
                    {std::to_string(kHostStorageUnavailable)});
 }
 

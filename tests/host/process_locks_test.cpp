@@ -1,4 +1,4 @@
-// List locks between processes: who waits for whom, and what the end of a process leaves.
+// List locks between processes: who waits for whom, and what remains when a process ends.
 #include "child_process.h"
 #include "kinds.h"
 #include "services/status.h"
@@ -14,10 +14,10 @@
 
 namespace {
 
-// The bytes of the lock file that processes lock, one for each slot.
+// The bytes of the lock file that processes lock, one per slot.
 constexpr int kFirstSlot = 1;
 constexpr int kSlots = 63;
-// Where the lock file has the process and the thread that open the storage.
+// Offset in the lock file of the process and thread that last opened the storage.
 constexpr int kOpenerOffset = 8;
 
 class ProcessLocks : public Workspace {
@@ -30,7 +30,7 @@ protected:
         return process;
     }
 
-    // The status of one attempt to lock, which is given back at once.
+    // Tries to take a lock, releases it at once, and returns the status.
     MwStatus attempt(MwStatus (*lock)(MwdbHandle), MwStatus (*unlock)(MwdbHandle)) {
         environment.set("TAVRO_LOCK_TIMEOUT_MS", "0");
         const MwStatus status = lock(handle);
@@ -40,7 +40,7 @@ protected:
     MwStatus attempt_to_read() { return attempt(x_nwl_read_lock, x_nwl_read_unlock); }
     MwStatus attempt_to_write() { return attempt(x_nwl_lock, x_nwl_unlock); }
 
-    // Returns once `condition` is true, or fails.
+    // Polls until `condition` is true; fails after 20 seconds.
     template <class Condition>
     static void await(Condition condition) {
         const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
@@ -49,12 +49,12 @@ protected:
             std::this_thread::yield();
         }
     }
-    // Returns once readers wait for a writer of another process.
+    // Returns once new readers have to wait for a writer in another process.
     void await_waiting_writer() {
         await([this] { return attempt_to_read() == kHostLockTimeout; });
     }
 
-    // Locks or unlocks bytes of the lock file as a process of its own would. Returns false when they are taken.
+    // Locks or unlocks bytes of the lock file as another process would. Returns false if they are taken.
     static bool set_bytes(int file, int type, int first, int count) {
         struct flock range {};
         range.l_type = static_cast<short>(type);
@@ -73,7 +73,7 @@ protected:
 TEST_F(ProcessLocks, ThatNobodyElseUsesTakeNoSystemCall) {
     ChildProcess process({"lock_calls"});
     ASSERT_EQ(process.read_line(), "ready");
-    const std::string result = process.read_line(); // an emulator cannot forbid calls
+    const std::string result = process.read_line(); // under an emulator all calls are allowed
     EXPECT_TRUE(result == "done" || result == "done, with all calls") << result;
     EXPECT_EQ(process.wait(), 0);
 }
@@ -165,7 +165,7 @@ TEST_F(ProcessLocks, NameTheWaitingWriterInATimeOut) {
     ChildProcess writer({"lock"});
     await_waiting_writer();
     ASSERT_EQ(log().size(), 1u);
-    EXPECT_NE(log()[0].find("for the read lock of nwl list 1, held by a writer that waits in another process;"),
+    EXPECT_NE(log()[0].find("for the read lock of nwl list 1, held by a writer waiting in another process;"),
               std::string::npos)
         << log()[0];
 }
@@ -200,7 +200,7 @@ TEST_F(ProcessLocks, EndWithAProcessThatIsKilledAtAnyMoment) {
 
 TEST_F(ProcessLocks, AreNotLeftToTheNextProcessInTheSameSlot) {
     created<Networks>(2);
-    ASSERT_EQ(attempt_to_write(), kMwOk); // this process has its slot
+    ASSERT_EQ(attempt_to_write(), kMwOk); // gives this process its slot
     for (const char* command : {"read_lock", "lock"}) {
         child({command, "1"})->kill();
         const auto next = child({command, "2"});
@@ -229,7 +229,7 @@ TEST_F(ProcessLocks, AreRefusedToMoreProcessesThanThereAreSlots) {
     ASSERT_TRUE(set_bytes(others, F_WRLCK, kFirstSlot, kSlots));
     EXPECT_EQ(attempt_to_read(), kHostLockTimeout);
     ASSERT_EQ(log().size(), 1u);
-    EXPECT_NE(log()[0].find("held by 63 other processes, as many as can use locks at a time;"), std::string::npos)
+    EXPECT_NE(log()[0].find("held by 63 other processes, the most that can use locks at once;"), std::string::npos)
         << log()[0];
     ASSERT_TRUE(set_bytes(others, F_UNLCK, kFirstSlot + 40, 1));
     EXPECT_EQ(attempt_to_write(), kMwOk);
@@ -247,10 +247,10 @@ TEST_F(ProcessLocks, IgnoreWhatAnOlderFormOfTheFileHolds) {
     EXPECT_EQ(attempt_to_write(), kMwOk);
 }
 
-// A process that stopped while it opens the storage holds others up until their time-out.
+// If a process is stopped while opening the storage, others wait until they time out.
 TEST_F(ProcessLocks, OfAnOpeningThatStopsAreWaitedForUntilTheTimeOut) {
     restart();
-    sqlite3* database = nullptr; // holds the child up within its opening
+    sqlite3* database = nullptr; // blocks the child while it opens the storage
     ASSERT_EQ(sqlite3_open((home() + "/lists.db").c_str(), &database), SQLITE_OK);
     ASSERT_EQ(sqlite3_exec(database, "PRAGMA locking_mode = EXCLUSIVE; BEGIN IMMEDIATE; CREATE TABLE t(a); ROLLBACK",
                            nullptr, nullptr, nullptr),
@@ -270,11 +270,11 @@ TEST_F(ProcessLocks, OfAnOpeningThatStopsAreWaitedForUntilTheTimeOut) {
     EXPECT_EQ(x_nwl_open(1, 0, 0, &handle), kHostLockTimeout);
     const std::string thread = std::to_string(::gettid());
     const std::string other = std::to_string(opener.id());
-    EXPECT_EQ(log(),
-              std::vector<std::string>{"E/TavroHost" + process_mark() + ": time-out: thread " + thread +
-                                       " waited 30 ms to open the storage of " + home() + "/locks, which thread " +
-                                       other + " of process " + other +
-                                       " opens; look whether it is stopped, or set TAVRO_LOCK_TIMEOUT_MS higher"});
+    EXPECT_EQ(log(), std::vector<std::string>{"E/TavroHost" + process_mark() + ": timeout: thread " + thread +
+                                              " waited 30 ms to open " + home() + "/locks while thread " + other +
+                                              " of process " + other +
+                                              " was opening it; check whether that process is stopped, or raise "
+                                              "TAVRO_LOCK_TIMEOUT_MS"});
     opener.kill();
     EXPECT_EQ(x_nwl_open(1, 0, 0, &handle), kMwOk);
 }

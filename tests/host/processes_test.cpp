@@ -1,4 +1,4 @@
-// Several processes on one storage directory, and processes that are killed.
+// Several processes in one storage directory, including killed ones.
 #include "child_process.h"
 #include "kinds.h"
 #include "services/status.h"
@@ -173,7 +173,7 @@ TEST_F(Processes, LoseNoAddThatReturnedWhenKilled) {
         }
         last = std::max(last, first + 50);
         Contents all = contents<Networks>(handle);
-        // The add under way when the process died may have been made whole too.
+        // The add in progress when the process was killed may have been committed.
         ASSERT_GE(static_cast<int>(all.size()), last);
         ASSERT_LE(static_cast<int>(all.size()), last + 1);
         ASSERT_EQ(all, added_by_helper(1, static_cast<int>(all.size())));

@@ -26,7 +26,7 @@ protected:
     static std::string warning(const std::string& path, const std::string& text) {
         return "E/TavroHost" + process_mark() + ": cannot read the properties file " + path + ": " + text;
     }
-    // Every property has its default, and the log has one line for all of them.
+    // Checks that every property has its default and that the log has a single line.
     void expect_one_warning(const std::string& text) const {
         EXPECT_EQ(get(kName), "default");
         EXPECT_EQ(get("other"), "default");
@@ -34,7 +34,7 @@ protected:
         EXPECT_EQ(log(), Lines{warning(file(), text)});
     }
 
-    // The value, checked against the length that the call gives.
+    // Returns the value. Checks that the returned length is right.
     static std::string get(const char* name, const char* default_value = "default") {
         char value[PROPERTY_VALUE_MAX + 1];
         std::fill(std::begin(value), std::end(value), '#');
@@ -66,7 +66,7 @@ TEST_F(SystemProperties, WithoutAFileHaveTheirDefaults) {
 }
 
 TEST_F(SystemProperties, OfAMissingFileThatTheEngineerNamedWarnOnce) {
-    expect_one_warning("No such file or directory; check the path, or name another file in TAVRO_PROPERTIES");
+    expect_one_warning("No such file or directory; check the path, or set TAVRO_PROPERTIES to another file");
     write_file(file(), std::string(kName) + "=D");
     EXPECT_EQ(get(kName), "D");
     EXPECT_EQ(log().size(), 1u);
@@ -74,7 +74,7 @@ TEST_F(SystemProperties, OfAMissingFileThatTheEngineerNamedWarnOnce) {
 
 TEST_F(SystemProperties, OfADirectoryWarnOnce) {
     fs::create_directory(file());
-    expect_one_warning("Is a directory; move it away, or name another file in TAVRO_PROPERTIES");
+    expect_one_warning("Is a directory; move it away, or set TAVRO_PROPERTIES to another file");
 }
 
 TEST_F(SystemProperties, BelowAFileWarnOnce) {
@@ -82,7 +82,7 @@ TEST_F(SystemProperties, BelowAFileWarnOnce) {
     environment.set("TAVRO_PROPERTIES", path("file") + "/properties");
     EXPECT_EQ(get(kName), "default");
     EXPECT_EQ(log(), Lines{warning(path("file") + "/properties",
-                                   "Not a directory; check the path, or name another file in TAVRO_PROPERTIES")});
+                                   "Not a directory; check the path, or set TAVRO_PROPERTIES to another file")});
 }
 
 TEST_F(SystemProperties, OfAnUnreadableFileWarnOnce) {
@@ -94,7 +94,7 @@ TEST_F(SystemProperties, OfAnUnreadableFileWarnOnce) {
     ASSERT_EQ(log().size(), 1u);
     EXPECT_NE(log()[0].find("cannot read the properties file " + file() +
                             ": Permission denied; change its owner or "
-                            "permissions, or name another file in TAVRO_PROPERTIES"),
+                            "permissions, or set TAVRO_PROPERTIES to another file"),
               std::string::npos)
         << log()[0];
 }
@@ -108,7 +108,7 @@ TEST_F(SystemProperties, StandBelowTheStorageDirectoryByDefault) {
 
 TEST_F(SystemProperties, ChangeWhileTheProcessRuns) {
     EXPECT_EQ(get(kName), "default");
-    for (const char* value : {"D", "E", "V", "W"}) { // alike in size and nearly in time
+    for (const char* value : {"D", "E", "V", "W"}) { // same size, and almost the same time
         write_file(file(), std::string(kName) + "=" + value);
         EXPECT_EQ(get(kName), value);
         EXPECT_EQ(get(kName), value);

@@ -1,4 +1,4 @@
-// Changes of properties take effect at once, however they are made.
+// Property changes take effect at once, however they are made.
 #include "child_process.h"
 #include "common/path_watch.h"
 #include "sandbox.h"
@@ -91,7 +91,7 @@ TEST_F(PropertyChanges, ByARenameOverTheFile) {
         fs::rename(path("new"), file());
         expect(value);
     }
-    set("V"); // the new file is watched as the old one was
+    set("V"); // the new file is watched too
     expect("V");
 }
 
@@ -167,13 +167,13 @@ TEST_F(PropertyChanges, BehindSymbolicLinks) {
     expect("default");
     fs::remove(file());
     environment.set("TAVRO_HOME", home());
-    set("V"); // a plain file in the place of the link
+    set("V"); // a regular file replaces the link
     expect("V");
     set("D");
     expect("D");
 }
 
-// As `cp -p` and `touch -d` leave it.
+// `cp -p` and `touch -d` keep or set an old time stamp.
 TEST_F(PropertyChanges, BehindASymbolicLinkThatKeepTheTimeStamp) {
     fs::create_symlink(path("target"), file());
     const fs::file_time_type long_ago = fs::file_time_type::clock::now() - std::chrono::hours(1);
@@ -278,7 +278,7 @@ TEST_F(PropertyChanges, AreLookedForWithoutExaminingTheFile) {
     set("D");
     ChildProcess reader({"property_calls", kName});
     ASSERT_EQ(reader.read_line(), "ready");
-    const std::string result = reader.read_line(); // an emulator cannot forbid calls
+    const std::string result = reader.read_line(); // under an emulator all calls are allowed
     EXPECT_TRUE(result == "done" || result == "done, with all calls") << result;
     EXPECT_EQ(reader.wait(), 0);
 }

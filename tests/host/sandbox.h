@@ -1,21 +1,21 @@
-// Launchers for child processes that see a file system of their own or obey permissions.
+// Launchers that run child processes with their own mounts, or without root's override of permissions.
 #pragma once
 
 #include <string>
 #include <vector>
 
-// Runs a program in a mount namespace of its own, after `script`, a shell script that mounts what the program is
-// to see. The child ends with kNoSandbox, and says nothing, when the kernel refuses the namespace or a mount.
+// Runs a program in its own mount namespace, after the shell commands in `script` have made the mounts. Exits silently
+// with kNoSandbox if the kernel refuses the namespace or a mount.
 std::vector<std::string> sandboxed(const std::string& script);
 inline constexpr int kNoSandbox = 77;
 
-// Whether the kernel lets this user have mounts in a namespace of its own.
+// True if this user can mount file systems in a new namespace.
 bool sandbox_works();
 
-// Runs a program that permissions apply to, although the tests may run as root.
+// Runs a program for which file permissions apply even if the tests run as root.
 std::vector<std::string> without_privileges();
 
 #define TAVRO_NEEDS_SANDBOX()                                                                                          \
     if (!sandbox_works()) {                                                                                            \
-        GTEST_SKIP() << "the kernel allows no mounts here, not even in a namespace of our own";                        \
+        GTEST_SKIP() << "the kernel allows no mounts here, not even in a new namespace";                               \
     }

@@ -1,4 +1,4 @@
-// The scripted platform: its journal, its answers and what it does without a script.
+// The scripted platform: its journal, its replies, and its defaults.
 #include "middleware/channel_id.h"
 #include "middleware/files.h"
 #include "middleware/nwl.h"

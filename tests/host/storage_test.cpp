@@ -1,4 +1,4 @@
-// What is logged when the storage directory cannot be used.
+// Errors logged when the storage directory cannot be used.
 #include "kinds.h"
 #include "services/status.h"
 #include "workspace.h"
@@ -20,7 +20,7 @@ protected:
     }
 };
 
-// SQLite's file system without its sleeps: a wait for another connection's lock takes no time.
+// SQLite's default VFS without sleeping, so that waiting for another connection's lock takes no time.
 class SleeplessFileSystem {
 public:
     SleeplessFileSystem() : usual_(sqlite3_vfs_find(nullptr)), sleepless_(*usual_) {
@@ -46,7 +46,7 @@ TEST_F(StorageTrouble, AFileInThePlaceOfTheDirectory) {
     write_file(home(), "not a directory");
     EXPECT_EQ(open_list(), kHostStorageUnavailable);
     EXPECT_EQ(open_list(), kHostStorageUnavailable);
-    EXPECT_EQ(log(), std::vector<std::string>{line("cannot make the storage directory " + home() +
+    EXPECT_EQ(log(), std::vector<std::string>{line("cannot create the storage directory " + home() +
                                                    ": Not a directory; check the path, or set TAVRO_HOME to another "
                                                    "directory")});
 }
@@ -56,8 +56,8 @@ TEST_F(StorageTrouble, ADatabaseThatIsNone) {
     write_file(home() + "/lists.db", std::string(4096, 'x'));
     EXPECT_EQ(open_list(), kHostStorageUnavailable);
     EXPECT_EQ(open_list(), kHostStorageUnavailable);
-    EXPECT_EQ(log(), std::vector<std::string>{line("the list database " + home() +
-                                                   "/lists.db fails: file is not a database; move the file away to "
+    EXPECT_EQ(log(), std::vector<std::string>{line("cannot use the list database " + home() +
+                                                   "/lists.db: file is not a database; move the file away to "
                                                    "start without lists, or set TAVRO_HOME to another directory")});
 }
 
@@ -67,7 +67,7 @@ TEST_F(StorageTrouble, ADamagedDatabase) {
         ASSERT_EQ(add<Services>(handle, id, 0x11), kMwOk);
     }
     restart();
-    std::string bytes = read_file(home() + "/lists.db"); // the lists are on its second page, records follow
+    std::string bytes = read_file(home() + "/lists.db"); // the lists table is on page 2, followed by records
     std::fill(bytes.begin() + 2 * 4096, bytes.end(), '\xFF');
     write_file(home() + "/lists.db", bytes);
     const MwdbHandle again = opened<Services>(1);
@@ -75,8 +75,8 @@ TEST_F(StorageTrouble, ADamagedDatabase) {
         EXPECT_EQ(add<Services>(again, id, 0x22), kHostStorageUnavailable);
         EXPECT_EQ(contents<Services>(again), (Contents{{-1, kHostStorageUnavailable}}));
     }
-    EXPECT_EQ(log(), std::vector<std::string>{line("the list database " + home() +
-                                                   "/lists.db fails: the file is damaged (database disk image is "
+    EXPECT_EQ(log(), std::vector<std::string>{line("cannot use the list database " + home() +
+                                                   "/lists.db: the file is damaged (database disk image is "
                                                    "malformed); move the file away to start without lists, or set "
                                                    "TAVRO_HOME to another directory")});
 }
@@ -92,8 +92,8 @@ TEST_F(StorageTrouble, ALockedDatabase) {
     EXPECT_EQ(sqlite3_close(other), SQLITE_OK);
     EXPECT_EQ(add<Services>(handle, 3, 0x33), kMwOk);
     restart();
-    EXPECT_EQ(log(), std::vector<std::string>{line("the list database " + home() +
-                                                   "/lists.db fails: database is locked; another process has been "
+    EXPECT_EQ(log(), std::vector<std::string>{line("cannot use the list database " + home() +
+                                                   "/lists.db: database is locked; another process has been "
                                                    "writing to it for too long; end that process")});
 }
 

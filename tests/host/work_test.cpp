@@ -1,4 +1,4 @@
-// How the work of the storage grows with a list, counted in steps of its database.
+// How the storage's work grows with the length of a list, in SQLite virtual machine instructions.
 #include "child_process.h"
 #include "kinds.h"
 #include "services/control.h"
@@ -41,7 +41,7 @@ protected:
         ASSERT_EQ(x_svl_get_rec(handle, id, &record, &version), kMwOk);
     }
 
-    // Every kind of read, of a list that has the record ids from 1.
+    // Makes every kind of read. The list must have consecutive record ids from 1.
     static void read_everything(MwdbHandle handle) {
         const Contents all = contents<Services>(handle);
         ASSERT_GT(all.size(), 1u);
@@ -96,7 +96,7 @@ TEST_F(Work, OfANextRecordIdIsTheSameInAShortAndALongList) {
     EXPECT_EQ(id, 3001);
 }
 
-// Reads of a list that nobody has changed need no database at all.
+// Reads of an unchanged list do not use the database.
 TEST_F(Work, OfReadsOfAnUnchangedListIsNone) {
     list_of(1, 3000);
     restart();
@@ -143,7 +143,7 @@ TEST_F(Work, OfReadsAfterAChangeOfAnotherListElsewhereIsALookAtTheVersion) {
     EXPECT_EQ(of([&] { read_everything(handle); }), 0u);
 }
 
-// Three full lists need more memory than images may take.
+// Three full lists exceed the memory limit.
 TEST_F(Work, OfReadsIsNoneForTheListsUsedLast) {
     using Kind = TransportStreams;
     MwdbHandle lists[3];

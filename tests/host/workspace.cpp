@@ -38,7 +38,7 @@ void Environment::unset(const std::string& name) {
 Workspace::Workspace() {
     std::string pattern = (fs::temp_directory_path() / "tavro-test-XXXXXX").string();
     if (::mkdtemp(pattern.data()) == nullptr) {
-        throw std::runtime_error("cannot make a directory like " + pattern);
+        throw std::runtime_error("cannot create a directory like " + pattern);
     }
     directory_ = pattern;
     environment.set("TAVRO_HOME", home());

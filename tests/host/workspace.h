@@ -1,4 +1,4 @@
-// A storage directory and a log of its own for each test.
+// Gives each test its own storage directory and log.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-// Sets an environment variable and puts the old value back at its end.
+// Sets environment variables and restores the old values on destruction.
 class Environment {
 public:
     ~Environment();
@@ -24,19 +24,19 @@ protected:
     Workspace();
     ~Workspace() override;
 
-    // The test's directory, which holds everything else.
+    // The test's directory, which contains everything else.
     std::string directory() const { return directory_; }
-    // TAVRO_HOME of the test; not yet made.
+    // TAVRO_HOME of the test. Not created yet.
     std::string home() const { return directory_ + "/home"; }
     std::string path(const std::string& name) const { return directory_ + "/" + name; }
 
-    // Opens the storage anew, as a new process would.
+    // Closes the storage; the next call reopens it, like a new process.
     void restart() const;
 
-    // What the log has got so far, line by line.
+    // The lines logged so far.
     std::vector<std::string> log() const;
 
-    // The test's process as it stands in a log line: "(  123)".
+    // The process id as shown in log lines: "(  123)".
     static std::string process_mark();
 
     static void write_file(const std::string& path, const std::string& content);
