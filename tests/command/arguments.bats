@@ -1,7 +1,7 @@
-# How ./tavro reads its arguments: before it does anything else.
+# How ./tavro reads its arguments, which comes before anything else.
 load support
 
-# A minimal number of arguments for a command.
+# The fewest arguments that a command accepts.
 arguments_of() {
     case $1 in
     list) echo 1 ;;
@@ -10,7 +10,7 @@ arguments_of() {
     esac
 }
 
-refused() { # TEXT WORD...: wrong usage, said in two lines on standard error, with nothing done
+refused() { # TEXT WORD...: expects wrong usage: two lines on standard error, and nothing done
     tavro 2 "${@:2}"
     says "$1"
     says "tavro --help" || says "tavro $2 --help"
@@ -20,7 +20,7 @@ refused() { # TEXT WORD...: wrong usage, said in two lines on standard error, wi
 }
 nothing_done() {
     [ ! -s "$FAKE_CALLS" ] || show "programs were called"
-    [ ! -e "$clone/build" ] || show "a build folder was made"
+    [ ! -e "$clone/build" ] || show "a build folder was created"
 }
 
 @test "without arguments the overview is printed" {
@@ -49,7 +49,7 @@ nothing_done() {
     nothing_done
 }
 
-@test "help and version that cannot be written are failures, and say so" {
+@test "a failure to write the help or the version is reported" {
     for words in --help 'demo --help' 'help list' --version; do
         run --separate-stderr bash -c '"$@" >/dev/full' bash "$clone/tavro" $words
         [ "$status" = 1 ] || show "exit code $status: $words"
@@ -58,11 +58,11 @@ nothing_done() {
     done
 }
 
-@test "every command of the overview has a help text, and the other way round" {
+@test "the overview lists exactly the commands that have a help text" {
     diff <(sed -n 's/^  \([a-z][a-z]*\) .*/\1/p' "$clone/help/tavro.txt" | grep -v '^help$' | sort) <(all_commands)
 }
 
-@test "every option in a help text is accepted and reaches the program that it is for" {
+@test "every option in a help text is accepted and passed on" {
     seen=0
     for command in $(all_commands); do
         while read -r short long value; do
@@ -93,8 +93,8 @@ nothing_done() {
 }
 
 @test "negative numbers are values, not options" {
-    refused "import: '-5' is not the id" import --list -5 file
-    refused "import: '-6' is not the id" import --list=-6 file
+    refused "import: '-5' is not a first list id" import --list -5 file
+    refused "import: '-6' is not a first list id" import --list=-6 file
     refused "list: '-7' is not a list id" list -7
 }
 
@@ -115,7 +115,7 @@ nothing_done() {
     refused "unknown command 'hlep'; did you mean 'help'?" help hlep
 }
 
-@test "a word that is close to nothing gets no suggestion" {
+@test "a word without a close match gets no suggestion" {
     refused "unknown command 'frobnicate'" frobnicate
     says_not "did you mean"
     refused "unknown command 'is'" is
@@ -134,7 +134,7 @@ nothing_done() {
     refused "unknown option '--versoin'; did you mean '--version'?" --versoin
 }
 
-@test "a surplus argument is named" {
+@test "an extra argument is named" {
     refused "demo: unexpected argument 'now'" demo now
     refused "list: unexpected argument '2'" list 1 2
     refused "test: unexpected argument 'quick'; did you mean '--quick'?" test quick
@@ -147,17 +147,17 @@ nothing_done() {
     refused "import: missing argument FILE" import
 }
 
-@test "a missing or surplus value of an option is named" {
+@test "a missing or unexpected option value is named" {
     refused "option '--kind' needs a value: --kind=KIND" list 1 --kind
     refused "option '--kind' needs a value: --kind=KIND" list --kind --first 3
-    refused "option '--quick' takes no value, not '--quick=yes'" test --quick=yes
+    refused "option '--quick' takes no value: '--quick=yes'" test --quick=yes
 }
 
 @test "an unknown preset names the word and the closest preset" {
     refused "build: unknown preset 'hots'; did you mean 'host'?" build hots
     refused "build: unknown preset 'riscv'" build riscv
     refused "report: unknown preset 'ram'; did you mean 'arm'?" report ram
-    refused "report: a build with sanitizers ('tsan')" report tsan
+    refused "report: size and load cost of a sanitizer build ('tsan') mean nothing" report tsan
 }
 
 @test "the help of build names every preset" {
@@ -165,7 +165,7 @@ nothing_done() {
         <(sed -n '/buildPresets/,$ s/.*"name": "\([a-z]*\)".*/\1/p' "$clone/CMakePresets.json")
 }
 
-@test "--version prints the version that CMake has, before anything is built" {
+@test "--version prints the version in CMakeLists.txt, without a build" {
     tavro 0 --version
     [[ $output =~ ^tavro\ [0-9]+\.[0-9]+\.[0-9]+$ ]] || show "not a version"
     nothing_done
@@ -174,12 +174,12 @@ nothing_done() {
     [ "$(/usr/bin/cmake -S "$area" -B "$area/out" | sed -n 's/^-- tavro /tavro /p')" = "$output" ] || show "not CMake's"
 }
 
-@test "the changelog has a section for the version" {
+@test "the changelog has a section for this version" {
     tavro 0 --version
     grep -qE "^## ${output#tavro }( |\$)" "$top/CHANGELOG.md" || show "no section"
 }
 
-@test "'version' gets a hint at the option" {
+@test "the command 'version' gets a hint to use --version" {
     refused "unknown command 'version'; did you mean '--version'?" version
 }
 
@@ -204,20 +204,20 @@ nothing_done() {
     called "-Dtavro.command='$area/my clone'\\\\''s/tavro' "
 }
 
-@test "values out of range are refused before anything is done" {
+@test "out-of-range values are rejected before anything is done" {
     for id in 0 65536 70000 -5 abc '' 99999999999 1.5; do
         refused "list: '$id' is not a list id: it must be from 1 to 65535" list "$id"
-        refused "import: '$id' is not the id of the first of 3 lists" import "--list=$id" file
+        refused "import: '$id' is not a first list id: it must be from 1 to 65533" import "--list=$id" file
     done
-    refused "is not the id of the first of 3 lists" import --list 65534 file
+    refused "is not a first list id" import --list 65534 file
     for record in 1 0,1 1,65535 70000,1 1, ,1 1,2,3; do
-        refused "show: '$record' names no record: write LIST,RECORD" show "$record"
+        refused "show: '$record' is not a record: write LIST,RECORD" show "$record"
     done
     refused "list: '-1' is not a number of records" list 1 --first=-1
     refused "list: unknown kind 'stream'; did you mean 'streams'?" list 1 --kind stream
 }
 
-@test "values that no benchmark takes are refused before anything is done" {
+@test "invalid benchmark options are rejected before anything is done" {
     for number in 0 101 -1 x ''; do
         refused "bench: '$number' is not a number of repetitions: it must be from 1 to 100" bench "--benchmark_repetitions=$number"
     done
@@ -226,7 +226,7 @@ nothing_done() {
     refused "bench: '$area/none' is not a folder" bench --tree "$area/none"
 }
 
-@test "values at the ends of their ranges are accepted" {
+@test "the smallest and largest values are accepted" {
     for id in 1 65535; do tavro 0 list "$id" --first=0; done
     for record in 1,0 65535,65534; do tavro 0 show "$record" --kind satellites; done
     for id in 1 65533; do tavro 0 import --list "$id" file; done
@@ -242,18 +242,18 @@ nothing_done() {
     says "'1·[2J' is not a list id"
 }
 
-@test "a closed standard input is an empty one" {
+@test "a closed standard input is treated as empty" {
     fake java <<<'cat; exit 0'
     run --separate-stderr bash -c '"$1" import - <&-' bash "$clone/tavro"
     [ "$status" = 0 ] || show "exit code $status"
-    [ -z "$output" ] || show "something was read"
+    [ -z "$output" ] || show "data was read"
 }
 
-@test "a working directory that is gone is said" {
+@test "a deleted working directory is reported" {
     mkdir "$area/gone"
     cd "$area/gone"
     rmdir "$area/gone"
     tavro 1 list 1
-    says "the working directory is gone; change to another one"
+    says "the working directory no longer exists; change to another one"
     not_called '^java '
 }

@@ -1,7 +1,8 @@
-# When the bare-machine lane is skipped, when it fails, and how it gets debootstrap. Nothing is mounted or installed.
+# The bare-machine lane: when it is skipped, when it fails, and how it gets debootstrap. All programs that would mount or
+# install something are fakes.
 load support
 
-# bare STATUS WORD...: runs the lane in a repository of its own.
+# bare STATUS WORD...: runs the lane in its own repository.
 bare() {
     local expected=$1
     shift
@@ -9,7 +10,7 @@ bare() {
     [ "$status" = "$expected" ] || show "exit code $status, not $expected: bare_machine.sh $*"
 }
 
-# A Debian machine on which debootstrap fails, so that nothing more happens.
+# Simulates a Debian machine on which debootstrap fails, so that the lane stops there.
 machine() {
     grep -qx 'ID=debian' /etc/os-release || skip "this is not a Debian machine"
     cp "$top/tests/lanes/bare_machine.sh" "$clone/tests/lanes"
@@ -17,7 +18,7 @@ machine() {
     git -C "$clone" -c user.name=test -c user.email=test@localhost commit --quiet --allow-empty -m nothing
     fake unshare <<<'while [[ $1 = --* ]]; do shift; done; exec "$@"'
     for program in mount umount chroot useradd; do fake $program <<<'exit 0'; done
-    fake debootstrap <<<'mkdir -p "$4"; echo "E: half of a base"; exit 1'
+    fake debootstrap <<<'mkdir -p "$4"; echo "E: broken base"; exit 1'
     echo "Debian http://localhost/debian $(. /etc/os-release && echo "$VERSION_CODENAME") main" >"$area/source"
     fake_apt
 }
@@ -33,10 +34,10 @@ esac
 END_OF_APT
 }
 
-@test "an argument that is neither root nor user is wrong usage" {
+@test "an argument other than root and user is wrong usage" {
     machine
     bare 2 nonsense
-    says "bare_machine.sh takes root or user, not 'nonsense'"
+    says "bare_machine.sh: unknown argument 'nonsense': use root or user"
     bare 2 root nonsense
     nothing_ran
 }
@@ -46,7 +47,7 @@ nothing_ran() { not_called '^(unshare|apt-get|mount|chroot|debootstrap)'; }
     machine
     as_user
     bare 77
-    prints "skipped: only root can make a bare machine; this is user user"
+    prints "skipped: only root can create a bare machine; this is user 'user'"
     nothing_ran
 }
 
@@ -54,7 +55,7 @@ nothing_ran() { not_called '^(unshare|apt-get|mount|chroot|debootstrap)'; }
     machine
     fake unshare <<<'echo "unshare failed: Operation not permitted" >&2; exit 1'
     bare 1
-    prints "FAILED: a mount namespace is needed"
+    prints "FAILED: cannot create a mount namespace"
     prints "unshare failed: Operation not permitted"
     not_called '^apt-get'
 }
@@ -64,11 +65,11 @@ nothing_ran() { not_called '^(unshare|apt-get|mount|chroot|debootstrap)'; }
     : >"$area/source"
     bare 1
     called '^apt-get .*update'
-    prints "FAILED: this machine's apt has no Debian source"
+    prints "FAILED: this machine's apt has no source for Debian"
     not_called 'install'
 }
 
-@test "empty package lists are filled" {
+@test "empty package lists are updated" {
     machine
     fake apt-get <<'END_OF_APT'
 case " $* " in
@@ -77,31 +78,31 @@ case " $* " in
 esac
 END_OF_APT
     bare 1
-    prints "Making a bare "
+    prints "Creating a bare "
 }
 
-@test "debootstrap that old package lists do not have is installed after an update" {
+@test "debootstrap is installed after an update if old package lists lack it" {
     machine
     mv "$bin/debootstrap" "$area/debootstrap"
     bare 1 root
     [ "$(sed -n 's/^apt-get .*\(update\|install\).*/\1/p' "$FAKE_CALLS" | tr '\n' ' ')" = "install update install " ] ||
         show "not install, update, install"
-    prints "Making a bare "
+    prints "Creating a bare "
 }
 
-@test "debootstrap that cannot be installed is a failure" {
+@test "the lane fails if debootstrap cannot be installed" {
     machine
     rm "$bin/debootstrap"
     bare 1
     [ "$(grep -c '^apt-get .*install' "$FAKE_CALLS")" = 2 ] || show "not two attempts"
-    prints "FAILED: debootstrap cannot be installed"
+    prints "FAILED: cannot install debootstrap"
 }
 
-@test "a failed debootstrap leaves no base behind" {
+@test "a failed debootstrap leaves no base" {
     machine
     bare 1
     prints "FAILED: debootstrap failed"
-    prints "E: half of a base"
+    prints "E: broken base"
     [ -z "$(find "$area/cache" -name '*.tar*')" ] || show "a base was kept"
     not_called '^chroot'
 }

@@ -1,16 +1,17 @@
-# What ./tavro bench runs, and how: bench/run.sh with stand-ins for the programs of the build.
+# What ./tavro bench runs: bench/run.sh with fakes for the benchmark programs.
 load support
 
 bench_programs() {
     build=$area/build
     mkdir -p "$build/bin" "$area/bench" "$area/tables"
     cp "$top/bench/run.sh" "$area/bench"
-    for program in native host; do stand_in "$build/bin/${program}_bench" $program/one $program/two; done
-    stand_in "$area/bench/java.sh" java/one
+    for program in native host; do fake_program "$build/bin/${program}_bench" $program/one $program/two; done
+    fake_program "$area/bench/java.sh" java/one
 }
 
-# A program that lists its names, or writes its results; it notes its arguments and what it found in TAVRO_HOME.
-stand_in() { # FILE NAME...
+# Creates a fake program that lists its benchmarks or writes results. It records its arguments, and whether TAVRO_HOME is
+# empty.
+fake_program() { # FILE NAME...
     cat >"$1" <<END
 #!/bin/bash
 echo "\${0##*/} \$*" >>"$FAKE_CALLS"
@@ -40,7 +41,7 @@ again() {
     [ "$status" = "$1" ] || show "exit code $status, not $1: bench ${*:2}"
 }
 
-@test "all programs measure in turn, each over an empty storage directory, and say how far they are" {
+@test "the programs run in turn, each with an empty storage directory, and progress is shown" {
     bench 0
     for program in native peers host import; do says "Measuring: $program ("; done
     says "import (4 of 4)"
@@ -52,7 +53,7 @@ again() {
     prints "results of host_bench"
 }
 
-@test "the programs run with the default settings of the platform, whatever the user has set" {
+@test "the programs run with the platform's default settings, not the user's" {
     bench_programs
     printf '#!/bin/sh\nenv >>"$FAKE_CALLS"\necho native/one\n' >"$build/bin/native_bench"
     export TAVRO_PROP_vendor_vlt_broadcast_log_level=D TAVRO_PROP_other=1 TAVRO_PROPERTIES=/file TAVRO_LOG_FILE=/log
@@ -61,27 +62,27 @@ again() {
     not_called '^TAVRO_(PROP|LOG)'
 }
 
-@test "only programs with a benchmark that the filter matches measure" {
+@test "only programs with a benchmark that matches the filter run" {
     bench 0 --benchmark_filter=host/t
     called '^host_bench .*--benchmark_filter=host/t$'
     says "host (1 of 1)"
-    [ "$(grep -cv -- --benchmark_list_tests "$FAKE_CALLS")" = 1 ] || show "others measured too"
+    [ "$(grep -cv -- --benchmark_list_tests "$FAKE_CALLS")" = 1 ] || show "other programs ran too"
 }
 
-@test "a filter that matches no benchmark is a failure" {
+@test "a filter without a match is a failure" {
     bench 1 --benchmark_filter=nothing
-    says "no benchmark has a name that matches nothing"
+    says "no benchmark matches 'nothing'"
     [ -z "$output" ] || show "something was measured"
 }
 
-@test "the names of all programs are listed, and nothing is measured" {
+@test "listing prints the names of all benchmarks and measures nothing" {
     bench 0 --benchmark_list_tests
     [ "$output" = $'native/one\nnative/two\njava/one\nhost/one\nhost/two\njava/one' ] || show "not the names"
     again 0 --benchmark_list_tests --benchmark_filter=two
     [ "$output" = $'native/two\nhost/two' ] || show "not the names that match"
 }
 
-@test "quick rounds are asked of every program in its own way" {
+@test "--quick is passed to each program in its own form" {
     bench 0 --quick
     called '^native_bench --quick$'
     called 'PeerBench --quick$'
@@ -89,7 +90,7 @@ again() {
     called '^host_bench --benchmark_min_time=0.01$'
 }
 
-@test "repetitions go to all programs, and the least time to the one that takes it; the user's own count" {
+@test "repetitions go to all programs, the minimum time only to host_bench" {
     bench 0 --benchmark_repetitions=5 --benchmark_min_time=2
     called '^native_bench --benchmark_repetitions=5$'
     called 'PeerBench --benchmark_repetitions=5$'
@@ -97,20 +98,20 @@ again() {
     called '^host_bench .*--benchmark_min_time=2 --benchmark_repetitions=5$'
 }
 
-@test "results are left in a folder that is made, without the names of the machine and its files" {
+@test "JSON results go to a new folder, without host name and file names" {
     bench 0 --json="$area/new/results"
     [ "$(cd "$area/new/results" && echo *)" = "host.json import.json native.json peers.json" ] || show "not those files"
     [ "$(cat "$area/new/results/host.json")" = $'{\n    "by": "host_bench"\n}' ] || show "$(cat "$area/new/results/host.json")"
 }
 
-@test "a folder that cannot be made is said before anything is measured" {
+@test "a folder that cannot be created is reported before anything is measured" {
     touch "$area/file"
     bench 1 --json="$area/file/results"
-    says "the folder '$area/file/results' cannot be made"
+    says "cannot create the folder '$area/file/results'"
     not_called .
 }
 
-@test "a program that fails leaves its earlier results alone, and the others measure" {
+@test "a failing program keeps its earlier results, and the other programs run" {
     bench 0 --json="$area/results"
     echo earlier >"$area/results/host.json"
     sed -i 's/exit \$FAKE_STATUS/exit 3/' "$build/bin/host_bench"
@@ -121,21 +122,21 @@ again() {
     called 'ImportBench --benchmark_out'
 }
 
-@test "a program that cannot list its benchmarks is named with its message" {
+@test "a program that cannot list its benchmarks is named, with its message" {
     bench_programs
     printf '#!/bin/sh\necho "no library" >&2\nexit 127\n' >"$build/bin/native_bench"
     again 1
-    says "tavro: native: its benchmarks cannot be listed: no library"
+    says "tavro: cannot list the benchmarks of native: no library"
 }
 
-@test "the end of the script ends the program that it runs, and leaves nothing behind" {
+@test "killing the script ends the running program and removes temporary files" {
     bench_programs
     cat >"$build/bin/native_bench" <<'EOF'
 #!/bin/bash
 case " $* " in *" --benchmark_list_tests "*) echo native/one; exit ;; esac
 trap 'echo "native_bench was ended" >>"$FAKE_CALLS"; exit 1' TERM
 : >"$FAKE_CALLS.running"
-while [ -e "$FAKE_CALLS" ]; do /bin/sleep 0.05; done # to the end of the test at most
+while [ -e "$FAKE_CALLS" ]; do /bin/sleep 0.05; done # until the test ends
 EOF
     mkdir "$area/tmp"
     TMPDIR=$area/tmp "$area/bench/run.sh" "$build" --tree="$area/tables" -- java tool >/dev/null 2>&1 3>&- &

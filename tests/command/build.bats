@@ -1,7 +1,7 @@
-# How ./tavro builds, and what its exit codes say.
+# How ./tavro builds, and its exit codes.
 load support
 
-@test "every command that uses the library brings it up to date first" {
+@test "every command that uses the library builds it first" {
     for words in demo 'list 1' 'show 1,2' 'import f'; do
         : >"$FAKE_CALLS"
         tavro 0 $words
@@ -10,7 +10,7 @@ load support
     done
 }
 
-@test "a build is configured when it has to be, and only then" {
+@test "a build is configured only when necessary" {
     tavro 0 list 1
     called '^cmake -S .* --preset host$'
     : >"$FAKE_CALLS"
@@ -33,7 +33,7 @@ load support
     not_called '^cmake -S'
 }
 
-@test "a build folder that was copied from another clone is made anew" {
+@test "a build folder copied from another clone is recreated" {
     tavro 0 list 1
     cp -r "$clone" "$area/copy"
     clone=$area/copy
@@ -44,27 +44,27 @@ load support
     [ ! -e "$clone/build/host/of-the-other" ] || show "the folder was kept"
 }
 
-@test "nothing is said when nothing is to be built" {
+@test "nothing is printed when everything is up to date" {
     tavro 0 list 1
     printf '[0/2] Re-checking globbed directories...\nninja: no work to do.\n' >"$FAKE_NINJA"
     tavro 0 list 1
     [ -z "$stderr" ] || show "something on standard error"
 }
 
-@test "without a terminal a line says every ten seconds how far the build is" {
+@test "without a terminal, progress is printed every ten seconds" {
     fake cmake <<'END'
 if [ "$1" = -S ]; then mkdir -p "$2/build/host"; echo "CMAKE_HOME_DIRECTORY:INTERNAL=$2" >"$2/build/host/CMakeCache.txt"; exit; fi
 echo '[1/56] Building CXX object one.o'
 echo '[3/56] Building CXX object two.o'
-for ((i = 0; i < 600; i++)); do # until it has been said, 30 s at most
-    ! grep -q step "$FAKE_CALLS.said" || exit 0
+for ((i = 0; i < 600; i++)); do # until the progress was printed, 30 s at most
+    ! grep -q step "$FAKE_CALLS.stderr" || exit 0
     /bin/sleep 0.05
 done
 exit 1
 END
-    : >"$FAKE_CALLS.said"
-    "$clone/tavro" build 2>"$FAKE_CALLS.said"
-    diff - "$FAKE_CALLS.said" <<END
+    : >"$FAKE_CALLS.stderr"
+    "$clone/tavro" build 2>"$FAKE_CALLS.stderr"
+    diff - "$FAKE_CALLS.stderr" <<END
 Configuring (host) …
 Building (host) …
   step 3 of 56
@@ -72,13 +72,13 @@ $clone/build/host/lib/libvelotra_tavro_channellist.so
 END
 }
 
-@test "on a terminal one line follows the build" {
+@test "on a terminal, one line shows the progress" {
     printf '[1/2] Building CXX object one.o\n[2/2] Linking two.so\n' >"$FAKE_NINJA"
     on_terminal 0 build
     prints $'\r\e[K[1/2] Building CXX object one.o\r\e[K[2/2] Linking two.so\r\e[K'
 }
 
-@test "a failed build shows its own errors and not those of an earlier one" {
+@test "a failed build shows only its own errors" {
     tavro 0 build
     echo 'old.cpp:1: error: of an earlier build' >"$clone/build/host.log"
     fake cmake <<'END'
@@ -89,7 +89,7 @@ exit 1
 END
     tavro 1 build
     says "new.cpp:7: error: something is wrong"
-    says "the build failed; the whole log is $clone/build/host.log"
+    says "the build failed; the full log is $clone/build/host.log"
     says_not "earlier build"
     not_called '^java'
 }
@@ -102,16 +102,16 @@ END
     not_called '^cmake --build'
 }
 
-@test "a build folder of somebody else is named, and nothing else is printed" {
+@test "a build folder of another user is reported, and nothing else is printed" {
     rm "$bin/id"
     if [ "$(id -u)" = 0 ]; then
         mkdir "$clone/build"
         other=(setpriv --reuid=65534 --regid=65534 --clear-groups)
-        owner='it belongs to root; work as root, or in a clone of your own'
+        owner='it belongs to root; run as root, or use a clone of your own'
     else
         mkdir -m 555 "$clone/build"
         other=(env)
-        owner='its permissions or its file system forbid it; make it writable, or work in another clone'
+        owner='its permissions or its file system do not allow it; make it writable, or use another clone'
     fi
     for command in demo 'list 1' build test report; do
         run --separate-stderr "${other[@]}" "$clone/tavro" $command
@@ -122,7 +122,7 @@ END
     not_called .
 }
 
-@test "a clone that cannot hold a build folder is named" {
+@test "a clone in which no build folder can be created is reported" {
     rm "$bin/id"
     other=(env)
     [ "$(id -u)" != 0 ] || other=(setpriv --reuid=65534 --regid=65534 --clear-groups)
@@ -134,7 +134,7 @@ END
     not_called .
 }
 
-# Holds the lock of the clone, as another command would, until the folder $area/held is gone.
+# Holds the clone's lock, like another command, until the folder $area/held is removed.
 hold_lock() {
     mkdir -p "$clone/build" "$area/held"
     printf "'tavro test' (process 4711)" >"$clone/build/.lock"
@@ -144,23 +144,23 @@ hold_lock() {
 
 @test "two commands in a clone wait for each other" {
     hold_lock
-    "$clone/tavro" list 1 2>"$area/said" 3>&- &
-    until_true grep -q . "$area/said"
-    [ "$(cat "$area/said")" = "Waiting for 'tavro test' (process 4711) to finish in this clone …" ] || show "$(cat "$area/said")"
+    "$clone/tavro" list 1 2>"$area/stderr" 3>&- &
+    until_true grep -q . "$area/stderr"
+    [ "$(cat "$area/stderr")" = "Waiting for 'tavro test' (process 4711) to finish in this clone …" ] || show "$(cat "$area/stderr")"
     not_called '^cmake'
     rm -r "$area/held"
     wait $!
     called '^java'
 }
 
-@test "help and wrong usage wait for nobody" {
+@test "help and wrong usage do not wait" {
     hold_lock
     tavro 0 list --help
     tavro 2 lits
     rm -r "$area/held"
 }
 
-@test "the demo and the tests keep the lock to their end, list gives it back" {
+@test "demo and test hold the lock to their end, list releases it" {
     for program in java ctest; do
         fake $program <<<'flock -n "${0%/bin/*}/clone/build/.lock" true && echo free >>"$FAKE_CALLS" || echo taken >>"$FAKE_CALLS"'
     done
@@ -174,7 +174,7 @@ hold_lock() {
     called '^free$'
 }
 
-@test "programs that outlive a command do not keep its lock" {
+@test "child processes do not inherit the lock" {
     for program in java cmake ctest; do
         sed -i '2a ls -l /proc/self/fd | grep -q build/.lock \&\& echo "inherited by $0" >>"$FAKE_CALLS"' "$bin/$program"
     done
@@ -184,7 +184,7 @@ hold_lock() {
     not_called '^inherited'
 }
 
-@test "a failing child is exit code 1, whatever its own" {
+@test "if a child process fails, the exit code is 1" {
     FAKE_STATUS=8 tavro 1 test --quick
     FAKE_STATUS=8 tavro 1 test
     FAKE_STATUS=3 tavro 1 bench
@@ -193,11 +193,11 @@ hold_lock() {
     FAKE_STATUS=5 tavro 1 demo
 }
 
-@test "an exit code that only an inner program knows is 1, with a message" {
+@test "an unexpected exit code of an inner program becomes 1, with a message" {
     for code in 2 3 66 127; do
         fake flock <<<"[ \"\$1\" = -n ] && exit 1; exit $code" # busy, and then waiting fails
         tavro 1 list 1
-        says "tavro: failed: the last program that ran ended with exit code $code"
+        says "tavro: failed: the last program returned exit code $code"
     done
     not_called '^java'
     rm "$bin/flock"
@@ -205,12 +205,12 @@ hold_lock() {
     says "exit code 134"
 }
 
-# killed_during PROGRAM WORD...: kills ./tavro while it runs a program, and expects the program to be ended.
+# killed_during PROGRAM WORD...: kills ./tavro while it runs PROGRAM, and expects PROGRAM to be terminated.
 killed_during() {
     fake "$1" <<'END'
 trap 'echo "${0##*/} was ended" >>"$FAKE_CALLS"; exit 1' TERM
 : >"$FAKE_CALLS.running"
-while [ -e "$FAKE_CALLS" ]; do /bin/sleep 0.05; done # to the end of the test at most
+while [ -e "$FAKE_CALLS" ]; do /bin/sleep 0.05; done # until the test ends
 END
     rm -f "$FAKE_CALLS.running"
     "$clone/tavro" "${@:2}" >/dev/null 2>&1 3>&- &
@@ -219,19 +219,19 @@ END
     until_true grep -q "^$1 was ended" "$FAKE_CALLS"
 }
 
-@test "a killed command ends the program that it runs" {
+@test "killing ./tavro ends the program that it runs" {
     killed_during java list 1
     killed_during ctest test --quick
     killed_during cmake build
 }
 
-@test "the tool's exit codes 0, 1 and 2 are those of the command" {
+@test "the tool's exit codes 0, 1 and 2 are passed on" {
     for code in 0 1 2; do
         for words in 'list 1' 'show 1,2' 'import f'; do FAKE_STATUS=$code tavro $code $words; done
     done
 }
 
-@test "java reads file names as UTF-8, whatever the locale" {
+@test "java reads file names as UTF-8 in every locale" {
     fake java <<<'echo "LC_ALL=${LC_ALL-unset} $*" >>"$FAKE_CALLS"'
     for settings in 'LC_ALL=' 'LC_ALL=C' 'LC_CTYPE=POSIX' 'LANG=xx_XX.ISO-8859-1'; do
         : >"$FAKE_CALLS"
@@ -241,35 +241,35 @@ END
         called '^LC_ALL=C.UTF-8 .* import -- Türksat-42E$'
     done
     : >"$FAKE_CALLS"
-    fake locale <<<'exit 127' # as without it
+    fake locale <<<'exit 127' # as if not installed
     LC_ALL=C tavro 0 list 1
     called '^LC_ALL=C.UTF-8 '
 }
 
-@test "a UTF-8 locale of the user's own is left as it is" {
+@test "the user's own UTF-8 locale is kept" {
     fake java <<<'echo "LC_ALL=${LC_ALL-unset} LANG=$LANG" >>"$FAKE_CALLS"'
     unset LC_ALL LC_CTYPE
     LANG=C.UTF-8 tavro 0 list 1
     called '^LC_ALL=unset LANG=C.UTF-8$'
 }
 
-@test "a machine without java in PATH gets a message" {
+@test "a missing java is reported" {
     mkdir "$area/few"
     ln -s /usr/bin/* "$area/few"
     rm "$area/few/java" "$bin/java"
     run --separate-stderr env PATH="$bin:$area/few" "$clone/tavro" list 1
     [ "$status" = 1 ] || show "exit code $status"
-    says "there is no java in PATH"
+    says "java is not in PATH"
 }
 
-@test "the real tree configures without tests, and needs nothing that only tests need" {
+@test "the real tree configures without the packages of tests" {
     rm "$bin/cmake"
     cmake -S "$top" -B "$area/build" -G Ninja -DCMAKE_DISABLE_FIND_PACKAGE_benchmark=ON >"$area/log" 2>&1 || show "$(cat "$area/log")"
     targets=$(cmake --build "$area/build" -- -t targets all)
     [[ $targets = *"lib/tavro.jar"* || $targets = *tavro_jar* ]]
     [[ $targets = *libvelotra_tavro_channellist.so* ]]
     for name in gtest unit_tests host_tests scripted tavro_tests_jar host_bench import_floor bench_jar java_contract; do
-        [[ $targets != *"$name"* ]] || show "there is a target of $name"
+        [[ $targets != *"$name"* ]] || show "there is a target $name"
     done
-    ! grep -rq 'googletest\|junit' "$area/build/build.ninja" || show "the build names packages of tests"
+    ! grep -rq 'googletest\|junit' "$area/build/build.ninja" || show "the build uses packages of tests"
 }

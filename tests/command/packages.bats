@@ -1,16 +1,16 @@
-# How ./tavro gets the Debian packages that a command needs.
+# How ./tavro installs the Debian packages that a command needs.
 load support
 
 line='apt-get update && apt-get install -y --no-install-recommends'
 
-@test "nothing is asked of apt when every package is there" {
+@test "apt is not run when every package is installed" {
     tavro 0 list 1
     not_called '^apt-get'
     tavro 0 test --quick
     not_called '^apt-get .*install'
 }
 
-@test "as root the missing packages are installed, and no others" {
+@test "root installs exactly the missing packages" {
     printf '%s\n' cmake g++ junit5 golang-go >"$FAKE_MISSING"
     tavro 0 list 1
     called '^apt-get .*update'
@@ -18,7 +18,7 @@ line='apt-get update && apt-get install -y --no-install-recommends'
     says "Installing Debian packages: cmake g++"
 }
 
-@test "only test and bench take the packages of tests and benchmarks" {
+@test "only test and bench need the packages of tests and benchmarks" {
     bench='googletest junit5 libbenchmark-dev libgoogle-gson-java libxerial-sqlite-jdbc-java libxerial-sqlite-jdbc-jni'
     printf '%s\n' $bench bats checkstyle clang-14 g++-arm-linux-gnueabihf qemu-user >"$FAKE_MISSING"
     for words in demo 'list 1' 'show 1,2' 'import f' build 'build debug' 'build asan'; do tavro 0 $words; done
@@ -35,7 +35,7 @@ line='apt-get update && apt-get install -y --no-install-recommends'
     called '--no-install-recommends bats checkstyle$'
 }
 
-@test "without root one line names all packages, and is enough for the second attempt" {
+@test "without root, one line installs everything for the next attempt" {
     as_user
     printf '%s\n' cmake sqlite3 >"$FAKE_MISSING"
     tavro 1 demo
@@ -46,33 +46,33 @@ line='apt-get update && apt-get install -y --no-install-recommends'
     called '^java .* demo '
 }
 
-@test "for test, one line names the packages of build, tests and device checks" {
+@test "for test, the line includes the packages of build, tests and device checks" {
     as_user
     printf '%s\n' cmake bats golang-go >"$FAKE_MISSING"
     tavro 1 test --quick
     says "$line bats cmake golang-go"
 }
 
-@test "without the packages of device checks alone the tests run" {
+@test "the tests run without the packages of device checks" {
     as_user
     printf '%s\n' golang-go lld-14 >"$FAKE_MISSING"
     tavro 0 test --quick
     says "$line golang-go lld-14"
-    says "The tests that need them are skipped."
+    says "Tests that need them will be skipped."
     called '^ctest'
 }
 
-@test "when device packages cannot be installed the others are" {
+@test "if packages of device checks cannot be installed, the others are" {
     printf '%s\n' bats golang-go >"$FAKE_MISSING"
     echo golang-go >"$FAKE_FAILS"
     tavro 0 test --quick
-    says "The tests that need golang-go are skipped."
+    says "Tests that need golang-go will be skipped."
     grep -qxF golang-go "$FAKE_MISSING"
     ! grep -qxF bats "$FAKE_MISSING" || show "bats was not installed"
     called '^ctest'
 }
 
-@test "sudo is used without a password where it needs none" {
+@test "sudo is used if it needs no password" {
     as_user
     fake sudo <<<'[ "$1" = -n ] && shift && exec "$@"'
     echo cmake >"$FAKE_MISSING"
@@ -86,7 +86,7 @@ line='apt-get update && apt-get install -y --no-install-recommends'
     fake sudo <<<'[ "$1" = -n ] && exit 1; [ "$1" = -v ] && exit 0; exec "$@"'
     echo cmake >"$FAKE_MISSING"
     on_terminal 0 list 1
-    prints "sudo may ask for your password, to install these Debian packages: cmake"
+    prints "sudo may ask for your password to install these Debian packages: cmake"
     called '^sudo -v$'
     called '^sudo env .*apt-get .*install .*cmake'
 }
@@ -100,7 +100,7 @@ line='apt-get update && apt-get install -y --no-install-recommends'
     says "$line cmake"
 }
 
-@test "sudo that refuses on a terminal leaves the line for root" {
+@test "if sudo refuses, the line for root is printed" {
     as_user
     echo cmake >"$FAKE_MISSING"
     on_terminal 1 list 1
@@ -138,20 +138,20 @@ END
     [ "$(grep -c '^apt-get .*install' "$FAKE_CALLS")" = 1 ] || show "not one installation"
 }
 
-@test "a failing apt is tried three times with growing pauses" {
+@test "a failing apt is tried three times, with increasing pauses" {
     printf '%s\n' cmake >"$FAKE_MISSING"
     printf '%s\n' cmake >"$FAKE_FAILS"
     tavro 1 list 1
     [ "$(grep -c '^apt-get .*install' "$FAKE_CALLS")" = 3 ] || show "not three attempts"
-    [ "$(grep '^sleep' "$FAKE_CALLS" | tr '\n' ' ')" = "sleep 5 sleep 10 " ] || show "no growing pauses"
-    says "apt failed (try 1 of 3); trying again in 5 s"
-    says "apt failed (try 2 of 3); trying again in 10 s"
+    [ "$(grep '^sleep' "$FAKE_CALLS" | tr '\n' ' ')" = "sleep 5 sleep 10 " ] || show "no increasing pauses"
+    says "apt failed (attempt 1 of 3); trying again in 5 s"
+    says "apt failed (attempt 2 of 3); trying again in 10 s"
     says "E: Unable to locate package cmake"
-    says "could not be installed; the log is $clone/build/setup.log"
+    says "could not install the packages; the log is $clone/build/setup.log"
     not_called '^cmake'
 }
 
-@test "a package source that cannot be reached does not stop an installation" {
+@test "an unreachable package source does not stop an installation" {
     echo cmake >"$FAKE_MISSING"
     fake apt-get <<'END'
 case " $* " in *" update "*) echo 'E: The repository is gone'; exit 100 ;; *" install "*) : >"$FAKE_MISSING" ;; esac
@@ -160,16 +160,16 @@ END
     called '^cmake'
 }
 
-@test "on a machine without apt the command says so" {
+@test "a machine without apt is reported" {
     rm "$bin/apt-get"
     mkdir "$area/few"
     for program in bash cat dirname find flock git grep mkdir readlink sed sort stat; do ln -s "/usr/bin/$program" "$area/few"; done
     run --separate-stderr env PATH="$area/few:$bin" /bin/bash "$clone/tavro" list 1
     [ "$status" = 1 ] || show "exit code $status"
-    says "there is no apt-get here"
+    says "apt-get not found"
 }
 
-@test "data packages are downloaded by a user without root, once" {
+@test "data packages are downloaded once, without root" {
     as_user
     tavro 0 demo
     called '^apt-get -q download vdr$'
@@ -179,7 +179,7 @@ END
     not_called '^apt-get'
 }
 
-@test "data that cannot be unpacked is a failure that says what to do, and is fetched again" {
+@test "data that cannot be unpacked is reported and downloaded again next time" {
     fake dpkg-deb <<<'mkdir -p "$3"; echo "dpkg-deb: error: not a Debian format archive"; exit 2'
     tavro 1 demo
     says "dpkg-deb: error: not a Debian format archive"
@@ -192,12 +192,12 @@ END
     [ "$(grep -c '^apt-get -q download vdr' "$FAKE_CALLS")" = 2 ] || show "not fetched again"
 }
 
-@test "data that cannot be downloaded is a failure that says what to do" {
+@test "data that cannot be downloaded is reported, with what to do" {
     as_user
     fake apt-get <<<'echo "E: Unable to locate package $3"; exit 100'
     tavro 1 demo
     says "E: Unable to locate package vdr"
-    says "could not fetch the Debian package vdr"
+    says "could not download the Debian package vdr"
     says "'apt-get update' as root"
     [ -z "$(ls -A "$clone/build/sources")" ] || show "part of it was kept"
     not_called '^java'

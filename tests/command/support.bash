@@ -1,17 +1,17 @@
-# For tests of ./tavro: a copy of it in a folder of its own, with stand-ins first in PATH for the programs that
-# would change the machine or take long. Each stand-in writes its name and arguments to $FAKE_CALLS, one line per call.
+# Support for tests of ./tavro. Each test uses a copy of it, with fakes first in PATH for programs that would change the
+# machine or take long. Each fake appends its name and arguments to $FAKE_CALLS, one line per call.
 
 setup() {
     bats_require_minimum_version 1.5.0
     top=$(readlink -f "$BATS_TEST_DIRNAME/../..")
-    # Below /tmp: other users can get there, and paths stay short.
+    # Below /tmp, where other users have access and paths are short.
     area=$(mktemp -d)
     chmod 755 "$area"
     clone=$area/clone
     bin=$area/bin
     export FAKE_CALLS=$area/calls FAKE_MISSING=$area/missing FAKE_FAILS=$area/fails FAKE_NINJA=$area/ninja_output FAKE_STATUS=0
     mkdir "$clone" "$bin"
-    cp -r "$top/tavro" "$top/help" "$top/CMakePresets.json" "$top/CMakeLists.txt" "$clone"
+    cp -r "$top/tavro" "$top/scripts" "$top/help" "$top/CMakePresets.json" "$top/CMakeLists.txt" "$clone"
     : >"$FAKE_CALLS"
     : >"$FAKE_MISSING" # names of packages that are not installed
     : >"$FAKE_FAILS" # names of packages that apt-get cannot install
@@ -25,7 +25,7 @@ setup() {
 
 teardown() { rm -rf "$area"; }
 
-# fake NAME: makes the stand-in NAME from the shell script on standard input.
+# fake NAME: creates the fake NAME from the shell script on standard input.
 fake() {
     { printf '#!/bin/bash\nprintf "%%s\\n" "%s $*" >>"$FAKE_CALLS"\n' "$1"; cat; } >"$bin/$1"
     chmod 755 "$bin/$1"
@@ -72,13 +72,13 @@ END
 
 as_root() { printf '#!/bin/sh\ncase $1 in -un) echo root;; *) echo 0;; esac\n' >"$bin/id"; chmod 755 "$bin/id"; }
 
-# As somebody who may not become root; sudo is there and refuses.
+# An ordinary user; sudo exists and refuses.
 as_user() {
     printf '#!/bin/sh\ncase $1 in -un) echo user;; *) echo 1000;; esac\n' >"$bin/id"
     fake sudo <<<'exit 1'
 }
 
-# tavro STATUS WORD...: runs the command and expects an exit code. Its outputs are in $output and $stderr.
+# tavro STATUS WORD...: runs ./tavro and expects an exit code. The output is in $output and $stderr.
 tavro() {
     local expected=$1
     shift
@@ -87,7 +87,7 @@ tavro() {
     [ "$status" = "$expected" ] || show "exit code $status, not $expected: tavro $*"
 }
 
-# Fails with a text and all that the command printed.
+# Fails with a message and the command's output.
 show() {
     printf '%s\n' "$*" "--- standard output:" "$output" "--- standard error:" "$stderr" "--- calls:" "$(cat "$FAKE_CALLS")"
     return 1
@@ -96,11 +96,11 @@ show() {
 says() { [[ $stderr = *"$1"* ]] || show "standard error does not say: $1"; }
 says_not() { [[ $stderr != *"$1"* ]] || show "standard error says: $1"; }
 prints() { [[ $output = *"$1"* ]] || show "standard output does not say: $1"; }
-called() { grep -qE -- "$1" "$FAKE_CALLS" || show "nothing called: $1"; }
+called() { grep -qE -- "$1" "$FAKE_CALLS" || show "not called: $1"; }
 not_called() { ! grep -qE -- "$1" "$FAKE_CALLS" || show "called: $1"; }
 all_commands() { (cd "$clone/help" && printf '%s\n' *.txt) | sed 's/\.txt$//; /^tavro$/d'; }
 
-# on_terminal STATUS WORD...: the command on a terminal of its own; what it shows is in $output.
+# on_terminal STATUS WORD...: runs ./tavro on a pseudo-terminal. The output is in $output.
 on_terminal() {
     local expected=$1
     shift
@@ -109,7 +109,7 @@ on_terminal() {
     [ "$status" = "$expected" ] || show "exit code $status, not $expected, on a terminal: tavro $*"
 }
 
-# until_true COMMAND...: waits for a condition, 30 s at most.
+# until_true COMMAND...: waits up to 30 s until the command succeeds.
 until_true() {
     local end=$((SECONDS + 30))
     until "$@"; do
