@@ -1,7 +1,7 @@
-// Speed of the workstation's middleware, with plain SQLite doing the same as the floor.
+// Speed of the workstation's middleware, compared with plain SQLite doing the same work.
 //
-// The storage lies in a directory of its own below the system's temporary directory; TAVRO_HOME is not
-// touched. Run in an optimized build: host_bench --benchmark_filter=…
+// Uses its own storage directory below the system's temporary directory instead of TAVRO_HOME. Run it in an optimized
+// build: host_bench --benchmark_filter=…
 #include "middleware/svl.h"
 #include "services/control.h"
 
@@ -26,12 +26,12 @@ void need(bool condition, const char* what) {
     }
 }
 
-// A storage directory that ends with the benchmark.
+// A storage directory that is removed after the benchmark.
 class Home {
 public:
     Home() {
         std::string pattern = (fs::temp_directory_path() / "tavro-bench-XXXXXX").string();
-        need(::mkdtemp(pattern.data()) != nullptr, "no temporary directory");
+        need(::mkdtemp(pattern.data()) != nullptr, "cannot create a temporary directory");
         directory_ = pattern;
         ::setenv("TAVRO_HOME", directory_.c_str(), 1);
         tavro_host_reset();
@@ -67,7 +67,7 @@ MwdbHandle list_of(std::uint16_t list_id, int records) {
     return list;
 }
 
-// Adds a record to a list of range(0) records, and removes it again outside of the measurement.
+// Adds a record to a list of range(0) records. Removing it again is not measured.
 void BM_Add(benchmark::State& state) {
     const Home home;
     const int records = static_cast<int>(state.range(0));
@@ -81,7 +81,7 @@ void BM_Add(benchmark::State& state) {
 }
 BENCHMARK(BM_Add)->Arg(kShort)->Arg(kLong);
 
-// Reads the records of a list of kLong by index, round and round, near index range(0).
+// Cycles through kShort indices up to range(0) in a list of kLong records.
 void BM_ReadByIndex(benchmark::State& state) {
     const Home home;
     const MwdbHandle list = list_of(1, kLong);
@@ -95,7 +95,7 @@ void BM_ReadByIndex(benchmark::State& state) {
 }
 BENCHMARK(BM_ReadByIndex)->Arg(kShort)->Arg(kLong / 2)->Arg(kLong - 1);
 
-// Reads the records of a list of kLong by id, in no order, many times each.
+// Reads records by random ids from a list of kLong records.
 void BM_ReadById(benchmark::State& state) {
     const Home home;
     const MwdbHandle list = list_of(1, kLong);
@@ -110,16 +110,16 @@ void BM_ReadById(benchmark::State& state) {
 }
 BENCHMARK(BM_ReadById);
 
-// Reads one record of a list of range(0) by index after another connection has changed the list.
+// Reads one record by index from a list of range(0) records after another connection has changed the list.
 void BM_ReadAfterAChangeElsewhere(benchmark::State& state) {
     const Home home;
     const MwdbHandle list = list_of(1, static_cast<int>(state.range(0)));
     sqlite3* other = nullptr;
-    need(sqlite3_open(home.path("lists.db").c_str(), &other) == SQLITE_OK, "no database");
+    need(sqlite3_open(home.path("lists.db").c_str(), &other) == SQLITE_OK, "cannot open the list database");
     for (auto _ : state) {
         state.PauseTiming();
         need(sqlite3_exec(other, "UPDATE lists SET version = version + 1", nullptr, nullptr, nullptr) == SQLITE_OK,
-             "no change");
+             "change failed");
         state.ResumeTiming();
         _SVL_REC_T record{};
         std::int32_t version = 0;
@@ -129,7 +129,7 @@ void BM_ReadAfterAChangeElsewhere(benchmark::State& state) {
 }
 BENCHMARK(BM_ReadAfterAChangeElsewhere)->Arg(kShort)->Arg(kLong)->Unit(benchmark::kMillisecond);
 
-// Counts and reads the tenth of a list that one transport stream carries.
+// Counts and reads the services of one transport stream: a tenth of the list.
 void BM_FilteredWalk(benchmark::State& state) {
     const Home home;
     const MwdbHandle list = list_of(1, static_cast<int>(state.range(0)));
@@ -168,16 +168,16 @@ void BM_Store(benchmark::State& state) {
 }
 BENCHMARK(BM_Store)->Arg(kShort)->Arg(kLong)->Unit(benchmark::kMillisecond);
 
-// The floor: one table of records in a database with the same settings.
+// The baseline: one table of records in a database with the same settings.
 class PlainDatabase {
 public:
     explicit PlainDatabase(const Home& home) {
-        need(sqlite3_open(home.path("plain.db").c_str(), &database_) == SQLITE_OK, "no database");
+        need(sqlite3_open(home.path("plain.db").c_str(), &database_) == SQLITE_OK, "cannot create a database");
         run("PRAGMA journal_mode = WAL");
         run("PRAGMA synchronous = NORMAL");
         run("CREATE TABLE records (id INTEGER PRIMARY KEY, bytes BLOB)");
-        insert_ = prepared("INSERT INTO records VALUES (?, ?)");
-        select_ = prepared("SELECT bytes FROM records WHERE id = ?");
+        insert_ = prepare("INSERT INTO records VALUES (?, ?)");
+        select_ = prepare("SELECT bytes FROM records WHERE id = ?");
     }
     ~PlainDatabase() {
         sqlite3_finalize(insert_);
@@ -205,7 +205,7 @@ public:
     }
 
 private:
-    sqlite3_stmt* prepared(const char* sql) {
+    sqlite3_stmt* prepare(const char* sql) {
         sqlite3_stmt* statement = nullptr;
         need(sqlite3_prepare_v2(database_, sql, -1, &statement, nullptr) == SQLITE_OK, "statement failed");
         return statement;
@@ -257,7 +257,7 @@ void BM_PlainCopy(benchmark::State& state) {
 }
 BENCHMARK(BM_PlainCopy)->Arg(kShort)->Arg(kLong)->Unit(benchmark::kMillisecond);
 
-// What SQLite needs to write the same rows into a file without bringing it to the disk.
+// Writes the same rows to a file with SQLite, without syncing the file.
 void BM_PlainStore(benchmark::State& state) {
     const Home home;
     PlainDatabase database(home);

@@ -1,8 +1,8 @@
-// What an import cannot be faster than: adds the records that an import stored through SQLite's C interface, one
-// transaction each, as durable as the workstation's platform: import_floor FROM TO [ROWS]
+// The lower bound for the time of an import: adds the records that an import stored, through SQLite's C interface, one
+// transaction each, and as durably as the workstation's platform: import_floor FROM TO [ROWS]
 //
-// FROM is the list database of the import, TO the database to make. ROWS rows are added, the records round and round,
-// or each record once. Prints the number of rows and the nanoseconds that they took.
+// FROM is the list database of the import, TO the database to create. Adds each record once or, with ROWS, cycles
+// through the records until ROWS rows are added. Prints the number of rows and the nanoseconds.
 #include <chrono>
 #include <cstdio>
 #include <memory>
@@ -54,7 +54,7 @@ std::vector<std::string> rows_of(const char* path) {
     return rows;
 }
 
-// The settings are those of host/services/storage.cpp.
+// Uses the same settings as host/services/storage.cpp.
 std::chrono::nanoseconds add(const std::vector<std::string>& rows, std::size_t count, const char* path) {
     const auto start = std::chrono::steady_clock::now();
     Database database(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
@@ -83,9 +83,9 @@ int main(int count, char** arguments) {
     }
     try {
         const std::vector<std::string> rows = rows_of(arguments[1]);
-        const std::size_t wanted = count == 4 ? std::stoul(arguments[3]) : rows.size();
-        const std::chrono::nanoseconds time = add(rows, wanted, arguments[2]);
-        std::printf("%zu %lld\n", wanted, static_cast<long long>(time.count()));
+        const std::size_t number = count == 4 ? std::stoul(arguments[3]) : rows.size();
+        const std::chrono::nanoseconds time = add(rows, number, arguments[2]);
+        std::printf("%zu %lld\n", number, static_cast<long long>(time.count()));
     } catch (const std::exception& error) {
         std::fprintf(stderr, "import_floor: cannot copy the records of '%s' to '%s': %s\n", arguments[1], arguments[2],
                      error.what());

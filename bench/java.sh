@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Runs a benchmark in Java: java.sh BUILD CLASS ARGUMENT...
+# Runs a Java benchmark: java.sh BUILD CLASS ARGUMENT...
 #
-# The heap is of a fixed size, and the collector the one that the tool runs with. The library path is the machine's own
-# with the build's in front, because sqlite-jdbc's native library is in it.
+# The heap size is fixed, and the garbage collector is the tool's. LD_LIBRARY_PATH is used instead of java.library.path,
+# so that the default path remains, where sqlite-jdbc's native library is.
 set -euo pipefail
 lib=$1/lib
 shift

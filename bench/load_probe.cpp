@@ -1,5 +1,5 @@
-// Loads a library as a Java virtual machine would, calls its load entry and ends, for counting what that
-// costs: load_probe LIBRARY. Ends with 0 when the load entry answered a JNI version.
+// Loads a library like a Java virtual machine and calls its JNI_OnLoad, so that the cost can be counted: load_probe
+// LIBRARY. Exits with 0 if JNI_OnLoad returned a JNI version.
 
 #include <jni.h>
 
@@ -13,7 +13,7 @@ int registered = 0;
 } // namespace
 
 int main(int count, char** arguments) {
-    // What the load entry needs of the platform; any other call would end the program.
+    // The functions that JNI_OnLoad needs; any other call crashes.
     static JNINativeInterface_ functions{};
     functions.FindClass = [](JNIEnv* env, const char*) { return reinterpret_cast<jclass>(env); };
     functions.RegisterNatives = [](JNIEnv*, jclass, const JNINativeMethod*, jint methods) -> jint {
@@ -30,7 +30,8 @@ int main(int count, char** arguments) {
 
     void* library = count == 2 ? dlopen(arguments[1], RTLD_NOW) : nullptr;
     if (library == nullptr) {
-        std::fprintf(stderr, "cannot load the library: %s\n", count == 2 ? dlerror() : "name one");
+        std::fprintf(stderr, "load_probe: cannot load the library: %s\n",
+                     count == 2 ? dlerror() : "usage: load_probe LIBRARY");
         return 2;
     }
     using LoadEntry = jint (*)(JavaVM*, void*);

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Prints the size of a build's library, its symbols and relocations, and what a process pays to load it and to
-# register its natives: report.sh BUILD
+# Prints the size, symbols and relocations of a build's library, and the cost of loading it and registering its natives:
+# report.sh BUILD
 set -euo pipefail
 here=$(dirname "$(readlink -f "$0")")
 root=$here/..
@@ -12,7 +12,7 @@ case $machine in
 ARM) run=(qemu-arm -L "$("$root/cmake/armhf-root.sh")") strip=arm-linux-gnueabihf-strip ;;
 *X86-64) run=(qemu-x86_64) strip=strip ;;
 *)
-    echo "the report knows x86-64 and ARM, not $machine" >&2
+    echo "report: unsupported machine $machine; only x86-64 and ARM are supported" >&2
     exit 1
     ;;
 esac
@@ -20,7 +20,7 @@ esac
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
-# Instructions that a process executes from its start to its end: the emulator writes a line for each.
+# Prints the number of instructions that a process executes: the emulator writes one trace line for each.
 mkfifo "$work/trace"
 instructions() {
     grep -c '^Trace' "$work/trace" >"$work/count" &

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Runs the benchmarks of a build: run.sh BUILD OPTION... -- TOOL...
 #
-# The options are those of ./tavro bench, with --tree=DIR always; TOOL is the command that starts the command-line tool.
-# Each program gets an empty storage directory. With --json=DIR each leaves its results in DIR/PROGRAM.json.
+# The options are those of ./tavro bench; --tree=DIR is required. TOOL is the command that starts the command-line tool.
+# Each program gets an empty storage directory. With --json=DIR its results go to DIR/PROGRAM.json.
 set -euo pipefail
 here=$(dirname "$(readlink -f "$0")")
 build=$1
@@ -48,7 +48,7 @@ run() { # PROGRAM OPTION...
         ;;
     esac
 }
-child() { setpriv --pdeathsig TERM "$@"; } # ends with this script
+child() { setpriv --pdeathsig TERM "$@"; } # is terminated when this script ends
 
 measure() { # PROGRAM
     local options=()
@@ -60,37 +60,37 @@ measure() { # PROGRAM
         fi
         options+=("${least_time[@]}")
     fi
-    options+=("${filter[@]}" "${rounds[@]}") # of two alike the last one counts
+    options+=("${filter[@]}" "${rounds[@]}") # the last one of the same name counts
     [ -z "$json" ] || options+=("--benchmark_out=$work/$1.json")
     run "$1" "${options[@]}"
 }
 
-[ -z "$json" ] || mkdir -p "$json" || fail "the folder '$json' cannot be made, for the reason above"
-[ -z "$json" ] || [ -w "$json" ] || fail "nothing can be written to the folder '$json'; name another one with --json"
-# Settings are the defaults, such as a closed log gate, whatever the user has set.
+[ -z "$json" ] || mkdir -p "$json" || fail "cannot create the folder '$json'; the reason is above"
+[ -z "$json" ] || [ -w "$json" ] || fail "cannot write to the folder '$json'; choose another one with --json"
+# Measure with default settings, such as a closed log gate, not with the user's.
 unset TAVRO_PROPERTIES TAVRO_LOG_FILE TAVRO_LOCK_TIMEOUT_MS "${!TAVRO_PROP_@}"
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
 chosen=()
 for program in "${programs[@]}"; do
-    names=$(run "$program" "${filter[@]}" --benchmark_list_tests 2>"$work/said") ||
-        fail "$program: its benchmarks cannot be listed: $(cat "$work/said")"
+    names=$(run "$program" "${filter[@]}" --benchmark_list_tests 2>"$work/errors") ||
+        fail "cannot list the benchmarks of $program: $(cat "$work/errors")"
     [ -n "$names" ] || continue
     chosen+=("$program")
     [ $list = no ] || printf '%s\n' "$names"
 done
-[ ${#chosen[@]} -gt 0 ] || fail "no benchmark has a name that matches ${filter[*]#*=}; --benchmark_list_tests prints the names"
+[ ${#chosen[@]} -gt 0 ] || fail "no benchmark matches '${filter[*]#*=}'; --benchmark_list_tests prints the names"
 [ $list = no ] || exit 0
 
 status=0 number=0
 for program in "${chosen[@]}"; do
     say "Measuring: $program ($((++number)) of ${#chosen[@]}) …"
     if ! measure "$program"; then
-        say "tavro: $program: the benchmark failed, for the reason above"
+        say "tavro: $program: the benchmark failed; the reason is above"
         status=1
     elif [ -n "$json" ]; then
-        # Whose machine it was does not matter.
+        # Leave out the names of the machine and its files.
         sed '/^ *"host_name":/d; /^ *"executable":/d' "$work/$program.json" >"$json/$program.json"
     fi
 done

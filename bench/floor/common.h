@@ -1,4 +1,4 @@
-// What the floor's natives have in common.
+// Shared parts of the floor's natives.
 #pragma once
 
 #include "middleware/types.h"
@@ -20,8 +20,8 @@ inline constexpr int kFailed = -22;
 #define FLOOR_PROPERTY "vendor.vlt.broadcast.log.level"
 #define FLOOR_PACKAGE "com/velotra/tv/tavro/services/channellist/"
 
-// Whether lines of `level` are written. The value's buffer is cleared first, and the closed gate asks for the
-// second name in memory of its own, as the library must.
+// True if lines of `level` are logged. Like the library, it clears the value's buffer first, and builds the second
+// property name in allocated memory.
 [[gnu::noinline]] inline bool gate(int level) {
     char value[PROPERTY_VALUE_MAX] = {};
     property_get(FLOOR_PROPERTY, value, "");
@@ -64,10 +64,10 @@ inline constexpr int kFailed = -22;
             __android_log_print(6, tag, __VA_ARGS__);                                                                  \
         }                                                                                                              \
     } while (false)
-// A line of the bridges, which have no tag.
+// A log line of the bridges, which have no tag.
 #define FLOOR_BRIDGE(...) FLOOR_DEBUG(nullptr, "[jni_VltTvList_Init] " __VA_ARGS__)
 
-// The handles of a kind's open lists, by list id, with the lines of finding and of recording one.
+// Defines the handles of a kind's open lists, by list id, and a look-up that logs when it finds or stores a handle.
 #define FLOOR_HANDLES(PREFIX, TAG, CLASS, LIST, HANDLE, GET, SET, TRACES)                                              \
     static MwdbHandle PREFIX##_handles[65536];                                                                         \
     static MwdbHandle PREFIX##_handle(int list) {                                                                      \
@@ -85,7 +85,7 @@ inline constexpr int kFailed = -22;
         return handle;                                                                                                 \
     }
 
-// The text of digits up to another character, which `text` then points at.
+// Parses digits; `text` then points after them.
 inline int digits(const char*& text) {
     int number = 0;
     for (; *text >= '0' && *text <= '9'; ++text) {
@@ -114,7 +114,7 @@ inline Ids parse(JNIEnv* env, jstring identifier) {
     return ids;
 }
 
-// An identifier's text, which fits.
+// An identifier's text. The buffer is large enough for every identifier.
 struct IdText {
     char chars[24];
 };
@@ -182,7 +182,7 @@ inline jstring string_field(const Object& o, const char* name) {
     return static_cast<jstring>(o.env->GetObjectField(o.object, field));
 }
 
-// The ids of the identifier in a field, whose string is given back.
+// Parses the identifier in a field and releases its string.
 inline Ids ids_field(const Object& o, const char* name) {
     jstring identifier = string_field(o, name);
     const Ids ids = parse(o.env, identifier);
@@ -190,7 +190,7 @@ inline Ids ids_field(const Object& o, const char* name) {
     return ids;
 }
 
-// Both store the text of a field and return its string, which the caller gives back; its characters stay.
+// Both copy the text of a field and return its string, which the caller releases. The UTF characters are not released.
 inline jstring text_field(const Object& o, const char* name, char* to, std::size_t width) {
     jstring string = string_field(o, name);
     const char* chars = o.env->GetStringUTFChars(string, nullptr);
@@ -212,7 +212,7 @@ inline jstring short_text_field(const Object& o, const char* name, char* to, std
 
 inline void set_bits(std::uint32_t& flags, bool on, std::uint32_t mask) { flags = on ? flags | mask : flags & ~mask; }
 
-// Asks for a key and does what follows when the object carries it.
+// Runs the statements if the object contains the key.
 #define FLOOR_KEY(o, key, ...)                                                                                         \
     do {                                                                                                               \
         jstring name = (o).env->NewStringUTF(key);                                                                     \
@@ -226,7 +226,7 @@ inline void set_bits(std::uint32_t& flags, bool on, std::uint32_t mask) { flags 
 #define FLOOR_FLAG(o, key, field, to, mask) FLOOR_KEY(o, key, set_bits(to, int_field(o, field) == 1, mask))
 #define FLOOR_TEXT(o, key, field, to) FLOOR_KEY(o, key, (o).env->DeleteLocalRef(text_field(o, field, to, sizeof(to))))
 
-// Looks a list's methods up, in the order that the natives use, and asks its size.
+// Looks up a list's methods in the order of the natives, and gets its size.
 struct JavaList {
     jmethodID get;
     jint size;
@@ -244,7 +244,7 @@ inline JavaList java_list(JNIEnv* env, jobject list, bool size_first = false) {
     return result;
 }
 
-// A class with its constructor.
+// A class and its default constructor.
 struct JavaClass {
     jclass cls;
     jmethodID constructor;
@@ -255,7 +255,7 @@ inline JavaClass java_class(JNIEnv* env, const char* path) {
     return {cls, env->GetMethodID(cls, "<init>", "()V")};
 }
 
-// The list that objects are handed out in.
+// The java.util.ArrayList for a native's results.
 struct ResultList {
     jobject list;
     jmethodID add;
@@ -267,7 +267,7 @@ inline ResultList result_list(JNIEnv* env) {
     return {list, env->GetMethodID(cls.cls, "add", "(Ljava/lang/Object;)Z")};
 }
 
-// The object whose setters take a record's values.
+// The object whose setters receive a record's values.
 struct Carrier {
     JNIEnv* env;
     jclass cls;

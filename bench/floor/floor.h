@@ -1,8 +1,8 @@
-// The floor: natives written by hand that make the JNI calls and platform calls of the library's natives, in the same
-// order, and do nothing else. No failure is looked for, nothing is shared that costs a call, ids live on the stack.
+// The floor: hand-written natives that make the same JNI and platform calls as the library's natives, in the same
+// order, and nothing else. They do not check for errors, and keep ids on the stack.
 //
-// They handle what the benchmarks hand them: identifiers that can be parsed, lists that exist, DVB services,
-// satellite transport streams. native_bench --check compares their calls with the library's, call by call.
+// They support only what the benchmarks use: valid identifiers, existing lists, DVB services and satellite transport
+// streams. native_bench --check compares their calls with the library's.
 #pragma once
 
 #include <jni.h>
@@ -49,7 +49,7 @@ jint satellite_update_list(JNIEnv* env, jobject self, jobject satellites);
 jstring satellite_add(JNIEnv* env, jobject self, jint list, jobject satellite);
 jint satellite_remove(JNIEnv* env, jobject self, jstring identifier);
 
-// The tables that load registers: the library's own.
+// The library's own method tables, which `load` registers.
 struct Table {
     const char* path;
     const JNINativeMethod* methods;
@@ -58,7 +58,7 @@ struct Table {
 extern Table tables[4];
 jint load(JavaVM* vm, void* reserved);
 
-// Less than the floor: the records of a list copied out of the platform into a Java array, and no log lines.
+// Less than the floor: copies a list's records from the platform into a Java array, without log lines.
 jbyteArray service_copy(JNIEnv* env, jobject self, jint list);
 jbyteArray stream_copy(JNIEnv* env, jobject self, jint list);
 

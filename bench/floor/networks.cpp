@@ -57,18 +57,18 @@ Object object_of(JNIEnv* env, jobject network) {
     return o;
 }
 
-// A result and the carrier that fills it.
+// A result object, and the carrier object from which it is filled.
 struct Result {
     jobject info;
-    jmethodID take_over;
+    jmethodID assign;
     Carrier carrier;
     jstring identifier;
 };
 
 Result make_result(JNIEnv* env, const JavaClass& info, jobject object, const JavaClass& base, jstring identifier) {
     jobject carrier = env->NewObject(base.cls, base.constructor);
-    jmethodID take_over = env->GetMethodID(info.cls, "nwlToNetworkInfo", "(L" INFO_BASE ";)V");
-    return {object, take_over, {env, base.cls, carrier}, identifier};
+    jmethodID assign = env->GetMethodID(info.cls, "nwlToNetworkInfo", "(L" INFO_BASE ";)V");
+    return {object, assign, {env, base.cls, carrier}, identifier};
 }
 
 void set_identifier(const Result& result) {
@@ -133,7 +133,7 @@ jobject network_get(JNIEnv* env, jobject, jstring text, jobject keys) {
             env->DeleteLocalRef(key);
         }
     }
-    env->CallVoidMethod(result.info, result.take_over, result.carrier.object);
+    env->CallVoidMethod(result.info, result.assign, result.carrier.object);
     return result.info;
 }
 
@@ -171,7 +171,7 @@ jobject network_get_list(JNIEnv* env, jobject, jint list_id, jobject keys) {
                 env->DeleteLocalRef(key);
             }
         }
-        env->CallVoidMethod(result.info, result.take_over, result.carrier.object);
+        env->CallVoidMethod(result.info, result.assign, result.carrier.object);
         env->CallBooleanMethod(results.list, results.add, result.info);
         env->DeleteLocalRef(result.carrier.object);
         env->DeleteLocalRef(object);

@@ -24,7 +24,7 @@ constexpr std::uint8_t kNone = 0xFF;
 constexpr std::size_t kName = offsetof(_SATL_REC_T, ac_sat_name);
 constexpr std::size_t kNameAndEnd = offsetof(_SATL_REC_T, c_sat_name_end) + 1 - kName;
 
-// The list and record that a text names are parsed with a line for the text and one for the ids.
+// Logs the identifier's text, parses it and logs the ids.
 MwStatus get(const char* text, _SATL_REC_T* record) {
     FLOOR_DEBUG(TAG, "[getInfo]: string recId = %s \n", text);
     const Ids ids = ids_in(text);
@@ -35,7 +35,7 @@ MwStatus get(const char* text, _SATL_REC_T* record) {
     return x_satl_get_rec(handle, static_cast<std::uint16_t>(ids.record), record, &version);
 }
 
-// A number under a key that is its field's name too, with its line.
+// A number whose key equals its field name, and its log line.
 #define NUMBER(key, to, word)                                                                                          \
     FLOOR_KEY(o, key, (to) = static_cast<decltype(to)>(int_field(o, key));                                             \
               FLOOR_BRIDGE(word " = %d \n", static_cast<int>(to)))
@@ -155,7 +155,7 @@ int position_of(const _TUNER_DISEQC_INFO_T& d) {
     return d.e_diseqc_type == 2 ? d.ui1_port : 255;
 }
 
-// The number values of a satellite in the order in which they are handed out; the name follows the orbit's.
+// The number values of a satellite in the order of the setter calls. The name follows the orbit position.
 #define SATELLITE_FIRST(VALUE)                                                                                         \
     VALUE("MaskStatusOn", (r.ui4_mask & kEnabled) != 0 ? 1 : 0)                                                        \
     VALUE("MaskLnbUniver", (r.ui4_mask & kUniversal) != 0 ? 1 : 0)                                                     \
@@ -207,11 +207,11 @@ void put(const Carrier& c, const char* key, const _SATL_REC_T& r) {
 #undef VALUE
 }
 
-// What the results of one call share.
+// Shared by all results of one call.
 struct Results {
     JavaClass info;
     Carrier carrier;
-    jmethodID take_over;
+    jmethodID assign;
 };
 
 Results begin(JNIEnv* env, const JavaClass& info, const JavaClass& base) {
@@ -259,7 +259,7 @@ jobject satellite_get(JNIEnv* env, jobject, jstring identifier_text, jobject key
         FLOOR_BRIDGE("Key List size = %d\n", list.size);
         put_keys(results.carrier, keys, list, record);
     }
-    env->CallVoidMethod(result, results.take_over, results.carrier.object);
+    env->CallVoidMethod(result, results.assign, results.carrier.object);
     return result;
 }
 
@@ -289,7 +289,7 @@ jobject satellite_get_list(JNIEnv* env, jobject, jint list_id, jobject keys) {
             FLOOR_DEBUG(nullptr, "[jni_VltTvList_Init]getInfoList, Key List size = %d\n", list.size);
             put_keys(results.carrier, keys, list, record);
         }
-        env->CallVoidMethod(result, results.take_over, results.carrier.object);
+        env->CallVoidMethod(result, results.assign, results.carrier.object);
         env->CallBooleanMethod(all.list, all.add, result);
         env->DeleteLocalRef(result);
     }

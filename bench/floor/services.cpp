@@ -61,8 +61,8 @@ void end_walk(MwdbHandle handle) {
     FLOOR_DEBUG(TAG, CLASS "[closeTmp]: mwdbId = %d set handle ok \n", handle);
 }
 
-// The stream of a service, through handles that live no longer than that.
-bool stream_has_id(const _SVL_REC_HEADER_T& service, jint wanted) {
+// Reads the service's transport stream through a temporary handle and compares its id.
+bool stream_has_id(const _SVL_REC_HEADER_T& service, jint stream_id) {
     const std::uint16_t list = service.ui2_tsl_id;
     MwdbHandle handle;
     FLOOR_DEBUG(STREAM_TAG, STREAM_CLASS "[open]: mwdbId = %d \n", list);
@@ -73,10 +73,10 @@ bool stream_has_id(const _SVL_REC_HEADER_T& service, jint wanted) {
     const MwStatus status = x_tsl_get_rec(handle, service.ui2_tsl_rec_id, &record, &version);
     FLOOR_DEBUG(STREAM_TAG, STREAM_CLASS "[clearMwdbHandle]: mwdbId = %d mwdbHandle:0x%x\n", list, handle);
     x_tsl_close(handle);
-    return status == kMwOk && record.ui2_ts_id == wanted;
+    return status == kMwOk && record.ui2_ts_id == stream_id;
 }
 
-bool network_has_id(const _SVL_REC_HEADER_T& service, jint wanted) {
+bool network_has_id(const _SVL_REC_HEADER_T& service, jint network_id) {
     const std::uint16_t list = service.ui2_nwl_id;
     MwdbHandle handle;
     FLOOR_DEBUG(NETWORK_TAG, NETWORK_CLASS "[open]: mwdbId = %d \n", list);
@@ -92,12 +92,12 @@ bool network_has_id(const _SVL_REC_HEADER_T& service, jint wanted) {
                 static_cast<int>(sizeof record.ac_nw_name), record.ac_nw_name);
     FLOOR_DEBUG(NETWORK_TAG, NETWORK_CLASS "[clearMwdbHandle]: mwdbId = %d mwdbHandle:0x%x\n", list, handle);
     x_nwl_close(handle);
-    return status == kMwOk && record.ui2_nw_id == wanted;
+    return status == kMwOk && record.ui2_nw_id == network_id;
 }
 
-using Keeps = bool (*)(const _SVL_REC_HEADER_T& service, jint wanted);
+using Matches = bool (*)(const _SVL_REC_HEADER_T& service, jint id);
 
-inline jbyteArray walk(JNIEnv* env, jint list, Keeps keeps, jint wanted) {
+inline jbyteArray walk(JNIEnv* env, jint list, Matches matches, jint id) {
     const MwdbHandle handle = begin_walk(list);
     std::uint16_t count;
     std::int32_t version;
@@ -107,7 +107,7 @@ inline jbyteArray walk(JNIEnv* env, jint list, Keeps keeps, jint wanted) {
     for (std::uint16_t i = 0; i < count; ++i) {
         std::memset(&records[kept], 0, sizeof(_SVL_REC_T));
         x_svl_get_rec_by_brdcst_type(handle, kMwEveryBroadcastType, kMwEveryNetworkMask, i, &records[kept], &version);
-        kept += keeps == nullptr || keeps(records[kept].t_header, wanted) ? 1 : 0;
+        kept += matches == nullptr || matches(records[kept].t_header, id) ? 1 : 0;
     }
     end_walk(handle);
     jbyteArray array = bytes(env, records, kept * sizeof(_SVL_REC_T));
@@ -162,7 +162,7 @@ void set_header(Object& o, _SVL_REC_HEADER_T& h) {
     FLOOR_FLAG(o, "ventChannelBlock", "ventChannelBlock", h.ui4_nw_mask, 0x100);
 }
 
-// `seed` gives the low bits of the channel id.
+// `seed` provides the low bits of the channel id.
 void set_number(const Object& o, _SVL_REC_HEADER_T& h, std::uint32_t seed) {
     std::uint32_t major_number = 0;
     std::uint32_t minor_number = 0;

@@ -32,7 +32,7 @@ MwStatus update(int list, _TSL_REC_T* record) {
     return x_tsl_update_rec(handle, record, kMwUpdatePlain);
 }
 
-// The codes of values from 0 on.
+// Converts a value with a table of the codes for values from 0.
 template <std::size_t N>
 std::uint32_t code(const std::uint8_t (&codes)[N], jint value, std::uint32_t otherwise) {
     return value >= 0 && value < static_cast<jint>(N) && codes[value] != 0xFF ? codes[value] : otherwise;
@@ -89,7 +89,7 @@ void set_alternates(const Object& o, _TSL_REC_T& r) {
     o.env->DeleteLocalRef(array);
 }
 
-// Values that a satellite stream has of its own are stored for that medium alone.
+// Satellite values are stored only if the medium is satellite.
 void set_values(JNIEnv* env, jobject stream, _TSL_REC_T& r) {
     _TSL_TER_T& ter = r.u_tuner.t_ter;
     _TSL_SAT_T& sat = r.u_tuner.t_sat;

@@ -12,7 +12,7 @@ namespace tavro::bench {
 namespace {
 
 constexpr int kMostRecords = 100;
-constexpr std::size_t kShown = 300; // characters of a line
+constexpr std::size_t kShown = 300; // characters shown of a line
 
 std::vector<std::string> journal_of(Jvm& jvm, const Operation& operation, const Calls& calls) {
     if (operation.before) {
@@ -25,7 +25,7 @@ std::vector<std::string> journal_of(Jvm& jvm, const Operation& operation, const 
     std::vector<std::string> journal = recorder.stop();
     jvm.env()->PopLocalFrame(nullptr);
     jvm.check(operation.name.c_str());
-    // Source lines of the library, which some of its lines name.
+    // Some log lines contain source line numbers of the library.
     static const std::regex source_line(
         "^(log 3 -: \\[jni_VltTvList_Init\\] \\[com_velotra_tv_tavro_channellist_.*\\])\\[\\d+\\]");
     for (std::string& line : journal) {
@@ -42,7 +42,7 @@ bool same(const Operation& operation, const std::vector<std::string>& library, c
         return true;
     }
     const auto shown = [](const std::vector<std::string>& journal, auto at) {
-        return at == journal.end() ? std::string("nothing more") : at->substr(0, kShown);
+        return at == journal.end() ? std::string("no more calls") : at->substr(0, kShown);
     };
     std::printf("FAIL %s, %s gate, call %zu\n  before:  %s\n  library: %s\n  floor:   %s\n", operation.name.c_str(),
                 gate, static_cast<std::size_t>(left - library.begin()) + 1,
@@ -57,11 +57,11 @@ bool check_floor(Jvm& jvm) {
     bool all = true;
     for (const Operation& operation : operations(jvm, kMostRecords)) {
         if (operation.log_level != 0) {
-            continue; // the same once more
+            continue; // a repetition for another log level
         }
         for (const char level : {'\0', 'D'}) {
             tavro_memory_log_level = level;
-            // The first call of each opens its lists.
+            // The first call of each opens the lists.
             journal_of(jvm, operation, operation.library);
             journal_of(jvm, operation, operation.floor);
             const std::vector<std::string> library = journal_of(jvm, operation, operation.library);

@@ -40,7 +40,7 @@ Jvm::Jvm(const std::vector<std::string>& chosen) {
         list_object(kind);
     }
 
-    // The library is there by now; its load function, called once more, registers through the recording environment.
+    // The library is loaded already. Calling JNI_OnLoad again shows the recording environment what it registers.
     void* library = dlopen(TAVRO_LIBRARY_PATH "/libvelotra_tavro_channellist.so", RTLD_NOW | RTLD_NOLOAD);
     on_load_ = library == nullptr ? nullptr : reinterpret_cast<jint (*)(JavaVM*, void*)>(dlsym(library, "JNI_OnLoad"));
     if (on_load_ == nullptr) {
@@ -67,7 +67,7 @@ Jvm::~Jvm() {
 void Jvm::check(const char* what) {
     if (env_->ExceptionCheck() != JNI_FALSE) {
         env_->ExceptionDescribe();
-        throw std::runtime_error(std::string(what) + " has thrown the exception above");
+        throw std::runtime_error(std::string(what) + " threw the exception above");
     }
 }
 

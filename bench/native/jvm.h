@@ -1,4 +1,4 @@
-// The embedded Java virtual machine with the library in it, over the memory platform.
+// An embedded Java virtual machine with the library loaded, over the memory platform.
 #pragma once
 
 #include "recording_env.h"
@@ -10,15 +10,15 @@
 
 namespace tavro::bench {
 
-// Options for measuring, so that heap and collector are always the same and no page of the heap is new.
+// Options for measuring: a fixed heap and collector, and all heap pages touched in advance.
 extern const std::vector<std::string> kMeasuringOptions;
 // Options for a few calls.
 extern const std::vector<std::string> kCheckingOptions;
 
 class Jvm {
 public:
-    // Starts the virtual machine, loads the library through the Java classes and makes its managers. Throws
-    // std::runtime_error that says what failed.
+    // Starts the virtual machine, loads the library through the Java classes and creates its managers. Throws
+    // std::runtime_error.
     explicit Jvm(const std::vector<std::string>& options);
     Jvm(const Jvm&) = delete;
     Jvm& operator=(const Jvm&) = delete;
@@ -34,19 +34,19 @@ public:
     // The library's JNI_OnLoad.
     jint (*on_load() const)(JavaVM*, void*) { return on_load_; }
 
-    // The list object of a kind; a global reference.
+    // The list object of a kind, as a global reference.
     jobject list_object(const std::string& kind);
 
     jstring text(const std::string& characters); // a global reference
-    // Record objects with values; see Records.make. A global reference to a java.util.List.
+    // Makes record objects with values, see Records.make. Returns a global reference to a java.util.List.
     jobject records(const std::string& kind, const std::string& first, int keys, const std::string& identifier_key,
                     int list_id, bool identified, int size);
-    // The elements of a java.util.List; global references.
+    // The elements of a java.util.List, as global references.
     std::vector<jobject> elements(jobject list);
-    // A java.util.List of one text; a global reference.
+    // A java.util.List with one string, as a global reference.
     jobject list_of(const std::string& characters);
 
-    // Throws with what a Java call has thrown.
+    // If a Java exception is pending, prints it and throws std::runtime_error.
     void check(const char* what);
 
 private:

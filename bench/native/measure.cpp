@@ -9,9 +9,9 @@ namespace tavro::bench {
 
 namespace {
 
-// Batches that are short beside a time slice are measured on the clock on the wall, which costs little to read; what
-// was interrupted is not the median of its round. Longer ones are measured in the processor time of the thread: others'
-// work, and the virtual machine's collector, which has a thread of its own, do not count.
+// Short batches are timed with the wall clock, which is cheap to read; an interrupted batch does not affect the median
+// of its round. Longer batches are timed in the thread's CPU time, which excludes other processes and the virtual
+// machine's garbage collector thread.
 enum class Time { kWall, kThread };
 
 constexpr double kLongBatchSeconds = 50e-6;
@@ -23,9 +23,9 @@ double now(Time time) {
 }
 
 constexpr int kWarmUpBatches = 2;
-constexpr double kRoundSeconds = 0.002; // shorter rounds would be measured too coarsely
+constexpr double kRoundSeconds = 0.002; // shorter rounds would be too imprecise
 
-// One batch inside a local frame of its own, as the virtual machine gives every native call one.
+// Times one batch in its own local reference frame, like the frame that every native call gets.
 double time_batch(JNIEnv* env, const Operation& operation, const Calls& calls, Time time) {
     if (operation.before) {
         operation.before();
@@ -58,7 +58,7 @@ Measurement measure(JNIEnv* env, const Operation& operation, const Effort& effor
         ways.push_back(&operation.copy);
     }
 
-    // Until the virtual machine has compiled what is called, at least a few batches.
+    // Warm up until the virtual machine has compiled the called Java code.
     double once = 0;
     const double start = now(Time::kThread);
     for (int batch = 0; batch < kWarmUpBatches || now(Time::kThread) - start < effort.warm_up_seconds; ++batch) {
@@ -84,7 +84,7 @@ Measurement measure(JNIEnv* env, const Operation& operation, const Effort& effor
                 taken[way].push_back(time_batch(env, operation, *ways[way], time));
             }
         }
-        // A batch that another process or the collector interrupted is not the median of its round.
+        // The median of a round ignores batches that were interrupted.
         double median[3] = {};
         for (std::size_t way = 0; way < ways.size(); ++way) {
             median[way] = spread(taken[way]).median;

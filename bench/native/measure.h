@@ -1,4 +1,4 @@
-// Measures an operation's ways in alternation, so that the machine's noise hits them alike.
+// Measures the implementations of an operation in alternation, so that noise affects all of them equally.
 #pragma once
 
 #include "operations.h"
@@ -24,7 +24,7 @@ struct Measurement {
 
 struct Effort {
     double warm_up_seconds;
-    double seconds; // for one operation after that
+    double seconds; // per operation, after the warm-up
     int least_rounds;
     int most_rounds;
 };

@@ -1,13 +1,15 @@
-// The natives measured against a floor, on an embedded Java virtual machine over the memory platform.
+// Compares the natives with the floor, on an embedded Java virtual machine over the memory platform.
 //
 //   native_bench [--quick] [--check] [Google Benchmark's options]
 //
-// Prints one row for each operation: the library's and the floor's median time for a call with their 10th and 90th
-// percentiles, and the median of the ratios of the rounds, in which both are measured in alternation; for whole lists
-// of bytes the ratio to a plain copy, for the largest lists how the cost of a record grows from 1,000 records on. What
-// is beyond its target is marked. --benchmark_out=FILE writes the same as JSON. --quick measures smaller lists for less
-// time.
-// --check measures nothing and compares what the library and the floor do; exit code 1 when they differ.
+// Prints one row per operation:
+// - median, 10th and 90th percentile of the time per call, for the library and for the floor
+// - their ratio: the median over the rounds, in which both are measured in alternation
+// - for whole lists of bytes, the ratio to a plain copy
+// - for the largest lists, the growth: cost per record relative to a list of 1,000 records
+//
+// Values above their target are marked. --benchmark_out=FILE writes the same as JSON. --quick measures smaller lists
+// for a shorter time. --check only compares the calls of the library and the floor; the exit code is 1 if they differ.
 #include "check.h"
 #include "measure.h"
 
@@ -26,7 +28,7 @@ namespace {
 
 constexpr double kFloorTarget = 1.10;  // library to floor
 constexpr double kCopyTarget = 1.15;   // library to plain copy, whole lists of bytes
-constexpr double kGrowthTarget = 1.30; // cost of a record in a list of 65,534 to that in a list of 1,000
+constexpr double kGrowthTarget = 1.30; // cost per record in a list of 65,534, relative to a list of 1,000
 
 constexpr Effort kFull = {0.1, 1.0, 5, 301};
 constexpr Effort kQuick = {0.05, 0.1, 3, 101};
@@ -49,12 +51,12 @@ void set_counters(benchmark::State& state, const std::string& name, const Spread
     state.counters[name + "_p90"] = spread.p90;
 }
 
-// The rows, as Google Benchmark reports them.
+// Prints the rows.
 class Table : public benchmark::BenchmarkReporter {
 public:
     bool ReportContext(const Context&) override {
         std::printf("Java virtual machine: %s\n"
-                    "ns for a call: median [p10 .. p90]; * target missed (floor %.2f, copy %.2f, growth %.2f)\n\n"
+                    "ns per call: median [p10 .. p90]; * target missed (floor %.2f, copy %.2f, growth %.2f)\n\n"
                     "%-36s %39s %39s  %-20s %-20s %s\n",
                     measuring_options().c_str(), kFloorTarget, kCopyTarget, kGrowthTarget, "operation", "library",
                     "floor", "ratio", "to copy", "growth");
@@ -69,8 +71,8 @@ public:
         std::fflush(stdout);
     }
     void Finalize() override {
-        std::printf("\n%d operations; targets missed: %d of the floor, %d of the plain copy, %d of growth\n", rows_,
-                    missed_floor_, missed_copy_, missed_growth_);
+        std::printf("\n%d operations; targets missed: %d floor, %d plain copy, %d growth\n", rows_, missed_floor_,
+                    missed_copy_, missed_growth_);
     }
 
 private:
@@ -118,10 +120,10 @@ private:
 
 void run_operation(benchmark::State& state, JNIEnv* env, const Operation& operation, const Effort& effort) {
     struct RecordCost {
-        double library; // nanoseconds for a record
+        double library; // nanoseconds per record
         double floor;
     };
-    static std::map<std::string, RecordCost> short_lists; // by the operation without its size
+    static std::map<std::string, RecordCost> short_lists; // by operation name without the size
     Measurement result;
     for (auto _ : state) {
         result = measure(env, operation, effort);
@@ -150,15 +152,15 @@ void run_operation(benchmark::State& state, JNIEnv* env, const Operation& operat
     }
 }
 
-// Buffers of lists come from memory that the process has had before: whose turn it is to get new pages would else
-// decide the ratio.
+// Makes malloc reuse memory instead of returning it to the system. Otherwise the ratio would depend on which side has
+// to fault in new pages.
 void keep_memory() {
     mallopt(M_MMAP_MAX, 0);
     mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
     mallopt(M_TOP_PAD, 64 << 20);
 }
 
-// Takes an option of our own out of the arguments.
+// Removes an option of this program from the arguments. Returns true if it was there.
 bool take_flag(int& count, char** arguments, const char* flag) {
     char** end = std::remove_if(arguments + 1, arguments + count,
                                 [&](const char* argument) { return std::strcmp(argument, flag) == 0; });

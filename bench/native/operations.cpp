@@ -14,10 +14,10 @@ namespace tavro::bench {
 
 namespace {
 
-constexpr int kBatch = 16;        // calls of what takes microseconds
-constexpr int kIdentifiers = 256; // that single reads go round
+constexpr int kBatch = 16;        // calls per batch for operations that take microseconds
+constexpr int kIdentifiers = 256; // number of records that single reads cycle through
 
-// Lists on the memory platform. Those to read have one id for each size; the others may be changed.
+// List ids on the memory platform. There is one list to read for each size; the other lists are changed.
 constexpr int kAddedTo = 2;
 constexpr int kRemovedFrom = 3;
 constexpr int kUpdated = 4;
@@ -25,12 +25,12 @@ constexpr int kCleaned = 5;
 constexpr int kFirstReadList = 10;
 constexpr int kSizes[] = {10, 100, 1'000, 10'000, 65'534};
 constexpr int kThousand = kFirstReadList + 2; // the list of 1,000
-constexpr int kPerFilter = 10;                // one in so many records matches a filter
-constexpr int kFiltered = 3;                  // what the filters are asked for
+constexpr int kPerFilter = 10;                // one record in ten matches a filter
+constexpr int kFiltered = 3;                  // the record id that filters look for
 constexpr int kUpdateSizes[] = {10, 1'000, 60'000};
 constexpr int kKeyCounts[] = {1, 10, 1'000};
 
-// Results end here, so that no call is left out; the check compares them.
+// Uses a result, so that the call is not optimized away. The check compares the results.
 void keep(jint result) {
     if (tavro_memory_journal != nullptr) {
         tavro_memory_journal(("returns " + std::to_string(result)).c_str());
@@ -42,12 +42,12 @@ void keep(jobject result) {
     }
 }
 
-// A kind of list, and how its class names things.
+// A list kind, and the names that its class uses.
 struct Kind {
     const char* name;  // in the names of operations
     const char* java;  // VltTv<java>List
     int number;        // on the memory platform
-    const char* first; // keys that come first, with their values
+    const char* first; // the first keys, with their values
     const char* id_key;
     const char* get;
     const char* update;
@@ -105,7 +105,7 @@ public:
 
     std::vector<Operation> take() { return std::move(operations_); }
 
-    // An operation whose ways are the library's native and the floor's, called by `call(native, env, i)`.
+    // Adds an operation that calls the library's and the floor's native through `call(native, env, i)`.
     template <class Native, class Call>
     Operation& add(const std::string& name, void* library, Native floor, int batch, Call call) {
         Operation operation;
@@ -132,7 +132,7 @@ public:
     void networks();
     void satellites();
     void load();
-    // Adds those operations a second time with every log line written.
+    // Adds these operations a second time with all log lines enabled.
     void with_open_log(const std::vector<std::string>& names);
 
 private:
@@ -144,7 +144,7 @@ private:
         return texts;
     }
 
-    // Reads one record after the other.
+    // Reads single records in turn.
     static auto reading(jobject self, const std::vector<jstring>& texts) {
         return [self, texts](auto native, JNIEnv* env, int i) {
             return native(env, self, texts[static_cast<std::size_t>(i % kIdentifiers)]);
@@ -161,7 +161,7 @@ private:
 
     static std::string with_size(const char* name, int size) { return std::string(name) + ":" + std::to_string(size); }
 
-    // The lists of a kind, filled with copies of a record that `vary(record, position)` changes.
+    // Fills the lists of a kind with copies of a record, each modified by `vary(record, position)`.
     template <class Record, class Vary>
     void fill(const Kind& kind, const Record& record, Vary vary) {
         int list = kFirstReadList;
@@ -181,7 +181,7 @@ private:
         }
     }
 
-    // Whole lists of each size.
+    // Adds an operation on whole lists for each size.
     template <class Native, class Call>
     void whole_lists(const Kind& kind, const std::string& name, void* library, Native floor, Native copy, Call call) {
         int list = kFirstReadList;
@@ -199,7 +199,7 @@ private:
         }
     }
 
-    // Adds and updates of single objects with 1, 10 and all keys, list updates, removals, opening and cleaning.
+    // Adds the writing operations: add and update with 1, 10 and all keys, list update, remove, open and clean.
     template <class Add, class Update, class UpdateList, class CallUpdate, class CallUpdateList>
     void writes(const Kind& kind, Add add_floor, Update update_floor, UpdateList update_list_floor,
                 const char* update_signature, const char* update_list_signature, CallUpdate call_update,
@@ -251,7 +251,7 @@ private:
             .before = [=, env = jvm_.env(),
                        open_list = reinterpret_cast<decltype(open)>(native(kind, kind.open, "(I)I"))] {
             tavro_memory_fill(number, kRemovedFrom, 1'000, &record);
-            open_list(env, self, kRemovedFrom); // transport streams are removed from open lists alone
+            open_list(env, self, kRemovedFrom); // transport streams can be removed only from open lists
             open(env, self, kRemovedFrom);
         };
         add(prefix + "/clean:1000", native(kind, kind.clean, "(I)I"), clean, 1, [=](auto native, JNIEnv* env, int) {
@@ -295,8 +295,8 @@ _SATL_REC_T satellite() {
     return record;
 }
 
-// Streams, networks and satellites have their position as their id. Of every ten records, one belongs to the first
-// record of the companion list, one to the second and so on.
+// The id of a stream, network or satellite is its position. Of every ten records, one belongs to the first record of
+// the companion list, one to the second, and so on.
 void Builder::fill_lists() {
     const auto owner = [](int position) { return static_cast<std::uint16_t>(position % kPerFilter + 1); };
     const auto id = [](int number) { return static_cast<std::uint16_t>(number); };
@@ -361,7 +361,7 @@ void Builder::streams() {
     removals(kStreams, floor::stream_remove, floor::stream_open, floor::stream_clean, stream());
 }
 
-// Single objects and whole lists of them, with all keys and with one.
+// Adds the reads of single objects and of whole lists of objects, with all keys and with one key.
 template <class Get, class GetList>
 void Builder::objects(const Kind& kind, const char* info, const char* get_list, const char* key, Get get_floor,
                       GetList get_list_floor) {
@@ -414,7 +414,7 @@ void Builder::with_open_log(const std::vector<std::string>& names) {
     for (const std::string& name : names) {
         const auto found = std::find_if(operations_.begin(), operations_.end(),
                                         [&](const Operation& operation) { return operation.name == name; });
-        if (found != operations_.end()) { // not too large for this run
+        if (found != operations_.end()) { // exists unless its list is too large for this run
             Operation operation = *found;
             operation.name += ":log_open";
             operation.log_level = 'D';

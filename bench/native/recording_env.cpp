@@ -14,9 +14,9 @@ namespace {
 JNIEnv* real = nullptr;
 RecordingEnv* recorder = nullptr;
 std::vector<std::string> journal;
-std::map<const void*, int> references; // their numbers
+std::map<const void*, int> references; // numbers of references
 int next_reference = 0;
-std::map<const void*, std::string> ids; // what method and field ids were looked up with
+std::map<const void*, std::string> ids; // names and signatures of method and field ids
 
 std::string ref(const void* reference) {
     if (reference == nullptr) {
@@ -27,7 +27,7 @@ std::string ref(const void* reference) {
     return "#" + std::to_string(entry->second);
 }
 
-// A reference that a call has just made: a new number, also where the virtual machine uses a place again.
+// A reference that a call has just returned. It gets a new number even if the virtual machine reuses an address.
 std::string made(const void* reference) {
     references.erase(reference);
     return ref(reference);
@@ -42,7 +42,7 @@ void say(const char* call, const Words&... words) {
     journal.push_back(std::move(line));
 }
 
-// The values of a call of a Java method, by the types in its signature.
+// The arguments of a Java method call, formatted according to the method's signature.
 std::string values_of(const void* method, std::va_list values) {
     std::va_list copy;
     va_copy(copy, values);
@@ -194,7 +194,7 @@ struct RecordingCalls {
         recorder->registered_.push_back({ids[cls], methods, count});
         return real->RegisterNatives(cls, methods, count);
     }
-    // The check's own, to load through; not journaled.
+    // Used by the check itself to load the library; not recorded.
     static jint JNICALL GetJavaVM(JNIEnv*, JavaVM** vm) {
         *vm = recorder->vm();
         return JNI_OK;

@@ -1,4 +1,4 @@
-// A JNI environment that writes down every call before the virtual machine makes it.
+// A JNI environment that records every call and passes it on to the virtual machine.
 #pragma once
 
 #include <jni.h>
@@ -8,22 +8,22 @@
 
 namespace tavro::bench {
 
-// The calls of the JNI table that the library uses, each passed on to the real environment; any other ends the
-// program with its number. References are written by the order in which they came, so that two runs of the same
-// calls read the same; ids by what they were looked up with.
+// Supports the JNI functions that the library uses. Any other one aborts the program with its slot number. References
+// are numbered in order of appearance, so that two runs of the same calls give the same text; method and field ids are
+// shown by name and signature.
 class RecordingEnv {
 public:
     explicit RecordingEnv(JNIEnv* real);
 
     JNIEnv* env() { return &env_; }
-    JavaVM* vm() { return &vm_; } // its GetEnv gives env()
+    JavaVM* vm() { return &vm_; } // its GetEnv returns env()
 
-    // Forgets the journal and the numbers of references, and journals the memory platform's calls too.
+    // Clears the journal and the reference numbers, and starts recording the memory platform's calls too.
     void start();
-    // Ends the platform's part and returns the journal.
+    // Stops recording the platform's calls and returns the journal.
     std::vector<std::string> stop();
 
-    // What was registered through env() so far.
+    // The natives registered through env() so far.
     struct Registered {
         std::string path; // of the class
         const JNINativeMethod* methods;

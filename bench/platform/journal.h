@@ -1,4 +1,4 @@
-// How the memory platform's functions write the journal, when there is one.
+// Used by the memory platform's functions to write the journal, if there is one.
 #pragma once
 
 #include "control.h"
@@ -9,7 +9,7 @@
 
 namespace tavro::memory {
 
-// Writes "NAME a b c d" and the bytes of `record`. Kept out of line: benchmarks run without a journal.
+// Writes "NAME a b c d" and the bytes of `record`. Not inlined, because benchmarks run without a journal.
 [[gnu::noinline, gnu::cold]] inline void journal_call(const char* name, long a, long b, long c, long d,
                                                       const void* record, std::size_t bytes) {
     char head[128];

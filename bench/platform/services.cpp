@@ -1,4 +1,4 @@
-// The list calls of all four kinds over arrays in memory: records in their order, and a place for each record id.
+// The list calls of all four kinds over arrays in memory: the records in order, and the position of each record id.
 #include "journal.h"
 #include "middleware/nwl.h"
 #include "middleware/satl.h"
@@ -23,16 +23,16 @@ constexpr int kNowhere = -1;
 template <class Record>
 struct List {
     std::vector<Record> records;
-    std::vector<int> places = std::vector<int>(65536, kNowhere); // by record id
+    std::vector<int> positions = std::vector<int>(65536, kNowhere); // by record id
     std::int32_t version = 0;
 
-    // The places of the records that the last filter chose.
+    // The positions of the records that match the last filter.
     std::vector<int> filtered;
     std::uint64_t filter = 0;
     std::int32_t filter_version = -1;
 };
 
-// The common calls of one kind, which says its number and where a record's id is.
+// The common calls of one kind. `Kind` provides its prefix, its number and the record id.
 template <class Kind, class Record>
 struct Lists {
     static inline std::unique_ptr<List<Record>> lists[kLists];
@@ -100,7 +100,7 @@ struct Lists {
         return kMwOk;
     }
 
-    // Records are added with ascending ids, so that the last one has the highest.
+    // Records are added in ascending id order, so the last one has the highest id.
     static MwStatus qry_rec_id(MwdbHandle handle, std::uint32_t query, std::uint16_t* record_id) {
         say("_qry_rec_id", handle, query);
         const List<Record>& list = *find(handle);
@@ -111,11 +111,11 @@ struct Lists {
     static MwStatus add_rec(MwdbHandle handle, Record* record) {
         say("_add_rec", handle, 0, 0, 0, record);
         List<Record>& list = *find(handle);
-        int& place = list.places[Kind::record_id(*record)];
-        if (place != kNowhere) {
+        int& position = list.positions[Kind::record_id(*record)];
+        if (position != kNowhere) {
             return kMwRecordExists;
         }
-        place = static_cast<int>(list.records.size());
+        position = static_cast<int>(list.records.size());
         list.records.push_back(*record);
         ++list.version;
         return kMwOk;
@@ -123,25 +123,25 @@ struct Lists {
     static MwStatus update_rec(MwdbHandle handle, Record* record, std::uint32_t flag) {
         say("_update_rec", handle, flag, 0, 0, record);
         List<Record>& list = *find(handle);
-        const int place = list.places[Kind::record_id(*record)];
-        if (place == kNowhere) {
+        const int position = list.positions[Kind::record_id(*record)];
+        if (position == kNowhere) {
             return kNoRecord;
         }
-        list.records[static_cast<std::size_t>(place)] = *record;
+        list.records[static_cast<std::size_t>(position)] = *record;
         ++list.version;
         return kMwOk;
     }
     static MwStatus del_rec(MwdbHandle handle, std::uint16_t record_id) {
         say("_del_rec", handle, record_id);
         List<Record>& list = *find(handle);
-        const int place = list.places[record_id];
-        if (place == kNowhere) {
+        const int position = list.positions[record_id];
+        if (position == kNowhere) {
             return kNoRecord;
         }
-        list.places[record_id] = kNowhere;
-        list.records.erase(list.records.begin() + place);
-        for (std::size_t i = static_cast<std::size_t>(place); i < list.records.size(); ++i) {
-            list.places[Kind::record_id(list.records[i])] = static_cast<int>(i);
+        list.positions[record_id] = kNowhere;
+        list.records.erase(list.records.begin() + position);
+        for (std::size_t i = static_cast<std::size_t>(position); i < list.records.size(); ++i) {
+            list.positions[Kind::record_id(list.records[i])] = static_cast<int>(i);
         }
         ++list.version;
         return kMwOk;
@@ -149,7 +149,7 @@ struct Lists {
     static MwStatus get_rec(MwdbHandle handle, std::uint16_t record_id, Record* record, std::int32_t* version) {
         say("_get_rec", handle, record_id, 0, 0, record);
         const List<Record>& list = *find(handle);
-        return give(list, list.places[record_id], record, version);
+        return give(list, list.positions[record_id], record, version);
     }
 
     static MwStatus get_at(const char* call, MwdbHandle handle, int index, Record* record, std::int32_t* version) {
@@ -164,7 +164,7 @@ struct Lists {
         return kMwOk;
     }
 
-    // The records that `matches` chooses, kept until the list or the filter changes.
+    // Positions of the records for which `matches` returns true, cached until the list or the filter changes.
     template <class Matches>
     static const std::vector<int>& filtered(List<Record>& list, std::uint64_t filter, Matches matches) {
         if (list.filter != filter || list.filter_version != list.version) {
@@ -179,22 +179,22 @@ struct Lists {
         }
         return list.filtered;
     }
-    static MwStatus give(const List<Record>& list, int place, Record* record, std::int32_t* version) {
-        if (place == kNowhere) {
+    static MwStatus give(const List<Record>& list, int position, Record* record, std::int32_t* version) {
+        if (position == kNowhere) {
             return kNoRecord;
         }
-        *record = list.records[static_cast<std::size_t>(place)];
+        *record = list.records[static_cast<std::size_t>(position)];
         *version = list.version;
         return kMwOk;
     }
-    static MwStatus give_filtered(const List<Record>& list, const std::vector<int>& places, std::uint16_t index,
+    static MwStatus give_filtered(const List<Record>& list, const std::vector<int>& positions, std::uint16_t index,
                                   Record* record, std::int32_t* version) {
-        return give(list, index < places.size() ? places[index] : kNowhere, record, version);
+        return give(list, index < positions.size() ? positions[index] : kNowhere, record, version);
     }
 
     static void truncate(List<Record>& list, int count) {
         while (static_cast<int>(list.records.size()) > count) {
-            list.places[Kind::record_id(list.records.back())] = kNowhere;
+            list.positions[Kind::record_id(list.records.back())] = kNowhere;
             list.records.pop_back();
         }
         ++list.version;
@@ -209,7 +209,7 @@ struct Lists {
         std::memcpy(&copy, record, sizeof copy);
         for (int id = 1; id <= count; ++id) {
             Kind::record_id(copy) = static_cast<std::uint16_t>(id);
-            list.places[static_cast<std::size_t>(id)] = id - 1;
+            list.positions[static_cast<std::size_t>(id)] = id - 1;
             list.records.push_back(copy);
         }
     }

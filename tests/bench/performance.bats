@@ -1,4 +1,4 @@
-# docs/performance.md and its plots, from small results.
+# How docs/performance.md and its plots are made, with small results.
 
 setup() {
     bats_require_minimum_version 1.5.0
@@ -35,7 +35,7 @@ teardown() { rm -rf "$area"; }
 results() { # NAME BENCHMARKS CONTEXT
     printf '{"context": {%s}, "benchmarks": [%s]}' "$3" "$2" >"$results/$1.json"
 }
-# A run of native_bench: library_ns is real_time, the floor half of it, a copy a quarter.
+# A result of native_bench. library_ns equals real_time, the floor is half of it and a copy a quarter.
 native() { # NAME NS RECORDS RATIO COPY_RATIO
     printf '{"name": "x", "run_name": "%s/iterations:1/manual_time", "run_type": "iteration", "real_time": %s, "time_unit": "ns",
         "library_ns": %s, "library_ns_p10": %s, "library_ns_p90": %s, "floor_ns": %s, "floor_ns_p10": 1, "floor_ns_p90": 2,
@@ -65,24 +65,24 @@ has() { grep -qxF -- "$1" "$area/out/performance.md" || show "no line: $1"; }
 says() { [[ $stderr = *"$1"* ]] || show "standard error does not say: $1"; }
 points() { sed -nE 's/.*<polyline .* points="([^"]*)".*/\1/p' "$area/out/performance/$1"; }
 
-@test "sections are filled and all other text stays" {
+@test "sections are replaced and all other text is kept" {
     document 0
     [ "$(sed '/^<!-- [a-z]* -->$/,/^<!-- end -->$/d' "$area/out/performance.md")" = \
         $'# Before\n\nBetween $1 \\ and\n\nAfter' ] || show "other text changed"
-    [ "$(grep -c '^<!-- ' "$area/out/performance.md")" = 10 ] || show "a marker is gone"
-    ! grep -qx old "$area/out/performance.md" || show "earlier content stayed"
+    [ "$(grep -c '^<!-- ' "$area/out/performance.md")" = 10 ] || show "a marker is missing"
+    ! grep -qx old "$area/out/performance.md" || show "old content was kept"
     has "Measured on 2026-01-02 on a machine with 2 CPUs of 2600 MHz, with A \$1 VM."
     has "The files have 30 transponders; the import stored 20 records."
 }
 
-@test "a document is filled again to the same" {
+@test "filling a document again does not change it" {
     document 0
     cp "$area/out/performance.md" "$area/performance.md"
     document 0
     diff "$area/out/performance.md" "$area/performance.md"
 }
 
-@test "natives stand beside the floor and a copy, and ratios beyond their targets are bold" {
+@test "natives are shown with the floor and a copy, and ratios above their targets are bold" {
     document 0
     has '| `service/read` | 300 ns | 299 ns .. 301 ns | 150 ns | 1.00 ns .. 2.00 ns | 1.10 | 1.01 .. 2.00 |  |  |'
     has '| `service/list:10` | 40.0 ns | 39.0 ns .. 41.0 ns | 20.0 ns | 1.00 ns .. 2.00 ns | **1.25** | 1.01 .. 2.00 | **1.40** | 1.30 |'
@@ -96,13 +96,13 @@ points() { sed -nE 's/.*<polyline .* points="([^"]*)".*/\1/p' "$area/out/perform
     has '| `peers/add/other` | 1.50 µs | 999 ns .. 1.00 s | **2.51** | 2.00 .. 30.00 | 2.50 |'
 }
 
-@test "of repetitions the median counts, and the coefficient of variation is shown" {
+@test "for repetitions, the median and the coefficient of variation are shown" {
     document 0
     has '| `BM_Add` | 40.4 µs | 12 % |'
 }
 
 @test "an operation with three sizes gets a plot, with a point for each size" {
-    # The cost of a record is 4, 40 and 4 ns for the library, and half of it for the floor.
+    # A record costs the library 4, 40 and 4 ns, and the floor half of that.
     results native "$(native a/list:10 40 10 1 ''),$(native a/list:100 4000 100 1 ''),$(native a/list:1000 4000 1000 1 ''),
         $(native b/list:10 40 10 1 ''),$(native b/list:100 400 100 1 '')" ''
     mkdir "$area/out/performance"
@@ -113,13 +113,13 @@ points() { sed -nE 's/.*<polyline .* points="([^"]*)".*/\1/p' "$area/out/perform
     read -ra library < <(points native-a-list.svg | sed -n 1p)
     read -ra floor < <(points native-a-list.svg | sed -n 2p)
     [ "$(points native-a-list.svg | wc -l)" = 2 ] || show "not two lines"
-    # Both axes are logarithmic: 10 to 1,000 on 450 units, and 2 to 50 ns on 300.
+    # Both axes are logarithmic: 10 to 1,000 records over 450 units, 2 to 50 ns over 300 units.
     [ "${library[*]}" = "80.0,279.4 305.0,64.8 530.0,279.4" ] || show "library: ${library[*]}"
     [ "${floor[*]}" = "80.0,344.0 305.0,129.4 530.0,344.0" ] || show "floor: ${floor[*]}"
     grep -q '<title>library, 100 records: 40.0 ns</title>' "$area/out/performance/native-a-list.svg"
 }
 
-@test "everybody in a contest of several sizes has a line" {
+@test "every entrant of a contest with several sizes has a line" {
     entries=
     for size in 10 100 1000; do
         entries+="${entries:+,}$(contest peers/all/natives/$size ''),$(contest "peers/all/a_rival/$size" 1)"
@@ -130,34 +130,34 @@ points() { sed -nE 's/.*<polyline .* points="([^"]*)".*/\1/p' "$area/out/perform
     grep -q '>a rival</text>' "$area/out/performance/peers-all.svg"
 }
 
-@test "missing results are named with the command that makes them" {
+@test "missing results are reported with the command that creates them" {
     rm "$results/host.json"
     document 1
-    says "performance: there is no file '$results/host.json'; ./tavro bench --json=$results makes it"
+    says "performance: file '$results/host.json' not found; create it with ./tavro bench --json=$results"
     [ -z "$(ls -A "$area/out")" ] || show "something was made"
 }
 
-@test "results that are no JSON, or no results, are named" {
+@test "files that are not JSON, or not results, are reported" {
     for text in '' '{' '[]' '{"benchmarks": 3}' '{"context": {}, "benchmarks": [{"run_name": "a"}]}' \
         '{"context": {}, "benchmarks": [{"run_name": "a", "run_type": "iteration", "real_time": 1, "time_unit": "h"}]}'; do
         printf '%s' "$text" >"$results/import.json"
         document 1
-        says "'$results/import.json' does not hold results of benchmarks as JSON"
+        says "'$results/import.json' does not contain benchmark results as JSON"
         [ -z "$(ls -A "$area/out")" ] || show "something was made"
     done
 }
 
-@test "a document without a section, or with an unknown one, is refused" {
+@test "a missing or unknown section is an error" {
     sed -i 's/<!-- host -->/<!-- hots -->/' "$area/performance.md"
     document 1
-    says "has a section 'hots'"
+    says "has an unknown or duplicate section 'hots'"
     sed -i '/<!-- hots -->/,/<!-- end -->/d' "$area/performance.md"
     document 1
     says "has no sections [host]"
     [ -z "$(ls -A "$area/out")" ] || show "something was made"
 }
 
-@test "docs/performance.md and its plots are what its results give" {
+@test "docs/performance.md and its plots match their results" {
     results=$top/docs/performance
     cp "$top/docs/performance.md" "$area/performance.md"
     document 0

@@ -1,4 +1,4 @@
-# The benchmark programs in Java, with as few rounds as possible: what they measure is right, whatever the times.
+# The Java benchmark programs, with as few rounds as possible: they measure the right thing; times do not matter.
 
 setup() {
     bats_require_minimum_version 1.5.0
@@ -33,7 +33,7 @@ show() {
     return 1
 }
 
-@test "all ways of keeping services are measured over the same records, and their databases hold what was added" {
+@test "all entrants use the same records, and the databases contain the added records" {
     java_bench 0 PeerBench --quick --benchmark_repetitions=1 --benchmark_filter='add_one|read_all/natives/100$' \
         --benchmark_out="$area/peers.json"
     diff <(sed -n 's/.*"run_name": "peers\/\(.*\)",$/\1/p' "$area/peers.json" | uniq) - <<END
@@ -46,7 +46,7 @@ read_all/sqlite_jdbc_columns/100
 read_all/json/100
 read_all/serialization/100
 END
-    # 2,000 adds to warm up and a round of 500.
+    # 2,000 adds to warm up, and one round of 500.
     added='SELECT count(*), length(max(bytes))'
     [ "$(sqlite3 "$TAVRO_HOME/lists.db" "$added FROM records WHERE kind = 1 AND list_id = 1")" = "2500|552" ] || show "natives"
     [ "$(sqlite3 "$TAVRO_HOME/adds-blobs.db" "$added FROM services")" = "2500|552" ] || show "blobs"
@@ -54,32 +54,31 @@ END
         "2500|Service number 9|2500" ] || show "columns"
 }
 
-@test "the databases of natives and rivals are equally durable" {
+@test "the databases of natives and other entrants are equally durable" {
     java_bench 0 PeerBench --quick --benchmark_repetitions=1 --benchmark_filter=add_one
     for database in lists adds-blobs adds-columns; do
         [ "$(sqlite3 "$TAVRO_HOME/$database.db" 'PRAGMA journal_mode; PRAGMA page_size')" = $'wal\n4096' ] || show "$database"
     done
-    # The settings that a database does not keep, where each program makes them. The stand-in counts the frames until the
-    # next checkpoint itself.
-    local storage=host/services/storage.cpp rival
-    makes 'PRAGMA synchronous = NORMAL' $storage
-    makes 'kFramesUntilCheckpoint = 1000;' $storage
-    for rival in bench/import_floor.cpp bench/java/com/velotra/tv/tavro/bench/SqliteJdbc.java; do
-        makes 'PRAGMA synchronous = NORMAL' $rival
-        makes 'PRAGMA wal_autocheckpoint = 1000' $rival
+    # Some settings are not stored in the database; look for them in the sources. The stand-in makes checkpoints itself.
+    local storage=host/services/storage.cpp other
+    sets 'PRAGMA synchronous = NORMAL' $storage
+    sets 'kFramesUntilCheckpoint = 1000;' $storage
+    for other in bench/import_floor.cpp bench/java/com/velotra/tv/tavro/bench/SqliteJdbc.java; do
+        sets 'PRAGMA synchronous = NORMAL' $other
+        sets 'PRAGMA wal_autocheckpoint = 1000' $other
     done
 }
-makes() { grep -q "$1" "$top/$2" || show "$2 has no '$1'"; }
+sets() { grep -q "$1" "$top/$2" || show "$2 does not contain '$1'"; }
 
-@test "a filter chooses whole contests, a negative one leaves them out, and names can be listed" {
+@test "a filter selects whole contests, a negative filter excludes them, and names can be listed" {
     java_bench 0 PeerBench --benchmark_list_tests --benchmark_filter='one.*blobs|/600'
-    [ "$(wc -l <<<"$output")" = 7 ] || show "not those that match"
+    [ "$(wc -l <<<"$output")" = 7 ] || show "not the names that match"
     java_bench 0 PeerBench --benchmark_list_tests --benchmark_filter='-read|write'
-    [ "$output" = $'peers/add_one/natives\npeers/add_one/sqlite_jdbc_blobs\npeers/add_one/sqlite_jdbc_columns' ] || show "not those that do not match"
+    [ "$output" = $'peers/add_one/natives\npeers/add_one/sqlite_jdbc_blobs\npeers/add_one/sqlite_jdbc_columns' ] || show "not the names that do not match"
     [ -z "$(ls -A "$TAVRO_HOME")" ] || show "something was measured"
 }
 
-@test "an import is measured beside adding the rows that it stored, and one for each transponder" {
+@test "an import is compared with adding the stored rows, and one row per transponder" {
     import_bench 0 --benchmark_repetitions=1 --benchmark_out="$area/import.json"
     grep -q '"transponders": 4,' "$area/import.json" || show "transponders: $(cat "$area/import.json")"
     grep -q '"stored_rows": 2$' "$area/import.json" || show "rows: $(cat "$area/import.json")"
@@ -87,13 +86,13 @@ makes() { grep -q "$1" "$top/$2" || show "$2 has no '$1'"; }
     [[ $output = *"4 transponders in the files, 2 rows stored"* ]] || show "no counts"
 }
 
-@test "an import that fails is a failure, with what it said" {
+@test "a failing import is reported with its output" {
     rm -r "$area/tables"
     import_bench 1
     [[ $stderr = *"exit code 1"*"$area/tables"* ]] || show "not the reason"
 }
 
-@test "the floor adds the records of the lists, round and round" {
+@test "import_floor adds the records of the lists, repeatedly if necessary" {
     import_bench 0 --benchmark_repetitions=1
     from=$(echo "$TAVRO_HOME"/import-*/lists.db | cut -d ' ' -f 1)
     [[ $("$BUILD/bin/import_floor" "$from" "$area/floor.db" 5) =~ ^5\ [1-9][0-9]*$ ]]

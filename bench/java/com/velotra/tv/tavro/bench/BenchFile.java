@@ -14,9 +14,9 @@ import java.util.List;
 import java.util.Map;
 import java.util.OptionalDouble;
 
-/** The results of one program, in the form of Google Benchmark's JSON. */
+/** The results of one program, in Google Benchmark's JSON format. */
 final class BenchFile {
-    /** One benchmark: its single run, or the aggregates of its repetitions by their names. */
+    /** One benchmark: its single run, or the aggregates of its repetitions by name. */
     static final class Benchmark {
         final String name;
         private final Map<String, JsonObject> entries = new LinkedHashMap<>();
@@ -25,14 +25,12 @@ final class BenchFile {
             this.name = name;
         }
 
-        /**
-         * The name without the number of records at its end: {@code read:1000} and {@code read/1000} give {@code read}.
-         */
+        /** The name without the number of records: {@code read} for {@code read:1000} and {@code read/1000}. */
         String family() {
             return name.replaceAll("[:/]\\d+$", "");
         }
 
-        /** The number of records at the end of the name; nothing when there is none. */
+        /** The number of records at the end of the name, if any. */
         OptionalDouble records() {
             String digits = name.substring(family().length());
             return digits.isEmpty() ? OptionalDouble.empty()
@@ -54,13 +52,13 @@ final class BenchFile {
             return entries.containsKey(aggregate);
         }
 
-        /** A further value of an aggregate; nothing when it is not there. */
+        /** Another value of an aggregate, if it exists. */
         OptionalDouble value(String aggregate, String key) {
             JsonElement value = entry(aggregate).get(key);
             return value == null ? OptionalDouble.empty() : OptionalDouble.of(value.getAsDouble());
         }
 
-        /** The same of the median. */
+        /** Another value of the median, if it exists. */
         OptionalDouble value(String key) {
             return value("median", key);
         }
@@ -82,7 +80,7 @@ final class BenchFile {
     /**
      * Reads a file.
      *
-     * @throws IOException when it cannot be read, or is not such a file, with a message that names it
+     * @throws IOException if the file cannot be read or does not contain results
      */
     static BenchFile read(Path file) throws IOException {
         Map<String, Benchmark> found = new LinkedHashMap<>();
@@ -90,21 +88,21 @@ final class BenchFile {
             JsonObject all = JsonParser.parseString(Files.readString(file)).getAsJsonObject();
             for (JsonElement element : all.getAsJsonArray("benchmarks")) {
                 JsonObject entry = element.getAsJsonObject();
-                // What Google Benchmark adds to the names of benchmarks with settings of their own.
+                // Remove the settings that Google Benchmark appends to names.
                 String name = entry.get("run_name").getAsString()
                         .replaceAll("/(iterations:\\d+|repeats:\\d+|manual_time|real_time)", "");
                 boolean single = entry.get("run_type").getAsString().equals("iteration");
                 Benchmark benchmark = found.computeIfAbsent(name, Benchmark::new);
                 benchmark.entries.put(single ? "iteration" : entry.get("aggregate_name").getAsString(), entry);
-                benchmark.nanoseconds(); // there is a time
+                benchmark.nanoseconds(); // throws if there is no time
             }
             return new BenchFile(all.getAsJsonObject("context"), new ArrayList<>(found.values()));
         } catch (NoSuchFileException e) {
             throw new IOException(
-                    "there is no file '" + file + "'; ./tavro bench --json=" + file.getParent() + " makes it", e);
+                    "file '" + file + "' not found; create it with ./tavro bench --json=" + file.getParent(), e);
         } catch (JsonParseException | ClassCastException | IllegalStateException | IllegalArgumentException
                 | NullPointerException e) {
-            throw new IOException("'" + file + "' does not hold results of benchmarks as JSON: " + e.getMessage(), e);
+            throw new IOException("'" + file + "' does not contain benchmark results as JSON: " + e.getMessage(), e);
         }
     }
 }

@@ -5,7 +5,7 @@ import java.sql.PreparedStatement;
 import java.sql.ResultSet;
 import java.sql.SQLException;
 
-/** Services as the bytes of their records. */
+/** Services stored as the bytes of their records. */
 final class BlobTable extends SqliteJdbc<byte[]> {
     BlobTable(Path file) throws SQLException {
         super(file, "bytes BLOB NOT NULL", "?");

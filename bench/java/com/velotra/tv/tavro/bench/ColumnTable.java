@@ -8,7 +8,7 @@ import java.sql.SQLException;
 import java.util.Collections;
 import java.util.stream.Collectors;
 
-/** Services with a column for every named field. */
+/** Services stored with a column for every named field. */
 final class ColumnTable extends SqliteJdbc<Service> {
     private static final Field[] COLUMNS = Service.COLUMNS.toArray(Field[]::new);
 

@@ -6,16 +6,16 @@ import java.util.List;
 import java.util.OptionalDouble;
 
 /**
- * One operation done by several entrants that take turns: a round measures each of them, so that the machine's load
- * hits all alike. The first entrant is compared with every other one, round by round.
+ * Compares several implementations ("entrants") of one operation. Each round measures all of them in turn, so that the
+ * machine's load affects them equally. The first entrant is compared with every other one, round by round.
  */
 public final class Contest {
-    /** Does an operation some times. */
+    /** Performs an operation a number of times. */
     public interface Action {
         void run(int times) throws Exception;
     }
 
-    /** Runs an operation several times and returns the nanoseconds. */
+    /** Performs an operation a number of times and returns the nanoseconds that it took. */
     public interface Clocked {
         long run(int times) throws Exception;
     }
@@ -29,25 +29,25 @@ public final class Contest {
     private final List<Entrant> entrants = new ArrayList<>();
 
     /**
-     * @param operation what is done, such as "peers/add_one"
-     * @param suffix what follows the entrants in names, such as "/1000" for a list of that size; may be empty
+     * @param operation name of the operation, such as "peers/add_one"
+     * @param suffix end of the benchmark names, such as "/1000" for a list of that size; may be empty
      */
     public Contest(String operation, String suffix) {
         this.operation = operation;
         this.suffix = suffix;
     }
 
-    /** Adds an entrant; the first one is that which the others are compared with. */
+    /** Adds an entrant. The first one is compared with all others. */
     public Contest entrant(String name, Action action) {
         return add(name, OptionalDouble.empty(), clocked(action));
     }
 
-    /** Adds an entrant whose time the first one's should not exceed by more than a factor. */
+    /** Adds an entrant. The first entrant should not take more than {@code target} times as long. */
     public Contest entrant(String name, double target, Action action) {
         return add(name, OptionalDouble.of(target), clocked(action));
     }
 
-    /** The same for one that measures itself. */
+    /** Adds an entrant that measures its own time. */
     public Contest clockedEntrant(String name, double target, Clocked action) {
         return add(name, OptionalDouble.of(target), action);
     }
@@ -74,7 +74,7 @@ public final class Contest {
         return operation + '/' + entrant.name() + suffix;
     }
 
-    /** Runs rounds of {@code times} operations, after a first one for each entrant that is not measured. */
+    /** Runs rounds of {@code times} operations, after an unmeasured warm-up round. */
     public List<Result> runFixed(int rounds, int warmUp, int times) throws Exception {
         int[] batches = new int[entrants.size()];
         Arrays.fill(batches, times);
@@ -84,7 +84,7 @@ public final class Contest {
         return measure(rounds, batches);
     }
 
-    /** Runs rounds in which every entrant takes about {@code seconds}, and warms each up for {@code warmUp} seconds. */
+    /** Warms each entrant up for {@code warmUp} seconds, then runs rounds of about {@code seconds} per entrant. */
     public List<Result> runTimed(int rounds, double warmUp, double seconds) throws Exception {
         int[] batches = new int[entrants.size()];
         for (int i = 0; i < batches.length; i++) {

@@ -17,9 +17,9 @@ import java.util.regex.Pattern;
  *
  * <pre>Document RESULTS TEMPLATE TARGET</pre>
  *
- * RESULTS is the folder of the JSON files, TEMPLATE a document with sections to fill, TARGET the folder for the filled
- * document. The plots go to the folder {@code performance} in it. A section begins with {@code <!-- NAME -->} and ends
- * with {@code <!-- end -->}.
+ * RESULTS is the folder with the JSON files, TEMPLATE a document with sections to fill, TARGET the folder for the new
+ * document and its plots, which go to the subfolder {@code performance}. A section begins with {@code <!-- NAME -->} and
+ * ends with {@code <!-- end -->}.
  */
 public final class Document {
     private static final String PLOTS = "performance";
@@ -41,7 +41,7 @@ public final class Document {
         sections.put("import", rows(imports) + Tables.contests(imports));
     }
 
-    /** Makes the document; ends with 1 and a message when it cannot be made. */
+    /** Makes the document. On failure prints a message and exits with 1. */
     public static void main(String[] arguments) {
         try {
             new Document(Path.of(arguments[0])).write(Path.of(arguments[1]), Path.of(arguments[2]));
@@ -67,7 +67,7 @@ public final class Document {
         return value == null ? "?" : value.getAsString();
     }
 
-    /** A plot for each operation that was measured with several numbers of records. */
+    /** Makes a plot for each operation that was measured with several list sizes. */
     private String nativePlots(BenchFile file) {
         Map<String, Plot> found = new LinkedHashMap<>();
         for (Benchmark one : file.benchmarks) {
@@ -83,7 +83,7 @@ public final class Document {
         return drawn("native", found);
     }
 
-    /** A plot for each operation, with a line for everybody who does it. */
+    /** Makes a plot for each operation, with a line for each entrant. */
     private String peerPlots(BenchFile file) {
         Map<String, Plot> found = new LinkedHashMap<>();
         for (Benchmark one : file.benchmarks) {
@@ -105,7 +105,7 @@ public final class Document {
         }
     }
 
-    /** Keeps the plots with enough points for a line; returns the text that shows them. */
+    /** Keeps the plots with enough points for a line, and returns the Markdown that shows them. */
     private String drawn(String prefix, Map<String, Plot> found) {
         StringBuilder text = new StringBuilder();
         found.forEach((family, plot) -> {
@@ -128,15 +128,14 @@ public final class Document {
             String content = missing.remove(section.group(2));
             if (content == null) {
                 throw new IOException(
-                        "'" + template + "' has a section '" + section.group(2)
-                                + "' that is there twice or has no results");
+                        "'" + template + "' has an unknown or duplicate section '" + section.group(2) + "'");
             }
             section.appendReplacement(text, Matcher.quoteReplacement(section.group(1) + content + section.group(3)));
         }
         section.appendTail(text);
         if (!missing.isEmpty()) {
             throw new IOException("'" + template + "' has no sections " + missing.keySet()
-                    + "; one begins with <!-- NAME --> and ends with <!-- end -->");
+                    + "; a section begins with <!-- NAME --> and ends with <!-- end -->");
         }
         Path folder = Files.createDirectories(target.resolve(PLOTS));
         try (DirectoryStream<Path> earlier = Files.newDirectoryStream(folder, "*.svg")) {

@@ -13,12 +13,13 @@ import java.util.regex.Pattern;
 import java.util.stream.Stream;
 
 /**
- * An import of a tree of scan tables, from the start of the command to its end, beside plain SQLite adding its rows.
+ * Compares an import of a tree of scan tables, from start to exit of the command, with plain SQLite adding the same
+ * rows.
  *
  * <pre>ImportBench OPTION... -- IMPORT_FLOOR COMMAND...</pre>
  *
- * COMMAND imports the tree into the storage directory that TAVRO_HOME names; IMPORT_FLOOR is the program of that name.
- * For this program TAVRO_HOME names an empty directory, in which every import has one of its own.
+ * COMMAND imports the tree into TAVRO_HOME; IMPORT_FLOOR is the program of that name. When this program starts,
+ * TAVRO_HOME must name an empty directory; each import gets its own subdirectory.
  */
 public final class ImportBench {
     private static final double TARGET = 1.5;
@@ -42,7 +43,7 @@ public final class ImportBench {
         this.command = command.subList(1, command.size());
     }
 
-    /** Runs the benchmarks that the options choose. */
+    /** Runs the selected benchmarks. */
     public static void main(String[] arguments) throws Exception {
         int end = Arrays.asList(arguments).indexOf("--");
         Options options = Options.parse(Arrays.copyOf(arguments, end));
@@ -87,7 +88,8 @@ public final class ImportBench {
             }
         }
         if (transponders == 0) {
-            throw new IOException("the import says of no list what was added:\n" + Files.readString(log));
+            throw new IOException(
+                    "cannot find the number of added records in the import's output:\n" + Files.readString(log));
         }
     }
 
@@ -114,7 +116,7 @@ public final class ImportBench {
         Files.delete(directory);
     }
 
-    /** What a command prints on standard output; a failure when its exit code is not 0. */
+    /** Returns a command's standard output. Throws if its exit code is not 0. */
     private List<String> output(List<String> words, Path directory) throws IOException, InterruptedException {
         ProcessBuilder builder = new ProcessBuilder(words);
         builder.environment().put("TAVRO_HOME", directory.toString());
@@ -125,7 +127,7 @@ public final class ImportBench {
                 .start()
                 .waitFor();
         if (status != 0) {
-            throw new IOException(String.join(" ", words) + " ended with exit code " + status + ":\n"
+            throw new IOException(String.join(" ", words) + " failed with exit code " + status + ":\n"
                     + Files.readString(errors));
         }
         return Files.readAllLines(log);

@@ -16,8 +16,7 @@ import java.util.Arrays;
 import java.util.List;
 
 /**
- * Whole lists in files as JSON and as serialized Java objects. A file takes its place by a rename, as a stored list's
- * does.
+ * Whole lists in files, as JSON and as serialized Java objects. Files are replaced by a rename, like stored lists.
  */
 final class ListFiles {
     private static final Gson GSON = new Gson();

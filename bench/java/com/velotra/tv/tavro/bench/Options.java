@@ -5,14 +5,14 @@ import java.util.Optional;
 import java.util.regex.Pattern;
 
 /**
- * The options of a benchmark program, spelled as Google Benchmark's where it has them.
+ * The options of a benchmark program, named like Google Benchmark's options where those exist.
  *
  * @param filter which benchmarks to run
- * @param without whether the filter names those not to run
+ * @param without whether the filter excludes the benchmarks that match
  * @param listOnly print the names instead of running anything
- * @param quick few and short rounds, for a first impression
- * @param repetitions rounds, or 0 for the program's own number
- * @param json where the results are written as JSON
+ * @param quick few and short rounds
+ * @param repetitions number of rounds, or 0 for the program's default
+ * @param json file for the results as JSON
  */
 public record Options(Pattern filter, boolean without, boolean listOnly, boolean quick, int repetitions,
         Optional<Path> json) {
@@ -21,9 +21,9 @@ public record Options(Pattern filter, boolean without, boolean listOnly, boolean
     private static final String OUT = "--benchmark_out=";
 
     /**
-     * Reads options, which come before other arguments.
+     * Parses options.
      *
-     * @throws IllegalArgumentException when there is an unknown option
+     * @throws IllegalArgumentException for an unknown option
      */
     public static Options parse(String... arguments) {
         Options options = new Options(Pattern.compile(""), false, false, false, 0, Optional.empty());
@@ -53,12 +53,12 @@ public record Options(Pattern filter, boolean without, boolean listOnly, boolean
         };
     }
 
-    /** Whether the benchmark of that name is to be run. */
+    /** Returns whether the filter selects the benchmark of that name. */
     public boolean chooses(String name) {
         return filter.matcher(name).find() != without;
     }
 
-    /** How many rounds to run. */
+    /** Returns the number of rounds. */
     public int rounds(int full, int few) {
         if (repetitions > 0) {
             return repetitions;

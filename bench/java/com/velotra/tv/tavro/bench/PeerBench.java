@@ -9,9 +9,9 @@ import java.util.List;
 import java.util.stream.IntStream;
 
 /**
- * The natives over the workstation's platform beside other ways of keeping the same services from Java: sqlite-jdbc
- * with records as blobs and as columns, JSON through Gson, Java serialization. TAVRO_HOME names an empty directory for
- * all of them.
+ * Compares the natives over the workstation's platform with other ways to store the same services from Java:
+ * sqlite-jdbc with records as blobs or as columns, JSON with Gson, and Java serialization. TAVRO_HOME must name an
+ * empty directory.
  */
 public final class PeerBench {
     private static final String NATIVES = "natives";
@@ -26,8 +26,8 @@ public final class PeerBench {
 
     private static final int WARM_UP_ADDS = 2_000;
     private static final int QUICK_ADDS = 500;
-    private static final int ADDS = 4_000; // so that every round has its share of the database's checkpoints
-    private static final int MOST_ADDS = 60_000; // a list holds 65,535 records
+    private static final int ADDS = 4_000; // enough for checkpoints of the database in every round
+    private static final int MOST_ADDS = 60_000; // a list holds at most 65,535 records
     private static final int SIZE = 20_000;
     private static final int[] SIZES = {100, 1_000, 10_000, SIZE, 60_000};
     private static final int QUICK_SIZE = 1_000;
@@ -38,7 +38,7 @@ public final class PeerBench {
     private final Results results = new Results("peers");
     private boolean headPrinted;
     private int lists = FIRST_LIST;
-    /** What the last operation of any entrant read, so that no read is without effect. */
+    /** Result of the last read, stored so that no read is optimized away. */
     private volatile Object read;
 
     private PeerBench(Options options, Path home) {
@@ -46,7 +46,7 @@ public final class PeerBench {
         this.home = home;
     }
 
-    /** Runs the benchmarks that the options choose. */
+    /** Runs the selected benchmarks. */
     public static void main(String[] arguments) throws Exception {
         new PeerBench(Options.parse(arguments), Path.of(System.getenv("TAVRO_HOME"))).run();
     }
@@ -61,7 +61,7 @@ public final class PeerBench {
         }
     }
 
-    /** Whether a contest is to be run. Prints its names when that is all that is asked for. */
+    /** Returns whether to run a contest. With --benchmark_list_tests, prints the names instead. */
     private boolean chosen(Contest contest) {
         List<String> names = contest.names().stream().filter(options::chooses).toList();
         if (options.listOnly()) {
@@ -86,7 +86,7 @@ public final class PeerBench {
         ColumnTable columns;
     }
 
-    /** Adds to lists that grow, one transaction for each service. */
+    /** Adds services to growing lists, one transaction each. */
     private void adds() throws Exception {
         Additions all = new Additions();
         Contest contest = new Contest("peers/add_one", "")
@@ -124,7 +124,7 @@ public final class PeerBench {
 
     /** Reads one record and whole lists, and writes whole lists. */
     private void reads(int size) throws Exception {
-        SameList[] lists = new SameList[1]; // made when one of the contests runs
+        SameList[] lists = new SameList[1]; // created when the first contest runs
         List<Contest> contests = new ArrayList<>();
         if (size == (options.quick() ? QUICK_SIZE : SIZE)) {
             contests.add(readOne(lists, size));
@@ -149,7 +149,7 @@ public final class PeerBench {
     }
 
     private Contest readOne(SameList[] lists, int size) {
-        int step = 7; // through the list, not in the order of the pages
+        int step = 7; // steps through the list out of page order
         return new Contest("peers/read_one", "/" + size)
                 .entrant(NATIVES, times -> {
                     for (int i = 0, id = 0; i < times; i++, id = (id + step) % size) {

@@ -8,7 +8,7 @@ import java.util.Map;
 import java.util.TreeMap;
 import java.util.TreeSet;
 
-/** A plot of times against numbers of records as SVG, both axes logarithmic, a line for each series. */
+/** An SVG plot of time against number of records, with logarithmic axes and a line for each series. */
 final class Plot {
     private static final String[] COLORS = {"#1b6ca8", "#d1495b", "#3b8c4a", "#8d5fb0", "#b8860b", "#444444"};
     private static final int WIDTH = 720;
@@ -32,12 +32,12 @@ final class Plot {
         series.computeIfAbsent(name, key -> new TreeMap<>()).put(records, nanoseconds);
     }
 
-    /** How many different numbers of records there are. */
+    /** Returns the number of distinct list sizes. */
     long sizes() {
         return series.values().stream().flatMap(points -> points.keySet().stream()).distinct().count();
     }
 
-    /** The drawing. */
+    /** Returns the plot as SVG. */
     String svg() {
         Axis x = new Axis(series.values().stream().flatMap(points -> points.keySet().stream()).toList(), LEFT,
                 WIDTH - RIGHT, 1);
@@ -101,13 +101,13 @@ final class Plot {
         return String.format(Locale.ROOT, format, values);
     }
 
-    /** A logarithmic axis, drawn between two places. It begins and ends with a tick. */
+    /** A logarithmic axis between two coordinates. It begins and ends with a tick. */
     private static final class Axis {
         private final TreeSet<Double> ticks = new TreeSet<>();
         private final double from;
         private final double to;
 
-        /** @param steps the ticks from each power of ten to the next one, in units of it */
+        /** @param steps the ticks within each decade, as multiples of its power of ten */
         Axis(List<Double> values, double from, double to, int... steps) {
             double least = values.stream().min(Double::compare).orElseThrow();
             double most = values.stream().max(Double::compare).orElseThrow();

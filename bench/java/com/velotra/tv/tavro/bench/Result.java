@@ -3,13 +3,13 @@ package com.velotra.tv.tavro.bench;
 import java.util.OptionalDouble;
 
 /**
- * What was measured of one benchmark.
+ * The result of one benchmark.
  *
- * @param name its name
- * @param iterations operations in a round
- * @param nanoseconds time of one operation, round by round
- * @param ratio how many times as long the first entrant of the same contest took, round by round; null for that one
- *         itself
- * @param target what the ratio should not exceed
+ * @param name the benchmark's name
+ * @param iterations operations per round
+ * @param nanoseconds time per operation, for each round
+ * @param ratio time of the contest's first entrant divided by this entrant's time, for each round; null for the first
+ *         entrant
+ * @param target upper limit for the ratio
  */
 public record Result(String name, int iterations, Samples nanoseconds, Samples ratio, OptionalDouble target) {}

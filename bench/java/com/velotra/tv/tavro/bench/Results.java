@@ -14,14 +14,14 @@ import java.util.ArrayList;
 import java.util.List;
 import java.util.Locale;
 
-/** Results as a table, and as JSON in the form of Google Benchmark's: three aggregates for each benchmark. */
+/** Results as a table, and as JSON in Google Benchmark's format, with three aggregates for each benchmark. */
 public final class Results {
     private static final String ROW = "%-42s %10s  %-21s %6s  %-13s %6s%n";
 
     private final List<Result> results = new ArrayList<>();
     private final JsonObject context = new JsonObject();
 
-    /** @param program what the results are of */
+    /** @param program name of the benchmark program */
     public Results(String program) {
         ZonedDateTime now = ZonedDateTime.now().truncatedTo(ChronoUnit.SECONDS);
         context.addProperty("date", now.format(DateTimeFormatter.ISO_OFFSET_DATE_TIME));
@@ -32,12 +32,12 @@ public final class Results {
         context.addProperty("heap_bytes", Runtime.getRuntime().maxMemory());
     }
 
-    /** Adds a word on what was measured. */
+    /** Adds a value to the JSON's context. */
     public void note(String key, Number value) {
         context.addProperty(key, value);
     }
 
-    /** Prints the head of the table. */
+    /** Prints the header of the table. */
     public void head(PrintStream out, String compared) {
         out.printf(ROW, "Benchmark", "median", "p10 .. p90", compared, "p10 .. p90", "target");
     }

@@ -13,7 +13,7 @@ import java.util.Arrays;
 import java.util.List;
 import java.util.stream.IntStream;
 
-/** One list of services, kept in every way that is compared: all hold the same records. */
+/** One list of services, stored in every way that is compared, with the same records. */
 final class SameList implements AutoCloseable {
     final int listId;
     final int size;
@@ -26,9 +26,9 @@ final class SameList implements AutoCloseable {
     final Path serialized;
 
     /**
-     * Makes the list everywhere.
+     * Creates the list in every form.
      *
-     * @throws IllegalStateException when one of them reads back something else than the natives
+     * @throws IllegalStateException if one of them reads back other records than the natives
      */
     SameList(Path home, int listId, int size) throws Exception {
         this.listId = listId;
@@ -57,7 +57,8 @@ final class SameList implements AutoCloseable {
 
     private void same(boolean equal, String what) {
         if (!equal) {
-            throw new IllegalStateException(what + " of " + size + " services does not hold the records of the list");
+            throw new IllegalStateException(
+                    what + " of " + size + " services does not contain the records of the list");
         }
     }
 
@@ -75,7 +76,7 @@ final class SameList implements AutoCloseable {
         return records;
     }
 
-    /** A service such as an import makes it. */
+    /** Makes a service with the fields that an import sets. */
     static VltTvChannelInfoBase service(int number) {
         VltTvChannelInfoBase service = new VltTvChannelInfoBase();
         service.setBroadcastType(ServiceRecord.BROADCAST_DVB)

@@ -6,12 +6,12 @@ import java.util.Arrays;
 public final class Samples {
     private final double[] values;
 
-    /** Takes the values in the order of the rounds. */
+    /** @param values the values in the order of the rounds */
     public Samples(double... values) {
         this.values = values.clone();
     }
 
-    /** Round by round, how many times {@code other} this is. */
+    /** Returns the ratio of this to {@code other} for each round. */
     public Samples over(Samples other) {
         double[] ratios = new double[values.length];
         for (int round = 0; round < ratios.length; round++) {
@@ -20,7 +20,7 @@ public final class Samples {
         return new Samples(ratios);
     }
 
-    /** The value below which {@code share} of all values are, interpolated: 0.5 gives the median. */
+    /** Returns an interpolated quantile; 0.5 gives the median. */
     public double quantile(double share) {
         double[] sorted = values.clone();
         Arrays.sort(sorted);
@@ -30,7 +30,7 @@ public final class Samples {
         return sorted[below] + (place - below) * (sorted[above] - sorted[below]);
     }
 
-    /** How many there are. */
+    /** Returns the number of values. */
     public int count() {
         return values.length;
     }

@@ -8,7 +8,7 @@ import java.util.Arrays;
 import java.util.List;
 import java.util.Objects;
 
-/** A DVB service as a plain Java object with a field for every named field of its record: what the rivals keep. */
+/** A DVB service as a Java object with a field for every named field of the record. The other entrants store it. */
 final class Service implements Serializable {
     private static final long serialVersionUID = 1;
 
@@ -87,7 +87,7 @@ final class Service implements Serializable {
         }
     }
 
-    /** The service that a record holds. */
+    /** Returns the service in a record. */
     static Service of(ServiceRecord record) {
         Service service = new Service();
         try {

@@ -12,7 +12,7 @@ import java.util.ArrayList;
 import java.util.List;
 
 /**
- * A table of services in a SQLite database through sqlite-jdbc, as durable as the stand-in's: see
+ * A table of services in a SQLite database, accessed through sqlite-jdbc; as durable as the one in
  * host/services/storage.cpp.
  */
 abstract class SqliteJdbc<T> implements AutoCloseable {
@@ -23,12 +23,12 @@ abstract class SqliteJdbc<T> implements AutoCloseable {
     private int lastId;
 
     /**
-     * @param columns definitions of the columns beside the id, which is the first one
+     * @param columns definitions of the columns after the id
      * @param values the same number of question marks
      */
     SqliteJdbc(Path file, String columns, String values) throws SQLException {
         if (Files.exists(file)) {
-            throw new IllegalStateException(file + " is there already");
+            throw new IllegalStateException(file + " already exists");
         }
         connection = DriverManager.getConnection("jdbc:sqlite:" + file);
         try (Statement statement = connection.createStatement()) {
@@ -46,25 +46,25 @@ abstract class SqliteJdbc<T> implements AutoCloseable {
     private static void expect(Statement statement, String pragma, String value) throws SQLException {
         try (ResultSet row = statement.executeQuery(pragma)) {
             if (!row.next() || !row.getString(1).equals(value)) {
-                throw new SQLException(pragma + " does not give " + value);
+                throw new SQLException(pragma + " did not return " + value);
             }
         }
     }
 
-    /** Sets the columns, from the second one on. */
+    /** Sets the columns after the id. */
     abstract void bind(PreparedStatement row, T service) throws SQLException;
 
-    /** Takes the columns, from the second one on. */
+    /** Reads the columns after the id. */
     abstract T take(ResultSet row) throws SQLException;
 
-    /** Adds a service under the next id, in a transaction of its own. */
+    /** Adds a service with the next id, in its own transaction. */
     void add(T service) throws SQLException {
         insert.setInt(1, ++lastId);
         bind(insert, service);
         insert.executeUpdate();
     }
 
-    /** Adds many in one transaction. */
+    /** Adds services in one transaction. */
     void addAll(List<T> services) throws SQLException {
         connection.setAutoCommit(false);
         for (T service : services) {

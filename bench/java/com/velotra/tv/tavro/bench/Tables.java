@@ -8,7 +8,7 @@ import java.util.Locale;
 import java.util.OptionalDouble;
 import java.util.function.DoubleFunction;
 
-/** The results of the benchmark programs as Markdown tables. A ratio beyond its target is bold. */
+/** The results of the benchmark programs as Markdown tables. Ratios above their targets are bold. */
 final class Tables {
     // Targets of the natives, as in native_bench; the results of the contests have their own targets.
     private static final double FLOOR_TARGET = 1.10;
@@ -17,7 +17,7 @@ final class Tables {
 
     private Tables() {}
 
-    /** The natives beside the floor. */
+    /** The natives compared with the floor. */
     static String natives(BenchFile file) {
         List<String> rows = head("Operation", "Library", "p10 .. p90", "Floor", "p10 .. p90", "Ratio", "p10 .. p90",
                 "To a copy",
@@ -31,7 +31,7 @@ final class Tables {
         return String.join("", rows);
     }
 
-    /** Contests: each one's time, and how many times as long the first one of the contest took. */
+    /** Contests: each entrant's time, and the ratio of the first entrant's time to it. */
     static String contests(BenchFile file) {
         List<String> rows = head("Benchmark", "Median", "p10 .. p90", "Ratio", "p10 .. p90", "Target");
         for (Benchmark one : file.benchmarks) {

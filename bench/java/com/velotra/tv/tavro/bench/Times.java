@@ -2,7 +2,7 @@ package com.velotra.tv.tavro.bench;
 
 import java.util.Locale;
 
-/** Times as people read them. */
+/** Times in readable form. */
 final class Times {
     private static final String[] UNITS = {"ns", "µs", "ms", "s"};
 
@@ -20,7 +20,7 @@ final class Times {
         return String.format(Locale.ROOT, "%." + decimals + "f %s", value, UNITS[unit]);
     }
 
-    /** Nanoseconds of a time in a unit of Google Benchmark's. */
+    /** Converts a time in one of Google Benchmark's units to nanoseconds. */
     static double nanoseconds(double time, String unit) {
         return switch (unit) {
             case "ns" -> time;

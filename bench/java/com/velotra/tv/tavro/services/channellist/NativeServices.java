@@ -1,12 +1,12 @@
 package com.velotra.tv.tavro.services.channellist;
 
-/** The natives of the service lists themselves, without the checks of the Java layer around them. */
+/** Calls the natives of the service lists directly, without the Java layer's checks. */
 public final class NativeServices {
     private static final VltTvChannelList LISTS = VltTvChannelList.getInstance();
 
     private NativeServices() {}
 
-    /** Opens a list, creating it when there is none. */
+    /** Opens a list; creates it if it does not exist. */
     public static void open(int listId) {
         check(LISTS.native_open(listId) == 0, "open");
     }
@@ -16,12 +16,12 @@ public final class NativeServices {
         check(!LISTS.nativeAdd(listId, service).isEmpty(), "add to");
     }
 
-    /** One record's bytes. */
+    /** Returns the bytes of a record. */
     public static byte[] read(String identifier) {
         return LISTS.native_getSvlInfo(identifier);
     }
 
-    /** The bytes of all records of a list. */
+    /** Returns the bytes of all records of a list. */
     public static byte[] readAll(int listId) {
         return LISTS.native_getSvlInfoList(listId);
     }

@@ -9,7 +9,7 @@ import java.util.HashMap;
 import java.util.List;
 import java.util.Map;
 
-/** Makes the record objects that benchmarks hand to the natives. */
+/** Makes the record objects that benchmarks pass to the natives. */
 public final class Records {
     private static final AlternateFrequencyInfoBase[] ALTERNATES = {
         new AlternateFrequencyInfoBase(474_000, 8000), new AlternateFrequencyInfoBase(482_000, 7000)
@@ -18,12 +18,12 @@ public final class Records {
     private Records() {}
 
     /**
-     * Makes {@code size} objects of a class, each with its identifier and with values under {@code keys} keys.
+     * Makes {@code size} objects of a class, each with values for {@code keys} keys.
      *
-     * @param first keys to begin with, as "Key=number" (for texts the number is ignored), separated by commas; the
-     *         others follow in the order of their names, with the number 1
-     * @param identifierKey the key of the record's identifier, which is not counted among the keys
-     * @param listId the list of the identifiers; record ids count from 1
+     * @param first the first keys, as "Key=number" separated by commas (for text keys the number is ignored); other
+     *         keys follow in alphabetical order, with the number 1
+     * @param identifierKey the key of the record's identifier, which does not count as one of the keys
+     * @param listId the list id of the identifiers; record ids start at 1
      * @param identified whether the identifiers are set
      */
     public static List<Object> make(
