@@ -1,8 +1,8 @@
-# GoogleTest programs as CTest entries.
+# Registers GoogleTest programs with CTest.
 include(GoogleTest)
 
-# tavro_add_gtests(AREA PROGRAM): an entry AREA.SUITE.TEST for each test of PROGRAM (a target), or, where a
-# program starts under an emulator, one entry AREA.PROGRAM for all.
+# tavro_add_gtests(AREA PROGRAM): adds a CTest entry AREA.SUITE.TEST for each test of the target PROGRAM. Under an
+# emulator, where processes start slowly, adds a single entry AREA.PROGRAM.
 function(tavro_add_gtests AREA PROGRAM)
     if(CMAKE_CROSSCOMPILING)
         add_test(NAME ${AREA}.${PROGRAM} COMMAND ${PROGRAM})

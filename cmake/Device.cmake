@@ -1,18 +1,18 @@
-# The library for a device, configured with an NDK's toolchain file: what it is linked to.
+# Links the library for a device; used with an NDK's toolchain file.
 #
-# With TAVRO_PLATFORM_LIBRARIES it is linked to the device's own libraries. Without, it is linked to
-# libraries that carry their names and functions and do nothing: the result is the same, and needs no
-# file of the device. They lie in the build folder's link/ and must never be installed.
+# With TAVRO_PLATFORM_LIBRARIES the library is linked to the device's own libraries. Otherwise it is linked to empty
+# stub libraries with the same names and functions, which gives the same result without files from a device. The stubs
+# are in the build folder's link/ and must never be installed.
 
 if(NOT CMAKE_SIZEOF_VOID_P EQUAL 4)
-    message(FATAL_ERROR "The channel list library goes into 32-bit processes, as the middleware does; "
-        "this toolchain makes ${CMAKE_SIZEOF_VOID_P}-byte pointers. Configure with -DANDROID_ABI=armeabi-v7a.")
+    message(FATAL_ERROR "The channel list library must be 32-bit, like the middleware, but this toolchain builds for "
+        "${CMAKE_SIZEOF_VOID_P}-byte pointers. Configure with -DANDROID_ABI=armeabi-v7a.")
 endif()
 
 set(TAVRO_PLATFORM_LIBRARIES "" CACHE STRING
     "The device's three middleware libraries, libcutils and liblog, as file names separated by semicolons")
 
-# A library NAME with those of the platform's functions that match PATTERN.
+# Adds a stub library NAME with the platform functions that match PATTERN.
 function(tavro_link_library NAME PATTERN)
     file(STRINGS ${CMAKE_SOURCE_DIR}/include/platform/symbols.txt functions REGEX ${PATTERN})
     list(TRANSFORM functions REPLACE "(.+)" "void \\1(void) {}\n" OUTPUT_VARIABLE bodies)

@@ -1,10 +1,9 @@
-# JUnit 5 tests as CTest entries, one a class.
+# Registers JUnit 5 tests with CTest, one entry per class.
 
 set(TAVRO_JUNIT /usr/share/java/junit-platform-console-standalone.jar)
 
-# A Java virtual machine is not built with sanitizers: their run-time libraries are loaded first. The
-# C++ library comes along because the first exception would not find its functions otherwise. The
-# machine's own signals stay its own.
+# The Java virtual machine is not built with sanitizers, so their runtime is preloaded. The C++ library must be preloaded
+# too: otherwise the first C++ exception aborts. handle_segv=0 leaves SIGSEGV to the virtual machine, which uses it.
 set(TAVRO_JVM_ENVIRONMENT "")
 if(TAVRO_SANITIZE MATCHES address)
     execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libasan.so OUTPUT_VARIABLE asan_library
@@ -19,16 +18,15 @@ if(TAVRO_SANITIZE MATCHES address)
         "UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1")
 endif()
 
-# The virtual machine that the tests run on: this machine's, or one that a toolchain file names.
+# The Java virtual machine that the tests use: the toolchain file's, or else this machine's.
 if(NOT TAVRO_JAVA)
     set(TAVRO_JAVA ${Java_JAVA_EXECUTABLE})
 endif()
 set(TAVRO_TEST_JAVA ${TAVRO_JAVA} CACHE INTERNAL "Virtual machine that the tests run on")
 
 # tavro_add_junit(AREA GROUP JAR CLASSES class... [ENVIRONMENT name=value...] [JVM_ARGS arg...])
-# Runs the tests of CLASSES, which JAR (a target of add_jar) holds, over a fresh storage directory: an
-# entry AREA.CLASS for each, or, where a virtual machine starts under an emulator and takes its time, one
-# entry AREA.GROUP for all.
+# Runs the tests of CLASSES from JAR (a target of add_jar), each class in a fresh storage directory, as entries
+# AREA.CLASS. Under an emulator, where a virtual machine starts slowly, adds a single entry AREA.GROUP.
 function(tavro_add_junit AREA GROUP JAR)
     cmake_parse_arguments(PARSE_ARGV 3 ARG "" "" "CLASSES;ENVIRONMENT;JVM_ARGS")
     if(CMAKE_CROSSCOMPILING)

@@ -1,16 +1,15 @@
 #!/usr/bin/env bash
-# Prepares a folder with Debian's 32-bit ARM packages that the ARM build links and runs with: a Java
-# virtual machine, the C and C++ libraries and SQLite. Prints the folder on standard output, what it
-# does on standard error. Exit 3 when the packages cannot be had.
+# Prepares a folder with the 32-bit ARM Debian packages that the ARM build needs: a Java virtual machine, the C and C++
+# libraries, and SQLite. Prints the folder to standard output and progress to standard error. Exits with 3 if it cannot
+# get the packages.
 #
-# The packages are fetched by an apt with settings, lists and cache of its own, from the mirror that this
-# machine's apt uses, and only unpacked: nothing is installed, and the machine's apt learns nothing of
-# another architecture. It happens once; the folder is below ${XDG_CACHE_HOME:-~/.cache}/tavro and can be
-# removed at any time.
+# A private apt, with its own settings, lists and cache, downloads the packages once from the mirror of this machine's
+# apt. They are only unpacked: nothing is installed, and the machine's apt configuration does not change. The folder is
+# below ${XDG_CACHE_HOME:-~/.cache}/tavro and can be removed at any time.
 set -euo pipefail
 
 packages=(openjdk-17-jre-headless libc6 libgcc-s1 libsqlite3-dev libstdc++6)
-recipe=2 # counts up when what is prepared changes
+recipe=2 # increase when the prepared content changes
 
 say() { printf 'armhf: %s\n' "$*" >&2; }
 cannot() {
@@ -20,7 +19,7 @@ cannot() {
 
 here=$(dirname "$(readlink -f "$0")")
 compiler=arm-linux-gnueabihf-gcc
-command -v "$compiler" >/dev/null || cannot "there is no $compiler; install g++-arm-linux-gnueabihf"
+command -v "$compiler" >/dev/null || cannot "$compiler not found; install g++-arm-linux-gnueabihf"
 
 suite=$(. /etc/os-release && printf '%s' "${VERSION_CODENAME:-}")
 cache=${XDG_CACHE_HOME:-$HOME/.cache}/tavro
@@ -29,7 +28,7 @@ jvm=usr/lib/jvm/java-17-openjdk-armhf
 
 mkdir -p "$cache"
 exec 9>"$cache/armhf.lock"
-flock -n 9 || { say "waiting for another preparation to end"; flock 9; }
+flock -n 9 || { say "waiting for another process that prepares the packages …"; flock 9; }
 if [ -d "$root" ]; then
     printf '%s\n' "$root"
     exit 0
@@ -37,16 +36,16 @@ fi
 
 mirror=$(apt-get indextargets --no-release-info --format '$(RELEASE) $(COMPONENT) $(REPO_URI)' 'Created-By: Packages' |
     awk -v suite="$suite" '$1 == suite && $2 == "main" {print $3; exit}')
-[ -n "$mirror" ] || cannot "this machine's apt has no source of ${suite:-its suite} main to fetch them from"
+[ -n "$mirror" ] || cannot "this machine's apt has no source for ${suite:-its release} main; add one to /etc/apt"
 keys=/usr/share/keyrings/debian-archive-keyring.gpg
-[ -r "$keys" ] || cannot "there is no $keys; install debian-archive-keyring"
+[ -r "$keys" ] || cannot "$keys not found; install debian-archive-keyring"
 
 part=$root.part
 rm -rf "$part"
 mkdir -p "$part"/apt/{etc/sources.d,etc/apt.conf.d,etc/preferences.d,lists/partial,cache/archives/partial} "$part/root"
 : >"$part/apt/status"
 printf 'deb [signed-by=%s] %s %s main\n' "$keys" "$mirror" "$suite" >"$part/apt/etc/sources.list"
-# How this machine reaches mirrors, such as a proxy, holds here too.
+# Use this machine's network settings, such as a proxy.
 apt-config dump | grep -E '^Acquire::https?::' >"$part/apt/apt.conf" || true
 cat >>"$part/apt/apt.conf" <<SETTINGS
 APT::Architecture "armhf";
@@ -71,8 +70,8 @@ SETTINGS
 private_apt() { APT_CONFIG=$part/apt/apt.conf apt-get -qq "$@"; }
 fetched=
 for try in 1 2 3; do
-    say "fetching ${packages[*]} for 32-bit ARM (about 60 MB, once; try $try of 3) …"
-    # An old index names packages that are gone: index and packages are fetched together.
+    say "downloading ${packages[*]} for 32-bit ARM (about 60 MB, once; attempt $try of 3) …"
+    # Update the lists each time: old lists may name versions that are no longer on the mirror.
     if private_apt update >"$part/log" 2>&1 &&
         private_apt -y --download-only install "${packages[@]}" >>"$part/log" 2>&1; then
         fetched=yes
@@ -81,7 +80,7 @@ for try in 1 2 3; do
 done
 if [ -z "$fetched" ]; then
     tail -n 5 "$part/log" >&2
-    cannot "the packages cannot be had; the whole log is $part/log"
+    cannot "cannot download the packages; the full log is $part/log"
 fi
 
 archives=("$part"/apt/cache/archives/*.deb)
@@ -90,10 +89,9 @@ for archive in "${archives[@]}"; do
     dpkg-deb -x "$archive" "$part/root"
 done
 
-# Whoever starts this machine's "java" gets it under the emulator, child processes of Java included. The
-# memory settings keep it off the edge of a 32-bit address space; a helper program between the machine and
-# its child processes, the default, could not be started by the kernel. Most runs are short, and under an
-# emulator end sooner without compiling a method; those that are not take -Xmixed.
+# "java" becomes a script that starts the virtual machine under the emulator, also for child processes of Java. The
+# memory settings keep it within a 32-bit address space. VFORK avoids jspawnhelper, an ARM program that the kernel cannot
+# start. Most runs are short and finish sooner without the JIT compiler under an emulator; long ones pass -Xmixed.
 mv "$part/root/$jvm/bin/java" "$part/root/$jvm/bin/java.armhf"
 cat >"$part/root/$jvm/bin/java" <<'SCRIPT'
 #!/bin/sh

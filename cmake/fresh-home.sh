@@ -1,5 +1,5 @@
 #!/bin/sh
-# Runs a command over an empty storage directory: fresh-home.sh FOLDER COMMAND...
+# Runs a command with an empty storage directory: fresh-home.sh FOLDER COMMAND...
 set -eu
 TAVRO_HOME=$1
 shift

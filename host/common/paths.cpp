@@ -40,7 +40,7 @@ std::string home_directory() {
 bool is_platform_path(const char* path) {
     const std::string normal = fs::path(path).lexically_normal().string();
     if (is_below(normal, home_directory())) {
-        return false; // a storage directory may itself lie below /data
+        return false; // a storage directory may itself be below /data
     }
     for (const char* directory : kPlatformDirectories) {
         if (is_below(normal, directory)) {

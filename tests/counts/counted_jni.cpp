@@ -27,7 +27,7 @@ void replace(Table& table) {
     ((table.*Slots = Replacement<Slots>::call), ...);
 }
 
-// The text between two marks that `text` begins and ends with; empty when it does not.
+// Returns the text between the prefix `first` and the suffix `last`, or "" if `text` does not have both.
 std::string between(const std::string& text, const std::string& first, const std::string& last) {
     const bool found = text.size() >= first.size() + last.size() && text.compare(0, first.size(), first) == 0 &&
                        text.compare(text.size() - last.size(), last.size(), last) == 0;
@@ -46,7 +46,7 @@ CountedJni::CountedJni() : table_(*env()->functions) {
             &Table::SetByteArrayRegion, &Table::RegisterNatives>(table_);
     env()->functions = &table_;
     if (JNI_OnLoad(vm(), nullptr) != JNI_VERSION_1_4) {
-        std::fprintf(stderr, "the library cannot be loaded\n");
+        std::fprintf(stderr, "cannot load the library\n");
         std::exit(1);
     }
 }
@@ -62,11 +62,11 @@ void* CountedJni::native(const std::string& cls, const std::string& name, const 
             }
         }
     }
-    std::fprintf(stderr, "there is no native %s.%s%s\n", cls.c_str(), name.c_str(), signature.c_str());
+    std::fprintf(stderr, "native %s.%s%s not found\n", cls.c_str(), name.c_str(), signature.c_str());
     std::exit(1);
 }
 
-void CountedJni::set_asked(test::FakeObject& made) {
+void CountedJni::set_requested(test::FakeObject& made) {
     for (const std::string& call : journal()) {
         const std::string key = between(call, "NewStringUTF(\"", "\")");
         if (!key.empty()) {

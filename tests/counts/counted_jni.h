@@ -1,4 +1,4 @@
-// The fake Java environment of the unit tests, with the library loaded and its natives at hand.
+// The fake Java environment of the unit tests, with the library loaded and its natives callable.
 #pragma once
 
 #include "counting.h"
@@ -21,23 +21,23 @@ public:
         return function(env(), nullptr, arguments...);
     }
 
-    // A record object with a value under every key that `ask` asks it for.
-    template <class Ask>
-    test::FakeObject& with_all_keys(const std::string& name, Ask ask) {
+    // Returns a record object that has a value for every key that `use` queries.
+    template <class Use>
+    test::FakeObject& with_all_keys(const std::string& name, Use use) {
         test::FakeObject& made = object(name);
         std::size_t known = 0;
-        do { // values are asked for only under keys that are there
+        do { // repeat, because some keys are queried only if others exist
             known = made.keys.size();
             clear_journal();
-            ask(made);
-            set_asked(made);
+            use(made);
+            set_requested(made);
         } while (known != made.keys.size());
         return made;
     }
 
 private:
     void* native(const std::string& cls, const std::string& name, const std::string& signature) const;
-    void set_asked(test::FakeObject& made);
+    void set_requested(test::FakeObject& made);
 
     JNINativeInterface_ table_;
 };

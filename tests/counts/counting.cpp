@@ -32,7 +32,7 @@ void count(const std::string& name, const std::function<void()>& operation) {
 
 } // namespace tavro::counts
 
-// The library's allocations come from here, so that they cost the same whatever was allocated before.
+// The library's allocations come from an arena, so that their cost does not depend on earlier allocations.
 void* operator new(std::size_t size) {
     constexpr std::size_t kAlignment = alignof(std::max_align_t);
     void* memory = nullptr;
@@ -61,7 +61,7 @@ void operator delete(void* memory, std::size_t) noexcept { operator delete(memor
 void operator delete[](void* memory) noexcept { operator delete(memory); }
 void operator delete[](void* memory, std::size_t) noexcept { operator delete(memory); }
 
-// What the library calls for malloc and free: it is linked with --wrap.
+// The library calls these instead of malloc and free, because it is linked with --wrap.
 extern "C" {
 void* __wrap_malloc(std::size_t size) { return operator new(size); }
 void __wrap_free(void* memory) { operator delete(memory); }

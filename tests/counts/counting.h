@@ -1,4 +1,4 @@
-// Counts single calls of the library under valgrind --tool=callgrind; see counts.sh.
+// Counts the instructions of single calls under valgrind --tool=callgrind; see counts.sh.
 #pragma once
 
 #include <functional>
@@ -6,7 +6,7 @@
 
 namespace tavro::counts {
 
-// Says, as long as it lives, whether the library runs, or a fake that it calls. The library's allocations are counted.
+// Marks for its scope whether the library or a fake is running. Only the library's allocations are counted.
 class Running {
 public:
     enum class What { kLibrary, kFake };
@@ -19,8 +19,8 @@ private:
     bool before_;
 };
 
-// Calls `operation` twice and counts the second call: prints "NAME allocations NUMBER", and has callgrind dump what the
-// call cost, with the name in the dump's trigger. The first call binds functions and opens lists.
+// Calls `operation` twice and counts the second call, because the first one binds functions and opens lists. Prints
+// "NAME allocations NUMBER" and makes callgrind write a dump with the name in its trigger.
 void count(const std::string& name, const std::function<void()>& operation);
 
 } // namespace tavro::counts

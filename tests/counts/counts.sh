@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Counts the instructions of the hot paths with callgrind and compares them with a baseline:
-# counts.sh PROGRAM LIBRARY BASELINE BUILD [--renew]. BUILD names the compiler and the processor; counts of another one than the
-# baseline's are not compared (exit 77). A rise of more than 3 % fails; a fall of more than 3 % asks for a new baseline.
+# counts.sh PROGRAM LIBRARY BASELINE BUILD [--renew]. BUILD names the compiler and the processor. If the baseline is for
+# another BUILD, nothing is compared (exit 77). An increase of more than 3 % fails. After a decrease of more than 3 % the
+# script asks for a new baseline.
 set -euo pipefail
 program=$1
 library=$(readlink -f "$2")
@@ -13,8 +14,8 @@ renewal='cmake --preset host-tests && cmake --build --preset host-tests --target
 
 baseline_build=$(sed -n 's/^# build: //p' "$baseline" 2>/dev/null) || true
 if [ "$mode" != --renew ] && [ "$build" != "$baseline_build" ]; then
-    echo "skipped: the baseline was counted with '$baseline_build', this build is '$build'; instruction counts of" \
-        "different compilers and processors cannot be compared"
+    echo "skipped: the baseline is for '$baseline_build', this build is '$build'; instruction counts of different" \
+        "compilers and processors cannot be compared"
     exit 77
 fi
 if ! command -v valgrind >/dev/null; then
@@ -24,17 +25,17 @@ fi
 
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
-# The C library chooses its string functions by the processor: here it has no choice.
+# Make the C library use the same string functions on every processor.
 if ! GLIBC_TUNABLES=glibc.cpu.hwcaps=-AVX_Fast_Unaligned_Load,-AVX2,-AVX512F,-AVX512VL,-ERMS,-FSRM,-SSE4_2,-SSSE3 \
     LD_BIND_NOW=1 valgrind --quiet --tool=callgrind --compress-strings=no --compress-pos=no \
     --callgrind-out-file="$folder/out" "$program" >"$folder/allocations" 2>"$folder/log"; then
     cat "$folder/log" >&2
-    echo "$program fails under valgrind, for the reason above" >&2
+    echo "$program failed under valgrind; the reason is above" >&2
     exit 1
 fi
 
-# What the library's own functions cost in a dump, and what they call in the C and C++ libraries: not the program, which
-# has the platform, the Java environment and the allocator.
+# Sums up the instructions of a dump for the library's functions and for the C and C++ library functions that they
+# call. The program, which contains the platform, the Java environment and the allocator, is not counted.
 cost() { # DUMP
     awk -v library="$library" -v program="$(readlink -f "$program")" '
         sub(/^ob=/, "") { object = $0; next }
@@ -47,7 +48,7 @@ cost() { # DUMP
         END { print sum + 0 }' "$1"
 }
 
-# There is one dump for each hot path, which its trigger names.
+# There is one dump per hot path; its trigger contains the path's name.
 while read -r path _ allocations; do
     dump=$(grep -lx "desc: Trigger: Client Request: $path" "$folder"/out.*)
     instructions=$(cost "$dump")
@@ -60,8 +61,8 @@ done <"$folder/allocations" >"$folder/counts"
 
 if [ "$mode" = --renew ]; then
     {
-        echo "# Instructions and allocations of each hot path: those of the library and of the C and C++ library's functions"
-        echo "# that it calls, without the platform's, the Java virtual machine's and the allocator's. To count anew:"
+        echo "# Instructions and allocations of each hot path, in the library and in the C and C++ library functions that it calls."
+        echo "# The platform, the Java virtual machine and the allocator are not counted. To renew:"
         echo "#     $renewal"
         echo "# build: $build"
         cat "$folder/counts"
@@ -71,7 +72,7 @@ if [ "$mode" = --renew ]; then
     exit 0
 fi
 
-# Compares both columns of every path. Exit code: 0 no more than before, 1 more, 3 less.
+# Compares both columns of every path. Exit code: 0 same, 1 more, 3 less.
 status=0
 awk -v tolerance=$tolerance '
     function compare(path, what, before, now) {
@@ -95,8 +96,8 @@ awk -v tolerance=$tolerance '
     }' "$baseline" "$folder/counts" || status=$?
 case $status in
 0) exit 0 ;;
-3) echo "Hot paths cost over $tolerance % less than the baseline says; renew it, so that a later rise shows:" ;;
-*) echo "Hot paths cost over $tolerance % more than the baseline says. If that is wanted, renew the baseline:" ;;
+3) echo "Hot paths cost over $tolerance % less than in the baseline. Renew it, so that a later increase is detected:" ;;
+*) echo "Hot paths cost over $tolerance % more than in the baseline. If that is intended, renew it:" ;;
 esac
 echo "    $renewal"
 [ $status = 3 ]

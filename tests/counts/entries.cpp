@@ -1,4 +1,4 @@
-// Ways into the library that it does not export.
+// Entry points to library functions that are not exported.
 #include "entries.h"
 
 #include "jni/env/record_id.h"

@@ -1,4 +1,4 @@
-// Calls each hot path of the library once where it is counted; see counts.sh.
+// Runs and counts each hot path of the library; see counts.sh.
 #include "counted_jni.h"
 #include "counting.h"
 #include "entries.h"
@@ -23,7 +23,7 @@ constexpr std::size_t kServiceSize = 552;
 
 #define PACKAGE "com/velotra/tv/tavro/services/channellist/"
 
-// Counts an operation, which returns whether it was done: a path that fails costs little.
+// Counts an operation. Exits if it returns false, because a failing path costs less.
 template <class Operation>
 void count(CountedJni& jni, const std::string& name, Operation operation) {
     bool done = true;
@@ -39,7 +39,7 @@ void count(CountedJni& jni, const std::string& name, Operation operation) {
 
 std::size_t size_of(jbyteArray array) { return array == nullptr ? 0 : FakeJni::from(array).bytes.size(); }
 
-// A list class with its natives' names, and the operations that all of them have.
+// The operations that all list classes have.
 class ListClass {
 public:
     ListClass(CountedJni& jni, const char* cls, const std::string& info)

@@ -1,4 +1,4 @@
-// A platform whose calls do next to nothing. Every list has kRecords records, all zero but for the id.
+// A platform whose calls do almost nothing. Every list has kRecords records, which are all zero except the id.
 #include "platform.h"
 
 #include "middleware/channel_id.h"

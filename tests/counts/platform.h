@@ -2,7 +2,7 @@
 
 namespace tavro::counts {
 
-// How many records each list of the platform has.
+// Number of records in every list of the platform.
 inline constexpr int kRecords = 1000;
 
 } // namespace tavro::counts

@@ -1,18 +1,18 @@
 #!/usr/bin/env bash
-# Checks Android.bp with the Android build system's own parser, which Debian has as Go sources:
+# Checks Android.bp with the Android build system's own parser, built from Debian's Go sources:
 # blueprint.sh CHECK ANDROID_BP FOLDER
 #
 #   format    syntax and formatting
 #   modules   module types, properties and the types of their values
 #
-# The checkers are built into FOLDER the first time. Exits with 77 when they cannot be.
+# The first run builds the checkers in FOLDER. Exits with 77 if their packages are missing.
 set -euo pipefail
 here=$(dirname "$(readlink -f "$0")")
 check=$1
 blueprint=$2
 folder=$3
 
-# build NAME PACKAGE|SOURCE: a Go program.
+# build NAME PACKAGE|SOURCE: builds a Go program.
 build() {
     local name=$1 what=$2
     if [ -x "$folder/$name" ] && ! [ "$what" -nt "$folder/$name" ]; then
@@ -36,16 +36,16 @@ mkdir -p "$folder"
 case $check in
 format)
     build bpfmt github.com/google/blueprint/bpfmt
-    # It lists files whose formatting differs, and exits with 0 all the same.
+    # -l lists files whose formatting differs and exits with 0 even then.
     differing=$("$folder/bpfmt" -l "$blueprint")
     if [ -n "$differing" ]; then
         "$folder/bpfmt" -d "$blueprint"
-        echo "Android.bp is not formatted as bpfmt does; the lines above show how"
+        echo "Android.bp is not formatted like bpfmt's output; the lines above show the difference"
         exit 1
     fi
     sed 's/^}$//' "$blueprint" >"$broken"
     ! "$folder/bpfmt" -l "$broken" >/dev/null 2>&1 || {
-        echo "bpfmt accepts an unfinished module: its answer about Android.bp means nothing"
+        echo "bpfmt accepts an unfinished module, so its result for Android.bp means nothing"
         exit 1
     }
     ;;
@@ -55,14 +55,14 @@ modules)
     for mistake in 's/cc_library_shared/cc_library_sharde/' 's/vendor: true/vendro: true/' 's/"32"/32/'; do
         sed "$mistake" "$blueprint" >"$broken"
         ! cmp -s "$blueprint" "$broken" && ! "$folder/check-modules" "$broken" >/dev/null 2>&1 || {
-            echo "the checker accepts Android.bp changed by $mistake: its answer means nothing"
+            echo "the checker accepts Android.bp changed by $mistake, so its result means nothing"
             exit 1
         }
     done
     ;;
 *)
-    echo "unknown check $check" >&2
-    exit 1
+    echo "blueprint.sh: unknown check '$check': use format or modules" >&2
+    exit 2
     ;;
 esac
-echo "Android.bp passes the check of its $check"
+echo "Android.bp passes the check '$check'"

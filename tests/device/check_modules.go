@@ -1,5 +1,5 @@
-// Reads Android build files with the build system's own C and C++ module types: an unknown module type,
-// an unknown property or a value of the wrong type is an error.
+// Parses Android build files with the build system's own C and C++ module types. Unknown module types, unknown properties
+// and values of the wrong type are errors.
 package main
 
 import (

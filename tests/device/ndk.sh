@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds the library as an NDK would, and checks what a device's loader will see: ndk.sh FOLDER
+# Builds the library like an NDK and checks what a device's loader will see: ndk.sh FOLDER
 set -euo pipefail
 here=$(dirname "$(readlink -f "$0")")
 root=$(cd "$here/../.." && pwd)
@@ -23,10 +23,10 @@ mkdir -p "$folder"
 
 configure() { cmake -S "$root" -B "$1" -G Ninja -DCMAKE_BUILD_TYPE=Release "${@:2}" >"$log" 2>&1; }
 same() { # WHAT EXPECTED FOUND
-    diff <(printf '%s\n' "$2") <(printf '%s\n' "$3") || fail "$1 (>) differ from what they should be (<)"
+    diff <(printf '%s\n' "$2") <(printf '%s\n' "$3") || fail "unexpected $1: found (>), expected (<)"
 }
 
-# Builds with the device's libraries named or, with "", without.
+# build_and_check LIBRARIES: builds with TAVRO_PLATFORM_LIBRARIES set to LIBRARIES, which may be empty.
 build_and_check() {
     local toolchain=$here/android.toolchain.cmake
     configure "$build" -DCMAKE_TOOLCHAIN_FILE="$toolchain" -DANDROID_ABI=armeabi-v7a -DTAVRO_PLATFORM_LIBRARIES="$1" &&
@@ -34,29 +34,29 @@ build_and_check() {
     local dynamic symbols
     dynamic=$(readelf -dW "$library")
     symbols=$(nm -D "$library")
-    same "the libraries needed" \
+    same "needed libraries" \
         "libcutils.so liblog.so libvelotra_tv_basic.so libvelotra_tv_services.so libvelotra_tv_svl_builder.so" \
         "$(sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p' <<<"$dynamic" | sort | paste -sd' ')"
-    same "the library's own names" libvelotra_tavro_channellist.so \
+    same "library name" libvelotra_tavro_channellist.so \
         "$(sed -n 's/.*(SONAME).*\[\(.*\)\]/\1/p' <<<"$dynamic")"
-    same "the exported symbols" JNI_OnLoad "$(awk '$2 != "U" {print $3}' <<<"$symbols")"
-    same "the platform's functions left undefined" "$(sort "$root/include/platform/symbols.txt")" \
+    same "exported symbols" JNI_OnLoad "$(awk '$2 != "U" {print $3}' <<<"$symbols")"
+    same "undefined platform functions" "$(sort "$root/include/platform/symbols.txt")" \
         "$(awk '$1 == "U" {print $2}' <<<"$symbols" | grep -E '^(x_|fs_|__android_|property_)' | sort)"
 }
 
 build_and_check ""
-# The same with libraries given as a device tree would: those of link/ will do.
+# Again with libraries given like in a device tree; copies of the stubs in link/ are enough.
 rm -rf "$folder/given"
 cp -r "$build/link" "$folder/given"
 build_and_check "$(printf '%s;' "$folder"/given/*.so)"
 
-# 32-bit ARM code that passes floating point numbers as the Android ABI does, in integer registers.
+# The code must be 32-bit ARM with soft-float calls, like the Android ABI.
 header=$(readelf -hW "$library")
-grep -q 'Class: *ELF32' <<<"$header" && grep -q 'Machine: *ARM' <<<"$header" || fail "not 32-bit ARM:" "$header"
-! readelf -AW "$library" | grep 'Tag_ABI_VFP_args' || fail "floating point numbers pass in VFP registers"
+grep -q 'Class: *ELF32' <<<"$header" && grep -q 'Machine: *ARM' <<<"$header" || fail "the library is not 32-bit ARM:" "$header"
+! readelf -AW "$library" | grep 'Tag_ABI_VFP_args' || fail "the library passes floating point numbers in VFP registers"
 
-# Nothing else than a 32-bit library can be made.
-! configure "$folder/64" -DANDROID=ON || fail "a 64-bit device build was configured; it must be refused"
-grep -q -e '-DANDROID_ABI=armeabi-v7a' "$log" || fail "the refusal of 64 bits does not help:" "$(cat "$log")"
+# A 64-bit configuration must be refused.
+! configure "$folder/64" -DANDROID=ON || fail "a 64-bit device build was configured, but must be refused"
+grep -q -e '-DANDROID_ABI=armeabi-v7a' "$log" || fail "the error for 64 bits does not name -DANDROID_ABI=armeabi-v7a:" "$(cat "$log")"
 
 echo "built for armeabi-v7a: exports JNI_OnLoad, needs the five platform libraries, soft-float calls"

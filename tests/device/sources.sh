@@ -1,6 +1,5 @@
 #!/usr/bin/env bash
-# Checks that Android.bp builds the library from the sources that CMake builds it from:
-# sources.sh ANDROID_BP SOURCE...
+# Checks that Android.bp lists the same sources as CMakeLists.txt: sources.sh ANDROID_BP SOURCE...
 set -euo pipefail
 blueprint=$1
 shift
@@ -18,7 +17,7 @@ while read -r source; do
     wrong=1
 done < <(comm -23 <(listed) <(built "$@"))
 [ $wrong = 0 ] || {
-    echo "CMakeLists.txt (channellist_objects) and Android.bp name different sources."
+    echo "CMakeLists.txt (channellist_objects) and Android.bp list different sources."
     exit 1
 }
-echo "Android.bp and CMakeLists.txt name the same $# sources"
+echo "Android.bp and CMakeLists.txt list the same $# sources"

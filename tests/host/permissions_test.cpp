@@ -1,4 +1,4 @@
-// Storage that may not be written, or that something else stands in the place of.
+// Storage without write permission, or with directories in place of files.
 #include "child_process.h"
 #include "kinds.h"
 #include "sandbox.h"

@@ -1,5 +1,5 @@
 // Counts the local references that a thread's natives hold (class References). Loading this library replaces the
-// virtual machine's JNI function table through JVMTI; on threads that do not count, the functions just pass calls on.
+// virtual machine's JNI function table through JVMTI; on threads without a count the functions only pass calls on.
 
 #include <jni.h>
 
@@ -17,8 +17,8 @@ using Table = JNINativeInterface_;
 
 Table original;
 
-// The local references of one thread, by the function that made each. Java code that a native calls, and the natives
-// that this code calls in turn, have references of their own: those are not counted.
+// The local references of one thread, by the JNI function that created each. References of Java code that a native
+// calls, and of natives called from there, are not counted.
 class Count {
 public:
     void begin() {
@@ -41,7 +41,7 @@ public:
             maximum_by_ = live_by_;
         }
     }
-    // A reference that is not known here is an argument of the native.
+    // Ignores unknown references, which are arguments of the native.
     void remove(jobject reference) {
         for (std::size_t i = frames_.size(); counts() && i-- > 0;) {
             const auto found = frames_[i].find(reference);
@@ -67,7 +67,7 @@ public:
     }
 
     int maximum() const { return maximum_; }
-    // "12 NewStringUTF, 3 GetObjectClass": what lived at the first maximum.
+    // The live references when the maximum was first reached: "12 NewStringUTF, 3 GetObjectClass".
     std::string maximum_by_function() const {
         std::string text;
         for (const auto& [made_by, number] : maximum_by_) {
@@ -96,7 +96,7 @@ private:
 
 thread_local Count count;
 
-// While it lives, the virtual machine may run Java code on this thread.
+// Marks a scope in which the virtual machine may run Java code on this thread.
 struct InJava {
     InJava() { count.enter_java(); }
     ~InJava() { count.leave_java(); }
@@ -105,7 +105,7 @@ struct InJava {
 template <class Result>
 constexpr bool kIsReference = std::is_convertible_v<Result, jobject>;
 
-// Calls through to the function in a slot of the table, and counts the reference that it returns.
+// Calls the original function of a slot and counts the reference that it returns.
 template <class Result, class... Arguments, class... Given>
 Result pass_on(const char* name, Result (JNICALL* Table::*slot)(JNIEnv*, Arguments...), JNIEnv* env, Given... given) {
     if constexpr (std::is_void_v<Result>) {
@@ -123,7 +123,7 @@ Result pass_on(const char* name, Result (JNICALL* Table::*slot)(JNIEnv*, Argumen
     }
 }
 
-// A replacement for a slot with a fixed number of arguments.
+// Replacement for a slot with a fixed number of arguments.
 template <auto Slot>
 struct Fixed;
 template <class Result, class... Arguments, Result (JNICALL* Table::*Slot)(JNIEnv*, Arguments...)>
@@ -137,7 +137,7 @@ struct EndOf {
     ~EndOf() { va_end(arguments); }
 };
 
-// A replacement for a variadic slot, which goes through the slot that takes a va_list.
+// Replacement for a variadic slot; it calls the slot that takes a va_list.
 template <auto Slot, auto SlotV>
 struct Variadic;
 template <class Result, class Object, Result (JNICALL* Table::*Slot)(JNIEnv*, Object, jmethodID, ...),
@@ -198,7 +198,7 @@ void replace_functions(Table& table) {
     CALLS(CallNonvirtual##TYPE##Method);                                                                               \
     CALLS(CallStatic##TYPE##Method)
 
-    // Functions that return a local reference, or run Java code, or both.
+    // Functions that return a local reference or may run Java code.
     CALLS_OF_TYPE(Object);
     CALLS_OF_TYPE(Boolean);
     CALLS_OF_TYPE(Byte);

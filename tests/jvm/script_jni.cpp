@@ -1,4 +1,4 @@
-// Hands the scripted platform's control to Java tests (class Script).
+// Makes the control of the scripted platform available to Java tests (class Script).
 
 #include "script.h"
 

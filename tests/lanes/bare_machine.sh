@@ -2,13 +2,13 @@
 # Runs the README's two commands on a bare Debian machine: bare_machine.sh [root|user]
 #
 #   root   as root: ./tavro demo, then ./tavro test --quick
-#   user   as a user without sudo: each command fails first and prints one line; after root has run that line,
+#   user   as a user without sudo: each command first fails and prints one line; after root has run that line,
 #          the command passes
 #
-# Without an argument, both. Each part gets a fresh root folder of this machine's own release with nothing but
-# git and CA certificates, and a clone of HEAD. The unpacked base and the downloaded packages are kept below
-# ${XDG_CACHE_HOME:-~/.cache}/tavro. Exit 77: skipped, without root or on a machine that is not a Debian machine;
-# everything else that is in the way is a failure.
+# Without an argument, runs both. Each part gets a new root directory with a minimal Debian of this machine's release, git
+# and CA certificates, and a clone of HEAD. The base system and the downloaded packages are cached below
+# ${XDG_CACHE_HOME:-~/.cache}/tavro. Exits with 77 (skipped) if not run as root or not on Debian. Every other problem is a
+# failure.
 set -euo pipefail
 
 skip() {
@@ -19,7 +19,7 @@ log=
 fail() {
     printf 'FAILED: %s\n' "$*"
     if [ -s "$log" ]; then
-        echo "The end of the output of the last step:"
+        echo "The last lines of output:"
         tail -n 60 "$log" | sed 's/^/    /'
     fi
     exit 1
@@ -29,25 +29,25 @@ parts=("$@")
 [ $# -gt 0 ] || parts=(root user)
 for part in "${parts[@]}"; do
     [ "$part" = root ] || [ "$part" = user ] || {
-        echo "bare_machine.sh takes root or user, not '$part'" >&2
+        echo "bare_machine.sh: unknown argument '$part': use root or user" >&2
         exit 2
     }
 done
 
 if [ "${TAVRO_BARE_NAMESPACE:-}" != yes ]; then
-    [ "$(id -u)" = 0 ] || skip "only root can make a bare machine; this is user $(id -un)"
+    [ "$(id -u)" = 0 ] || skip "only root can create a bare machine; this is user '$(id -un)'"
     [ "$(. /etc/os-release && printf '%s' "${ID:-}")" = debian ] || skip "this is not a Debian machine"
-    # Mounts and processes of a namespace of their own end with it, even when this script is killed.
+    # In its own namespaces, all mounts and processes end with this script, even if it is killed.
     namespace=(unshare --mount --pid --fork --kill-child)
     reason=$("${namespace[@]}" true 2>&1) ||
-        fail "a mount namespace is needed, but '${namespace[*]}' fails: $reason; allow it, for example with CAP_SYS_ADMIN"
+        fail "cannot create a mount namespace: '${namespace[*]}' failed: $reason; allow it, for example with CAP_SYS_ADMIN"
     export TAVRO_BARE_NAMESPACE=yes
     exec "${namespace[@]}" bash "$0" "$@"
 fi
 
 checkout=$(git -C "$(dirname "$(readlink -f "$0")")" rev-parse --show-toplevel)
 suite=$(. /etc/os-release && printf '%s' "$VERSION_CODENAME")
-recipe=1 # counts up when the base changes
+recipe=1 # increase when the base changes
 cache=${XDG_CACHE_HOME:-$HOME/.cache}/tavro
 base=$cache/bare-$suite-$recipe.tar
 packages=$cache/bare-packages-$suite
@@ -55,20 +55,20 @@ work=$cache/bare-work
 log=$work/log
 mkdir -p "$cache" "$packages/partial"
 
-# One run at a time: they share the folders above.
+# One run at a time, because runs share the folders above.
 exec 9>"$cache/bare.lock"
 flock -n 9 || {
-    echo "waiting for another run of the bare machine …"
+    echo "Waiting for another run of the bare machine to finish …"
     flock 9
 }
 
 clean() {
-    mount -t proc proc /proc 2>/dev/null || true # this namespace's own list of mounts
+    mount -t proc proc /proc 2>/dev/null || true # for this namespace's list of mounts
     local point
     awk -v work="$work/" 'index($2, work) == 1 {print $2}' /proc/self/mounts | tac | while read -r point; do
         umount "$point" || umount --lazy "$point"
     done
-    ! grep -q " $work/" /proc/self/mounts || { echo "mounts are left below $work" >&2; return 1; }
+    ! grep -q " $work/" /proc/self/mounts || { echo "mounts remain below $work" >&2; return 1; }
     rm -rf --one-file-system "$work"
 }
 trap clean EXIT
@@ -77,7 +77,7 @@ trap 'exit 143' TERM
 clean
 mkdir -p "$work"
 
-# step TEXT COMMAND...: runs a command, its output in the log, and prints how long it took.
+# step TEXT COMMAND...: runs a command with its output in the log, and prints how long it took.
 step() {
     local text=$1 start=$SECONDS status=0
     shift
@@ -89,25 +89,25 @@ step() {
 
 update_lists() { step "Updating this machine's package lists" apt-get -qq -o DPkg::Lock::Timeout=600 update; }
 
-# This machine's Debian sources as "URI RELEASE COMPONENT"; other vendors' sources stay behind.
+# Prints this machine's Debian sources as "URI RELEASE COMPONENT", without other vendors' sources.
 debian_sources() {
     apt-get indextargets --format '$(ORIGIN) $(REPO_URI) $(RELEASE) $(COMPONENT)' 'Created-By: Packages' |
         awk '$1 == "Debian" {print $2, $3, $4}' | sort -u
 }
 sources=$(debian_sources)
 if [ -z "$sources" ]; then
-    update_lists || true # the sources that answered may be enough
+    update_lists || true # the reachable sources may be enough
     sources=$(debian_sources)
 fi
 mirror=$(awk -v suite="$suite" '$2 == suite && $3 == "main" {print $1; exit}' <<<"$sources")
-[ -n "$mirror" ] || fail "this machine's apt has no Debian source of $suite main; add one to /etc/apt"
+[ -n "$mirror" ] || fail "this machine's apt has no source for Debian $suite main; add one to /etc/apt"
 
 install_debootstrap() {
     step "Installing debootstrap" apt-get -qq -y -o DPkg::Lock::Timeout=600 install --no-install-recommends debootstrap
 }
 make_base() {
     local part=$work/base
-    # One chain: errexit does not hold in a function whose status is tested.
+    # One chain of &&, because errexit is off in a function whose status is tested.
     debootstrap --variant=minbase --include=ca-certificates,git "$suite" "$part" "$mirror" &&
         rm -rf "$part"/var/cache/apt/archives/*.deb "$part"/var/lib/apt/lists/* &&
         tar -C "$part" --numeric-owner -cf "$base.part" . &&
@@ -115,12 +115,12 @@ make_base() {
         rm -rf --one-file-system "$part"
 }
 
-# fresh_root: a bare machine in $root with a clone of HEAD in $home/tavro, owned by OWNER.
+# Creates a bare machine in $root with a clone of HEAD in $home/tavro, owned by OWNER.
 fresh_root() { # OWNER
     mkdir -p "$root"
     tar -C "$root" --numeric-owner -xpf "$base"
     sed 's/^/deb /' <<<"$sources" >"$root/etc/apt/sources.list"
-    # How this machine reaches its mirrors, such as a proxy, holds there too.
+    # Use this machine's network settings, such as a proxy.
     apt-config dump | grep -E '^Acquire::(https?|ftp|Retries|Check-|ForceIPv|Languages|AllowInsecure)' \
         >"$root/etc/apt/apt.conf.d/50machine" || true
     cp -L /etc/resolv.conf "$root/etc/resolv.conf"
@@ -140,7 +140,7 @@ drop_root() {
     rm -rf --one-file-system "$root"
 }
 
-# there USER COMMAND...: runs a command on the bare machine, in the clone, with nothing of this environment.
+# there USER COMMAND...: runs a command in the clone on the bare machine, with a clean environment.
 there() {
     local user=$1
     shift
@@ -150,7 +150,7 @@ there() {
 
 as_root() {
     root=$work/root home=/root
-    step "Unpacking a bare $suite" fresh_root root || fail "the bare machine"
+    step "Unpacking a bare $suite" fresh_root root || fail "cannot unpack the bare machine"
     step "as root: ./tavro demo" there root ./tavro demo || fail "./tavro demo as root"
     grep -q 'All .* checks passed' "$log" || fail "./tavro demo as root ran no checks"
     step "as root: ./tavro test --quick" there root ./tavro test --quick || fail "./tavro test --quick as root"
@@ -158,20 +158,20 @@ as_root() {
     step "Removing it" drop_root
 }
 
-# A command that has to fail, print one line for root, and pass once root has run that line.
+# Runs a command that must fail, print one line for root, and pass after root has run that line.
 two_attempts() { # COMMAND...
     local status=0 line
     step "as a user: $*, packages missing" there user "$@" || status=$?
     line=$(grep -E '^ *apt-get update && apt-get install' "$log" || true)
-    [ "$status" = 1 ] || fail "$* without packages exits with $status, not 1"
-    [ "$(grep -c . <<<"$line")" = 1 ] || fail "$* without packages does not print one line for root"
-    step "as root: the line that it printed" there root bash -c "$line" || fail "$line"
-    step "as a user: $*" there user "$@" || fail "$* as a user, after the line was run"
+    [ "$status" = 1 ] || fail "$* without packages: exit code $status, not 1"
+    [ "$(grep -c . <<<"$line")" = 1 ] || fail "$* without packages did not print exactly one line for root"
+    step "as root: the printed line" there root bash -c "$line" || fail "$line"
+    step "as a user: $*" there user "$@" || fail "$* as a user, after root has run the line"
 }
 
 as_user() {
     root=$work/user home=/home/user
-    step "Unpacking a bare $suite" fresh_root user || fail "the bare machine"
+    step "Unpacking a bare $suite" fresh_root user || fail "cannot unpack the bare machine"
     two_attempts ./tavro demo
     grep -q 'All .* checks passed' "$log" || fail "./tavro demo as a user ran no checks"
     two_attempts ./tavro test --quick
@@ -181,13 +181,13 @@ as_user() {
 
 commit=$(git -C "$checkout" rev-parse HEAD)
 printf 'Bare machine: Debian %s, commit %s\n' "$suite" "$(git -C "$checkout" log -1 --format='%h %s' | cut -c 1-60)"
-[ -z "$(git -C "$checkout" status --porcelain)" ] || echo "Changes that are not committed are not part of it."
+[ -z "$(git -C "$checkout" status --porcelain)" ] || echo "Uncommitted changes are not tested."
 if [ ! -f "$base" ]; then
     if ! command -v debootstrap >/dev/null && ! install_debootstrap; then
-        update_lists || true # old lists name versions that are gone
-        install_debootstrap || fail "debootstrap cannot be installed"
+        update_lists || true # old lists may name versions that are no longer on the mirror
+        install_debootstrap || fail "cannot install debootstrap"
     fi
-    step "Making a bare $suite" make_base || fail "debootstrap failed"
+    step "Creating a bare $suite" make_base || fail "debootstrap failed"
 fi
 for part in "${parts[@]}"; do
     "as_$part"

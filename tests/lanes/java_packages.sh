@@ -1,6 +1,6 @@
 #!/bin/bash
-# Checks the imports between the packages of the Java side: a class may import from its own package and from those before
-# it in the order below. A package that is missing in the order is an error too.
+# Checks imports between Java packages: a class may import from its own package and from packages that come before it in
+# the order below. A package that is missing from the order is an error, too.
 #
 # Usage: java_packages.sh SOURCE_ROOT
 set -euo pipefail
@@ -17,7 +17,7 @@ BEGIN {
     package = substr($2, length(base) + 1, length($2) - length(base) - 1)
     if (!(package in rank)) error("package " package " has no place in the order of tests/lanes/java_packages.sh")
 }
-# The name up to the first part that begins with a capital is the package.
+# The package is the name up to the first part that begins with a capital letter.
 /^import / && index($0, base) {
     name = $NF
     sub(/\.[A-Z].*/, "", name)
@@ -30,6 +30,6 @@ function error(text) {
     errors++
 }
 END {
-    if (!imports) print "no import was found; is SOURCE_ROOT right?"
+    if (!imports) print "no imports found; check SOURCE_ROOT"
     exit errors > 0 || !imports
 }' || exit 1

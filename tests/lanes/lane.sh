@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds one preset with its tests and runs the quick ones: lane.sh PRESET. Exit 77: it was skipped, for a reason that it prints.
+# Builds a preset with its tests and runs the quick ones: lane.sh PRESET. Exits with 77 if skipped, and prints the reason.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 preset=$1
@@ -7,19 +7,19 @@ if [ "$preset" = arm ]; then
     status=0
     cmake/armhf-root.sh >/dev/null || status=$?
     if [ $status = 3 ]; then
-        echo "skipped: the 32-bit ARM packages cannot be had, for the reason above"
+        echo "skipped: cannot get the 32-bit ARM packages; the reason is above"
         exit 77
     fi
 fi
 cmake --preset "$preset-tests" >/dev/null
 cmake --build --preset "$preset-tests" -- --quiet
 select=()
-# ThreadSanitizer and a Java virtual machine do not get along without suppressions of the latter: that
-# lane runs the C++ tests. Style and layout do not depend on the build; which symbols a library leaves
-# undefined does, on the compiler's own libraries and the sanitizers.
+# Style and layout do not depend on the build. Undefined symbols do: they depend on the compiler's libraries and the
+# sanitizers.
 exclude='^(style|layout|library)\.'
 [ "$preset" != arm ] || exclude='^(style|layout)\.'
-# The Java side's own tests make no difference between two compilers of the library.
+# The Java side's own tests do not depend on the compiler of the library.
 [ "$preset" != clang ] || exclude='^(style|layout|library|java)\.'
+# ThreadSanitizer reports races inside the Java virtual machine, so that lane runs only the C++ tests.
 [ "$preset" != tsan ] || select=(-R '^(unit|host)\.')
 ctest --test-dir "build/$preset" -L quick -E "$exclude" "${select[@]}" --output-on-failure -j 2

@@ -1,18 +1,18 @@
 #!/usr/bin/env bash
-# Compares what two builds of the library make of the same Java calls: same_records.sh BUILD BUILD
-# (folders of CMake builds). Both run the demo on its real service lists and fill lists of every kind; the
-# records must be equal byte for byte. Then each stores all its lists, and the other loads the files.
+# Compares the records that two builds of the library make from the same Java calls: same_records.sh BUILD BUILD (CMake
+# build folders). Both run the demo and fill lists of every kind; the records must be equal byte for byte. Then each
+# stores all its lists, and the other loads the files.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 vdr=$PWD/build/sources/vdr/unpacked
 area=$PWD/build/same-records
 rm -rf "$area"
 [ -f "$2/lib/tavro-jvm-tests.jar" ] || {
-    echo "skipped: there is no build in $2"
+    echo "skipped: no build in $2"
     exit 77
 }
 
-# java_of BUILD CLASS ARGUMENT...: runs a class over the build's library with the build's own Java.
+# java_of BUILD CLASS ARGUMENT...: runs a class with the build's library and Java.
 java_of() {
     local build=$1 java
     shift
@@ -39,15 +39,15 @@ load_lists() { # BUILD FILES NAME
     dump >"$area/$3/records"
 }
 
-# Every record of the storage directory, in list order.
+# Prints every record of the storage directory, in list order.
 dump() {
     sqlite3 -readonly "$TAVRO_HOME/lists.db" \
         'SELECT kind, list_id, record_id, hex(bytes) FROM records ORDER BY kind, list_id, position'
 }
 
-same() { # NAME: its records against the first build's
+same() { # NAME: compares its records with the first build's
     if ! cmp -s "$area/first/records" "$area/$1/records"; then
-        echo "records of '$1' differ from those of the first build (kind|list|record|bytes):"
+        echo "the records of '$1' differ from the first build's (kind|list|record|bytes):"
         diff "$area/first/records" "$area/$1/records" | cut -c 1-200 | head -n 10
         exit 1
     fi
@@ -65,7 +65,7 @@ counts=$(cut -d '|' -f 1 "$area/first/records" | sort -n | uniq -c |
     awk '{split("services streams networks satellites", name); printf "%s%d %s", (NR > 1 ? ", " : ""), $1, name[$2]}')
 kinds=$(cut -d '|' -f 1 "$area/first/records" | sort -u | wc -l)
 [ "$kinds" = 4 ] || {
-    echo "only $kinds of 4 kinds of lists were compared: $counts"
+    echo "only $kinds of 4 list kinds were compared: $counts"
     exit 1
 }
-echo "equal byte for byte, and read from each other's list files: $counts"
+echo "equal byte for byte, and readable from each other's list files: $counts"

@@ -1,14 +1,14 @@
 #!/usr/bin/env bash
-# Compares which tests passed in two builds, after both have run them: same_tests.sh BUILD BUILD. Prints one line
-# with the counts and fails unless every test of C++ and Java that passed in one passed in the other.
+# Compares which tests passed in two builds, after both have run: same_tests.sh BUILD BUILD. Prints one line with the
+# counts. Fails unless the same C++ and Java tests passed in both.
 set -euo pipefail
 
-# The tests that passed, one a line: "C++ SUITE.TEST", "Java CLASS.METHOD". Of the outputs that CTest keeps, a
-# GoogleTest program names its tests itself and JUnit draws a tree; those of jvm.checked ran in other entries too.
+# Prints the tests that passed, one per line: "C++ SUITE.TEST" or "Java CLASS.METHOD". They are taken from the output of
+# GoogleTest and JUnit in CTest's log. jvm.checked is left out, because its tests also run in other entries.
 passed() {
     local log=$1/Testing/Temporary/LastTest.log
     [ -f "$log" ] || {
-        echo "there is no $log; run the tests of that build" >&2
+        echo "$log not found; run the tests of that build first" >&2
         exit 1
     }
     awk '

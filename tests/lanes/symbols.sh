@@ -1,17 +1,17 @@
 #!/usr/bin/env bash
-# Checks what a built library exports and what it leaves to the platform: symbols.sh LIBRARY LIST
+# Checks a library's exported symbols and undefined platform functions: symbols.sh LIBRARY LIST
 set -euo pipefail
 library=$1
 list=$2
 
 exported=$(nm -D --defined-only "$library" | awk '{print $3}')
 if [ "$exported" != JNI_OnLoad ]; then
-    printf 'exported symbols should be JNI_OnLoad alone, but are:\n%s\n' "$exported"
+    printf 'the library must export only JNI_OnLoad, but exports:\n%s\n' "$exported"
     exit 1
 fi
 
-# Of what is undefined, the platform's functions are those that no C or C++ library of this compiler has;
-# those name their version, but for libc++'s and the sanitizers' own.
+# The platform's functions are the undefined symbols that remain without those of the C and C++ libraries (which have
+# symbol versions, except libc++'s) and of the sanitizers.
 undefined=$(nm -D --undefined-only "$library" | awk '$1 == "U" {print $2}' |
     grep -vE '@(GLIBC|GLIBCXX|CXXABI|CXXABI_ARM|GCC)_[0-9.]+$' | grep -vE '^(_Z|__cxa_|__gxx_|__asan|__ubsan|__tsan)' | sort)
 if ! diff <(sort "$list") <(printf '%s\n' "$undefined"); then

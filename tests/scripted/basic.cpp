@@ -1,4 +1,4 @@
-// The scripted file helpers.
+// The scripted file functions.
 #include "middleware/files.h"
 #include "recorder.h"
 

@@ -1,4 +1,4 @@
-// How the scripted platform functions write their journal text and fetch their answer.
+// Used by the scripted platform's functions to write the journal and to get their replies.
 #pragma once
 
 #include "script.h"
@@ -12,24 +12,24 @@
 
 namespace tavro::script {
 
-// A handle or a mask: written in hexadecimal.
+// A handle or a mask, which is written in hexadecimal.
 struct Hex {
     std::uint32_t value;
 };
 
-// A record that is handed in; null or the first of `bytes` bytes.
+// An input record: null, or a pointer to `bytes` bytes.
 struct RecordArgument {
     const void* data;
     std::size_t bytes;
 };
 
-// Appends an entry to the journal. `observe`d tests see it here.
+// Appends an entry to the journal and calls the observer.
 void append(Entry entry);
 
-// The answer to one call of that name: the first queued, else the lasting one, else none.
+// The reply for one call of that name: the next queued one, else the one set by `always`, else none.
 std::optional<Answer> take(const std::string& call);
 
-// The property that was set, else none. Journals the question when that is on.
+// The property's value, if it was set. Records the call if `journal_properties` is on.
 std::optional<std::string> property(const std::string& name, const std::string& default_value);
 
 std::string text_of(Hex value);
@@ -40,11 +40,11 @@ std::enable_if_t<std::is_integral_v<Number>, std::string> text_of(Number number)
     return std::to_string(number);
 }
 
-// Journals "NAME(arguments)" with the bytes of `record` and returns the call's answer, if any.
+// Records "NAME(arguments)" with the bytes of `record` and returns the call's reply, if any.
 std::optional<Answer> play(const std::string& name, const std::vector<std::string>& arguments,
                            RecordArgument record = {nullptr, 0});
 
-// The same for a call without a record.
+// Like `play`, for a call without a record.
 template <class... Arguments>
 std::optional<Answer> ask(const std::string& name, Arguments... arguments) {
     return play(name, {text_of(arguments)...});

@@ -17,7 +17,7 @@ struct Script {
     std::function<void(const std::string&)> observer;
 };
 
-// Never destroyed: log lines are written until the very end of the process.
+// Never destroyed, because log lines are written until the process exits.
 Script& script() {
     static Script& instance = *new Script;
     return instance;

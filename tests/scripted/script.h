@@ -1,18 +1,18 @@
-// Control of the scripted platform: what its functions answer, and what was asked of them.
+// Control of the scripted platform: sets what its functions return, and tells which calls were made.
 //
-// The scripted libraries carry the platform's file names and stand in lib/scripted of the build
-// folder; LD_LIBRARY_PATH=.../lib/scripted chooses them at load time. A test links script_control
-// and drives them through these functions. All of them may be called from any thread.
+// The scripted libraries have the platform's file names and are in lib/scripted of the build folder;
+// LD_LIBRARY_PATH=.../lib/scripted selects them at load time. Tests link script_control and use these functions, which
+// are thread-safe.
 //
-// Journal texts hold the inputs in the prototype's order, out parameters left out: handles and masks
-// in hexadecimal, other numbers in decimal, texts in double quotes, a record as `record` or `null`:
+// A journal text contains the input arguments in order, without output parameters. Handles and masks are hexadecimal,
+// other numbers decimal; strings are in double quotes; a record is `record` or `null`:
 //
 //     x_svl_add_rec(0x10001, record)
 //     x_svl_get_rec_by_brdcst_type(0x10001, 0, 0xffffffff, 3)
-//     log 3 TAG: TEXT              (`-` for a null tag; TEXT as it was written, newlines too)
+//     log 3 TAG: TEXT              (`-` for a null tag; TEXT as written, including newlines)
 //
-// Without a script a call succeeds: open and create give the handle kind << 16 | list id (kind 1 svl,
-// 2 tsl, 3 nwl, 4 satl), qry_rec_id gives 1, everything else gives 0, and records stay as they are.
+// Calls that are not scripted succeed: open and create return the handle kind << 16 | list id (kind 1 svl, 2 tsl, 3
+// nwl, 4 satl), qry_rec_id returns 1, everything else returns 0, and output records are not written.
 #pragma once
 
 #include "middleware/types.h"
@@ -27,43 +27,42 @@
 
 namespace tavro::script {
 
-// What one call answers. Out values are written when the status is 0 or when `value` is named;
-// the record is written whatever the status.
+// The reply to one call. Output values are written if the status is 0 or `value` is set; the record is always written.
 struct Answer {
     MwStatus status = 0;
-    std::optional<std::uint32_t> value{}; // handle, record id, count, channel id or index, as the call has it
-    std::vector<std::byte> record{};      // the out record's first bytes; empty leaves it alone
+    std::optional<std::uint32_t> value{}; // handle, record id, count, channel id or index, depending on the call
+    std::vector<std::byte> record{};      // first bytes of the output record; if empty, it is not written
     std::int32_t version = 0;             // list version
-    std::array<std::uint32_t, 3> words{}; // fs_raw_qry_fpath's description
+    std::array<std::uint32_t, 3> words{}; // output of fs_raw_qry_fpath
 };
 
-// One call.
+// One recorded call.
 struct Entry {
     std::string text;
-    std::vector<std::byte> record{}; // what add_rec or update_rec was given; empty otherwise
+    std::vector<std::byte> record{}; // input of add_rec or update_rec; empty for other calls
 };
 
-// Forgets journal, answers, properties and observer, and stops journalling properties.
+// Clears the journal, replies, properties and observer, and stops recording property_get.
 void reset();
 
-// Gives the next unanswered call of that name ("x_svl_open") this answer.
+// Queues the reply to one call of that name, such as "x_svl_open".
 void answer(const std::string& call, Answer answer);
 
-// Gives every call of that name this answer while none is queued for it.
+// Sets the reply to every call of that name for which none is queued.
 void always(const std::string& call, Answer answer);
 
-// The calls so far in their order, and their texts alone.
+// The recorded calls in order, and only their texts.
 std::vector<Entry> journal();
 std::vector<std::string> lines();
 
-// Sets what property_get finds.
+// Sets a property.
 void set_property(const std::string& name, const std::string& value);
 
-// Whether property_get is journalled: property_get("name", "default"). Off at first.
+// Turns recording of property_get calls on or off: property_get("name", "default"). Initially off.
 void journal_properties(bool on);
 
-// Calls `observer` with each journal text, on the calling thread, after it was written and before the
-// call answers. A test can hold a thread inside a call with it. An empty function ends it.
+// Calls `observer` with each journal text, on the calling thread, before the recorded call returns. A test can use it
+// to block a thread inside a call. Pass an empty function to stop.
 void observe(std::function<void(const std::string& text)> observer);
 
 } // namespace tavro::script

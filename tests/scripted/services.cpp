@@ -16,11 +16,11 @@ using tavro::script::ask;
 using tavro::script::Hex;
 using tavro::script::RecordArgument;
 
-constexpr std::uint16_t kFirstRecordId = 1; // what qry_rec_id gives without a script
+constexpr std::uint16_t kFirstRecordId = 1; // result of qry_rec_id if it is not scripted
 
 bool gives_values(const Answer& answer) { return answer.status == kMwOk || answer.value.has_value(); }
 
-// Writes an answer's value to `out`, `unscripted` when it names none.
+// Writes the reply's value to `out`, or `unscripted` if it has none.
 template <class Value>
 void give_value(const Answer& answer, std::uint32_t unscripted, Value* out) {
     if (out != nullptr && gives_values(answer)) {
@@ -53,7 +53,7 @@ MwStatus give_record(const std::optional<Answer>& scripted, Record* record, std:
 
 MwStatus give_status(const std::optional<Answer>& scripted) { return scripted.value_or(Answer{}).status; }
 
-// The common calls of one kind, which says the prefix of their names and its number in handles.
+// The common calls of one kind. `Kind` provides the prefix of their names, and its number in handles.
 template <class Kind, class Record>
 struct ListCalls {
     static std::string name(const char* operation) { return std::string(Kind::kPrefix) + operation; }
