@@ -197,6 +197,14 @@ public:
         need(sqlite3_step(insert_) == SQLITE_DONE, "insert failed");
         sqlite3_reset(insert_);
     }
+    // Adds records 1 to `count` in one transaction.
+    void fill(int count) {
+        run("BEGIN");
+        for (int id = 1; id <= count; ++id) {
+            add(id);
+        }
+        run("COMMIT");
+    }
     void read(int id) {
         sqlite3_bind_int(select_, 1, id);
         need(sqlite3_step(select_) == SQLITE_ROW, "select failed");
@@ -229,11 +237,7 @@ BENCHMARK(BM_PlainAdd);
 void BM_PlainRead(benchmark::State& state) {
     const Home home;
     PlainDatabase database(home);
-    database.run("BEGIN");
-    for (int id = 1; id <= kLong; ++id) {
-        database.add(id);
-    }
-    database.run("COMMIT");
+    database.fill(kLong);
     int id = 0;
     for (auto _ : state) {
         database.read(++id % kShort + 1);
@@ -244,11 +248,7 @@ BENCHMARK(BM_PlainRead);
 void BM_PlainCopy(benchmark::State& state) {
     const Home home;
     PlainDatabase database(home);
-    database.run("BEGIN");
-    for (int id = 1; id <= state.range(0); ++id) {
-        database.add(id);
-    }
-    database.run("COMMIT");
+    database.fill(static_cast<int>(state.range(0)));
     database.run("CREATE TABLE copies (id INTEGER PRIMARY KEY, bytes BLOB)");
     for (auto _ : state) {
         database.run("BEGIN; DELETE FROM copies; INSERT INTO copies SELECT * FROM records; COMMIT");
@@ -261,11 +261,7 @@ BENCHMARK(BM_PlainCopy)->Arg(kShort)->Arg(kLong)->Unit(benchmark::kMillisecond);
 void BM_PlainStore(benchmark::State& state) {
     const Home home;
     PlainDatabase database(home);
-    database.run("BEGIN");
-    for (int id = 1; id <= state.range(0); ++id) {
-        database.add(id);
-    }
-    database.run("COMMIT");
+    database.fill(static_cast<int>(state.range(0)));
     const std::string file = home.path("copy.db");
     const std::string copy = "VACUUM INTO '" + file + "'";
     for (auto _ : state) {

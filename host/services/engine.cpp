@@ -46,7 +46,7 @@ MwStatus Engine::on_list(const Kind& kind, MwdbHandle handle, Body body) noexcep
     });
 }
 
-// Runs `body` with the handle's list and the lock file, without holding the engine's mutex.
+// Runs `body` with the handle's list and the lock file, after unlocking the engine's mutex.
 template <class Body>
 MwStatus Engine::on_list_lock(const Kind& kind, MwdbHandle handle, Body body) noexcept {
     return guarded([&] {

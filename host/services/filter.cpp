@@ -19,31 +19,18 @@ bool matches_mask(std::uint32_t flags, std::uint32_t mask) {
 } // namespace
 
 Filter Filter::by_broadcast_type(std::uint32_t broadcast_type, std::uint32_t network_mask) {
-    Filter filter;
-    if (broadcast_type != kMwEveryBroadcastType || network_mask != kMwEveryNetworkMask) {
-        filter.field_ = Field::kBroadcastType;
-        filter.first_ = broadcast_type;
-        filter.network_ = network_mask;
+    if (broadcast_type == kMwEveryBroadcastType && network_mask == kMwEveryNetworkMask) {
+        return {};
     }
-    return filter;
+    return {Field::kBroadcastType, broadcast_type, 0, network_mask};
 }
 
 Filter Filter::by_transport_stream(std::uint16_t tsl_id, std::uint16_t tsl_rec_id, std::uint32_t network_mask) {
-    Filter filter;
-    filter.field_ = Field::kTransportStream;
-    filter.first_ = tsl_id;
-    filter.second_ = tsl_rec_id;
-    filter.network_ = network_mask;
-    return filter;
+    return {Field::kTransportStream, tsl_id, tsl_rec_id, network_mask};
 }
 
 Filter Filter::by_satellite(std::uint16_t network, std::uint16_t satl_id, std::uint16_t satl_rec_id) {
-    Filter filter;
-    filter.field_ = Field::kSatellite;
-    filter.first_ = satl_id;
-    filter.second_ = satl_rec_id;
-    filter.network_ = network;
-    return filter;
+    return {Field::kSatellite, satl_id, satl_rec_id, network};
 }
 
 bool Filter::matches(const std::byte* bytes) const {

@@ -31,6 +31,9 @@ public:
 private:
     enum class Field { kNone, kBroadcastType, kTransportStream, kSatellite };
 
+    Filter(Field field, std::uint32_t first, std::uint32_t second, std::uint32_t network)
+        : field_(field), first_(first), second_(second), network_(network) {}
+
     Field field_ = Field::kNone;
     std::uint32_t first_ = 0;   // broadcast type, or list id
     std::uint32_t second_ = 0;  // record id

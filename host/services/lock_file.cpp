@@ -53,6 +53,15 @@ std::uint64_t this_holder() {
     return pack(static_cast<std::uint64_t>(this_process()), static_cast<std::uint64_t>(this_thread()));
 }
 
+struct flock byte_range(short type, std::int64_t offset) {
+    struct flock range {};
+    range.l_type = type;
+    range.l_whence = SEEK_SET;
+    range.l_start = static_cast<off_t>(offset);
+    range.l_len = 1;
+    return range;
+}
+
 // Clears the bits of these slots in a holders word. The writing bit is cleared together with its holder.
 std::uint64_t without(std::uint64_t holders, std::uint64_t slots) {
     return (holders & slots) == 0 ? holders : holders & ~slots & ~kWriting;
@@ -62,7 +71,7 @@ std::uint64_t without(std::uint64_t holders, std::uint64_t slots) {
 
 // The first block.
 struct LockFile::Header {
-    std::uint64_t mark;
+    std::uint64_t magic;
     std::uint64_t opener;                                     // process and thread that last opened the storage
     std::array<std::atomic<std::uint64_t>, kSlots> processes; // by slot
 };
@@ -94,11 +103,7 @@ LockFile::Header& LockFile::header() const { return *static_cast<Header*>(memory
 
 // Locks a byte for this process. Returns false if another process has locked it.
 bool LockFile::try_byte(std::int64_t offset) {
-    struct flock range {};
-    range.l_type = F_WRLCK;
-    range.l_whence = SEEK_SET;
-    range.l_start = static_cast<off_t>(offset);
-    range.l_len = 1;
+    struct flock range = byte_range(F_WRLCK, offset);
     while (::fcntl(file_, F_OFD_SETLK, &range) != 0) {
         if (errno == EAGAIN || errno == EACCES) {
             return false;
@@ -112,11 +117,7 @@ bool LockFile::try_byte(std::int64_t offset) {
 }
 
 void LockFile::free_byte(std::int64_t offset) {
-    struct flock range {};
-    range.l_type = F_UNLCK;
-    range.l_whence = SEEK_SET;
-    range.l_start = static_cast<off_t>(offset);
-    range.l_len = 1;
+    struct flock range = byte_range(F_UNLCK, offset);
     ::fcntl(file_, F_OFD_SETLK, &range);
 }
 
@@ -145,9 +146,10 @@ void LockFile::begin_opening() {
 void LockFile::end_opening() { free_byte(kOpeningByte); }
 
 std::string LockFile::opener() const {
-    std::array<std::uint64_t, 2> mark_and_opener{};
-    const ssize_t size = ::pread(file_, mark_and_opener.data(), sizeof mark_and_opener, 0);
-    return size == sizeof mark_and_opener && mark_and_opener[1] != 0 ? describe(mark_and_opener[1]) : "another process";
+    std::array<std::uint64_t, 2> magic_and_opener{};
+    const ssize_t size = ::pread(file_, magic_and_opener.data(), sizeof magic_and_opener, 0);
+    return size == sizeof magic_and_opener && magic_and_opener[1] != 0 ? describe(magic_and_opener[1])
+                                                                       : "another process";
 }
 
 // Writes to the file and throws if it cannot grow. Mapped memory is used only after such a write, because accessing a
@@ -159,13 +161,13 @@ void LockFile::write(const void* bytes, std::size_t count, std::size_t start) {
     }
 }
 
-// A file without the mark is new or of another version. It can be rewritten: no process is using it, because each one
-// passes here first.
+// A file without the magic number is new or of another version. It can be rewritten: no process is using it, because
+// each one passes here first.
 void LockFile::prepare_header() {
-    std::uint64_t mark = 0;
+    std::uint64_t magic = 0;
     std::array<std::uint64_t, kBlock / sizeof(std::uint64_t)> block{};
-    const ssize_t size = ::pread(file_, &mark, sizeof mark, 0);
-    if (size != sizeof mark || mark != kMagic) {
+    const ssize_t size = ::pread(file_, &magic, sizeof magic, 0);
+    if (size != sizeof magic || magic != kMagic) {
         if (::ftruncate(file_, 0) != 0) {
             throw storage_failure("use", path_, errno);
         }

@@ -129,6 +129,15 @@ public:
         state_.next_position = position_;
     }
 
+    // Commits if the last statement changed a row. Otherwise returns `unchanged`.
+    MwStatus commit_change(MwStatus unchanged) {
+        if (storage_.database_.changes() == 0) {
+            return unchanged;
+        }
+        commit();
+        return kMwOk;
+    }
+
 private:
     Storage& storage_;
     ListKey list_;
@@ -245,11 +254,7 @@ MwStatus Storage::add(const ListKey& list, const Kind& kind, const void* record,
         .bind(change.take_position())
         .bind(record, kind.record_bytes)
         .run();
-    if (database_.changes() == 0) {
-        return kMwRecordExists;
-    }
-    change.commit();
-    return kMwOk;
+    return change.commit_change(kMwRecordExists);
 }
 
 MwStatus Storage::update(const ListKey& list, const Kind& kind, const void* record, ListState& state) {
@@ -261,11 +266,7 @@ MwStatus Storage::update(const ListKey& list, const Kind& kind, const void* reco
         .bind(record, kind.record_bytes)
         .bind(list.record(record_id_of(kind, record)))
         .run();
-    if (database_.changes() == 0) {
-        return kHostNoSuchRecord;
-    }
-    change.commit();
-    return kMwOk;
+    return change.commit_change(kHostNoSuchRecord);
 }
 
 MwStatus Storage::remove_record(const ListKey& list, std::uint16_t record_id, ListState& state) {
@@ -274,11 +275,7 @@ MwStatus Storage::remove_record(const ListKey& list, std::uint16_t record_id, Li
         return kHostNoSuchList;
     }
     database_.prepare("DELETE FROM records WHERE number = ?").bind(list.record(record_id)).run();
-    if (database_.changes() == 0) {
-        return kHostNoSuchRecord;
-    }
-    change.commit();
-    return kMwOk;
+    return change.commit_change(kHostNoSuchRecord);
 }
 
 MwStatus Storage::refresh(const ListKey& list, ListState& state) {
