@@ -94,7 +94,7 @@ void set_diseqc(Object& o, _TUNER_DISEQC_INFO_T& d) {
     NUMBER("DiseqcPositionEx", d.ui1_port_ex, "ui1_port_ex");
 }
 
-void set_polarisation(Object& o, _TUNER_DISEQC_INFO_T& d) {
+void set_polarization(Object& o, _TUNER_DISEQC_INFO_T& d) {
     look_up(o, CONTAINS);
     NUMBER("DiseqcPolar", d.e_polar, "e_polar");
 }
@@ -341,7 +341,7 @@ jstring satellite_add(JNIEnv* env, jobject, jint list, jobject satellite) {
     Object o = {env, satellite, cls, env->FindClass(INFO_BASE), nullptr};
     set_main(o, record);
     set_diseqc(o, record.t_diseqc_info);
-    set_polarisation(o, record.t_diseqc_info);
+    set_polarization(o, record.t_diseqc_info);
     set_lnb(o, record);
     FLOOR_DEBUG(TAG, "[addInfo]: satId = %d \n", list);
     const MwdbHandle handle = satl_handle(list);

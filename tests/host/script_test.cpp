@@ -219,7 +219,7 @@ TEST_F(Script, AnswersForFilesChannelIdsAndTheLog) {
     EXPECT_EQ(__android_log_print(3, "TAG", "text"), -4);
 }
 
-TEST_F(Script, PropertiesAreJournalledOnRequestOnly) {
+TEST_F(Script, PropertiesAreJournaledOnRequestOnly) {
     script::set_property("name", "D");
     EXPECT_EQ(get("name", ""), "D");
     EXPECT_EQ(get("other", "default"), "default");
