@@ -15,7 +15,7 @@ BEGIN {
 }
 /^package / {
     package = substr($2, length(base) + 1, length($2) - length(base) - 1)
-    if (!(package in rank)) error("package " package " has no place in the order of tests/lanes/java_packages.sh")
+    if (!(package in rank)) error("package " package " is not in the order in tests/lanes/java_packages.sh")
 }
 # The package is the name up to the first part that begins with a capital letter.
 /^import / && index($0, base) {

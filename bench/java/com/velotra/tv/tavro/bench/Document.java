@@ -18,8 +18,8 @@ import java.util.regex.Pattern;
  * <pre>Document RESULTS TEMPLATE TARGET</pre>
  *
  * RESULTS is the folder with the JSON files, TEMPLATE a document with sections to fill, TARGET the folder for the new
- * document and its plots, which go to the subfolder {@code performance}. A section begins with {@code <!-- NAME -->} and
- * ends with {@code <!-- end -->}.
+ * document and its plots, which go to the subfolder {@code performance}. A section begins with {@code <!-- NAME -->}
+ * and ends with {@code <!-- end -->}.
  */
 public final class Document {
     private static final String PLOTS = "performance";
