@@ -1,5 +1,6 @@
 package com.velotra.tv.tavro.bench;
 
+import com.velotra.tv.tavro.services.channellist.BroadcastType;
 import com.velotra.tv.tavro.services.channellist.NativeServices;
 import com.velotra.tv.tavro.services.channellist.RecordId;
 import com.velotra.tv.tavro.services.channellist.ServiceRecord;
@@ -79,7 +80,7 @@ final class SameList implements AutoCloseable {
     /** Makes a service with the fields that an import sets. */
     static VltTvChannelInfoBase service(int number) {
         VltTvChannelInfoBase service = new VltTvChannelInfoBase();
-        service.setBroadcastType(ServiceRecord.BROADCAST_DVB)
+        service.setBroadcastType(BroadcastType.DVB)
                 .setServiceId(number & 0xFFFF)
                 .setServiceType(1)
                 .setServiceName("Service number " + number)

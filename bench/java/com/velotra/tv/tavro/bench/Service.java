@@ -1,5 +1,6 @@
 package com.velotra.tv.tavro.bench;
 
+import com.velotra.tv.tavro.services.channellist.BroadcastType;
 import com.velotra.tv.tavro.services.channellist.ServiceField;
 import com.velotra.tv.tavro.services.channellist.ServiceRecord;
 import java.io.Serializable;
@@ -14,7 +15,7 @@ final class Service implements Serializable {
 
     /** The fields of a record, in the order of {@link #COLUMNS}. */
     private static final List<ServiceField> RECORD = Arrays.stream(ServiceField.values())
-            .filter(field -> field.belongsTo(ServiceRecord.BROADCAST_DVB))
+            .filter(field -> field.belongsTo(BroadcastType.DVB))
             .toList();
 
     /** The fields of this class. */

@@ -81,8 +81,8 @@ public final class Main {
         if (failure instanceof Failure) {
             return failure.getMessage();
         }
-        if (failure instanceof ChannelListException) {
-            return failure.getMessage() + "; " + Storage.whyItFails();
+        if (failure instanceof ChannelListException list) {
+            return list.problem() + "; " + Storage.whyItFails();
         }
         if (failure instanceof IOException io) {
             return "cannot read or write a file: " + io.getMessage() + ": " + Source.reason(io);

@@ -8,6 +8,7 @@ import static org.junit.jupiter.api.Assertions.assertThrows;
 import java.nio.file.Path;
 import java.util.List;
 import java.util.Optional;
+import java.util.Set;
 import org.junit.jupiter.api.AfterEach;
 import org.junit.jupiter.api.Test;
 import org.junit.jupiter.api.io.TempDir;
@@ -48,18 +49,26 @@ class HostCompanionsTest {
         RecordId one = streams.add(1, stream(1101, 4));
         streams.add(1, stream(1102, 5));
         RecordId three = streams.add(1, stream(1103, 4));
-        assertEquals(List.of(1101, 1103), streams.bySatellite(1, 4).stream().map(TransportStreamRecord::transportStreamId).toList());
-        assertEquals(List.of(), streams.bySatellite(1, 9));
+        assertEquals(List.of(1101, 1103), streams.bySatellite(new RecordId(1, 4)).stream()
+                .map(TransportStreamRecord::transportStreamId).toList());
+        assertEquals(List.of(), streams.bySatellite(new RecordId(1, 9)));
 
         streams.update(1, new VltTvTransportStreamInfoBase().setTslIdTslRecId(one).setFrequency(11493000).setStandard(6)
                 .setBroadcastMedium(TransportStreamRecord.SATELLITE));
         TransportStreamRecord updated = streams.get(one).orElseThrow();
-        assertEquals(List.of(11493000L, 2L, 1101L), List.of(updated.frequency(), (long) updated.mode(), (long) updated.transportStreamId()));
+        assertEquals(List.of(11493000L, 2L, 1101L),
+                List.of(updated.frequency(), (long) updated.mode(), (long) updated.transportStreamId()));
 
         streams.remove(one);
         assertEquals(Optional.empty(), streams.get(one));
         streams.close(1);
-        assertThrows(ChannelListException.class, () -> streams.remove(three), "the list is not open");
+        streams.remove(three);
+        streams.close(1);
+        streams.remove(1, new RecordId(9, 2));
+        assertEquals(List.of(), streams.getAll(1));
+        assertThrows(ChannelListException.class, () -> streams.remove(three), "there is no such record");
+        assertThrows(ChannelListException.class, () -> streams.remove(new RecordId(2, 1)), "there is no such list");
+        assertFalse(streams.exists(2));
     }
 
     @Test
@@ -84,32 +93,31 @@ class HostCompanionsTest {
         networks.open(1);
         RecordId one = networks.add(1, network(1, "Eins"));
         networks.add(1, network(85, "Zwei"));
-        assertEquals(List.of("Eins", "Zwei"), networks.getAll(1, null).stream().map(n -> n.values().getNetworkName()).toList());
+        assertEquals(List.of("Eins", "Zwei"), networks.getAll(1).stream().map(n -> n.getNetworkName()).toList());
         VltTvNetworkInfo named = networks.get(one, List.of("NetworkName")).orElseThrow();
-        assertEquals(List.of("NetworkName"), List.copyOf(named.values().keys()));
+        assertEquals(List.of("NetworkName"), List.copyOf(named.keys()));
 
-        VltTvNetworkInfoBase favourite = new VltTvNetworkInfoBase();
-        favourite.setNwlIdNwlRecId(one.toString());
-        favourite.setNwlFavNetwork(1);
-        networks.update(1, favourite);
-        assertEquals(1, networks.get(one, null).orElseThrow().values().getNwlFavNetwork());
-        assertEquals("Eins", networks.get(one, null).orElseThrow().values().getNetworkName());
+        VltTvNetworkInfoBase favorite = VltTvNetworkInfoBase.forRecord(one);
+        favorite.put(NetworkFlag.FAVORITE, true);
+        networks.update(1, favorite);
+        assertEquals(Set.of(NetworkFlag.FAVORITE), networks.get(one).orElseThrow().flags());
+        assertEquals("Eins", networks.get(one).orElseThrow().getNetworkName());
 
         networks.remove(one);
-        assertEquals(Optional.empty(), networks.get(one, null));
-        assertEquals(1, networks.getAll(1, null).size());
+        assertEquals(Optional.empty(), networks.get(one));
+        assertEquals(1, networks.getAll(1).size());
     }
 
     @Test
     void aListThatDoesNotExistIsAnEmptyListAndIsNotCreated() {
         assertEquals(List.of(), streams.getAll(3));
-        assertEquals(List.of(), networks.getAll(3, null));
+        assertEquals(List.of(), networks.getAll(3));
         assertFalse(streams.exists(3));
         assertFalse(networks.exists(3));
     }
 
     @Test
-    void updatesOfNetworksRefuseMalformedIdentifiersBeforeAnythingIsChanged() {
+    void updatesRefuseMalformedIdentifiersBeforeAnyChange() {
         networks.open(1);
         RecordId one = networks.add(1, network(1, "Eins"));
         VltTvNetworkInfoBase good = new VltTvNetworkInfoBase();
@@ -121,6 +129,6 @@ class HostCompanionsTest {
                 assertThrows(IllegalArgumentException.class, () -> networks.updateAll(1, List.of(good, bad)));
         assertEquals("'1,' is not a record identifier; write list and record as in 3,17", refused.getMessage());
         assertThrows(IllegalArgumentException.class, () -> networks.update(1, bad));
-        assertEquals("Eins", networks.get(one, null).orElseThrow().values().getNetworkName());
+        assertEquals("Eins", networks.get(one).orElseThrow().getNetworkName());
     }
 }

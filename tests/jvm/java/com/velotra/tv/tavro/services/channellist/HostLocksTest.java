@@ -15,8 +15,8 @@ import org.junit.jupiter.api.BeforeEach;
 import org.junit.jupiter.api.Test;
 
 /**
- * List updates that end at a bad identifier and leave their list locked: over the workstation's platform the next writer
- * is told so and goes on, it does not hang.
+ * List updates that end at a bad identifier and leave their list locked: over the workstation's platform the next
+ * writer logs it and goes on, it does not hang.
  */
 class HostLocksTest {
     private final ExecutorService holder = Executors.newSingleThreadExecutor();
@@ -37,7 +37,7 @@ class HostLocksTest {
         return holder.submit(body).get();
     }
 
-    private void assertTimeOutIsTold(String list) throws IOException {
+    private void assertTimeOutIsLogged(String list) throws IOException {
         List<String> lines = Files.readAllLines(log);
         assertEquals(1, lines.stream().filter(line -> line.startsWith("E/TavroHost")).count(), lines.toString());
         assertTrue(lines.get(0).contains(list), lines.toString());
@@ -45,7 +45,7 @@ class HostLocksTest {
     }
 
     @Test
-    void aServiceListLeftLockedIsToldToTheNextWriter() throws Exception {
+    void theNextWriterLogsAServiceListThatWasLeftLocked() throws Exception {
         VltTvChannelList lists = VltTvChannelList.getInstance();
         lists.open(1);
         RecordId one = lists.add(1, new VltTvChannelInfoBase().setServiceName("One"));
@@ -55,12 +55,12 @@ class HostLocksTest {
 
         lists.update(1, new VltTvChannelInfoBase().setSvlIdSvlRecId(one).setServiceName("Uno"));
         assertEquals("Uno", lists.get(one).orElseThrow().name());
-        assertTimeOutIsTold("svl list 1");
+        assertTimeOutIsLogged("svl list 1");
         onHolder(() -> lists.native_close(1));
     }
 
     @Test
-    void aNetworkListLeftLockedIsToldToTheNextWriter() throws Exception {
+    void theNextWriterLogsANetworkListThatWasLeftLocked() throws Exception {
         VltTvNetworkList networks = VltTvNetworkList.getInstance();
         networks.open(1);
         RecordId one = networks.add(1, new VltTvNetworkInfoBase());
@@ -72,8 +72,8 @@ class HostLocksTest {
 
         good.setNwlNetworkId(8468);
         networks.update(1, good);
-        assertEquals(8468, networks.get(one, null).orElseThrow().values().getNwlNetworkId());
-        assertTimeOutIsTold("nwl list 1");
+        assertEquals(8468, networks.get(one).orElseThrow().getNwlNetworkId());
+        assertTimeOutIsLogged("nwl list 1");
         onHolder(() -> networks.native_close(1));
     }
 }

@@ -12,6 +12,7 @@ import java.util.LinkedHashMap;
 import java.util.List;
 import java.util.Map;
 import java.util.Optional;
+import java.util.OptionalInt;
 import java.util.TreeMap;
 import org.junit.jupiter.api.AfterEach;
 import org.junit.jupiter.api.Test;
@@ -22,7 +23,7 @@ class HostSatellitesTest {
     private static final String ANTENNA = "AntennaType";
     private static final String POLARIZATION = "DiseqcPolar";
 
-    // A value for every key, all that fit told apart; the antenna type stands for flags and switch modes, which are as it says.
+    // A value for every key, different where the width allows; flags and switch modes match the antenna type.
     private static final Map<String, Object> VALUES = new LinkedHashMap<>();
     // Others, as far as a key has any.
     private static final Map<String, Object> OTHERS = new LinkedHashMap<>();
@@ -116,7 +117,7 @@ class HostSatellitesTest {
     }
 
     private Map<String, Object> all(RecordId id) {
-        return valuesOf(satellites.get(id, null).orElseThrow());
+        return valuesOf(satellites.get(id).orElseThrow());
     }
 
     @Test
@@ -126,11 +127,11 @@ class HostSatellitesTest {
         satellites.add(1, new VltTvSatelliteInfoBase());
         RecordId id = satellites.add(1, satellite(VALUES));
         assertEquals(new RecordId(1, 2), id);
-        assertSame(VALUES, satellites.get(id, null).orElseThrow());
-        assertEquals(id, satellites.get(id, null).orElseThrow().id());
+        assertSame(VALUES, satellites.get(id).orElseThrow());
+        assertEquals(id, satellites.get(id).orElseThrow().id());
         assertSame(VALUES, satellites.get(id, List.copyOf(VALUES.keySet())).orElseThrow());
-        assertSame(VALUES, satellites.getAll(1, null).get(1));
-        assertEquals(id, satellites.getAll(1, null).get(1).id());
+        assertSame(VALUES, satellites.getAll(1).get(1));
+        assertEquals(id, satellites.getAll(1).get(1).id());
         VALUES.forEach((key, value) -> {
             assertSame(Map.of(key, value), satellites.get(id, List.of(key)).orElseThrow());
             assertEquals(value, valuesOf(satellites.getAll(1, List.of(key)).get(1)).get(key), key);
@@ -166,7 +167,7 @@ class HostSatellitesTest {
     }
 
     @Test
-    void anUpdateOfTheKindOfTheAntennaOrOfTheSwitchIsReadBackInAllKeysThatTellOfIt() {
+    void anUpdateOfAntennaOrSwitchShowsInEveryCoupledKey() {
         satellites.open(1);
         RecordId id = satellites.add(1, satellite(VALUES));
         Map<String, Object> expected = new TreeMap<>(all(id));
@@ -223,7 +224,7 @@ class HostSatellitesTest {
     void aSatelliteThatWasReadIsARecordObjectThatAnUpdateTakes() {
         satellites.open(1);
         RecordId id = satellites.add(1, satellite(VALUES));
-        VltTvSatelliteInfo read = satellites.get(id, null).orElseThrow();
+        VltTvSatelliteInfo read = satellites.get(id).orElseThrow();
         read.setName("Due");
         satellites.update(read);
         Map<String, Object> expected = new TreeMap<>(VALUES);
@@ -232,13 +233,13 @@ class HostSatellitesTest {
     }
 
     @Test
-    void aSatelliteIsCopiedToAnotherListUnderItsRecordIdAndAWholeListIsCopied() {
+    void aSatelliteIsCopiedUnderItsRecordIdAndSoIsAWholeList() {
         satellites.open(1);
         satellites.open(2);
         satellites.add(1, new VltTvSatelliteInfoBase());
         RecordId id = satellites.add(1, satellite(VALUES));
         assertEquals(new RecordId(2, 2), satellites.add(2, id));
-        assertSame(VALUES, satellites.get(new RecordId(2, 2), null).orElseThrow());
+        assertSame(VALUES, satellites.get(new RecordId(2, 2)).orElseThrow());
         satellites.update(named(id, Map.of("Name", "Due")));
         satellites.add(2, id);
         assertEquals(List.of("Due"), names(2), "a copy of a record id that is there replaces it");
@@ -267,7 +268,7 @@ class HostSatellitesTest {
         RecordId two = satellites.add(1, satellite(Map.of("Name", "Due")));
         satellites.add(1, satellite(Map.of("Name", "Tre")));
         satellites.remove(one);
-        assertEquals(Optional.empty(), satellites.get(one, null));
+        assertEquals(Optional.empty(), satellites.get(one));
         assertEquals(List.of("Due", "Tre"), names(1));
         satellites.remove(1, new RecordId(7, two.recordId()));
         assertEquals(List.of("Tre"), names(1));
@@ -279,7 +280,7 @@ class HostSatellitesTest {
     }
 
     @Test
-    void updatesRefuseMalformedIdentifiersBeforeAnythingIsChanged() {
+    void updatesRefuseMalformedIdentifiersBeforeAnyChange() {
         satellites.open(1);
         RecordId id = satellites.add(1, satellite(VALUES));
         VltTvSatelliteInfoBase good = satellite(Map.of("Name", "Changed"));
@@ -290,12 +291,12 @@ class HostSatellitesTest {
                 assertThrows(IllegalArgumentException.class, () -> satellites.updateAll(List.of(good, bad)));
         assertEquals("'x' is not a record identifier; write list and record as in 3,17", refused.getMessage());
         assertThrows(IllegalArgumentException.class, () -> satellites.update(bad));
-        assertEquals(VALUES.get("Name"), satellites.get(id, null).orElseThrow().getName());
+        assertEquals(VALUES.get("Name"), satellites.get(id).orElseThrow().getName());
     }
 
     @Test
     void aListThatDoesNotExistIsAnEmptyListAndIsNotCreated() {
-        assertEquals(List.of(), satellites.getAll(3, null));
+        assertEquals(List.of(), satellites.getAll(3));
         assertFalse(satellites.exists(3));
     }
 
@@ -304,20 +305,24 @@ class HostSatellitesTest {
         satellites.open(1);
         ChannelListException failure = assertThrows(
                 ChannelListException.class, () -> satellites.update(named(new RecordId(1, 9), Map.of("Name", "Uno"))));
-        assertEquals("cannot update the satellite 1,9 (status -22)", failure.getMessage());
-        failure = assertThrows(ChannelListException.class, () -> satellites.updateAll(List.of(named(new RecordId(1, 9), Map.of()))));
-        assertEquals("cannot update 1 satellites (status -22)", failure.getMessage());
+        assertEquals("cannot update satellite 1,9 (status -22); is there such a record? If so, see the log",
+                failure.getMessage());
+        failure = assertThrows(ChannelListException.class,
+                () -> satellites.updateAll(List.of(named(new RecordId(1, 9), Map.of()))));
+        assertEquals(OptionalInt.empty(), failure.listId());
+        assertEquals("cannot update 1 satellites (status -22)", failure.problem());
         failure = assertThrows(ChannelListException.class, () -> satellites.add(77, new VltTvSatelliteInfoBase()));
-        assertEquals("cannot add a satellite to list 77", failure.getMessage());
+        assertEquals("cannot add a satellite to list 77", failure.problem());
         failure = assertThrows(ChannelListException.class, () -> satellites.delete(77));
-        assertEquals("cannot delete satellite list 77: is there such a list? (status -22)", failure.getMessage());
+        assertEquals("cannot delete satellite list 77 (status -22); is there such a list? If so, see the log",
+                failure.getMessage());
     }
 
     private List<Object> names(int listId) {
-        return new ArrayList<>(satellites.getAll(listId, null).stream().map(VltTvSatelliteInfo::getName).toList());
+        return new ArrayList<>(satellites.getAll(listId).stream().map(VltTvSatelliteInfo::getName).toList());
     }
 
     private List<Map<String, Object>> contents(int listId) {
-        return satellites.getAll(listId, null).stream().map(HostSatellitesTest::valuesOf).toList();
+        return satellites.getAll(listId).stream().map(HostSatellitesTest::valuesOf).toList();
     }
 }

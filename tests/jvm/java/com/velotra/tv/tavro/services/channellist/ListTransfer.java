@@ -11,8 +11,8 @@ import java.util.LinkedHashMap;
 import java.util.Map;
 
 /**
- * Makes lists of all kinds and carries them from one storage directory to another, for comparing what different builds of
- * the library write.
+ * Makes lists of all kinds and carries them from one storage directory to another, for comparing what different builds
+ * of the library write.
  *
  * <pre>
  * fill           records with values under every key, added and updated, in list 60 of each kind
@@ -46,19 +46,27 @@ final class ListTransfer {
     private static void fill() throws ReflectiveOperationException {
         KINDS.values().forEach(lists -> lists.open(FILLED));
         for (int round = 0; round < RECORDS; round++) {
-            RecordId service = VltTvChannelList.getInstance().add(FILLED, filled(new VltTvChannelInfoBase(), round, null));
+            RecordId service = VltTvChannelList.getInstance()
+                    .add(FILLED, filled(new VltTvChannelInfoBase(), round, null));
             VltTvChannelList.getInstance().update(FILLED, filled(new VltTvChannelInfoBase(), round + 1, service));
-            RecordId stream = VltTvTransportStreamList.getInstance().add(FILLED, filled(new VltTvTransportStreamInfoBase(), round, null));
-            VltTvTransportStreamList.getInstance().update(FILLED, filled(new VltTvTransportStreamInfoBase(), round + 2, stream));
-            RecordId network = VltTvNetworkList.getInstance().add(FILLED, filled(new VltTvNetworkInfoBase(), round, null));
+            RecordId stream = VltTvTransportStreamList.getInstance()
+                    .add(FILLED, filled(new VltTvTransportStreamInfoBase(), round, null));
+            VltTvTransportStreamList.getInstance()
+                    .update(FILLED, filled(new VltTvTransportStreamInfoBase(), round + 2, stream));
+            RecordId network = VltTvNetworkList.getInstance()
+                    .add(FILLED, filled(new VltTvNetworkInfoBase(), round, null));
             VltTvNetworkList.getInstance().update(FILLED, filled(new VltTvNetworkInfoBase(), round + 1, network));
-            RecordId satellite = VltTvSatelliteList.getInstance().add(FILLED, filled(new VltTvSatelliteInfoBase(), round, null));
+            RecordId satellite = VltTvSatelliteList.getInstance()
+                    .add(FILLED, filled(new VltTvSatelliteInfoBase(), round, null));
             VltTvSatelliteList.getInstance().update(filled(new VltTvSatelliteInfoBase(), round + 2, satellite));
         }
         System.out.printf("filled list %d of %d kinds with %d records each%n", FILLED, KINDS.size(), RECORDS);
     }
 
-    /** An object with a value of its own under every key, in an order of its own; its identifier is that of a record to update. */
+    /**
+     * An object with a value of its own under every key, in an order of its own; its identifier is that of a record to
+     * update.
+     */
     private static <T> T filled(T info, int round, RecordId update) throws ReflectiveOperationException {
         Method[] setters = Arrays.stream(info.getClass().getDeclaredMethods())
                 .filter(method -> method.getName().startsWith("set"))

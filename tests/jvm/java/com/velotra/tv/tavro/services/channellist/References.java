@@ -3,8 +3,8 @@ package com.velotra.tv.tavro.services.channellist;
 /**
  * Counts the local references that a native holds. The virtual machine's table of JNI functions is replaced for it.
  *
- * <p>Counted is what the native itself gets from JNI functions, from its entry on; not its arguments, nor what the Java code that it
- * calls does.
+ * <p>Counted is what the native itself gets from JNI functions, from its entry on; not its arguments, nor what the Java
+ * code that it calls does.
  */
 final class References {
     static {

@@ -33,8 +33,9 @@ import org.junit.jupiter.api.io.TempDir;
 /**
  * The natives that the list classes declare and those that the library registers are the same.
  *
- * <p>A native without a registration cannot be called. A registration without a native makes the library refuse to be loaded, so
- * that no test over it passes; that it refuses is shown by list classes of which one native is called otherwise.
+ * <p>A native without a registration cannot be called. A registration without a native makes the library refuse to be
+ * loaded, so that no test over it passes; that it refuses is shown by list classes of which one native is called
+ * otherwise.
  */
 class RegistrationTest {
     private static final String PACKAGE = RegistrationTest.class.getPackageName() + ".";
@@ -60,8 +61,8 @@ class RegistrationTest {
     @TempDir
     static Path folder;
 
-    // While the copy is loaded, a link to it that is refused is not unloaded: on the way the virtual machine would read a name that
-    // is freed by then, which sanitizers report.
+    // While the copy is loaded, a link to it that is refused is not unloaded: on the way the virtual machine would read
+    // a name that is freed by then, which sanitizers report.
     @BeforeAll
     static void keepTheLibraryLoaded() throws IOException, ReflectiveOperationException {
         load(Files.copy(library(), folder.resolve(LOADED)), KEEPER);
@@ -77,34 +78,37 @@ class RegistrationTest {
     @Test
     void theFourListClassesDeclareSeventyTwoNatives() {
         assertEquals(
-                Map.of("VltTvChannelList", 20, "VltTvTransportStreamList", 18, "VltTvNetworkList", 17, "VltTvSatelliteList", 17),
-                LISTS.stream().collect(Collectors.toMap(list -> list.getClass().getSimpleName(), list -> natives(list).size())));
+                Map.of("VltTvChannelList", 20, "VltTvTransportStreamList", 18, "VltTvNetworkList", 17,
+                        "VltTvSatelliteList", 17),
+                LISTS.stream()
+                .collect(Collectors.toMap(list -> list.getClass().getSimpleName(), list -> natives(list).size())));
     }
 
     @TestFactory
-    Stream<DynamicTest> everyNativeIsRegisteredAndAnswersForAListThatThereIsNot() {
+    Stream<DynamicTest> everyNativeIsRegisteredAndReturnsForAMissingList() {
         return LISTS.stream().flatMap(list -> natives(list).stream().map(
                 method -> dynamicTest(method.toString().replace(PACKAGE, ""), () -> call(list, method))));
     }
 
     private static void call(TvList list, Method method) throws Throwable {
-        Object answer;
+        Object result;
         try {
-            answer = method.invoke(list, Arrays.stream(method.getParameterTypes()).map(ARGUMENTS::get).toArray());
+            result = method.invoke(list, Arrays.stream(method.getParameterTypes()).map(ARGUMENTS::get).toArray());
         } catch (InvocationTargetException e) {
             throw e.getCause(); // UnsatisfiedLinkError when it is not registered
         }
         if (method.getName().equals("nativeSetup")) {
-            assertNotEquals(0, answer);
+            assertNotEquals(0, result);
         } else {
-            assertEquals(expected(method), answer);
+            assertEquals(expected(method), result);
         }
     }
 
     private static Object expected(Method method) {
         Class<?> type = method.getReturnType();
         if (type == int.class) {
-            // There is nothing to update, and of the natives that open a list one alone tells that it could not create it.
+            // There is nothing to update, and only one of the natives that open a list reports that it could not create
+            // it.
             boolean opens = method.getName().endsWith("pen")
                     && !(method.getDeclaringClass() == VltTvChannelList.class && method.getParameterCount() == 1);
             return opens || method.getName().endsWith("pdateInfoList") ? 0 : FAILED;
@@ -118,7 +122,8 @@ class RegistrationTest {
                 name -> dynamicTest(list.getClass().getSimpleName() + "." + name, () -> {
                     String called = list.getClass().getName() + "." + name;
                     NoSuchMethodError missing = assertThrows(
-                            NoSuchMethodError.class, () -> load(called + ".so", new Loader(list.getClass().getName(), name)));
+                            NoSuchMethodError.class,
+                            () -> load(called + ".so", new Loader(list.getClass().getName(), name)));
                     assertTrue(missing.getMessage().contains(called + "("), missing.getMessage());
                 })));
     }
@@ -137,8 +142,8 @@ class RegistrationTest {
     }
 
     /**
-     * Loads the library for a loader. A virtual machine loads a file for one loader alone, so that each has a link of its own,
-     * called {@code name}, to one copy.
+     * Loads the library for a loader. A virtual machine loads a file for one loader alone, so that each has a link of
+     * its own, called {@code name}, to one copy.
      */
     private static void load(String name, Loader loader) throws IOException, ReflectiveOperationException {
         load(Files.createLink(folder.resolve(name), folder.resolve(LOADED)), loader);
@@ -195,7 +200,10 @@ class RegistrationTest {
             }
         }
 
-        /** Changes the last letter of a name in a class file, where it is a constant: the tag 1, its length in two bytes, its text. */
+        /**
+         * Changes the last letter of a name in a class file, where it is a constant: the tag 1, its length in two
+         * bytes, its text.
+         */
         private static void rename(byte[] bytes, String name) {
             String constant = "\1\0" + (char) name.length() + name;
             int at = new String(bytes, StandardCharsets.ISO_8859_1).indexOf(constant);

@@ -15,22 +15,26 @@ abstract class SatellitePlatform extends ScriptedPlatform {
     static final String PREFIX = LOG + "[jni_VltTvList_Init] ";
     static final String BRIDGE = "com_velotra_tv_tavro_satellitelist_";
 
-    /** The keys in the order in which an update asks for them, and an add with the polarisation in its place. */
+    /** The keys in the order in which an update asks for them, and an add with the polarization in its place. */
     static final List<String> MAIN_KEYS = List.of(
-            "MaskStatusOn", "MaskLnbUniver", "MaskLnbSingcab", "MaskLnbSingcabJess", "LnbSignalDetected", "OrbitPosition", "Name",
+            "MaskStatusOn", "MaskLnbUniver", "MaskLnbSingcab", "MaskLnbSingcabJess", "LnbSignalDetected",
+            "OrbitPosition", "Name",
             "AntennaType");
     static final List<String> DISEQC_KEYS = List.of(
-            "LnbPower", "ToneBurst", "DiseqcType", "Tone22k", "SingleCableUserBandMain", "UnicablePosition", "DiseqcPosition",
+            "LnbPower", "ToneBurst", "DiseqcType", "Tone22k", "SingleCableUserBandMain", "UnicablePosition",
+            "DiseqcPosition",
             "SingleCableBandFreqMain", "MduType", "DiseqcTypeEx", "DiseqcPositionEx");
     static final List<String> SUB_KEYS = List.of(
-            "SingleCableUserBandSub", "SingleCableBandFreqSub", "LnbType", "LnbLowFreq", "LnbHighFreq", "LnbSwitchFreq");
+            "SingleCableUserBandSub", "SingleCableBandFreqSub", "LnbType", "LnbLowFreq", "LnbHighFreq",
+            "LnbSwitchFreq");
     static final List<String> UPDATE_KEYS = joined(MAIN_KEYS, DISEQC_KEYS, SUB_KEYS);
     static final List<String> ADD_KEYS = joined(MAIN_KEYS, DISEQC_KEYS, List.of("DiseqcPolar"), SUB_KEYS);
 
     final VltTvSatelliteList satellites = VltTvSatelliteList.getInstance();
 
     /** A record without two neighbouring bytes alike, under record id 17 and the name "Uno". */
-    final byte[] stored = Records.with8(Records.withText(Records.with16(Records.patterned(SIZE), 0, 17), 282, "Uno"), 346, 0);
+    final byte[] stored = Records.with8(Records.withText(Records.with16(Records.patterned(SIZE), 0, 17), 282, "Uno"),
+            346, 0);
 
     @BeforeEach
     void beginWithoutOpenSatelliteLists() {
@@ -40,7 +44,9 @@ abstract class SatellitePlatform extends ScriptedPlatform {
         Script.reset();
     }
 
-    /** Opens satellite lists, so that their handles are known (0x40001 for list 1) and opening is not in the journal. */
+    /**
+     * Opens satellite lists, so that their handles are known (0x40001 for list 1) and opening is not in the journal.
+     */
     @Override
     void open(int... ids) {
         for (int id : ids) {

@@ -7,8 +7,8 @@ import java.util.List;
  * Control of the scripted platform, which must have been chosen when the virtual machine started (LD_LIBRARY_PATH).
  *
  * <p>The journal holds what the library asked of the platform, one text a call: {@code x_svl_get_rec(0x10001, 17)} for
- * middleware calls (handle = kind &lt;&lt; 16 | list id, services being kind 1) and {@code log 3 TAG: TEXT} for log lines, with
- * {@code -} for a null tag.
+ * middleware calls (handle = kind &lt;&lt; 16 | list id, services being kind 1) and {@code log 3 TAG: TEXT} for log
+ * lines, with {@code -} for a null tag.
  */
 final class Script {
     static {
@@ -17,7 +17,7 @@ final class Script {
 
     private Script() {}
 
-    /** Forgets journal, answers and properties. */
+    /** Clears the journal, the script and the properties. */
     static native void reset();
 
     /** Gives the next call of that name a status. */

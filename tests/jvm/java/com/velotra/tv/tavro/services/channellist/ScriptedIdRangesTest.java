@@ -35,6 +35,7 @@ class ScriptedIdRangesTest extends SatellitePlatform {
         return Arrays.stream(list.getClass().getMethods())
                 .filter(method -> TvList.class.isAssignableFrom(method.getDeclaringClass()))
                 .filter(method -> !Modifier.isStatic(method.getModifiers()) && !method.isBridge())
+                .filter(method -> method.getParameterCount() > 0)
                 .toList();
     }
 
@@ -56,7 +57,8 @@ class ScriptedIdRangesTest extends SatellitePlatform {
         Map<Object, String> values = new LinkedHashMap<>();
         if (type == int.class) {
             String range = rangeOf(method, parameter);
-            Stream.of(-1, 65536, 70000, Integer.MIN_VALUE, Integer.MAX_VALUE).forEach(id -> values.put(id, range.formatted(id)));
+            Stream.of(-1, 65536, 70000, Integer.MIN_VALUE, Integer.MAX_VALUE)
+                    .forEach(id -> values.put(id, range.formatted(id)));
             if (range.equals(LIST)) {
                 values.put(0, LIST.formatted(0));
             } else if (range.equals(RECORD)) {
@@ -66,7 +68,8 @@ class ScriptedIdRangesTest extends SatellitePlatform {
         } else if (type == RecordId.class) {
             refusedIdentifiers(true).forEach((id, message) -> values.put(RecordId.parse(id), message));
         } else if (KeyedValues.class.isAssignableFrom(type) && !method.getName().equals("add")) {
-            refusedIdentifiers(list instanceof VltTvSatelliteList).forEach((id, message) -> values.put(info(list, id), message));
+            refusedIdentifiers(list instanceof VltTvSatelliteList)
+                    .forEach((id, message) -> values.put(info(list, id), message));
         } else if (type == List.class && method.getName().equals("updateAll")) {
             refusedIdentifiers(list instanceof VltTvSatelliteList)
                     .forEach((id, message) -> values.put(List.of(info(list, "1,1"), info(list, id)), message));
@@ -116,7 +119,7 @@ class ScriptedIdRangesTest extends SatellitePlatform {
             } else if (types[i] == String.class) {
                 arguments[i] = "/data/list";
             } else if (types[i] == List.class) {
-                arguments[i] = method.getName().equals("updateAll") ? List.of(info(list, identifier)) : null;
+                arguments[i] = method.getName().equals("updateAll") ? List.of(info(list, identifier)) : List.of();
             } else {
                 arguments[i] = info(list, identifier);
             }
@@ -197,14 +200,17 @@ class ScriptedIdRangesTest extends SatellitePlatform {
             for (VltTvChannelInfoBase info : List.of(
                     new VltTvChannelInfoBase().setTslRecId(bad), new VltTvChannelInfoBase().setSatlRecId(bad))) {
                 for (Executable call : List.<Executable>of(
-                        () -> lists.add(1, info), () -> lists.update(1, info), () -> lists.updateAll(1, List.of(info)))) {
+                        () -> lists.add(1, info), () -> lists.update(1, info),
+                        () -> lists.updateAll(1, List.of(info)))) {
                     assertEquals(message, assertThrows(IllegalArgumentException.class, call).getMessage());
                 }
             }
             for (VltTvTransportStreamInfoBase info : List.of(
-                    new VltTvTransportStreamInfoBase().setTslNwlRecId(bad), new VltTvTransportStreamInfoBase().setTslSatlRecId(bad))) {
+                    new VltTvTransportStreamInfoBase().setTslNwlRecId(bad), new VltTvTransportStreamInfoBase()
+                    .setTslSatlRecId(bad))) {
                 for (Executable call : List.<Executable>of(
-                        () -> streams.add(1, info), () -> streams.update(1, info), () -> streams.updateAll(1, List.of(info)))) {
+                        () -> streams.add(1, info), () -> streams.update(1, info),
+                        () -> streams.updateAll(1, List.of(info)))) {
                     assertEquals(message, assertThrows(IllegalArgumentException.class, call).getMessage());
                 }
             }

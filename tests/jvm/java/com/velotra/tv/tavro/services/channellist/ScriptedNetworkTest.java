@@ -16,7 +16,8 @@ class ScriptedNetworkTest extends ScriptedPlatform {
     private static final String BRIDGE = "com_velotra_tv_tavro_networklist_";
 
     private final byte[] stored = Records.with32(
-            Records.withText(Records.with8(Records.with16(Records.with16(Records.patterned(304), 4, 17), 10, 8468), 12, 200), 13, "Uno"),
+            Records.withText(Records.with8(Records.with16(Records.with16(Records.patterned(304), 4, 17), 10, 8468), 12,
+                    200), 13, "Uno"),
             0, 0x4);
 
     private static VltTvNetworkInfoBase named(String identifier) {
@@ -73,22 +74,24 @@ class ScriptedNetworkTest extends ScriptedPlatform {
     }
 
     @Test
-    void oneNetworkWithANullKeyListHasAllValuesAndTheIdentifierOfTheRecordRead() {
+    void oneNetworkWithANullKeyListHasAllValuesAndItsIdentifier() {
         open(networks, 3);
         Script.logLevel("D");
         Script.answer("x_nwl_get_rec", stored);
         VltTvNetworkInfo info = networks.native_getInfo("3,99", null);
         assertEquals(new RecordId(3, 17), info.id());
         assertEquals(
-                List.of("NwlIdNwlRecId", "NetworkVersion", "NetworkName", "NwlFavNetworkCandidate", "NwlFavNetwork", "NwlNetworkId"),
-                List.copyOf(info.values().keys()));
-        assertEquals(200, info.values().getNetworkVersion());
-        assertEquals("Uno", info.values().getNetworkName());
-        assertEquals(0, info.values().getNwlFavNetworkCandidate());
-        assertEquals(1, info.values().getNwlFavNetwork());
-        assertEquals(8468, info.values().getNwlNetworkId());
+                List.of("NwlIdNwlRecId", "NetworkVersion", "NetworkName", "NwlFavNetworkCandidate", "NwlFavNetwork",
+                        "NwlNetworkId"),
+                List.copyOf(info.keys()));
+        assertEquals(200, info.getNetworkVersion());
+        assertEquals("Uno", info.getNetworkName());
+        assertEquals(0, info.getNwlFavNetworkCandidate());
+        assertEquals(1, info.getNwlFavNetwork());
+        assertEquals(8468, info.getNwlNetworkId());
         assertEquals(
-                List.of(PREFIX + BRIDGE + "getInfo line:3258 ", PREFIX + "[combineMId] mwdbId = 3, recId = 17"), bridgeLines());
+                List.of(PREFIX + BRIDGE + "getInfo line:3258 ", PREFIX + "[combineMId] mwdbId = 3, recId = 17"),
+                bridgeLines());
     }
 
     @Test
@@ -97,8 +100,9 @@ class ScriptedNetworkTest extends ScriptedPlatform {
         Script.logLevel("D");
         Script.always("x_nwl_get_rec", stored);
         VltTvNetworkInfo info = networks.native_getInfo(
-                "3,17", Arrays.asList("NetworkVersion", "networkversion", "Unknown", null, "NetworkName", "NwlIdNwlRecId"));
-        assertEquals(List.of("NetworkVersion", "NetworkName", "NwlIdNwlRecId"), List.copyOf(info.values().keys()));
+                "3,17", Arrays.asList("NetworkVersion", "networkversion", "Unknown", null, "NetworkName",
+                        "NwlIdNwlRecId"));
+        assertEquals(List.of("NetworkVersion", "NetworkName", "NwlIdNwlRecId"), List.copyOf(info.keys()));
         assertEquals(new RecordId(3, 17), info.id());
         assertEquals(List.of(PREFIX + "Key List size = 6\n"), Script.linesWith("Key List"));
         assertEquals(
@@ -106,11 +110,12 @@ class ScriptedNetworkTest extends ScriptedPlatform {
                         "log 3 -: [KEY_NETWORK_VERSION] _get_nwl_info  pt_nwl_rec.ui2_nwl_rec_id:17 ",
                         "log 3 -: [KEY_NETWORK_NAME] _get_nwl_info  pt_nwl_rec.ui2_nwl_rec_id:17"),
                 Script.linesWith("[KEY_"));
-        for (String key : List.of("NetworkVersion", "NetworkName", "NwlFavNetworkCandidate", "NwlFavNetwork", "NwlNetworkId")) {
+        for (String key : List.of("NetworkVersion", "NetworkName", "NwlFavNetworkCandidate", "NwlFavNetwork",
+                "NwlNetworkId")) {
             info = networks.native_getInfo("3,17", List.of(key));
-            assertEquals(List.of(key), List.copyOf(info.values().keys()));
+            assertEquals(List.of(key), List.copyOf(info.keys()));
         }
-        assertEquals(List.of(), List.copyOf(networks.native_getInfo("3,17", List.of()).values().keys()));
+        assertEquals(List.of(), List.copyOf(networks.native_getInfo("3,17", List.of()).keys()));
     }
 
     @Test
@@ -132,8 +137,9 @@ class ScriptedNetworkTest extends ScriptedPlatform {
         Script.answer("x_nwl_get_rec_by_rec_idx", Records.with16(stored, 4, 18));
         List<VltTvNetworkInfo> list = networks.native_getInfoList(1, null);
         assertSame(ArrayList.class, list.getClass());
-        assertEquals(List.of(new RecordId(1, 17), new RecordId(1, 18)), list.stream().map(VltTvNetworkInfo::id).toList());
-        assertEquals("Uno", list.get(1).values().getNetworkName());
+        assertEquals(List.of(new RecordId(1, 17), new RecordId(1, 18)), list.stream().map(VltTvNetworkInfo::id)
+                .toList());
+        assertEquals("Uno", list.get(1).getNetworkName());
         assertEquals(
                 List.of(
                         PREFIX + BRIDGE + "getInfoList",
@@ -159,7 +165,7 @@ class ScriptedNetworkTest extends ScriptedPlatform {
         Script.always("x_nwl_get_num_rec", 0, 1);
         Script.always("x_nwl_get_rec_by_rec_idx", stored);
         List<VltTvNetworkInfo> list = networks.native_getInfoList(1, List.of("NwlNetworkId", "Nothing"));
-        assertEquals(List.of("NwlNetworkId"), List.copyOf(list.get(0).values().keys()));
+        assertEquals(List.of("NwlNetworkId"), List.copyOf(list.get(0).keys()));
         assertEquals(
                 List.of(
                         "log 3 -: [jni_VltTvList_Init]getInfoList, Key List size = 2\n",
@@ -169,7 +175,7 @@ class ScriptedNetworkTest extends ScriptedPlatform {
     }
 
     @Test
-    void aListWithoutRecordsIsAnEmptyArrayListAndOneThatCannotBeReadIsNull() {
+    void aListWithoutRecordsIsEmptyAndAnUnreadableOneIsNull() {
         open(networks, 1);
         List<VltTvNetworkInfo> list = networks.native_getInfoList(1, null);
         assertSame(ArrayList.class, list.getClass());
@@ -192,7 +198,9 @@ class ScriptedNetworkTest extends ScriptedPlatform {
         info.setNwlNetworkId(0x12345);
         Script.answer("x_nwl_get_rec", stored);
         assertEquals(0, networks.native_updateInfo(1, info));
-        byte[] expected = Records.withText(Records.with8(Records.with16(Records.with32(stored, 0, 0x2), 10, 0x2345), 12, 0x55), 13, "Due");
+        byte[] expected =
+                Records.withText(Records.with8(Records.with16(Records.with32(stored, 0, 0x2), 10, 0x2345), 12, 0x55),
+                        13, "Due");
         assertArrayEquals(expected, Script.lastRecord());
         assertJournal(
                 "x_nwl_get_rec(0x30001, 17)",
@@ -223,7 +231,8 @@ class ScriptedNetworkTest extends ScriptedPlatform {
         Script.logLevel("D");
         assertEquals(-22, networks.native_updateInfo(1, named("x")));
         assertEquals(-22, networks.native_updateInfo(1, (VltTvNetworkInfoBase) null));
-        assertEquals(List.of(PREFIX + "[" + BRIDGE + "updateInfo][3462] ", PREFIX + "[" + BRIDGE + "updateInfo][3462] "), bridgeLines());
+        assertEquals(List.of(PREFIX + "[" + BRIDGE + "updateInfo][3462] ",
+                PREFIX + "[" + BRIDGE + "updateInfo][3462] "), bridgeLines());
         Script.answer("x_nwl_get_rec", -7);
         assertEquals(-22, networks.native_updateInfo(1, named("1,17")));
         assertEquals(List.of(), Script.linesWith("lock"));
@@ -284,7 +293,8 @@ class ScriptedNetworkTest extends ScriptedPlatform {
     @Test
     void listUpdateHoldsOneLockAndReportsWhatFails() {
         open(networks, 1);
-        assertEquals(0, networks.native_updateInfoList(1, List.of(named("1,17"), named(null), new VltTvNetworkInfoBase())));
+        assertEquals(0,
+                networks.native_updateInfoList(1, List.of(named("1,17"), named(null), new VltTvNetworkInfoBase())));
         assertJournal(
                 "x_nwl_lock(0x30001)",
                 "x_nwl_get_rec(0x30001, 17)",
@@ -308,7 +318,7 @@ class ScriptedNetworkTest extends ScriptedPlatform {
     }
 
     @Test
-    void listUpdateEndsAtABadIdentifierWithTheLatestReadsStatusAndLeavesTheListLocked() {
+    void listUpdateEndsAtABadIdentifierAndLeavesTheListLocked() {
         open(networks, 1);
         assertEquals(-22, networks.native_updateInfoList(1, List.of(named("x"), named("1,17"))));
         assertJournal("x_nwl_lock(0x30001)");
@@ -355,6 +365,7 @@ class ScriptedNetworkTest extends ScriptedPlatform {
         Script.answer("x_nwl_add_rec", -9);
         assertEquals("", networks.nativeAdd(2, "1,17"));
         assertEquals(
-                List.of(PREFIX + "[nwList->copyInfo][0] ", PREFIX + "[nwList->copyInfo][-22] "), Script.linesWith("[nwList->"));
+                List.of(PREFIX + "[nwList->copyInfo][0] ", PREFIX + "[nwList->copyInfo][-22] "),
+                Script.linesWith("[nwList->"));
     }
 }

@@ -36,7 +36,10 @@ abstract class ScriptedPlatform {
         open(lists, ids);
     }
 
-    /** The same for lists of any kind; their handles are 0x20001 for transport stream list 1, 0x30001 for network list 1. */
+    /**
+     * The same for lists of any kind; their handles are 0x20001 for transport stream list 1, 0x30001 for network list
+     * 1.
+     */
     static void open(TvList kind, int... ids) {
         for (int id : ids) {
             assertEquals(0, kind.native_open(id));

@@ -21,11 +21,14 @@ import org.junit.jupiter.api.BeforeEach;
 import org.junit.jupiter.api.Test;
 
 /**
- * How many local references the natives hold that walk a list or a list of keys: a small number, however long the list is. Android
- * before version 8 ends a process whose native holds more than 512.
+ * How many local references the natives hold that walk a list or a list of keys: a small number, however long the list
+ * is. Android before version 8 ends a process whose native holds more than 512.
  */
 class ScriptedReferencesTest extends SatellitePlatform {
-    /** The most local references that any of these natives may hold at once; reading networks by their names needs as many. */
+    /**
+     * The most local references that any of these natives may hold at once; reading networks by their names needs as
+     * many.
+     */
     private static final int MOST = 9;
 
     private static final int FEW = 10;
@@ -64,7 +67,8 @@ class ScriptedReferencesTest extends SatellitePlatform {
         assertExactly(1, size -> {
             answerServices(size, Records.patterned());
             Script.always("x_tsl_get_rec", stream);
-            return () -> assertEquals(size * ServiceRecord.SIZE, lists.native_getInfoListByTransportStream(1, 1101).length);
+            return () ->
+                    assertEquals(size * ServiceRecord.SIZE, lists.native_getInfoListByTransportStream(1, 1101).length);
         });
         assertExactly(1, size -> {
             answerServices(size, Records.patterned());
@@ -73,7 +77,9 @@ class ScriptedReferencesTest extends SatellitePlatform {
         });
         assertExactly(1, size -> {
             Script.always("x_svl_get_num_rec_by_ts", 0, size);
-            return () -> assertEquals(size * ServiceRecord.SIZE, lists.native_getInfoListByTransportStreamRecord(1, 1).length);
+            return () ->
+                    assertEquals(size * ServiceRecord.SIZE, lists.native_getInfoListByTransportStreamRecord(1, 1)
+                            .length);
         });
     }
 
@@ -85,7 +91,8 @@ class ScriptedReferencesTest extends SatellitePlatform {
         });
         assertExactly(1, size -> {
             Script.always("x_tsl_get_num_rec_by_sat", 0, size);
-            return () -> assertEquals(size * TransportStreamRecord.SIZE, streams.native_getInfoListBySatellite(1, 1).length);
+            return () ->
+                    assertEquals(size * TransportStreamRecord.SIZE, streams.native_getInfoListBySatellite(1, 1).length);
         });
     }
 
@@ -173,9 +180,10 @@ class ScriptedReferencesTest extends SatellitePlatform {
     }
 
     @Test
-    void updatingSatellitesHoldsTheSameForAListOfAnyLengthWithoutNames() {
+    void updatingSatellitesWithoutNamesHoldsTheSameForAnyLength() {
         assertBoundedUpdate((id, infos) -> satellites.nativeUpdateInfoList(infos), List.of(named("1,1")));
-        assertBoundedUpdate((id, infos) -> satellites.nativeUpdateInfoList(infos), List.of(withAll(named("1,1"), "Name")));
+        assertBoundedUpdate((id, infos) -> satellites.nativeUpdateInfoList(infos),
+                List.of(withAll(named("1,1"), "Name")));
     }
 
     // What the contract keeps for each element; docs/architecture.md lists it.
@@ -190,7 +198,7 @@ class ScriptedReferencesTest extends SatellitePlatform {
     }
 
     @Test
-    void updatingTransportStreamsKeepsTheKeyOfEachIdentifierThatCannotBeParsed() {
+    void updatingTransportStreamsKeepsTheKeyOfEachBadIdentifier() {
         VltTvTransportStreamInfoBase info = stream();
         info.tslIdTslRecId = "none";
         assertOneForEachElement(size -> {

@@ -13,8 +13,10 @@ import org.junit.jupiter.api.Test;
 class ScriptedSatelliteReadingTest extends SatellitePlatform {
     private static final List<String> ALL_IN_ORDER = joined(
             List.of(
-                    "RecId", "MaskStatusOn", "MaskLnbUniver", "MaskLnbSingcab", "LnbSignalDetected", "MaskLnbSingcabJess", "OrbitPosition",
-                    "Name", "SingleCableUserBandSub", "SingleCableBandFreqSub", "LnbType", "LnbLowFreq", "LnbHighFreq", "LnbSwitchFreq",
+                    "RecId", "MaskStatusOn", "MaskLnbUniver", "MaskLnbSingcab", "LnbSignalDetected",
+                    "MaskLnbSingcabJess", "OrbitPosition",
+                    "Name", "SingleCableUserBandSub", "SingleCableBandFreqSub", "LnbType", "LnbLowFreq", "LnbHighFreq",
+                    "LnbSwitchFreq",
                     "AntennaType"),
             DISEQC_KEYS,
             List.of("DiseqcPolar"));
@@ -94,13 +96,15 @@ class ScriptedSatelliteReadingTest extends SatellitePlatform {
             Script.logLevel("D");
             assertNull(satellites.nativeGetInfo(identifier, null));
             assertEquals(
-                    List.of(maskLine("getInfo", "", 0), PREFIX + BRIDGE + "getInfo getInfo fail ret=-1 "), bridgeLines());
+                    List.of(maskLine("getInfo", "", 0), PREFIX + BRIDGE + "getInfo getInfo fail ret=-1 "),
+                    bridgeLines());
             assertEquals(List.of(), calls());
         }
         Script.reset();
         Script.logLevel("E");
         assertNull(satellites.nativeGetInfo(null, null));
-        assertJournal("log 6 -: Invalid String.\n", "log 6 [SATELITE] NativeVltTvSatelliteList_Cpp: Unknown recId info.\n");
+        assertJournal("log 6 -: Invalid String.\n",
+                "log 6 [SATELITE] NativeVltTvSatelliteList_Cpp: Unknown recId info.\n");
     }
 
     @Test
@@ -110,7 +114,8 @@ class ScriptedSatelliteReadingTest extends SatellitePlatform {
         Script.always("x_satl_get_num_recs", 0, 2);
         Script.answer("x_satl_get_rec_by_rec_idx", Records.with32(stored, 4, 0x4000));
         Script.answer(
-                "x_satl_get_rec_by_rec_idx", Records.withText(Records.with32(Records.with16(stored, 0, 18), 4, 0x8000), 282, "Due"));
+                "x_satl_get_rec_by_rec_idx",
+                Records.withText(Records.with32(Records.with16(stored, 0, 18), 4, 0x8000), 282, "Due"));
         List<VltTvSatelliteInfo> list = satellites.nativeGetInfoList(5, null);
         assertSame(ArrayList.class, list.getClass());
         assertEquals(List.of("5,17", "5,18"), list.stream().map(info -> info.getRecId()).toList());
@@ -139,19 +144,20 @@ class ScriptedSatelliteReadingTest extends SatellitePlatform {
     }
 
     @Test
-    void aListByKeysTellsTheNumberOfKeysForEachRecordWithoutABlankBehindThePrefix() {
+    void aListByKeysLogsTheNumberOfKeysForEachRecord() {
         open(5);
         Script.logLevel("D");
         Script.always("x_satl_get_num_recs", 0, 2);
         Script.always("x_satl_get_rec_by_rec_idx", stored);
-        List<VltTvSatelliteInfo> list = satellites.nativeGetInfoList(5, Arrays.asList("LnbType", "Nothing", null, "Tone22k"));
+        List<VltTvSatelliteInfo> list = satellites.nativeGetInfoList(5,
+                Arrays.asList("LnbType", "Nothing", null, "Tone22k"));
         assertEquals(List.of("RecId", "LnbType", "Tone22k"), keys(list.get(0)));
         String line = LOG + "[jni_VltTvList_Init]getInfoList, Key List size = 4\n";
         assertEquals(List.of(line, line), Script.linesWith("Key List"));
     }
 
     @Test
-    void aListKeepsAValueOfTheRecordBeforeWhereARecordHasNone() {
+    void aValueThatASatelliteDoesNotHaveIsNotTheOneBefore() {
         open(5);
         Script.always("x_satl_get_num_recs", 0, 3);
         Script.answer("x_satl_get_rec_by_rec_idx", Records.with32(stored, 4, 0));
@@ -160,8 +166,9 @@ class ScriptedSatelliteReadingTest extends SatellitePlatform {
         List<VltTvSatelliteInfo> list = satellites.nativeGetInfoList(5, List.of("AntennaType"));
         assertEquals(List.of("RecId"), keys(list.get(0)));
         assertEquals(List.of("RecId", "AntennaType"), keys(list.get(1)));
-        assertEquals(List.of("RecId", "AntennaType"), keys(list.get(2)));
-        assertEquals(1, list.get(2).getAntennaType());
+        assertEquals(1, list.get(1).getAntennaType());
+        assertEquals(List.of("RecId"), keys(list.get(2)));
+        assertEquals(0, list.get(2).getAntennaType());
     }
 
     @Test
@@ -210,7 +217,8 @@ class ScriptedSatelliteReadingTest extends SatellitePlatform {
                 bridgeLines());
         List<String> lines = List.of(Script.lines());
         assertEquals(
-                List.of(PREFIX + BRIDGE + "getInfoList : getInfoByIdx failed!", found(5), "x_satl_read_unlock(0x40005)"),
+                List.of(PREFIX + BRIDGE + "getInfoList : getInfoByIdx failed!", found(5),
+                        "x_satl_read_unlock(0x40005)"),
                 lines.subList(lines.size() - 3, lines.size()));
         assertEquals(2, Script.linesWith("get_rec_by_rec_idx(").size());
     }

@@ -51,55 +51,75 @@ class ScriptedSatelliteRecordTest extends SatellitePlatform {
     }
 
     private static final List<Number> NUMBERS = List.of(
-            new Number("OrbitPosition", VltTvSatelliteInfoBase::setOrbitPosition, VltTvSatelliteInfoBase::getOrbitPosition, 280, 2, "i2_orb_pos"),
-            new Number("LnbPower", VltTvSatelliteInfoBase::setLnbPower, VltTvSatelliteInfoBase::getLnbPower, 56, 4, "e_lnb_power"),
-            new Number("ToneBurst", VltTvSatelliteInfoBase::setToneBurst, VltTvSatelliteInfoBase::getToneBurst, BURST, 1, "ui1_tone_burst"),
-            new Number("DiseqcType", VltTvSatelliteInfoBase::setDiseqcType, VltTvSatelliteInfoBase::getDiseqcType, TYPE, 4, "e_diseqc_type"),
-            new Number("Tone22k", VltTvSatelliteInfoBase::setTone22k, VltTvSatelliteInfoBase::getTone22k, 47, 1, "ui1_22k"),
+            new Number("OrbitPosition", VltTvSatelliteInfoBase::setOrbitPosition,
+                    VltTvSatelliteInfoBase::getOrbitPosition, 280, 2, "i2_orb_pos"),
+            new Number("LnbPower", VltTvSatelliteInfoBase::setLnbPower, VltTvSatelliteInfoBase::getLnbPower, 56, 4,
+                    "e_lnb_power"),
+            new Number("ToneBurst", VltTvSatelliteInfoBase::setToneBurst, VltTvSatelliteInfoBase::getToneBurst, BURST,
+                    1, "ui1_tone_burst"),
+            new Number("DiseqcType", VltTvSatelliteInfoBase::setDiseqcType, VltTvSatelliteInfoBase::getDiseqcType, TYPE,
+                    4, "e_diseqc_type"),
+            new Number("Tone22k", VltTvSatelliteInfoBase::setTone22k, VltTvSatelliteInfoBase::getTone22k, 47, 1,
+                    "ui1_22k"),
             new Number(
                     "SingleCableUserBandMain", VltTvSatelliteInfoBase::setSingleCableUserBandMain,
                     VltTvSatelliteInfoBase::getSingleCableUserBandMain, 72, 4, "e_user_band"),
             new Number(
-                    "UnicablePosition", VltTvSatelliteInfoBase::setUnicablePosition, VltTvSatelliteInfoBase::getUnicablePosition, 64, 4,
+                    "UnicablePosition", VltTvSatelliteInfoBase::setUnicablePosition,
+                    VltTvSatelliteInfoBase::getUnicablePosition, 64, 4,
                     "e_position"),
             new Number(
                     "SingleCableBandFreqMain", VltTvSatelliteInfoBase::setSingleCableBandFreqMain,
                     VltTvSatelliteInfoBase::getSingleCableBandFreqMain, 76, 2, "ui2_band_freq"),
-            new Number("MduType", VltTvSatelliteInfoBase::setMduType, VltTvSatelliteInfoBase::getMduType, 80, 4, "e_mdu_type"),
+            new Number("MduType", VltTvSatelliteInfoBase::setMduType, VltTvSatelliteInfoBase::getMduType, 80, 4,
+                    "e_mdu_type"),
             new Number(
-                    "DiseqcTypeEx", VltTvSatelliteInfoBase::setDiseqcTypeEx, VltTvSatelliteInfoBase::getDiseqcTypeEx, TYPE_EX, 4,
+                    "DiseqcTypeEx", VltTvSatelliteInfoBase::setDiseqcTypeEx, VltTvSatelliteInfoBase::getDiseqcTypeEx,
+                    TYPE_EX, 4,
                     "e_diseqc_type_ex"),
             new Number(
-                    "DiseqcPositionEx", VltTvSatelliteInfoBase::setDiseqcPositionEx, VltTvSatelliteInfoBase::getDiseqcPositionEx, 88, 1,
+                    "DiseqcPositionEx", VltTvSatelliteInfoBase::setDiseqcPositionEx,
+                    VltTvSatelliteInfoBase::getDiseqcPositionEx, 88, 1,
                     "ui1_port_ex"),
-            new Number("DiseqcPolar", VltTvSatelliteInfoBase::setDiseqcPolar, VltTvSatelliteInfoBase::getDiseqcPolar, 52, 4, "e_polar"),
+            new Number("DiseqcPolar", VltTvSatelliteInfoBase::setDiseqcPolar, VltTvSatelliteInfoBase::getDiseqcPolar,
+                    52, 4, "e_polar"),
             new Number(
                     "SingleCableUserBandSub", VltTvSatelliteInfoBase::setSingleCableUserBandSub,
                     VltTvSatelliteInfoBase::getSingleCableUserBandSub, 192, 4, "e_user_band"),
             new Number(
                     "SingleCableBandFreqSub", VltTvSatelliteInfoBase::setSingleCableBandFreqSub,
                     VltTvSatelliteInfoBase::getSingleCableBandFreqSub, 196, 2, "ui2_band_freq"),
-            new Number("LnbType", VltTvSatelliteInfoBase::setLnbType, VltTvSatelliteInfoBase::getLnbType, 8, 4, "e_lnb_type"),
-            new Number("LnbLowFreq", VltTvSatelliteInfoBase::setLnbLowFreq, VltTvSatelliteInfoBase::getLnbLowFreq, 12, 2, "ui2_lnb_low_freq"),
+            new Number("LnbType", VltTvSatelliteInfoBase::setLnbType, VltTvSatelliteInfoBase::getLnbType, 8, 4,
+                    "e_lnb_type"),
+            new Number("LnbLowFreq", VltTvSatelliteInfoBase::setLnbLowFreq, VltTvSatelliteInfoBase::getLnbLowFreq, 12,
+                    2, "ui2_lnb_low_freq"),
             new Number(
-                    "LnbHighFreq", VltTvSatelliteInfoBase::setLnbHighFreq, VltTvSatelliteInfoBase::getLnbHighFreq, 14, 2, "ui2_lnb_high_freq"),
+                    "LnbHighFreq", VltTvSatelliteInfoBase::setLnbHighFreq, VltTvSatelliteInfoBase::getLnbHighFreq, 14,
+                    2, "ui2_lnb_high_freq"),
             new Number(
-                    "LnbSwitchFreq", VltTvSatelliteInfoBase::setLnbSwitchFreq, VltTvSatelliteInfoBase::getLnbSwitchFreq, 16, 2,
+                    "LnbSwitchFreq", VltTvSatelliteInfoBase::setLnbSwitchFreq, VltTvSatelliteInfoBase::getLnbSwitchFreq,
+                    16, 2,
                     "ui2_lnb_switch_freq"));
 
     /** A key that is one bit of the mask. */
     private record Flag(
-            String key, ObjIntConsumer<VltTvSatelliteInfoBase> set, ToIntFunction<VltTvSatelliteInfoBase> get, int bit) {}
+            String key, ObjIntConsumer<VltTvSatelliteInfoBase> set, ToIntFunction<VltTvSatelliteInfoBase> get,
+            int bit) {}
 
     private static final List<Flag> FLAGS = List.of(
-            new Flag("MaskStatusOn", VltTvSatelliteInfoBase::setMaskStatusOn, VltTvSatelliteInfoBase::getMaskStatusOn, 0x2000),
-            new Flag("MaskLnbUniver", VltTvSatelliteInfoBase::setMaskLnbUniver, VltTvSatelliteInfoBase::getMaskLnbUniver, 0x4000),
-            new Flag("MaskLnbSingcab", VltTvSatelliteInfoBase::setMaskLnbSingcab, VltTvSatelliteInfoBase::getMaskLnbSingcab, 0x8000),
+            new Flag("MaskStatusOn", VltTvSatelliteInfoBase::setMaskStatusOn, VltTvSatelliteInfoBase::getMaskStatusOn,
+                    0x2000),
+            new Flag("MaskLnbUniver", VltTvSatelliteInfoBase::setMaskLnbUniver,
+                    VltTvSatelliteInfoBase::getMaskLnbUniver, 0x4000),
+            new Flag("MaskLnbSingcab", VltTvSatelliteInfoBase::setMaskLnbSingcab,
+                    VltTvSatelliteInfoBase::getMaskLnbSingcab, 0x8000),
             new Flag(
-                    "MaskLnbSingcabJess", VltTvSatelliteInfoBase::setMaskLnbSingcabJess, VltTvSatelliteInfoBase::getMaskLnbSingcabJess,
+                    "MaskLnbSingcabJess", VltTvSatelliteInfoBase::setMaskLnbSingcabJess,
+                    VltTvSatelliteInfoBase::getMaskLnbSingcabJess,
                     0x10000),
             new Flag(
-                    "LnbSignalDetected", VltTvSatelliteInfoBase::setLnbSignalDetected, VltTvSatelliteInfoBase::getLnbSignalDetected, 0x20));
+                    "LnbSignalDetected", VltTvSatelliteInfoBase::setLnbSignalDetected,
+                    VltTvSatelliteInfoBase::getLnbSignalDetected, 0x20));
 
     @BeforeEach
     void openTheList() {
@@ -107,7 +127,8 @@ class ScriptedSatelliteRecordTest extends SatellitePlatform {
     }
 
     /** The record that an update of `before` with these values writes. */
-    private static byte[] updated(VltTvSatelliteList satellites, byte[] before, Consumer<VltTvSatelliteInfoBase> values) {
+    private static byte[] updated(VltTvSatelliteList satellites, byte[] before,
+            Consumer<VltTvSatelliteInfoBase> values) {
         Script.reset();
         Script.logLevel("D");
         Script.answer("x_satl_get_rec", before);
@@ -134,7 +155,8 @@ class ScriptedSatelliteRecordTest extends SatellitePlatform {
     /** The conversion's lines of the latest native. */
     private static List<String> conversionLines() {
         return bridgeLines().stream()
-                .filter(line -> !line.contains(BRIDGE) && !line.contains("[satList->") && !line.contains("[combineMId]"))
+                .filter(line -> !line.contains(BRIDGE) && !line.contains("[satList->")
+                        && !line.contains("[combineMId]"))
                 .toList();
     }
 
@@ -155,7 +177,8 @@ class ScriptedSatelliteRecordTest extends SatellitePlatform {
         for (Number number : NUMBERS) {
             for (int value : new int[] {0x12345678, -2, 1, 0}) {
                 String line = number.line + " = " + number.kept(value) + " \n";
-                assertArrayEquals(number.in(added(2), value), addedWith(info -> number.set.accept(info, value)), number.key);
+                assertArrayEquals(number.in(added(2), value), addedWith(info -> number.set.accept(info, value)),
+                        number.key);
                 assertLines(line);
                 byte[] record = updated(stored, info -> number.set.accept(info, value));
                 if (number.key.equals("DiseqcPolar")) { // into new records alone
@@ -240,7 +263,8 @@ class ScriptedSatelliteRecordTest extends SatellitePlatform {
             byte[] expected = withName(before, cut.getBytes(StandardCharsets.UTF_8));
             assertArrayEquals(expected, updated(before, info -> info.setName(name)));
             assertLines("ac_sat_name = " + cut + " \n");
-            assertArrayEquals(withName(added(2), cut.getBytes(StandardCharsets.UTF_8)), addedWith(info -> info.setName(name)));
+            assertArrayEquals(withName(added(2), cut.getBytes(StandardCharsets.UTF_8)),
+                    addedWith(info -> info.setName(name)));
             assertEquals(cut, read(expected).getName());
             assertEquals(cut, read(expected, "Name").getName());
         }
@@ -278,8 +302,9 @@ class ScriptedSatelliteRecordTest extends SatellitePlatform {
     }
 
     @Test
-    void anAntennaTypeReplacesTheLnbKindAndFromThreeToFiveTheDiseqcModes() {
-        Map<Integer, Integer> kinds = Map.of(0, 0x4000, 1, 0x8000, 2, 0x10000, 3, 0x4000, 4, 0x4000, 5, 0x4000, 6, 0x4000);
+    void anAntennaTypeReplacesLnbKindAndFrom3To5TheDiseqcModes() {
+        Map<Integer, Integer> kinds =
+                Map.of(0, 0x4000, 1, 0x8000, 2, 0x10000, 3, 0x4000, 4, 0x4000, 5, 0x4000, 6, 0x4000);
         Map<Integer, int[]> modes = Map.of(3, new int[] {2, 0, 0}, 4, new int[] {0, 4, 0}, 5, new int[] {0, 0, 5});
         for (int type : new int[] {0, 1, 2, 3, 4, 5, 6, 7, -1, 256, Integer.MIN_VALUE}) {
             for (int mask : new int[] {0, -1, 0x0001C000, 0x12342020}) {
@@ -334,8 +359,10 @@ class ScriptedSatelliteRecordTest extends SatellitePlatform {
                 case 0, 1, 2, 3 -> Records.with8(Records.with8(stored, PORT, position), BURST, 0xFF);
                 default -> Records.with8(Records.with8(stored, PORT, 0xFF), BURST, 0xFF);
             };
-            assertArrayEquals(expected, updated(stored, info -> info.setDiseqcPosition(position)), "position " + position);
-            assertLines("ui1_port = " + (expected[PORT] & 0xFF) + " ui1_tone_burst = " + (expected[BURST] & 0xFF) + "\n");
+            assertArrayEquals(expected, updated(stored, info -> info.setDiseqcPosition(position)),
+                    "position " + position);
+            assertLines("ui1_port = " + (expected[PORT] & 0xFF) + " ui1_tone_burst = " + (expected[BURST] & 0xFF)
+                    + "\n");
         }
     }
 
@@ -416,7 +443,8 @@ class ScriptedSatelliteRecordTest extends SatellitePlatform {
             assertAntennaType(mode[0], antenna(0x4000 | ~0x1C000, mode[1], mode[2], mode[3]));
         }
         int[][] others = {
-            {0, 0, 0}, {1, 0, 0}, {2, 4, 0}, {2, 0, 5}, {2, 4, 5}, {0, 4, 5}, {0, 5, 0}, {0, 0, 4}, {1, 4, 0}, {1, 0, 5}, {2, 0, 1}, {2, 1, 0}
+            {0, 0, 0}, {1, 0, 0}, {2, 4, 0}, {2, 0, 5}, {2, 4, 5}, {0, 4, 5}, {0, 5, 0}, {0, 0, 4}, {1, 4, 0},
+            {1, 0, 5}, {2, 0, 1}, {2, 1, 0}
         };
         for (int[] mode : others) {
             assertAntennaType(0, antenna(0x4000, mode[0], mode[1], mode[2]));
@@ -447,8 +475,10 @@ class ScriptedSatelliteRecordTest extends SatellitePlatform {
 
     @Test
     void aSwitchPositionIsReadFromTheBurstOrThePortByTheDiseqcType() {
-        int[][] cases = { // type, port, burst, position
-            {0, 3, 0, 5}, {0, 3, 1, 6}, {0, 3, 2, 255}, {0, 3, 0xFF, 255}, {2, 3, 0, 3}, {2, 0, 1, 0}, {2, 0xFF, 0, 255}, {2, 200, 0, 200},
+        // Type, port, burst, position.
+        int[][] cases = {
+            {0, 3, 0, 5}, {0, 3, 1, 6}, {0, 3, 2, 255}, {0, 3, 0xFF, 255}, {2, 3, 0, 3}, {2, 0, 1, 0},
+            {2, 0xFF, 0, 255}, {2, 200, 0, 200},
             {1, 3, 0, 255}, {3, 3, 1, 255}, {-1, 0, 0, 255}, {256, 3, 0, 255}
         };
         for (int[] c : cases) {

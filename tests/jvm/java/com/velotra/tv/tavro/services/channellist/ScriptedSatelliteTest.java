@@ -95,7 +95,8 @@ class ScriptedSatelliteTest extends SatellitePlatform {
 
     @Test
     void deletePassesOnTheStoresStatus() {
-        assertForwarded(entry("delete", 3715), () -> satellites.nativeDelete(1), "x_satl_delete", "x_satl_delete(0x40001)");
+        assertForwarded(entry("delete", 3715), () -> satellites.nativeDelete(1), "x_satl_delete",
+                "x_satl_delete(0x40001)");
     }
 
     @Test
@@ -132,9 +133,10 @@ class ScriptedSatelliteTest extends SatellitePlatform {
     }
 
     @Test
-    void removeByRecordIdDeletesFromTheListGivenWhateverTheIdentifierNames() {
+    void removeByRecordIdIgnoresTheListInTheIdentifier() {
         assertForwarded(
-                entry("remove_info_by_recId", 4502), () -> satellites.nativeRemoveByRecId(2, "1,1207"), "x_satl_del_rec",
+                entry("remove_info_by_recId", 4502), () -> satellites.nativeRemoveByRecId(2, "1,1207"),
+                "x_satl_del_rec",
                 "x_satl_lock(0x40002)", "x_satl_del_rec(0x40002, 1207)", "x_satl_unlock(0x40002)");
     }
 
@@ -245,6 +247,7 @@ class ScriptedSatelliteTest extends SatellitePlatform {
         assertEquals("65537,65535", satellites.nativeAdd(65537, new VltTvSatelliteInfoBase()));
         Script.answer("x_satl_get_rec", Records.with16(stored, 0, 0xABCD));
         assertEquals("65538,43981", satellites.nativeAdd(65538, "1,12"));
-        assertEquals(List.of("x_satl_add_rec(0x40001, record)", "x_satl_add_rec(0x40002, record)"), Script.linesWith("add_rec("));
+        assertEquals(List.of("x_satl_add_rec(0x40001, record)", "x_satl_add_rec(0x40002, record)"),
+                Script.linesWith("add_rec("));
     }
 }

@@ -51,7 +51,7 @@ class ScriptedSatelliteUpdateTest extends SatellitePlatform {
     }
 
     @Test
-    void updateAsksForTheIdentifierFirstAndNeverForThePolarisation() {
+    void updateAsksForTheIdentifierFirstAndNotForPolarization() {
         open(1);
         Script.answer("x_satl_get_rec", stored);
         Asked info = new Asked();
@@ -84,7 +84,7 @@ class ScriptedSatelliteUpdateTest extends SatellitePlatform {
     }
 
     @Test
-    void updateFailsForAnIdentifierThatCannotBeParsedBeforeTheStoreIsAsked() {
+    void updateFailsForABadIdentifierBeforeAnyRead() {
         open(1);
         Script.logLevel("D");
         for (String identifier : List.of("x", "17", "a,1", "1,b", "-1,17", "1, 17", "")) {
@@ -189,7 +189,7 @@ class ScriptedSatelliteUpdateTest extends SatellitePlatform {
     }
 
     @Test
-    void listUpdateOfNothingSucceedsWithoutTouchingTheStoreAndOfANullListFails() {
+    void listUpdateOfNothingSucceedsAndOfANullListFails() {
         Script.logLevel("D");
         assertEquals(0, satellites.nativeUpdateInfoList(List.of()));
         assertEquals(-22, satellites.nativeUpdateInfoList(null));
@@ -197,7 +197,7 @@ class ScriptedSatelliteUpdateTest extends SatellitePlatform {
     }
 
     @Test
-    void listUpdateFailsAtAnIdentifierThatCannotBeParsedOnlyWhenItIsTheFirst() {
+    void listUpdateFailsAtABadIdentifierOnlyWhenItIsTheFirst() {
         open(1);
         assertEquals(-22, satellites.nativeUpdateInfoList(List.of(named("x"), named("1,17"))));
         assertJournal();
@@ -213,7 +213,7 @@ class ScriptedSatelliteUpdateTest extends SatellitePlatform {
     }
 
     @Test
-    void listUpdateStopsAtARecordThatCannotBeReadOrStoredAndLeavesTheOnesBeforeUpdated() {
+    void listUpdateStopsAtAFailureAndKeepsTheUpdatesBefore() {
         open(1);
         Script.answer("x_satl_get_rec", 0);
         Script.answer("x_satl_get_rec", -7);
@@ -229,10 +229,11 @@ class ScriptedSatelliteUpdateTest extends SatellitePlatform {
     }
 
     @Test
-    void listUpdateOfAnElementWithoutAnIdentifierAsksForRecordZeroOfListZeroAndFails() {
+    void listUpdateWithoutAnIdentifierReadsRecord0OfList0AndFails() {
         open(1);
         Script.logLevel("D");
-        assertEquals(-22, satellites.nativeUpdateInfoList(List.of(named("1,17"), new VltTvSatelliteInfoBase(), named("1,18"))));
+        assertEquals(-22,
+                satellites.nativeUpdateInfoList(List.of(named("1,17"), new VltTvSatelliteInfoBase(), named("1,18"))));
         assertEquals(joined(List.of(UPDATE_OF_17), List.of("x_satl_open(0, 0, 0)")), calls());
         assertEquals(
                 List.of(identifierLine("updateInfoList", 4847, "1,17"), identifierLine("updateInfoList", 4847, "0,0")),

@@ -158,7 +158,8 @@ class ScriptedTransportStreamTest extends ScriptedPlatform {
         open(streams, 6);
         assertNull(streams.native_getInfoListBySatellite(6, 9));
         assertJournal(
-                "x_tsl_read_lock(0x20006)", "x_tsl_get_num_rec_by_sat(0x20006, 65535, 6, 9)", "x_tsl_read_unlock(0x20006)");
+                "x_tsl_read_lock(0x20006)", "x_tsl_get_num_rec_by_sat(0x20006, 65535, 6, 9)",
+                "x_tsl_read_unlock(0x20006)");
     }
 
     @Test
@@ -292,7 +293,7 @@ class ScriptedTransportStreamTest extends ScriptedPlatform {
     }
 
     @Test
-    void listUpdateOfNothingLocksAndUnlocksAndOfANullListFailsBeforeTheLock() {
+    void listUpdateOfNothingLocksAndOfANullListFailsBefore() {
         open(streams, 1);
         assertEquals(0, streams.native_updateInfoList(1, List.of()));
         assertEquals(-22, streams.native_updateInfoList(1, null));
@@ -325,7 +326,8 @@ class ScriptedTransportStreamTest extends ScriptedPlatform {
         Script.answer("x_tsl_qry_rec_id", -6, 0);
         assertEquals("1,1", streams.nativeAdd(1, info().setBroadcastMedium(3).setFrequency(11493000)));
         assertArrayEquals(
-                Records.with32(Records.with8(Records.with16(new byte[724], 0, 1), 5, 3), 44, 11493000), Script.lastRecord());
+                Records.with32(Records.with8(Records.with16(new byte[724], 0, 1), 5, 3), 44, 11493000),
+                Script.lastRecord());
         assertEquals(
                 List.of(
                         PREFIX + "[" + BRIDGE + "add_Info][2811] ",
@@ -362,6 +364,7 @@ class ScriptedTransportStreamTest extends ScriptedPlatform {
         Script.answer("x_tsl_add_rec", -9);
         assertEquals("", streams.nativeAdd(4, "1,17"));
         assertEquals(
-                List.of(PREFIX + "[tsList->copyInfo][0] ", PREFIX + "[tsList->copyInfo][-22] "), Script.linesWith("[tsList->"));
+                List.of(PREFIX + "[tsList->copyInfo][0] ", PREFIX + "[tsList->copyInfo][-22] "),
+                Script.linesWith("[tsList->"));
     }
 }

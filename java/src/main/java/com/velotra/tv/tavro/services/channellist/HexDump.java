@@ -1,6 +1,6 @@
 package com.velotra.tv.tavro.services.channellist;
 
-/** Bytes as text: sixteen a line, behind their offset and in front of their characters. */
+/** Bytes as text, sixteen per line: their offset, the bytes, their characters. */
 final class HexDump {
     private static final int PER_LINE = 16;
 

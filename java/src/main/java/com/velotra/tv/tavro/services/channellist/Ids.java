@@ -4,8 +4,8 @@ import java.util.Objects;
 import java.util.stream.Stream;
 
 /**
- * Checks of the ids that callers pass in. The native side keeps the low 16 bits of a number, so an id out of range would name
- * another list or record.
+ * Checks of the ids that callers pass in. The natives keep the low 16 bits of a number, so an id out of range would
+ * name another list or record.
  *
  * <p>Each check returns its argument, or throws an {@link IllegalArgumentException} that names the id and its range.
  */
@@ -44,8 +44,9 @@ final class Ids {
     }
 
     /**
-     * Checks identifiers in text form whose record part names a record; the list part may be 0. The native side cannot parse a
-     * malformed one: it would leave a list half updated and locked, or end the process. Null is passed through to the native.
+     * Checks identifiers in text form whose record part names a record; the list part may be 0. Natives cannot parse a
+     * malformed one: they would leave a list half updated and locked, or end the process. Null is passed through to the
+     * native.
      */
     static void checkRecords(Stream<String> identifiers) {
         parsed(identifiers).forEach(id -> {
@@ -54,7 +55,10 @@ final class Ids {
         });
     }
 
-    /** Checks identifiers that refer to other records: both parts have 16 bits, and 0,0 stands for none. Null is passed through. */
+    /**
+     * Checks identifiers that refer to other records: both parts have 16 bits, and 0,0 stands for none. Null is passed
+     * through.
+     */
     static void checkReferences(Stream<String> identifiers) {
         parsed(identifiers).forEach(id -> {
             inRange(id.listId(), 0, HIGHEST, "list");
@@ -66,7 +70,7 @@ final class Ids {
         return identifiers.filter(Objects::nonNull).map(RecordId::parse);
     }
 
-    /** The same for identifiers of which both parts count. */
+    /** Checks identifiers of which both parts name a record. Null is passed through. */
     static void checkWhole(Stream<String> identifiers) {
         parsed(identifiers).forEach(Ids::text);
     }

@@ -10,16 +10,17 @@ import java.util.regex.Pattern;
  * @param tenths tenths of a degree of longitude: east of Greenwich is positive, west negative
  */
 public record OrbitalPosition(int tenths) {
-    /** 360 degrees east, which is no place: whatever satellite a steerable dish is turned to. */
+    /** 360 degrees east, which stands for any satellite that a steerable dish is turned to. */
     public static final OrbitalPosition ANY = new OrbitalPosition(3600);
 
     private static final Pattern TEXT = Pattern.compile("S([0-9]{1,3}(?:\\.[0-9])?)([EW])");
     private static final int HALF_CIRCLE = 1800;
 
     /**
-     * Reads the usual text form, as in {@code S19.2E} or {@code S5W}; {@code S360E} is {@link #ANY}.
+     * Returns the position that the usual text form names, as in {@code S19.2E} or {@code S5W}; {@code S360E} is
+     * {@link #ANY}.
      *
-     * @throws IllegalArgumentException when the text is no position from 180 degrees west to 180 degrees east
+     * @throws IllegalArgumentException if the text is not a position from 180 degrees west to 180 degrees east
      */
     public static OrbitalPosition parse(String text) {
         Matcher matcher = TEXT.matcher(text);
@@ -31,10 +32,11 @@ public record OrbitalPosition(int tenths) {
             }
         }
         throw new IllegalArgumentException(
-                "'" + Printable.of(text) + "' is not an orbital position; write degrees from 0 to 180 as in S19.2E or S5W");
+                "'" + Printable.of(text)
+                + "' is not an orbital position; write degrees from 0 to 180 as in S19.2E or S5W");
     }
 
-    /** The text form, always with its tenths. */
+    /** Returns the text form, always with its tenths. */
     @Override
     public String toString() {
         int size = Math.abs(tenths);

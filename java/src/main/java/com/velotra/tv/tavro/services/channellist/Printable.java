@@ -10,8 +10,8 @@ public final class Printable {
     private Printable() {}
 
     /**
-     * The text on one line, with a dot for every control character and line separator. Texts from broadcasts and files must
-     * neither control the terminal nor look like several lines.
+     * Returns the text on one line, with a dot for every control character and line separator. Texts from broadcasts
+     * and files must neither control the terminal nor look like several lines.
      */
     public static String of(String text) {
         for (int i = 0; i < text.length(); i++) {

@@ -1,30 +1,32 @@
 package com.velotra.tv.tavro.services.channellist;
 
+import java.io.Serializable;
 import java.util.regex.Pattern;
 
 /**
  * Names one record of one list.
  *
- * <p>Stored records may hold any 16-bit numbers: 0,0 stands for no record. The methods of the list classes take list ids from 1
- * to 65535 and record ids from 0 to 65534.
+ * <p>Stored records may hold any 16-bit numbers: 0,0 stands for no record. The methods of the list classes take list
+ * ids from 1 to 65535 and record ids from 0 to 65534.
  *
  * @param listId the list
  * @param recordId the record within it
  */
-public record RecordId(int listId, int recordId) {
+public record RecordId(int listId, int recordId) implements Serializable {
     private static final Pattern DIGITS = Pattern.compile("[0-9]+");
 
-    /** @throws IllegalArgumentException when a number is negative: the native side takes digits alone */
+    /** @throws IllegalArgumentException if a number is negative, which the natives cannot parse */
     public RecordId {
         if (listId < 0 || recordId < 0) {
-            throw new IllegalArgumentException(listId + "," + recordId + " is not a record identifier; its numbers start at 0");
+            throw new IllegalArgumentException(listId + "," + recordId
+                    + " is not a record identifier; its numbers start at 0");
         }
     }
 
     /**
-     * Reads the text form, as in {@code 3,17}.
+     * Returns the identifier that the text form names, such as {@code 3,17}.
      *
-     * @throws IllegalArgumentException when the text is not two decimal numbers with a comma between them
+     * @throws IllegalArgumentException if the text is not two decimal numbers with a comma between them
      */
     public static RecordId parse(String text) {
         String[] fields = text.split(",", -1);
@@ -40,14 +42,14 @@ public record RecordId(int listId, int recordId) {
     }
 
     /**
-     * Whether a list may have such a record: list id 1 to 65535, record id 0 to 65534. Worth asking before following an
-     * identifier that was read from a record, where 0,0 stands for none.
+     * Returns whether a list may have such a record: list id 1 to 65535, record id 0 to 65534. Ask before you look up
+     * an identifier that was read from a record, where 0,0 stands for none.
      */
     public boolean namesRecord() {
         return Ids.nameARecord(this);
     }
 
-    /** The text form. */
+    /** Returns the text form, such as {@code 3,17}. */
     @Override
     public String toString() {
         return listId + "," + recordId;

@@ -7,8 +7,12 @@ import java.util.ArrayList;
 import java.util.List;
 import java.util.function.Function;
 
-/** A view of the bytes of one record, decoded field by field. Records are little-endian. */
-public abstract class RecordView {
+/**
+ * A read-only view of the bytes of one record, decoded field by field. Records are little-endian.
+ *
+ * @param <F> the fields of the record's kind: the view of one kind does not accept a field of another
+ */
+public abstract class RecordView<F extends Enum<F> & RecordField> {
     // Texts are modified UTF-8, as JNI gives them: characters beyond the basic plane are two surrogates of
     // three bytes each. That is CESU-8 but for the NUL, which ends a text here.
     private static final Charset TEXT = Charset.forName("CESU-8");
@@ -28,11 +32,11 @@ public abstract class RecordView {
         return ByteBuffer.wrap(record);
     }
 
-    /** Views records of {@code size} bytes that stand one behind the other. */
+    /** Views consecutive records of {@code size} bytes each. */
     static <T> List<T> many(byte[] records, int size, String kind, Function<ByteBuffer, T> view) {
         if (records.length % size != 0) {
             throw new IllegalArgumentException(
-                    kind + " records have " + size + " bytes each; " + records.length + " is no multiple of it");
+                    records.length + " bytes is not a whole number of " + size + "-byte " + kind + " records");
         }
         List<T> list = new ArrayList<>(records.length / size);
         for (int offset = 0; offset < records.length; offset += size) {
@@ -41,15 +45,15 @@ public abstract class RecordView {
         return list;
     }
 
-    /** A copy of the record's bytes. */
+    /** Returns a copy of the record's bytes. */
     public byte[] bytes() {
         byte[] copy = new byte[bytes.capacity()];
         bytes.get(0, copy);
         return copy;
     }
 
-    /** The value of a number field, unsigned. */
-    public long value(RecordField field) {
+    /** Returns the unsigned value of a number field. */
+    public long value(F field) {
         return switch (field.width()) {
             case 1 -> Byte.toUnsignedLong(bytes.get(field.offset()));
             case 2 -> Short.toUnsignedLong(bytes.getShort(field.offset()));
@@ -58,12 +62,12 @@ public abstract class RecordView {
     }
 
     /** The value of a number field of at most 16 bits, or the low 32 bits as an int. */
-    int number(RecordField field) {
+    int number(F field) {
         return (int) value(field);
     }
 
-    /** The value of a text field, up to its terminator. */
-    public String text(RecordField field) {
+    /** Returns the value of a text field, up to its terminator. */
+    public String text(F field) {
         byte[] text = new byte[field.width()];
         bytes.get(field.offset(), text);
         int length = 0;
@@ -73,10 +77,10 @@ public abstract class RecordView {
         return new String(text, 0, length, TEXT);
     }
 
-    /** The record field by field, a line each, and with {@code hex} its bytes. */
+    /** Describes the record, one line per field, followed by a hex dump of its bytes when {@code hex}. */
     public String describe(boolean hex) {
         StringBuilder out = new StringBuilder();
-        for (RecordField field : fields()) {
+        for (F field : fields()) {
             out.append(String.format("%-30s %s", field.label(), format(field)).stripTrailing());
             out.append(System.lineSeparator());
         }
@@ -87,10 +91,10 @@ public abstract class RecordView {
     }
 
     /** The fields that this record has. */
-    abstract List<? extends RecordField> fields();
+    abstract List<F> fields();
 
     /** A field's value as text. */
-    String format(RecordField field) {
+    String format(F field) {
         return switch (field.style()) {
             case TEXT -> '"' + Printable.of(text(field)) + '"';
             case HEX -> String.format("0x%04x", value(field));
@@ -100,7 +104,7 @@ public abstract class RecordView {
 
     @Override
     public boolean equals(Object other) {
-        return other instanceof RecordView view && getClass() == view.getClass() && bytes.equals(view.bytes);
+        return other instanceof RecordView<?> view && getClass() == view.getClass() && bytes.equals(view.bytes);
     }
 
     @Override

@@ -92,10 +92,10 @@ public enum ServiceField implements RecordField {
         return switch (part) {
             case HEADER -> true;
             case DVB_AND_DTMB ->
-                    broadcastType == ServiceRecord.BROADCAST_DVB || broadcastType == ServiceRecord.BROADCAST_DTMB;
-            case DVB -> broadcastType == ServiceRecord.BROADCAST_DVB;
-            case TYPE_5 -> broadcastType == ServiceRecord.BROADCAST_TYPE_5;
-            case DTMB -> broadcastType == ServiceRecord.BROADCAST_DTMB;
+                    broadcastType == BroadcastType.DVB || broadcastType == BroadcastType.DTMB;
+            case DVB -> broadcastType == BroadcastType.DVB;
+            case TYPE_5 -> broadcastType == BroadcastType.TYPE_5;
+            case DTMB -> broadcastType == BroadcastType.DTMB;
         };
     }
 

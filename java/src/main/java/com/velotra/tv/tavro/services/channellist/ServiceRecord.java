@@ -2,25 +2,23 @@ package com.velotra.tv.tavro.services.channellist;
 
 import java.nio.ByteBuffer;
 import java.util.Arrays;
+import java.util.EnumSet;
 import java.util.List;
 import java.util.Set;
-import java.util.TreeSet;
+import java.util.stream.Collectors;
 
 /** A view of the 552 bytes of one service record, decoded field by field. */
-public final class ServiceRecord extends RecordView {
+public final class ServiceRecord extends RecordView<ServiceField> {
     /** Bytes of one record. */
     public static final int SIZE = 552;
 
-    /** Values of {@link #broadcastType()} whose specific part is known. */
-    public static final int BROADCAST_DVB = 2;
-
-    public static final int BROADCAST_TYPE_5 = 5;
-    public static final int BROADCAST_DTMB = 7;
+    private static final Set<ServiceField> FLAG_WORDS =
+            EnumSet.of(ServiceField.NETWORK_MASK, ServiceField.OPTION_MASK, ServiceField.OPTION_MASK_2);
 
     /**
      * Views {@code record} without copying it.
      *
-     * @throws IllegalArgumentException when it is not 552 bytes long
+     * @throws IllegalArgumentException if it is not 552 bytes long
      */
     public ServiceRecord(byte[] record) {
         super(one(record, SIZE, "service"));
@@ -31,156 +29,113 @@ public final class ServiceRecord extends RecordView {
     }
 
     /**
-     * Views records that stand one behind the other.
+     * Views consecutive records.
      *
-     * @throws IllegalArgumentException when the last one is incomplete
+     * @throws IllegalArgumentException if the last one is incomplete
      */
     public static List<ServiceRecord> listOf(byte[] records) {
         return many(records, SIZE, "service", ServiceRecord::new);
     }
 
-    /** The record's id within its list. */
+    /** Returns the id of the record within its list. */
     public int recordId() {
         return number(ServiceField.RECORD_ID);
     }
 
-    /** The 32-bit channel id. */
+    /** Returns the 32-bit channel id. */
     public long channelId() {
         return value(ServiceField.CHANNEL_ID);
     }
 
-    /** The major channel number inside the channel id, as DVB and DTMB services keep it: bits 18 and up. */
+    /** Returns the major channel number inside the channel id, where DVB and DTMB services have it: bits 18 and up. */
     public int majorChannelNumber() {
         return (int) (channelId() >>> 18);
     }
 
-    /** service_id (ETSI EN 300 468). */
+    /** Returns the service_id (ETSI EN 300 468). */
     public int serviceId() {
         return number(ServiceField.SERVICE_ID);
     }
 
-    /** The service's name. */
+    /** Returns the name of the service. */
     public String name() {
         return text(ServiceField.NAME);
     }
 
-    /** Broadcast system: 2 DVB, 7 DTMB, or 3 and 5. */
+    /** Returns the broadcast system; see {@link BroadcastType}. */
     public int broadcastType() {
         return number(ServiceField.BROADCAST_TYPE);
     }
 
-    /** Service type: 1, 4, 7 audio and video; 2, 5, 8 audio. */
+    /** Returns the service type: 1, 4, 7 audio and video; 2, 5, 8 audio. */
     public int serviceType() {
         return number(ServiceField.SERVICE_TYPE);
     }
 
-    /** The transport stream record that carries the service. */
+    /** Returns the transport stream record that carries the service; 0,0 for none. */
     public RecordId transportStream() {
         return new RecordId(number(ServiceField.TSL_ID), number(ServiceField.TSL_RECORD_ID));
     }
 
-    /** The network record of the service. */
+    /** Returns the network record of the service; 0,0 for none. */
     public RecordId network() {
         return new RecordId(number(ServiceField.NWL_ID), number(ServiceField.NWL_RECORD_ID));
     }
 
-    /** The satellite record that the service is received from. */
+    /** Returns the satellite record that the service is received from; 0,0 for none. */
     public RecordId satellite() {
         return new RecordId(number(ServiceField.SATL_ID), number(ServiceField.SATL_RECORD_ID));
     }
 
-    /** List id of {@link #transportStream()}. */
-    public int tslId() {
-        return number(ServiceField.TSL_ID);
-    }
-
-    /** Record id of {@link #transportStream()}. */
-    public int tslRecordId() {
-        return number(ServiceField.TSL_RECORD_ID);
-    }
-
-    /** List id of {@link #network()}. */
-    public int nwlId() {
-        return number(ServiceField.NWL_ID);
-    }
-
-    /** Record id of {@link #network()}. */
-    public int nwlRecordId() {
-        return number(ServiceField.NWL_RECORD_ID);
-    }
-
-    /** List id of {@link #satellite()}. */
-    public int satlId() {
-        return number(ServiceField.SATL_ID);
-    }
-
-    /** Record id of {@link #satellite()}. */
-    public int satlRecordId() {
-        return number(ServiceField.SATL_RECORD_ID);
-    }
-
-    /** Short name of a DVB or DTMB service. */
+    /** Returns the short name of a DVB or DTMB service. */
     public String shortName() {
         return text(ServiceField.SHORT_NAME);
     }
 
-    /** CA_system_id of a DVB or DTMB service. */
+    /** Returns the CA_system_id of a DVB or DTMB service. */
     public int caSystemId() {
         return number(ServiceField.CA_SYSTEM_ID);
     }
 
-    /** Logical channel number of a DVB service; 0 when it has none. */
+    /** Returns the logical channel number of a DVB service; 0 if it has none. */
     public int logicalChannelNumber() {
-        return broadcastType() == BROADCAST_DVB ? number(ServiceField.LCN) : 0;
+        return broadcastType() == BroadcastType.DVB ? number(ServiceField.LCN) : 0;
     }
 
-    /** free_CA_mode, at the place that the broadcast type has it. */
+    /** Returns free_CA_mode, from the field of the broadcast type. */
     public int freeCaMode() {
-        return number(broadcastType() == BROADCAST_DTMB ? ServiceField.DTMB_FREE_CA_MODE : ServiceField.DVB_FREE_CA_MODE);
+        return number(broadcastType() == BroadcastType.DTMB
+                ? ServiceField.DTMB_FREE_CA_MODE
+                : ServiceField.DVB_FREE_CA_MODE);
     }
 
-    /** service_type of the service descriptor, at the place that the broadcast type has it. */
+    /** Returns service_type of the service descriptor, from the field of the broadcast type. */
     public int sdtServiceType() {
-        return number(switch (broadcastType()) {
-            case BROADCAST_DTMB -> ServiceField.DTMB_SDT_SERVICE_TYPE;
-            case BROADCAST_TYPE_5 -> ServiceField.TYPE_5_SDT_SERVICE_TYPE;
-            default -> ServiceField.DVB_SDT_SERVICE_TYPE;
-        });
+        return switch (broadcastType()) {
+            case BroadcastType.DTMB -> number(ServiceField.DTMB_SDT_SERVICE_TYPE);
+            case BroadcastType.TYPE_5 -> number(ServiceField.TYPE_5_SDT_SERVICE_TYPE);
+            default -> number(ServiceField.DVB_SDT_SERVICE_TYPE);
+        };
     }
 
-    /** Names of the network flags that are set. */
-    public Set<String> networkFlags() {
-        return flags(ServiceField.NETWORK_MASK);
-    }
-
-    /** Names of the option flags that are set, of both option words. */
-    public Set<String> optionFlags() {
-        Set<String> flags = flags(ServiceField.OPTION_MASK);
-        flags.addAll(flags(ServiceField.OPTION_MASK_2));
+    /** Returns the flags that are set, of all three flag words. */
+    public Set<ServiceFlag> flags() {
+        Set<ServiceFlag> flags = EnumSet.allOf(ServiceFlag.class);
+        flags.removeIf(flag -> !has(flag));
         return flags;
     }
 
-    private Set<String> flags(RecordField word) {
-        Set<String> names = new TreeSet<>();
-        for (ServiceFlag flag : ServiceFlag.values()) {
-            if (flag.word == word && (value(word) & flag.bit) != 0) {
-                names.add(flag.key);
-            }
-        }
-        return names;
-    }
-
-    /** Whether a flag is set. */
+    /** Returns whether a flag is set. */
     public boolean has(ServiceFlag flag) {
         return (value(flag.word) & flag.bit) != 0;
     }
 
-    /** Whether the service is scrambled. */
+    /** Returns whether the service is scrambled. */
     public boolean scrambled() {
         return has(ServiceFlag.SCRAMBLED);
     }
 
-    /** Whether the service is visible. */
+    /** Returns whether the service is visible. */
     public boolean visible() {
         return has(ServiceFlag.VISIBLE);
     }
@@ -191,21 +146,27 @@ public final class ServiceRecord extends RecordView {
     }
 
     @Override
-    String format(RecordField field) {
+    String format(ServiceField field) {
         if (field == ServiceField.CHANNEL_ID) {
             return String.format("0x%08x", channelId()) + channelNumbers();
         }
-        if (field == ServiceField.NETWORK_MASK || field == ServiceField.OPTION_MASK || field == ServiceField.OPTION_MASK_2) {
-            return String.format("0x%08x %s", value(field), String.join(" ", flags(field)));
+        if (FLAG_WORDS.contains(field)) {
+            return String.format("0x%08x %s", value(field), keysOfFlags(field));
         }
         return super.format(field);
+    }
+
+    /** The keys of the flags that are set in one flag word, in alphabetical order. */
+    private String keysOfFlags(ServiceField word) {
+        return flags().stream().filter(flag -> flag.word == word).map(ServiceFlag::key).sorted()
+                .collect(Collectors.joining(" "));
     }
 
     /** The channel numbers inside the channel id, where its layout is known. */
     private String channelNumbers() {
         return switch (broadcastType()) {
-            case BROADCAST_DVB, BROADCAST_DTMB -> " (major " + majorChannelNumber() + ')';
-            case BROADCAST_TYPE_5 ->
+            case BroadcastType.DVB, BroadcastType.DTMB -> " (major " + majorChannelNumber() + ')';
+            case BroadcastType.TYPE_5 ->
                     " (major " + (channelId() >>> 18 & 0xFF) + ", minor " + (channelId() >>> 8 & 0xFF) + ')';
             default -> "";
         };

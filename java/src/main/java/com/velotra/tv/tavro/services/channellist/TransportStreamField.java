@@ -1,8 +1,8 @@
 package com.velotra.tv.tavro.services.channellist;
 
 /**
- * The named fields of a transport stream record. Tuner parameters are those of one medium; parameters of different media
- * share bytes.
+ * The named fields of a transport stream record. Tuner parameters are those of one medium; parameters of different
+ * media share bytes.
  */
 public enum TransportStreamField implements RecordField {
     RECORD_ID("record id", 0, 2, Style.NUMBER, 0),

@@ -5,20 +5,23 @@ import java.util.Arrays;
 import java.util.List;
 
 /** A view of the 724 bytes of one transport stream record, decoded by medium. */
-public final class TransportStreamRecord extends RecordView {
+public final class TransportStreamRecord extends RecordView<TransportStreamField> {
     /** Bytes of one record. */
     public static final int SIZE = 724;
 
-    /** Values of {@link #medium()}. */
+    /** Medium: terrestrial. */
     public static final int TERRESTRIAL = 1;
 
+    /** Medium: cable. */
     public static final int CABLE = 2;
+
+    /** Medium: satellite. */
     public static final int SATELLITE = 3;
 
     /**
      * Views {@code record} without copying it.
      *
-     * @throws IllegalArgumentException when it is not 724 bytes long
+     * @throws IllegalArgumentException if it is not 724 bytes long
      */
     public TransportStreamRecord(byte[] record) {
         super(one(record, SIZE, "transport stream"));
@@ -29,61 +32,61 @@ public final class TransportStreamRecord extends RecordView {
     }
 
     /**
-     * Views records that stand one behind the other.
+     * Views consecutive records.
      *
-     * @throws IllegalArgumentException when the last one is incomplete
+     * @throws IllegalArgumentException if the last one is incomplete
      */
     public static List<TransportStreamRecord> listOf(byte[] records) {
         return many(records, SIZE, "transport stream", TransportStreamRecord::new);
     }
 
-    /** The record's id within its list. */
+    /** Returns the id of the record within its list. */
     public int recordId() {
         return number(TransportStreamField.RECORD_ID);
     }
 
-    /** 1 terrestrial, 2 cable, 3 satellite. */
+    /** Returns the medium: {@link #TERRESTRIAL}, {@link #CABLE} or {@link #SATELLITE}. */
     public int medium() {
         return number(TransportStreamField.MEDIUM);
     }
 
-    /** Frequency, in the unit in which it was stored. */
+    /** Returns the frequency, in the unit in which it was stored. */
     public long frequency() {
         return value(TransportStreamField.FREQUENCY);
     }
 
-    /** transport_stream_id. */
+    /** Returns the transport_stream_id. */
     public int transportStreamId() {
         return number(TransportStreamField.TRANSPORT_STREAM_ID);
     }
 
-    /** original_network_id. */
+    /** Returns the original_network_id. */
     public int originalNetworkId() {
         return number(TransportStreamField.ORIGINAL_NETWORK_ID);
     }
 
-    /** The transport stream's name. */
+    /** Returns the name of the transport stream. */
     public String name() {
         return text(TransportStreamField.NAME);
     }
 
-    /** The network record that the stream belongs to. */
+    /** Returns the network record that the stream belongs to; 0,0 for none. */
     public RecordId network() {
         return new RecordId(number(TransportStreamField.NWL_ID), number(TransportStreamField.NWL_RECORD_ID));
     }
 
-    /** The satellite record that the stream is received from. */
+    /** Returns the satellite record that the stream is received from; 0,0 for none. */
     public RecordId satellite() {
         return new RecordId(number(TransportStreamField.SATL_ID), number(TransportStreamField.SATL_RECORD_ID));
     }
 
-    /** The mode word of the medium: 1 or 2 for DVB-T or T2, C or C2, S or S2; 0 when it is not known. */
+    /** Returns the mode of the medium: 1 for DVB-T, C or S, 2 for T2, C2 or S2, 0 if it is not known. */
     public int mode() {
-        return number(switch (medium()) {
-            case CABLE -> TransportStreamField.CAB_MODE;
-            case SATELLITE -> TransportStreamField.SAT_MODE;
-            default -> TransportStreamField.TER_MODE;
-        });
+        return switch (medium()) {
+            case CABLE -> number(TransportStreamField.CAB_MODE);
+            case SATELLITE -> number(TransportStreamField.SAT_MODE);
+            default -> number(TransportStreamField.TER_MODE);
+        };
     }
 
     @Override

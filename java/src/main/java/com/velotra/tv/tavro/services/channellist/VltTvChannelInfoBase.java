@@ -1,13 +1,8 @@
 package com.velotra.tv.tavro.services.channellist;
 
 /**
- * The values of one service that are to be stored: a bag of optional values, each under its key.
- *
- * <p>A value that is set marks its key. The native side asks {@link #isContainsKey} key by key, reads the fields of the
- * keys that are there, and leaves everything else in the stored record as it is. Numbers are cut to the width of their
- * field. A null text or identifier marks its key too, and stores nothing.
- *
- * <p>Keys and fields are the native side's contract, odd spellings included.
+ * The values of one service that are to be stored; {@link ServiceRecord} is what is read. See {@link KeyedValues} for
+ * the rules.
  */
 public class VltTvChannelInfoBase extends KeyedValues {
     // Identity: where the service is and what carries it.
@@ -91,7 +86,26 @@ public class VltTvChannelInfoBase extends KeyedValues {
     protected int sdtStreamContentExt;
     protected int sdtStreamComponentType;
 
-    /** Whether {@code info} carries a value under {@code key}. Called by the native side. */
+    /** Creates an object without values. */
+    public VltTvChannelInfoBase() {}
+
+    /** Returns a new object for an update of the record {@code id}, of which only the record id counts. */
+    public static VltTvChannelInfoBase forRecord(RecordId id) {
+        return new VltTvChannelInfoBase().setSvlIdSvlRecId(id);
+    }
+
+    /** Sets or clears a flag, like the setter that is named after its key. */
+    public VltTvChannelInfoBase put(ServiceFlag flag, boolean on) {
+        flag.put.accept(this, on);
+        return this;
+    }
+
+    @Override
+    String identifier() {
+        return svlIdSvlRecId;
+    }
+
+    /** Returns whether {@code info} carries a value under {@code key}. Called by the natives. */
     public boolean isContainsKey(VltTvChannelInfoBase info, String key) {
         return info.hasKey(key);
     }
@@ -107,7 +121,7 @@ public class VltTvChannelInfoBase extends KeyedValues {
 
     // Identity: where the service is and what carries it.
 
-    /** The record to update; its list part does not count. */
+    /** The record to update; its list part is ignored. */
     public VltTvChannelInfoBase setSvlIdSvlRecId(RecordId id) {
         svlIdSvlRecId = text(id);
         return marked("SvlIdSvlRecId");
@@ -131,7 +145,7 @@ public class VltTvChannelInfoBase extends KeyedValues {
         return marked("SatlRecId");
     }
 
-    /** Broadcast system, 8 bits: 2 DVB, 7 DTMB, or 3 and 5. */
+    /** Broadcast system, 8 bits; see {@link BroadcastType}. */
     public VltTvChannelInfoBase setBroadcastType(int value) {
         broadcastType = value;
         return marked("BroadcastType");
@@ -171,7 +185,7 @@ public class VltTvChannelInfoBase extends KeyedValues {
         return marked("VnetActive");
     }
 
-    /** The service is shown in the programme guide. */
+    /** The service is shown in the program guide. */
     public VltTvChannelInfoBase setVnetEpg(boolean on) {
         vnetEpg = on ? 1 : 0;
         return marked("VnetEpg");
@@ -227,7 +241,7 @@ public class VltTvChannelInfoBase extends KeyedValues {
 
     // Option flags.
 
-    /** Unlocked by the user for the time being. */
+    /** Unlocked by the user temporarily. */
     public VltTvChannelInfoBase setVoptUserTmpUnlock(boolean on) {
         voptUserTmpUnlock = on ? 1 : 0;
         return marked("VoptUserTmpUnlock");
@@ -275,7 +289,7 @@ public class VltTvChannelInfoBase extends KeyedValues {
         return marked("VoptDeletedByUser");
     }
 
-    /** The stream asks for blocking. */
+    /** The stream requests blocking. */
     public VltTvChannelInfoBase setVoptStreamReqBlock(boolean on) {
         voptStreamReqBlock = on ? 1 : 0;
         return marked("VoptStreamReqBlock");

@@ -1,15 +1,14 @@
 package com.velotra.tv.tavro.services.channellist;
 
-import java.util.Collections;
 import java.util.List;
-import java.util.Objects;
 import java.util.Optional;
 import java.util.stream.Stream;
 
 /**
- * The service lists of the TV.
+ * The service lists of the TV, which the natives call channel lists.
  *
- * <p>The native methods are the library's contract; the other methods are a thin layer over them.
+ * <p>The native methods are the library's contract. The public methods add checks, typed results and locks; see
+ * {@link TvList} for ids, failures and threads.
  */
 public final class VltTvChannelList extends TvList {
     private static final class Holder {
@@ -17,71 +16,133 @@ public final class VltTvChannelList extends TvList {
     }
 
     private VltTvChannelList() {
-        super("service list");
+        super(ListKind.SERVICE);
     }
 
     /**
-     * The service lists, with the library loaded.
+     * Returns the service lists. Loads the library at the first call.
      *
-     * @throws UnsatisfiedLinkError when the library cannot be loaded
+     * @throws UnsatisfiedLinkError if the library cannot be loaded; the message says where it was looked for
      */
     public static VltTvChannelList getInstance() {
         return Holder.INSTANCE;
     }
 
-    /** One service; empty when there is no such record. */
+    /** Returns one service; empty if there is no such record. */
     public Optional<ServiceRecord> get(RecordId id) {
-        return Optional.ofNullable(native_getSvlInfo(Ids.text(id))).map(ServiceRecord::new);
+        String text = Ids.text(id);
+        return Optional.ofNullable(locked(() -> native_getSvlInfo(text))).map(ServiceRecord::new);
     }
 
-    /** All services of a list, in list order; none when there is no such list or one cannot be read. */
+    /** Returns all services of a list, in list order; none if there is no such list or a service cannot be read. */
     public List<ServiceRecord> getAll(int listId) {
         return ServiceRecord.listOf(getAllBytes(listId));
     }
 
-    /** The same as the bytes of the records, one behind the other. */
+    /** Returns the consecutive 552-byte records of {@link #getAll}. */
     public byte[] getAllBytes(int listId) {
-        return orEmpty(native_getSvlInfoList(Ids.list(listId)));
+        Ids.list(listId);
+        return bytes(() -> native_getSvlInfoList(listId));
     }
 
-    /** The services whose transport stream record has that transport stream id. */
+    /**
+     * Returns the services of a list whose transport stream record has that transport_stream_id, in list order; none if
+     * there is no such list. Also holds the lock of transport streams.
+     *
+     * <p>The native opens the transport stream lists that the services refer to, creates those that do not exist, and
+     * closes all transport stream lists. After an {@link #open(int, String)} or {@link #load} of a service list, it
+     * also has the file at that path loaded into transport stream lists that are not open, which replaces their records
+     * if the file holds some.
+     */
     public List<ServiceRecord> byTransportStream(int listId, int transportStreamId) {
+        Ids.list(listId);
+        Ids.transportStream(transportStreamId);
         return ServiceRecord.listOf(
-                orEmpty(native_getInfoListByTransportStream(Ids.list(listId), Ids.transportStream(transportStreamId))));
+                bytes(() -> native_getInfoListByTransportStream(listId, transportStreamId), ListKind.TRANSPORT_STREAM));
     }
 
-    /** The services that point at that record of the transport stream list with the same list id. */
-    public List<ServiceRecord> byTransportStreamRecord(int listId, int recordId) {
+    /**
+     * Returns the services of list {@code stream.listId()} that refer to the transport stream {@code stream}, in list
+     * order; none if there is no such list. Whether the transport stream exists does not matter.
+     */
+    public List<ServiceRecord> byTransportStreamRecord(RecordId stream) {
+        Ids.text(stream);
         return ServiceRecord.listOf(
-                orEmpty(native_getInfoListByTransportStreamRecord(Ids.list(listId), Ids.record(recordId))));
+                bytes(() -> native_getInfoListByTransportStreamRecord(stream.listId(), stream.recordId())));
     }
 
-    /** The services whose network record has that network id. */
+    /**
+     * Returns the services of a list whose network record has that network_id, in list order; none if there is no such
+     * list. Also holds the lock of networks, and does to network lists what {@link #byTransportStream} does to
+     * transport stream lists.
+     */
     public List<ServiceRecord> byNetwork(int listId, int networkId) {
-        return ServiceRecord.listOf(orEmpty(native_getInfoListByNetwork(Ids.list(listId), Ids.network(networkId))));
+        Ids.list(listId);
+        Ids.network(networkId);
+        return ServiceRecord.listOf(bytes(() -> native_getInfoListByNetwork(listId, networkId), ListKind.NETWORK));
     }
 
-    /** Overlays the service that {@code info} names by its record id with the values that it carries. */
+    /**
+     * Stores the values that {@code info} carries in the service that it names by its record id; without one, in record
+     * 0. All other values stay.
+     *
+     * @throws ChannelListException if there is no such record
+     */
     public void update(int listId, VltTvChannelInfoBase info) {
-        checkIds(Collections.singletonList(info));
-        check(native_updateInfo(Ids.list(listId), info), "cannot update the service %s of list %d", info.svlIdSvlRecId, listId);
+        Ids.list(listId);
+        checkIds(List.of(info));
+        checkUpdate(() -> native_updateInfo(listId, info), listId, info.id());
     }
 
-    /** Overlays many services. Those before the first that fails stay updated. One without a record id stands for record 0. */
+    /**
+     * Updates many services, each like {@link #update(int, VltTvChannelInfoBase)}. Those before the first that fails
+     * are updated.
+     *
+     * @throws ChannelListException if a record does not exist
+     */
     public void updateAll(int listId, List<? extends VltTvChannelInfoBase> infos) {
-        checkIds(infos);
-        check(native_updateInfoList(Ids.list(listId), infos), "cannot update %d services of list %d", infos.size(), listId);
+        Ids.list(listId);
+        List<VltTvChannelInfoBase> all = List.copyOf(infos);
+        checkIds(all);
+        checkUpdates(() -> native_updateInfoList(listId, all), listId, all.size());
     }
 
-    /** Adds a service. */
+    /**
+     * Adds a service with the values that {@code info} carries, under the lowest record id that was never used, else
+     * the lowest free one.
+     *
+     * @return its identifier
+     * @throws ChannelListException if there is no such list, or if it is full
+     */
     public RecordId add(int listId, VltTvChannelInfoBase info) {
-        checkIds(Collections.singletonList(info));
-        return added(nativeAdd(Ids.list(listId), info), "cannot add a service to list %d", listId);
+        Ids.list(listId);
+        checkIds(List.of(info));
+        return added(() -> nativeAdd(listId, info), listId);
     }
 
-    private static void checkIds(List<? extends VltTvChannelInfoBase> infos) {
-        Ids.checkRecords(infos.stream().filter(Objects::nonNull).map(info -> info.svlIdSvlRecId));
-        Ids.checkReferences(infos.stream().filter(Objects::nonNull).flatMap(info -> Stream.of(info.tslRecId, info.satlRecId)));
+    @Override
+    String addNamed(int listId, String name) {
+        return nativeAdd(listId, new VltTvChannelInfoBase().setServiceName(name));
+    }
+
+    @Override
+    String nameOf(String identifier) {
+        byte[] record = native_getSvlInfo(identifier);
+        return record == null ? null : new ServiceRecord(record).name();
+    }
+
+    /**
+     * Filters would load the file into lists of other kinds; see {@link #byTransportStream}. A new manager knows no
+     * path.
+     */
+    @Override
+    void forgetPath() {
+        nativeSetup();
+    }
+
+    private static void checkIds(List<VltTvChannelInfoBase> infos) {
+        Ids.checkRecords(infos.stream().map(VltTvChannelInfoBase::identifier));
+        Ids.checkReferences(infos.stream().flatMap(info -> Stream.of(info.tslRecId, info.satlRecId)));
     }
 
     @Override

@@ -1,21 +1,16 @@
 package com.velotra.tv.tavro.services.channellist;
 
-/** One network as the native side hands it out; values that were not asked for have no key. */
-public class VltTvNetworkInfo {
-    private VltTvNetworkInfoBase values = new VltTvNetworkInfoBase();
+/**
+ * One network as the natives return it.
+ *
+ * <p>To change a network, pass an update a new object ({@link #forRecord}) with the changed values alone.
+ */
+public class VltTvNetworkInfo extends VltTvNetworkInfoBase {
+    /** Creates a network without values. Called by the natives. */
+    public VltTvNetworkInfo() {}
 
-    /** Takes over the values that the native side has filled in. */
+    /** Takes over the values of {@code base}. Called by the natives. */
     public void nwlToNetworkInfo(VltTvNetworkInfoBase base) {
-        values = base;
-    }
-
-    /** The values. */
-    public VltTvNetworkInfoBase values() {
-        return values;
-    }
-
-    /** The record's identifier, when it was asked for; else null. */
-    public RecordId id() {
-        return values.NwlIdNwlRecId == null ? null : RecordId.parse(values.NwlIdNwlRecId);
+        copyFrom(base);
     }
 }

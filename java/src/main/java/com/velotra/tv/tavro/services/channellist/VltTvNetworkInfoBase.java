@@ -1,11 +1,9 @@
 package com.velotra.tv.tavro.services.channellist;
 
-/**
- * The values of one network: a bag of optional values, each under its key, on the way in and on the way out.
- *
- * <p>A value that is set marks its key; see {@link VltTvChannelInfoBase} for the rules. Fields are called as their keys: the
- * native side reads them so.
- */
+import java.util.EnumSet;
+import java.util.Set;
+
+/** The values of one network, to be stored or as read. See {@link KeyedValues} for the rules. */
 public class VltTvNetworkInfoBase extends KeyedValues {
     // Identity.
     protected String NwlIdNwlRecId;
@@ -17,25 +15,63 @@ public class VltTvNetworkInfoBase extends KeyedValues {
     protected int NwlFavNetworkCandidate;
     protected int NwlFavNetwork;
 
-    /** Whether {@code info} carries a value under {@code key}. Called by the native side. */
+    /** Creates an object without values. */
+    public VltTvNetworkInfoBase() {}
+
+    /** Returns a new object for an update of the record {@code id}, of which only the record id counts. */
+    public static VltTvNetworkInfoBase forRecord(RecordId id) {
+        VltTvNetworkInfoBase info = new VltTvNetworkInfoBase();
+        info.setNwlIdNwlRecId(id.toString());
+        return info;
+    }
+
+    /** Returns the flags that are set. */
+    public Set<NetworkFlag> flags() {
+        Set<NetworkFlag> flags = EnumSet.allOf(NetworkFlag.class);
+        flags.removeIf(flag -> !has(flag));
+        return flags;
+    }
+
+    /** Returns whether a flag is set. */
+    public boolean has(NetworkFlag flag) {
+        return flag.get.applyAsInt(this) == 1;
+    }
+
+    /** Sets or clears a flag, like the setter that is named after its key. */
+    public void put(NetworkFlag flag, boolean on) {
+        flag.put.accept(this, on ? 1 : 0);
+    }
+
+    /** Makes this equal to another object, keys and values. */
+    void copyFrom(VltTvNetworkInfoBase from) {
+        copyKeys(from);
+        NwlIdNwlRecId = from.NwlIdNwlRecId;
+        NwlNetworkId = from.NwlNetworkId;
+        NetworkVersion = from.NetworkVersion;
+        NetworkName = from.NetworkName;
+        NwlFavNetworkCandidate = from.NwlFavNetworkCandidate;
+        NwlFavNetwork = from.NwlFavNetwork;
+    }
+
+    /** Returns whether {@code info} carries a value under {@code key}. Called by the natives. */
     public boolean isContainsKey(VltTvNetworkInfoBase info, String key) {
         return info.hasKey(key);
     }
 
-    /** The text form of the record identifier that was set, or null. */
+    @Override
     String identifier() {
         return NwlIdNwlRecId;
     }
 
     // Identity.
 
-    /** The record to update; its list part does not count. */
+    /** The record to update, in text form; its list part is ignored. See {@link #forRecord}. */
     public void setNwlIdNwlRecId(String id) {
         NwlIdNwlRecId = id;
         mark("NwlIdNwlRecId");
     }
 
-    /** The value under "NwlIdNwlRecId". */
+    /** Returns the identifier in text form; see {@link #id}. */
     public String getNwlIdNwlRecId() {
         return NwlIdNwlRecId;
     }
@@ -46,7 +82,7 @@ public class VltTvNetworkInfoBase extends KeyedValues {
         mark("NwlNetworkId");
     }
 
-    /** The value under "NwlNetworkId". */
+    /** Returns the value of "NwlNetworkId". */
     public int getNwlNetworkId() {
         return NwlNetworkId;
     }
@@ -57,7 +93,7 @@ public class VltTvNetworkInfoBase extends KeyedValues {
         mark("NetworkVersion");
     }
 
-    /** The value under "NetworkVersion". */
+    /** Returns the value of "NetworkVersion". */
     public int getNetworkVersion() {
         return NetworkVersion;
     }
@@ -68,7 +104,7 @@ public class VltTvNetworkInfoBase extends KeyedValues {
         mark("NetworkName");
     }
 
-    /** The value under "NetworkName". */
+    /** Returns the value of "NetworkName". */
     public String getNetworkName() {
         return NetworkName;
     }
@@ -81,7 +117,7 @@ public class VltTvNetworkInfoBase extends KeyedValues {
         mark("NwlFavNetworkCandidate");
     }
 
-    /** The value under "NwlFavNetworkCandidate". */
+    /** Returns the value of "NwlFavNetworkCandidate". */
     public int getNwlFavNetworkCandidate() {
         return NwlFavNetworkCandidate;
     }
@@ -92,7 +128,7 @@ public class VltTvNetworkInfoBase extends KeyedValues {
         mark("NwlFavNetwork");
     }
 
-    /** The value under "NwlFavNetwork". */
+    /** Returns the value of "NwlFavNetwork". */
     public int getNwlFavNetwork() {
         return NwlFavNetwork;
     }

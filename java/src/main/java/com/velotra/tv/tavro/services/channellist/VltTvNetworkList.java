@@ -8,7 +8,8 @@ import java.util.stream.Stream;
 /**
  * The network lists of the TV.
  *
- * <p>The native methods are the library's contract; the other methods are a thin layer over them.
+ * <p>The native methods are the library's contract. The public methods add checks, typed results and locks; see
+ * {@link TvList} for ids, failures and threads.
  */
 public final class VltTvNetworkList extends TvList {
     private static final class Holder {
@@ -16,51 +17,100 @@ public final class VltTvNetworkList extends TvList {
     }
 
     private VltTvNetworkList() {
-        super("network list");
+        super(ListKind.NETWORK);
     }
 
     /**
-     * The network lists, with the library loaded.
+     * Returns the network lists. Loads the library at the first call.
      *
-     * @throws UnsatisfiedLinkError when the library cannot be loaded
+     * @throws UnsatisfiedLinkError if the library cannot be loaded; the message says where it was looked for
      */
     public static VltTvNetworkList getInstance() {
         return Holder.INSTANCE;
     }
 
-    /** One network with the values of the named keys, or with all when {@code keys} is null; empty when there is no such record. */
+    /** Returns one network with all its values; empty if there is no such record. */
+    public Optional<VltTvNetworkInfo> get(RecordId id) {
+        String text = Ids.text(id);
+        return Optional.ofNullable(locked(() -> native_getInfo(text, null)));
+    }
+
+    /** Returns one network with the values of the given keys only; empty if there is no such record. */
     public Optional<VltTvNetworkInfo> get(RecordId id, List<String> keys) {
-        return Optional.ofNullable(native_getInfo(Ids.text(id), keys));
+        String text = Ids.text(id);
+        List<String> wanted = List.copyOf(keys);
+        return Optional.ofNullable(locked(() -> native_getInfo(text, wanted)));
     }
 
     /**
-     * All networks of a list, in list order, with the values of the named keys or with all when {@code keys} is null.
+     * Returns all networks of a list with all their values, in list order; none if there is no such list.
      *
-     * @throws ChannelListException when one of them cannot be read
+     * @throws ChannelListException if one of them cannot be read
+     */
+    public List<VltTvNetworkInfo> getAll(int listId) {
+        Ids.list(listId);
+        return objects(() -> native_getInfoList(listId, null), listId);
+    }
+
+    /**
+     * Returns all networks of a list like {@link #getAll(int)}, with the values of the given keys only.
+     *
+     * @throws ChannelListException if one of them cannot be read
      */
     public List<VltTvNetworkInfo> getAll(int listId, List<String> keys) {
-        return read(native_getInfoList(Ids.list(listId), keys), "cannot read network list %d", listId);
-    }
-
-    /** Overlays the network that {@code info} names by its record id with the values that it carries. */
-    public void update(int listId, VltTvNetworkInfoBase info) {
-        Ids.checkRecords(Stream.ofNullable(info.getNwlIdNwlRecId()));
-        check(native_updateInfo(Ids.list(listId), info), "cannot update the network %s of list %d", info.identifier(), listId);
+        Ids.list(listId);
+        List<String> wanted = List.copyOf(keys);
+        return objects(() -> native_getInfoList(listId, wanted), listId);
     }
 
     /**
-     * Overlays many networks. Those before the first that fails stay updated. One without a record id stands for record 0.
+     * Stores the values that {@code info} carries in the network that it names by its record id; without one, in record
+     * 0. All other values stay.
      *
-     * @throws IllegalArgumentException when an identifier is malformed or out of range; nothing is updated then
+     * @throws ChannelListException if there is no such record
      */
-    public void updateAll(int listId, List<? extends VltTvNetworkInfoBase> infos) {
-        Ids.checkRecords(infos.stream().filter(Objects::nonNull).map(VltTvNetworkInfoBase::getNwlIdNwlRecId));
-        check(native_updateInfoList(Ids.list(listId), infos), "cannot update %d networks of list %d", infos.size(), listId);
+    public void update(int listId, VltTvNetworkInfoBase info) {
+        Ids.list(listId);
+        Ids.checkRecords(Stream.ofNullable(info.identifier()));
+        checkUpdate(() -> native_updateInfo(listId, info), listId, info.id());
     }
 
-    /** Adds a network. */
+    /**
+     * Updates many networks, each like {@link #update(int, VltTvNetworkInfoBase)}. Those before the first that fails
+     * are updated.
+     *
+     * @throws ChannelListException if a record does not exist
+     */
+    public void updateAll(int listId, List<? extends VltTvNetworkInfoBase> infos) {
+        Ids.list(listId);
+        List<VltTvNetworkInfoBase> all = List.copyOf(infos);
+        Ids.checkRecords(all.stream().map(VltTvNetworkInfoBase::identifier));
+        checkUpdates(() -> native_updateInfoList(listId, all), listId, all.size());
+    }
+
+    /**
+     * Adds a network with the values that {@code info} carries, under the highest record id of the list plus one.
+     *
+     * @return its identifier
+     * @throws ChannelListException if there is no such list, or if it has a record with the id 65534
+     */
     public RecordId add(int listId, VltTvNetworkInfoBase info) {
-        return added(nativeAdd(Ids.list(listId), info), "cannot add a network to list %d", listId);
+        Ids.list(listId);
+        Objects.requireNonNull(info, "info");
+        return added(() -> nativeAdd(listId, info), listId);
+    }
+
+    @Override
+    String addNamed(int listId, String name) {
+        VltTvNetworkInfoBase info = new VltTvNetworkInfoBase();
+        info.setNetworkName(name);
+        return nativeAdd(listId, info);
+    }
+
+    @Override
+    String nameOf(String identifier) {
+        VltTvNetworkInfo record = native_getInfo(identifier, null);
+        return record == null ? null : record.getNetworkName();
     }
 
     @Override

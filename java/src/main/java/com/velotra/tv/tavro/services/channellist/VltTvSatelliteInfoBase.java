@@ -1,14 +1,11 @@
 package com.velotra.tv.tavro.services.channellist;
 
 import java.util.Arrays;
+import java.util.EnumSet;
 import java.util.List;
+import java.util.Set;
 
-/**
- * The values of one satellite: a bag of optional values, each under its key, on the way in and on the way out.
- *
- * <p>A value that is set marks its key; see {@link VltTvChannelInfoBase} for the rules. Fields are called as their keys, but for
- * one: the native side reads them so.
- */
+/** The values of one satellite, to be stored or as read. See {@link KeyedValues} for the rules. */
 public class VltTvSatelliteInfoBase extends KeyedValues {
     // Identity.
     protected String RecId;
@@ -47,12 +44,44 @@ public class VltTvSatelliteInfoBase extends KeyedValues {
     protected int SingleCableUserBandSub;
     protected int SingleCableBandFreqSub;
 
-    /** Whether {@code info} carries a value under {@code key}. Called by the native side. */
+    /** Creates an object without values. */
+    public VltTvSatelliteInfoBase() {}
+
+    /** Returns a new object for an update of the record {@code id}. */
+    public static VltTvSatelliteInfoBase forRecord(RecordId id) {
+        VltTvSatelliteInfoBase info = new VltTvSatelliteInfoBase();
+        info.setRecId(id.toString());
+        return info;
+    }
+
+    /** Returns the flags that are set. */
+    public Set<SatelliteFlag> flags() {
+        Set<SatelliteFlag> flags = EnumSet.allOf(SatelliteFlag.class);
+        flags.removeIf(flag -> !has(flag));
+        return flags;
+    }
+
+    /** Returns whether a flag is set. */
+    public boolean has(SatelliteFlag flag) {
+        return flag.get.applyAsInt(this) == 1;
+    }
+
+    /** Sets or clears a flag, like the setter that is named after its key. */
+    public void put(SatelliteFlag flag, boolean on) {
+        flag.put.accept(this, on ? 1 : 0);
+    }
+
+    @Override
+    String identifier() {
+        return RecId;
+    }
+
+    /** Returns whether {@code info} carries a value under {@code key}. Called by the natives. */
     public boolean isContainsKey(VltTvSatelliteInfoBase info, String key) {
         return info.hasKey(key);
     }
 
-    /** Makes this the same as another bag, keys and values. */
+    /** Makes this equal to another object, keys and values. */
     void copyFrom(VltTvSatelliteInfoBase from) {
         copyKeys(from);
         RecId = from.RecId;
@@ -84,24 +113,27 @@ public class VltTvSatelliteInfoBase extends KeyedValues {
         SingleCableBandFreqSub = from.SingleCableBandFreqSub;
     }
 
-    /** Every value, whether or not its key is set: equal for two satellites that hold the same. */
+    /** Returns every value, whether or not its key is marked: equal for two satellites with the same values. */
     public List<Object> allValues() {
         return Arrays.asList(
-                RecId, Name, OrbitPosition, MaskStatusOn, lnbSignalDetected, MaskLnbUniver, MaskLnbSingcab, MaskLnbSingcabJess,
-                AntennaType, LnbType, LnbLowFreq, LnbHighFreq, LnbSwitchFreq, LnbPower, DiseqcType, DiseqcPosition, ToneBurst, Tone22k,
-                DiseqcPolar, DiseqcTypeEx, DiseqcPositionEx, MduType, UnicablePosition, SingleCableUserBandMain, SingleCableBandFreqMain,
+                RecId, Name, OrbitPosition, MaskStatusOn, lnbSignalDetected, MaskLnbUniver, MaskLnbSingcab,
+                MaskLnbSingcabJess,
+                AntennaType, LnbType, LnbLowFreq, LnbHighFreq, LnbSwitchFreq, LnbPower, DiseqcType, DiseqcPosition,
+                ToneBurst, Tone22k,
+                DiseqcPolar, DiseqcTypeEx, DiseqcPositionEx, MduType, UnicablePosition, SingleCableUserBandMain,
+                SingleCableBandFreqMain,
                 SingleCableUserBandSub, SingleCableBandFreqSub);
     }
 
     // Identity.
 
-    /** The record to update, with its list. */
+    /** The record to update, with its list, in text form. See {@link #forRecord}. */
     public void setRecId(String id) {
         RecId = id;
         mark("RecId");
     }
 
-    /** The value under "RecId". */
+    /** Returns the identifier in text form; see {@link #id}. */
     public String getRecId() {
         return RecId;
     }
@@ -112,7 +144,7 @@ public class VltTvSatelliteInfoBase extends KeyedValues {
         mark("Name");
     }
 
-    /** The value under "Name". */
+    /** Returns the value of "Name". */
     public String getName() {
         return Name;
     }
@@ -123,7 +155,7 @@ public class VltTvSatelliteInfoBase extends KeyedValues {
         mark("OrbitPosition");
     }
 
-    /** The value under "OrbitPosition". */
+    /** Returns the value of "OrbitPosition". */
     public int getOrbitPosition() {
         return OrbitPosition;
     }
@@ -136,7 +168,7 @@ public class VltTvSatelliteInfoBase extends KeyedValues {
         mark("MaskStatusOn");
     }
 
-    /** The value under "MaskStatusOn". */
+    /** Returns the value of "MaskStatusOn". */
     public int getMaskStatusOn() {
         return MaskStatusOn;
     }
@@ -147,7 +179,7 @@ public class VltTvSatelliteInfoBase extends KeyedValues {
         mark("LnbSignalDetected");
     }
 
-    /** The value under "LnbSignalDetected". */
+    /** Returns the value of "LnbSignalDetected". */
     public int getLnbSignalDetected() {
         return lnbSignalDetected;
     }
@@ -158,7 +190,7 @@ public class VltTvSatelliteInfoBase extends KeyedValues {
         mark("MaskLnbUniver");
     }
 
-    /** The value under "MaskLnbUniver". */
+    /** Returns the value of "MaskLnbUniver". */
     public int getMaskLnbUniver() {
         return MaskLnbUniver;
     }
@@ -169,7 +201,7 @@ public class VltTvSatelliteInfoBase extends KeyedValues {
         mark("MaskLnbSingcab");
     }
 
-    /** The value under "MaskLnbSingcab". */
+    /** Returns the value of "MaskLnbSingcab". */
     public int getMaskLnbSingcab() {
         return MaskLnbSingcab;
     }
@@ -180,7 +212,7 @@ public class VltTvSatelliteInfoBase extends KeyedValues {
         mark("MaskLnbSingcabJess");
     }
 
-    /** The value under "MaskLnbSingcabJess". */
+    /** Returns the value of "MaskLnbSingcabJess". */
     public int getMaskLnbSingcabJess() {
         return MaskLnbSingcabJess;
     }
@@ -188,16 +220,16 @@ public class VltTvSatelliteInfoBase extends KeyedValues {
     // Antenna and LNB.
 
     /**
-     * Kind of the LNB and mode of its switch at once; overrides the three LNB flags. 0 and 6 universal, 1 single-cable, 2
-     * single-cable of the second generation; 3, 4 and 5 universal behind a committed, an extended and a second extended
-     * switch. Other values change nothing. Read back, 6 is 0; a satellite without any LNB flag has no value.
+     * Kind of the LNB and mode of its switch at once; overrides the three LNB flags. 0 and 6 universal, 1 single-cable,
+     * 2 single-cable of the second generation; 3, 4 and 5 universal behind a committed, an extended and a second
+     * extended switch. Other values change nothing. Read back, 6 is 0; a satellite without any LNB flag has no value.
      */
     public void setAntennaType(int value) {
         AntennaType = value;
         mark("AntennaType");
     }
 
-    /** The value under "AntennaType". */
+    /** Returns the value of "AntennaType". */
     public int getAntennaType() {
         return AntennaType;
     }
@@ -208,40 +240,40 @@ public class VltTvSatelliteInfoBase extends KeyedValues {
         mark("LnbType");
     }
 
-    /** The value under "LnbType". */
+    /** Returns the value of "LnbType". */
     public int getLnbType() {
         return LnbType;
     }
 
-    /** Local oscillator frequency of the low band, 16 bits; in MHz, as this workstation has it. */
+    /** Local oscillator frequency of the low band, 16 bits; in MHz, as the workstation imports it. */
     public void setLnbLowFreq(int value) {
         LnbLowFreq = value;
         mark("LnbLowFreq");
     }
 
-    /** The value under "LnbLowFreq". */
+    /** Returns the value of "LnbLowFreq". */
     public int getLnbLowFreq() {
         return LnbLowFreq;
     }
 
-    /** The same of the high band. */
+    /** Local oscillator frequency of the high band, 16 bits; in MHz, as the workstation imports it. */
     public void setLnbHighFreq(int value) {
         LnbHighFreq = value;
         mark("LnbHighFreq");
     }
 
-    /** The value under "LnbHighFreq". */
+    /** Returns the value of "LnbHighFreq". */
     public int getLnbHighFreq() {
         return LnbHighFreq;
     }
 
-    /** Frequency at which the bands are switched, 16 bits; in MHz, as this workstation has it. */
+    /** Frequency at which the bands are switched, 16 bits; in MHz, as the workstation imports it. */
     public void setLnbSwitchFreq(int value) {
         LnbSwitchFreq = value;
         mark("LnbSwitchFreq");
     }
 
-    /** The value under "LnbSwitchFreq". */
+    /** Returns the value of "LnbSwitchFreq". */
     public int getLnbSwitchFreq() {
         return LnbSwitchFreq;
     }
@@ -252,7 +284,7 @@ public class VltTvSatelliteInfoBase extends KeyedValues {
         mark("LnbPower");
     }
 
-    /** The value under "LnbPower". */
+    /** Returns the value of "LnbPower". */
     public int getLnbPower() {
         return LnbPower;
     }
@@ -265,18 +297,21 @@ public class VltTvSatelliteInfoBase extends KeyedValues {
         mark("DiseqcType");
     }
 
-    /** The value under "DiseqcType". */
+    /** Returns the value of "DiseqcType". */
     public int getDiseqcType() {
         return DiseqcType;
     }
 
-    /** Position of the switch: 0 to 3 its port, 5 tone burst A, 6 tone burst B, any other none. Overrides the tone burst. */
+    /**
+     * Position of the switch: 0 to 3 its port, 5 tone burst A, 6 tone burst B, any other none. Overrides the tone
+     * burst.
+     */
     public void setDiseqcPosition(int value) {
         DiseqcPosition = value;
         mark("DiseqcPosition");
     }
 
-    /** The value under "DiseqcPosition". */
+    /** Returns the value of "DiseqcPosition". */
     public int getDiseqcPosition() {
         return DiseqcPosition;
     }
@@ -287,7 +322,7 @@ public class VltTvSatelliteInfoBase extends KeyedValues {
         mark("ToneBurst");
     }
 
-    /** The value under "ToneBurst". */
+    /** Returns the value of "ToneBurst". */
     public int getToneBurst() {
         return ToneBurst;
     }
@@ -298,18 +333,18 @@ public class VltTvSatelliteInfoBase extends KeyedValues {
         mark("Tone22k");
     }
 
-    /** The value under "Tone22k". */
+    /** Returns the value of "Tone22k". */
     public int getTone22k() {
         return Tone22k;
     }
 
-    /** Polarisation, 32 bits; taken into new satellites alone, not by updates. */
+    /** Polarization, 32 bits; stored in new satellites only, updates ignore it. */
     public void setDiseqcPolar(int value) {
         DiseqcPolar = value;
         mark("DiseqcPolar");
     }
 
-    /** The value under "DiseqcPolar". */
+    /** Returns the value of "DiseqcPolar". */
     public int getDiseqcPolar() {
         return DiseqcPolar;
     }
@@ -320,7 +355,7 @@ public class VltTvSatelliteInfoBase extends KeyedValues {
         mark("DiseqcTypeEx");
     }
 
-    /** The value under "DiseqcTypeEx". */
+    /** Returns the value of "DiseqcTypeEx". */
     public int getDiseqcTypeEx() {
         return DiseqcTypeEx;
     }
@@ -331,7 +366,7 @@ public class VltTvSatelliteInfoBase extends KeyedValues {
         mark("DiseqcPositionEx");
     }
 
-    /** The value under "DiseqcPositionEx". */
+    /** Returns the value of "DiseqcPositionEx". */
     public int getDiseqcPositionEx() {
         return DiseqcPositionEx;
     }
@@ -342,7 +377,7 @@ public class VltTvSatelliteInfoBase extends KeyedValues {
         mark("MduType");
     }
 
-    /** The value under "MduType". */
+    /** Returns the value of "MduType". */
     public int getMduType() {
         return MduType;
     }
@@ -355,7 +390,7 @@ public class VltTvSatelliteInfoBase extends KeyedValues {
         mark("UnicablePosition");
     }
 
-    /** The value under "UnicablePosition". */
+    /** Returns the value of "UnicablePosition". */
     public int getUnicablePosition() {
         return UnicablePosition;
     }
@@ -366,18 +401,18 @@ public class VltTvSatelliteInfoBase extends KeyedValues {
         mark("SingleCableUserBandMain");
     }
 
-    /** The value under "SingleCableUserBandMain". */
+    /** Returns the value of "SingleCableUserBandMain". */
     public int getSingleCableUserBandMain() {
         return SingleCableUserBandMain;
     }
 
-    /** Band frequency of the main tuner, 16 bits; in MHz, as this workstation has it. */
+    /** Band frequency of the main tuner, 16 bits; in MHz, as the workstation imports it. */
     public void setSingleCableBandFreqMain(int value) {
         SingleCableBandFreqMain = value;
         mark("SingleCableBandFreqMain");
     }
 
-    /** The value under "SingleCableBandFreqMain". */
+    /** Returns the value of "SingleCableBandFreqMain". */
     public int getSingleCableBandFreqMain() {
         return SingleCableBandFreqMain;
     }
@@ -388,18 +423,18 @@ public class VltTvSatelliteInfoBase extends KeyedValues {
         mark("SingleCableUserBandSub");
     }
 
-    /** The value under "SingleCableUserBandSub". */
+    /** Returns the value of "SingleCableUserBandSub". */
     public int getSingleCableUserBandSub() {
         return SingleCableUserBandSub;
     }
 
-    /** Band frequency of the sub tuner, 16 bits; in MHz, as this workstation has it. */
+    /** Band frequency of the sub tuner, 16 bits; in MHz, as the workstation imports it. */
     public void setSingleCableBandFreqSub(int value) {
         SingleCableBandFreqSub = value;
         mark("SingleCableBandFreqSub");
     }
 
-    /** The value under "SingleCableBandFreqSub". */
+    /** Returns the value of "SingleCableBandFreqSub". */
     public int getSingleCableBandFreqSub() {
         return SingleCableBandFreqSub;
     }

@@ -8,7 +8,8 @@ import java.util.stream.Stream;
 /**
  * The satellite lists of the TV.
  *
- * <p>The native methods are the library's contract; the other methods are a thin layer over them.
+ * <p>The native methods are the library's contract. The public methods add checks, typed results and locks; see
+ * {@link TvList} for ids, failures and threads.
  */
 public final class VltTvSatelliteList extends TvList {
     private static final class Holder {
@@ -16,54 +17,99 @@ public final class VltTvSatelliteList extends TvList {
     }
 
     private VltTvSatelliteList() {
-        super("satellite list");
+        super(ListKind.SATELLITE);
     }
 
     /**
-     * The satellite lists, with the library loaded.
+     * Returns the satellite lists. Loads the library at the first call.
      *
-     * @throws UnsatisfiedLinkError when the library cannot be loaded
+     * @throws UnsatisfiedLinkError if the library cannot be loaded; the message says where it was looked for
      */
     public static VltTvSatelliteList getInstance() {
         return Holder.INSTANCE;
     }
 
-    /** One satellite with the values of the named keys, or with all when {@code keys} is null; empty when there is no such record. */
+    /** Returns one satellite with all its values; empty if there is no such record. */
+    public Optional<VltTvSatelliteInfo> get(RecordId id) {
+        String text = Ids.text(id);
+        return Optional.ofNullable(locked(() -> nativeGetInfo(text, null)));
+    }
+
+    /** Returns one satellite with the values of the given keys only; empty if there is no such record. */
     public Optional<VltTvSatelliteInfo> get(RecordId id, List<String> keys) {
-        return Optional.ofNullable(nativeGetInfo(Ids.text(id), keys));
+        String text = Ids.text(id);
+        List<String> wanted = List.copyOf(keys);
+        return Optional.ofNullable(locked(() -> nativeGetInfo(text, wanted)));
     }
 
     /**
-     * All satellites of a list, in list order, with the values of the named keys or with all when {@code keys} is null.
+     * Returns all satellites of a list with all their values, in list order; none if there is no such list.
      *
-     * <p>A value that a satellite does not have, such as the antenna type of one without an LNB, is that of the satellite
-     * before it: the native side goes on with the same object.
+     * @throws ChannelListException if one of them cannot be read
+     */
+    public List<VltTvSatelliteInfo> getAll(int listId) {
+        Ids.list(listId);
+        return objects(() -> nativeGetInfoList(listId, null), listId);
+    }
+
+    /**
+     * Returns all satellites of a list like {@link #getAll(int)}, with the values of the given keys only.
      *
-     * @throws ChannelListException when one of them cannot be read
+     * @throws ChannelListException if one of them cannot be read
      */
     public List<VltTvSatelliteInfo> getAll(int listId, List<String> keys) {
-        return read(nativeGetInfoList(Ids.list(listId), keys), "cannot read satellite list %d", listId);
-    }
-
-    /** Overlays the satellite that {@code info} names by its identifier with the values that it carries. */
-    public void update(VltTvSatelliteInfoBase info) {
-        Ids.checkWhole(Stream.ofNullable(info.getRecId()));
-        check(nativeUpdateInfo(info), "cannot update the satellite %s", info.getRecId());
+        Ids.list(listId);
+        List<String> wanted = List.copyOf(keys);
+        return objects(() -> nativeGetInfoList(listId, wanted), listId);
     }
 
     /**
-     * Overlays many satellites. Those before the first that fails stay updated.
+     * Stores the values that {@code info} carries in the satellite that it names by its identifier. All other values
+     * stay, and so does the polarization.
      *
-     * @throws IllegalArgumentException when an identifier is malformed or out of range; nothing is updated then
+     * @throws ChannelListException if there is no such record, or {@code info} has no identifier
      */
-    public void updateAll(List<? extends VltTvSatelliteInfoBase> infos) {
-        Ids.checkWhole(infos.stream().filter(Objects::nonNull).map(VltTvSatelliteInfoBase::getRecId));
-        check(nativeUpdateInfoList(infos), "cannot update %d satellites", infos.size());
+    public void update(VltTvSatelliteInfoBase info) {
+        Ids.checkWhole(Stream.ofNullable(info.identifier()));
+        RecordId id = info.id() == null ? new RecordId(0, 0) : info.id();
+        checkUpdate(() -> nativeUpdateInfo(info), id.listId(), id);
     }
 
-    /** Adds a satellite. */
+    /**
+     * Updates many satellites, each like {@link #update(VltTvSatelliteInfoBase)}; they may belong to several lists.
+     * Those before the first that fails are updated.
+     *
+     * @throws ChannelListException if a record does not exist
+     */
+    public void updateAll(List<? extends VltTvSatelliteInfoBase> infos) {
+        List<VltTvSatelliteInfoBase> all = List.copyOf(infos);
+        Ids.checkWhole(all.stream().map(VltTvSatelliteInfoBase::identifier));
+        checkUpdates(() -> nativeUpdateInfoList(all), null, all.size());
+    }
+
+    /**
+     * Adds a satellite with the values that {@code info} carries, under the highest record id of the list plus one.
+     *
+     * @return its identifier
+     * @throws ChannelListException if there is no such list, or if it has a record with the id 65534
+     */
     public RecordId add(int listId, VltTvSatelliteInfoBase info) {
-        return added(nativeAdd(Ids.list(listId), info), "cannot add a satellite to list %d", listId);
+        Ids.list(listId);
+        Objects.requireNonNull(info, "info");
+        return added(() -> nativeAdd(listId, info), listId);
+    }
+
+    @Override
+    String addNamed(int listId, String name) {
+        VltTvSatelliteInfoBase info = new VltTvSatelliteInfoBase();
+        info.setName(name);
+        return nativeAdd(listId, info);
+    }
+
+    @Override
+    String nameOf(String identifier) {
+        VltTvSatelliteInfo record = nativeGetInfo(identifier, null);
+        return record == null ? null : record.getName();
     }
 
     @Override

@@ -1,10 +1,11 @@
 package com.velotra.tv.tavro.services.channellist;
 
 /**
- * The values of one transport stream that are to be stored: a bag of optional values, each under its key.
+ * The values of one transport stream that are to be stored; {@link TransportStreamRecord} is what is read. See
+ * {@link KeyedValues} for the rules.
  *
- * <p>A value that is set marks its key; see {@link VltTvChannelInfoBase} for the rules. Where a tuner parameter is stored
- * depends on the medium: the one set here, else that of the stored record.
+ * <p>Where a tuning value is stored depends on the medium: the one that is set here, else the medium of the stored
+ * record.
  */
 public class VltTvTransportStreamInfoBase extends KeyedValues {
     // Identity.
@@ -44,41 +45,42 @@ public class VltTvTransportStreamInfoBase extends KeyedValues {
     protected int signalQuality;
     protected AlternateFrequencyInfoBase[] alternateFrequencyInfoList;
 
-    /** An alternate frequency with its bandwidth in kHz. */
-    public static class AlternateFrequencyInfoBase {
-        protected int alternateFreq;
-        protected int alternateBandwidth;
+    /**
+     * An alternate frequency. The natives read the components by their names.
+     *
+     * @param alternateFreq frequency in the unit of the frequency of the stream
+     * @param alternateBandwidth bandwidth in kHz
+     */
+    public record AlternateFrequencyInfoBase(int alternateFreq, int alternateBandwidth) {}
 
-        /**
-         * @param frequency in the unit of the stream's own frequency
-         * @param bandwidth in kHz
-         */
-        public AlternateFrequencyInfoBase(int frequency, int bandwidth) {
-            alternateFreq = frequency;
-            alternateBandwidth = bandwidth;
-        }
+    /** Creates an object without values. */
+    public VltTvTransportStreamInfoBase() {}
+
+    /** Returns a new object for an update of the record {@code id}, of which only the record id counts. */
+    public static VltTvTransportStreamInfoBase forRecord(RecordId id) {
+        return new VltTvTransportStreamInfoBase().setTslIdTslRecId(id);
     }
 
-    /** Whether {@code info} carries a value under {@code key}. Called by the native side. */
+    /** Returns whether {@code info} carries a value under {@code key}. Called by the natives. */
     public boolean isContainsKey(VltTvTransportStreamInfoBase info, String key) {
         return info.hasKey(key);
     }
 
-    /** The text form of the record identifier that was set, or null. */
+    @Override
     String identifier() {
         return tslIdTslRecId;
     }
 
     // Identity.
 
-    /** The record to update; its list part does not count. */
+    /** The record to update; its list part is ignored. */
     public VltTvTransportStreamInfoBase setTslIdTslRecId(RecordId id) {
         tslIdTslRecId = id == null ? null : id.toString();
         mark("TslIdTslRecId");
         return this;
     }
 
-    /** Broadcast system, 8 bits, as in service records. */
+    /** Broadcast system, 8 bits; see {@link BroadcastType}. */
     public VltTvTransportStreamInfoBase setBroadcastType(int value) {
         broadcastType = value;
         mark("BroadcastType");
@@ -141,16 +143,16 @@ public class VltTvTransportStreamInfoBase extends KeyedValues {
         return this;
     }
 
-    /** Greater than 0: the stream carries a barker channel. */
-    public VltTvTransportStreamInfoBase setBarkerChannel(int value) {
-        barkerChannel = value;
+    /** The stream carries a barker channel. */
+    public VltTvTransportStreamInfoBase setBarkerChannel(boolean on) {
+        barkerChannel = on ? 1 : 0;
         mark("BarkerChannel");
         return this;
     }
 
-    /** Exactly 1: the stream is the home transponder. */
-    public VltTvTransportStreamInfoBase setIsHomeTransponder(int value) {
-        isHomeTransponder = value;
+    /** The stream is the home transponder. */
+    public VltTvTransportStreamInfoBase setIsHomeTransponder(boolean on) {
+        isHomeTransponder = on ? 1 : 0;
         mark("IsHomeTransponder");
         return this;
     }

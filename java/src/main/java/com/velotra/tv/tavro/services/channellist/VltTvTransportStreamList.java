@@ -1,15 +1,14 @@
 package com.velotra.tv.tavro.services.channellist;
 
-import java.util.Collections;
 import java.util.List;
-import java.util.Objects;
 import java.util.Optional;
 import java.util.stream.Stream;
 
 /**
  * The transport stream lists of the TV.
  *
- * <p>The native methods are the library's contract; the other methods are a thin layer over them.
+ * <p>The native methods are the library's contract. The public methods add checks, typed results and locks; see
+ * {@link TvList} for ids, failures and threads.
  */
 public final class VltTvTransportStreamList extends TvList {
     private static final class Holder {
@@ -17,67 +16,102 @@ public final class VltTvTransportStreamList extends TvList {
     }
 
     private VltTvTransportStreamList() {
-        super("transport stream list");
+        super(ListKind.TRANSPORT_STREAM);
     }
 
     /**
-     * The transport stream lists, with the library loaded.
+     * Returns the transport stream lists. Loads the library at the first call.
      *
-     * @throws UnsatisfiedLinkError when the library cannot be loaded
+     * @throws UnsatisfiedLinkError if the library cannot be loaded; the message says where it was looked for
      */
     public static VltTvTransportStreamList getInstance() {
         return Holder.INSTANCE;
     }
 
-    /** One transport stream; empty when there is no such record. */
+    /** Returns one transport stream; empty if there is no such record. */
     public Optional<TransportStreamRecord> get(RecordId id) {
-        return Optional.ofNullable(native_getInfo(Ids.text(id))).map(TransportStreamRecord::new);
+        String text = Ids.text(id);
+        return Optional.ofNullable(locked(() -> native_getInfo(text))).map(TransportStreamRecord::new);
     }
 
-    /** All transport streams of a list, in list order; none when there is no such list or one cannot be read. */
+    /** Returns all transport streams of a list, in list order; none if there is no such list or one cannot be read. */
     public List<TransportStreamRecord> getAll(int listId) {
         return TransportStreamRecord.listOf(getAllBytes(listId));
     }
 
-    /** The same as the bytes of the records, one behind the other. */
+    /** Returns the consecutive 724-byte records of {@link #getAll}. */
     public byte[] getAllBytes(int listId) {
-        return orEmpty(native_getInfoList(Ids.list(listId)));
-    }
-
-    /** Those that point at that record of the satellite list with the same list id. */
-    public List<TransportStreamRecord> bySatellite(int listId, int satelliteRecordId) {
-        return TransportStreamRecord.listOf(
-                orEmpty(native_getInfoListBySatellite(Ids.list(listId), Ids.record(satelliteRecordId))));
-    }
-
-    /** Overlays the transport stream that {@code info} names by its record id with the values that it carries. */
-    public void update(int listId, VltTvTransportStreamInfoBase info) {
-        checkIds(Collections.singletonList(info));
-        check(
-                native_updateInfo(Ids.list(listId), info),
-                "cannot update the transport stream %s of list %d", info.identifier(), listId);
+        Ids.list(listId);
+        return bytes(() -> native_getInfoList(listId));
     }
 
     /**
-     * Overlays many transport streams. Those before the first that fails stay updated. One without a record id stands for record
-     * 0, one whose record id was set to null is left out.
+     * Returns the transport streams of list {@code satellite.listId()} that refer to the satellite {@code satellite},
+     * in list order; none if there is no such list. Whether the satellite exists does not matter.
+     */
+    public List<TransportStreamRecord> bySatellite(RecordId satellite) {
+        Ids.text(satellite);
+        return TransportStreamRecord.listOf(
+                bytes(() -> native_getInfoListBySatellite(satellite.listId(), satellite.recordId())));
+    }
+
+    /**
+     * Stores the values that {@code info} carries in the transport stream that it names by its record id; without one,
+     * in record 0. All other values stay.
+     *
+     * @throws ChannelListException if there is no such record
+     */
+    public void update(int listId, VltTvTransportStreamInfoBase info) {
+        Ids.list(listId);
+        checkIds(List.of(info));
+        checkUpdate(() -> native_updateInfo(listId, info), listId, info.id());
+    }
+
+    /**
+     * Updates many transport streams, each like {@link #update(int, VltTvTransportStreamInfoBase)}; those whose
+     * identifier was set to null are skipped. Those before the first that fails are updated.
+     *
+     * @throws ChannelListException if a record does not exist
      */
     public void updateAll(int listId, List<? extends VltTvTransportStreamInfoBase> infos) {
-        checkIds(infos);
-        check(
-                native_updateInfoList(Ids.list(listId), infos),
-                "cannot update %d transport streams of list %d", infos.size(), listId);
+        Ids.list(listId);
+        List<VltTvTransportStreamInfoBase> all = List.copyOf(infos);
+        checkIds(all);
+        checkUpdates(() -> native_updateInfoList(listId, all), listId, all.size());
     }
 
-    /** Adds a transport stream. */
+    /**
+     * Adds a transport stream with the values that {@code info} carries, under the highest record id of the list plus
+     * one.
+     *
+     * @return its identifier
+     * @throws ChannelListException if there is no such list, or if it has a record with the id 65534
+     */
     public RecordId add(int listId, VltTvTransportStreamInfoBase info) {
-        checkIds(Collections.singletonList(info));
-        return added(nativeAdd(Ids.list(listId), info), "cannot add a transport stream to list %d", listId);
+        Ids.list(listId);
+        checkIds(List.of(info));
+        return added(() -> nativeAdd(listId, info), listId);
     }
 
-    private static void checkIds(List<? extends VltTvTransportStreamInfoBase> infos) {
-        Ids.checkRecords(infos.stream().filter(Objects::nonNull).map(VltTvTransportStreamInfoBase::identifier));
-        Ids.checkReferences(infos.stream().filter(Objects::nonNull).flatMap(info -> Stream.of(info.tslNwlRecId, info.tslSatlRecId)));
+    @Override
+    String addNamed(int listId, String name) {
+        return nativeAdd(listId, new VltTvTransportStreamInfoBase().setAcTsName(name));
+    }
+
+    @Override
+    String nameOf(String identifier) {
+        byte[] record = native_getInfo(identifier);
+        return record == null ? null : new TransportStreamRecord(record).name();
+    }
+
+    @Override
+    void openForRemoval(String identifier) {
+        native_getInfo(identifier);
+    }
+
+    private static void checkIds(List<VltTvTransportStreamInfoBase> infos) {
+        Ids.checkRecords(infos.stream().map(VltTvTransportStreamInfoBase::identifier));
+        Ids.checkReferences(infos.stream().flatMap(info -> Stream.of(info.tslNwlRecId, info.tslSatlRecId)));
     }
 
     @Override

@@ -2,6 +2,7 @@ package com.velotra.tv.tavro.tool.demo;
 
 import com.velotra.tv.tavro.services.channellist.OrbitalPosition;
 import com.velotra.tv.tavro.services.channellist.RecordId;
+import com.velotra.tv.tavro.services.channellist.SatelliteFlag;
 import com.velotra.tv.tavro.services.channellist.ServiceRecord;
 import com.velotra.tv.tavro.services.channellist.TransportStreamRecord;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelInfoBase;
@@ -153,9 +154,10 @@ public final class Demo {
                 + "known");
         importFiles((service, id, stream) -> { }, satelliteNames, dishSettings);
         out.println();
-        List<VltTvSatelliteInfo> stored = satelliteLists.getAll(SATELLITE, null);
+        List<VltTvSatelliteInfo> stored = satelliteLists.getAll(SATELLITE);
         stored.forEach(satellite -> positions.add(satellite.getOrbitPosition()));
-        List<VltTvSatelliteInfo> inUse = stored.stream().filter(satellite -> satellite.getMaskStatusOn() == 1).toList();
+        List<VltTvSatelliteInfo> inUse = stored.stream().filter(satellite -> satellite.has(SatelliteFlag.ENABLED))
+                .toList();
         SatelliteTable.of(inUse, ROWS, COLUMNS).lines().forEach(line -> out.println("   " + line));
         List<String> source = satelliteLines();
         List<String> found = stored.stream()
@@ -249,12 +251,12 @@ public final class Demo {
                 service.transportStream(), record.frequency(), record.transportStreamId(), record.originalNetworkId()));
         RecordId none = new RecordId(0, 0);
         RecordId networkId = stream.map(TransportStreamRecord::network).orElse(none);
-        Optional<VltTvNetworkInfo> network = SourceComparison.record(networkId, id -> networks.get(id, null));
+        Optional<VltTvNetworkInfo> network = SourceComparison.record(networkId, id -> networks.get(id));
         network.ifPresent(info -> out.printf("   network %-10s '%s', network id %d%n",
-                networkId, info.values().getNetworkName(), info.values().getNwlNetworkId()));
+                networkId, info.getNetworkName(), info.getNwlNetworkId()));
         RecordId satelliteId = stream.map(TransportStreamRecord::satellite).orElse(none);
         Optional<VltTvSatelliteInfo> satellite = SourceComparison.record(
-                satelliteId, id -> satelliteLists.get(id, null));
+                satelliteId, id -> satelliteLists.get(id));
         satellite.ifPresent(info -> out.printf("   satellite %-8s %s%n", satelliteId, SatelliteTable.summary(info)));
         traceChecks(service, stream.orElse(null), networkId, network.orElse(null), satelliteId, satellite.orElse(null));
     }
@@ -262,20 +264,20 @@ public final class Demo {
     /** A record that was not found is null. */
     private void traceChecks(ServiceRecord service, TransportStreamRecord stream, RecordId networkId,
             VltTvNetworkInfo network, RecordId satelliteId, VltTvSatelliteInfo satellite) {
-        check(stream != null && lists.byTransportStreamRecord(SATELLITE, service.tslRecordId()).contains(service),
+        check(stream != null && lists.byTransportStreamRecord(service.transportStream()).contains(service),
                 "the service's transport stream exists, and the service is among its services");
-        check(network != null && network.values().getNwlNetworkId() == stream.originalNetworkId()
+        check(network != null && network.getNwlNetworkId() == stream.originalNetworkId()
                 && service.network().equals(networkId),
                 "service and transport stream refer to the same network, whose record has the stream's network id");
         check(satellite != null && service.satellite().equals(satelliteId),
                 "service and transport stream refer to the same satellite");
-        check(satellite != null && streams.bySatellite(SATELLITE, satelliteId.recordId()).contains(stream),
+        check(satellite != null && streams.bySatellite(satelliteId).contains(stream),
                 "the transport stream is among those of the satellite");
         List<TransportStreamRecord> all = streams.getAll(SATELLITE);
-        Map<Integer, Long> sizes = all.stream().collect(
-                Collectors.groupingBy(record -> record.satellite().recordId(), Collectors.counting()));
+        Map<RecordId, Long> sizes =
+                all.stream().collect(Collectors.groupingBy(TransportStreamRecord::satellite, Collectors.counting()));
         boolean allFound = sizes.keySet().stream().allMatch(
-                id -> id != 0 && streams.bySatellite(SATELLITE, id).size() == sizes.get(id));
+                id -> id.namesRecord() && streams.bySatellite(id).size() == sizes.get(id));
         check(allFound, "all %d transport streams are found through the %d satellite records that they refer to",
                 all.size(), sizes.size());
     }
@@ -287,11 +289,9 @@ public final class Demo {
         RecordId numbered = idOf(before.get(1));
         RecordId hidden = idOf(before.get(2));
         lists.updateAll(SATELLITE, List.of(
-                new VltTvChannelInfoBase().setSvlIdSvlRecId(renamed).setServiceName("My favorite")
-                        .setVoptChNameEdited(true),
-                new VltTvChannelInfoBase().setSvlIdSvlRecId(numbered).setLogicalChannelNumber(7)
-                        .setVoptChNumEdited(true)));
-        lists.update(SATELLITE, new VltTvChannelInfoBase().setSvlIdSvlRecId(hidden).setVnetVisible(false));
+                VltTvChannelInfoBase.forRecord(renamed).setServiceName("My favorite").setVoptChNameEdited(true),
+                VltTvChannelInfoBase.forRecord(numbered).setLogicalChannelNumber(7).setVoptChNumEdited(true)));
+        lists.update(SATELLITE, VltTvChannelInfoBase.forRecord(hidden).setVnetVisible(false));
 
         List<ServiceRecord> after = lists.getAll(SATELLITE);
         table(after, 3).lines().limit(4).forEach(line -> out.println("   " + line));
@@ -311,29 +311,29 @@ public final class Demo {
     private void filterServices() {
         heading("Filter: the services of one transport stream record, one transport stream id, one network");
         List<ServiceRecord> all = lists.getAll(SATELLITE);
-        int first = all.get(0).tslRecordId();
-        List<ServiceRecord> expected = all.stream().filter(service -> service.tslRecordId() == first).toList();
-        List<ServiceRecord> found = lists.byTransportStreamRecord(SATELLITE, first);
+        RecordId first = all.get(0).transportStream();
+        List<ServiceRecord> expected = all.stream().filter(service -> service.transportStream().equals(first)).toList();
+        List<ServiceRecord> found = lists.byTransportStreamRecord(first);
         table(found, ROWS).lines().forEach(line -> out.println("   " + line));
-        check(found.equals(expected), "%d services are on transport stream %d,%d", found.size(), SATELLITE, first);
-        Map<Integer, List<ServiceRecord>> byStream =
-                all.stream().collect(Collectors.groupingBy(ServiceRecord::tslRecordId));
+        check(found.equals(expected), "%d services are on transport stream %s", found.size(), first);
+        Map<RecordId, List<ServiceRecord>> byStream =
+                all.stream().collect(Collectors.groupingBy(ServiceRecord::transportStream));
         boolean allAgree = byStream.entrySet().stream().allMatch(
-                stream -> lists.byTransportStreamRecord(SATELLITE, stream.getKey()).equals(stream.getValue()));
+                stream -> lists.byTransportStreamRecord(stream.getKey()).equals(stream.getValue()));
         check(allAgree,
                 "filtering by each of the %d transport streams returns all %d services", byStream.size(), all.size());
-        check(lists.byTransportStreamRecord(SATELLITE, 60000).isEmpty(),
+        check(lists.byTransportStreamRecord(new RecordId(SATELLITE, 60000)).isEmpty(),
                 "no service is on a transport stream that does not exist");
 
         Map<Integer, Integer> streamIds = streams.getAll(SATELLITE).stream()
                 .collect(Collectors.toMap(TransportStreamRecord::recordId, TransportStreamRecord::transportStreamId));
-        int streamId = streamIds.get(first);
-        filter(all, service -> streamIds.get(service.tslRecordId()) == streamId,
+        int streamId = streamIds.get(first.recordId());
+        filter(all, service -> streamIds.get(service.transportStream().recordId()) == streamId,
                 lists.byTransportStream(SATELLITE, streamId),
                 "transport stream id " + streamId);
-        Map<Integer, Integer> networkIds = networks.getAll(SATELLITE, null).stream()
+        Map<Integer, Integer> networkIds = networks.getAll(SATELLITE).stream()
                 .collect(Collectors.toMap(network -> network.id().recordId(),
-                        network -> network.values().getNwlNetworkId()));
+                        network -> network.getNwlNetworkId()));
         for (int networkId : networkIds.values()) {
             filter(all, service -> networkIds.get(service.network().recordId()) == networkId,
                     lists.byNetwork(SATELLITE, networkId),

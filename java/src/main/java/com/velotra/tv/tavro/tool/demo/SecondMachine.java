@@ -17,11 +17,13 @@ final class SecondMachine {
         int listId = Integer.parseInt(arguments[0]);
         try {
             VltTvChannelList lists = VltTvChannelList.getInstance();
-            lists.open(listId, arguments[1]);
+            lists.load(listId, arguments[1]);
             Files.write(Path.of(arguments[2]), lists.getAllBytes(listId));
-        } catch (ChannelListException | IOException e) {
-            System.err.println("tavro: cannot load " + arguments[1] + " into service list " + listId + ": "
-                    + e.getMessage());
+        } catch (ChannelListException e) {
+            System.err.println("tavro: " + e.getMessage());
+            System.exit(1);
+        } catch (IOException e) {
+            System.err.println("tavro: cannot write " + arguments[2] + ": " + e.getMessage());
             System.exit(1);
         }
     }

@@ -92,8 +92,8 @@ final class SourceComparison {
 
     /** Returns the network id of a network record; 0 if there is none. */
     private static int networkId(RecordId network) {
-        return record(network, id -> VltTvNetworkList.getInstance().get(id, null))
-                .map(info -> info.values().getNwlNetworkId())
+        return record(network, id -> VltTvNetworkList.getInstance().get(id))
+                .map(info -> info.getNwlNetworkId())
                 .orElse(0);
     }
 

@@ -181,7 +181,7 @@ public final class Importer {
                     report, serviceObserver)
                     .storeAll(services, Storage.directory());
         } catch (ChannelListException e) {
-            throw new Failure("the import stopped: " + e.getMessage() + "; " + Storage.whyItFails()
+            throw new Failure("the import stopped: " + e.problem() + "; " + Storage.whyItFails()
                     + "; records stored so far are kept");
         } finally {
             lock.release();

@@ -61,7 +61,7 @@ final class ForeignFormat {
 
     private static String sqlite(byte[] content) {
         if (has(content, SQLITE_APPLICATION, LIST_FILE)) {
-            return "a list file of this library; Java opens a list with it: open(listId, path)";
+            return "a list file of this library; Java loads it: load(listId, path)";
         }
         return has(content, SQLITE_APPLICATION, LIST_DATABASE) ? "a list database; set TAVRO_HOME to its folder"
                 : "a SQLite database";

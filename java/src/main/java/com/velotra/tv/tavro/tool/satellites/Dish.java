@@ -1,5 +1,6 @@
 package com.velotra.tv.tavro.tool.satellites;
 
+import com.velotra.tv.tavro.services.channellist.SatelliteFlag;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfoBase;
 import com.velotra.tv.tavro.tool.satellites.DiseqcConf.Sequence;
 import java.util.LinkedHashSet;
@@ -78,7 +79,7 @@ final class Dish {
      * @param polarizationBefore polarization of the record to be updated; nothing for a new record
      */
     void put(VltTvSatelliteInfoBase info, OptionalInt polarizationBefore) {
-        info.setMaskStatusOn(1);
+        info.put(SatelliteFlag.ENABLED, true);
         putLnb(info);
         putSwitch(info);
         putTone(info);
@@ -113,9 +114,9 @@ final class Dish {
         boolean second = commands().anyMatch(command -> command.matches(SINGLE_CABLE_SECOND_GENERATION));
         boolean universal = List.of(info.getLnbLowFreq(), info.getLnbSwitchFreq(), info.getLnbHighFreq())
                 .equals(UNIVERSAL);
-        info.setMaskLnbUniver(singleCable == null && universal ? 1 : 0);
-        info.setMaskLnbSingcab(singleCable != null && !second ? 1 : 0);
-        info.setMaskLnbSingcabJess(singleCable != null && second ? 1 : 0);
+        info.put(SatelliteFlag.LNB_UNIVERSAL, singleCable == null && universal);
+        info.put(SatelliteFlag.LNB_SINGLE_CABLE, singleCable != null && !second);
+        info.put(SatelliteFlag.LNB_SINGLE_CABLE_2, singleCable != null && second);
         info.setUnicablePosition(singleCable == null ? 0 : singleCable);
     }
 

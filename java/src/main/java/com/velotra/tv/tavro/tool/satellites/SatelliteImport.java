@@ -127,11 +127,11 @@ public final class SatelliteImport {
 
     private OptionalInt polarization(RecordId known) {
         return known == null ? OptionalInt.empty()
-                : lists.get(known, null).stream().mapToInt(VltTvSatelliteInfoBase::getDiseqcPolar).findFirst();
+                : lists.get(known).stream().mapToInt(VltTvSatelliteInfoBase::getDiseqcPolar).findFirst();
     }
 
     private List<Object> values(RecordId id) {
-        return lists.get(id, null).map(VltTvSatelliteInfoBase::allValues).orElse(List.of());
+        return lists.get(id).map(VltTvSatelliteInfoBase::allValues).orElse(List.of());
     }
 
     private RecordId update(RecordId id, VltTvSatelliteInfoBase info) {

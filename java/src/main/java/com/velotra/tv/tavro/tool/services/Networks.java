@@ -43,15 +43,15 @@ final class Networks {
     }
 
     private ListCounts counts(int listId) {
-        return report.list("network list " + listId, () -> lists.exists(listId) ? lists.getAll(listId, null).size()
-                : -1);
+        return report.list(
+                "network list " + listId, () -> lists.exists(listId) ? lists.getAll(listId).size() : -1);
     }
 
     private Map<Integer, RecordId> read(int listId) {
         lists.open(listId);
         Map<Integer, RecordId> byNetwork = new HashMap<>();
-        for (VltTvNetworkInfo network : lists.getAll(listId, null)) {
-            byNetwork.putIfAbsent(network.values().getNwlNetworkId(), network.id());
+        for (VltTvNetworkInfo network : lists.getAll(listId)) {
+            byNetwork.putIfAbsent(network.getNwlNetworkId(), network.id());
         }
         found.addAll(byNetwork.values());
         return byNetwork;

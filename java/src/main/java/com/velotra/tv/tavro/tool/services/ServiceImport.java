@@ -1,5 +1,6 @@
 package com.velotra.tv.tavro.tool.services;
 
+import com.velotra.tv.tavro.services.channellist.BroadcastType;
 import com.velotra.tv.tavro.services.channellist.RecordId;
 import com.velotra.tv.tavro.services.channellist.ServiceFlag;
 import com.velotra.tv.tavro.services.channellist.ServiceRecord;
@@ -119,7 +120,7 @@ public final class ServiceImport {
     private VltTvChannelInfoBase convert(Service service, RecordId stream, Optional<ServiceRecord> before) {
         int type = service.hasVideo() ? TELEVISION : RADIO;
         VltTvChannelInfoBase info = new VltTvChannelInfoBase()
-                .setBroadcastType(ServiceRecord.BROADCAST_DVB)
+                .setBroadcastType(BroadcastType.DVB)
                 .setServiceType(type)
                 .setSdtServiceType(type)
                 .setServiceId(service.serviceId())

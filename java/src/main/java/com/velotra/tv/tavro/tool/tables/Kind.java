@@ -60,14 +60,14 @@ public enum Kind {
 
         @Override
         public Listing list(int listId) {
-            List<VltTvNetworkInfo> networks = VltTvNetworkList.getInstance().getAll(listId, null);
+            List<VltTvNetworkInfo> networks = VltTvNetworkList.getInstance().getAll(listId);
             return new Listing(networks.size(), (most, columns) -> NetworkTable.of(networks, most, columns));
         }
 
         // Networks are returned as objects, so there are no bytes to print.
         @Override
         public Optional<String> show(RecordId id, boolean hex) {
-            return VltTvNetworkList.getInstance().get(id, null).map(NetworkTable::describe);
+            return VltTvNetworkList.getInstance().get(id).map(NetworkTable::describe);
         }
     },
 
@@ -79,14 +79,14 @@ public enum Kind {
 
         @Override
         public Listing list(int listId) {
-            List<VltTvSatelliteInfo> satellites = VltTvSatelliteList.getInstance().getAll(listId, null);
+            List<VltTvSatelliteInfo> satellites = VltTvSatelliteList.getInstance().getAll(listId);
             return new Listing(satellites.size(), (most, columns) -> SatelliteTable.of(satellites, most, columns));
         }
 
         // Satellites are returned as objects too.
         @Override
         public Optional<String> show(RecordId id, boolean hex) {
-            return VltTvSatelliteList.getInstance().get(id, null).map(SatelliteTable::describe);
+            return VltTvSatelliteList.getInstance().get(id).map(SatelliteTable::describe);
         }
     };
 

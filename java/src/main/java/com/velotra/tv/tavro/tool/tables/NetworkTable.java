@@ -1,7 +1,7 @@
 package com.velotra.tv.tavro.tool.tables;
 
+import com.velotra.tv.tavro.services.channellist.NetworkFlag;
 import com.velotra.tv.tavro.services.channellist.VltTvNetworkInfo;
-import com.velotra.tv.tavro.services.channellist.VltTvNetworkInfoBase;
 import java.util.List;
 
 /** Networks as a table, one per row. */
@@ -12,24 +12,22 @@ public final class NetworkTable {
     public static String of(List<VltTvNetworkInfo> networks, int most, int columns) {
         Table table = new Table(">record", ">network id", "name", ">version", "favorite", "candidate");
         for (VltTvNetworkInfo network : networks.subList(0, Math.min(most, networks.size()))) {
-            VltTvNetworkInfoBase values = network.values();
             table.add(
                     network.id().recordId(),
-                    values.getNwlNetworkId(),
-                    values.getNetworkName(),
-                    values.getNetworkVersion(),
-                    values.getNwlFavNetwork() == 1 ? "yes" : "no",
-                    values.getNwlFavNetworkCandidate() == 1 ? "yes" : "no");
+                    network.getNwlNetworkId(),
+                    network.getNetworkName(),
+                    network.getNetworkVersion(),
+                    network.has(NetworkFlag.FAVORITE) ? "yes" : "no",
+                    network.has(NetworkFlag.FAVORITE_CANDIDATE) ? "yes" : "no");
         }
         return table.toString(columns) + Table.more(networks.size() - most);
     }
 
     /** Formats one network, one line per field. */
     static String describe(VltTvNetworkInfo network) {
-        VltTvNetworkInfoBase values = network.values();
         return String.format(
                 "record %25s%nnetwork id %21s%nname %27s%nversion %24s%nfavorite %23s%ncandidate %22s%n",
-                values.getNwlIdNwlRecId(), values.getNwlNetworkId(), '"' + values.getNetworkName() + '"',
-                values.getNetworkVersion(), values.getNwlFavNetwork(), values.getNwlFavNetworkCandidate());
+                network.id(), network.getNwlNetworkId(), '"' + network.getNetworkName() + '"',
+                network.getNetworkVersion(), network.getNwlFavNetwork(), network.getNwlFavNetworkCandidate());
     }
 }

@@ -2,6 +2,7 @@ package com.velotra.tv.tavro.tool.tables;
 
 import com.velotra.tv.tavro.services.channellist.OrbitalPosition;
 import com.velotra.tv.tavro.services.channellist.Printable;
+import com.velotra.tv.tavro.services.channellist.SatelliteFlag;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfo;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfoBase;
 import java.util.ArrayList;
@@ -24,7 +25,7 @@ public final class SatelliteTable {
                     satellite.id().recordId(),
                     position(satellite),
                     satellite.getName(),
-                    yesNo(satellite.getMaskStatusOn()),
+                    yesNo(satellite.has(SatelliteFlag.ENABLED)),
                     lnb(satellite),
                     switchPosition(satellite.getDiseqcPosition()));
         }
@@ -43,8 +44,8 @@ public final class SatelliteTable {
         lines.add("record", satellite.getRecId());
         lines.add("position", position(satellite));
         lines.add("name", '"' + Printable.of(satellite.getName()) + '"');
-        lines.add("in use", yesNo(satellite.getMaskStatusOn()));
-        lines.add("LNB signal detected", yesNo(satellite.getLnbSignalDetected()));
+        lines.add("in use", yesNo(satellite.has(SatelliteFlag.ENABLED)));
+        lines.add("LNB signal detected", yesNo(satellite.has(SatelliteFlag.LNB_SIGNAL_DETECTED)));
         lines.add("LNB kind", kind(satellite));
         lines.add("antenna type", satellite.keys().contains("AntennaType") ? satellite.getAntennaType() : NONE);
         lines.add("LNB type", satellite.getLnbType());
@@ -80,21 +81,20 @@ public final class SatelliteTable {
         return new OrbitalPosition(satellite.getOrbitPosition());
     }
 
-    private static String yesNo(int flag) {
-        return flag == 1 ? "yes" : "no";
+    private static String yesNo(boolean flag) {
+        return flag ? "yes" : "no";
     }
 
-    // From the flags, which every record has. Without any flag, the antenna type is left over from the record read
-    // before.
+    // From the flags, which every record has. A record without any of them has no antenna type.
     private static String kind(VltTvSatelliteInfoBase satellite) {
         List<String> kinds = new ArrayList<>();
-        if (satellite.getMaskLnbUniver() == 1) {
+        if (satellite.has(SatelliteFlag.LNB_UNIVERSAL)) {
             kinds.add("universal");
         }
-        if (satellite.getMaskLnbSingcab() == 1) {
+        if (satellite.has(SatelliteFlag.LNB_SINGLE_CABLE)) {
             kinds.add("single cable");
         }
-        if (satellite.getMaskLnbSingcabJess() == 1) {
+        if (satellite.has(SatelliteFlag.LNB_SINGLE_CABLE_2)) {
             kinds.add("single cable, second generation");
         }
         return kinds.isEmpty() ? NONE : String.join(", ", kinds);

@@ -1,5 +1,6 @@
 package com.velotra.tv.tavro.tool.transponders;
 
+import com.velotra.tv.tavro.services.channellist.BroadcastType;
 import com.velotra.tv.tavro.services.channellist.Printable;
 import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamInfoBase;
 import com.velotra.tv.tavro.tool.input.ModifiedUtf8;
@@ -109,7 +110,7 @@ final class Mapping {
         frequency = readFrequency();
         info.setBroadcastMedium(system.medium).setFrequency(frequency);
         if (system.dvb) {
-            info.setBroadcastType(TunerValues.BROADCAST_DVB);
+            info.setBroadcastType(BroadcastType.DVB);
         }
         if (system.standard == NO_STANDARD) {
             dropped.add("the standard " + systemName);

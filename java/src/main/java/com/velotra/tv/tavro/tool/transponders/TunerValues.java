@@ -14,8 +14,6 @@ final class TunerValues {
     static final int CABLE = 2;
     static final int SATELLITE = 3;
 
-    static final int BROADCAST_DVB = 2;
-
     static final int STANDARD_C = 1;
     static final int STANDARD_T = 3;
     static final int STANDARD_T2 = 4;

@@ -3,14 +3,15 @@ package com.velotra.tv.tavro.services.channellist;
 import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertFalse;
 import static org.junit.jupiter.api.Assertions.assertNull;
-import static org.junit.jupiter.api.Assertions.assertSame;
 import static org.junit.jupiter.api.Assertions.assertTrue;
 
 import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamInfoBase.AlternateFrequencyInfoBase;
 import java.lang.reflect.Field;
 import java.lang.reflect.Method;
 import java.util.Arrays;
+import java.util.LinkedHashMap;
 import java.util.List;
+import java.util.Map;
 import java.util.Set;
 import java.util.TreeSet;
 import java.util.function.Function;
@@ -21,10 +22,11 @@ class CompanionObjectsTest {
     /** Every key that the native side asks for. */
     private static final String STREAM_KEYS =
             """
-            BroadcastType BroadcastMedium NetworkId OriginalNetworkId TransportStreamId TslNwlRecId Frequency Bandwidth
-            BroadcastMode PlpId PlpGroupId NetworkName BarkerChannel FecInner Modulation Standard GuardInterval TransmissionMode
-            Hierarchy FecOuter SymbolRate PilotInsert RollOff CodeRate IsHomeTransponder TslSatlRecId AcTsName
-            TunerPolarizaTion SignalStrength SignalQuality AlternateFrequencyInfoList RcKeyId TslIdTslRecId
+            BroadcastType BroadcastMedium NetworkId OriginalNetworkId TransportStreamId TslNwlRecId Frequency
+            Bandwidth BroadcastMode PlpId PlpGroupId NetworkName BarkerChannel FecInner Modulation Standard
+            GuardInterval TransmissionMode Hierarchy FecOuter SymbolRate PilotInsert RollOff CodeRate
+            IsHomeTransponder TslSatlRecId AcTsName TunerPolarizaTion SignalStrength SignalQuality
+            AlternateFrequencyInfoList RcKeyId TslIdTslRecId
             """;
 
     private static final String NETWORK_KEYS =
@@ -32,15 +34,18 @@ class CompanionObjectsTest {
 
     private static final String SATELLITE_KEYS =
             """
-            MaskStatusOn MaskLnbUniver MaskLnbSingcab MaskLnbSingcabJess LnbSignalDetected OrbitPosition Name AntennaType
-            SingleCableUserBandSub SingleCableBandFreqSub LnbType LnbLowFreq LnbHighFreq LnbSwitchFreq LnbPower ToneBurst
-            DiseqcType Tone22k SingleCableUserBandMain UnicablePosition DiseqcPosition SingleCableBandFreqMain MduType
-            DiseqcTypeEx DiseqcPositionEx DiseqcPolar RecId
+            MaskStatusOn MaskLnbUniver MaskLnbSingcab MaskLnbSingcabJess LnbSignalDetected OrbitPosition Name
+            AntennaType SingleCableUserBandSub SingleCableBandFreqSub LnbType LnbLowFreq LnbHighFreq LnbSwitchFreq
+            LnbPower ToneBurst DiseqcType Tone22k SingleCableUserBandMain UnicablePosition DiseqcPosition
+            SingleCableBandFreqMain MduType DiseqcTypeEx DiseqcPositionEx DiseqcPolar RecId
             """;
 
     private static Object sample(Class<?> type) {
         if (type == int.class) {
             return 42;
+        }
+        if (type == boolean.class) {
+            return true;
         }
         if (type == RecordId.class) {
             return new RecordId(5, 9);
@@ -63,7 +68,7 @@ class CompanionObjectsTest {
             String key = info.keys().iterator().next();
             assertEquals("set" + key, setter.getName());
             Field field = type.getDeclaredField(fieldOf.apply(key));
-            assertEquals(value instanceof RecordId ? "5,9" : value, field.get(info), key);
+            assertEquals(value instanceof RecordId ? "5,9" : value.equals(true) ? 1 : value, field.get(info), key);
             assertTrue(marked.add(key), key);
         }
         return marked;
@@ -74,19 +79,19 @@ class CompanionObjectsTest {
     }
 
     @Test
-    void everyTransportStreamKeyHasOneSetterThatStoresInTheFieldWithASmallLetter() throws Exception {
+    void everyTransportStreamKeyHasOneSetterAndField() throws Exception {
         assertEquals(words(STREAM_KEYS), keysOf(
                 VltTvTransportStreamInfoBase.class,
                 key -> Character.toLowerCase(key.charAt(0)) + key.substring(1)));
     }
 
     @Test
-    void everyNetworkKeyHasOneSetterThatStoresInTheFieldOfItsName() throws Exception {
+    void everyNetworkKeyHasOneSetterAndField() throws Exception {
         assertEquals(words(NETWORK_KEYS), keysOf(VltTvNetworkInfoBase.class, key -> key));
     }
 
     @Test
-    void everySatelliteKeyHasOneSetterThatStoresInTheFieldOfItsNameButForOneInLowerCase() throws Exception {
+    void everySatelliteKeyHasOneSetterAndField() throws Exception {
         assertEquals(words(SATELLITE_KEYS), keysOf(
                 VltTvSatelliteInfoBase.class, key -> key.equals("LnbSignalDetected") ? "lnbSignalDetected" : key));
     }
@@ -107,32 +112,33 @@ class CompanionObjectsTest {
     }
 
     @Test
-    void aSatelliteCopiesEveryValueThatTheNativeSideFilledIn() throws Exception {
+    void aSatelliteTakesOverEveryValueAndLeavesNoneBehind() throws Exception {
         VltTvSatelliteInfo satellite = new VltTvSatelliteInfo();
         assertNull(satellite.id());
+        Map<Field, Object> given = new LinkedHashMap<>();
         VltTvSatelliteInfoBase carrier = new VltTvSatelliteInfoBase();
         int value = 0;
         for (Field field : VltTvSatelliteInfoBase.class.getDeclaredFields()) {
             value++;
             field.set(carrier, field.getType() == int.class ? (Object) value : "3," + value);
             carrier.mark(field.getName());
-        }
-        satellite.satlToSatelliteInfo(carrier);
-        for (Field field : VltTvSatelliteInfoBase.class.getDeclaredFields()) {
-            assertEquals(field.get(carrier), field.get(satellite), field.getName());
+            given.put(field, field.get(carrier));
         }
         assertEquals(27, value);
-        assertEquals(carrier.keys(), satellite.keys());
-        assertEquals(RecordId.parse(carrier.getRecId()), satellite.id());
-
-        carrier.setName("the next one");
-        carrier.mark("more");
-        assertFalse(satellite.getName().equals("the next one") || satellite.keys().contains("more"));
+        satellite.satlToSatelliteInfo(carrier);
+        for (Map.Entry<Field, Object> field : given.entrySet()) {
+            String name = field.getKey().getName();
+            assertEquals(field.getValue(), field.getKey().get(satellite), name);
+            assertEquals(field.getKey().getType() == int.class ? (Object) 0 : null, field.getKey().get(carrier), name);
+            assertTrue(satellite.keys().contains(name), name);
+        }
+        assertEquals(Set.of(), carrier.keys());
+        assertEquals(RecordId.parse(satellite.getRecId()), satellite.id());
     }
 
     /** Calls every getter of a satellite whose fields all differ. */
     @Test
-    void everyGetterOfASatelliteAnswersItsField() throws Exception {
+    void everyGetterOfASatelliteReturnsItsField() throws Exception {
         VltTvSatelliteInfoBase satellite = new VltTvSatelliteInfoBase();
         int value = 0;
         for (Field field : VltTvSatelliteInfoBase.class.getDeclaredFields()) {
@@ -145,14 +151,21 @@ class CompanionObjectsTest {
     }
 
     @Test
-    void aNetworkTakesOverWhatTheNativeSideFilledIn() {
+    void aNetworkTakesOverTheValuesOfTheNatives() {
         VltTvNetworkInfo network = new VltTvNetworkInfo();
         assertNull(network.id());
         VltTvNetworkInfoBase values = new VltTvNetworkInfoBase();
         values.setNwlIdNwlRecId("3,17");
+        values.setNwlNetworkId(8468);
+        values.setNetworkVersion(5);
+        values.setNetworkName("Uno");
+        values.setNwlFavNetworkCandidate(1);
+        values.setNwlFavNetwork(2);
         network.nwlToNetworkInfo(values);
-        assertSame(values, network.values());
+        assertEquals(words(NETWORK_KEYS), new TreeSet<>(network.keys()));
         assertEquals(new RecordId(3, 17), network.id());
+        assertEquals(List.of(8468, 5, "Uno", 1, 2), List.of(network.getNwlNetworkId(), network.getNetworkVersion(),
+                network.getNetworkName(), network.getNwlFavNetworkCandidate(), network.getNwlFavNetwork()));
     }
 
     @Test
@@ -191,8 +204,10 @@ class CompanionObjectsTest {
             }
         }
         assertEquals(List.of(120, 80, 92, 44, 708, 712, 714), List.of(
-                TransportStreamField.TER_MODE.offset(), TransportStreamField.CAB_MODE.offset(), TransportStreamField.SAT_MODE.offset(),
-                TransportStreamField.FREQUENCY.offset(), TransportStreamField.TSL_ID.offset(), TransportStreamField.SATL_ID.offset(),
+                TransportStreamField.TER_MODE.offset(), TransportStreamField.CAB_MODE.offset(),
+                TransportStreamField.SAT_MODE.offset(),
+                TransportStreamField.FREQUENCY.offset(), TransportStreamField.TSL_ID.offset(),
+                TransportStreamField.SATL_ID.offset(),
                 TransportStreamField.SATL_RECORD_ID.offset()));
     }
 }

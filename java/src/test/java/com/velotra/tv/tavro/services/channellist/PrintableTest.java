@@ -24,6 +24,8 @@ class PrintableTest {
         assertEquals("service 0 \"Uno·[2J·\"", record.toString());
         assertEquals("name                           \"Uno·[2J·\"", record.describe(false).lines().toList().get(14));
         assertEquals(-1, record.describe(true).indexOf('\u001b'));
-        assertEquals("cannot read '·[2J' (status -22)", new ChannelListException("cannot read '\u001b[2J'", -22).getMessage());
+        ChannelListException failure = ChannelListException.ofList(ListKind.SERVICE, 1, -22, "read '\u001b[2J'",
+                "see\nthe log");
+        assertEquals("cannot read '·[2J' (status -22); see·the log", failure.getMessage());
     }
 }

@@ -18,10 +18,12 @@ class RecordIdTest {
 
     @Test
     void refusesOtherTextNamingIt() {
-        for (String bad : List.of("", "3", "3,", ",17", "3,17,9", "a,1", "3;17", "2147483648,1", "-1,2", "+1,2", "1, 2", "\u0661,2")) {
+        for (String bad : List.of("", "3", "3,", ",17", "3,17,9", "a,1", "3;17", "2147483648,1", "-1,2", "+1,2", "1, 2",
+                "\u0661,2")) {
             IllegalArgumentException refused =
                     assertThrows(IllegalArgumentException.class, () -> RecordId.parse(bad), bad);
-            assertEquals("'" + bad + "' is not a record identifier; write list and record as in 3,17", refused.getMessage());
+            assertEquals("'" + bad + "' is not a record identifier; write list and record as in 3,17",
+                    refused.getMessage());
         }
     }
 
@@ -44,7 +46,8 @@ class RecordIdTest {
 
     @Test
     void showsDotsForControlCharactersInTextThatItRefuses() {
-        IllegalArgumentException refused = assertThrows(IllegalArgumentException.class, () -> RecordId.parse("1,\u001b[2J\n"));
+        IllegalArgumentException refused = assertThrows(IllegalArgumentException.class,
+                () -> RecordId.parse("1,\u001b[2J\n"));
         assertEquals("'1,·[2J·' is not a record identifier; write list and record as in 3,17", refused.getMessage());
     }
 

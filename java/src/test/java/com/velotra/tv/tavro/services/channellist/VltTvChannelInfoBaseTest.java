@@ -73,7 +73,8 @@ class VltTvChannelInfoBaseTest {
             VltTvChannelInfoBase info = new VltTvChannelInfoBase();
             setter.invoke(info, sample(setter.getParameterTypes()[0]));
             String key = info.keys().iterator().next();
-            Field field = VltTvChannelInfoBase.class.getDeclaredField(Character.toLowerCase(key.charAt(0)) + key.substring(1));
+            Field field = VltTvChannelInfoBase.class.getDeclaredField(Character.toLowerCase(key.charAt(0))
+                    + key.substring(1));
             assertTrue(Modifier.isProtected(field.getModifiers()), key);
             Object value = field.get(info);
             switch (setter.getParameterTypes()[0].getSimpleName()) {

@@ -148,7 +148,7 @@ class FormatTest {
         formats.put(text("#!/bin/sh\necho\n"), "a script");
         formats.put(transportStream(), "an MPEG transport stream");
         formats.put(sqlite(""), "a SQLite database");
-        formats.put(sqlite("TvLF"), "a list file of this library; Java opens a list with it: open(listId, path)");
+        formats.put(sqlite("TvLF"), "a list file of this library; Java loads it: load(listId, path)");
         formats.put(sqlite("TvDB"), "a list database; set TAVRO_HOME to its folder");
         formats.forEach((content, name) -> assertEquals("cannot import some file: it is " + name, refusal(content)));
     }
@@ -169,7 +169,7 @@ class FormatTest {
         lists.delete(LIST);
         assertEquals(
                 "cannot import " + file
-                        + ": it is a list file of this library; Java opens a list with it: open(listId, path)",
+                        + ": it is a list file of this library; Java loads it: load(listId, path)",
                 assertThrows(Failure.class, () -> Format.of(Source.read(file))).getMessage());
         // A copy, because closing the database file in this process would release the library's locks on it.
         Path database = folder.resolve("copy.db");

@@ -47,7 +47,7 @@ class SatelliteImportTest {
     }
 
     private VltTvSatelliteInfo only() {
-        List<VltTvSatelliteInfo> all = lists.getAll(LIST, null);
+        List<VltTvSatelliteInfo> all = lists.getAll(LIST);
         assertEquals(1, all.size());
         return all.get(0);
     }
@@ -80,7 +80,7 @@ class SatelliteImportTest {
     void aNameIsCutBehindAWholeCharacterAndThatIsReported() {
         String name = "a".repeat(63);
         ImportReport report = imported(List.of("S1E " + name + "ü", "S2E " + name + "b"));
-        assertEquals(List.of(name, name + "b"), lists.getAll(LIST, null).stream().map(VltTvSatelliteInfo::getName)
+        assertEquals(List.of(name, name + "b"), lists.getAll(LIST).stream().map(VltTvSatelliteInfo::getName)
                 .toList());
         assertEquals(Map.of("the end of a name longer than 64 bytes", 1), report.dropped());
     }
@@ -90,7 +90,7 @@ class SatelliteImportTest {
         SatelliteImport satellites = new SatelliteImport(lists, LIST, new ImportReport(System.err));
         satellites.addSources(new Source("x", "x", "S1E Zür\nS2E Züri\n".getBytes(StandardCharsets.ISO_8859_1)));
         satellites.store();
-        assertEquals(List.of("Zür", "Züri"), lists.getAll(LIST, null).stream().map(VltTvSatelliteInfo::getName)
+        assertEquals(List.of("Zür", "Züri"), lists.getAll(LIST).stream().map(VltTvSatelliteInfo::getName)
                 .toList());
     }
 
@@ -203,7 +203,7 @@ class SatelliteImportTest {
                         Map.entry("a voltage that depends on more than the polarization", 1),
                         Map.entry("more than one polarization (each transport stream has its own)", 1)),
                 report.dropped());
-        VltTvSatelliteInfo first = lists.getAll(LIST, null).get(0);
+        VltTvSatelliteInfo first = lists.getAll(LIST).get(0);
         assertSwitch(2, 0, 0, first);
         assertEquals(
                 List.of(9750, 10700, 9800),
@@ -277,7 +277,7 @@ class SatelliteImportTest {
                         + "records"),
                 ImportFixture.lists(again));
         assertEquals(List.of(Map.of(), ""), List.of(again.notImported(), log.toString(StandardCharsets.UTF_8)));
-        List<VltTvSatelliteInfo> all = lists.getAll(LIST, null);
+        List<VltTvSatelliteInfo> all = lists.getAll(LIST);
         assertEquals(List.of("Uno Nuovo", "Due"), all.stream().map(VltTvSatelliteInfo::getName).toList());
         assertSwitch(2, 1, 255, all.get(0));
         assertEquals(List.of(1, 1), List.of(all.get(0).getLnbSignalDetected(), all.get(0).getTone22k()));
@@ -301,8 +301,8 @@ class SatelliteImportTest {
     }
 
     private List<List<Object>> values() {
-        return lists.getAll(LIST, null).stream()
-                .map(satellite -> lists.get(satellite.id(), null).orElseThrow().allValues()).toList();
+        return lists.getAll(LIST).stream()
+                .map(satellite -> lists.get(satellite.id()).orElseThrow().allValues()).toList();
     }
 
     @Test

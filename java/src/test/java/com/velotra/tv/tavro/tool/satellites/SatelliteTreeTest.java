@@ -77,7 +77,7 @@ class SatelliteTreeTest {
                 """,
                 ImportFixture.summary(report));
 
-        List<VltTvSatelliteInfo> found = lists.getAll(LIST, null);
+        List<VltTvSatelliteInfo> found = lists.getAll(LIST);
         assertEquals(expected, found.stream()
                 .map(satellite -> satellite.getOrbitPosition() + " " + satellite.getName()).toList());
         for (VltTvSatelliteInfo satellite : found) {

@@ -7,12 +7,14 @@ import static org.junit.jupiter.api.Assertions.assertThrows;
 
 import com.velotra.tv.tavro.services.channellist.ChannelListException;
 import com.velotra.tv.tavro.services.channellist.RecordId;
+import com.velotra.tv.tavro.services.channellist.ServiceFlag;
 import com.velotra.tv.tavro.services.channellist.ServiceRecord;
 import com.velotra.tv.tavro.services.channellist.TransportStreamField;
 import com.velotra.tv.tavro.services.channellist.TransportStreamRecord;
 import com.velotra.tv.tavro.services.channellist.TvList;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelInfoBase;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
+import com.velotra.tv.tavro.services.channellist.VltTvNetworkInfo;
 import com.velotra.tv.tavro.services.channellist.VltTvNetworkList;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfoBase;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteList;
@@ -30,9 +32,9 @@ import java.nio.charset.StandardCharsets;
 import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.Collections;
+import java.util.EnumSet;
 import java.util.List;
 import java.util.Map;
-import java.util.Set;
 import org.junit.jupiter.api.AfterEach;
 import org.junit.jupiter.api.Test;
 
@@ -122,9 +124,9 @@ class ServiceImportTest {
         assertEquals(new RecordId(LIST, 1), stored.transportStream());
         assertEquals(new RecordId(LIST, 1), stored.network());
         assertEquals(
-                Set.of("VnetActive", "VnetEpg", "VnetVisible", "VnetNumericSelectable", "VnetScrambled"),
-                stored.networkFlags());
-        assertEquals(Set.of("VoptLcnApplied"), stored.optionFlags());
+                EnumSet.of(ServiceFlag.ACTIVE, ServiceFlag.EPG, ServiceFlag.VISIBLE, ServiceFlag.NUMERIC_SELECTABLE,
+                        ServiceFlag.SCRAMBLED, ServiceFlag.LCN_APPLIED),
+                stored.flags());
     }
 
     @Test
@@ -139,8 +141,8 @@ class ServiceImportTest {
         assertEquals(0, stored.caSystemId());
         assertEquals(0, stored.freeCaMode());
         assertEquals(NONE, stored.network());
-        assertFalse(stored.scrambled());
-        assertEquals(Set.of(), stored.optionFlags());
+        assertEquals(EnumSet.of(ServiceFlag.ACTIVE, ServiceFlag.EPG, ServiceFlag.VISIBLE,
+                ServiceFlag.NUMERIC_SELECTABLE), stored.flags());
     }
 
     @Test
@@ -165,9 +167,9 @@ class ServiceImportTest {
     void servicesOfOneTransponderAreFoundByItsRecord() throws Exception {
         imported(PLAIN, PLAIN.replace("11493", "11494").replace("1019", "1020"),
                 PLAIN.replace("Uno", "Due").replace(":7:", ":8:"));
-        assertEquals(List.of("Uno", "Due"), names(lists.byTransportStreamRecord(LIST, 1)));
-        assertEquals(List.of("Uno"), names(lists.byTransportStreamRecord(LIST, 2)));
-        assertEquals(List.of(), names(lists.byTransportStreamRecord(LIST, 3)));
+        assertEquals(List.of("Uno", "Due"), names(lists.byTransportStreamRecord(new RecordId(LIST, 1))));
+        assertEquals(List.of("Uno"), names(lists.byTransportStreamRecord(new RecordId(LIST, 2))));
+        assertEquals(List.of(), names(lists.byTransportStreamRecord(new RecordId(LIST, 3))));
     }
 
     @Test
@@ -184,8 +186,8 @@ class ServiceImportTest {
         assertEquals(22000000, stored.get(0).value(TransportStreamField.SAT_SYMBOL_RATE));
         assertEquals(List.of(new RecordId(LIST, 1), new RecordId(LIST, 2)),
                 stored.stream().map(TransportStreamRecord::network).toList());
-        assertEquals(List.of(1, 85), networks.getAll(LIST, null).stream()
-                .map(n -> n.values().getNwlNetworkId()).toList());
+        assertEquals(List.of(1, 85), networks.getAll(LIST).stream()
+                .map(VltTvNetworkInfo::getNwlNetworkId).toList());
         assertEquals(List.of("Uno", "Due"), names(lists.byTransportStream(LIST, 1019)));
     }
 
@@ -248,7 +250,7 @@ class ServiceImportTest {
         assertEquals(List.of(satellite, NONE), streams.getAll(LIST).stream().map(TransportStreamRecord::satellite)
                 .toList());
         assertEquals(List.of(NONE), streams.getAll(CABLE).stream().map(TransportStreamRecord::satellite).toList());
-        assertEquals(List.of(1), streams.bySatellite(LIST, satellite.recordId()).stream()
+        assertEquals(List.of(1), streams.bySatellite(satellite).stream()
                 .map(TransportStreamRecord::recordId).toList());
         assertEquals(Map.of("no satellite at S5W in satellite list 63", 1), report.withoutSatellite());
     }
@@ -432,8 +434,8 @@ class ServiceImportTest {
         imported(PLAIN.replace(":7:", ":8:"), PLAIN.replace(":1:1019", ":85:1020"));
         assertEquals(
                 List.of("1 Network 1", "85 Network 85"),
-                networks.getAll(LIST, null).stream()
-                        .map(n -> n.values().getNwlNetworkId() + " " + n.values().getNetworkName()).toList());
+                networks.getAll(LIST).stream()
+                        .map(n -> n.getNwlNetworkId() + " " + n.getNetworkName()).toList());
         assertEquals(List.of(1, 1, 2), lists.getAll(LIST).stream()
                 .map(service -> service.network().recordId()).toList());
     }
@@ -474,7 +476,7 @@ class ServiceImportTest {
                     stored.add(service.place() + " " + id);
                     lists.delete(LIST);
                 }));
-        assertEquals("cannot add a service to list 63", failure.getMessage());
+        assertEquals("cannot add a service to list 63", failure.problem());
         assertEquals(List.of("channels.conf:1 63,1"), stored);
         assertEquals(1, streams.getAll(LIST).size());
         assertFalse(lists.exists(CABLE), "nothing after the failure is stored");

@@ -237,7 +237,7 @@ class ScanTreeTest {
 
     private void checkSatellites(Map<RecordId, Entry> sources, ImportReport report) {
         Map<String, RecordId> byPosition = new HashMap<>();
-        for (VltTvSatelliteInfo satellite : VltTvSatelliteList.getInstance().getAll(FIRST + 2, null)) {
+        for (VltTvSatelliteInfo satellite : VltTvSatelliteList.getInstance().getAll(FIRST + 2)) {
             byPosition.put(String.format("%.1f%s", Math.abs(satellite.getOrbitPosition()) / 10.0,
                     satellite.getOrbitPosition() < 0 ? "W" : "E"), satellite.id());
         }

@@ -141,7 +141,7 @@ class StreamImportTest {
                 "FREQUENCY = 474000000");
         assertEquals(satellite, lists.getAll(FIRST + 2).get(0).satellite());
         assertEquals(new RecordId(0, 0), lists.getAll(FIRST).get(0).satellite());
-        assertEquals(lists.getAll(FIRST + 2), lists.bySatellite(FIRST + 2, satellite.recordId()));
+        assertEquals(lists.getAll(FIRST + 2), lists.bySatellite(satellite));
         assertEquals(Map.of(), report.withoutSatellite());
     }
 

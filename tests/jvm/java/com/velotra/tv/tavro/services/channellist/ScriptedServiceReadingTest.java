@@ -6,8 +6,8 @@ import static org.junit.jupiter.api.Assertions.assertNull;
 
 import org.junit.jupiter.api.Test;
 
-/** The natives of VltTvChannelList that answer record bytes. */
-class ScriptedReadingTest extends ScriptedPlatform {
+/** The natives of VltTvChannelList that return record bytes. */
+class ScriptedServiceReadingTest extends ScriptedPlatform {
     private static final String COUNT_ALL = "x_svl_get_num_rec_by_brdcst_type";
     private static final String READ_ALL = "x_svl_get_rec_by_brdcst_type";
 
@@ -33,7 +33,7 @@ class ScriptedReadingTest extends ScriptedPlatform {
     }
 
     @Test
-    void oneServiceUnderABadIdentifierIsNullWithoutTouchingTheMiddleware() {
+    void oneServiceUnderABadIdentifierIsNullWithoutAnyCall() {
         Script.logLevel("E");
         assertNull(lists.native_getSvlInfo("17"));
         assertNull(lists.native_getSvlInfo("a,1"));
@@ -89,13 +89,14 @@ class ScriptedReadingTest extends ScriptedPlatform {
         Script.logLevel("D");
         assertNull(lists.native_getSvlInfoList(1));
         String[] lines = Script.lines();
-        assertEquals("log 3 -: [jni_VltTvList_Init] get_svl_list_info getInfoByIdx fail ret=-22 ", lines[lines.length - 5]);
+        assertEquals("log 3 -: [jni_VltTvList_Init] get_svl_list_info getInfoByIdx fail ret=-22 ",
+                lines[lines.length - 5]);
         assertEquals("x_svl_read_unlock(0x10001)", lines[lines.length - 4]);
         assertEquals("x_svl_close(0x10001)", lines[lines.length - 2]);
     }
 
     @Test
-    void aFilterByTransportStreamKeepsTheServicesWhoseStreamHasTheIdInListOrder() {
+    void aFilterByTransportStreamKeepsListOrder() {
         Script.always(COUNT_ALL, 0, 3);
         for (byte[] record : new byte[][] {one, two, three}) {
             Script.answer(READ_ALL, record);
@@ -139,7 +140,7 @@ class ScriptedReadingTest extends ScriptedPlatform {
     }
 
     @Test
-    void servicesOfATransportStreamRecordThatCannotBeReadAreNullWithALine() {
+    void unreadableServicesOfAStreamRecordAreNullWithALine() {
         Script.always("x_svl_get_num_rec_by_ts", 0, 2);
         Script.answer("x_svl_get_rec_by_ts", -7);
         Script.logLevel("D");

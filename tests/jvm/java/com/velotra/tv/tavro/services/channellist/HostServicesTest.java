@@ -9,13 +9,14 @@ import static org.junit.jupiter.api.Assertions.assertTrue;
 import java.nio.file.Path;
 import java.util.List;
 import java.util.Optional;
+import java.util.OptionalInt;
 import org.junit.jupiter.api.AfterEach;
 import org.junit.jupiter.api.Test;
 import org.junit.jupiter.api.function.Executable;
 import org.junit.jupiter.api.io.TempDir;
 
 /** The channel list's API over the workstation's platform. */
-class HostListsTest {
+class HostServicesTest {
     private final VltTvChannelList lists = VltTvChannelList.getInstance();
 
     @AfterEach
@@ -29,7 +30,7 @@ class HostListsTest {
 
     private static VltTvChannelInfoBase service(String name, int serviceId) {
         return new VltTvChannelInfoBase()
-                .setBroadcastType(ServiceRecord.BROADCAST_DVB)
+                .setBroadcastType(BroadcastType.DVB)
                 .setServiceName(name)
                 .setServiceId(serviceId)
                 .setTslRecId(new RecordId(1, serviceId / 100));
@@ -73,9 +74,11 @@ class HostListsTest {
         for (int serviceId : new int[] {101, 202, 102, 203}) {
             lists.add(1, service("S" + serviceId, serviceId));
         }
-        assertEquals(List.of(101, 102), lists.byTransportStreamRecord(1, 1).stream().map(ServiceRecord::serviceId).toList());
-        assertEquals(List.of(202, 203), lists.byTransportStreamRecord(1, 2).stream().map(ServiceRecord::serviceId).toList());
-        assertTrue(lists.byTransportStreamRecord(1, 3).isEmpty());
+        assertEquals(List.of(101, 102), lists.byTransportStreamRecord(new RecordId(1, 1)).stream()
+                .map(ServiceRecord::serviceId).toList());
+        assertEquals(List.of(202, 203), lists.byTransportStreamRecord(new RecordId(1, 2)).stream()
+                .map(ServiceRecord::serviceId).toList());
+        assertTrue(lists.byTransportStreamRecord(new RecordId(1, 3)).isEmpty());
         assertTrue(lists.byTransportStream(1, 1).isEmpty());
     }
 
@@ -140,19 +143,30 @@ class HostListsTest {
         lists.add(2, one);
         lists.update(2, one);
         ServiceRecord moved = lists.get(new RecordId(2, one.recordId())).orElseThrow();
-        assertEquals(List.of(2, 2, 2), List.of(moved.tslId(), moved.nwlId(), moved.satlId()));
-        assertEquals(1, moved.tslRecordId());
+        assertEquals(new RecordId(2, 1), moved.transportStream());
+        assertEquals(List.of(2, 2), List.of(moved.network().listId(), moved.satellite().listId()));
     }
 
     @Test
     void failuresAreExceptionsThatNameTheListAndTheStatus() {
         ChannelListException failure = assertThrows(ChannelListException.class, () -> lists.delete(77));
-        assertEquals("cannot delete service list 77: is there such a list? (status -22)", failure.getMessage());
-        assertEquals(-22, failure.status());
+        assertEquals("cannot delete service list 77 (status -22); is there such a list? If so, see the log",
+                failure.getMessage());
+        assertEquals(List.of(ListKind.SERVICE, OptionalInt.of(77), Optional.empty(), -22),
+                List.of(failure.kind(), failure.listId(), failure.recordId(), failure.status()));
+        lists.open(1);
+        failure = assertThrows(ChannelListException.class, () -> lists.remove(new RecordId(1, 7)));
+        assertEquals("cannot remove service 1,7 (status -22)", failure.problem());
+        assertEquals(Optional.of(new RecordId(1, 7)), failure.recordId());
+        failure = assertThrows(ChannelListException.class,
+                () -> lists.update(1, VltTvChannelInfoBase.forRecord(new RecordId(9, 7))));
+        assertEquals(Optional.of(new RecordId(1, 7)), failure.recordId());
+        failure = assertThrows(ChannelListException.class, () -> lists.add(2, new RecordId(1, 7)));
+        assertEquals("cannot copy service 1,7 to list 2", failure.problem());
         failure = assertThrows(ChannelListException.class, () -> lists.add(77, service("One", 1)));
-        assertEquals("cannot add a service to list 77", failure.getMessage());
+        assertEquals("cannot add a service to list 77", failure.problem());
         failure = assertThrows(ChannelListException.class, () -> lists.store(1, "/no\u001bwhere/list"));
-        assertEquals("cannot store service list 1 to the file '/no·where/list' (status -22)", failure.getMessage());
+        assertEquals("cannot store service list 1 to the file '/no·where/list' (status -22)", failure.problem());
     }
 
     @Test

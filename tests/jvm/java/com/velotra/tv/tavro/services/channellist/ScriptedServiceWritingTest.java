@@ -10,7 +10,7 @@ import java.util.List;
 import org.junit.jupiter.api.Test;
 
 /** The natives of VltTvChannelList that update and add services. */
-class ScriptedWritingTest extends ScriptedPlatform {
+class ScriptedServiceWritingTest extends ScriptedPlatform {
     private final byte[] stored = Records.with8(Records.with16(Records.patterned(), 0, 17), 38, 4);
 
     /** A stored record of a broadcast type, with a channel id. */
@@ -28,7 +28,7 @@ class ScriptedWritingTest extends ScriptedPlatform {
         return info;
     }
 
-    /** Updates a stored record and answers what was stored. */
+    /** Updates a stored record and returns what was stored. */
     private byte[] update(byte[] record, VltTvChannelInfoBase info) {
         Script.answer("x_svl_get_rec", record);
         assertEquals(0, lists.native_updateInfo(1, info));
@@ -56,7 +56,7 @@ class ScriptedWritingTest extends ScriptedPlatform {
     }
 
     @Test
-    void updateWithAnIdentifierNamingAnotherListUpdatesThatRecordIdInTheListGiven() {
+    void updateIgnoresTheListInTheIdentifier() {
         open(1);
         update(stored, named("9,17"));
         assertEquals(List.of("x_svl_get_rec(0x10001, 17)"), Script.linesWith("get_rec"));
@@ -126,7 +126,8 @@ class ScriptedWritingTest extends ScriptedPlatform {
         assertEquals(old, Records.int32(update(stored(0, old), number), 4));
         // Either number alone counts as a channel number.
         assertEquals(0xF + 0x80, Records.int32(update(stored(2, old), info().setMinorChannelNumber(1)), 4));
-        assertEquals((old & 0x3FC0000) + 0x9F, Records.int32(update(stored(5, old), info().setMajorChannelNumber(1)), 4));
+        assertEquals((old & 0x3FC0000) + 0x9F,
+                Records.int32(update(stored(5, old), info().setMajorChannelNumber(1)), 4));
     }
 
     @Test
@@ -150,7 +151,7 @@ class ScriptedWritingTest extends ScriptedPlatform {
     }
 
     @Test
-    void updateCopiesTheSpecificPartByTheBroadcastTypeThatTheObjectMayHaveChanged() {
+    void updateCopiesTheSpecificPartOfTheNewBroadcastType() {
         open(1);
         VltTvChannelInfoBase values = info().setFreeCaMode(0x31).setSdtServiceType(0x32);
         byte[] dvb = stored(2, 1);
@@ -181,7 +182,7 @@ class ScriptedWritingTest extends ScriptedPlatform {
     }
 
     @Test
-    void updateByRecordIdFailsForABadIdentifierAndForARecordThatCannotBeRead() {
+    void updateByRecordIdFailsForABadIdentifierOrNoRecord() {
         open(1);
         assertEquals(-22, lists.native_updateInfo(1, "17"));
         assertEquals(-22, lists.native_updateInfo(1, (String) null));
@@ -268,7 +269,7 @@ class ScriptedWritingTest extends ScriptedPlatform {
     }
 
     @Test
-    void listUpdateRebuildsChannelIdsAndCopiesTheSpecificPartButNotTheSdtServiceTypeOfTypeFive() {
+    void listUpdateCopiesAllButTheSdtServiceTypeOfType5() {
         open(1);
         byte[] five = stored(5, 0x100);
         Script.answer("x_svl_get_rec", five);
@@ -408,7 +409,8 @@ class ScriptedWritingTest extends ScriptedPlatform {
                         "log 6 -: Invalid param.\n",
                         PREFIX + BRIDGE + "updateInfoList",
                         PREFIX + BRIDGE + "updateInfoList"),
-                Arrays.stream(Script.lines()).filter(line -> line.startsWith("log ") && line.contains(" -: ")).toList());
+                Arrays.stream(Script.lines()).filter(line -> line.startsWith("log ") && line.contains(" -: "))
+                .toList());
     }
 
     @Test

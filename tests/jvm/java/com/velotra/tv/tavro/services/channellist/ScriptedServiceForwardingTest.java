@@ -7,7 +7,7 @@ import static org.junit.jupiter.api.Assertions.assertTrue;
 import org.junit.jupiter.api.Test;
 
 /** The natives of VltTvChannelList that pass a call on. */
-class ScriptedForwardingTest extends ScriptedPlatform {
+class ScriptedServiceForwardingTest extends ScriptedPlatform {
     @Test
     void setupAnswersAnAddressAndKeepsOpenListsOpen() {
         open(1);
@@ -145,7 +145,7 @@ class ScriptedForwardingTest extends ScriptedPlatform {
     }
 
     @Test
-    void removeByRecordIdDeletesFromTheListGivenWhateverTheIdentifierNames() {
+    void removeByRecordIdIgnoresTheListInTheIdentifier() {
         open(4);
         assertEquals(0, lists.nativeRemoveByRecId(4, "3,1207"));
         assertJournal("x_svl_lock(0x10004)", "x_svl_del_rec(0x10004, 1207)", "x_svl_unlock(0x10004)");
@@ -156,11 +156,13 @@ class ScriptedForwardingTest extends ScriptedPlatform {
         Script.logLevel("D");
         lists.nativeRemove("3,1");
         String first = Script.lines()[0];
-        assertTrue(first.matches("log 3 -: \\[jni_VltTvList_Init\\] \\[" + BRIDGE + "remove_info\\]\\[\\d+\\] "), first);
+        assertTrue(first.matches("log 3 -: \\[jni_VltTvList_Init\\] \\[" + BRIDGE + "remove_info\\]\\[\\d+\\] "),
+                first);
         Script.reset();
         Script.logLevel("D");
         lists.nativeRemoveByRecId(3, "3,1");
         first = Script.lines()[0];
-        assertTrue(first.matches("log 3 -: \\[jni_VltTvList_Init\\] \\[" + BRIDGE + "remove_Info_by_recId\\]\\[\\d+\\] "), first);
+        assertTrue(first.matches("log 3 -: \\[jni_VltTvList_Init\\] \\[" + BRIDGE
+                + "remove_Info_by_recId\\]\\[\\d+\\] "), first);
     }
 }
