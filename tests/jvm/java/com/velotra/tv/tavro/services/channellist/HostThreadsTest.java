@@ -30,7 +30,7 @@ import org.junit.jupiter.api.Test;
  */
 class HostThreadsTest {
     private static final int THREADS = 8;
-    private static final int CALLS = Integer.getInteger("tavro.threadCalls");
+    private static final int CALLS = Integer.getInteger("tavro.threadCalls", 100_000);
 
     private static final int LIST = 81;
     private static final int FILTERED = 82;
