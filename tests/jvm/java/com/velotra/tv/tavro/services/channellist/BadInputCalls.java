@@ -12,7 +12,9 @@ import java.util.List;
 import java.util.Map;
 import java.util.stream.Stream;
 
-/** The natives, and every way in which one takes a record identifier: as text, in an object, in an element of a list. */
+/**
+ * The natives, and every way in which one takes a record identifier: as text, in an object, in an element of a list.
+ */
 final class BadInputCalls {
     /** What natives get as list id. */
     static final int LIST = 5;
@@ -28,7 +30,10 @@ final class BadInputCalls {
             VltTvNetworkList.class, VltTvNetworkInfoBase.class,
             VltTvSatelliteList.class, VltTvSatelliteInfoBase.class);
 
-    /** The fields of objects that hold identifiers. The first names the record itself, the others records that it refers to. */
+    /**
+     * The fields of objects that hold identifiers. The first names the record itself, the others records that it refers
+     * to.
+     */
     private static final Map<Class<?>, List<String>> FIELDS = Map.of(
             VltTvChannelInfoBase.class, List.of("svlIdSvlRecId", "tslRecId", "satlRecId"),
             VltTvTransportStreamInfoBase.class, List.of("tslIdTslRecId", "tslNwlRecId", "tslSatlRecId"),
@@ -50,7 +55,8 @@ final class BadInputCalls {
     record Call(TvList list, Method method, Place place, String field) {
         /** What the native returns for that identifier. */
         Object with(String identifier) {
-            Object[] arguments = Arrays.stream(method.getParameterTypes()).map(type -> argument(type, identifier)).toArray();
+            Object[] arguments = Arrays.stream(method.getParameterTypes()).map(type -> argument(type, identifier))
+                    .toArray();
             return invoke(list, method, arguments);
         }
 
@@ -136,7 +142,8 @@ final class BadInputCalls {
         if (types.stream().anyMatch(KeyedValues.class::isAssignableFrom)) {
             return Stream.concat(Stream.of(new Call(list, method, Place.OBJECT, null)), inReferences);
         } else if (method.getName().endsWith("pdateInfoList")) {
-            Stream<Call> inElements = Stream.of(Place.FIRST, Place.LATER).map(place -> new Call(list, method, place, null));
+            Stream<Call> inElements = Stream.of(Place.FIRST, Place.LATER)
+                    .map(place -> new Call(list, method, place, null));
             return Stream.concat(inElements, inReferences);
         }
         boolean takesPath = method.getName().matches("native(_o|O)pen|native(_s|S)tore");

@@ -43,8 +43,8 @@ final class BadInputDocument {
     }
 
     /**
-     * The natives of a row, with their classes. {@code kinds} is {@code all} or names kinds of list; {@code natives} has
-     * signatures in backticks, of which each kind has at least one.
+     * The natives of a row, with their classes. {@code kinds} is {@code all} or names kinds of list; {@code natives}
+     * has signatures in backticks, of which each kind has at least one.
      */
     static Set<String> natives(String kinds, String natives) {
         Set<String> signatures = Set.copyOf(quoted(natives));

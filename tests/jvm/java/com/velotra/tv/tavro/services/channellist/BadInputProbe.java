@@ -9,7 +9,8 @@ import java.util.regex.Matcher;
 import java.util.regex.Pattern;
 
 /**
- * The program of a child process: makes calls that may end it, over the scripted platform, and prints one line after each.
+ * The program of a child process: makes calls that may end it, over the scripted platform, and prints one line after
+ * each.
  *
  * <p>Lists 3 and 5 are open, no other list exists, and every record does.
  */
@@ -50,7 +51,10 @@ final class BadInputProbe {
         }
     }
 
-    /** Result, record asked for last, hash of the record written last, whether the list stays locked, lines at error level. */
+    /**
+     * Result, record asked for last, hash of the record written last, whether the list stays locked, lines at error
+     * level.
+     */
     private static String outcome(BadInputCalls.Call call, String identifier) {
         prepare(call.list());
         Script.logLevel("e");
@@ -111,7 +115,8 @@ final class BadInputProbe {
 
     private static void scriptCounts(int records) {
         for (String count : List.of(
-                "x_svl_get_num_rec_by_brdcst_type", "x_svl_get_num_rec_by_ts", "x_tsl_get_num_recs", "x_tsl_get_num_rec_by_sat",
+                "x_svl_get_num_rec_by_brdcst_type", "x_svl_get_num_rec_by_ts", "x_tsl_get_num_recs",
+                "x_tsl_get_num_rec_by_sat",
                 "x_nwl_get_num_rec", "x_satl_get_num_recs")) {
             Script.always(count, 0, records);
         }

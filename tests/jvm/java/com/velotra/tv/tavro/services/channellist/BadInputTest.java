@@ -27,7 +27,8 @@ class BadInputTest {
         static Outcome of(String line) {
             String[] fields = line.split("\t", -1);
             return fields.length == 1
-                    ? ended(line) : new Outcome(fields[0], fields[1], fields[2], Boolean.parseBoolean(fields[3]), fields[4]);
+                    ? ended(line)
+                    : new Outcome(fields[0], fields[1], fields[2], Boolean.parseBoolean(fields[3]), fields[4]);
         }
 
         static Outcome ended(String how) {
@@ -49,13 +50,15 @@ class BadInputTest {
 
     /** A row of the second table: how some natives read an identifier that is passed to them in one of some places. */
     private record Rule(
-            Set<String> natives, Set<String> places, String reading, String list, String refused, boolean locked, String ofNull) {
+            Set<String> natives, Set<String> places, String reading, String list, String refused, boolean locked,
+            String ofNull) {
         private static final List<String> READINGS = List.of("strict", "lenient", "record only");
         private static final String LOCKED = "; the list stays locked";
 
         static Rule of(List<String> row) {
             return new Rule(
-                    BadInputDocument.natives(row.get(0), row.get(1)), Set.of(row.get(2).split(", ")), row.get(3), row.get(4),
+                    BadInputDocument.natives(row.get(0), row.get(1)), Set.of(row.get(2).split(", ")), row.get(3),
+                    row.get(4),
                     plain(row.get(5).replace(LOCKED, "")), row.get(5).endsWith(LOCKED), plain(row.get(6)));
         }
 
@@ -90,7 +93,8 @@ class BadInputTest {
             this.found = found;
             accepted = found.get("3,4");
             if (call.place() == BadInputCalls.Place.REFERENCE) {
-                long different = Stream.of("3,4", "0,4", "9,4", null).map(found::get).map(Outcome::written).distinct().count();
+                long different = Stream.of("3,4", "0,4", "9,4", null).map(found::get).map(Outcome::written).distinct()
+                        .count();
                 assertEquals(4, different, call + ": the records that are written show the reference");
             }
         }
@@ -143,9 +147,11 @@ class BadInputTest {
     void nativesReadIdentifiersAsDocumented() throws IOException, InterruptedException {
         List<List<String>> rows = BadInputDocument.table(BadInputDocument.IDENTIFIERS);
         List<String> identifiers = BadInputDocument.identifiers();
-        List<Rule> rules = BadInputDocument.table("How each native reads an identifier").stream().map(Rule::of).toList();
+        List<Rule> rules = BadInputDocument.table("How each native reads an identifier").stream().map(Rule::of)
+                .toList();
         List<BadInputCalls.Call> calls = BadInputCalls.all();
-        Iterator<String> outcomes = ChildProcesses.outcomes(folder, "identifiers", calls.size() * rows.size()).iterator();
+        Iterator<String> outcomes = ChildProcesses.outcomes(folder, "identifiers", calls.size() * rows.size())
+                .iterator();
 
         List<String> differences = new ArrayList<>();
         for (BadInputCalls.Call call : calls) {
@@ -159,7 +165,8 @@ class BadInputTest {
                 Outcome actual = found.get(identifiers.get(i));
                 if (!documented.equals(actual)) {
                     differences.add(
-                            "\n" + call + " with " + rows.get(i).get(0) + ": documented " + documented + ", found " + actual);
+                            "\n" + call + " with " + rows.get(i).get(0) + ": documented " + documented + ", found "
+                            + actual);
                 }
             }
         }

@@ -10,7 +10,8 @@ import java.util.regex.Pattern;
 
 /** Runs {@link BadInputProbe} in virtual machines of their own, a new one after each call that ended the last. */
 final class ChildProcesses {
-    private static final Pattern EXCEPTION = Pattern.compile("terminate called after throwing an instance of '([^']+)'");
+    private static final Pattern EXCEPTION =
+            Pattern.compile("terminate called after throwing an instance of '([^']+)'");
     private static final int ABORTED = 128 + 6;
 
     private ChildProcesses() {}
