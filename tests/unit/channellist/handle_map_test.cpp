@@ -1,5 +1,5 @@
-// Which lists are open: the map itself, and the stores' operations on it.
-#include "store_test_support.h"
+// Which lists are open: the map itself, and the managers' operations on it.
+#include "manager_test.h"
 
 #include <utility>
 
@@ -37,7 +37,7 @@ TEST(HandleMap, FindsNothingForListZeroOrAListThatIsNotOpen) {
     EXPECT_EQ(map.find(5), nullptr);
     map.insert(5, 1);
     EXPECT_EQ(map.find(6), nullptr);
-    map.insert(0, 2); // counts for nothing
+    map.insert(0, 2); // is ignored
     EXPECT_EQ(map.find(0), nullptr);
     EXPECT_EQ(map.find(65536), nullptr);
 }
@@ -48,22 +48,22 @@ protected:
     unsigned int out = kUntouched;
 };
 
-TEST_P(Handles, GetGivesTheHandleOfAnOpenList) {
+TEST_P(Handles, GetReturnsTheHandleOfAnOpenList) {
     given_open(5);
-    EXPECT_TRUE(store->get_handle(5, out));
+    EXPECT_TRUE(manager->get_handle(5, out));
     EXPECT_EQ(out, handle(5));
     expect_journal(found(5));
     out = kUntouched;
-    EXPECT_TRUE(store->get_handle(65541, out));
+    EXPECT_TRUE(manager->get_handle(65541, out));
     EXPECT_EQ(out, handle(5));
     expect_journal(found(5));
 }
 
 TEST_P(Handles, GetOfAListThatIsNotOpenLeavesTheHandleAlone) {
-    EXPECT_FALSE(store->get_handle(5, out));
+    EXPECT_FALSE(manager->get_handle(5, out));
     given_open(5);
     for (const int id : {6, 0, 65536}) {
-        EXPECT_FALSE(store->get_handle(id, out)) << id;
+        EXPECT_FALSE(manager->get_handle(id, out)) << id;
     }
     EXPECT_EQ(out, kUntouched);
     expect_journal({});
@@ -71,14 +71,14 @@ TEST_P(Handles, GetOfAListThatIsNotOpenLeavesTheHandleAlone) {
 
 TEST_P(Handles, SetRecordsAnOpenHandleWithoutACall) {
     out = 0x77;
-    EXPECT_TRUE(store->set_handle(65541, out, true));
+    EXPECT_TRUE(manager->set_handle(65541, out, true));
     EXPECT_EQ(out, 0x77U);
-    expect_journal(handle_line("setMwdbHandle", 5, 0x77));
+    expect_journal(handle_line("set", 5, 0x77));
     expect_open_lists({{5, 0x77}});
 }
 
-TEST_P(Handles, SetOpensAListThatIsNotOpenYetAndGivesItsHandle) {
-    EXPECT_TRUE(store->set_handle(65541, out, false));
+TEST_P(Handles, SetOpensAListThatIsNotOpenYetAndReturnsItsHandle) {
+    EXPECT_TRUE(manager->set_handle(65541, out, false));
     EXPECT_EQ(out, handle(5));
     expect_journal(opened(5));
     expect_open_lists({{5, handle(5)}});
@@ -87,10 +87,10 @@ TEST_P(Handles, SetOpensAListThatIsNotOpenYetAndGivesItsHandle) {
 TEST_P(Handles, SetNeverReplacesAHandleAndClosesNone) {
     given_open(5);
     out = 0x77;
-    EXPECT_FALSE(store->set_handle(5, out, true));
+    EXPECT_FALSE(manager->set_handle(5, out, true));
     expect_journal(recorded(5));
     answer("open", with_value(0, 0x78));
-    EXPECT_FALSE(store->set_handle(5, out, false));
+    EXPECT_FALSE(manager->set_handle(5, out, false));
     EXPECT_EQ(out, 0x78U);
     expect_journal(opened(5)); // with the handle recorded first
     expect_open_lists({{5, handle(5)}});
@@ -98,51 +98,51 @@ TEST_P(Handles, SetNeverReplacesAHandleAndClosesNone) {
 
 TEST_P(Handles, SetRecordsNothingWhenTheListCannotBeOpened) {
     answer("open", with_value(-7, 0x77));
-    EXPECT_FALSE(store->set_handle(5, out, false));
-    expect_journal(call("open(5, 0, 0)"));
+    EXPECT_FALSE(manager->set_handle(5, out, false));
+    expect_journal(tried_open(5));
     expect_open_lists({});
 }
 
 TEST_P(Handles, SetRecordsNoHandleZero) {
     out = 0;
-    EXPECT_FALSE(store->set_handle(5, out, true));
+    EXPECT_FALSE(manager->set_handle(5, out, true));
     expect_journal({});
     answer("open", with_value(0, 0));
-    EXPECT_FALSE(store->set_handle(5, out, false));
-    expect_journal(call("open(5, 0, 0)"));
+    EXPECT_FALSE(manager->set_handle(5, out, false));
+    expect_journal(tried_open(5));
     expect_open_lists({});
 }
 
-TEST_P(Handles, SetRecordsNothingForListZeroWhichItTriesToOpenAllTheSame) {
+TEST_P(Handles, SetTriesToOpenListZeroButRecordsNothing) {
     for (const int id : {0, 65536}) {
-        EXPECT_FALSE(store->set_handle(id, out, false));
-        expect_journal(call("open(0, 0, 0)"));
-        EXPECT_FALSE(store->set_handle(id, out, true));
+        EXPECT_FALSE(manager->set_handle(id, out, false));
+        expect_journal(tried_open(0));
+        EXPECT_FALSE(manager->set_handle(id, out, true));
         expect_journal({});
     }
     expect_open_lists({});
 }
 
-TEST_P(Handles, DeleteForgetsTheHandleWhicheverIsGivenAndClosesNothing) {
+TEST_P(Handles, DeleteForgetsTheRecordedHandleAndClosesNothing) {
     given_open(5);
     given_open(6);
-    EXPECT_TRUE(store->delete_handle(65541, 0x77));
+    EXPECT_TRUE(manager->delete_handle(65541, 0x77));
     expect_journal(forgotten(5)); // the handle that was recorded
     expect_open_lists({{6, handle(6)}});
 }
 
-TEST_P(Handles, DeleteDoesNothingForListZeroHandleZeroOrAListThatIsNotOpen) {
-    EXPECT_TRUE(store->delete_handle(5, 0x77));
+TEST_P(Handles, DeleteIgnoresListZeroHandleZeroAndListsThatAreNotOpen) {
+    EXPECT_TRUE(manager->delete_handle(5, 0x77));
     given_open(5);
-    EXPECT_TRUE(store->delete_handle(5, 0));
-    EXPECT_TRUE(store->delete_handle(6, 0x77));
-    EXPECT_TRUE(store->delete_handle(0, 0x77));
-    EXPECT_TRUE(store->delete_handle(65536, 0x77));
+    EXPECT_TRUE(manager->delete_handle(5, 0));
+    EXPECT_TRUE(manager->delete_handle(6, 0x77));
+    EXPECT_TRUE(manager->delete_handle(0, 0x77));
+    EXPECT_TRUE(manager->delete_handle(65536, 0x77));
     expect_journal({});
     expect_open_lists({{5, handle(5)}});
 }
 
-TEST_P(Handles, ClearClosesEveryListInAscendingOrderWhateverTheMiddlewareSays) {
+TEST_P(Handles, ClearClosesEveryListInAscendingOrderDespiteFailures) {
     for (const char* property : {kEveryLine, kNoLine}) {
         start(property);
         given_open(65535);
@@ -150,58 +150,53 @@ TEST_P(Handles, ClearClosesEveryListInAscendingOrderWhateverTheMiddlewareSays) {
         given_handle(7, 0);
         given_open(6);
         answer("close", -1);
-        store->clear_handles();
-        expect_journal(handle_line("clearMwdbHandle", 5, handle(5)) + call("close(@5)") +
-                       handle_line("clearMwdbHandle", 6, handle(6)) + call("close(@6)") +
-                       handle_line("clearMwdbHandle", 7, 0) + call("close(0x0)") +
-                       handle_line("clearMwdbHandle", 65535, handle(65535)) + call("close(@65535)"));
+        manager->clear_handles();
+        expect_journal(handle_line("clear", 5, handle(5)) + call("close(@5)") + handle_line("clear", 6, handle(6)) +
+                       call("close(@6)") + handle_line("clear", 7, 0) + call("close(0x0)") +
+                       handle_line("clear", 65535, handle(65535)) + call("close(@65535)"));
         expect_open_lists({});
     }
-    store->clear_handles();
+    manager->clear_handles();
     expect_journal({});
 }
 
 TEST_P(Handles, EveryManagerOfAKindSharesTheHandles) {
     const auto other = kind.make();
     EXPECT_EQ(other->open(5), 0);
-    expect_journal(debug("#[open]: mwdbId = 5 \n") + opened(5) +
-                   (kind.is_services() ? debug("#[open]: mwdbId = 5 set handle ok \n") : Steps{}));
-    EXPECT_TRUE(store->get_handle(5, out));
+    expect_journal(entry("open") + opened(5) + set_handle_ok(5));
+    EXPECT_TRUE(manager->get_handle(5, out));
     EXPECT_EQ(out, handle(5));
     expect_journal(found(5));
 }
 
-TEST_P(Handles, DestroyingAManagerClosesTheListsOfItsKindAlone) {
+TEST_P(Handles, DestroyingAManagerClosesTheListsOfItsKindOnly) {
     auto other = kind.make();
     given_open(6);
     given_open(5);
-    for (const Kind* any : {&kServices, &kTransportStreams, &kNetworks}) {
-        any->handles.insert(9, 0x99);
+    for (const Kind* any : kEveryKind) {
+        any->handles->insert(9, 0x99);
     }
     other.reset();
-    expect_journal(handle_line("clearMwdbHandle", 5, handle(5)) + call("close(@5)") +
-                   handle_line("clearMwdbHandle", 6, handle(6)) + call("close(@6)") +
-                   handle_line("clearMwdbHandle", 9, 0x99) + call("close(0x99)"));
+    expect_journal(handle_line("clear", 5, handle(5)) + call("close(@5)") + handle_line("clear", 6, handle(6)) +
+                   call("close(@6)") + handle_line("clear", 9, 0x99) + call("close(0x99)"));
     expect_open_lists({});
     int left = 0;
-    for (const Kind* any : {&kServices, &kTransportStreams, &kNetworks}) {
-        left += any->handles.find(9) != nullptr ? 1 : 0;
+    for (const Kind* any : kEveryKind) {
+        left += any->handles->find(9) != nullptr ? 1 : 0;
     }
-    EXPECT_EQ(left, 2);
+    EXPECT_EQ(left, 3);
 }
 
 TEST_P(Handles, AFailedCloseCanBeTriedAgain) {
-    EXPECT_EQ(store->open(5), 0);
+    EXPECT_EQ(manager->open(5), 0);
     answer("close", -1);
-    EXPECT_EQ(store->close(5), -22);
-    EXPECT_EQ(store->close(5), 0);
-    expect_journal(debug("#[open]: mwdbId = 5 \n") + opened(5) +
-                   (kind.is_services() ? debug("#[open]: mwdbId = 5 set handle ok \n") : Steps{}) +
-                   debug("#[close]: mwdbId = 5 \n") + found(5) + call("close(@5)") + debug("#[close]: mwdbId = 5 \n") +
-                   found(5) + call("close(@5)") + forgotten(5));
+    EXPECT_EQ(manager->close(5), -22);
+    EXPECT_EQ(manager->close(5), 0);
+    expect_journal(entry("open") + opened(5) + set_handle_ok(5) + entry("close") + found(5) + call("close(@5)") +
+                   entry("close") + found(5) + call("close(@5)") + forgotten(5));
     expect_open_lists({});
 }
 
-INSTANTIATE_TEST_SUITE_P(Stores, Handles, kAllKinds, kind_name);
+INSTANTIATE_TEST_SUITE_P(Lists, Handles, kAllKinds, kind_name);
 
 } // namespace

@@ -1,6 +1,6 @@
-// The path that a scan list's cache is copied to is not the memory that the calls before have seen. The scripted
-// middleware journals texts alone, so that this program defines three of its functions itself: they note the
-// path's address and pass the call on.
+// The path that a scan list's cache is copied to is a fresh copy, not the memory that the calls before it were given.
+// The scripted middleware records texts only, so this program defines three of its functions itself. They note the
+// address of the path and pass the call on.
 #include "channellist/NativeVltTvChannelList.h"
 #include "middleware/files.h"
 #include "scripted_test.h"
@@ -58,7 +58,7 @@ protected:
     ~ScanCacheCopy() override { SvlKind::handles().clear(); }
 };
 
-TEST_F(ScanCacheCopy, IsHandedAFreshCopyOfThePath) {
+TEST_F(ScanCacheCopy, PassesAFreshCopyOfThePath) {
     for (const std::string& path :
          {std::string("/scan_cable"), std::string("/data/") + std::string(200, 'x') + "/scan_cable.bin"}) {
         seen.clear();

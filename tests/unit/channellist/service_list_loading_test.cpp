@@ -1,5 +1,5 @@
-// How the channel list store loads a list from its file, and what it puts in place of one that it cannot load.
-#include "store_test_support.h"
+// How the service list manager loads a list from its file, and what it does when the file cannot be loaded.
+#include "manager_test.h"
 
 namespace script = tavro::script;
 
@@ -7,25 +7,24 @@ namespace {
 
 using namespace tavro::test;
 
-class ChannelListLoading : public StoreTest {
+class ServiceListLoading : public ManagerTest {
 protected:
-    ChannelListLoading() : StoreTest(kServices) {}
+    ServiceListLoading() : ManagerTest(kServices) {}
 
     NativeVltTvChannelList manager;
 };
 
-// The course of open with a path while the list is open.
-class ChannelListReopened : public ChannelListLoading {
+// Open with a path while the list is open.
+class ServiceListReopened : public ServiceListLoading {
 protected:
-    const Steps counting = debug("#[open]: mwdbId = 5 path = /data/scan_cable.bin \n") + found(5) +
-                           debug("#[getInfoListNum]: mwdbId = 65541 \n") +
+    const Steps counting = open_entry(5, "/data/scan_cable.bin") + found(5) + entry("getInfoListNum", 65541) +
                            call("get_num_rec_by_brdcst_type(@5, 0, 0xffffffff)");
     const Steps loading = call("fs_sync(@5, 0, \"/data/scan_cable.bin\", 5)");
 
     int reopen() { return manager.open(5, "/data/scan_cable.bin"); }
 };
 
-TEST_F(ChannelListReopened, AListWithRecordsIsLeftAsItIs) {
+TEST_F(ServiceListReopened, AListWithRecordsIsLeftAsItIs) {
     for (const std::uint32_t count : {1U, 65535U}) {
         start(kEveryLine);
         given_open(5);
@@ -35,7 +34,7 @@ TEST_F(ChannelListReopened, AListWithRecordsIsLeftAsItIs) {
     }
 }
 
-TEST_F(ChannelListReopened, AListWithoutRecordsIsLoadedAndNeverSeeded) {
+TEST_F(ServiceListReopened, AListWithoutRecordsIsLoadedAndNeverSeeded) {
     given_open(5);
     for (const MwStatus status : {0, -8, -3}) {
         answer("fs_sync", status);
@@ -45,14 +44,14 @@ TEST_F(ChannelListReopened, AListWithoutRecordsIsLoadedAndNeverSeeded) {
     expect_open_lists({{5, handle(5)}});
 }
 
-TEST_F(ChannelListReopened, AListThatCannotBeCountedIsLoaded) {
+TEST_F(ServiceListReopened, AListThatCannotBeCountedIsLoaded) {
     given_open(5);
     answer("get_num_rec_by_brdcst_type", with_value(-3, 12));
     EXPECT_EQ(reopen(), 0);
     expect_journal(counting + loading);
 }
 
-TEST_F(ChannelListReopened, AFileThatIsNoListIsPreparedWithoutALine) {
+TEST_F(ServiceListReopened, AFileThatIsNotAListFileIsPreparedWithoutALine) {
     for (const MwStatus prepared : {0, -1}) {
         start(kEveryLine);
         given_open(5);
@@ -63,30 +62,29 @@ TEST_F(ChannelListReopened, AFileThatIsNoListIsPreparedWithoutALine) {
     }
 }
 
-TEST_F(ChannelListReopened, TheListIdIsCutToSixteenBits) {
+TEST_F(ServiceListReopened, OpenTakesTheLowSixteenBitsOfTheListId) {
     given_open(5);
     EXPECT_EQ(manager.open(65541, "/data/scan_cable.bin"), 0);
     Steps steps = counting + loading;
-    steps.front() = debug("#[open]: mwdbId = 65541 path = /data/scan_cable.bin \n").front();
+    steps.front() = open_entry(65541, "/data/scan_cable.bin").front();
     expect_journal(steps);
 }
 
-TEST_F(ChannelListReopened, AListRecordedWithHandleZeroIsNotCountedButLoaded) {
+TEST_F(ServiceListReopened, AListRecordedWithHandleZeroIsNotCountedButLoaded) {
     given_handle(5, 0);
     EXPECT_EQ(reopen(), 0);
-    expect_journal(debug("#[open]: mwdbId = 5 path = /data/scan_cable.bin \n") + found(5, 0) +
-                   debug("#[getInfoListNum]: mwdbId = 0 \n") + call("fs_sync(0x0, 0, \"/data/scan_cable.bin\", 5)"));
+    expect_journal(open_entry(5, "/data/scan_cable.bin") + found(5, 0) + entry("getInfoListNum", 0) +
+                   call("fs_sync(0x0, 0, \"/data/scan_cable.bin\", 5)"));
 }
 
-// The course of open with a path whose file cannot be loaded.
-class ChannelListSeeding : public ChannelListLoading {
+// Open with a path whose file cannot be loaded.
+class ServiceListSeeding : public ServiceListLoading {
 protected:
     static constexpr MwStatus kNoCache = -8;
 
     // List 2 is opened and loaded from `path`.
     Steps loading(const std::string& path) const {
-        return debug("#[open]: mwdbId = 2 path = " + path + " \n") + call("open(2, 0, 0)") +
-               call("fs_sync(@2, 0, \"" + path + "\", 2)") + recorded(2);
+        return open_entry(2, path) + tried_open(2) + call("fs_sync(@2, 0, \"" + path + "\", 2)") + recorded(2);
     }
     Steps prepared(const std::string& path) const {
         return file_call("fs_raw_init(0, \"" + path + "\")") +
@@ -112,7 +110,7 @@ protected:
     const std::string path = "/data/scan_cable_1.bin";
 };
 
-TEST_F(ChannelListSeeding, AFileThatIsNoListIsReplacedByTheCacheWhichIsThenDeleted) {
+TEST_F(ServiceListSeeding, AFileThatIsNotAListFileIsReplacedByTheCache) {
     for (const char* property : {kEveryLine, kErrorLines, kNoLine}) {
         start(property);
         answer("fs_sync", -12);
@@ -123,13 +121,13 @@ TEST_F(ChannelListSeeding, AFileThatIsNoListIsReplacedByTheCacheWhichIsThenDelet
     }
 }
 
-TEST_F(ChannelListSeeding, AMissingFileIsReplacedByTheCacheWithoutBeingPrepared) {
+TEST_F(ServiceListSeeding, AMissingFileIsReplacedByTheCacheWithoutBeingPrepared) {
     answer("fs_sync", -8);
     EXPECT_EQ(manager.open(2, path), 0);
     expect_journal(loading(path) + look(cable) + seeding(cable, path) + deletion(cable));
 }
 
-TEST_F(ChannelListSeeding, AFileThatCannotBePreparedIsNotToldButSeededAllTheSame) {
+TEST_F(ServiceListSeeding, AFileThatCannotBePreparedIsSeededWithoutALine) {
     answer("fs_sync", -12);
     file_answer("fs_raw_init", -1);
     EXPECT_EQ(manager.open(2, path), 0);
@@ -137,7 +135,7 @@ TEST_F(ChannelListSeeding, AFileThatCannotBePreparedIsNotToldButSeededAllTheSame
                    deletion(cable));
 }
 
-TEST_F(ChannelListSeeding, ThePathChoosesTheCacheOrNone) {
+TEST_F(ServiceListSeeding, ThePathChoosesTheCacheOrNone) {
     const struct {
         const char* path;
         const std::string cache;
@@ -156,13 +154,13 @@ TEST_F(ChannelListSeeding, ThePathChoosesTheCacheOrNone) {
     }
 }
 
-TEST_F(ChannelListSeeding, AFileThatIsNoListAndNamesNoScanIsOnlyPrepared) {
+TEST_F(ServiceListSeeding, AFileThatNamesNoScanIsOnlyPrepared) {
     answer("fs_sync", -12);
     EXPECT_EQ(manager.open(2, "/data/cable.bin"), 0);
     expect_journal(loading("/data/cable.bin") + prepared("/data/cable.bin"));
 }
 
-TEST_F(ChannelListSeeding, AListThatIsLoadedOrFailsOtherwiseIsNotSeeded) {
+TEST_F(ServiceListSeeding, AListThatIsLoadedOrFailsOtherwiseIsNotSeeded) {
     for (const MwStatus status : {0, -3, -6, -11}) {
         start(kEveryLine);
         answer("fs_sync", status);
@@ -171,7 +169,7 @@ TEST_F(ChannelListSeeding, AListThatIsLoadedOrFailsOtherwiseIsNotSeeded) {
     }
 }
 
-TEST_F(ChannelListSeeding, WithoutACacheFileNothingIsCopied) {
+TEST_F(ServiceListSeeding, WithoutACacheFileNothingIsCopied) {
     for (const MwStatus found : {kNoCache, 1}) {
         start(kErrorLines);
         answer("fs_sync", -8);
@@ -181,7 +179,7 @@ TEST_F(ChannelListSeeding, WithoutACacheFileNothingIsCopied) {
     }
 }
 
-TEST_F(ChannelListSeeding, ACacheThatCannotBeLoadedIsKept) {
+TEST_F(ServiceListSeeding, ACacheThatCannotBeLoadedIsKept) {
     for (const MwStatus status : {-8, -12, -3}) {
         start(kEveryLine);
         answer("fs_sync", -8);
@@ -192,7 +190,7 @@ TEST_F(ChannelListSeeding, ACacheThatCannotBeLoadedIsKept) {
     }
 }
 
-TEST_F(ChannelListSeeding, PreparingCopyingAndDeletingTheCacheMayFail) {
+TEST_F(ServiceListSeeding, PreparingCopyingAndDeletingTheCacheMayFail) {
     answer("fs_sync", -8);
     file_answer("fs_raw_init", -1);
     file_answer("fs_raw_copy", -2);
@@ -201,9 +199,8 @@ TEST_F(ChannelListSeeding, PreparingCopyingAndDeletingTheCacheMayFail) {
     expect_journal(loading(path) + look(cable) + seeding(cable, path) + deletion(cable, -5));
 }
 
-TEST_F(ChannelListSeeding, AFailedCreateTooIsAnsweredByTheCacheWithoutAHandle) {
-    const Steps creating = debug("#[open]: mwdbId = 2 path = " + path + " \n") + call("open(2, 0, 0)") +
-                           call("create(\"fs_Svl_1\", 2, 1, 16, 0, 0)");
+TEST_F(ServiceListSeeding, AFailedCreateIsSeededWithoutAHandle) {
+    const Steps creating = open_entry(2, path) + tried_open(2) + created(2, 1);
     for (const MwStatus status : {-8, -12, -7}) {
         start(kEveryLine);
         answer("open", -7);
@@ -215,11 +212,10 @@ TEST_F(ChannelListSeeding, AFailedCreateTooIsAnsweredByTheCacheWithoutAHandle) {
     }
 }
 
-TEST_F(ChannelListSeeding, ListZeroFailsBeforeItIsSeeded) {
+TEST_F(ServiceListSeeding, ListZeroFailsBeforeItIsSeeded) {
     answer("fs_sync", -12);
     EXPECT_EQ(manager.open(65536, path), -22);
-    expect_journal(debug("#[open]: mwdbId = 65536 path = " + path + " \n") + call("open(0, 0, 0)") +
-                   call("fs_sync(@0, 0, \"" + path + "\", 0)"));
+    expect_journal(open_entry(65536, path) + tried_open(0) + call("fs_sync(@0, 0, \"" + path + "\", 0)"));
     expect_open_lists({});
     EXPECT_EQ(manager.getPath(), path);
 }

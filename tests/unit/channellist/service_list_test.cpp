@@ -1,5 +1,5 @@
-// What the channel list store does unlike the others.
-#include "store_test_support.h"
+// What the service list manager does differently.
+#include "manager_test.h"
 
 namespace script = tavro::script;
 
@@ -7,19 +7,16 @@ namespace {
 
 using namespace tavro::test;
 
-class ChannelListStore : public StoreTest {
+class ServiceList : public ManagerTest {
 protected:
-    ChannelListStore() : StoreTest(kServices) {}
+    ServiceList() : ManagerTest(kServices) {}
 
-    Steps entry(const std::string& operation, int id = 5) const {
-        return debug("#[" + operation + "]: mwdbId = " + std::to_string(id) + " \n");
-    }
-    // A trace of the sample under that record id.
-    Steps told(const std::string& operation, int record_id = 17) const {
-        return debug("#[" + operation + "]:rec_id:" + std::to_string(record_id) + " ui2_prog_id:258 ac_name:Name\n");
+    // The line in which an operation logs the sample.
+    Steps sample_line(const std::string& operation, std::uint16_t record_id = 17) const {
+        return record_line(operation, kind.sample_as(record_id));
     }
 
-    // Calls with the sample under that record id, and the bytes that the record has afterwards.
+    // Makes the call with the sample as a record; `after` is the record afterwards.
     template <class Call>
     int with_sample(Call call) {
         _SVL_REC_T record = {};
@@ -28,11 +25,6 @@ protected:
         after.assign(sizeof(record), std::byte{0});
         std::memcpy(after.data(), &record, sizeof(record));
         return result;
-    }
-    Bytes sample_as(std::uint16_t record_id) const {
-        Bytes record = sample;
-        put16(record, 0, record_id);
-        return record;
     }
     int add(int id) {
         return with_sample([&](_SVL_REC_T* record) { return manager.addInfo(id, record); });
@@ -46,7 +38,7 @@ protected:
     Bytes after;
 };
 
-TEST_F(ChannelListStore, ThePathIsTheOneLastSet) {
+TEST_F(ServiceList, ThePathIsTheOneLastSet) {
     EXPECT_EQ(manager.getPath(), "");
     manager.setPath("/data/a.bin");
     EXPECT_EQ(manager.getPath(), "/data/a.bin");
@@ -56,7 +48,7 @@ TEST_F(ChannelListStore, ThePathIsTheOneLastSet) {
     expect_journal({});
 }
 
-TEST_F(ChannelListStore, OpenWithAPathSetsThePathFirstAlsoWhenItFails) {
+TEST_F(ServiceList, OpenWithAPathSetsThePathFirstEvenIfItFails) {
     std::string path_at_open;
     script::observe([&](const std::string& text) {
         if (text.rfind("x_svl_open", 0) == 0) {
@@ -71,13 +63,13 @@ TEST_F(ChannelListStore, OpenWithAPathSetsThePathFirstAlsoWhenItFails) {
     EXPECT_EQ(manager.getPath(), "/data/b.bin");
 }
 
-TEST_F(ChannelListStore, OpenWithAnEmptyPathLeavesThePathAlone) {
+TEST_F(ServiceList, OpenWithAnEmptyPathLeavesThePathAlone) {
     manager.setPath("/data/a.bin");
     EXPECT_EQ(manager.open(5, ""), -22);
     EXPECT_EQ(manager.getPath(), "/data/a.bin");
 }
 
-TEST_F(ChannelListStore, ThePathBelongsToOneManagerAndNeitherOpenNorStoreChangesIt) {
+TEST_F(ServiceList, ThePathIsTheManagersOwnAndNeitherOpenNorStoreChangesIt) {
     NativeVltTvChannelList other;
     manager.setPath("/data/a.bin");
     EXPECT_EQ(manager.open(5), 0);
@@ -86,7 +78,7 @@ TEST_F(ChannelListStore, ThePathBelongsToOneManagerAndNeitherOpenNorStoreChanges
     EXPECT_EQ(other.getPath(), "");
 }
 
-TEST_F(ChannelListStore, DestroyingAManagerClosesTheListsBeforeItsPathIsReleased) {
+TEST_F(ServiceList, DestroyingAManagerClosesTheListsBeforeItsPathIsReleased) {
     // A path of this length lies in memory of its own, whose first bytes change when it is released.
     const std::string long_path = "/data/" + std::string(200, 'x') + "/list.bin";
     auto other = std::make_unique<NativeVltTvChannelList>();
@@ -106,26 +98,25 @@ TEST_F(ChannelListStore, DestroyingAManagerClosesTheListsBeforeItsPathIsReleased
     expect_open_lists({});
 }
 
-TEST_F(ChannelListStore, OpenTmpGivesAHandleThatIsNotRecorded) {
+TEST_F(ServiceList, OpenTmpReturnsAHandleThatIsNotRecorded) {
     EXPECT_EQ(manager.openTmp(5), 0x10005U);
-    expect_journal(entry("openTmp") + call("open(5, 0, 0)") + debug("#[openTmp]: mwdbId = 5 set handle ok \n"));
+    expect_journal(entry("openTmp") + tried_open(5) + debug("#[openTmp]: mwdbId = 5 set handle ok \n"));
     given_open(5); // a list that is open is opened once more
     answer("open", with_value(0, 0x77));
     EXPECT_EQ(manager.openTmp(65541), 0x77U);
-    expect_journal(entry("openTmp", 65541) + call("open(5, 0, 0)") +
-                   debug("#[openTmp]: mwdbId = 65541 set handle ok \n"));
+    expect_journal(entry("openTmp", 65541) + tried_open(5) + debug("#[openTmp]: mwdbId = 65541 set handle ok \n"));
     EXPECT_EQ(manager.openTmp(0), 0x10000U);
-    expect_journal(entry("openTmp", 0) + call("open(0, 0, 0)") + debug("#[openTmp]: mwdbId = 0 set handle ok \n"));
+    expect_journal(entry("openTmp", 0) + tried_open(0) + debug("#[openTmp]: mwdbId = 0 set handle ok \n"));
     expect_open_lists({{5, handle(5)}});
 }
 
-TEST_F(ChannelListStore, OpenTmpOfAListThatDoesNotExistGivesZeroAndCreatesNone) {
+TEST_F(ServiceList, OpenTmpOfAListThatDoesNotExistReturnsZeroAndCreatesNone) {
     answer("open", with_value(-7, 0x77));
     EXPECT_EQ(manager.openTmp(5), 0U);
-    expect_journal(entry("openTmp") + call("open(5, 0, 0)"));
+    expect_journal(entry("openTmp") + tried_open(5));
 }
 
-TEST_F(ChannelListStore, CloseTmpClosesTheHandleAndLeavesTheMapAlone) {
+TEST_F(ServiceList, CloseTmpClosesTheHandleAndLeavesTheMapAlone) {
     given_open(5);
     EXPECT_EQ(manager.closeTmp(handle(5)), 0);
     expect_journal(debug("#[closeTmp]:\n") + call("close(@5)") + debug("#[closeTmp]: mwdbId = 65541 set handle ok \n"));
@@ -135,7 +126,7 @@ TEST_F(ChannelListStore, CloseTmpClosesTheHandleAndLeavesTheMapAlone) {
     expect_open_lists({{5, handle(5)}});
 }
 
-TEST_F(ChannelListStore, TheReadLocksTakeAHandleAndPassItOnUntested) {
+TEST_F(ServiceList, TheReadLocksPassTheirHandleOnUnchecked) {
     for (const unsigned int any : {0x10005U, 0U, 0xFFFFFFFFU}) {
         const std::string at = any == 0 ? "0x0" : any == 0x10005 ? "0x10005" : "0xffffffff";
         EXPECT_EQ(manager.readLockSvl(any), 0);
@@ -149,18 +140,18 @@ TEST_F(ChannelListStore, TheReadLocksTakeAHandleAndPassItOnUntested) {
     }
 }
 
-TEST_F(ChannelListStore, AddInfoOverwritesTheRecordsIdWithTheNextOneWithoutALock) {
+TEST_F(ServiceList, AddInfoAddsUnderTheNextIdWithoutALock) {
     given_open(5);
     for (const std::uint16_t next : {0, 1, 1207, 65534}) {
         answer("qry_rec_id", with_value(0, next));
         EXPECT_EQ(add(5), 0);
-        expect_journal(entry("addInfo") + found(5) + call("qry_rec_id(@5, 3)") + told("addInfo", next) +
-                       call("add_rec(@5, record)", sample_as(next)));
-        EXPECT_EQ(after, sample_as(next));
+        expect_journal(entry("addInfo") + found(5) + call("qry_rec_id(@5, 3)") + sample_line("addInfo", next) +
+                       call("add_rec(@5, record)", kind.sample_as(next)));
+        EXPECT_EQ(after, kind.sample_as(next));
     }
 }
 
-TEST_F(ChannelListStore, AddInfoFailsWhenTheListOffersNoId) {
+TEST_F(ServiceList, AddInfoFailsWhenTheListOffersNoId) {
     given_open(5);
     for (const auto& offer : {with_value(0, 65535), with_value(-3, 1), with_value(-6, 0), with_value(-11, 1)}) {
         answer("qry_rec_id", offer);
@@ -170,26 +161,26 @@ TEST_F(ChannelListStore, AddInfoFailsWhenTheListOffersNoId) {
     }
 }
 
-TEST_F(ChannelListStore, AddInfoFailsWhenTheMiddlewareRefusesTheRecord) {
+TEST_F(ServiceList, AddInfoFailsWhenTheMiddlewareRefusesTheRecord) {
     given_open(5);
     for (const MwStatus status : {-3, -11}) { // a taken id is not written over
         answer("qry_rec_id", with_value(0, 40));
         answer("add_rec", status);
         EXPECT_EQ(add(5), -22);
-        expect_journal(entry("addInfo") + found(5) + call("qry_rec_id(@5, 3)") + told("addInfo", 40) +
-                       call("add_rec(@5, record)", sample_as(40)));
+        expect_journal(entry("addInfo") + found(5) + call("qry_rec_id(@5, 3)") + sample_line("addInfo", 40) +
+                       call("add_rec(@5, record)", kind.sample_as(40)));
     }
 }
 
-TEST_F(ChannelListStore, AddInfoToHandleZeroAsksForAnIdAndSucceedsWithoutAdding) {
+TEST_F(ServiceList, AddInfoToHandleZeroSucceedsWithoutAdding) {
     given_handle(5, 0);
     answer("qry_rec_id", with_value(0, 40));
     EXPECT_EQ(add(5), 0);
-    expect_journal(entry("addInfo") + found(5, 0) + call("qry_rec_id(0x0, 3)") + told("addInfo", 40));
-    EXPECT_EQ(after, sample_as(40));
+    expect_journal(entry("addInfo") + found(5, 0) + call("qry_rec_id(0x0, 3)") + sample_line("addInfo", 40));
+    EXPECT_EQ(after, kind.sample_as(40));
 }
 
-TEST_F(ChannelListStore, CopyInfoKeepsTheRecordAsItIs) {
+TEST_F(ServiceList, CopyInfoKeepsTheRecordAsItIs) {
     given_open(5);
     EXPECT_EQ(copy(5), 0);
     expect_journal(entry("copyInfo") + found(5) + call("add_rec(@5, record)", sample) +
@@ -197,7 +188,7 @@ TEST_F(ChannelListStore, CopyInfoKeepsTheRecordAsItIs) {
     EXPECT_EQ(after, sample);
 }
 
-TEST_F(ChannelListStore, CopyInfoThatTheMiddlewareRefusesSaysSoAndReplacesNothing) {
+TEST_F(ServiceList, CopyInfoLogsARefusalAndReplacesNothing) {
     given_open(5);
     for (const MwStatus status : {-3, -11}) {
         answer("add_rec", status);
@@ -207,7 +198,7 @@ TEST_F(ChannelListStore, CopyInfoThatTheMiddlewareRefusesSaysSoAndReplacesNothin
     }
 }
 
-TEST_F(ChannelListStore, CopyInfoOfNoRecordOrToHandleZeroSaysThatItFailedWithoutACall) {
+TEST_F(ServiceList, CopyInfoOfNoRecordOrToHandleZeroFailsWithoutACall) {
     given_open(5);
     EXPECT_EQ(manager.copyInfo(5, nullptr), -22);
     expect_journal(entry("copyInfo") + found(5) + debug("[copyInfo]: fail \n"));
@@ -216,26 +207,26 @@ TEST_F(ChannelListStore, CopyInfoOfNoRecordOrToHandleZeroSaysThatItFailedWithout
     expect_journal(entry("copyInfo", 6) + found(6, 0) + debug("[copyInfo]: fail \n"));
 }
 
-TEST_F(ChannelListStore, AddsAndCopiesOpenAListThatIsNotOpenButCreateNone) {
+TEST_F(ServiceList, AddsAndCopiesOpenAListThatIsNotOpenButCreateNone) {
     for (const char* property : {kEveryLine, kNoLine}) {
         start(property);
         EXPECT_EQ(add(5), 0);
-        expect_journal(entry("addInfo") + opened(5) + call("qry_rec_id(@5, 3)") + told("addInfo", 1) +
-                       call("add_rec(@5, record)", sample_as(1)));
+        expect_journal(entry("addInfo") + opened(5) + call("qry_rec_id(@5, 3)") + sample_line("addInfo", 1) +
+                       call("add_rec(@5, record)", kind.sample_as(1)));
         EXPECT_EQ(copy(6), 0);
         expect_journal(entry("copyInfo", 6) + opened(6) + call("add_rec(@6, record)", sample) +
                        debug("[copyInfo]: x_svl_add_rec OK , svl_rec_id=17  \n"));
         always("open", -7);
         EXPECT_EQ(add(7), -22);
         EXPECT_EQ(copy(7), -22);
-        expect_journal(entry("addInfo", 7) + call("open(7, 0, 0)") + entry("copyInfo", 7) + call("open(7, 0, 0)"));
+        expect_journal(entry("addInfo", 7) + tried_open(7) + entry("copyInfo", 7) + tried_open(7));
         EXPECT_EQ(add(65536), -22);
         EXPECT_EQ(copy(0), -22);
-        expect_journal(entry("addInfo", 65536) + call("open(0, 0, 0)") + entry("copyInfo", 0) + call("open(0, 0, 0)"));
+        expect_journal(entry("addInfo", 65536) + tried_open(0) + entry("copyInfo", 0) + tried_open(0));
     }
 }
 
-TEST_F(ChannelListStore, GetInfoGivesTheRecordOfTheIdCutToSixteenBits) {
+TEST_F(ServiceList, GetInfoTakesTheLowSixteenBitsOfTheRecordId) {
     given_open(5);
     answer("get_rec", with_record(0, sample));
     EXPECT_EQ(with_sample([&](_SVL_REC_T* record) {
@@ -243,12 +234,11 @@ TEST_F(ChannelListStore, GetInfoGivesTheRecordOfTheIdCutToSixteenBits) {
                   return manager.getInfo(5, 65553, record);
               }),
               0);
-    expect_journal(debug("#[getInfo]: mwdbId = 5 recId = 65553\n") + found(5) + call("get_rec(@5, 17)") +
-                   told("getInfo"));
+    expect_journal(get_entry(5, 65553) + found(5) + call("get_rec(@5, 17)") + sample_line("getInfo"));
     EXPECT_EQ(after, sample);
 }
 
-TEST_F(ChannelListStore, GetInfoByIdxReadsByBroadcastTypeAmongEveryRecord) {
+TEST_F(ServiceList, GetInfoByIdxReadsAmongAllRecords) {
     int version = 0;
     answer("get_rec_by_brdcst_type", with_record(0, sample, 9));
     const auto read = [&](int index, unsigned int at) {
@@ -268,7 +258,7 @@ TEST_F(ChannelListStore, GetInfoByIdxReadsByBroadcastTypeAmongEveryRecord) {
     expect_journal({});
 }
 
-TEST_F(ChannelListStore, GetInfoByIdxReadsByTransportStream) {
+TEST_F(ServiceList, GetInfoByIdxReadsByTransportStream) {
     int version = 0;
     answer("get_rec_by_ts", with_record(0, sample, 9));
     const auto read = [&](int key1, int key2, int index, unsigned int at) {
@@ -288,7 +278,7 @@ TEST_F(ChannelListStore, GetInfoByIdxReadsByTransportStream) {
     expect_journal({});
 }
 
-TEST_F(ChannelListStore, GetInfoListNumCountsEveryRecordOfAHandle) {
+TEST_F(ServiceList, GetInfoListNumCountsEveryRecordOfAHandle) {
     answer("get_num_rec_by_brdcst_type", with_value(0, 65535));
     EXPECT_EQ(manager.getInfoListNum(0x10005), 65535);
     answer("get_num_rec_by_brdcst_type", with_value(-3, 12));
@@ -299,7 +289,7 @@ TEST_F(ChannelListStore, GetInfoListNumCountsEveryRecordOfAHandle) {
     expect_journal(entry("getInfoListNum", 0));
 }
 
-TEST_F(ChannelListStore, GetInfoListNumCountsTheRecordsOfATransportStream) {
+TEST_F(ServiceList, GetInfoListNumCountsTheRecordsOfATransportStream) {
     answer("get_num_rec_by_ts", with_value(0, 65535));
     EXPECT_EQ(manager.getInfoListNum(0x10005, 65537, -2), 65535);
     answer("get_num_rec_by_ts", with_value(-3, 12));
@@ -310,29 +300,13 @@ TEST_F(ChannelListStore, GetInfoListNumCountsTheRecordsOfATransportStream) {
     expect_journal(entry("getInfoListNum", 0));
 }
 
-TEST_F(ChannelListStore, GetInfoListAndUpdateInfoListAreSilentPlaceholders) {
+TEST_F(ServiceList, GetInfoListAndUpdateInfoListAreSilentPlaceholders) {
     for (const int id : {5, 0}) {
         EXPECT_EQ(manager.getInfoList(id), 0);
         EXPECT_EQ(manager.updateInfoList(id), -22);
     }
     expect_journal({});
     expect_open_lists({});
-}
-
-TEST_F(ChannelListStore, TheSharedTranscriptsReadAsTheyStand) {
-    given_open(1);
-    EXPECT_EQ(manager.clean(1), 0);
-    EXPECT_EQ(manager.open(5), 0);
-    const std::string start = "log 3 NativeVltTvChannelList_Cpp: [NativeVltTvChannelList]";
-    expect_journal({{"log 3 NativeVltTvChannelList_Cpp: [NativeVltChannelList][clean]: mwdbId = 1 \n"}, // without "Tv"
-                    {start + "[getMwdbHandle]: mwdbId = 1 mwdbHandle:0x10001\n"},
-                    {"x_svl_lock(0x10001)"},
-                    {"x_svl_clean(0x10001)"},
-                    {"x_svl_unlock(0x10001)"},
-                    {start + "[open]: mwdbId = 5 \n"},
-                    {"x_svl_open(5, 0, 0)"},
-                    {start + "[setMwdbHandle]: mwdbId = 5 mwdbHandle:0x10005\n"},
-                    {start + "[open]: mwdbId = 5 set handle ok \n"}});
 }
 
 } // namespace
