@@ -1,4 +1,4 @@
-// Where the library must not allocate memory. The whole test program's allocations are counted.
+// Operations of the library that must not allocate memory. The allocations of the whole test program are counted.
 #include "jni/env/record_id.h"
 
 #include <cstdlib>
@@ -32,7 +32,7 @@ TEST(Allocations, OfALongStringAreCounted) {
 }
 
 TEST(Allocations, AreNotMadeToTakeAnIdentifierApart) {
-    // The second would not fit into a std::string without one.
+    // The second is too long for a std::string without an allocation.
     const char* const identifiers[] = {"3,17", "2147483647,65535"};
     for (const char* identifier : identifiers) {
         int list_id = 0;

@@ -1,4 +1,4 @@
-// The most local references that a native holds at any time does not depend on the length of its list or of its keys.
+// The highest number of local references that a native holds does not depend on the length of its list or its keys.
 #include "every_native_test.h"
 
 #include <gtest/gtest.h>
@@ -23,7 +23,7 @@ protected:
         int most;
         int left;
     };
-    // Runs the native over that many elements, records and keys.
+    // Runs the native on that many elements, records and keys.
     static References walk(const Walk& native, std::size_t length, bool with_names) {
         clear();
         count(static_cast<std::uint32_t>(length));
@@ -56,10 +56,10 @@ TEST_P(BoundedReferences, DoNotGrowWithTheLength) {
     EXPECT_EQ(many.most, few.most);
     EXPECT_EQ(many.left, few.left);
     EXPECT_GT(many.most, 0);
-    EXPECT_LE(many.most, 16); // every virtual machine has room for as many without being asked
+    EXPECT_LE(many.most, 16); // every virtual machine has room for this many without a request
 }
 
-// Deliberate: the string of a satellite's name is not given back.
+// Deliberate: the reference to the name of a satellite is not released.
 TEST_F(BoundedReferencesTest, GrowByTheNameOfEachSatelliteOfAListUpdate) {
     const Walk update = {"", update_satellites};
     EXPECT_EQ(walk(update, 200, true).left, walk(update, 200, false).left + 200);

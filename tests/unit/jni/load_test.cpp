@@ -75,7 +75,7 @@ TEST_F(Load, WithTheGateClosedGivesTheSameResultsWithoutALine) {
     EXPECT_EQ(other.journal(), std::vector<std::string>{"GetEnv(65540)"});
 }
 
-TEST_F(Load, AsksTheGateOnceBeforeRegistrationAndOncePerLineAfterwards) {
+TEST_F(Load, AsksTheGateOnceBeforeRegistrationAndThenOncePerLine) {
     script::journal_properties(true);
     FakeJni jni;
     jni.fail(find("VltTvChannelList"));
@@ -89,7 +89,7 @@ TEST_F(Load, AsksTheGateOnceBeforeRegistrationAndOncePerLineAfterwards) {
                                  "log 6 Tavro_onLoad_channellist: ERROR: VltTvList native registration failed"}));
 }
 
-TEST_F(Load, AFailingThirdTableLeavesTheFirstTwoRegisteredAndTheFourthUntried) {
+TEST_F(Load, AFailingThirdTableLeavesTwoRegisteredAndTheFourthUntried) {
     FakeJni jni;
     jni.fail(find("VltTvNetworkList"));
     EXPECT_EQ(JNI_OnLoad(jni.vm(), nullptr), -1);
@@ -287,11 +287,11 @@ TEST_F(Load, TheSatelliteListTableHasItsSeventeenRowsInOrder) {
 TEST_F(Load, SetUpTwiceReplacesTheManagerAndKeepsOpenLists) {
     FakeJni jni;
     const jint first = com_velotra_tv_tavro_ch_list_native_setup(jni.env(), nullptr);
-    NativeVltTvChannelList* left_behind = chList;
-    ASSERT_NE(left_behind, nullptr);
+    NativeVltTvChannelList* leaked = chList;
+    ASSERT_NE(leaked, nullptr);
     ASSERT_EQ(chList->open(1), 0);
     const jint second = com_velotra_tv_tavro_ch_list_native_setup(jni.env(), nullptr);
-    EXPECT_NE(chList, left_behind);
+    EXPECT_NE(chList, leaked);
     jni.clear_journal();
     EXPECT_EQ(chList->lockSvl(1), 0);
     EXPECT_EQ(jni.journal(), std::vector<std::string>{"x_svl_lock(0x10001)"});
@@ -300,12 +300,12 @@ TEST_F(Load, SetUpTwiceReplacesTheManagerAndKeepsOpenLists) {
     EXPECT_EQ(first, second);
     EXPECT_EQ(first, static_cast<jint>(reinterpret_cast<std::uintptr_t>(&chList)));
 
-    delete left_behind;
+    delete leaked;
     delete chList;
     chList = nullptr;
 }
 
-TEST_F(Load, ASignatureThatDoesNotFitItsFunctionIsRefusedAtCompileTime) {
+TEST_F(Load, ASignatureThatDoesNotFitItsFunctionDoesNotCompile) {
     using Add = jint (*)(JNIEnv*, jobject, jint, jstring);
     constexpr Add add = nullptr;
     static_assert(tavro::fits(add, "(ILjava/lang/String;)I"));

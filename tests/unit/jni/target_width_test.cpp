@@ -1,5 +1,5 @@
-// What depends on the width of pointers, of size_t and long, on alignment or on the sign of plain char. These
-// tests run on the workstation's 64 bits and on the TV's 32, and expect the same of both.
+// Behavior that could depend on the width of pointers, size_t and long, on alignment, or on the sign of plain char.
+// These tests run on 64 bits (the workstation) and on 32 bits (the TV) and expect the same results.
 
 #include "channellist/HandleMap.h"
 #include "fake_jni.h"
@@ -26,7 +26,7 @@ using tavro::test::FakeObject;
 
 namespace {
 
-// The first four bytes of a pointer, of a little-endian machine: all of it or its lower half.
+// The first four bytes of a pointer on a little-endian machine: all of it, or its lower half.
 jint low_half(const void* address) {
     jint low = 0;
     std::memcpy(&low, &address, sizeof low);
@@ -45,7 +45,7 @@ protected:
         }
     }
 
-    // The number of `width` bytes at an offset of the record that the last add handed over.
+    // The number of `width` bytes at an offset of the record that was last added.
     static std::uint32_t added(std::size_t offset, std::size_t width) {
         std::uint32_t number = 0;
         for (const script::Entry& entry : script::journal()) {
@@ -66,13 +66,13 @@ void expect_setup(Manager*& global, jint (*setup)(JNIEnv*, jobject)) {
     EXPECT_NE(first, before);
     EXPECT_EQ(setup(jni.env(), nullptr), low_half(&global));
     EXPECT_NE(global, first);
-    // The library leaves managers behind; a test does not.
+    // The library leaks the first manager on a second set-up; the test does not.
     delete global;
     delete first;
     global = before;
 }
 
-TEST_F(TargetWidth, SetupAnswersTheAddressOfTheGlobalCutToAnInt) {
+TEST_F(TargetWidth, SetupReturnsTheLowBitsOfTheGlobalsAddress) {
     expect_setup(chList, com_velotra_tv_tavro_ch_list_native_setup);
     expect_setup(tsList, com_velotra_tv_tavro_ts_list_native_setup);
     expect_setup(nwList, com_velotra_tv_tavro_nw_list_native_setup);
@@ -149,7 +149,7 @@ TEST_F(TargetWidth, NumbersAreCutToTheirFieldWhateverTheirSign) {
     satList = nullptr;
 }
 
-// What std::stoi reads is a long at first: 64 bits wide on one machine, 32 on the other.
+// std::stoi first reads a long: 64 bits wide on one machine, 32 on the other.
 TEST_F(TargetWidth, IdentifiersEndAtTheLargestInt) {
     int list = 0;
     int record = 0;
@@ -162,14 +162,14 @@ TEST_F(TargetWidth, IdentifiersEndAtTheLargestInt) {
 }
 
 // Plain char is signed on one machine and unsigned on the other.
-TEST_F(TargetWidth, BytesBeyondAsciiAreNoDigits) {
+TEST_F(TargetWidth, BytesBeyondAsciiAreNotDigits) {
     for (int byte = 128; byte < 256; ++byte) {
         EXPECT_FALSE(AllisNum(std::string("1") + static_cast<char>(byte))) << byte;
     }
 }
 
-// The largest list: its bytes are 47 million, its last record must be where Java looks for it.
-TEST_F(TargetWidth, AListOf65535TransportStreamsIsOneArrayUpToItsLastByte) {
+// The largest list takes 47 million bytes. Its last record must be where Java looks for it.
+TEST_F(TargetWidth, AListOf65535StreamsIsOneArrayUpToItsLastByte) {
     constexpr int kCount = 65535;
     constexpr std::size_t kSize = 724;
     NativeVltTvTransportStreamList manager;
@@ -201,7 +201,7 @@ TEST_F(TargetWidth, AListOf65535TransportStreamsIsOneArrayUpToItsLastByte) {
     EXPECT_EQ(last, std::vector<jbyte>(kSize - 2, static_cast<jbyte>(0xA5)));
 }
 
-TEST_F(TargetWidth, AListOf65535ServicesIsFilteredInOneBufferAndReachesJavaWhole) {
+TEST_F(TargetWidth, AListOf65535ServicesReachesJavaThroughOneBuffer) {
     constexpr int kCount = 65535;
     constexpr std::size_t kSize = 552;
     NativeVltTvChannelList manager;

@@ -45,19 +45,19 @@ TEST_F(RecordIdentifier, IsListIdCommaRecordId) {
     EXPECT_EQ(script::lines(), std::vector<std::string>{});
 }
 
-TEST_F(RecordIdentifier, WithoutACommaIsRefusedWithALine) {
+TEST_F(RecordIdentifier, WithoutACommaIsRejectedWithALine) {
     EXPECT_FALSE(trimId("7", list_id, record_id));
     EXPECT_EQ(script::lines(), std::vector<std::string>{"log 6 -: Unknown data s_Id.\n"});
     EXPECT_EQ(list_id, kUntouched);
     EXPECT_EQ(record_id, kUntouched);
 }
 
-TEST_F(RecordIdentifier, ThatIsEmptyIsRefusedWithALine) {
+TEST_F(RecordIdentifier, ThatIsEmptyIsRejectedWithALine) {
     EXPECT_FALSE(trimId("", list_id, record_id));
     EXPECT_EQ(script::lines(), std::vector<std::string>{"log 6 -: Invalid param.\n"});
 }
 
-TEST_F(RecordIdentifier, WithAnythingButDigitsIsRefusedSilentlyAndLeavesTheOutputs) {
+TEST_F(RecordIdentifier, WithAnythingButDigitsIsRejectedSilently) {
     for (const char* text : {"a,1", "1,a", "-1,5", "1,-5", "+1,5", " 1,5", "1 ,5", "1, 5", "1.0,5", "1,5x,2"}) {
         EXPECT_FALSE(trimId(text, list_id, record_id)) << text;
         EXPECT_EQ(list_id, kUntouched) << text;
@@ -66,13 +66,13 @@ TEST_F(RecordIdentifier, WithAnythingButDigitsIsRefusedSilentlyAndLeavesTheOutpu
     EXPECT_EQ(script::lines(), std::vector<std::string>{});
 }
 
-TEST_F(RecordIdentifier, WithAnEmptyFieldRaisesTheConversionsError) {
+TEST_F(RecordIdentifier, WithAnEmptyFieldRaisesTheConversionError) {
     for (const char* text : {",5", "5,", ",", "5,,7"}) {
         EXPECT_THROW(trimId(text, list_id, record_id), std::invalid_argument) << text;
     }
 }
 
-TEST_F(RecordIdentifier, WithANumberBeyondAnIntRaisesTheConversionsError) {
+TEST_F(RecordIdentifier, WithANumberBeyondAnIntRaisesTheConversionError) {
     for (const char* text : {"2147483648,1", "1,2147483648", "99999999999999999999,1"}) {
         EXPECT_THROW(trimId(text, list_id, record_id), std::out_of_range) << text;
     }
@@ -84,7 +84,7 @@ TEST_F(RecordIdentifier, NeedNotEndWhereItsTextEnds) {
     EXPECT_EQ(record_id, 17);
 }
 
-// What a conversion of text to a number does: its value, or the name of its exception.
+// The result of a conversion of text to a number: the number, or the name of the exception.
 template <class Convert>
 std::string outcome(Convert convert) {
     try {
@@ -137,7 +137,7 @@ TEST(Decimal, ReadsWhatStoiReadsAndRaisesItsExceptions) {
     EXPECT_EQ(tavro::decimal(std::string_view("+1718").substr(0, 3)), 17);
 }
 
-TEST_F(RecordIdentifier, IsBuiltFromTwoIdsAndNotParsedBackWhenNegative) {
+TEST_F(RecordIdentifier, IsBuiltFromTwoIdsButCannotBeParsedIfTheyAreNegative) {
     EXPECT_EQ(combineStrMId(2, 15), "2,15");
     EXPECT_EQ(combineStrMId(-1, 3), "-1,3");
     EXPECT_EQ(combineStrMId(std::numeric_limits<int>::min(), 0), "-2147483648,0");
@@ -153,7 +153,7 @@ TEST_F(RecordIdentifier, IsBuiltForJavaWithALine) {
                                         "NewStringUTF(\"1,37\")"}));
 }
 
-TEST_F(RecordIdentifier, DigitsAloneAreANumberAndSoIsNothing) {
+TEST_F(RecordIdentifier, DigitsAreANumberAndSoIsEmptyText) {
     EXPECT_TRUE(AllisNum("0123456789"));
     EXPECT_TRUE(AllisNum(""));
     for (const char* text : {"-1", "1a", " ", "/", ":", "\xd9\xa1"}) {
@@ -185,7 +185,7 @@ TEST_F(RecordIdentifier, JavaTextWithoutCharactersIsEmptyWithALine) {
     EXPECT_EQ(jni.journal(), (std::vector<std::string>{"GetStringUTFChars(\"3,17\")", "log 6 -: Invalid String.\n"}));
 }
 
-TEST_F(RecordIdentifier, ANullJavaStringIsEmptyWithALineAndAsksNothingOfThePlatform) {
+TEST_F(RecordIdentifier, ANullJavaStringIsEmptyWithALineAndNoJniCall) {
     FakeJni jni;
     EXPECT_EQ(jstr2str(jni.env(), nullptr), "");
     EXPECT_EQ(jni.journal(), std::vector<std::string>{"log 6 -: Invalid String.\n"});

@@ -40,7 +40,7 @@ TEST(ServiceType, HasAKey) {
     }
 }
 
-TEST(ServiceType, ComesBackFromItsKeyAsOneOfThree) {
+TEST(ServiceType, IsConvertedFromItsKeyToOneOfThree) {
     EXPECT_EQ(convert_key_to_convert_service("SERVICE_TYPE_AUDIO_VIDEO"), 1);
     EXPECT_EQ(convert_key_to_convert_service("SERVICE_TYPE_AUDIO"), 2);
     for (const char* key : {"SERVICE_TYPE_OTHER", "", "SERVICE_TYPE_AUDI", "service_type_audio"}) {

@@ -23,7 +23,7 @@ protected:
             if (__velotra_log_is_loggable(level, kProperty) != 0) {
                 levels.push_back(level);
             }
-            // The library's own lines ask this one.
+            // The library's own lines use this one.
             EXPECT_EQ(tavro::is_loggable(level), !levels.empty() && levels.back() == level);
         }
         return levels;
@@ -62,7 +62,7 @@ TEST_F(LogGate, PassesTheLevelsFromTheOneThatThePropertyNames) {
     }
 }
 
-TEST_F(LogGate, AnswersOneOrZero) {
+TEST_F(LogGate, ReturnsOneOrZero) {
     script::set_property(kProperty, "V");
     EXPECT_EQ(__velotra_log_is_loggable(5, kProperty), 1U);
     EXPECT_EQ(__velotra_log_is_loggable(0, kProperty), 0U);
@@ -82,7 +82,7 @@ TEST_F(LogGate, AsksForThePersistedPropertyWhenThePropertyIsEmpty) {
     EXPECT_EQ(script::lines(), expected);
 }
 
-TEST_F(LogGate, APropertySetHidesThePersistedOneEvenWhenItsValueIsUnknown) {
+TEST_F(LogGate, APropertyThatIsSetHidesThePersistedOneWhateverItsValue) {
     script::set_property(kFallback, "V");
     script::set_property(kProperty, "x");
     script::journal_properties(true);
@@ -90,7 +90,7 @@ TEST_F(LogGate, APropertySetHidesThePersistedOneEvenWhenItsValueIsUnknown) {
     EXPECT_EQ(script::lines(), std::vector<std::string>{"property_get(\"vendor.vlt.broadcast.log.level\", \"\")"});
 }
 
-TEST_F(LogGate, ReadsThePropertyAfreshAtEveryCall) {
+TEST_F(LogGate, ReadsThePropertyAgainAtEveryCall) {
     EXPECT_EQ(passing(), std::vector<int>{});
     script::set_property(kProperty, "W");
     EXPECT_EQ(passing(), (std::vector<int>{4, 5}));

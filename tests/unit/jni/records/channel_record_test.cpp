@@ -123,7 +123,7 @@ class ChannelRecord : public tavro::test::ScriptedTest {
 protected:
     ChannelRecord() {
         log_level("S");
-        // A pattern in which no two neighbours are alike, so that a byte that moves shows.
+        // No two neighboring bytes are equal, so that a byte that moves is noticed.
         for (std::size_t i = 0; i < before.size(); ++i) {
             before[i] = static_cast<unsigned char>(0xA5 + i * 7);
         }
@@ -177,8 +177,8 @@ protected:
         channel.object_fields = {{field, value}};
     }
 
-    // Converts the same record anew.
-    Bytes convert_anew(Part part) {
+    // Converts a fresh copy of the record.
+    Bytes convert_fresh(Part part) {
         std::memcpy(&record, before.data(), before.size());
         convert(part);
         return after();
@@ -193,7 +193,7 @@ protected:
 
 TEST_F(ChannelRecord, WithoutAnyKeyStaysByteForByte) {
     for (const Part part : {Part::kHeader, Part::kDvb, Part::kDtmb}) {
-        EXPECT_EQ(convert_anew(part), before);
+        EXPECT_EQ(convert_fresh(part), before);
     }
 }
 
@@ -201,7 +201,7 @@ TEST_F(ChannelRecord, EveryIntKeyWritesItsBytesAndNoOther) {
     const auto check = [&](const IntKey& key, Part part, std::size_t base) {
         for (const jint value : {0x12345678, -2, 0}) {
             set(key.key, key.field, value);
-            EXPECT_EQ(convert_anew(part), with(base + key.offset, key.width, static_cast<std::uint32_t>(value)))
+            EXPECT_EQ(convert_fresh(part), with(base + key.offset, key.width, static_cast<std::uint32_t>(value)))
                 << key.key << " " << value;
         }
     };
@@ -226,7 +226,7 @@ TEST_F(ChannelRecord, AFlagIsSetByOneAndClearedByAnyOtherValue) {
             before = with(flag.offset, 4, word);
             for (const jint value : {1, 0, 2, -1}) {
                 set(flag.key, flag.field, value);
-                EXPECT_EQ(convert_anew(Part::kHeader),
+                EXPECT_EQ(convert_fresh(Part::kHeader),
                           with(flag.offset, 4, value == 1 ? word | flag.bit : word & ~flag.bit))
                     << flag.key << " " << value;
             }
@@ -237,35 +237,35 @@ TEST_F(ChannelRecord, AFlagIsSetByOneAndClearedByAnyOtherValue) {
 TEST_F(ChannelRecord, VisibleZeroClearsItsBitAndChangesNothingElse) {
     before = with(8, 4, 0xFFFFFFFF);
     set("VnetVisible", "vnetVisible", 0);
-    EXPECT_EQ(convert_anew(Part::kHeader), with(8, 4, 0xFFFFFFF7));
+    EXPECT_EQ(convert_fresh(Part::kHeader), with(8, 4, 0xFFFFFFF7));
 }
 
-TEST_F(ChannelRecord, DtmbReadsNoKeyThatIsDvbsAlone) {
+TEST_F(ChannelRecord, DtmbReadsNoKeyThatOnlyDvbHas) {
     for (const IntKey& key : kDvbInts) {
         if (std::string("FreeCaMode SdtServiceType").find(key.key) == std::string::npos) {
             set(key.key, key.field, 0x12345678);
-            EXPECT_EQ(convert_anew(Part::kDtmb), before) << key.key;
+            EXPECT_EQ(convert_fresh(Part::kDtmb), before) << key.key;
         }
     }
 }
 
 TEST_F(ChannelRecord, ALogicalChannelNumberOf70000IsCutTo16Bits) {
     set("LogicalChannelNumber", "logicalChannelNumber", 70000);
-    EXPECT_EQ(convert_anew(Part::kDvb), with(kSpecific + 108, 2, 4464));
+    EXPECT_EQ(convert_fresh(Part::kDvb), with(kSpecific + 108, 2, 4464));
 }
 
-TEST_F(ChannelRecord, FreeCaModeAndSdtServiceTypeSitElsewhereForDtmb) {
+TEST_F(ChannelRecord, FreeCaModeAndSdtServiceTypeHaveOtherOffsetsForDtmb) {
     channel.keys = {"FreeCaMode", "SdtServiceType"};
     channel.int_fields = {{"freeCaMode", 1}, {"sdtServiceType", 25}};
     Bytes dtmb = with(kSpecific + 62, 1, 1);
     dtmb[kSpecific + 65] = 25;
-    EXPECT_EQ(convert_anew(Part::kDtmb), dtmb);
+    EXPECT_EQ(convert_fresh(Part::kDtmb), dtmb);
     Bytes dvb = with(kSpecific + 64, 1, 1);
     dvb[kSpecific + 132] = 25;
-    EXPECT_EQ(convert_anew(Part::kDvb), dvb);
+    EXPECT_EQ(convert_fresh(Part::kDvb), dvb);
 }
 
-TEST_F(ChannelRecord, TextsAreCutToTheirFieldFilledWithZerosAndTerminated) {
+TEST_F(ChannelRecord, TextsAreCutToTheirFieldPaddedWithZerosAndTerminated) {
     const struct {
         const char* key;
         const char* field;
@@ -284,7 +284,7 @@ TEST_F(ChannelRecord, TextsAreCutToTheirFieldFilledWithZerosAndTerminated) {
         for (const std::size_t length :
              {c.length + 6, c.length + 1, c.length, c.length - 1, std::size_t{1}, std::size_t{0}}) {
             set(c.key, c.field, &jni.string(long_text.substr(0, length)));
-            EXPECT_EQ(convert_anew(c.part),
+            EXPECT_EQ(convert_fresh(c.part),
                       with_text(c.offset, c.length + 1, long_text.substr(0, std::min(length, c.length))))
                 << c.key << " " << length;
         }
@@ -294,21 +294,21 @@ TEST_F(ChannelRecord, TextsAreCutToTheirFieldFilledWithZerosAndTerminated) {
 TEST_F(ChannelRecord, ANameOf70BytesKeepsItsFirst64Terminated) {
     const std::string name(70, 'n');
     set("ServiceName", "serviceName", &jni.string(name));
-    EXPECT_EQ(convert_anew(Part::kHeader), with_text(40, 65, name.substr(0, 64)));
+    EXPECT_EQ(convert_fresh(Part::kHeader), with_text(40, 65, name.substr(0, 64)));
 }
 
 TEST_F(ChannelRecord, ANullTextStoresNothingAndWritesNoLine) {
     log_level("V");
     set("ServiceName", "serviceName", nullptr);
-    EXPECT_EQ(convert_anew(Part::kHeader), before);
+    EXPECT_EQ(convert_fresh(Part::kHeader), before);
     for (const auto& [key, field] : {std::pair{"ServiceShortName", "serviceShortName"}, {"DadInfo", "dadInfo"}}) {
         set(key, field, nullptr);
-        EXPECT_EQ(convert_anew(Part::kDvb), before);
+        EXPECT_EQ(convert_fresh(Part::kDvb), before);
     }
     EXPECT_EQ(jni.journal_with("log "), Lines{});
 }
 
-TEST_F(ChannelRecord, CharactersAreKeptAndTheirStringIsGivenBackAfterTheRead) {
+TEST_F(ChannelRecord, CharactersAreKeptAndTheirStringIsReleasedAfterTheRead) {
     set("ServiceName", "serviceName", &jni.string("One"));
     convert(Part::kHeader);
     EXPECT_EQ(jni.unreleased_chars(), 1);
@@ -318,9 +318,9 @@ TEST_F(ChannelRecord, CharactersAreKeptAndTheirStringIsGivenBackAfterTheRead) {
 
 TEST_F(ChannelRecord, ARecordIdentifierSetsListAndRecord) {
     set("TslRecId", "tslRecId", &jni.string("5,9"));
-    EXPECT_EQ(convert_anew(Part::kHeader), with(26, 4, 9U << 16 | 5U));
+    EXPECT_EQ(convert_fresh(Part::kHeader), with(26, 4, 9U << 16 | 5U));
     set("SatlRecId", "satlRecId", &jni.string("70000,70001"));
-    EXPECT_EQ(convert_anew(Part::kHeader), with(34, 4, 4465U << 16 | 4464U));
+    EXPECT_EQ(convert_fresh(Part::kHeader), with(34, 4, 4465U << 16 | 4464U));
 }
 
 TEST_F(ChannelRecord, ARecordIdentifierThatCannotBeParsedLeavesBothFields) {
@@ -338,7 +338,7 @@ TEST_F(ChannelRecord, ARecordIdentifierThatCannotBeParsedLeavesBothFields) {
         for (const auto& c : cases) {
             set(key, field, c.value);
             jni.clear_journal();
-            EXPECT_EQ(convert_anew(Part::kHeader), before);
+            EXPECT_EQ(convert_fresh(Part::kHeader), before);
             EXPECT_EQ(jni.journal_with("log "), c.lines);
         }
     }
@@ -354,15 +354,15 @@ TEST_F(ChannelRecord, UpToThreeRegionCodesAreStoredAndTheRestZeroed) {
         return bytes;
     };
     set("TargetRegionCode", "targetRegionCode", &jni.int_array({0x10203, 2, -1}));
-    EXPECT_EQ(convert_anew(Part::kDvb), codes(0x203, 2, 0xFFFF));
+    EXPECT_EQ(convert_fresh(Part::kDvb), codes(0x203, 2, 0xFFFF));
     set("TargetRegionCode", "targetRegionCode", &jni.int_array({7, 8}));
-    EXPECT_EQ(convert_anew(Part::kDvb), codes(7, 8, 0));
+    EXPECT_EQ(convert_fresh(Part::kDvb), codes(7, 8, 0));
     set("TargetRegionCode", "targetRegionCode", &jni.int_array({}));
-    EXPECT_EQ(convert_anew(Part::kDvb), codes(0, 0, 0));
+    EXPECT_EQ(convert_fresh(Part::kDvb), codes(0, 0, 0));
     set("TargetRegionCode", "targetRegionCode", &jni.int_array({1, 2, 3, 4}));
-    EXPECT_EQ(convert_anew(Part::kDvb), before);
+    EXPECT_EQ(convert_fresh(Part::kDvb), before);
     set("TargetRegionCode", "targetRegionCode", nullptr);
-    EXPECT_EQ(convert_anew(Part::kDvb), before);
+    EXPECT_EQ(convert_fresh(Part::kDvb), before);
 }
 
 TEST_F(ChannelRecord, DebugLinesOfTheHeader) {
@@ -397,7 +397,7 @@ TEST_F(ChannelRecord, DebugLinesOfTheSpecificPart) {
     EXPECT_EQ(jni.journal_with("log "), Lines{"log 3 -: stdtmb.s_svc_name==A short name of  _set_dtmb_info"});
 }
 
-// The order of questions, and everything that is asked of the platform for it.
+// The order in which keys are asked for, and the JNI calls made for each.
 
 const std::string kMethod =
     "GetMethodID(isContainsKey, (Lcom/velotra/tv/tavro/services/channellist/VltTvChannelInfoBase;Ljava/lang/String;)Z)";
@@ -494,7 +494,7 @@ TEST_F(ChannelRecord, DtmbKeysAreAskedInOrder) {
     EXPECT_EQ(jni.journal(), expected);
 }
 
-TEST_F(ChannelRecord, AFieldIsLookedUpAndReadOnlyWhenItsKeyIsPresentAndBeforeTheKeyIsGivenBack) {
+TEST_F(ChannelRecord, AFieldIsReadOnlyIfItsKeyIsPresentAndWhileTheKeyIsHeld) {
     channel.keys = {"ServiceId", "TslRecId", "ServiceName"};
     channel.int_fields = {{"serviceId", 7}};
     channel.object_fields = {{"tslRecId", &jni.string("5,9")}, {"serviceName", &jni.string("One")}};
@@ -547,9 +547,9 @@ TEST_F(ChannelRecord, RegionCodesAreReadAsAnIntArrayThatIsNotReleased) {
     EXPECT_EQ(found, array_calls);
 }
 
-// A platform that fails at any point: the conversion ends there, touches nothing further and makes no
-// call that JNI forbids while an exception is pending.
-TEST_F(ChannelRecord, EveryFailureOfThePlatformEndsTheConversionWithTheExceptionPending) {
+// The platform may fail at any call. The conversion ends there, writes nothing more and makes no call that JNI forbids
+// while an exception is pending.
+TEST_F(ChannelRecord, AnyFailureEndsTheConversionWithTheExceptionPending) {
     channel.keys = {"ServiceId",        "TslRecId",         "SatlRecId", "BroadcastType", "ServiceName",
                     "VnetActive",       "ServiceType",      "VnetEpg",   "LcnIndex",      "LogicalChannelNumber",
                     "ServiceShortName", "TargetRegionCode", "DadInfo"};

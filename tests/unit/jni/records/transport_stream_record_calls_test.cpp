@@ -1,5 +1,5 @@
-// What the conversion of transport stream objects asks of the platform for the keys that they carry, and what
-// its functions write when they stand alone. What it stores is tested in transport_stream_record_test.cpp.
+// The JNI calls that the conversion of transport stream objects makes for their keys, and what its functions log when
+// they are called alone. transport_stream_record_test.cpp tests what is stored.
 
 #include "fake_jni.h"
 #include "jni/records/transport_stream_record.h"
@@ -49,26 +49,26 @@ protected:
         }
         reads["Standard"] = joined(reads["Standard"], int_read("broadcastMedium"));
     }
-    void carry(const std::string& key, const std::string& field, FakeObject* value, const Lines& behind) {
+    void carry(const std::string& key, const std::string& field, FakeObject* value, const Lines& after) {
         stream.keys.insert(key);
         stream.object_fields[field] = value;
-        reads[key] = joined(object_read(field), behind);
+        reads[key] = joined(object_read(field), after);
     }
-    void carry_alternates(FakeObject* array, const Lines& behind) {
+    void carry_alternates(FakeObject* array, const Lines& after) {
         carry("AlternateFrequencyInfoList", "alternateFrequencyInfoList", array, {});
         reads["AlternateFrequencyInfoList"] = joined(
             object_read("alternateFrequencyInfoList", "[Lcom/velotra/tv/tavro/services/channellist/"
                                                       "VltTvTransportStreamInfoBase$AlternateFrequencyInfoBase;"),
-            behind);
+            after);
     }
 
     FakeJni jni;
     FakeObject& stream = jni.object("stream");
-    std::map<std::string, Lines> reads; // what the conversion does for the keys that the object carries
+    std::map<std::string, Lines> reads; // the calls for each key that the object has
     _TSL_REC_T record = {};
 };
 
-TEST_F(TransportStreamCalls, EveryKeysFieldIsFoundAndReadBeforeTheKeysStringIsGivenBack) {
+TEST_F(TransportStreamCalls, EveryFieldIsReadWhileTheStringOfItsKeyIsHeld) {
     carry_numbers();
     carry("TslNwlRecId", "tslNwlRecId", &jni.string("5,9"), joined(chars("5,9"), given_back(quoted("5,9"))));
     carry("TslSatlRecId", "tslSatlRecId", &jni.string("7,1"), joined(chars("7,1"), given_back(quoted("7,1"))));
@@ -82,7 +82,7 @@ TEST_F(TransportStreamCalls, EveryKeysFieldIsFoundAndReadBeforeTheKeysStringIsGi
                      joined(Lines{"GetArrayLength(array)", "GetObjectArrayElement(0)"}, entry,
                             Lines{"GetObjectArrayElement(1)", "GetObjectArrayElement(2)"}, entry, given_back("array")));
     ASSERT_EQ(reads.size(), 32U);
-    for (const int medium : {0, 1, 2, 3, 4}) { // what is read does not depend on it
+    for (const int medium : {0, 1, 2, 3, 4}) { // the calls do not depend on it
         jni.count_references_anew();
         jni.clear_journal();
         stream.int_fields["broadcastMedium"] = medium;
@@ -93,7 +93,7 @@ TEST_F(TransportStreamCalls, EveryKeysFieldIsFoundAndReadBeforeTheKeysStringIsGi
     EXPECT_EQ(jni.unreleased_chars(), 5 * 2); // of the two names
 }
 
-TEST_F(TransportStreamCalls, NothingIsAskedOfANullFieldOrATooLongArray) {
+TEST_F(TransportStreamCalls, ANullFieldOrATooLongArrayIsNotReadFurther) {
     carry("TslNwlRecId", "tslNwlRecId", nullptr, {});
     carry("TslSatlRecId", "tslSatlRecId", nullptr, {});
     carry("NetworkName", "networkName", nullptr, {});
@@ -110,7 +110,7 @@ TEST_F(TransportStreamCalls, NothingIsAskedOfANullFieldOrATooLongArray) {
     EXPECT_EQ(jni.journal(), stream_conversion("stream", reads));
 }
 
-TEST_F(TransportStreamCalls, TheConversionFunctionsTellTheCodeThatStandsAlsoForAValueOutsideTheTable) {
+TEST_F(TransportStreamCalls, CodeLinesShowTheStoredCodeEvenForAValueOutsideTheTable) {
     log_level("D");
     for (const int value : {0, 1, 9, 10}) {
         TUNER_FEC_INNER_T code = 99;
@@ -132,7 +132,7 @@ TEST_F(TransportStreamCalls, TheConversionFunctionsTellTheCodeThatStandsAlsoForA
                      modulation + "28 ", modulation + "99 ", mode + "99 ", mode + "5 ", mode + "4 ", mode + "99 "}));
 }
 
-TEST_F(TransportStreamCalls, TheFrequencyIsStoredForAKnownMediumAndToldForAny) {
+TEST_F(TransportStreamCalls, TheFrequencyIsStoredForAKnownMediumAndLoggedForAny) {
     log_level("D");
     Lines expected;
     for (std::uint8_t medium = 0; medium <= 4; ++medium) {
@@ -147,7 +147,7 @@ TEST_F(TransportStreamCalls, TheFrequencyIsStoredForAKnownMediumAndToldForAny) {
     EXPECT_EQ(jni.journal(), expected);
 }
 
-TEST_F(TransportStreamCalls, ANameWithoutItsNulIsToldToTheEndOfItsField) {
+TEST_F(TransportStreamCalls, ANameWithoutItsNulIsLoggedToTheEndOfItsField) {
     log_level("D");
     std::memset(&record, 0xFF, sizeof(record));
     carry("AcTsName", "acTsName", &jni.string(std::string(41, 'x')), {}); // too long to be stored

@@ -182,7 +182,7 @@ TEST_F(TransportStreamRecord, EveryCodeKeyConvertsByItsTableAndFallsBack) {
     }
 }
 
-TEST_F(TransportStreamRecord, CodesWithoutAPlaceInTheMediumStoreNothing) {
+TEST_F(TransportStreamRecord, CodesWithoutAFieldForTheMediumAreDropped) {
     const struct {
         const char* key;
         const char* field;
@@ -205,7 +205,7 @@ TEST_F(TransportStreamRecord, Bandwidth7999GivesZeroAnd1712GivesSix) {
     EXPECT_EQ(convert(), with(48, 4, 6));
 }
 
-TEST_F(TransportStreamRecord, CodeRateOneIsTwelveOnSatelliteZeroOnTerrestrialAndNothingOnCable) {
+TEST_F(TransportStreamRecord, CodeRateOneIs12OnSatellite0OnTerrestrialAndUnsetOnCable) {
     set("CodeRate", "codeRate", 1);
     medium(3);
     EXPECT_EQ(convert(), with(108, 4, 12));
@@ -215,7 +215,7 @@ TEST_F(TransportStreamRecord, CodeRateOneIsTwelveOnSatelliteZeroOnTerrestrialAnd
     EXPECT_EQ(convert(), before);
 }
 
-TEST_F(TransportStreamRecord, ModulationGoesToItsSharedPlaceAndForSatelliteToItsOwnToo) {
+TEST_F(TransportStreamRecord, ModulationHasASharedFieldAndOneForSatelliteAsWell) {
     for (const jint value : {0, 1, 5, 28, 29, -1}) {
         const auto code = static_cast<std::uint32_t>(value >= 1 && value <= 28 ? value : 0);
         set("Modulation", "modulation", value);
@@ -230,7 +230,7 @@ TEST_F(TransportStreamRecord, ModulationGoesToItsSharedPlaceAndForSatelliteToIts
     }
 }
 
-TEST_F(TransportStreamRecord, TheMediumThatTheObjectCarriesDecidesAboutTheKeysBehindIt) {
+TEST_F(TransportStreamRecord, TheMediumOfTheObjectAppliesToTheKeysAfterIt) {
     stream.keys = {"BroadcastMedium", "SignalQuality"};
     stream.int_fields = {{"broadcastMedium", 0x102}, {"signalQuality", 77}};
     medium(3);
@@ -239,13 +239,13 @@ TEST_F(TransportStreamRecord, TheMediumThatTheObjectCarriesDecidesAboutTheKeysBe
     EXPECT_EQ(convert(), expected);
 }
 
-TEST_F(TransportStreamRecord, StandardsBecomeTheModeOfTheJavaMediumWhetherOrNotItsKeyIsSet) {
+TEST_F(TransportStreamRecord, StandardsSetTheModeOfTheJavaMediumEvenWithoutItsKey) {
     const struct {
         jint java_medium;
         std::size_t offset;
         std::map<jint, std::uint32_t> codes;
     } cases[] = {{1, 120, {{3, 1}, {4, 2}}}, {2, 80, {{1, 1}, {2, 2}}}, {3, 92, {{5, 1}, {6, 2}}}};
-    medium(4); // of the record: it does not count
+    medium(4); // the medium of the record is ignored
     for (const auto& c : cases) {
         for (jint standard = 0; standard <= 7; ++standard) {
             set("Standard", "standard", standard);
@@ -261,7 +261,7 @@ TEST_F(TransportStreamRecord, StandardsBecomeTheModeOfTheJavaMediumWhetherOrNotI
     }
 }
 
-TEST_F(TransportStreamRecord, GuardIntervalsGoByTheTerrestrialModeWhateverTheMedium) {
+TEST_F(TransportStreamRecord, GuardIntervalsDependOnTheTerrestrialModeForEveryMedium) {
     for (std::uint8_t m = 0; m <= 4; ++m) {
         medium(m);
         for (jint value = 0; value <= 10; ++value) {
@@ -278,7 +278,7 @@ TEST_F(TransportStreamRecord, GuardIntervalsGoByTheTerrestrialModeWhateverTheMed
     }
 }
 
-TEST_F(TransportStreamRecord, TheGuardIntervalGoesByTheModeThatTheSameObjectSets) {
+TEST_F(TransportStreamRecord, TheGuardIntervalDependsOnTheModeThatTheSameObjectSets) {
     medium(1);
     before = with(120, 4, 0);
     stream.keys = {"Standard", "GuardInterval"};
@@ -294,7 +294,7 @@ TEST_F(TransportStreamRecord, ThePolarizationWinsOverTheTransmissionMode) {
     EXPECT_EQ(convert(), with(76, 4, 9));
 }
 
-TEST_F(TransportStreamRecord, TheBarkerFlagIsSetByPositiveValuesAndTheHomeFlagByOneAlone) {
+TEST_F(TransportStreamRecord, TheBarkerFlagIsSetByPositiveValuesTheHomeFlagByOneOnly) {
     for (const std::uint32_t word : {0U, 0xFFFFFFFFU}) {
         for (const jint value : {-1, 0, 1, 2}) {
             before = with(8, 4, word);
@@ -307,7 +307,7 @@ TEST_F(TransportStreamRecord, TheBarkerFlagIsSetByPositiveValuesAndTheHomeFlagBy
     }
 }
 
-TEST_F(TransportStreamRecord, RecordIdentifiersNameTheNetworkAndTheSatellite) {
+TEST_F(TransportStreamRecord, RecordIdentifiersSetTheNetworkAndTheSatellite) {
     set("TslNwlRecId", "tslNwlRecId", &jni.string("300,70000"));
     Bytes expected = with(18, 2, 4464);
     put(expected, 20, 1, 44);
@@ -322,7 +322,7 @@ TEST_F(TransportStreamRecord, RecordIdentifiersNameTheNetworkAndTheSatellite) {
     }
 }
 
-TEST_F(TransportStreamRecord, NamesAreStoredWhenShorterThanTheirFieldAndTheBytesBehindStay) {
+TEST_F(TransportStreamRecord, NamesShorterThanTheirFieldAreStoredAndTheRestIsKept) {
     const struct {
         const char* key;
         const char* field;
@@ -375,7 +375,7 @@ TEST_F(TransportStreamRecord, UpToFiveAlternateFrequenciesAreStoredAndTheRestZer
     EXPECT_EQ(convert(), entries({{0, 0}, {2, 2}}));
 }
 
-TEST_F(TransportStreamRecord, LinesAreWrittenWheneverTheirKeyIsPresent) {
+TEST_F(TransportStreamRecord, EveryKeyThatIsPresentWritesItsLine) {
     log_level("D");
     medium(4);
     before = with(44, 4, 1234);
@@ -406,7 +406,7 @@ TEST_F(TransportStreamRecord, LinesAreWrittenWheneverTheirKeyIsPresent) {
                                          }));
 }
 
-TEST_F(TransportStreamRecord, TheConversionFunctionsLeaveTheirOutputAloneForAValueOutsideTheTable) {
+TEST_F(TransportStreamRecord, AValueOutsideItsTableLeavesTheOutputOfItsFunctionAlone) {
     TUNER_FEC_INNER_T fec = 99;
     _get_fecInner_by_switch(10, fec);
     EXPECT_EQ(fec, 99U);
@@ -424,7 +424,7 @@ TEST_F(TransportStreamRecord, TheConversionFunctionsLeaveTheirOutputAloneForAVal
     EXPECT_EQ(mode, 4U);
 }
 
-TEST_F(TransportStreamRecord, TheModeWordIsThatOfTheMedium) {
+TEST_F(TransportStreamRecord, TheModeIsWhereTheMediumKeepsIt) {
     const std::size_t offsets[] = {120, 120, 80, 92, 120};
     for (std::uint8_t m = 0; m <= 4; ++m) {
         _TSL_REC_T zero = {};
@@ -462,7 +462,7 @@ TEST_F(TransportStreamRecord, KeysAreAskedInOrderOnTheClassFoundByItsName) {
     EXPECT_EQ(jni.journal(), expected);
 }
 
-TEST_F(TransportStreamRecord, EveryFailureOfThePlatformEndsTheConversionWithTheExceptionPending) {
+TEST_F(TransportStreamRecord, AnyFailureEndsTheConversionWithTheExceptionPending) {
     stream.keys = {"BroadcastType", "TslNwlRecId",
                    "Frequency",     "NetworkName",
                    "FecInner",      "Standard",
