@@ -66,112 +66,72 @@ private:
 
     std::vector<Operation> list_operations(int id) {
         const std::string at = "@" + key(id);
-        std::vector<Operation> all(5);
-        Operation& close = all[0];
-        close.name = "close";
-        close.run = [=] { return manager->close(id); };
-        close.entry = entry("close", id);
-        close.deciding = "close";
-        close.work = call("close(" + at + ")");
-        close.done = forgotten(id);
-        close.closes = true;
+        Operation close{"close", [=] { return manager->close(id); }, entry("close", id), "close",
+                        call("close(" + at + ")")};
+        Operation remove{"_delete", [=] { return manager->delete_list(id); }, entry("_delete", id), "delete",
+                         call("delete(" + at + ")")};
+        close.done = remove.done = forgotten(id);
+        close.closes = remove.closes = true;
 
-        Operation& remove = all[1];
-        remove.name = "_delete";
-        remove.run = [=] { return manager->delete_list(id); };
-        remove.entry = entry("_delete", id);
-        remove.deciding = "delete";
-        remove.work = call("delete(" + at + ")");
-        remove.done = forgotten(id);
-        remove.closes = true;
-
-        Operation& clean = all[2];
-        clean.name = "clean";
-        clean.run = [=] { return manager->clean(id); };
-        clean.entry = entry(kind.clean_prefix, "clean", id);
-        clean.deciding = "clean";
-        clean.work = locked(id, call("clean(" + at + ")"));
-
-        Operation& store = all[3];
-        store.name = "store";
-        store.run = [=] { return manager->store(id, "/data/list.bin"); };
-        store.entry = store_entry(id, "/data/list.bin");
-        store.deciding = "fs_store";
-        store.work = locked(id, call("fs_store(" + at + ", \"/data/list.bin\", " + key(id) + ")"));
+        const Operation clean{"clean", [=] { return manager->clean(id); }, entry(kind.clean_prefix, "clean", id),
+                              "clean", locked(id, call("clean(" + at + ")"))};
+        const Operation store{"store", [=] { return manager->store(id, "/data/list.bin"); },
+                              store_entry(id, "/data/list.bin"), "fs_store",
+                              locked(id, call("fs_store(" + at + ", \"/data/list.bin\", " + key(id) + ")"))};
 
         // The number that comes with a failed count is ignored.
-        Operation& count = all[4];
-        count.name = "getInfoListNum";
-        count.run = [=] { return manager->count(id); };
-        count.entry = entry("getInfoListNum", id);
-        count.deciding = kind.count_call;
-        count.work = call(count.deciding + "(" + at + ")");
-        count.done = counted(65535);
-        count.failed = count.with_handle_zero = counted(0);
-        count.handle_zero_result = count.failed_result = 0;
+        Operation count{"getInfoListNum", [=] { return manager->count(id); }, entry("getInfoListNum", id),
+                        kind.count_call, call(kind.count_call + ("(" + at) + ")")};
         count.answer = with_value(0, 65535);
         count.done_result = 65535;
-        return all;
+        count.done = counted(65535);
+        count.failed_result = count.handle_zero_result = 0;
+        count.failed = count.with_handle_zero = counted(0);
+        return {close, remove, clean, store, count};
     }
 
     std::vector<Operation> record_operations(int id) {
         const std::string at = "@" + key(id);
         const std::string named = std::to_string(id) + ",17";
         const Bytes sample = kind.sample();
-        std::vector<Operation> all(5);
-        Operation& update = all[0];
-        update.name = "updateInfo";
-        update.run = [=] {
-            Bytes record = sample;
-            const int result = manager->update(id, record);
-            EXPECT_EQ(record, sample);
-            return result;
-        };
-        update.entry = entry("updateInfo", id);
-        update.deciding = "update_rec";
-        update.with_handle_zero = record_line("updateInfo", sample);
-        update.work = update.with_handle_zero + call("update_rec(" + at + ", record, 0)", sample);
+        const Steps line = record_line("updateInfo", sample);
+        Operation update{"updateInfo",
+                         [=] {
+                             Bytes record = sample;
+                             const int result = manager->update(id, record);
+                             EXPECT_EQ(record, sample);
+                             return result;
+                         },
+                         entry("updateInfo", id), "update_rec",
+                         line + call("update_rec(" + at + ", record, 0)", sample)};
+        update.with_handle_zero = line;
 
-        Operation& remove = all[1];
-        remove.name = "removeInfo";
-        remove.run = [=] { return manager->remove(named); };
-        remove.entry = identifier_line("removeInfo", named) + removal_line(id, 17);
+        Operation remove{"removeInfo", [=] { return manager->remove(named); },
+                         identifier_line("removeInfo", named) + removal_line(id, 17), "del_rec", removal(id, 17)};
+        Operation remove_by_id{"removeInfoByRecId", [=] { return manager->remove_by_record_id(id, "9,17"); },
+                               identifier_line("removeInfoByRecId", "9,17") + removal_by_id_line(id, 17), "del_rec",
+                               removal(id, 17)};
+        remove.failed_work = remove_by_id.failed_work = removal(id, 17, kAnyFailure);
+        remove.opens = remove_by_id.opens = kind.removes_from_closed_lists;
 
-        Operation& remove_by_id = all[2];
-        remove_by_id.name = "removeInfoByRecId";
-        remove_by_id.run = [=] { return manager->remove_by_record_id(id, "9,17"); };
-        remove_by_id.entry = identifier_line("removeInfoByRecId", "9,17") + removal_by_id_line(id, 17);
-        for (Operation* removing : {&remove, &remove_by_id}) {
-            removing->deciding = "del_rec";
-            removing->work = removal(id, 17);
-            removing->failed_work = removal(id, 17, kAnyFailure);
-            removing->opens = kind.removes_from_closed_lists;
-        }
-
-        Operation& get = all[3];
-        get.name = "getInfo";
-        get.run = [=] {
-            Bytes record(sample.size());
-            return manager->get(id, 17, record);
-        };
-        get.entry = get_entry(id, 17);
-        get.deciding = "get_rec";
-        get.work = call("get_rec(" + at + ", 17)");
+        Operation get{"getInfo",
+                      [=] {
+                          Bytes record(sample.size());
+                          return manager->get(id, 17, record);
+                      },
+                      get_entry(id, 17), "get_rec", call("get_rec(" + at + ", 17)")};
         get.done = get.failed = got(sample);
-
-        Operation& get_at = all[4];
-        get_at.name = "getInfoByIdx";
-        get_at.run = [=] {
-            Bytes record(sample.size());
-            int version = 0;
-            return manager->get_by_index(id, 4, version, record);
-        };
-        get_at.entry = index_entry("getInfoByIdx", id, 4);
-        get_at.deciding = "get_rec_by_rec_idx";
-        get_at.work = call("get_rec_by_rec_idx(" + at + ", 4)");
+        Operation get_at{"getInfoByIdx",
+                         [=] {
+                             Bytes record(sample.size());
+                             int version = 0;
+                             return manager->get_by_index(id, 4, version, record);
+                         },
+                         index_entry("getInfoByIdx", id, 4), "get_rec_by_rec_idx",
+                         call("get_rec_by_rec_idx(" + at + ", 4)")};
         get_at.done = get_at.failed = record_line("getInfoByIdx", sample);
         get.answer = get_at.answer = with_record(0, sample);
-        return all;
+        return {update, remove, remove_by_id, get, get_at};
     }
 
     std::vector<Operation> lock_operations(int id) {
@@ -185,14 +145,13 @@ private:
                      {"readUnlock", kReadUnlock, "read_unlock"}};
         std::vector<Operation> all;
         for (const auto& lock : locks) {
-            Operation operation;
-            operation.name = lock.name;
-            operation.run = [this, id, which = lock.which] { return manager->lock(which, id); };
-            operation.deciding = lock.call;
-            operation.work = call(lock.call + ("(@" + key(id)) + ")");
-            operation.with_handle_zero = call(lock.call + std::string("(0x0)"));
-            operation.handle_zero_result = 0;
-            all.push_back(operation);
+            all.push_back({lock.name,
+                           [this, id, which = lock.which] { return manager->lock(which, id); },
+                           {},
+                           lock.call,
+                           call(lock.call + ("(@" + key(id)) + ")")});
+            all.back().with_handle_zero = call(lock.call + std::string("(0x0)"));
+            all.back().handle_zero_result = 0;
         }
         return all;
     }

@@ -1,5 +1,6 @@
 #include "fake_jni.h"
 #include "jni/records/channel_record.h"
+#include "record_calls.h"
 #include "script.h"
 #include "scripted_test.h"
 
@@ -13,12 +14,11 @@
 namespace script = tavro::script;
 using tavro::Jni;
 using tavro::RecordObject;
-using tavro::test::FakeJni;
-using tavro::test::FakeObject;
 
 namespace {
 
-using Lines = std::vector<std::string>;
+using namespace tavro::test;
+
 using Bytes = std::array<unsigned char, sizeof(_SVL_REC_T)>;
 
 constexpr std::size_t kSpecific = 152; // where the broadcast-specific part begins
@@ -130,8 +130,9 @@ protected:
         std::memcpy(&record, before.data(), before.size());
     }
 
-    void convert(Part part) {
-        Jni env(jni.env());
+    void convert(Part part) { convert(part, jni); }
+    void convert(Part part, FakeJni& platform) {
+        Jni env(platform.env());
         RecordObject object(env, static_cast<jclass>(FakeJni::ref(cls)), FakeJni::ref(channel),
                             tavro::kChannelContainsKey);
         switch (part) {
@@ -402,95 +403,92 @@ TEST_F(ChannelRecord, DebugLinesOfTheSpecificPart) {
 const std::string kMethod =
     "GetMethodID(isContainsKey, (Lcom/velotra/tv/tavro/services/channellist/VltTvChannelInfoBase;Ljava/lang/String;)Z)";
 
-void ask(Lines& lines, std::initializer_list<const char*> keys) {
+// Looks up the method and asks the object for those keys, of which it has none.
+Lines stage(std::initializer_list<const char*> keys) {
+    Lines lines{kMethod};
     for (const char* key : keys) {
-        const std::string quoted = '"' + std::string(key) + '"';
-        lines.push_back("NewStringUTF(" + quoted + ")");
-        lines.push_back("channel.isContainsKey(channel, " + quoted + ")");
-        lines.push_back("DeleteLocalRef(" + quoted + ")");
+        lines = joined(lines, asked("channel", key));
     }
+    return lines;
 }
 
 TEST_F(ChannelRecord, HeaderKeysAreAskedInOrderWithTheMethodLookedUpThreeTimes) {
     convert(Part::kHeader);
-    Lines expected{kMethod};
-    ask(expected, {"ServiceId", "TslRecId", "SatlRecId", "BroadcastType", "ServiceName", "VnetActive", "VnetEpg",
-                   "VnetVisible", "VnetNumericSelectable", "VnetScrambled"});
-    expected.push_back(kMethod);
-    ask(expected, {"ServiceType",
-                   "VoptUserTmpUnlock",
-                   "VoptChNameEdited",
-                   "VoptLcnApplied",
-                   "VoptHdSimulcast",
-                   "VoptSdtAvailable",
-                   "VoptChNumEdited",
-                   "VoptPortugalHdSiMulcast",
-                   "VoptDeletedByUser",
-                   "Vopt2SdtActualAvailable",
-                   "Vopt2SvcEitSchedule",
-                   "VnetBrdcstSvc",
-                   "VoptStreamReqBlock",
-                   "VoptInteractRestrict",
-                   "VnetInbList",
-                   "VnetBackup1",
-                   "ventNewServiceByBGM",
-                   "vopt2NewServiceByMonitor",
-                   "vopt2NewServiceBasedOnOPT",
-                   "ventChannelBlock"});
-    expected.push_back(kMethod);
-    ask(expected, {"ventChannelBlock"});
+    const Lines expected =
+        joined(stage({"ServiceId", "TslRecId", "SatlRecId", "BroadcastType", "ServiceName", "VnetActive", "VnetEpg",
+                      "VnetVisible", "VnetNumericSelectable", "VnetScrambled"}),
+               stage({"ServiceType",
+                      "VoptUserTmpUnlock",
+                      "VoptChNameEdited",
+                      "VoptLcnApplied",
+                      "VoptHdSimulcast",
+                      "VoptSdtAvailable",
+                      "VoptChNumEdited",
+                      "VoptPortugalHdSiMulcast",
+                      "VoptDeletedByUser",
+                      "Vopt2SdtActualAvailable",
+                      "Vopt2SvcEitSchedule",
+                      "VnetBrdcstSvc",
+                      "VoptStreamReqBlock",
+                      "VoptInteractRestrict",
+                      "VnetInbList",
+                      "VnetBackup1",
+                      "ventNewServiceByBGM",
+                      "vopt2NewServiceByMonitor",
+                      "vopt2NewServiceBasedOnOPT",
+                      "ventChannelBlock"}),
+               stage({"ventChannelBlock"}));
     EXPECT_EQ(jni.journal(), expected);
 }
 
 TEST_F(ChannelRecord, DvbKeysAreAskedInOrder) {
     convert(Part::kDvb);
-    Lines expected{kMethod};
-    ask(expected, {"LogicalChannelNumber",
-                   "ServiceShortName",
-                   "CaSystemId",
-                   "ServiceRunningStatus",
-                   "CaReplacementOnId",
-                   "CaReplacementTsId",
-                   "CaRepalacementSvcId",
-                   "SvcReplacementOnId",
-                   "SvcReplacementTsId",
-                   "SvcReplacementSvcId",
-                   "CompleteEitSchOnId",
-                   "CompleteEitSchTsId",
-                   "CompleteEitSchSvcId",
-                   "HdSimulCastOnId",
-                   "HdSimulcastTsId",
-                   "HdSimulcastSvcId",
-                   "FreeCaMode",
-                   "CiHostShunningMode",
-                   "OriginalLcn",
-                   "LcnIndex",
-                   "CompDescInfo",
-                   "SdtServiceType",
-                   "DadInfo",
-                   "TargetRegionLevel",
-                   "TargetRegionCode",
-                   "SdtStreamContent",
-                   "SdtStreamContentExt",
-                   "SdtStreamComponentType",
-                   "LinkageDescrMask",
-                   "CiTuneService",
-                   "EitPfFlag",
-                   "DisplayingIdFlag",
-                   "DisplayingTsId",
-                   "DisplayingServiceId",
-                   "ServiceProfileName",
-                   "CategoryMask"});
+    const Lines expected = stage({"LogicalChannelNumber",
+                                  "ServiceShortName",
+                                  "CaSystemId",
+                                  "ServiceRunningStatus",
+                                  "CaReplacementOnId",
+                                  "CaReplacementTsId",
+                                  "CaRepalacementSvcId",
+                                  "SvcReplacementOnId",
+                                  "SvcReplacementTsId",
+                                  "SvcReplacementSvcId",
+                                  "CompleteEitSchOnId",
+                                  "CompleteEitSchTsId",
+                                  "CompleteEitSchSvcId",
+                                  "HdSimulCastOnId",
+                                  "HdSimulcastTsId",
+                                  "HdSimulcastSvcId",
+                                  "FreeCaMode",
+                                  "CiHostShunningMode",
+                                  "OriginalLcn",
+                                  "LcnIndex",
+                                  "CompDescInfo",
+                                  "SdtServiceType",
+                                  "DadInfo",
+                                  "TargetRegionLevel",
+                                  "TargetRegionCode",
+                                  "SdtStreamContent",
+                                  "SdtStreamContentExt",
+                                  "SdtStreamComponentType",
+                                  "LinkageDescrMask",
+                                  "CiTuneService",
+                                  "EitPfFlag",
+                                  "DisplayingIdFlag",
+                                  "DisplayingTsId",
+                                  "DisplayingServiceId",
+                                  "ServiceProfileName",
+                                  "CategoryMask"});
     EXPECT_EQ(jni.journal(), expected);
 }
 
 TEST_F(ChannelRecord, DtmbKeysAreAskedInOrder) {
     convert(Part::kDtmb);
-    Lines expected{kMethod};
-    ask(expected, {"ServiceShortName", "CaSystemId", "ServiceRunningStatus", "CaReplacementOnId", "CaReplacementTsId",
-                   "CaRepalacementSvcId", "SvcReplacementOnId", "SvcReplacementTsId", "SvcReplacementSvcId",
-                   "CompleteEitSchOnId", "CompleteEitSchTsId", "CompleteEitSchSvcId", "HdSimulCastOnId",
-                   "HdSimulcastTsId", "HdSimulcastSvcId", "FreeCaMode", "SdtServiceType", "LinkageDescrMask"});
+    const Lines expected = joined(
+        stage({"ServiceShortName", "CaSystemId", "ServiceRunningStatus", "CaReplacementOnId", "CaReplacementTsId",
+               "CaRepalacementSvcId", "SvcReplacementOnId", "SvcReplacementTsId", "SvcReplacementSvcId",
+               "CompleteEitSchOnId", "CompleteEitSchTsId", "CompleteEitSchSvcId", "HdSimulCastOnId", "HdSimulcastTsId",
+               "HdSimulcastSvcId", "FreeCaMode", "SdtServiceType", "LinkageDescrMask"}));
     EXPECT_EQ(jni.journal(), expected);
 }
 
@@ -563,17 +561,8 @@ TEST_F(ChannelRecord, AnyFailureEndsTheConversionWithTheExceptionPending) {
         for (int n = 1; !clean; ++n) {
             FakeJni failing;
             failing.fail_nth(n);
-            Jni env(failing.env());
-            RecordObject object(env, static_cast<jclass>(FakeJni::ref(cls)), FakeJni::ref(channel),
-                                tavro::kChannelContainsKey);
             std::memcpy(&record, before.data(), before.size());
-            if (part == Part::kHeader) {
-                _set_header_info(object, record.t_header);
-            } else if (part == Part::kDvb) {
-                _set_dvb_info(object, record.u_specific.t_dvb);
-            } else {
-                _set_dtmb_info(object, record.u_specific.t_dtmb);
-            }
+            convert(part, failing);
             clean = !failing.exception_pending();
             EXPECT_EQ(failing.forbidden_calls(), Lines{}) << n;
             EXPECT_LT(n, 400);

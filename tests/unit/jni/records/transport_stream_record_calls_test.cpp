@@ -68,6 +68,11 @@ protected:
     _TSL_REC_T record = {};
 };
 
+TEST_F(TransportStreamCalls, KeysAreAskedInOrderOnTheClassFoundByItsName) {
+    convert();
+    EXPECT_EQ(jni.journal(), stream_conversion("stream"));
+}
+
 TEST_F(TransportStreamCalls, EveryFieldIsReadWhileTheStringOfItsKeyIsHeld) {
     carry_numbers();
     carry("TslNwlRecId", "tslNwlRecId", &jni.string("5,9"), joined(chars("5,9"), given_back(quoted("5,9"))));

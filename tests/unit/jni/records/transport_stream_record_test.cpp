@@ -437,31 +437,6 @@ TEST_F(TransportStreamRecord, TheModeIsWhereTheMediumKeepsIt) {
     }
 }
 
-TEST_F(TransportStreamRecord, KeysAreAskedInOrderOnTheClassFoundByItsName) {
-    convert();
-    const std::string method = "GetMethodID(isContainsKey, (Lcom/velotra/tv/tavro/services/channellist/"
-                               "VltTvTransportStreamInfoBase;Ljava/lang/String;)Z)";
-    Lines expected = {"FindClass(com/velotra/tv/tavro/services/channellist/VltTvTransportStreamInfoBase)"};
-    const std::vector<std::vector<const char*>> stages = {
-        {"BroadcastType", "BroadcastMedium", "NetworkId", "OriginalNetworkId", "TransportStreamId", "TslNwlRecId",
-         "Frequency", "Bandwidth", "BroadcastMode", "PlpId", "PlpGroupId", "NetworkName", "BarkerChannel"},
-        {"FecInner", "Modulation", "Standard", "GuardInterval", "TransmissionMode"},
-        {"Hierarchy", "FecOuter", "SymbolRate", "PilotInsert", "RollOff", "CodeRate", "IsHomeTransponder"},
-        {"TslSatlRecId", "AcTsName", "TunerPolarizaTion", "SignalStrength", "SignalQuality"},
-        {"AlternateFrequencyInfoList", "RcKeyId"}};
-    for (const auto& stage : stages) {
-        expected.push_back(method);
-        for (const char* key : stage) {
-            const std::string quoted = '"' + std::string(key) + '"';
-            expected.push_back("NewStringUTF(" + quoted + ")");
-            expected.push_back("stream.isContainsKey(stream, " + quoted + ")");
-            expected.push_back("DeleteLocalRef(" + quoted + ")");
-        }
-    }
-    expected.push_back("DeleteLocalRef(com/velotra/tv/tavro/services/channellist/VltTvTransportStreamInfoBase)");
-    EXPECT_EQ(jni.journal(), expected);
-}
-
 TEST_F(TransportStreamRecord, AnyFailureEndsTheConversionWithTheExceptionPending) {
     stream.keys = {"BroadcastType", "TslNwlRecId",
                    "Frequency",     "NetworkName",
