@@ -51,18 +51,14 @@ namespace script = tavro::script;
 
 class ScanCacheCopy : public tavro::test::ScriptedTest {
 protected:
-    ScanCacheCopy() {
-        SvlKind::handles().clear();
-        seen.clear();
-    }
-    ~ScanCacheCopy() override { SvlKind::handles().clear(); }
+    ScanCacheCopy() { seen.clear(); }
 };
 
 TEST_F(ScanCacheCopy, PassesAFreshCopyOfThePath) {
     for (const std::string& path :
          {std::string("/scan_cable"), std::string("/data/") + std::string(200, 'x') + "/scan_cable.bin"}) {
         seen.clear();
-        SvlKind::handles().clear();
+        start_again();
         script::answer("x_svl_fs_sync", script::Answer{-12}); // not a list file: prepared, then seeded
         NativeVltTvChannelList manager;
         ASSERT_EQ(manager.open(5, path), 0);

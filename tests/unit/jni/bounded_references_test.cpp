@@ -25,7 +25,7 @@ protected:
     };
     // Runs the native on that many elements, records and keys.
     static References walk(const Walk& native, std::size_t length, bool with_names) {
-        clear();
+        forget_open_lists();
         count(static_cast<std::uint32_t>(length));
         FakeJni jni;
         std::vector<FakeObject*> elements;

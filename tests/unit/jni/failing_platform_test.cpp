@@ -140,8 +140,7 @@ class FailingPlatform : public tavro::test::EveryNativeTest, public testing::Wit
 TEST_P(FailingPlatform, NothingButCleanUpFollowsTheFailureOfAnyCall) {
     bool clean = false;
     for (int n = 1; !clean; ++n) {
-        script::reset();
-        clear();
+        start_again();
         count(2);
         FakeJni jni;
         FakeObject& object = filled_object(jni);
@@ -252,7 +251,7 @@ TEST_P(FailingIdentifier, WithoutCharactersFailsTheListUpdateAndReleasesTheLock)
         std::size_t after;
     } cases[] = {{0, 0}, {0, 1}, {1, 0}, {1, 1}};
     for (const auto& c : cases) {
-        script::reset();
+        start_again();
         FakeJni jni;
         FakeObject& good = filled_object(jni);
         for (const char* field : {"svlIdSvlRecId", "tslIdTslRecId", "NwlIdNwlRecId"}) {

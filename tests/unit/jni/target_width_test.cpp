@@ -35,16 +35,6 @@ jint low_half(const void* address) {
 
 class TargetWidth : public tavro::test::ScriptedTest {
 protected:
-    TargetWidth() { forget(); }
-    ~TargetWidth() override { forget(); }
-
-    static void forget() {
-        for (HandleMap* handles :
-             {&SvlKind::handles(), &TslKind::handles(), &NwlKind::handles(), &SatlKind::handles()}) {
-            handles->clear();
-        }
-    }
-
     // The number of `width` bytes at an offset of the record that was last added.
     static std::uint32_t added(std::size_t offset, std::size_t width) {
         std::uint32_t number = 0;

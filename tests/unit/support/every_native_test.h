@@ -1,4 +1,4 @@
-// A test of natives of all four list kinds over the fake platform and the scripted middleware.
+// A test of the natives of all four list kinds over the fake JNI platform and the scripted middleware.
 #pragma once
 
 #include "fake_jni.h"
@@ -14,7 +14,7 @@
 
 namespace tavro::test {
 
-// All four managers, over a platform without open lists.
+// Sets up all four managers.
 class EveryNativeTest : public ScriptedTest {
 protected:
     EveryNativeTest() {
@@ -22,23 +22,15 @@ protected:
         tsList = &streams;
         nwList = &networks;
         satList = &satellites;
-        clear();
     }
     ~EveryNativeTest() override {
-        clear();
         chList = nullptr;
         tsList = nullptr;
         nwList = nullptr;
         satList = nullptr;
     }
 
-    static void clear() {
-        for (HandleMap* map : {&SvlKind::handles(), &TslKind::handles(), &NwlKind::handles(), &SatlKind::handles()}) {
-            map->clear();
-        }
-    }
-
-    // Lets every list have that many records.
+    // Gives every list that many records.
     static void count(std::uint32_t number) {
         for (const char* call :
              {"x_svl_get_num_rec_by_brdcst_type", "x_tsl_get_num_recs", "x_nwl_get_num_rec", "x_satl_get_num_recs"}) {
@@ -46,7 +38,7 @@ protected:
         }
     }
 
-    // A record object of any kind that carries a bit of everything.
+    // A Java object that serves as a record of any kind and has keys and fields of every type.
     static FakeObject& filled_object(FakeJni& jni) {
         FakeObject& object = jni.object("object");
         object.keys = {"SvlIdSvlRecId",

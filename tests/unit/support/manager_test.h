@@ -45,12 +45,10 @@ inline constexpr char kNoLine[] = "";
 class ManagerTest : public ScriptedTest {
 protected:
     explicit ManagerTest(const Kind& kind_) : kind(kind_) { start(kEveryLine); }
-    ~ManagerTest() override { forget_handles(); }
 
     // Starts again with this log property: no journal, no scripted results, no open list.
     void start(const char* property) {
-        script::reset();
-        forget_handles();
+        start_again();
         verbosity = property;
         if (!verbosity.empty()) {
             log_level(property);
@@ -206,12 +204,6 @@ protected:
     const Kind& kind;
 
 private:
-    static void forget_handles() {
-        for (const Kind* any : kEveryKind) {
-            any->handles->clear();
-        }
-    }
-
     std::string list_line(const std::string& operation, int id) const {
         return "[" + operation + "]: " + kind.list_id + " = " + std::to_string(id);
     }

@@ -1,6 +1,10 @@
-// A test over the scripted platform, which starts and ends without a script.
+// A test over the scripted platform. It starts and ends without a script and without open lists.
 #pragma once
 
+#include "channellist/NativeVltTvChannelList.h"
+#include "channellist/NativeVltTvNetworkList.h"
+#include "channellist/NativeVltTvSatelliteList.h"
+#include "channellist/NativeVltTvTransportStreamList.h"
 #include "script.h"
 
 #include <gtest/gtest.h>
@@ -9,8 +13,19 @@ namespace tavro::test {
 
 class ScriptedTest : public testing::Test {
 protected:
-    ScriptedTest() { script::reset(); }
-    ~ScriptedTest() override { script::reset(); }
+    ScriptedTest() { start_again(); }
+    ~ScriptedTest() override { start_again(); }
+
+    // Forgets the script, the journal and every open list.
+    static void start_again() {
+        script::reset();
+        forget_open_lists();
+    }
+    static void forget_open_lists() {
+        for (HandleMap* map : {&SvlKind::handles(), &TslKind::handles(), &NwlKind::handles(), &SatlKind::handles()}) {
+            map->clear();
+        }
+    }
 
     // Opens the log gate from a level on ("d"), or closes it ("").
     static void log_level(const char* level) { script::set_property("vendor.vlt.broadcast.log.level", level); }
