@@ -33,7 +33,8 @@ struct Operation {
     bool closes = false;
 };
 
-class EveryOperation : public ManagerTest, public testing::WithParamInterface<std::tuple<const Kind*, const char*>> {
+class EveryOperation : public ManagerTest,
+                       public testing::WithParamInterface<std::tuple<const ListKind*, const char*>> {
 protected:
     EveryOperation() : ManagerTest(*std::get<0>(GetParam())) {}
 
@@ -112,7 +113,7 @@ private:
                                identifier_line("removeInfoByRecId", "9,17") + removal_by_id_line(id, 17), "del_rec",
                                removal(id, 17)};
         remove.failed_work = remove_by_id.failed_work = removal(id, 17, kAnyFailure);
-        remove.opens = remove_by_id.opens = kind.removes_from_closed_lists;
+        remove.opens = remove_by_id.opens = kind.removal_opens;
 
         Operation get{"getInfo",
                       [=] {
@@ -253,7 +254,7 @@ TEST_P(EveryOperation, MakesTheSameCallsWhateverTheGateLetsPass) {
     }
 }
 
-std::string operation_name(const testing::TestParamInfo<std::tuple<const Kind*, const char*>>& info) {
+std::string operation_name(const testing::TestParamInfo<std::tuple<const ListKind*, const char*>>& info) {
     return std::string(std::get<0>(info.param)->name) + "_" + std::get<1>(info.param);
 }
 

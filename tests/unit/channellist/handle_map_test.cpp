@@ -173,7 +173,7 @@ TEST_P(Handles, DestroyingAManagerClosesTheListsOfItsKindOnly) {
     auto other = kind.make();
     given_open(6);
     given_open(5);
-    for (const Kind* any : kEveryKind) {
+    for (const ListKind* any : kEveryKind) {
         any->handles->insert(9, 0x99);
     }
     other.reset();
@@ -181,7 +181,7 @@ TEST_P(Handles, DestroyingAManagerClosesTheListsOfItsKindOnly) {
                    call("close(@6)") + handle_line("clear", 9, 0x99) + call("close(0x99)"));
     expect_open_lists({});
     int left = 0;
-    for (const Kind* any : kEveryKind) {
+    for (const ListKind* any : kEveryKind) {
         left += any->handles->find(9) != nullptr ? 1 : 0;
     }
     EXPECT_EQ(left, 3);

@@ -16,7 +16,7 @@ TEST_P(Transcript, ReadsExactlyLikeThis) {
     const std::string networks = "log 3 NativeVltTvNetworkList_Cpp: [NativeVltTvNetworkList]";
     const std::string satellites = "log 3 [SATELITE] NativeVltTvSatelliteList_Cpp: ";
     Bytes zero(kind.record_bytes);
-    const std::map<const Kind*, Steps> expected = {
+    const std::map<const ListKind*, Steps> expected = {
         {&kServices,
          {{services + "[NativeVltChannelList][clean]: mwdbId = 1 \n"}, // deliberate: without "Tv"
           {services + "[NativeVltTvChannelList][getMwdbHandle]: mwdbId = 1 mwdbHandle:0x10001\n"},

@@ -1,6 +1,6 @@
-// The four list kinds as the manager tests see them: the words of their log lines and the rules in which they differ.
+// The four list kinds as the tests of the managers see them: their log lines and the rules in which they differ.
 //
-// A rule that one kind keeps differently is a member of Kind, not a separate test.
+// A rule that one kind keeps differently is a member of ListKind, not a separate test.
 #pragma once
 
 #include "any_manager.h"
@@ -22,7 +22,7 @@ inline void put_text(Bytes& record, std::size_t at, const char* text) {
     std::memcpy(record.data() + at, text, std::strlen(text) + 1);
 }
 
-// Reads them for a log line. A text ends at its NUL or at the end of its field.
+// Reads them as a log line shows them. A text ends at its NUL or at the end of its field.
 inline std::string number16(const Bytes& record, std::size_t at) {
     std::uint16_t number = 0;
     std::memcpy(&number, record.data() + at, sizeof(number));
@@ -33,7 +33,7 @@ inline std::string text_field(const Bytes& record, std::size_t at, std::size_t w
     return field.substr(0, field.find('\0'));
 }
 
-struct Kind {
+struct ListKind {
     // Where its manager, handles and middleware calls are found.
     const char* name = "";    // in the names of parameterized tests
     const char* word = "";    // calls start with "x_WORD_"
@@ -48,6 +48,7 @@ struct Kind {
     const char* class_name = ""; // starts the lines of handle operations and of reads by index
     const char* prefix = "";     // starts the lines of most operations
     const char* clean_prefix = "";
+    const char* count_prefix = "";
     const char* list_id = "mwdbId";
     const char* copy_source = "srcMwdbId";
     const char* copy_destination = "destMwdbId";
@@ -66,23 +67,22 @@ struct Kind {
         std::size_t width;
     };
     std::vector<ListIdField> list_id_fields{};      // overwritten by copyInfo
-    std::string (*printed)(const Bytes&) = nullptr; // how updates and reads log a record; null if they do not
+    std::string (*printed)(const Bytes&) = nullptr; // a record in the lines of updates and reads; null: no lines
 
     // Its rules.
     enum class GetLines { kNone, kListAndRecord, kIdentifier };
-    GetLines get_lines = GetLines::kNone;  // what getInfo logs before the look-up
-    bool get_prints_record = false;        // getInfo logs the record that it read
-    bool logs_lookups = true;              // the look-up of an open list writes a line
-    bool logs_opening = false;             // open ends with a "set handle ok" line
-    bool logs_prepared_file = false;       // open logs the file that it prepared
-    bool logs_count = false;               // getInfoListNum logs the count, after `count_prefix`
-    const char* count_prefix = "";         //
-    bool logs_removal_status = false;      // removals log the middleware's status, under the lock
-    bool cuts_logged_record_id = false;    // removals log the low 16 bits of the record id
-    bool removes_from_closed_lists = true; // removals open a list that is not open
-    bool cuts_index = true;                // getInfoByIdx passes the low 16 bits of the index
-    int failed_create_result = 0;          // open's result when the list cannot be created
-    bool looks_up_before_path = false;     // open with an empty path succeeds if the list is open
+    GetLines get_lines = GetLines::kNone; // what getInfo logs before the look-up
+    bool get_prints_record = false;       // getInfo logs the record that it read
+    bool logs_lookups = true;             // the look-up of an open list writes a line
+    bool logs_opening = false;            // open ends with a "set handle ok" line
+    bool logs_prepared_file = false;      // open logs the file that it prepared
+    bool logs_count = false;              // getInfoListNum logs its result
+    bool logs_removal_status = false;     // removals log the middleware's status, under the lock
+    bool cuts_logged_record_id = false;   // removals log the low 16 bits of the record id
+    bool removal_opens = true;            // removals open a list that is not open
+    bool cuts_index = true;               // getInfoByIdx passes the low 16 bits of the index
+    bool looks_up_before_path = false;    // open with an empty path succeeds if the list is open
+    int failed_create_result = 0;         // open's result when the list cannot be created
 
     std::string calls() const { return std::string("x_") + word + "_"; }
 
@@ -112,8 +112,8 @@ struct Kind {
     }
 };
 
-inline const Kind kServices = [] {
-    Kind kind;
+inline const ListKind kServices = [] {
+    ListKind kind;
     kind.name = "Services";
     kind.word = "svl";
     kind.number = 1;
@@ -135,7 +135,7 @@ inline const Kind kServices = [] {
                " ac_name:" + text_field(record, 40, 65);
     };
 
-    kind.get_lines = Kind::GetLines::kListAndRecord;
+    kind.get_lines = ListKind::GetLines::kListAndRecord;
     kind.get_prints_record = true;
     kind.logs_opening = true;
     kind.logs_prepared_file = true;
@@ -143,8 +143,8 @@ inline const Kind kServices = [] {
     return kind;
 }();
 
-inline const Kind kTransportStreams = [] {
-    Kind kind;
+inline const ListKind kTransportStreams = [] {
+    ListKind kind;
     kind.name = "TransportStreams";
     kind.word = "tsl";
     kind.number = 2;
@@ -170,12 +170,12 @@ inline const Kind kTransportStreams = [] {
     kind.logs_lookups = false;
     kind.logs_removal_status = true;
     kind.cuts_logged_record_id = true;
-    kind.removes_from_closed_lists = false;
+    kind.removal_opens = false;
     return kind;
 }();
 
-inline const Kind kNetworks = [] {
-    Kind kind;
+inline const ListKind kNetworks = [] {
+    ListKind kind;
     kind.name = "Networks";
     kind.word = "nwl";
     kind.number = 3;
@@ -199,14 +199,14 @@ inline const Kind kNetworks = [] {
                " s_nw_name:" + text_field(record, 13, 32);
     };
 
-    kind.get_lines = Kind::GetLines::kListAndRecord;
+    kind.get_lines = ListKind::GetLines::kListAndRecord;
     kind.get_prints_record = true;
     kind.logs_count = true;
     return kind;
 }();
 
-inline const Kind kSatellites = [] {
-    Kind kind;
+inline const ListKind kSatellites = [] {
+    ListKind kind;
     kind.name = "Satellites";
     kind.word = "satl";
     kind.number = 4;
@@ -229,15 +229,15 @@ inline const Kind kSatellites = [] {
     kind.record_id_at = 0;
     kind.name_at = 282;
 
-    kind.get_lines = Kind::GetLines::kIdentifier;
+    kind.get_lines = ListKind::GetLines::kIdentifier;
     kind.logs_count = true;
     kind.cuts_index = false;
     kind.looks_up_before_path = true;
     return kind;
 }();
 
-inline constexpr const Kind* kEveryKind[] = {&kServices, &kTransportStreams, &kNetworks, &kSatellites};
+inline constexpr const ListKind* kEveryKind[] = {&kServices, &kTransportStreams, &kNetworks, &kSatellites};
 
-inline void PrintTo(const Kind* kind, std::ostream* out) { *out << kind->name; }
+inline void PrintTo(const ListKind* kind, std::ostream* out) { *out << kind->name; }
 
 } // namespace tavro::test

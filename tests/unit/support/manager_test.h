@@ -28,7 +28,7 @@ namespace tavro::test {
 // One expected journal entry.
 struct Step {
     std::string text;
-    Bytes record{}; // what the middleware is handed to add or update
+    Bytes record{}; // the record of an add or update
 };
 using Steps = std::vector<Step>;
 
@@ -37,14 +37,14 @@ inline Steps operator+(Steps first, const Steps& then) {
     return first;
 }
 
-// Log property values: all lines pass, error lines alone, none (and the property is not set).
+// Values of the log property: all lines pass, only error lines pass, none pass (the property is not set).
 inline constexpr char kEveryLine[] = "v";
 inline constexpr char kErrorLines[] = "e";
 inline constexpr char kNoLine[] = "";
 
 class ManagerTest : public ScriptedTest {
 protected:
-    explicit ManagerTest(const Kind& kind_) : kind(kind_) { start(kEveryLine); }
+    explicit ManagerTest(const ListKind& kind_) : kind(kind_) { start(kEveryLine); }
 
     // Starts again with this log property: no journal, no scripted results, no open list.
     void start(const char* property) {
@@ -61,7 +61,7 @@ protected:
     void given_open(int id) { given_handle(id, handle(id)); }
     void given_handle(int id, std::uint32_t value) { ASSERT_TRUE(kind.handles->insert(id, value)); }
 
-    // Scripts the kind's middleware call of that name ("open").
+    // Scripts the result of the middleware call of that name ("open").
     void answer(const std::string& call, MwStatus status) { answer(call, script::Answer{status}); }
     void answer(const std::string& call, const script::Answer& what) { script::answer(kind.calls() + call, what); }
     void always(const std::string& call, MwStatus status) {
@@ -72,8 +72,7 @@ protected:
         return script::Answer{status, {}, record, version};
     }
 
-    // Log lines, and middleware calls. A call of the kind is written without the start of its name:
-    // call("open(5, 0, 0)").
+    // Log lines, and middleware calls. A call of the kind is written without its prefix: call("open(5, 0, 0)").
     Steps debug(const std::string& text) const { return {{std::string("log 3 ") + kind.tag + ": " + filled(text)}}; }
     Steps error(const std::string& text) const { return {{std::string("log 6 ") + kind.tag + ": " + filled(text)}}; }
     Steps call(const std::string& text, const Bytes& record = {}) const {
@@ -81,12 +80,13 @@ protected:
     }
     static Steps file_call(const std::string& text) { return {{text}}; }
 
-    // The first line of most operations, of adds and copies of a record to a companion list, of open and store with a
-    // path, of copy and of reads by index. Ids are logged as given.
+    // The first line of most operations. Ids are logged as given.
     Steps entry(const std::string& operation, int id = 5) const { return entry(kind.prefix, operation, id); }
     Steps entry(const std::string& prefix, const std::string& operation, int id) const {
         return debug(prefix + list_line(operation, id) + " \n");
     }
+    // The first line of addInfo and copyInfo of a companion list, of open and store with a path, of copy, and of reads
+    // by index.
     Steps record_entry(const std::string& operation, int id = 5) const { return entry("", operation, id); }
     Steps open_entry(int id, const std::string& path) const {
         return debug(kind.prefix + list_line("open", id) + " path = " + path + " \n");
@@ -102,14 +102,14 @@ protected:
         return debug("#" + list_line(operation, id) + " idx = " + std::to_string(index) + "\n");
     }
 
-    // The lines of an operation that is given an identifier ("5,17"): its text, then the numbers in it.
+    // An operation that takes an identifier ("5,17") logs its text and then the numbers in it. removeInfo and
+    // removeInfoByRecId have their own ways to log the numbers.
     Steps identifier_line(const std::string& operation, const std::string& identifier) const {
         return debug("[" + operation + "]: string recId = " + identifier + " \n");
     }
     Steps named_line(const std::string& operation, int list, int record) const {
         return numbers_line(operation, kind.named_list, list, kind.named_record, record);
     }
-    // Removals log the numbers in their own way.
     Steps removal_line(int list, int record) const {
         return numbers_line("removeInfo", kind.named_list, list, kind.named_record, logged_record_id(record));
     }
@@ -120,9 +120,9 @@ protected:
     // getInfo's lines before the look-up and after the read.
     Steps get_entry(int id, int record_id) const {
         switch (kind.get_lines) {
-        case Kind::GetLines::kListAndRecord:
+        case ListKind::GetLines::kListAndRecord:
             return debug("#" + list_line("getInfo", id) + " recId = " + std::to_string(record_id) + "\n");
-        case Kind::GetLines::kIdentifier:
+        case ListKind::GetLines::kIdentifier:
             return identifier_line("getInfo", std::to_string(id) + "," + std::to_string(record_id)) +
                    named_line("getInfo", id, record_id);
         default:
@@ -130,7 +130,7 @@ protected:
         }
     }
     Steps got(const Bytes& record) const { return kind.get_prints_record ? record_line("getInfo", record) : Steps{}; }
-    // The line in which an update or a read logs a record.
+    // The line in which an update or a read logs a record, for the kinds that have one.
     Steps record_line(const std::string& operation, const Bytes& record) const {
         return kind.printed == nullptr ? Steps{} : debug("#[" + operation + "]:" + kind.printed(record) + "\n");
     }
@@ -153,14 +153,14 @@ protected:
                      kind.handle + ":" + hex(value) + "\n");
     }
 
-    // The attempt to open a list; the opening of a list on its first use; the creation of one.
+    // An attempt to open a list, the opening of a list on its first use, and the creation of a list.
     Steps tried_open(int id) const { return call("open(" + key(id) + ", 0, 0)"); }
     Steps opened(int id) const { return tried_open(id) + recorded(id); }
     Steps created(int id, int number) const {
         return call(std::string("create(\"") + kind.storage + std::to_string(number) + "\", " + key(id) +
                     ", 1, 16, 0, 0)");
     }
-    // What open logs after it recorded a list.
+    // What open logs after it has recorded a list.
     Steps set_handle_ok(int id) const {
         return kind.logs_opening ? debug(kind.prefix + list_line("open", id) + " set handle ok \n") : Steps{};
     }
@@ -201,7 +201,7 @@ protected:
 
     static std::string key(int id) { return std::to_string(id & 0xFFFF); }
 
-    const Kind& kind;
+    const ListKind& kind;
 
 private:
     std::string list_line(const std::string& operation, int id) const {
@@ -220,7 +220,7 @@ private:
         return text.data();
     }
 
-    // Fills in class name and handles.
+    // Replaces # and @.
     std::string filled(const std::string& text) const {
         std::string result;
         for (std::size_t i = 0; i < text.size(); ++i) {
@@ -237,7 +237,7 @@ private:
         return result;
     }
 
-    // An entry on lines of its own, newlines made visible, with a dump of its record.
+    // A journal entry as text: newlines are made visible, and its record is dumped.
     static std::string shown(const std::string& text, const Bytes& record) {
         std::string result;
         for (const char c : text) {
@@ -257,7 +257,7 @@ private:
 };
 
 // A test that runs for several kinds.
-class EachKind : public ManagerTest, public testing::WithParamInterface<const Kind*> {
+class EachKind : public ManagerTest, public testing::WithParamInterface<const ListKind*> {
 protected:
     EachKind() : ManagerTest(*GetParam()) {}
 
@@ -266,7 +266,7 @@ protected:
     Bytes record = sample;
 };
 
-inline std::string kind_name(const testing::TestParamInfo<const Kind*>& info) { return info.param->name; }
+inline std::string kind_name(const testing::TestParamInfo<const ListKind*>& info) { return info.param->name; }
 
 inline const auto kAllKinds = testing::ValuesIn(kEveryKind);
 inline const auto kCompanions = testing::Values(&kTransportStreams, &kNetworks, &kSatellites);
