@@ -106,8 +106,8 @@ TEST_P(Opening, OpenWithAnEmptyPathMakesNoCall) {
 
         given_open(5);
         for (const int id : {5, 65541}) {
-            EXPECT_EQ(manager->open(id, ""), kind.looks_up_before_path ? 0 : -22);
-            expect_journal(open_entry(id, "") + (kind.looks_up_before_path ? found(5) : Steps{}));
+            EXPECT_EQ(manager->open(id, ""), kind.open_list_takes_empty_path ? 0 : -22);
+            expect_journal(open_entry(id, "") + (kind.open_list_takes_empty_path ? found(5) : Steps{}));
         }
         EXPECT_EQ(manager->open(6, ""), -22);
         expect_journal(open_entry(6, ""));

@@ -71,18 +71,18 @@ struct ListKind {
 
     // Its rules.
     enum class GetLines { kNone, kListAndRecord, kIdentifier };
-    GetLines get_lines = GetLines::kNone; // what getInfo logs before the look-up
-    bool get_prints_record = false;       // getInfo logs the record that it read
-    bool logs_lookups = true;             // the look-up of an open list writes a line
-    bool logs_opening = false;            // open ends with a "set handle ok" line
-    bool logs_prepared_file = false;      // open logs the file that it prepared
-    bool logs_count = false;              // getInfoListNum logs its result
-    bool logs_removal_status = false;     // removals log the middleware's status, under the lock
-    bool cuts_logged_record_id = false;   // removals log the low 16 bits of the record id
-    bool removal_opens = true;            // removals open a list that is not open
-    bool cuts_index = true;               // getInfoByIdx passes the low 16 bits of the index
-    bool looks_up_before_path = false;    // open with an empty path succeeds if the list is open
-    int failed_create_result = 0;         // open's result when the list cannot be created
+    GetLines get_lines = GetLines::kNone;    // what getInfo logs before the look-up
+    bool get_prints_record = false;          // getInfo logs the record that it read
+    bool logs_lookups = true;                // the look-up of an open list writes a line
+    bool logs_opening = false;               // open ends with a "set handle ok" line
+    bool logs_prepared_file = false;         // open logs the file that it prepared
+    bool logs_count = false;                 // getInfoListNum logs its result
+    bool logs_removal_status = false;        // removals log the middleware's status, under the lock
+    bool cuts_logged_record_id = false;      // removals log the low 16 bits of the record id
+    bool removal_opens = true;               // removals open a list that is not open
+    bool cuts_index = true;                  // getInfoByIdx passes the low 16 bits of the index
+    bool open_list_takes_empty_path = false; // open with an empty path succeeds if the list is open
+    int failed_create_result = 0;            // open's result when the list cannot be created
 
     std::string calls() const { return std::string("x_") + word + "_"; }
 
@@ -232,7 +232,7 @@ inline const ListKind kSatellites = [] {
     kind.get_lines = ListKind::GetLines::kIdentifier;
     kind.logs_count = true;
     kind.cuts_index = false;
-    kind.looks_up_before_path = true;
+    kind.open_list_takes_empty_path = true;
     return kind;
 }();
 
