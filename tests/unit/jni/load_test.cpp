@@ -1,3 +1,4 @@
+// Loading the library: the four method tables, their order, and what each failure logs and returns.
 #include "fake_jni.h"
 #include "jni/bridges/channel_list_bridge.h"
 #include "jni/bridges/managers.h"

@@ -140,7 +140,7 @@ TEST_F(TargetWidth, NumbersAreCutToTheirFieldWhateverTheirSign) {
 }
 
 // std::stoi first reads a long: 64 bits wide on one machine, 32 on the other.
-TEST_F(TargetWidth, IdentifiersEndAtTheLargestInt) {
+TEST_F(TargetWidth, IdentifiersBeyondTheLargestIntAreOutOfRange) {
     int list = 0;
     int record = 0;
     EXPECT_TRUE(trimId("2147483647,2147483647", list, record));

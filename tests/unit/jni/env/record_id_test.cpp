@@ -1,3 +1,4 @@
+// Record identifiers ("list id,record id"): parsing, building, and the conversion of Java text.
 #include "fake_jni.h"
 #include "jni/env/jni_env.h"
 #include "jni/env/record_id.h"

@@ -1,3 +1,4 @@
+// Service types and their keys, and the debug aid that prints a value of a Java map.
 #include "fake_jni.h"
 #include "jni/env/values.h"
 #include "script.h"

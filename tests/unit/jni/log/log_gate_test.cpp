@@ -1,3 +1,4 @@
+// The log gate: which levels pass for which property values, and how often the properties are read.
 #include "jni/log/log_gate.h"
 #include "script.h"
 #include "scripted_test.h"
@@ -107,7 +108,7 @@ TEST_F(LogGate, TheHighestLevelPassesWhateverThePropertySays) {
     EXPECT_EQ(__velotra_log_is_loggable(kHighest - 1, "other.property"), 0U);
 }
 
-TEST_F(LogGate, TakesAValueOfTheLongestSize) {
+TEST_F(LogGate, AcceptsAValueOfTheMaximumLength) {
     script::set_property(kProperty, "e" + std::string(90, 'x'));
     EXPECT_EQ(passing(), std::vector<int>{5});
 }

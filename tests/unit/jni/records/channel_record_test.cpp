@@ -1,3 +1,4 @@
+// The bytes that the conversion of service objects writes, its log lines, and the JNI calls that it makes.
 #include "fake_jni.h"
 #include "jni/records/channel_record.h"
 #include "record_calls.h"
@@ -23,10 +24,10 @@ using Bytes = std::array<unsigned char, sizeof(_SVL_REC_T)>;
 
 constexpr std::size_t kSpecific = 152; // where the broadcast-specific part begins
 
-// Which conversion is under test, and where its structure begins in the record.
+// The conversion under test.
 enum class Part { kHeader, kDvb, kDtmb };
 
-// An int key: the bytes of the record that it writes.
+// An int key and the bytes that it writes.
 struct IntKey {
     const char* key;
     const char* field;
@@ -34,7 +35,7 @@ struct IntKey {
     std::size_t width;
 };
 
-// A flag key: its bit in the 32-bit word at `offset`.
+// A flag key and its bit in the 32-bit word at `offset`.
 struct FlagKey {
     const char* key;
     const char* field;
@@ -154,7 +155,7 @@ protected:
         return bytes;
     }
 
-    // The record before the conversion with `width` bytes at `offset` replaced, little-endian.
+    // The record before the conversion, with `width` bytes at `offset` replaced (little-endian).
     Bytes with(std::size_t offset, std::size_t width, std::uint32_t value) const {
         Bytes bytes = before;
         for (std::size_t i = 0; i < width; ++i) {
@@ -412,7 +413,7 @@ Lines stage(std::initializer_list<const char*> keys) {
     return lines;
 }
 
-TEST_F(ChannelRecord, HeaderKeysAreAskedInOrderWithTheMethodLookedUpThreeTimes) {
+TEST_F(ChannelRecord, HeaderKeysAreAskedForInOrderWithThreeMethodLookUps) {
     convert(Part::kHeader);
     const Lines expected =
         joined(stage({"ServiceId", "TslRecId", "SatlRecId", "BroadcastType", "ServiceName", "VnetActive", "VnetEpg",
@@ -441,7 +442,7 @@ TEST_F(ChannelRecord, HeaderKeysAreAskedInOrderWithTheMethodLookedUpThreeTimes) 
     EXPECT_EQ(jni.journal(), expected);
 }
 
-TEST_F(ChannelRecord, DvbKeysAreAskedInOrder) {
+TEST_F(ChannelRecord, DvbKeysAreAskedForInOrder) {
     convert(Part::kDvb);
     const Lines expected = stage({"LogicalChannelNumber",
                                   "ServiceShortName",
@@ -482,7 +483,7 @@ TEST_F(ChannelRecord, DvbKeysAreAskedInOrder) {
     EXPECT_EQ(jni.journal(), expected);
 }
 
-TEST_F(ChannelRecord, DtmbKeysAreAskedInOrder) {
+TEST_F(ChannelRecord, DtmbKeysAreAskedForInOrder) {
     convert(Part::kDtmb);
     const Lines expected = joined(
         stage({"ServiceShortName", "CaSystemId", "ServiceRunningStatus", "CaReplacementOnId", "CaReplacementTsId",
@@ -492,7 +493,7 @@ TEST_F(ChannelRecord, DtmbKeysAreAskedInOrder) {
     EXPECT_EQ(jni.journal(), expected);
 }
 
-TEST_F(ChannelRecord, AFieldIsReadOnlyIfItsKeyIsPresentAndWhileTheKeyIsHeld) {
+TEST_F(ChannelRecord, AFieldIsReadIfItsKeyIsPresentAndWhileTheKeyIsHeld) {
     channel.keys = {"ServiceId", "TslRecId", "ServiceName"};
     channel.int_fields = {{"serviceId", 7}};
     channel.object_fields = {{"tslRecId", &jni.string("5,9")}, {"serviceName", &jni.string("One")}};

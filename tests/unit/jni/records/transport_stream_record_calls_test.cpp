@@ -31,7 +31,7 @@ protected:
         entry.int_fields = {{"alternateFreq", 474000}, {"alternateBandwidth", 8000}};
         return entry;
     }
-    // The keys that hold a number, each with its field; "Standard" reads a second one.
+    // Gives the object every key that holds a number, with its field. "Standard" reads a second field.
     void carry_numbers() {
         for (const char* key : {"BroadcastType",     "BroadcastMedium",   "NetworkId",
                                 "OriginalNetworkId", "TransportStreamId", "Frequency",
@@ -68,7 +68,7 @@ protected:
     _TSL_REC_T record = {};
 };
 
-TEST_F(TransportStreamCalls, KeysAreAskedInOrderOnTheClassFoundByItsName) {
+TEST_F(TransportStreamCalls, KeysAreAskedForInOrderOnTheClassFoundByName) {
     convert();
     EXPECT_EQ(jni.journal(), stream_conversion("stream"));
 }

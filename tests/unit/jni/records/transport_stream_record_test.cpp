@@ -1,3 +1,4 @@
+// The bytes that the conversion of transport stream objects writes, and its log lines.
 #include "fake_jni.h"
 #include "jni/records/transport_stream_record.h"
 #include "script.h"
@@ -19,7 +20,7 @@ namespace {
 using Lines = std::vector<std::string>;
 using Bytes = std::array<unsigned char, sizeof(_TSL_REC_T)>;
 
-// An int key and, for each medium from 0 (none) to 4 (unknown), the bytes that it writes.
+// An int key and the bytes that it writes for each medium, from 0 (none) to 4 (unknown).
 struct IntKey {
     const char* key;
     const char* field;
@@ -46,7 +47,7 @@ const IntKey kPlainKeys[] = {
     {"RcKeyId", "rcKeyId", {176, 176, 176, 176, 176}, 1},
 };
 
-// A key whose value becomes a code.
+// A key whose value is converted to a code.
 struct CodeKey {
     const char* key;
     const char* field;
@@ -198,7 +199,7 @@ TEST_F(TransportStreamRecord, CodesWithoutAFieldForTheMediumAreDropped) {
     }
 }
 
-TEST_F(TransportStreamRecord, Bandwidth7999GivesZeroAnd1712GivesSix) {
+TEST_F(TransportStreamRecord, Bandwidth7999BecomesZeroAnd1712BecomesSix) {
     set("Bandwidth", "bandwidth", 7999);
     EXPECT_EQ(convert(), with(48, 4, 0));
     set("Bandwidth", "bandwidth", 1712);
@@ -424,7 +425,7 @@ TEST_F(TransportStreamRecord, AValueOutsideItsTableLeavesTheOutputOfItsFunctionA
     EXPECT_EQ(mode, 4U);
 }
 
-TEST_F(TransportStreamRecord, TheModeIsWhereTheMediumKeepsIt) {
+TEST_F(TransportStreamRecord, TheModeFieldDependsOnTheMedium) {
     const std::size_t offsets[] = {120, 120, 80, 92, 120};
     for (std::uint8_t m = 0; m <= 4; ++m) {
         _TSL_REC_T zero = {};
