@@ -1,5 +1,6 @@
 #include "fake_jni.h"
 
+#include "record_calls.h"
 #include "script.h"
 
 #include <algorithm>
@@ -8,11 +9,6 @@
 #include <gtest/gtest.h>
 
 namespace tavro::test {
-namespace {
-
-std::string quoted(const std::string& text) { return '"' + text + '"'; }
-
-} // namespace
 
 FakeJni::FakeJni() {
     fill_table();
@@ -86,7 +82,8 @@ bool FakeJni::call(const std::string& text) {
 
 bool FakeJni::fallible(const std::string& text) {
     call(text);
-    const bool fails = failing_.count(text) != 0 || (countdown_ > 0 && --countdown_ == 0);
+    const auto failing = failing_.find(text);
+    const bool fails = (failing != failing_.end() && --failing->second <= 0) || (countdown_ > 0 && --countdown_ == 0);
     if (fails && !pending_) {
         failed_at_ = journal_.size() - 1;
     }
@@ -130,6 +127,13 @@ FakeObject& FakeJni::used(jobject reference) {
 
 FakeObject* FakeJni::used_argument(FakeObject* object) { return object == nullptr ? nullptr : &used(ref(*object)); }
 
+template <class Id>
+Id FakeJni::looked_up(const char* call, const LookUp& member) {
+    LookUp& known = look_ups_.emplace_back(member);
+    return fallible(call + ("(" + member.name + ", " + member.signature + ")")) ? reinterpret_cast<Id>(&known)
+                                                                                : nullptr;
+}
+
 void FakeJni::fill_table() {
     table_.FindClass = [](JNIEnv* env, const char* path) -> jclass {
         FakeJni& fake = self(env);
@@ -144,17 +148,11 @@ void FakeJni::fill_table() {
     };
     table_.GetMethodID = [](JNIEnv* env, jclass cls, const char* name, const char* signature) -> jmethodID {
         FakeJni& fake = self(env);
-        fake.used(cls);
-        return fake.fallible("GetMethodID(" + std::string(name) + ", " + signature + ")")
-                   ? reinterpret_cast<jmethodID>(&fake.members_.emplace_back(Member{name, signature}))
-                   : nullptr;
+        return fake.looked_up<jmethodID>("GetMethodID", {fake.used(cls).name, name, signature});
     };
     table_.GetFieldID = [](JNIEnv* env, jclass cls, const char* name, const char* descriptor) -> jfieldID {
         FakeJni& fake = self(env);
-        fake.used(cls);
-        return fake.fallible("GetFieldID(" + std::string(name) + ", " + descriptor + ")")
-                   ? reinterpret_cast<jfieldID>(&fake.members_.emplace_back(Member{name, descriptor}))
-                   : nullptr;
+        return fake.looked_up<jfieldID>("GetFieldID", {fake.used(cls).name, name, descriptor});
     };
     table_.NewStringUTF = [](JNIEnv* env, const char* text) -> jstring {
         FakeJni& fake = self(env);
@@ -181,7 +179,7 @@ void FakeJni::fill_table() {
         self(env).give_back(from(object));
     };
     table_.CallBooleanMethodV = [](JNIEnv* env, jobject object, jmethodID method, va_list arguments) -> jboolean {
-        const auto& member = *reinterpret_cast<const Member*>(method);
+        const auto& member = *reinterpret_cast<const LookUp*>(method);
         if (member.name == "add") {
             auto* element = self(env).used_argument(va_arg(arguments, FakeObject*));
             self(env).call(self(env).used(object).name + ".add(" + element->name + ")");
@@ -199,7 +197,7 @@ void FakeJni::fill_table() {
         return from(object).keys.count(key->text) != 0 ? JNI_TRUE : JNI_FALSE;
     };
     table_.CallIntMethodV = [](JNIEnv* env, jobject object, jmethodID method, va_list arguments) -> jint {
-        const auto& member = *reinterpret_cast<const Member*>(method);
+        const auto& member = *reinterpret_cast<const LookUp*>(method);
         if (member.name == "size") {
             self(env).call(self(env).used(object).name + ".size()");
             return static_cast<jint>(from(object).elements.size());
@@ -209,7 +207,7 @@ void FakeJni::fill_table() {
         return from(object).int_answers[member.name];
     };
     table_.CallObjectMethodV = [](JNIEnv* env, jobject object, jmethodID method, va_list arguments) -> jobject {
-        const auto& member = *reinterpret_cast<const Member*>(method);
+        const auto& member = *reinterpret_cast<const LookUp*>(method);
         if (member.name == "get") {
             const jint index = va_arg(arguments, jint);
             self(env).call(self(env).used(object).name + ".get(" + std::to_string(index) + ")");
@@ -220,7 +218,7 @@ void FakeJni::fill_table() {
         return self(env).referred(from(object).object_answers[member.name]);
     };
     table_.CallVoidMethodV = [](JNIEnv* env, jobject object, jmethodID method, va_list arguments) {
-        const auto& member = *reinterpret_cast<const Member*>(method);
+        const auto& member = *reinterpret_cast<const LookUp*>(method);
         const std::string argument = member.signature == "(I)V"
                                          ? std::to_string(va_arg(arguments, jint))
                                          : self(env).used_argument(va_arg(arguments, FakeObject*))->name;
@@ -233,12 +231,12 @@ void FakeJni::fill_table() {
         return fake.fallible("NewObject(" + name + ")") ? fake.referred(&fake.object(name)) : nullptr;
     };
     table_.GetIntField = [](JNIEnv* env, jobject object, jfieldID field) -> jint {
-        const auto& name = reinterpret_cast<const Member*>(field)->name;
+        const auto& name = reinterpret_cast<const LookUp*>(field)->name;
         self(env).call("GetIntField(" + name + ")");
         return self(env).used(object).int_fields[name];
     };
     table_.GetObjectField = [](JNIEnv* env, jobject object, jfieldID field) -> jobject {
-        const auto& name = reinterpret_cast<const Member*>(field)->name;
+        const auto& name = reinterpret_cast<const LookUp*>(field)->name;
         self(env).call("GetObjectField(" + name + ")");
         return self(env).referred(self(env).used(object).object_fields[name]);
     };

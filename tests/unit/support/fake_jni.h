@@ -49,14 +49,14 @@ public:
     static jstring string_ref(FakeObject& object) { return reinterpret_cast<jstring>(&object); }
     static FakeObject& from(jobject reference) { return *reinterpret_cast<FakeObject*>(reference); }
 
-    // JNI calls, middleware calls and log lines in one order; JNI calls are "GetFieldID(serviceId, I)".
+    // JNI calls, middleware calls and log lines in one order; JNI calls look like "GetFieldID(serviceId, I)".
     const std::vector<std::string>& journal() const { return journal_; }
     std::vector<std::string> journal_with(const std::string& part) const;
     void clear_journal() { journal_.clear(); }
 
-    // Makes the call with this journal text fail, or the n-th call (from 1) of all that can fail: it
-    // answers null with an exception pending.
-    void fail(const std::string& text) { failing_.insert(text); }
+    // Makes the n-th call (from 1) with this journal text fail, or the n-th of all calls that can fail: the call
+    // returns null with an exception pending.
+    void fail(const std::string& text, int n = 1) { failing_[text] = n; }
     void fail_nth(int n) { countdown_ = n; }
 
     // The journal from the first call that failed on; empty when none has.
@@ -76,7 +76,15 @@ public:
     int most_references() const { return most_references_; }
     void count_references_anew();
 
-    // What the platform answers to GetEnv and RegisterNatives, and what was registered.
+    // What was looked up on which class.
+    struct LookUp {
+        std::string cls;
+        std::string name;
+        std::string signature;
+    };
+    const std::deque<LookUp>& look_ups() const { return look_ups_; }
+
+    // What GetEnv and RegisterNatives return and what was registered.
     jint get_env_result = JNI_OK;
     jint register_result = JNI_OK;
     struct Registered {
@@ -86,15 +94,12 @@ public:
     std::vector<Registered> registered;
 
 private:
-    struct Member {
-        std::string name;
-        std::string signature;
-    };
-
     static FakeJni& self(JNIEnv* env);
-    // Journals a call. Returns false when it is to fail.
+    // Journals a call. Returns false if the call has to fail.
     bool call(const std::string& text);
     bool fallible(const std::string& text);
+    template <class Id>
+    Id looked_up(const char* call, const LookUp& member);
     FakeObject& make();
     // Counts a local reference, which may be null.
     jobject referred(FakeObject* object);
@@ -109,10 +114,10 @@ private:
     JNIEnv_ env_{};
     JavaVM_ vm_{};
     std::deque<FakeObject> objects_;
-    std::deque<Member> members_;
     std::deque<std::string> chars_;
     std::vector<std::string> journal_;
-    std::set<std::string> failing_;
+    std::deque<LookUp> look_ups_;        // method and field ids point into it
+    std::map<std::string, int> failing_; // how many calls until the one that fails
     std::vector<std::string> forbidden_;
     int countdown_ = 0;
     std::size_t failed_at_ = 0;

@@ -1,5 +1,9 @@
-// What the satellite list's natives that read ask of the platform, in one order with their middleware calls.
-#include "satellite_bridge_support.h"
+// The satellite list's natives that read: satellites are returned as objects. info_objects_test.cpp has the rules that
+// networks share.
+
+#include "bridge_test_support.h"
+
+#include <cstring>
 
 namespace script = tavro::script;
 
@@ -7,218 +11,157 @@ namespace {
 
 using namespace tavro::test;
 
-// What setting all values of `stored` leaves, in the order of the setters.
-const Lines kAllSetters = {"setMaskStatusOn(1)",
-                           "setMaskLnbUniver(0)",
-                           "setMaskLnbSingcab(1)",
-                           "setLnbSignalDetected(0)",
-                           "setMaskLnbSingcabJess(0)",
-                           "setOrbitPosition(-300)",
-                           "setName(\"Uno\")",
-                           "setSingleCableUserBandSub(0)",
-                           "setSingleCableBandFreqSub(0)",
-                           "setLnbType(0)",
-                           "setLnbLowFreq(0)",
-                           "setLnbHighFreq(0)",
-                           "setLnbSwitchFreq(0)",
-                           "setAntennaType(1)",
-                           "setLnbPower(0)",
-                           "setToneBurst(0)",
-                           "setDiseqcType(2)",
-                           "setTone22k(0)",
-                           "setSingleCableUserBandMain(0)",
-                           "setUnicablePosition(0)",
-                           "setDiseqcPosition(3)",
-                           "setSingleCableBandFreqMain(0)",
-                           "setMduType(0)",
-                           "setDiseqcTypeEx(0)",
-                           "setDiseqcPositionEx(0)",
-                           "setDiseqcPolar(0)"};
+const std::string kInfo = kPackage + "VltTvSatelliteInfo";
+const std::string kConstructor = "GetMethodID(<init>, ()V)";
+const Lines kFindClasses = {"FindClass(" + kInfo + ")", kConstructor, "FindClass(" + kSatelliteBase + ")",
+                            kConstructor};
 
+// The carrier takes the values; the results take them over from it.
+const std::string kCarrierName = "VltTvSatelliteInfoBase";
+const Lines kCarrier = {"NewObject(VltTvSatelliteInfoBase)",
+                        "GetMethodID(satlToSatelliteInfo, (L" + kSatelliteBase + ";)V)"};
+const Lines kTakeOver = {"VltTvSatelliteInfo.satlToSatelliteInfo(VltTvSatelliteInfoBase)"};
+
+// The setters with the values of `stored`, in their order.
+const std::vector<std::pair<std::string, int>> kSetters = {{"setMaskStatusOn", 1},
+                                                           {"setMaskLnbUniver", 0},
+                                                           {"setMaskLnbSingcab", 1},
+                                                           {"setLnbSignalDetected", 0},
+                                                           {"setMaskLnbSingcabJess", 0},
+                                                           {"setOrbitPosition", -300},
+                                                           {"setName", 0},
+                                                           {"setSingleCableUserBandSub", 0},
+                                                           {"setSingleCableBandFreqSub", 0},
+                                                           {"setLnbType", 0},
+                                                           {"setLnbLowFreq", 0},
+                                                           {"setLnbHighFreq", 0},
+                                                           {"setLnbSwitchFreq", 0},
+                                                           {"setAntennaType", 1},
+                                                           {"setLnbPower", 0},
+                                                           {"setToneBurst", 0},
+                                                           {"setDiseqcType", 2},
+                                                           {"setTone22k", 0},
+                                                           {"setSingleCableUserBandMain", 0},
+                                                           {"setUnicablePosition", 0},
+                                                           {"setDiseqcPosition", 3},
+                                                           {"setSingleCableBandFreqMain", 0},
+                                                           {"setMduType", 0},
+                                                           {"setDiseqcTypeEx", 0},
+                                                           {"setDiseqcPositionEx", 0},
+                                                           {"setDiseqcPolar", 0}};
+
+Lines set_number(const std::string& setter, int value) { return number_set(kCarrierName, setter, value); }
 Lines set_all() {
     Lines lines;
-    for (const std::string& setter : kAllSetters) {
-        const bool is_name = setter.rfind("setName", 0) == 0;
-        lines = joined(lines, is_name ? Lines{"NewStringUTF(\"Uno\")"} : Lines{},
-                       Lines{"VltTvSatelliteInfoBase." + setter}, is_name ? Lines{"DeleteLocalRef(\"Uno\")"} : Lines{});
+    for (const auto& [setter, value] : kSetters) {
+        lines = joined(lines, setter == "setName" ? text_set(kCarrierName, setter, "Uno") : set_number(setter, value));
     }
     return lines;
 }
-
-Lines set_record_id(const std::string& identifier) {
-    return {"VltTvSatelliteInfoBase.setRecId(" + quoted(identifier) + ")",
-            "DeleteLocalRef(" + quoted(identifier) + ")"};
+// Makes the result and gives the carrier its identifier.
+Lines result_made(const std::string& identifier) {
+    return joined(Lines{"NewStringUTF(" + quoted(identifier) + ")", "NewObject(VltTvSatelliteInfo)"},
+                  value_set(kCarrierName, "setRecId", quoted(identifier), "(Ljava/lang/String;)V"),
+                  given_back(quoted(identifier)));
 }
 
-const std::string kTakeOver = "VltTvSatelliteInfo.satlToSatelliteInfo(VltTvSatelliteInfoBase)";
-
-TEST_F(SatelliteBridge, OneSatelliteIsFilledIntoACarrierWhichTheResultTakesOver) {
-    script::answer("x_satl_get_rec", reads(stored));
-    jobject info = com_velotra_tv_tavro_satellitelist_getInfo(jni.env(), nullptr, ref(id), nullptr);
-    ASSERT_NE(info, nullptr);
-    EXPECT_EQ(FakeJni::from(info).name, "VltTvSatelliteInfo");
-    EXPECT_EQ(calls(), joined(Lines{"GetStringUTFChars(\"5,12\")", "ReleaseStringUTFChars(\"5,12\")",
-                                    "NewObject(VltTvSatelliteInfoBase)", "x_satl_get_rec(0x40005, 12)",
-                                    "NewStringUTF(\"5,17\")", "NewObject(VltTvSatelliteInfo)"},
-                              set_record_id("5,17"), set_all(), Lines{kTakeOver}));
-}
-
-TEST_F(SatelliteBridge, EverySetterIsLookedUpOnTheBaseClassForEveryCall) {
-    script::always("x_satl_get_num_recs", {0, 2, {}, 0, {}});
-    script::always("x_satl_get_rec", reads(stored));
-    script::always("x_satl_get_rec_by_rec_idx", reads(stored));
-    Lines record = {kBase + ".setRecId (Ljava/lang/String;)V"};
-    for (const std::string& setter : kAllSetters) {
-        const std::string name = setter.substr(0, setter.find('('));
-        record.push_back(kBase + "." + name + (name == "setName" ? " (Ljava/lang/String;)V" : " (I)V"));
+class SatelliteReads : public BridgeTest {
+protected:
+    SatelliteReads() : BridgeTest(satellite_kind()) {
+        stored.ui2_satl_rec_id = 17;
+        stored.ui4_mask = 0xA000; // enabled, single cable
+        stored.i2_orb_pos = -300;
+        std::strcpy(stored.ac_sat_name, "Uno");
+        stored.t_diseqc_info.e_diseqc_type = 2;
+        stored.t_diseqc_info.ui1_port = 3;
     }
-    const auto setters = [](const LookUps& look_ups) {
-        Lines found;
-        for (const std::string& look_up : look_ups.all()) {
-            if (look_up.find(".set") != std::string::npos) {
-                found.push_back(look_up);
+
+    // Reads the satellite 12 of list 2, whose record has the id 17.
+    jobject get(jobject keys) {
+        script::answer("x_satl_get_rec", reads(stored));
+        return com_velotra_tv_tavro_satellitelist_getInfo(jni.env(), nullptr, text("2,12"), keys);
+    }
+    Lines one_begun() const {
+        return joined(chars("2,12"), kFindClasses, kCarrier, call("get_rec(@2, 12)"), result_made("2,17"));
+    }
+    Lines list_begun() const {
+        return joined(Lines{"FindClass(java/util/ArrayList)", kConstructor, "NewObject(ArrayList)",
+                            "GetMethodID(add, (Ljava/lang/Object;)Z)"},
+                      kFindClasses, call("read_lock(@2)"), call("get_num_recs(@2)"), kCarrier);
+    }
+    // What was looked up on a class.
+    Lines members_of(const std::string& cls) const {
+        Lines members;
+        for (const FakeJni::LookUp& look_up : jni.look_ups()) {
+            if (look_up.cls == cls) {
+                members.push_back(look_up.name);
             }
         }
-        return found;
-    };
-    LookUps one(jni);
-    com_velotra_tv_tavro_satellitelist_getInfo(jni.env(), nullptr, ref(id), nullptr);
-    EXPECT_EQ(setters(one), record);
-    EXPECT_EQ(one.with("<init>"), (Lines{kInfo + ".<init> ()V", kBase + ".<init> ()V"}));
-    EXPECT_EQ(one.with("satlToSatelliteInfo"), Lines{kInfo + ".satlToSatelliteInfo (L" + kBase + ";)V"});
+        return members;
+    }
 
-    FakeJni other;
-    LookUps list(other);
-    com_velotra_tv_tavro_satellitelist_getInfoList(other.env(), nullptr, 5, nullptr);
-    EXPECT_EQ(setters(list), joined(record, record));
-    EXPECT_EQ(list.with("<init>"),
-              (Lines{"java/util/ArrayList.<init> ()V", kInfo + ".<init> ()V", kBase + ".<init> ()V"}));
-    EXPECT_EQ(list.with("add"), Lines{"java/util/ArrayList.add (Ljava/lang/Object;)Z"});
+    _SATL_REC_T stored = {};
+};
+
+TEST_F(SatelliteReads, OneIsReadWithoutALockThroughACarrier) {
+    jobject info = get(nullptr);
+    ASSERT_NE(info, nullptr);
+    EXPECT_EQ(FakeJni::from(info).name, "VltTvSatelliteInfo");
+    EXPECT_EQ(journal(), joined(one_begun(), set_all(), kTakeOver));
+    EXPECT_EQ(jni.unreleased_chars(), 0);
 }
 
-TEST_F(SatelliteBridge, OneSatelliteByKeysCallsTheSettersOfThoseKeysAndKeepsTheKeysCharacters) {
-    script::answer("x_satl_get_rec", reads(stored));
+// Deliberate: the keys' characters are not released.
+TEST_F(SatelliteReads, OneByKeysHasTheirValuesAloneAndKeepsTheKeys) {
+    const auto key_set = [](int index, const std::string& key, const Lines& setter) {
+        return joined(Lines{"list.get(" + std::to_string(index) + ")"}, chars_kept(key), setter,
+                      given_back(quoted(key)));
+    };
     FakeObject& keys = jni.list({&jni.string("DiseqcPolar"), &jni.string("Nothing"), &jni.string("OrbitPosition")});
-    ASSERT_NE(com_velotra_tv_tavro_satellitelist_getInfo(jni.env(), nullptr, ref(id), FakeJni::ref(keys)), nullptr);
-    EXPECT_EQ(
-        calls(),
-        joined(Lines{"GetStringUTFChars(\"5,12\")", "ReleaseStringUTFChars(\"5,12\")",
-                     "NewObject(VltTvSatelliteInfoBase)", "x_satl_get_rec(0x40005, 12)", "NewStringUTF(\"5,17\")",
-                     "NewObject(VltTvSatelliteInfo)"},
-               set_record_id("5,17"),
-               Lines{"list.size()", "DeleteLocalRef(class of list)", "list.get(0)",
-                     "GetStringUTFChars(\"DiseqcPolar\")", "VltTvSatelliteInfoBase.setDiseqcPolar(0)",
-                     "DeleteLocalRef(\"DiseqcPolar\")", "list.get(1)", "GetStringUTFChars(\"Nothing\")",
-                     "DeleteLocalRef(\"Nothing\")", "list.get(2)", "GetStringUTFChars(\"OrbitPosition\")",
-                     "VltTvSatelliteInfoBase.setOrbitPosition(-300)", "DeleteLocalRef(\"OrbitPosition\")", kTakeOver}));
+    ASSERT_NE(get(FakeJni::ref(keys)), nullptr);
+    EXPECT_EQ(journal(), joined(one_begun(),
+                                Lines{"GetObjectClass(list)", "GetMethodID(get, (I)Ljava/lang/Object;)",
+                                      "GetMethodID(size, ()I)", "list.size()", "DeleteLocalRef(class of list)"},
+                                key_set(0, "DiseqcPolar", set_number("setDiseqcPolar", 0)), key_set(1, "Nothing", {}),
+                                key_set(2, "OrbitPosition", set_number("setOrbitPosition", -300)), kTakeOver));
     EXPECT_EQ(jni.unreleased_chars(), 3);
 }
 
-TEST_F(SatelliteBridge, AListFillsOneCarrierForAllItsRecordsUnderTheReadLock) {
-    script::always("x_satl_get_num_recs", {0, 2, {}, 0, {}});
+TEST_F(SatelliteReads, AListHasOneCarrierForAllItsRecords) {
+    script::always("x_satl_get_num_recs", counts(2));
     script::answer("x_satl_get_rec_by_rec_idx", reads(stored));
     stored.ui2_satl_rec_id = 18;
     script::answer("x_satl_get_rec_by_rec_idx", reads(stored));
-    jobject list = com_velotra_tv_tavro_satellitelist_getInfoList(jni.env(), nullptr, 5, nullptr);
+    jobject list = com_velotra_tv_tavro_satellitelist_getInfoList(jni.env(), nullptr, 2, nullptr);
     ASSERT_NE(list, nullptr);
     EXPECT_EQ(FakeJni::from(list).elements.size(), 2U);
-    const auto record = [](const std::string& index, const std::string& identifier) {
-        return joined(Lines{"x_satl_get_rec_by_rec_idx(0x40005, " + index + ")",
-                            "NewStringUTF(" + quoted(identifier) + ")", "NewObject(VltTvSatelliteInfo)"},
-                      set_record_id(identifier), set_all(), Lines{kTakeOver, "ArrayList.add(VltTvSatelliteInfo)"},
-                      given_back("VltTvSatelliteInfo"));
+    const auto record = [&](const std::string& index, const std::string& identifier) {
+        return joined(call("get_rec_by_rec_idx(@2, " + index + ")"), result_made(identifier), set_all(), kTakeOver,
+                      Lines{"ArrayList.add(VltTvSatelliteInfo)"}, given_back("VltTvSatelliteInfo"));
     };
-    EXPECT_EQ(calls(), joined(Lines{"NewObject(ArrayList)", "x_satl_read_lock(0x40005)", "x_satl_get_num_recs(0x40005)",
-                                    "NewObject(VltTvSatelliteInfoBase)"},
-                              record("0", "5,17"), record("1", "5,18"), Lines{"x_satl_read_unlock(0x40005)"}));
+    EXPECT_EQ(journal(), joined(list_begun(), record("0", "2,17"), record("1", "2,18"), call("read_unlock(@2)")));
 }
 
-TEST_F(SatelliteBridge, AClassOrConstructorThatIsMissingIsTold) {
-    log_level("D");
-    const std::string get = "log 3 -: [jni_VltTvList_Init] " + kBridge + "getInfo : ";
-    const struct {
-        int call; // counted among those that can fail; the first fetches the identifier's characters
-        const char* message;
-    } cases[] = {{2, "Info class not find!"},
-                 {3, "init class failed!"},
-                 {4, "VltTvSatelliteInfoBase class not find!"},
-                 {5, "jcls_init init class failed!"}};
-    for (const auto& c : cases) {
-        FakeJni failing;
-        failing.fail_nth(c.call);
-        EXPECT_EQ(com_velotra_tv_tavro_satellitelist_getInfo(failing.env(), nullptr, ref(id), nullptr), nullptr);
-        EXPECT_EQ(failing.journal_with("log "), Lines{get + c.message});
-        EXPECT_EQ(failing.journal_with("x_satl"), Lines{});
-        EXPECT_TRUE(failing.exception_pending());
+TEST_F(SatelliteReads, SettersAreLookedUpOnTheBaseClass) {
+    Lines expected = {"<init>", "setRecId"};
+    for (const auto& setter : kSetters) {
+        expected.push_back(setter.first);
     }
+    ASSERT_NE(get(nullptr), nullptr);
+    EXPECT_EQ(members_of(kSatelliteBase), expected);
+    EXPECT_EQ(members_of(kInfo), (Lines{"<init>", "satlToSatelliteInfo"}));
 }
 
-TEST_F(SatelliteBridge, AClassOrConstructorThatIsMissingForAListIsToldBeforeTheLock) {
+TEST_F(SatelliteReads, KeyListsAreLogged) {
     log_level("D");
-    const std::string start = "log 3 -: [jni_VltTvList_Init] ";
-    const struct {
-        int call;
-        const char* message;
-    } cases[] = {{1, "ArrayList class not find!"}, // the class, its constructor, the list itself, "add"
-                 {2, "ArrayList class not find!"},   {3, "ArrayList class not find!"},
-                 {4, "ArrayList class not find!"},   {5, "Info class not find!"},
-                 {6, "init class failed!"},          {7, "VltTvSatelliteInfoBase class not find!"},
-                 {8, "jcls_init init class failed!"}};
-    for (const auto& c : cases) {
-        FakeJni failing;
-        failing.fail_nth(c.call);
-        EXPECT_EQ(com_velotra_tv_tavro_satellitelist_getInfoList(failing.env(), nullptr, 5, nullptr), nullptr);
-        EXPECT_EQ(failing.journal_with("log "), (Lines{start + "[" + kBridge + "getInfoList][4601] ",
-                                                       start + kBridge + "getInfoList : " + c.message}))
-            << c.call;
-        EXPECT_EQ(failing.journal_with("x_satl"), Lines{});
-        EXPECT_TRUE(failing.exception_pending());
-    }
-}
-
-TEST_F(SatelliteBridge, AReadGivesNullWhicheverCallOfThePlatformFails) {
-    script::always("x_satl_get_num_recs", {0, 2, {}, 0, {}});
-    script::always("x_satl_get_rec", reads(stored));
+    FakeObject& keys = jni.list({&jni.string("Name")});
+    script::always("x_satl_get_num_recs", counts(1));
     script::always("x_satl_get_rec_by_rec_idx", reads(stored));
-    FakeObject& keys = jni.list({&jni.string("Name"), &jni.string("LnbType")});
-    for (jobject wanted : {static_cast<jobject>(nullptr), FakeJni::ref(keys)}) {
-        for (const bool list : {false, true}) {
-            bool clean = false;
-            for (int n = 1; !clean; ++n) {
-                FakeJni failing;
-                failing.fail_nth(n);
-                jobject result =
-                    list ? com_velotra_tv_tavro_satellitelist_getInfoList(failing.env(), nullptr, 5, wanted)
-                         : com_velotra_tv_tavro_satellitelist_getInfo(failing.env(), nullptr, ref(id), wanted);
-                clean = !failing.exception_pending();
-                EXPECT_EQ(result != nullptr, clean) << n;
-                ASSERT_LT(n, 1000);
-            }
-        }
-    }
-}
-
-TEST_F(SatelliteBridge, ACarrierThatCannotBeMadeOrHandedOverEndsAReadBeforeARecordIsAskedFor) {
-    log_level("D");
-    for (const int call : {6, 7}) { // the carrier, its "satlToSatelliteInfo"
-        FakeJni failing;
-        failing.fail_nth(call);
-        EXPECT_EQ(com_velotra_tv_tavro_satellitelist_getInfo(failing.env(), nullptr, ref(id), nullptr), nullptr);
-        EXPECT_EQ(failing.journal_with("log "), Lines{}) << call;
-        EXPECT_EQ(failing.journal_with("x_satl"), Lines{}) << call;
-        EXPECT_TRUE(failing.exception_pending());
-    }
-    ASSERT_EQ(satList->open(5), 0);
-    log_level("E");
-    for (const int call : {9, 10}) {
-        FakeJni failing;
-        failing.fail_nth(call);
-        EXPECT_EQ(com_velotra_tv_tavro_satellitelist_getInfoList(failing.env(), nullptr, 5, nullptr), nullptr);
-        EXPECT_EQ(failing.journal_with("x_satl"),
-                  (Lines{"x_satl_read_lock(0x40005)", "x_satl_get_num_recs(0x40005)", "x_satl_read_unlock(0x40005)"}))
-            << call;
-        EXPECT_TRUE(failing.exception_pending());
-    }
+    ASSERT_NE(get(FakeJni::ref(keys)), nullptr);
+    ASSERT_NE(com_velotra_tv_tavro_satellitelist_getInfoList(jni.env(), nullptr, 2, FakeJni::ref(keys)), nullptr);
+    EXPECT_EQ(
+        jni.journal_with("Key List size"),
+        (Lines{kJniLine + "Key List size = 1\n", "log 3 -: [jni_VltTvList_Init]getInfoList, Key List size = 1\n"}));
 }
 
 } // namespace

@@ -1,5 +1,5 @@
 // The satellite's name: 64 bytes, with the terminator's own byte after them.
-#include "satellite_bridge_support.h"
+#include "bridge_test_support.h"
 
 #include <algorithm>
 
@@ -12,8 +12,10 @@ using namespace tavro::test;
 constexpr std::size_t kNameAt = 282;
 constexpr std::size_t kEndAt = 346;
 
-class SatelliteName : public SatelliteBridge {
+class SatelliteName : public BridgeTest {
 protected:
+    SatelliteName() : BridgeTest(satellite_kind()) {}
+
     // A record whose name has no NUL, nor has what comes after it.
     static _SATL_REC_T full_record() {
         _SATL_REC_T record = {};
@@ -21,35 +23,24 @@ protected:
         std::memset(record.ac_sat_name, 'n', sizeof(record.ac_sat_name));
         return record;
     }
-    static std::string bytes_of(const _SATL_REC_T& record) {
-        return std::string(reinterpret_cast<const char*>(&record), sizeof(record));
-    }
-    // The record that the last add or update handed over.
-    static std::string last_record() {
-        std::string last;
-        for (const script::Entry& entry : script::journal()) {
-            if (!entry.record.empty()) {
-                last.assign(reinterpret_cast<const char*>(entry.record.data()), entry.record.size());
-            }
-        }
-        return last;
-    }
-    void carry_name(const std::string& name) {
-        satellite.keys = {"Name"};
-        satellite.object_fields = {{"Name", &jni.string(name)}};
+    static std::string text(const Bytes& bytes) { return {reinterpret_cast<const char*>(bytes.data()), bytes.size()}; }
+    void carry_name(FakeObject& satellite, const std::string& name) {
+        satellite.keys.insert("Name");
+        satellite.object_fields["Name"] = &jni.string(name);
     }
     // What an update of the full record with that name hands over.
     std::string updated(const std::string& name) {
-        carry_name(name);
-        carry_record_id("5,12");
+        FakeObject& satellite = named("1,12");
+        carry_name(satellite, name);
         script::answer("x_satl_get_rec", reads(full_record()));
         EXPECT_EQ(com_velotra_tv_tavro_satellitelist_updateInfo(jni.env(), nullptr, FakeJni::ref(satellite)), 0);
-        return last_record();
+        return text(last_record());
     }
     std::string added(const std::string& name) {
-        carry_name(name);
+        FakeObject& satellite = object();
+        carry_name(satellite, name);
         com_velotra_tv_tavro_satellitelist_add_Info(jni.env(), nullptr, 1, FakeJni::ref(satellite));
-        return last_record();
+        return text(last_record());
     }
     static std::string line(const std::string& name) {
         return "log 3 -: [jni_VltTvList_Init] ac_sat_name = " + name + " \n";
@@ -65,8 +56,9 @@ TEST_F(SatelliteName, ThatFillsItsBytesIsReadWithoutTheByteAfterThem) {
     FakeObject& keys = jni.list({&jni.string("Name")});
     for (jobject wanted : {static_cast<jobject>(nullptr), FakeJni::ref(keys)}) {
         jni.clear_journal();
-        ASSERT_NE(com_velotra_tv_tavro_satellitelist_getInfo(jni.env(), nullptr, ref(id), wanted), nullptr);
-        ASSERT_NE(com_velotra_tv_tavro_satellitelist_getInfoList(jni.env(), nullptr, 5, wanted), nullptr);
+        ASSERT_NE(com_velotra_tv_tavro_satellitelist_getInfo(jni.env(), nullptr, ref(jni.string("1,12")), wanted),
+                  nullptr);
+        ASSERT_NE(com_velotra_tv_tavro_satellitelist_getInfoList(jni.env(), nullptr, 1, wanted), nullptr);
         const std::string set = "VltTvSatelliteInfoBase.setName(" + quoted(full) + ")";
         EXPECT_EQ(jni.journal_with(".setName("), (Lines{set, set}));
     }
@@ -75,7 +67,7 @@ TEST_F(SatelliteName, ThatFillsItsBytesIsReadWithoutTheByteAfterThem) {
 TEST_F(SatelliteName, ThatIsTooLongIsCutTo64BytesAndTerminatedInTheByteAfterThem) {
     log_level("D");
     for (const std::size_t length : {64U, 65U, 70U}) {
-        std::string expected = bytes_of(full_record());
+        std::string expected = text(bytes_of(full_record()));
         expected.replace(kNameAt, 64, std::string(64, 'm'));
         expected[kEndAt] = '\0';
         jni.clear_journal();
@@ -88,7 +80,7 @@ TEST_F(SatelliteName, ThatIsTooLongIsCutTo64BytesAndTerminatedInTheByteAfterThem
 
 TEST_F(SatelliteName, ThatIsShorterIsFilledUpWithZerosToItsTerminator) {
     for (const std::size_t length : {0U, 3U, 63U}) {
-        std::string expected = bytes_of(full_record());
+        std::string expected = text(bytes_of(full_record()));
         expected.replace(kNameAt, 65, std::string(length, 'm') + std::string(65 - length, '\0'));
         EXPECT_EQ(updated(std::string(length, 'm')), expected) << length; // the bytes from 347 on stay
     }

@@ -1,10 +1,6 @@
-// Which of the channel list's natives wait for one another.
+// Which of the service list's natives wait for one another.
 
-#include "fake_jni.h"
-#include "jni/bridges/channel_list_bridge.h"
-#include "jni/bridges/managers.h"
-#include "script.h"
-#include "scripted_test.h"
+#include "every_native_test.h"
 
 #include <chrono>
 #include <condition_variable>
@@ -28,7 +24,7 @@ struct Call {
 
 jstring path(FakeJni& jni) { return FakeJni::string_ref(jni.string("/data/list")); }
 
-const Call kSerialised[] = {
+const Call kSerialized[] = {
     {"open", [](FakeJni& jni, jint list) { com_velotra_tv_tavro_channellist_open(jni.env(), nullptr, list); }},
     {"open with a path",
      [](FakeJni& jni, jint list) { com_velotra_tv_tavro_channellist_open_path(jni.env(), nullptr, list, path(jni)); }},
@@ -43,17 +39,9 @@ const Call kFree[] = {
      [](FakeJni& jni, jint list) { com_velotra_tv_tavro_channellist_store(jni.env(), nullptr, list, path(jni)); }},
 };
 
-class ChannelListMutex : public tavro::test::ScriptedTest {
+class ServiceListMutex : public tavro::test::EveryNativeTest {
 protected:
-    ChannelListMutex() {
-        chList = &manager;
-        SvlKind::handles().clear();
-        SvlKind::handles().insert(2, 0x10002);
-    }
-    ~ChannelListMutex() override {
-        SvlKind::handles().clear();
-        chList = nullptr;
-    }
+    ServiceListMutex() { SvlKind::handles().insert(2, 0x10002); }
 
     // Runs `other` on list 3 while `holder` is held up inside its opening of list 1. Returns whether `other`
     // reached the middleware meanwhile; when it has to wait, that takes the whole grace.
@@ -99,22 +87,20 @@ protected:
         SvlKind::handles().clear();
         return meanwhile;
     }
-
-    NativeVltTvChannelList manager;
 };
 
-TEST_F(ChannelListMutex, OpenOpenWithAPathAndDeleteWaitForOneAnother) {
-    for (const Call& holder : kSerialised) {
-        for (const Call& other : kSerialised) {
+TEST_F(ServiceListMutex, OpenOpenWithAPathAndDeleteWaitForOneAnother) {
+    for (const Call& holder : kSerialized) {
+        for (const Call& other : kSerialized) {
             EXPECT_FALSE(reaches_the_middleware(holder, other, std::chrono::milliseconds(50)))
                 << other.name << " behind " << holder.name;
         }
     }
 }
 
-TEST_F(ChannelListMutex, CloseCleanCopyAndStoreWaitForNobody) {
+TEST_F(ServiceListMutex, CloseCleanCopyAndStoreWaitForNobody) {
     for (const Call& other : kFree) {
-        EXPECT_TRUE(reaches_the_middleware(kSerialised[0], other, std::chrono::seconds(30))) << other.name;
+        EXPECT_TRUE(reaches_the_middleware(kSerialized[0], other, std::chrono::seconds(30))) << other.name;
     }
 }
 

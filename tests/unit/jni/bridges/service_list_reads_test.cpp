@@ -1,0 +1,86 @@
+// The service list's natives that read: records are returned as their bytes.
+
+#include "bridge_test_support.h"
+
+#include <new>
+
+namespace script = tavro::script;
+
+namespace {
+
+bool refuse_large_arrays = false;
+
+} // namespace
+
+// The whole-list read is the only place that allocates without throwing.
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+    return refuse_large_arrays ? nullptr : ::operator new[](size);
+}
+
+namespace {
+
+using namespace tavro::test;
+
+class ServiceReads : public BridgeTest {
+protected:
+    ServiceReads() : BridgeTest(service_kind()) {}
+
+    jbyteArray get_list() { return com_velotra_tv_tavro_channellist_getSVLInfoList(jni.env(), nullptr, 1); }
+};
+
+TEST_F(ServiceReads, OneServiceIsReadWithoutALockAndReturnedAsItsBytes) {
+    script::answer("x_svl_get_rec", reads(kind.sample));
+    jbyteArray bytes = com_velotra_tv_tavro_channellist_getSVLInfo(jni.env(), nullptr, text("1,17"));
+    EXPECT_EQ(journal(),
+              joined(chars("1,17"), call("get_rec(@1, 17)"), Lines{"NewByteArray(552)", "SetByteArrayRegion(0, 552)"}));
+    ASSERT_NE(bytes, nullptr);
+    EXPECT_EQ(bytes_in(bytes), kind.sample);
+}
+
+TEST_F(ServiceReads, OneServiceThatCannotBeReadIsNull) {
+    log_level("D");
+    script::answer("x_svl_get_rec", fails());
+    EXPECT_EQ(com_velotra_tv_tavro_channellist_getSVLInfo(jni.env(), nullptr, text("1,17")), nullptr);
+    EXPECT_EQ(journal().back(), native_line("getSVLInfo", " getSVLInfo fail ret=-22 "));
+}
+
+TEST_F(ServiceReads, AListIsReadUnderItsLockBeforeTheArrayIsMade) {
+    script::always("x_svl_get_num_rec_by_brdcst_type", counts(2));
+    script::answer("x_svl_get_rec_by_brdcst_type", reads(kind.sample));
+    jbyteArray bytes = get_list(); // the second read leaves its record as it is: zero
+    Bytes expected = kind.sample;
+    expected.resize(2 * expected.size());
+    ASSERT_NE(bytes, nullptr);
+    EXPECT_EQ(bytes_in(bytes), expected);
+    EXPECT_EQ(journal(), joined(call("open(1, 0, 0)"), call("read_lock(@1)"),
+                                call("get_num_rec_by_brdcst_type(@1, 0, 0xffffffff)"),
+                                call("get_rec_by_brdcst_type(@1, 0, 0xffffffff, 0)"),
+                                call("get_rec_by_brdcst_type(@1, 0, 0xffffffff, 1)"), call("read_unlock(@1)"),
+                                call("close(@1)"), Lines{"NewByteArray(1104)", "SetByteArrayRegion(0, 1104)"}));
+}
+
+TEST_F(ServiceReads, AListThatDoesNotFitInMemoryIsNullWithALine) {
+    log_level("D");
+    script::always("x_svl_get_num_rec_by_brdcst_type", counts(3));
+    refuse_large_arrays = true;
+    EXPECT_EQ(get_list(), nullptr);
+    refuse_large_arrays = false;
+    const Lines lines = journal();
+    const auto line = std::find(lines.begin(), lines.end(), kJniLine + "sa_svl_buffer malloc fail");
+    EXPECT_EQ(Lines(line, lines.end()),
+              joined(Lines{kJniLine + "sa_svl_buffer malloc fail"}, call("read_unlock(@1)"), call("close(@1)")));
+    EXPECT_EQ(jni.journal_with("get_rec"), Lines{});
+}
+
+TEST_F(ServiceReads, AListIsNullWithALineWhenOneRecordCannotBeRead) {
+    log_level("D");
+    script::always("x_svl_get_num_rec_by_brdcst_type", counts(3));
+    script::answer("x_svl_get_rec_by_brdcst_type", reads(kind.sample));
+    script::answer("x_svl_get_rec_by_brdcst_type", fails());
+    EXPECT_EQ(get_list(), nullptr);
+    EXPECT_EQ(jni.journal_with("fail ret"), Lines{kJniLine + "get_svl_list_info getInfoByIdx fail ret=-22 "});
+    EXPECT_EQ(jni.journal_with("get_rec_by").size(), 2U);
+    EXPECT_EQ(jni.journal_with("_close("), call("close(@1)"));
+}
+
+} // namespace
