@@ -7,6 +7,7 @@
 #include <cstdarg>
 #include <cstddef>
 #include <gtest/gtest.h>
+#include <utility>
 
 namespace tavro::test {
 
@@ -148,11 +149,12 @@ void FakeJni::fill_table() {
     };
     table_.GetMethodID = [](JNIEnv* env, jclass cls, const char* name, const char* signature) -> jmethodID {
         FakeJni& fake = self(env);
-        return fake.looked_up<jmethodID>("GetMethodID", {fake.used(cls).name, name, signature});
+        return fake.looked_up<jmethodID>("GetMethodID", {fake.used(cls).name, name, signature, ""});
     };
     table_.GetFieldID = [](JNIEnv* env, jclass cls, const char* name, const char* descriptor) -> jfieldID {
         FakeJni& fake = self(env);
-        return fake.looked_up<jfieldID>("GetFieldID", {fake.used(cls).name, name, descriptor});
+        return fake.looked_up<jfieldID>("GetFieldID",
+                                        {fake.used(cls).name, name, descriptor, std::exchange(fake.asked_key_, "")});
     };
     table_.NewStringUTF = [](JNIEnv* env, const char* text) -> jstring {
         FakeJni& fake = self(env);
@@ -194,7 +196,8 @@ void FakeJni::fill_table() {
         const auto* subject = self(env).used_argument(va_arg(arguments, FakeObject*));
         const auto* key = self(env).used_argument(va_arg(arguments, FakeObject*));
         self(env).call(self(env).used(object).name + ".isContainsKey(" + subject->name + ", " + key->name + ")");
-        return from(object).keys.count(key->text) != 0 ? JNI_TRUE : JNI_FALSE;
+        self(env).asked_key_ = key->text;
+        return self(env).has_key(from(object), key->text) ? JNI_TRUE : JNI_FALSE;
     };
     table_.CallIntMethodV = [](JNIEnv* env, jobject object, jmethodID method, va_list arguments) -> jint {
         const auto& member = *reinterpret_cast<const LookUp*>(method);
@@ -231,14 +234,14 @@ void FakeJni::fill_table() {
         return fake.fallible("NewObject(" + name + ")") ? fake.referred(&fake.object(name)) : nullptr;
     };
     table_.GetIntField = [](JNIEnv* env, jobject object, jfieldID field) -> jint {
-        const auto& name = reinterpret_cast<const LookUp*>(field)->name;
-        self(env).call("GetIntField(" + name + ")");
-        return self(env).used(object).int_fields[name];
+        const auto& member = *reinterpret_cast<const LookUp*>(field);
+        self(env).call("GetIntField(" + member.name + ")");
+        return self(env).int_value(self(env).used(object), member);
     };
     table_.GetObjectField = [](JNIEnv* env, jobject object, jfieldID field) -> jobject {
-        const auto& name = reinterpret_cast<const LookUp*>(field)->name;
-        self(env).call("GetObjectField(" + name + ")");
-        return self(env).referred(self(env).used(object).object_fields[name]);
+        const auto& member = *reinterpret_cast<const LookUp*>(field);
+        self(env).call("GetObjectField(" + member.name + ")");
+        return self(env).referred(self(env).object_value(self(env).used(object), member));
     };
     table_.GetArrayLength = [](JNIEnv* env, jarray array) -> jsize {
         self(env).call("GetArrayLength(" + self(env).used(array).name + ")");

@@ -33,7 +33,7 @@ struct FakeObject {
 class FakeJni {
 public:
     FakeJni();
-    ~FakeJni();
+    virtual ~FakeJni();
     FakeJni(const FakeJni&) = delete;
     FakeJni& operator=(const FakeJni&) = delete;
 
@@ -81,6 +81,7 @@ public:
         std::string cls;
         std::string name;
         std::string signature;
+        std::string key; // that an object was asked for before a field was looked up
     };
     const std::deque<LookUp>& look_ups() const { return look_ups_; }
 
@@ -92,6 +93,14 @@ public:
         std::vector<JNINativeMethod> methods;
     };
     std::vector<Registered> registered;
+
+protected:
+    // What Java objects hold; a derived environment can have its own rules.
+    virtual bool has_key(const FakeObject& object, const std::string& key) { return object.keys.count(key) != 0; }
+    virtual jint int_value(FakeObject& object, const LookUp& field) { return object.int_fields[field.name]; }
+    virtual FakeObject* object_value(FakeObject& object, const LookUp& field) {
+        return object.object_fields[field.name];
+    }
 
 private:
     static FakeJni& self(JNIEnv* env);
@@ -116,7 +125,8 @@ private:
     std::deque<FakeObject> objects_;
     std::deque<std::string> chars_;
     std::vector<std::string> journal_;
-    std::deque<LookUp> look_ups_;        // method and field ids point into it
+    std::deque<LookUp> look_ups_; // method and field ids point into it
+    std::string asked_key_;
     std::map<std::string, int> failing_; // how many calls until the one that fails
     std::vector<std::string> forbidden_;
     int countdown_ = 0;
