@@ -40,6 +40,15 @@ protected:
                    rest.end());
         return rest;
     }
+    // The journal before the first entry with this text, and from there on.
+    Lines journal_before(const std::string& entry) const {
+        const Lines lines = journal();
+        return {lines.begin(), std::find(lines.begin(), lines.end(), entry)};
+    }
+    Lines journal_from(const std::string& entry) const {
+        const Lines lines = journal();
+        return {std::find(lines.begin(), lines.end(), entry), lines.end()};
+    }
     // The record that the last add or update stored.
     static Bytes last_record() {
         Bytes last;

@@ -66,12 +66,22 @@ protected:
     }
     std::string find_class(const std::string& name) const { return "FindClass(" + kPackage + name + ")"; }
 
-    // A call that fails, the n-th with that text, and the message logged then.
+    // A call that fails, the n-th with that text, and the message that is logged then.
     struct Failure {
         std::string call;
         int n;
         std::string message;
     };
+
+    void expect_messages(const std::string& native, const std::vector<Failure>& failures) {
+        for (const Failure& failure : failures) {
+            FakeJni failing;
+            failing.fail(failure.call, failure.n);
+            EXPECT_EQ(native == "getInfo" ? get(failing) : get_list(failing), nullptr);
+            EXPECT_EQ(end_of(failing), (Lines{failure.call, native_line(native, " : " + failure.message)}));
+            EXPECT_EQ(failing.journal_with("lock("), Lines{});
+        }
+    }
 
     const InfoKind& info = *GetParam();
     const std::string constructor = "GetMethodID(<init>, ()V)";
@@ -80,33 +90,22 @@ protected:
 };
 
 TEST_P(InfoObjects, OneLogsTheClassOrConstructorThatIsMissing) {
-    for (const Failure& f : {Failure{find_class(info.info), 1, "Info class not find!"},
-                             {constructor, 1, "init class failed!"},
-                             {find_class(info.base), 1, no_base},
-                             {constructor, 2, "jcls_init init class failed!"}}) {
-        FakeJni failing;
-        failing.fail(f.call, f.n);
-        EXPECT_EQ(get(failing), nullptr);
-        EXPECT_EQ(end_of(failing), (Lines{f.call, native_line("getInfo", " : " + f.message)}));
-    }
+    expect_messages("getInfo", {{find_class(info.info), 1, "Info class not find!"},
+                                {constructor, 1, "init class failed!"},
+                                {find_class(info.base), 1, no_base},
+                                {constructor, 2, "jcls_init init class failed!"}});
 }
 
 TEST_P(InfoObjects, AListLogsTheClassOrMethodThatIsMissingBeforeItLocks) {
     const std::string no_list = "ArrayList class not find!";
-    for (const Failure& f : {Failure{"FindClass(java/util/ArrayList)", 1, no_list},
-                             {constructor, 1, no_list},
-                             {"NewObject(ArrayList)", 1, no_list},
-                             {"GetMethodID(add, (Ljava/lang/Object;)Z)", 1, no_list},
-                             {find_class(info.info), 1, "Info class not find!"},
-                             {constructor, 2, "init class failed!"},
-                             {find_class(info.base), 1, no_base},
-                             {constructor, 3, "jcls_init init class failed!"}}) {
-        FakeJni failing;
-        failing.fail(f.call, f.n);
-        EXPECT_EQ(get_list(failing), nullptr);
-        EXPECT_EQ(end_of(failing), (Lines{f.call, native_line("getInfoList", " : " + f.message)}));
-        EXPECT_EQ(failing.journal_with(kind.calls), Lines{});
-    }
+    expect_messages("getInfoList", {{"FindClass(java/util/ArrayList)", 1, no_list},
+                                    {constructor, 1, no_list},
+                                    {"NewObject(ArrayList)", 1, no_list},
+                                    {"GetMethodID(add, (Ljava/lang/Object;)Z)", 1, no_list},
+                                    {find_class(info.info), 1, "Info class not find!"},
+                                    {constructor, 2, "init class failed!"},
+                                    {find_class(info.base), 1, no_base},
+                                    {constructor, 3, "jcls_init init class failed!"}});
 }
 
 TEST_P(InfoObjects, LogNothingWhenAnObjectOrItsMethodIsMissing) {

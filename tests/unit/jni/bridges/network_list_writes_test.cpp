@@ -45,11 +45,7 @@ protected:
     static Lines added(const Lines& values, const Lines& id) {
         return joined(Lines{"NewStringUTF(\"\")"}, kObjectAsked, values, id);
     }
-    Lines journal_to_add() const {
-        Lines entries = journal();
-        entries.erase(std::find(entries.begin(), entries.end(), call("qry_rec_id(@1, 2)")[0]), entries.end());
-        return entries;
-    }
+    Lines journal_to_add() const { return journal_before(call("qry_rec_id(@1, 2)")[0]); }
 };
 
 TEST_F(NetworkWrites, AnUpdateReadsTheValuesAndKeepsTheNamesCharacters) {

@@ -59,10 +59,10 @@ TEST_P(RecordWrites, AnAddStoresUnderTheNextIdAndReturnsIt) {
     EXPECT_EQ(result, "1," + next_id);
     const Lines begin = joined(entry("add_Info"), Lines{"NewStringUTF(\"\")"});
     const Lines end = joined(add_calls, Lines{added_line("addInfo", 0, "1", next_id)}, identifier_made("1", next_id));
-    const Lines entries = journal();
-    ASSERT_GT(entries.size(), begin.size() + end.size());
-    EXPECT_EQ(Lines(entries.begin(), entries.begin() + static_cast<std::ptrdiff_t>(begin.size())), begin);
-    EXPECT_EQ(Lines(entries.end() - static_cast<std::ptrdiff_t>(end.size()), entries.end()), end);
+    const Lines before = journal_before(add_calls.front());
+    ASSERT_GT(before.size(), begin.size());
+    EXPECT_EQ(Lines(before.begin(), before.begin() + static_cast<std::ptrdiff_t>(begin.size())), begin);
+    EXPECT_EQ(journal_from(add_calls.front()), end);
 }
 
 TEST_P(RecordWrites, AnAddThatFailsReturnsAnEmptyString) {

@@ -152,6 +152,25 @@ TEST_F(SatelliteReads, SettersAreLookedUpOnTheBaseClass) {
     EXPECT_EQ(members_of(kInfo), (Lines{"<init>", "satlToSatelliteInfo"}));
 }
 
+TEST_F(SatelliteReads, LogTheMaskOfEachRecord) {
+    log_level("D");
+    script::always("x_satl_get_num_recs", counts(1));
+    script::always("x_satl_get_rec_by_rec_idx", reads(stored));
+    ASSERT_NE(get(nullptr), nullptr);
+    ASSERT_NE(com_velotra_tv_tavro_satellitelist_getInfoList(jni.env(), nullptr, 2, nullptr), nullptr);
+    const std::string name = "log 3 -: [" + kind.native_names;
+    EXPECT_EQ(jni.journal_with("ui4_mask"), (Lines{name + "getInfo]: pt_satl_rec.ui4_mask = 40960 \n",
+                                                   name + "getInfoList]:List pt_satl_rec.ui4_mask = 40960 \n"}));
+}
+
+TEST_F(SatelliteReads, AListLogsARecordThatCannotBeRead) {
+    log_level("D");
+    script::always("x_satl_get_num_recs", counts(1));
+    script::always("x_satl_get_rec_by_rec_idx", fails());
+    EXPECT_EQ(com_velotra_tv_tavro_satellitelist_getInfoList(jni.env(), nullptr, 2, nullptr), nullptr);
+    EXPECT_EQ(jni.journal_with("failed!"), Lines{native_line("getInfoList", " : getInfoByIdx failed!")});
+}
+
 TEST_F(SatelliteReads, KeyListsAreLogged) {
     log_level("D");
     FakeObject& keys = jni.list({&jni.string("Name")});

@@ -103,16 +103,22 @@ TEST_F(SatelliteWrites, AListUpdateEndsAtABadIdentifier) {
     EXPECT_EQ(jni.journal_with("update_rec"), call("update_rec(@1, record, 0)"));
 }
 
+TEST_F(SatelliteWrites, AnAddStartsWithoutAToneBurst) {
+    EXPECT_EQ(add(jni, object()), "1,2");
+    _SATL_REC_T expected = {};
+    expected.ui2_satl_rec_id = 2;
+    expected.t_diseqc_info.ui1_tone_burst = 0xFF;
+    EXPECT_EQ(last_record(), bytes_of(expected));
+}
+
 TEST_F(SatelliteWrites, AKeysLineComesBeforeItsStringIsReleased) {
     log_level("D");
     FakeObject& satellite = object();
     satellite.keys = {"LnbType"};
     add(jni, satellite);
-    const Lines lines = journal();
-    const auto line = std::find(lines.begin(), lines.end(), "log 3 -: [jni_VltTvList_Init] e_lnb_type = 0 \n");
-    ASSERT_NE(line, lines.end());
-    EXPECT_EQ(*(line - 1), "GetIntField(LnbType)");
-    EXPECT_EQ(*(line + 1), "DeleteLocalRef(\"LnbType\")");
+    const std::string line = "log 3 -: [jni_VltTvList_Init] e_lnb_type = 0 \n";
+    EXPECT_EQ(journal_before(line).back(), "GetIntField(LnbType)");
+    EXPECT_EQ(journal_from(line).at(1), "DeleteLocalRef(\"LnbType\")");
 }
 
 TEST_F(SatelliteWrites, KeysAreAskedOnTheOwnClassFieldsOnTheBaseClass) {

@@ -27,9 +27,7 @@ TEST_F(TransportStreamWrites, AListUpdateSkipsBadIdentifiersAndKeepsTheirKeys) {
                                                                       FakeJni::ref(jni.list(elements))),
               0);
     const Lines end = given_back("stream");
-    const Lines lines = journal();
-    const auto first = std::find(lines.begin(), lines.end(), "list.get(0)");
-    EXPECT_EQ(Lines(first, lines.end()),
+    EXPECT_EQ(journal_from("list.get(0)"),
               joined(Lines{"list.get(0)"}, id_asked_and_kept(id_read("a,b")), end, Lines{"list.get(1)"},
                      id_asked_and_kept(id_read()), end, Lines{"list.get(2)"}, id_asked_and_kept(id_read("")), end,
                      Lines{"list.get(3)"}, id_asked(id_read("1,17")), call("get_rec(@1, 17)"),
@@ -56,9 +54,7 @@ TEST_F(TransportStreamWrites, AnAddConvertsTheObjectAndAsksForNoIdentifier) {
     log_level("D");
     jstring added = com_velotra_tv_tavro_transportstreamlist_add_Info(jni.env(), nullptr, 1, FakeJni::ref(object()));
     EXPECT_EQ(text_of(added), "1,2");
-    const Lines lines = journal();
-    const auto stored = std::find(lines.begin(), lines.end(), call("qry_rec_id(@1, 2)")[0]);
-    EXPECT_EQ(Lines(lines.begin(), stored),
+    EXPECT_EQ(journal_before(call("qry_rec_id(@1, 2)")[0]),
               joined(entry("add_Info"), Lines{"NewStringUTF(\"\")", kJniLine + "[_set_ts_info][2544] "},
                      stream_conversion("stream")));
 }
