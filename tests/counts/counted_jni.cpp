@@ -27,13 +27,6 @@ void replace(Table& table) {
     ((table.*Slots = Replacement<Slots>::call), ...);
 }
 
-// Returns the text between the prefix `first` and the suffix `last`, or "" if `text` does not have both.
-std::string between(const std::string& text, const std::string& first, const std::string& last) {
-    const bool found = text.size() >= first.size() + last.size() && text.compare(0, first.size(), first) == 0 &&
-                       text.compare(text.size() - last.size(), last.size(), last) == 0;
-    return found ? text.substr(first.size(), text.size() - first.size() - last.size()) : "";
-}
-
 } // namespace
 
 CountedJni::CountedJni() : table_(*env()->functions) {
@@ -66,25 +59,19 @@ void* CountedJni::native(const std::string& cls, const std::string& name, const 
     std::exit(1);
 }
 
-void CountedJni::set_requested(test::FakeObject& made) {
-    for (const std::string& call : journal()) {
-        const std::string key = between(call, "NewStringUTF(\"", "\")");
-        if (!key.empty()) {
-            made.keys.insert(key);
-        }
-        const std::string text = between(call, "GetFieldID(", ", Ljava/lang/String;)");
-        if (!text.empty()) {
-            made.object_fields[text] = &string(text.find("RecId") != std::string::npos ? "1,17" : "Das Erste HD");
-        }
-        const std::string codes = between(call, "GetFieldID(", ", [I)");
-        if (!codes.empty()) {
-            made.object_fields[codes] = &int_array({1, 2, 3, 4, 5});
-        }
-        if (call.rfind("GetFieldID(alternateFrequencyInfoList, ", 0) == 0) {
-            made.object_fields["alternateFrequencyInfoList"] =
-                &list({&object("one"), &object("two"), &object("three"), &object("four"), &object("five")});
+test::FakeObject* CountedJni::object_value(test::FakeObject& object, const LookUp& field) {
+    test::FakeObject*& value = object.object_fields[field.name];
+    if (value == nullptr && object.has_all_keys) {
+        if (field.signature == "[I") {
+            value = &int_array({1, 2, 3, 4, 5});
+        } else if (field.signature[0] == '[') {
+            value = &list({&this->object("one"), &this->object("two"), &this->object("three"), &this->object("four"),
+                           &this->object("five")});
+        } else {
+            value = &string(field.name.find("RecId") != std::string::npos ? "1,17" : "Das Erste HD");
         }
     }
+    return value;
 }
 
 } // namespace tavro::counts

@@ -87,11 +87,8 @@ void count_services(CountedJni& jni) {
     FakeObject& one_key = jni.object("service");
     one_key.keys = {"ServiceId"};
     count(jni, "add_service_1_key", [&] { return lists.add(one_key); });
-    FakeObject& service = jni.with_all_keys("service", [&](FakeObject& info) {
-        info.int_fields["broadcastType"] = kDvb;
-        lists.add(info);
-        lists.update(info);
-    });
+    FakeObject& service = jni.with_all_keys("service");
+    service.int_fields["broadcastType"] = kDvb;
     count(jni, "add_service_all_keys", [&] { return lists.add(service); });
     jobject services = lists.list_of(service);
     count(jni, "update_100_services_all_keys", [&] { return lists.update_all(services); });
@@ -99,11 +96,8 @@ void count_services(CountedJni& jni) {
 
 void count_streams(CountedJni& jni) {
     ListClass lists(jni, "VltTvTransportStreamList", "VltTvTransportStreamInfoBase");
-    FakeObject& stream = jni.with_all_keys("stream", [&](FakeObject& info) {
-        info.int_fields["broadcastMedium"] = kSatellite;
-        lists.add(info);
-        lists.update(info);
-    });
+    FakeObject& stream = jni.with_all_keys("stream");
+    stream.int_fields["broadcastMedium"] = kSatellite;
     count(jni, "add_stream_all_keys", [&] { return lists.add(stream); });
     jobject streams = lists.list_of(stream);
     count(jni, "update_100_streams_all_keys", [&] { return lists.update_all(streams); });
@@ -120,10 +114,7 @@ void count_networks(CountedJni& jni) {
     jobject one_key = lists.keys("NwlNetworkId");
     count(jni, "read_network_1_key",
           [&] { return jni.call<jobject>(kClass, "native_getInfo", kRead, identifier, one_key) != nullptr; });
-    FakeObject& network = jni.with_all_keys("network", [&](FakeObject& info) {
-        lists.add(info);
-        lists.update(info);
-    });
+    FakeObject& network = jni.with_all_keys("network");
     count(jni, "add_network_all_keys", [&] { return lists.add(network); });
     jobject networks = lists.list_of(network);
     count(jni, "update_100_networks_all_keys", [&] { return lists.update_all(networks); });
@@ -140,10 +131,7 @@ void count_satellites(CountedJni& jni) {
     jobject one_key = lists.keys("DiseqcPolar");
     count(jni, "read_satellite_1_key",
           [&] { return jni.call<jobject>(kClass, "nativeGetInfo", kRead, identifier, one_key) != nullptr; });
-    FakeObject& satellite = jni.with_all_keys("satellite", [&](FakeObject& info) {
-        lists.add(info);
-        jni.call<jint>(kClass, "nativeUpdateInfo", "(L" PACKAGE "VltTvSatelliteInfoBase;)I", FakeJni::ref(info));
-    });
+    FakeObject& satellite = jni.with_all_keys("satellite");
     count(jni, "add_satellite_all_keys", [&] { return lists.add(satellite); });
     jobject satellites = lists.list_of(satellite);
     count(jni, "update_100_satellites_all_keys",

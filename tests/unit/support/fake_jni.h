@@ -24,6 +24,7 @@ struct FakeObject {
     std::vector<jbyte> bytes;               // of byte arrays
     std::vector<FakeObject*> elements;      // of lists
     std::set<std::string> keys;             // what isContainsKey is true for
+    bool has_all_keys = false;              // isContainsKey is true for every key
     std::map<std::string, jint> int_fields; //
     std::map<std::string, FakeObject*> object_fields;
     std::map<std::string, jint> int_answers; // of int and boolean methods, by name
@@ -95,8 +96,7 @@ public:
     std::vector<Registered> registered;
 
 protected:
-    // What Java objects hold; a derived environment can have its own rules.
-    virtual bool has_key(const FakeObject& object, const std::string& key) { return object.keys.count(key) != 0; }
+    // The values of fields. A derived environment can have its own rules.
     virtual jint int_value(FakeObject& object, const LookUp& field) { return object.int_fields[field.name]; }
     virtual FakeObject* object_value(FakeObject& object, const LookUp& field) {
         return object.object_fields[field.name];
@@ -123,7 +123,7 @@ private:
     JNIEnv_ env_{};
     JavaVM_ vm_{};
     std::deque<FakeObject> objects_;
-    std::deque<std::string> chars_;
+    std::deque<std::unique_ptr<char, void (*)(void*)>> chars_;
     std::vector<std::string> journal_;
     std::deque<LookUp> look_ups_; // method and field ids point into it
     std::string asked_key_;
