@@ -1,6 +1,7 @@
-// Prints what the library asks of the Java side, as docs/java-contract.md: it loads the library's objects
-// into a Java environment that has everything, calls every native, and writes down what was looked up.
+// Prints what the library asks of the Java side, as docs/java-contract.md. It loads the library's objects into a fake
+// Java environment that has everything, calls every native and lists what was looked up.
 
+#include "fake_jni.h"
 #include "jni/jni_VltTvList_Init.h"
 #include "middleware/satl.h"
 #include "natives.h"
@@ -8,11 +9,9 @@
 
 #include <algorithm>
 #include <cctype>
-#include <cstdarg>
 #include <cstddef>
 #include <cstdio>
 #include <cstring>
-#include <deque>
 #include <iterator>
 #include <regex>
 #include <set>
@@ -23,76 +22,17 @@
 
 namespace {
 
-// A Java object; a class is one whose text is its path.
-struct Object {
-    std::string type; // path of the class, or descriptor of an array
-    std::string text;
-    std::string element; // path of what a list holds
-};
-
-struct Member {
-    std::string name;
-    std::string signature;
-    std::string key; // that was asked before the field was looked up
-};
+using tavro::test::FakeJni;
+using tavro::test::FakeObject;
 
 struct ClassUse {
     std::string path;
-    std::vector<Member> methods;
-    std::vector<Member> fields;
+    std::vector<FakeJni::LookUp> methods;
+    std::vector<FakeJni::LookUp> fields;
 };
 
-struct Natives {
-    std::string path;
-    std::vector<JNINativeMethod> methods;
-};
-
-// What all int fields hold in this round: broadcast type and medium among them, on which it depends
-// what else is read.
-constexpr jint kRounds = 10;
-jint int_fields = 0;
-
-std::deque<Object> objects;
-std::deque<Member> members;
-std::vector<ClassUse> uses;
-std::vector<Natives> registered;
-std::string asked_key;
-
-Object& object(const std::string& type, const std::string& text = "", const std::string& element = "") {
-    return objects.emplace_back(Object{type, text, element});
-}
-
-template <class Reference>
-Reference ref(Object& object) {
-    return reinterpret_cast<Reference>(&object);
-}
-
-Object& from(jobject reference) { return *reinterpret_cast<Object*>(reference); }
-
-ClassUse& use_of(jclass cls) {
-    const std::string& path = from(cls).text;
-    auto found = std::find_if(uses.begin(), uses.end(), [&](const ClassUse& use) { return use.path == path; });
-    return found != uses.end() ? *found : uses.emplace_back(ClassUse{path, {}, {}});
-}
-
-void note(std::vector<Member>& list, const Member& member) {
-    const bool known = std::any_of(list.begin(), list.end(), [&](const Member& other) {
-        return other.name == member.name && other.signature == member.signature && other.key == member.key;
-    });
-    if (!known) {
-        list.push_back(member);
-    }
-}
-
-template <class Id>
-Id id_of(const char* name, const char* signature) {
-    return reinterpret_cast<Id>(&members.emplace_back(Member{name, signature, ""}));
-}
-
-template <class Id>
-const Member& member(Id id) {
-    return *reinterpret_cast<const Member*>(id);
-}
+// The list classes with their natives.
+std::vector<FakeJni::Registered> registered;
 
 // The path in the descriptor of an object or of an array of objects.
 std::string path_of(const std::string& descriptor) {
@@ -100,50 +40,60 @@ std::string path_of(const std::string& descriptor) {
     return descriptor.substr(start, descriptor.size() - start - 1);
 }
 
-void fill(JNINativeInterface_& table) {
-    table.FindClass = [](JNIEnv*, const char* path) { return ref<jclass>(object("class", path)); };
-    table.GetObjectClass = [](JNIEnv*, jobject of) { return ref<jclass>(object("class", from(of).type)); };
-    table.GetMethodID = [](JNIEnv*, jclass cls, const char* name, const char* signature) {
-        note(use_of(cls).methods, {name, signature, ""});
-        return id_of<jmethodID>(name, signature);
-    };
-    table.GetFieldID = [](JNIEnv*, jclass cls, const char* name, const char* descriptor) {
-        note(use_of(cls).fields, {name, descriptor, std::exchange(asked_key, "")});
-        return id_of<jfieldID>(name, descriptor);
-    };
-    table.NewStringUTF = [](JNIEnv*, const char* text) { return ref<jstring>(object("java/lang/String", text)); };
-    table.GetStringUTFChars = [](JNIEnv*, jstring text, jboolean*) { return from(text).text.c_str(); };
-    table.ReleaseStringUTFChars = [](JNIEnv*, jstring, const char*) {};
-    table.DeleteLocalRef = [](JNIEnv*, jobject) {};
-    table.CallBooleanMethodV = [](JNIEnv*, jobject, jmethodID method, va_list arguments) -> jboolean {
-        if (member(method).name == "isContainsKey") {
-            va_arg(arguments, jobject);
-            asked_key = from(va_arg(arguments, jobject)).text;
+// A Java environment in which records have every key and every field. Objects are named after the path of their class.
+class CompleteJni : public FakeJni {
+public:
+    // The value of every int field, the broadcast type and medium among them. What else is read depends on it.
+    jint number = 0;
+
+    FakeObject& complete(const std::string& path) {
+        FakeObject& made = object(path);
+        made.has_all_keys = true;
+        return made;
+    }
+
+private:
+    jint int_value(FakeObject&, const LookUp&) override { return number; }
+    FakeObject* object_value(FakeObject&, const LookUp& field) override {
+        const std::string& descriptor = field.signature;
+        if (descriptor == "[I") {
+            return &int_array({number});
         }
-        return JNI_TRUE;
-    };
-    table.CallIntMethodV = [](JNIEnv*, jobject, jmethodID, va_list) -> jint { return 1; };
-    table.CallObjectMethodV = [](JNIEnv*, jobject on, jmethodID, va_list) {
-        return ref<jobject>(object(from(on).element));
-    };
-    table.CallVoidMethodV = [](JNIEnv*, jobject, jmethodID, va_list) {};
-    table.NewObjectV = [](JNIEnv*, jclass cls, jmethodID, va_list) { return ref<jobject>(object(from(cls).text)); };
-    table.GetIntField = [](JNIEnv*, jobject, jfieldID) { return int_fields; };
-    table.GetObjectField = [](JNIEnv*, jobject, jfieldID field) {
-        const std::string& descriptor = member(field).signature;
-        return ref<jobject>(descriptor[0] == '[' ? object(descriptor) : object(path_of(descriptor), "1,1"));
-    };
-    table.GetArrayLength = [](JNIEnv*, jarray) -> jsize { return 1; };
-    table.GetObjectArrayElement = [](JNIEnv*, jobjectArray array, jsize) {
-        return ref<jobject>(object(path_of(from(array).type)));
-    };
-    table.GetIntArrayElements = [](JNIEnv*, jintArray, jboolean*) { return &int_fields; };
-    table.NewByteArray = [](JNIEnv*, jsize) { return ref<jbyteArray>(object("[B")); };
-    table.SetByteArrayRegion = [](JNIEnv*, jbyteArray, jsize, jsize, const jbyte*) {};
-    table.RegisterNatives = [](JNIEnv*, jclass cls, const JNINativeMethod* methods, jint count) -> jint {
-        registered.push_back({from(cls).text, {methods, methods + count}});
-        return JNI_OK;
-    };
+        if (descriptor[0] == '[') {
+            return &list({&complete(path_of(descriptor))});
+        }
+        FakeObject& text = object(path_of(descriptor));
+        text.text = "1,1";
+        return &text;
+    }
+};
+
+constexpr jint kRounds = 10; // one for each value of the int fields
+
+// The path of the class of a look-up. The fake environment names the class of an object after the object.
+std::string path_of(const FakeJni::LookUp& look_up) {
+    const std::string class_of = "class of ";
+    const std::string& name = look_up.cls;
+    return name.compare(0, class_of.size(), class_of) == 0 ? name.substr(class_of.size()) : name;
+}
+
+std::vector<ClassUse> uses_of(const FakeJni& jni) {
+    std::vector<ClassUse> uses;
+    for (const FakeJni::LookUp& look_up : jni.look_ups()) {
+        const std::string path = path_of(look_up);
+        auto use = std::find_if(uses.begin(), uses.end(), [&](const ClassUse& of) { return of.path == path; });
+        if (use == uses.end()) {
+            use = uses.insert(use, ClassUse{path, {}, {}});
+        }
+        auto& members = look_up.signature[0] == '(' ? use->methods : use->fields;
+        const bool known = std::any_of(members.begin(), members.end(), [&](const FakeJni::LookUp& other) {
+            return other.name == look_up.name && other.signature == look_up.signature && other.key == look_up.key;
+        });
+        if (!known) {
+            members.push_back(look_up);
+        }
+    }
+    return uses;
 }
 
 // A JNI type at `at`, which moves behind it, as Java writes it; classes without their package.
@@ -192,7 +142,7 @@ std::string declaration(const std::string& name, const std::string& signature, s
 }
 
 // The path of the record class that a list class's natives take; empty when none does.
-std::string record_class(const Natives& list) {
+std::string record_class(const FakeJni::Registered& list) {
     for (const JNINativeMethod& method : list.methods) {
         const std::string signature = method.signature;
         const std::size_t end = signature.find("InfoBase;");
@@ -216,33 +166,35 @@ void invoke(const JNINativeMethod& method, JNIEnv* env, Arguments... arguments) 
 
 // Calls a native with list id 1, record 1, a record object, or a list of one; keys that are wanted are
 // null, which wants all.
-void call(const Natives& list, const JNINativeMethod& method, JNIEnv* env) {
+void call(CompleteJni& jni, const FakeJni::Registered& list, const JNINativeMethod& method) {
     std::vector<std::string> types;
     declaration(method.name, method.signature, &types);
     const bool reads = std::string(method.name).find("etInfo") != std::string::npos;
     std::vector<jobject> values;
     for (const std::string& type : types) {
         if (type == "String") {
-            values.push_back(ref<jobject>(object("java/lang/String", "1,1")));
+            values.push_back(FakeJni::ref(jni.string("1,1")));
         } else if (type == "List") {
-            values.push_back(reads ? nullptr : ref<jobject>(object("java/util/List", "", record_class(list))));
+            FakeObject& records = jni.object("java/util/List");
+            records.elements = {&jni.complete(record_class(list))};
+            values.push_back(reads ? nullptr : FakeJni::ref(records));
         } else if (type != "int") {
-            values.push_back(ref<jobject>(object(record_class(list))));
+            values.push_back(FakeJni::ref(jni.complete(record_class(list))));
         }
     }
     const std::size_t ints = types.size() - values.size();
     if (values.empty() && ints == 0) {
-        invoke(method, env);
+        invoke(method, jni.env());
     } else if (values.empty() && ints == 1) {
-        invoke(method, env, jint{1});
+        invoke(method, jni.env(), jint{1});
     } else if (values.empty()) {
-        invoke(method, env, jint{1}, jint{1});
+        invoke(method, jni.env(), jint{1}, jint{1});
     } else if (ints == 1) {
-        invoke(method, env, jint{1}, values[0]);
+        invoke(method, jni.env(), jint{1}, values[0]);
     } else if (values.size() == 1) {
-        invoke(method, env, values[0]);
+        invoke(method, jni.env(), values[0]);
     } else {
-        invoke(method, env, values[0], values[1]);
+        invoke(method, jni.env(), values[0], values[1]);
     }
 }
 
@@ -250,13 +202,13 @@ void call(const Natives& list, const JNINativeMethod& method, JNIEnv* env) {
 std::string class_name(const std::string& path) { return path.substr(path.rfind('/') + 1); }
 
 // The bit of a list class in natives::Kinds.
-unsigned kind_of(const Natives& list) {
+unsigned kind_of(const FakeJni::Registered& list) {
     const std::pair<const char*, natives::Kinds> kinds[] = {{"VltTvChannelList", natives::kService},
                                                             {"VltTvTransportStreamList", natives::kStream},
                                                             {"VltTvNetworkList", natives::kNetwork},
                                                             {"VltTvSatelliteList", natives::kSatellite}};
     for (const auto& [name, kind] : kinds) {
-        if (class_name(list.path) == name) {
+        if (class_name(list.cls) == name) {
             return kind;
         }
     }
@@ -278,7 +230,7 @@ std::string spelled(const natives::Native& row, unsigned kind) {
 const std::regex kParameterName(" (\\w+)(?=[,)])");
 
 // The only row that describes a native. Otherwise complains and returns null.
-const natives::Native* row_of(const Natives& list, const std::string& native) {
+const natives::Native* row_of(const FakeJni::Registered& list, const std::string& native) {
     const natives::Native* found = nullptr;
     int rows = 0;
     for (const natives::Native& row : natives::kNatives) {
@@ -290,7 +242,7 @@ const natives::Native* row_of(const Natives& list, const std::string& native) {
     }
     if (rows != 1) {
         std::fprintf(stderr, "docs/generate/natives.h has %d rows for %s of %s, not one\n", rows, native.c_str(),
-                     list.path.c_str());
+                     list.cls.c_str());
     }
     return rows == 1 ? found : nullptr;
 }
@@ -299,13 +251,13 @@ const natives::Native* row_of(const Natives& list, const std::string& native) {
 // that have a meaning.
 bool check_natives() {
     bool complete = true;
-    for (const Natives& list : registered) {
+    for (const FakeJni::Registered& list : registered) {
         const unsigned kind = kind_of(list);
         const auto rows = std::count_if(std::begin(natives::kNatives), std::end(natives::kNatives),
                                         [&](const natives::Native& row) { return (row.kinds & kind) != 0; });
         if (static_cast<std::size_t>(rows) != list.methods.size()) {
             std::fprintf(stderr, "docs/generate/natives.h has %d rows for the %zu natives of %s\n",
-                         static_cast<int>(rows), list.methods.size(), list.path.c_str());
+                         static_cast<int>(rows), list.methods.size(), list.cls.c_str());
             complete = false;
         }
         for (const JNINativeMethod& method : list.methods) {
@@ -342,8 +294,8 @@ void print_parameters() {
 }
 
 void print_natives() {
-    for (const Natives& list : registered) {
-        std::printf("\n### %s\n\n| Native | Effect | Result | On failure |\n|---|---|---|---|\n", list.path.c_str());
+    for (const FakeJni::Registered& list : registered) {
+        std::printf("\n### %s\n\n| Native | Effect | Result | On failure |\n|---|---|---|---|\n", list.cls.c_str());
         for (const JNINativeMethod& method : list.methods) {
             const natives::Native& row = *row_of(list, declaration(method.name, method.signature));
             std::printf("| `%s` | %s | %s | %s |\n", spelled(row, kind_of(list)).c_str(), row.effect, row.result,
@@ -356,14 +308,14 @@ void print_use(const ClassUse& use) {
     std::printf("\n### %s\n", use.path.c_str());
     if (!use.methods.empty()) {
         std::printf("\n```\n");
-        for (const Member& method : use.methods) {
+        for (const FakeJni::LookUp& method : use.methods) {
             std::printf("%s\n", declaration(method.name, method.signature).c_str());
         }
         std::printf("```\n");
     }
     if (!use.fields.empty()) {
         std::printf("\n| Key | Field | Type |\n|---|---|---|\n");
-        for (const Member& field : use.fields) {
+        for (const FakeJni::LookUp& field : use.fields) {
             const std::string key = field.key.empty() ? "" : '`' + field.key + '`';
             std::printf("| %s | `%s` | %s |\n", key.c_str(), field.name.c_str(), java_type(field.signature).c_str());
         }
@@ -401,10 +353,7 @@ lists of keys that getters take hold the same keys.
 } // namespace
 
 int main() {
-    JNINativeInterface_ table{};
-    fill(table);
-    JNIEnv_ env{};
-    env.functions = &table;
+    CompleteJni jni;
     tavro::script::Answer one;
     one.value = 1;
     tavro::script::always("x_nwl_get_num_rec", one);
@@ -415,14 +364,15 @@ int main() {
     tavro::script::always("x_satl_get_rec", satellite);
     tavro::script::always("x_satl_get_rec_by_rec_idx", satellite);
 
-    if (register_com_velotra_tv_tavro_channellist_VltTvList(&env) == 0) {
+    if (register_com_velotra_tv_tavro_channellist_VltTvList(jni.env()) == 0) {
         std::fprintf(stderr, "the natives could not be registered\n");
         return 1;
     }
-    for (int_fields = 0; int_fields < kRounds; ++int_fields) {
-        for (const Natives& list : registered) {
+    registered = jni.registered;
+    for (jni.number = 0; jni.number < kRounds; ++jni.number) {
+        for (const FakeJni::Registered& list : registered) {
             for (const JNINativeMethod& method : list.methods) {
-                call(list, method, &env);
+                call(jni, list, method);
             }
         }
     }
@@ -434,7 +384,7 @@ int main() {
     print_parameters();
     print_natives();
     std::printf("%s", kClasses);
-    for (const ClassUse& use : uses) {
+    for (const ClassUse& use : uses_of(jni)) {
         print_use(use);
     }
     return 0;
