@@ -1,4 +1,4 @@
-// The list kinds as tests of their natives see them: the natives themselves, and what differs from kind to kind.
+// The four list kinds for tests of their natives: the natives, and what differs between the kinds.
 #pragma once
 
 #include "jni/bridges/channel_list_bridge.h"
@@ -54,7 +54,7 @@ struct BridgeNatives {
     jint (*remove_by_record_id)(JNIEnv*, jobject, jint list, jstring identifier);
     jstring (*add)(JNIEnv*, jobject, jint list, jobject object);
     jstring (*add_by_record_id)(JNIEnv*, jobject, jint list, jstring identifier);
-    // Those of satellites have no list id, which they take from the object.
+    // The satellite list's natives ignore the list id here; they take it from the object.
     jint (*update)(JNIEnv*, jobject, jint list, jobject object);
     jint (*update_by_record_id)(JNIEnv*, jobject, jint list, jstring identifier);
     jint (*update_list)(JNIEnv*, jobject, jint list, jobject objects);
@@ -85,10 +85,9 @@ struct BridgeKind {
     std::uint32_t number; // the scripted handles are number << 16 | list id
 
     std::string native_names; // how the names of the natives begin
-    // Entry log lines by the name of the native, after the prefix that all lines have. The natives that are not
-    // listed write none.
+    // Entry log lines by the end of the native's name, without the prefix of all lines. The other natives write none.
     std::map<std::string, std::string> entry_lines;
-    std::string remove_by_record_id = "remove_info_by_recId"; // what follows in the name of that native
+    std::string remove_by_record_id = "remove_info_by_recId"; // end of that native's name
 
     // The journal's name of record objects, and the key and field of their identifier.
     std::string object;
@@ -96,10 +95,10 @@ struct BridgeKind {
     std::string id_field;
 
     Bytes sample; // a record with record id 17
-    // What updateInfo_by_recId changes in the sample before it stores it in list 300.
+    // The sample as updateInfo_by_recId stores it in list 300.
     Bytes stamped;
 
-    // An identifier that names no record, as text.
+    // An identifier that cannot be parsed. Parts that are not numbers throw in the satellite list manager.
     std::string bad_identifier = "1,x";
 
     bool is_services() const { return number == 1; }

@@ -77,9 +77,9 @@ protected:
         return bytes;
     }
 
-    // A middleware call of the kind: "lock" and "copy_date" of x_tsl_lock, x_tsl_copy_date, ...
+    // The name of a middleware call: "lock" is x_tsl_lock for transport streams.
     std::string call_name(const std::string& call) const { return kind.calls + call; }
-    // Its journal entry, with the handle of a list for "@1": "lock(@1)".
+    // The journal entry of such a call. "@1" stands for the handle of list 1: "lock(@1)".
     Lines call(std::string entry) const {
         for (std::size_t at = entry.find('@'); at != std::string::npos; at = entry.find('@', at)) {
             std::size_t end = at + 1;
@@ -106,7 +106,7 @@ protected:
     std::string native_line(const std::string& native, const std::string& rest) const {
         return kJniLine + kind.native_names + native + rest;
     }
-    // The lines that end an add which was successful.
+    // The entries that end a successful add.
     static Lines identifier_made(const std::string& list, const std::string& record_id) {
         return {kJniLine + "[combineMId] mwdbId = " + list + ", recId = " + record_id,
                 "NewStringUTF(" + quoted(list + "," + record_id) + ")"};
@@ -120,7 +120,7 @@ protected:
         made.object_fields = {{kind.id_field, identifier == nullptr ? nullptr : &jni.string(identifier)}};
         return made;
     }
-    // Asks an object for its identifier. `kept`: without releasing the key's string.
+    // Asks an object for its identifier. The second keeps the reference of the key's string.
     Lines id_asked(const Lines& read) const { return asked(kind.object, kind.id_key, read); }
     Lines id_asked_and_kept(const Lines& read) const {
         Lines lines = id_asked(read);

@@ -127,7 +127,7 @@ jobject FakeJni::referred(FakeObject* object) {
 void FakeJni::give_back(FakeObject& object) {
     int& references = references_[&object];
     if (references == 0) {
-        misused_references_.push_back("not held: " + object.name);
+        misused_references_.push_back("released but not held: " + object.name);
         return;
     }
     --references;
@@ -138,7 +138,7 @@ FakeObject& FakeJni::used(jobject reference) {
     FakeObject& object = from(reference);
     const auto found = references_.find(&object);
     if (found != references_.end() && found->second == 0) {
-        misused_references_.push_back("used after it was given back: " + object.name);
+        misused_references_.push_back("used after its release: " + object.name);
     }
     return object;
 }

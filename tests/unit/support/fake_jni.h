@@ -1,6 +1,5 @@
-// A Java environment made of plain C++ objects, for tests that must see every JNI call or make one
-// fail. Its function table is empty but for the functions that the library uses, so that any other
-// call ends the test.
+// A Java environment made of plain C++ objects, for tests that check every JNI call or make one fail. Its function
+// table has only the functions that the library uses; any other call ends the test.
 #pragma once
 
 #include <jni.h>
@@ -16,16 +15,16 @@
 
 namespace tavro::test {
 
-// A Java object, class, string or array; which of them is told by what it holds.
+// A Java object, class, string or array; depending on the members that are set.
 struct FakeObject {
-    std::string name;                       // in the journal
-    std::string text;                       // of strings
-    std::vector<jint> ints;                 // of int arrays
-    std::vector<jbyte> bytes;               // of byte arrays
-    std::vector<FakeObject*> elements;      // of lists
-    std::set<std::string> keys;             // what isContainsKey is true for
-    bool has_all_keys = false;              // isContainsKey is true for every key
-    std::map<std::string, jint> int_fields; //
+    std::string name;                  // in the journal
+    std::string text;                  // of strings
+    std::vector<jint> ints;            // of int arrays
+    std::vector<jbyte> bytes;          // of byte arrays
+    std::vector<FakeObject*> elements; // of lists
+    std::set<std::string> keys;        // what isContainsKey is true for
+    bool has_all_keys = false;         // isContainsKey is true for every key
+    std::map<std::string, jint> int_fields;
     std::map<std::string, FakeObject*> object_fields;
     std::map<std::string, jint> int_answers; // of int and boolean methods, by name
     std::map<std::string, FakeObject*> object_answers;
@@ -41,7 +40,7 @@ public:
     JNIEnv* env() { return &env_; }
     JavaVM* vm() { return &vm_; }
 
-    // Makes objects, which live as long as this.
+    // Creates an object, which lives as long as the environment.
     FakeObject& object(const std::string& name);
     FakeObject& string(const std::string& text);
     FakeObject& int_array(std::vector<jint> elements);
@@ -60,19 +59,19 @@ public:
     void fail(const std::string& text, int n = 1) { failing_[text] = n; }
     void fail_nth(int n) { countdown_ = n; }
 
-    // The journal from the first call that failed on; empty when none has.
+    // The journal from the first failed call on; empty if no call has failed.
     std::vector<std::string> journal_from_failure() const;
     bool exception_pending() const { return pending_; }
 
-    // Calls made although an exception was pending, other than the few that JNI allows then.
+    // Calls made while an exception was pending, except the few that JNI allows then.
     const std::vector<std::string>& forbidden_calls() const { return forbidden_; }
 
-    // Characters that were not released.
+    // The number of strings whose characters were not released.
     int unreleased_chars() const { return unreleased_chars_; }
 
-    // Local references that calls have made and that were not given back, and the most at any time. A test
-    // of one native call among several starts anew before it. A reference that is given back twice, or used
-    // after it was given back, fails the test when this ends.
+    // The number of local references that calls created and nobody released, and its peak. A test that counts the
+    // references of one native call starts anew before the call. A reference that is released twice, or used after its
+    // release, fails the test.
     int live_references() const { return live_references_; }
     int most_references() const { return most_references_; }
     void count_references_anew();
@@ -82,7 +81,7 @@ public:
         std::string cls;
         std::string name;
         std::string signature;
-        std::string key; // that an object was asked for before a field was looked up
+        std::string key; // of a field: the key that was asked before its look-up
     };
     const std::deque<LookUp>& look_ups() const { return look_ups_; }
 
@@ -113,7 +112,7 @@ private:
     // Counts a local reference, which may be null.
     jobject referred(FakeObject* object);
     void give_back(FakeObject& object);
-    // Notes a use of an object whose references were all given back.
+    // Records a use of an object whose references were all released.
     FakeObject& used(jobject reference);
     FakeObject* used_argument(FakeObject* object);
     void fill_table();
@@ -132,7 +131,7 @@ private:
     int countdown_ = 0;
     std::size_t failed_at_ = 0;
     int unreleased_chars_ = 0;
-    std::map<const FakeObject*, int> references_; // 0: all were given back
+    std::map<const FakeObject*, int> references_; // 0: all were released
     std::vector<std::string> misused_references_;
     int live_references_ = 0;
     int most_references_ = 0;
