@@ -9,23 +9,31 @@
 
 // One network: 304 bytes, little-endian. Bytes without a name belong to the middleware.
 struct _NWL_REC_T {
-    std::uint32_t ui4_nwl_flags; // 0x2: candidate for the favourite network, 0x4: favourite network
+    std::uint32_t ui4_nwl_flags;
     std::uint16_t ui2_nwl_rec_id;
-    std::uint16_t ui2_nwl_id; // list that holds the record
+    std::uint16_t ui2_nwl_id;
     std::uint8_t aui1_reserved_8[2];
-    std::uint16_t ui2_nw_id;     // network_id
-    std::uint8_t ui1_nw_version; // version_number of the NIT
-    char ac_nw_name[32];         // at most 31 bytes of modified UTF-8 and a NUL
+    std::uint16_t ui2_nw_id;
+    std::uint8_t ui1_nw_version;
+    char ac_nw_name[32];
     std::uint8_t aui1_reserved_45[259];
 };
 
-TAVRO_SIZE(_NWL_REC_T, 304);
-TAVRO_AT(_NWL_REC_T, ui4_nwl_flags, 0);
-TAVRO_AT(_NWL_REC_T, ui2_nwl_rec_id, 4);
-TAVRO_AT(_NWL_REC_T, ui2_nwl_id, 6);
-TAVRO_AT(_NWL_REC_T, ui2_nw_id, 10);
-TAVRO_AT(_NWL_REC_T, ui1_nw_version, 12);
-TAVRO_AT(_NWL_REC_T, ac_nw_name, 13);
+template <>
+struct tavro::Layout<_NWL_REC_T> : LayoutOf<_NWL_REC_T> {
+    static constexpr Field fields[] = {
+        TAVRO_FLAGS(0, ui4_nwl_flags, "FLAGS", "flags",
+                    "0x2: candidate for the favorite network; 0x4: favorite network"),
+        TAVRO_FIELD(4, ui2_nwl_rec_id, "RECORD_ID", "record id", "unique within its list"),
+        TAVRO_FIELD(6, ui2_nwl_id, "NWL_ID", "list", "list that holds the record"),
+        TAVRO_RESERVED(8, aui1_reserved_8),
+        TAVRO_FIELD(10, ui2_nw_id, "NETWORK_ID", "network id", "network_id"),
+        TAVRO_FIELD(12, ui1_nw_version, "VERSION", "version", "version_number of the NIT (5.2.1)"),
+        TAVRO_FIELD(13, ac_nw_name, "NAME", "name", "at most 31 bytes of modified UTF-8 and a NUL"),
+        TAVRO_RESERVED(45, aui1_reserved_45),
+    };
+};
+TAVRO_COMPLETE(_NWL_REC_T, 304);
 
 extern "C" {
 TAVRO_DECLARE_LIST_CALLS(x_nwl, _NWL_REC_T);

@@ -9,19 +9,19 @@
 
 // How one tuner drives the dish: DiSEqC switch, tone, LNB power, single-cable parameters. 56 bytes.
 struct _TUNER_DISEQC_INFO_T {
-    std::uint32_t e_diseqc_type; // 0 tone burst only, 2 committed switch
-    std::uint8_t ui1_port;       // committed switch port 0..3, 0xFF none
+    std::uint32_t e_diseqc_type;
+    std::uint8_t ui1_port;
     std::uint8_t aui1_reserved_5[2];
-    std::uint8_t ui1_22k;        // 22 kHz tone
-    std::uint8_t ui1_tone_burst; // 0 burst A, 1 burst B, 0xFF none
+    std::uint8_t ui1_22k;
+    std::uint8_t ui1_tone_burst;
     std::uint8_t aui1_reserved_9[3];
     std::uint32_t e_polar;
     std::uint32_t e_lnb_power;
     std::uint8_t aui1_reserved_20[4];
-    std::uint32_t e_position; // single-cable position
+    std::uint32_t e_position;
     std::uint8_t aui1_reserved_28[4];
-    std::uint32_t e_user_band;   // single-cable user band
-    std::uint16_t ui2_band_freq; // single-cable band frequency
+    std::uint32_t e_user_band;
+    std::uint16_t ui2_band_freq;
     std::uint8_t aui1_reserved_38[2];
     std::uint32_t e_mdu_type;
     std::uint32_t e_diseqc_type_ex;
@@ -30,20 +30,32 @@ struct _TUNER_DISEQC_INFO_T {
     std::uint32_t e_diseqc_type_ex2;
 };
 
-TAVRO_SIZE(_TUNER_DISEQC_INFO_T, 56);
-TAVRO_AT(_TUNER_DISEQC_INFO_T, e_diseqc_type, 0);
-TAVRO_AT(_TUNER_DISEQC_INFO_T, ui1_port, 4);
-TAVRO_AT(_TUNER_DISEQC_INFO_T, ui1_22k, 7);
-TAVRO_AT(_TUNER_DISEQC_INFO_T, ui1_tone_burst, 8);
-TAVRO_AT(_TUNER_DISEQC_INFO_T, e_polar, 12);
-TAVRO_AT(_TUNER_DISEQC_INFO_T, e_lnb_power, 16);
-TAVRO_AT(_TUNER_DISEQC_INFO_T, e_position, 24);
-TAVRO_AT(_TUNER_DISEQC_INFO_T, e_user_band, 32);
-TAVRO_AT(_TUNER_DISEQC_INFO_T, ui2_band_freq, 36);
-TAVRO_AT(_TUNER_DISEQC_INFO_T, e_mdu_type, 40);
-TAVRO_AT(_TUNER_DISEQC_INFO_T, e_diseqc_type_ex, 44);
-TAVRO_AT(_TUNER_DISEQC_INFO_T, ui1_port_ex, 48);
-TAVRO_AT(_TUNER_DISEQC_INFO_T, e_diseqc_type_ex2, 52);
+template <>
+struct tavro::Layout<_TUNER_DISEQC_INFO_T> : LayoutOf<_TUNER_DISEQC_INFO_T> {
+    static constexpr Field fields[] = {
+        TAVRO_FIELD(0, e_diseqc_type, "DISEQC_TYPE", "DiSEqC type", "0 tone burst only, 2 committed switch"),
+        TAVRO_FIELD(4, ui1_port, "DISEQC_PORT", "DiSEqC port", "committed switch: 0 to 3, 255 none"),
+        TAVRO_RESERVED(5, aui1_reserved_5),
+        TAVRO_FIELD(7, ui1_22k, "TONE_22K", "22 kHz tone", ""),
+        TAVRO_FIELD(8, ui1_tone_burst, "TONE_BURST", "tone burst", "0 burst A, 1 burst B, 255 none"),
+        TAVRO_RESERVED(9, aui1_reserved_9),
+        TAVRO_FIELD(12, e_polar, "POLARIZATION", "polarization", ""),
+        TAVRO_FIELD(16, e_lnb_power, "LNB_POWER", "LNB power", ""),
+        TAVRO_RESERVED(20, aui1_reserved_20),
+        TAVRO_FIELD(24, e_position, "SINGLE_CABLE_POSITION", "single-cable position", ""),
+        TAVRO_RESERVED(28, aui1_reserved_28),
+        TAVRO_FIELD(32, e_user_band, "USER_BAND", "user band", "single cable, main tuner"),
+        TAVRO_FIELD(36, ui2_band_freq, "BAND_FREQUENCY", "band frequency", "single cable, main tuner"),
+        TAVRO_RESERVED(38, aui1_reserved_38),
+        TAVRO_FIELD(40, e_mdu_type, "MDU_TYPE", "MDU type", ""),
+        TAVRO_FIELD(44, e_diseqc_type_ex, "DISEQC_TYPE_EX", "extended DiSEqC type", "4 extended switch"),
+        TAVRO_FIELD(48, ui1_port_ex, "DISEQC_PORT_EX", "extended DiSEqC port", ""),
+        TAVRO_RESERVED(49, aui1_reserved_49),
+        TAVRO_FIELD(52, e_diseqc_type_ex2, "DISEQC_TYPE_EX_2", "second extended DiSEqC type",
+                    "5 second extended switch"),
+    };
+};
+TAVRO_COMPLETE(_TUNER_DISEQC_INFO_T, 56);
 
 // One satellite: 412 bytes, little-endian. Bytes without a name belong to the middleware.
 struct _SATL_REC_T {
@@ -55,30 +67,41 @@ struct _SATL_REC_T {
     std::uint16_t ui2_lnb_high_freq;
     std::uint16_t ui2_lnb_switch_freq;
     std::uint8_t aui1_reserved_18[22];
-    _TUNER_DISEQC_INFO_T t_diseqc_info; // main tuner
+    _TUNER_DISEQC_INFO_T t_diseqc_info;
     std::uint8_t aui1_reserved_96[96];
-    std::uint32_t e_sub_user_band;   // single-cable user band of the sub tuner
-    std::uint16_t ui2_sub_band_freq; // single-cable band frequency of the sub tuner
+    std::uint32_t e_sub_user_band;
+    std::uint16_t ui2_sub_band_freq;
     std::uint8_t aui1_reserved_198[82];
-    std::int16_t i2_orb_pos; // orbital position, signed
-    char ac_sat_name[64];    // modified UTF-8, filled up with NULs
-    char c_sat_name_end;     // 0 wherever the library writes a name
+    std::int16_t i2_orb_pos;
+    char ac_sat_name[64];
+    char c_sat_name_end;
     std::uint8_t aui1_reserved_347[65];
 };
 
-TAVRO_SIZE(_SATL_REC_T, 412);
-TAVRO_AT(_SATL_REC_T, ui2_satl_rec_id, 0);
-TAVRO_AT(_SATL_REC_T, ui4_mask, 4);
-TAVRO_AT(_SATL_REC_T, e_lnb_type, 8);
-TAVRO_AT(_SATL_REC_T, ui2_lnb_low_freq, 12);
-TAVRO_AT(_SATL_REC_T, ui2_lnb_high_freq, 14);
-TAVRO_AT(_SATL_REC_T, ui2_lnb_switch_freq, 16);
-TAVRO_AT(_SATL_REC_T, t_diseqc_info, 40);
-TAVRO_AT(_SATL_REC_T, e_sub_user_band, 192);
-TAVRO_AT(_SATL_REC_T, ui2_sub_band_freq, 196);
-TAVRO_AT(_SATL_REC_T, i2_orb_pos, 280);
-TAVRO_AT(_SATL_REC_T, ac_sat_name, 282);
-TAVRO_AT(_SATL_REC_T, c_sat_name_end, 346);
+template <>
+struct tavro::Layout<_SATL_REC_T> : LayoutOf<_SATL_REC_T> {
+    static constexpr Field fields[] = {
+        TAVRO_FIELD(0, ui2_satl_rec_id, "RECORD_ID", "record id", "unique within its list"),
+        TAVRO_RESERVED(2, aui1_reserved_2),
+        TAVRO_FLAGS(4, ui4_mask, "MASK", "flags", "in use, kind of the LNB, signal detected"),
+        TAVRO_FIELD(8, e_lnb_type, "LNB_TYPE", "LNB type", ""),
+        TAVRO_FIELD(12, ui2_lnb_low_freq, "LNB_LOW_FREQUENCY", "low band oscillator", "in MHz on the workstation"),
+        TAVRO_FIELD(14, ui2_lnb_high_freq, "LNB_HIGH_FREQUENCY", "high band oscillator", "in MHz on the workstation"),
+        TAVRO_FIELD(16, ui2_lnb_switch_freq, "LNB_SWITCH_FREQUENCY", "band switch frequency",
+                    "where the high band begins; in MHz on the workstation"),
+        TAVRO_RESERVED(18, aui1_reserved_18),
+        TAVRO_PART(40, t_diseqc_info, "", ""),
+        TAVRO_RESERVED(96, aui1_reserved_96),
+        TAVRO_FIELD(192, e_sub_user_band, "SUB_USER_BAND", "sub user band", "single cable, sub tuner"),
+        TAVRO_FIELD(196, ui2_sub_band_freq, "SUB_BAND_FREQUENCY", "sub band frequency", "single cable, sub tuner"),
+        TAVRO_RESERVED(198, aui1_reserved_198),
+        TAVRO_FIELD(280, i2_orb_pos, "ORBITAL_POSITION", "orbital position", "tenths of a degree, signed"),
+        TAVRO_FIELD(282, ac_sat_name, "NAME", "name", "modified UTF-8, filled up with NULs"),
+        TAVRO_FIELD(346, c_sat_name_end, "NAME_END", "name terminator", "0 wherever the library writes a name"),
+        TAVRO_RESERVED(347, aui1_reserved_347),
+    };
+};
+TAVRO_COMPLETE(_SATL_REC_T, 412);
 
 extern "C" {
 TAVRO_DECLARE_LIST_CALLS(x_satl, _SATL_REC_T);

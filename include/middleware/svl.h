@@ -19,38 +19,49 @@ inline constexpr std::uint8_t kBroadcastDtmb = 7;
 // What every service has, whatever its broadcast system: 148 bytes.
 struct _SVL_REC_HEADER_T {
     std::uint32_t ui4_channel_id;
-    std::uint32_t ui4_nw_mask;      // service flags
-    std::uint32_t ui4_option_mask;  // option flags
-    std::uint32_t ui4_option_mask2; // more option flags
+    std::uint32_t ui4_nw_mask;
+    std::uint32_t ui4_option_mask;
+    std::uint32_t ui4_option_mask2;
     std::uint8_t aui1_reserved_16[4];
-    std::uint16_t ui2_svc_id;     // service_id
-    std::uint16_t ui2_tsl_id;     // list and record of the transport stream that carries the service
-    std::uint16_t ui2_tsl_rec_id; //
-    std::uint16_t ui2_nwl_id;     // list and record of its network
-    std::uint16_t ui2_nwl_rec_id; //
-    std::uint16_t ui2_satl_id;    // list and record of its satellite
+    std::uint16_t ui2_svc_id;
+    std::uint16_t ui2_tsl_id;
+    std::uint16_t ui2_tsl_rec_id;
+    std::uint16_t ui2_nwl_id;
+    std::uint16_t ui2_nwl_rec_id;
+    std::uint16_t ui2_satl_id;
     std::uint16_t ui2_satl_rec_id;
-    std::uint8_t e_brdcst_type; // kBroadcast...
+    std::uint8_t e_brdcst_type;
     std::uint8_t e_serv_type;
-    char ac_name[65]; // at most 64 bytes of modified UTF-8 and a NUL
+    char ac_name[65];
     std::uint8_t aui1_reserved_101[47];
 };
 
-TAVRO_SIZE(_SVL_REC_HEADER_T, 148);
-TAVRO_AT(_SVL_REC_HEADER_T, ui4_channel_id, 0);
-TAVRO_AT(_SVL_REC_HEADER_T, ui4_nw_mask, 4);
-TAVRO_AT(_SVL_REC_HEADER_T, ui4_option_mask, 8);
-TAVRO_AT(_SVL_REC_HEADER_T, ui4_option_mask2, 12);
-TAVRO_AT(_SVL_REC_HEADER_T, ui2_svc_id, 20);
-TAVRO_AT(_SVL_REC_HEADER_T, ui2_tsl_id, 22);
-TAVRO_AT(_SVL_REC_HEADER_T, ui2_tsl_rec_id, 24);
-TAVRO_AT(_SVL_REC_HEADER_T, ui2_nwl_id, 26);
-TAVRO_AT(_SVL_REC_HEADER_T, ui2_nwl_rec_id, 28);
-TAVRO_AT(_SVL_REC_HEADER_T, ui2_satl_id, 30);
-TAVRO_AT(_SVL_REC_HEADER_T, ui2_satl_rec_id, 32);
-TAVRO_AT(_SVL_REC_HEADER_T, e_brdcst_type, 34);
-TAVRO_AT(_SVL_REC_HEADER_T, e_serv_type, 35);
-TAVRO_AT(_SVL_REC_HEADER_T, ac_name, 36);
+template <>
+struct tavro::Layout<_SVL_REC_HEADER_T> : LayoutOf<_SVL_REC_HEADER_T> {
+    static constexpr Field fields[] = {
+        TAVRO_FLAGS(0, ui4_channel_id, "CHANNEL_ID", "channel id",
+                    "channel numbers; their bits depend on the broadcast type"),
+        TAVRO_FLAGS(4, ui4_nw_mask, "NETWORK_MASK", "network flags", ""),
+        TAVRO_FLAGS(8, ui4_option_mask, "OPTION_MASK", "option flags", ""),
+        TAVRO_FLAGS(12, ui4_option_mask2, "OPTION_MASK_2", "option flags 2", ""),
+        TAVRO_RESERVED(16, aui1_reserved_16),
+        TAVRO_FIELD(20, ui2_svc_id, "SERVICE_ID", "service id", "service_id"),
+        TAVRO_FIELD(22, ui2_tsl_id, "TSL_ID", "transport stream list",
+                    "list of the transport stream that carries the service"),
+        TAVRO_FIELD(24, ui2_tsl_rec_id, "TSL_RECORD_ID", "transport stream record", "its record there"),
+        TAVRO_FIELD(26, ui2_nwl_id, "NWL_ID", "network list", "list of the network of the service"),
+        TAVRO_FIELD(28, ui2_nwl_rec_id, "NWL_RECORD_ID", "network record", "its record there"),
+        TAVRO_FIELD(30, ui2_satl_id, "SATL_ID", "satellite list",
+                    "list of the satellite that the service is received from"),
+        TAVRO_FIELD(32, ui2_satl_rec_id, "SATL_RECORD_ID", "satellite record", "its record there"),
+        TAVRO_FIELD(34, e_brdcst_type, "BROADCAST_TYPE", "broadcast type",
+                    "selects the view of bytes 152 to 551: 2 DVB, 5, 7 DTMB"),
+        TAVRO_FIELD(35, e_serv_type, "SERVICE_TYPE", "service type", "1, 4, 7 audio and video; 2, 5, 8 audio"),
+        TAVRO_FIELD(36, ac_name, "NAME", "name", "at most 64 bytes of modified UTF-8 and a NUL"),
+        TAVRO_RESERVED(101, aui1_reserved_101),
+    };
+};
+TAVRO_COMPLETE(_SVL_REC_HEADER_T, 148);
 
 // An original_network_id, transport_stream_id, service_id triplet of EN 300 468.
 struct _SVL_TRIPLET_T {
@@ -59,15 +70,20 @@ struct _SVL_TRIPLET_T {
     std::uint16_t ui2_svc_id;
 };
 
-TAVRO_SIZE(_SVL_TRIPLET_T, 6);
-TAVRO_AT(_SVL_TRIPLET_T, ui2_on_id, 0);
-TAVRO_AT(_SVL_TRIPLET_T, ui2_ts_id, 2);
-TAVRO_AT(_SVL_TRIPLET_T, ui2_svc_id, 4);
+template <>
+struct tavro::Layout<_SVL_TRIPLET_T> : LayoutOf<_SVL_TRIPLET_T> {
+    static constexpr Field fields[] = {
+        TAVRO_FIELD(0, ui2_on_id, "ON_ID", "network id", "original_network_id"),
+        TAVRO_FIELD(2, ui2_ts_id, "TS_ID", "stream id", "transport_stream_id"),
+        TAVRO_FIELD(4, ui2_svc_id, "SVC_ID", "service id", "service_id"),
+    };
+};
+TAVRO_COMPLETE(_SVL_TRIPLET_T, 6);
 
 // The first 56 bytes of the specific part, alike for DVB and DTMB.
 struct _SVL_DVB_COMMON_T {
     std::uint8_t aui1_reserved_0[4];
-    char s_svc_name[17]; // service short name: at most 16 bytes and a NUL
+    char s_svc_name[17];
     std::uint8_t aui1_reserved_21[1];
     std::uint16_t ui2_ca_system_id;
     std::uint32_t e_running_status;
@@ -78,15 +94,23 @@ struct _SVL_DVB_COMMON_T {
     _SVL_TRIPLET_T t_hd_simulcast;
 };
 
-TAVRO_SIZE(_SVL_DVB_COMMON_T, 56);
-TAVRO_AT(_SVL_DVB_COMMON_T, s_svc_name, 4);
-TAVRO_AT(_SVL_DVB_COMMON_T, ui2_ca_system_id, 22);
-TAVRO_AT(_SVL_DVB_COMMON_T, e_running_status, 24);
-TAVRO_AT(_SVL_DVB_COMMON_T, ui4_linkage_descr_mask, 28);
-TAVRO_AT(_SVL_DVB_COMMON_T, t_ca_replacement, 32);
-TAVRO_AT(_SVL_DVB_COMMON_T, t_svc_replacement, 38);
-TAVRO_AT(_SVL_DVB_COMMON_T, t_complete_eit_sch, 44);
-TAVRO_AT(_SVL_DVB_COMMON_T, t_hd_simulcast, 50);
+template <>
+struct tavro::Layout<_SVL_DVB_COMMON_T> : LayoutOf<_SVL_DVB_COMMON_T> {
+    static constexpr Field fields[] = {
+        TAVRO_RESERVED(0, aui1_reserved_0),
+        TAVRO_FIELD(4, s_svc_name, "SHORT_NAME", "short name", "at most 16 bytes of modified UTF-8 and a NUL"),
+        TAVRO_RESERVED(21, aui1_reserved_21),
+        TAVRO_FLAGS(22, ui2_ca_system_id, "CA_SYSTEM_ID", "CA system id", "CA_system_id (ETSI TS 101 162)"),
+        TAVRO_FIELD(24, e_running_status, "RUNNING_STATUS", "running status", "running_status (table 6)"),
+        TAVRO_FLAGS(28, ui4_linkage_descr_mask, "LINKAGE_MASK", "linkage descriptors",
+                    "one bit per linkage descriptor that is present (6.2.19)"),
+        TAVRO_PART(32, t_ca_replacement, "CA_REPLACEMENT", "CA replacement"),
+        TAVRO_PART(38, t_svc_replacement, "SVC_REPLACEMENT", "replacement"),
+        TAVRO_PART(44, t_complete_eit_sch, "EIT_SCHEDULE", "EIT schedule"),
+        TAVRO_PART(50, t_hd_simulcast, "HD_SIMULCAST", "HD simulcast"),
+    };
+};
+TAVRO_COMPLETE(_SVL_DVB_COMMON_T, 56);
 
 // Specific part of a DVB service (broadcast type 2): 400 bytes.
 struct _SVL_DVB_T {
@@ -98,7 +122,7 @@ struct _SVL_DVB_T {
     std::uint8_t ui1_ci_tune_service;
     std::uint8_t aui1_reserved_73[34];
     std::uint8_t ui1_eit_pf_flag;
-    std::uint16_t ui2_lcn; // logical channel number
+    std::uint16_t ui2_lcn;
     std::uint16_t ui2_original_lcn;
     std::uint16_t ui2_lcn_idx;
     std::uint8_t aui1_reserved_114[5];
@@ -107,42 +131,61 @@ struct _SVL_DVB_T {
     std::uint16_t ui2_displaying_svc_id;
     std::uint8_t aui1_reserved_124[4];
     std::uint32_t ui4_comp_descr_info;
-    std::uint8_t ui1_sdt_service_type; // service_type of the service descriptor
+    std::uint8_t ui1_sdt_service_type;
     std::uint8_t aui1_reserved_133[1];
-    char s_dad_info[33]; // at most 32 bytes and a NUL
+    char s_dad_info[33];
     std::uint8_t aui1_reserved_167[5];
     std::uint32_t ui4_category_mask;
-    char s_service_profile_name[33]; // at most 32 bytes and a NUL
+    char s_service_profile_name[33];
     std::uint8_t ui1_target_region_level;
-    std::uint16_t aui2_code[3]; // target region codes
+    std::uint16_t aui2_code[3];
     std::uint8_t ui1_sdt_stream_content;
     std::uint8_t ui1_sdt_stream_content_ext;
     std::uint8_t ui1_sdt_stream_component_type;
     std::uint8_t aui1_reserved_219[181];
 };
 
-TAVRO_SIZE(_SVL_DVB_T, 400);
-TAVRO_AT(_SVL_DVB_T, t_common, 0);
-TAVRO_AT(_SVL_DVB_T, ui1_free_ca_mode, 64);
-TAVRO_AT(_SVL_DVB_T, ui1_ci_host_shunning_mode, 65);
-TAVRO_AT(_SVL_DVB_T, ui1_ci_tune_service, 72);
-TAVRO_AT(_SVL_DVB_T, ui1_eit_pf_flag, 107);
-TAVRO_AT(_SVL_DVB_T, ui2_lcn, 108);
-TAVRO_AT(_SVL_DVB_T, ui2_original_lcn, 110);
-TAVRO_AT(_SVL_DVB_T, ui2_lcn_idx, 112);
-TAVRO_AT(_SVL_DVB_T, ui1_displaying_id_flag, 119);
-TAVRO_AT(_SVL_DVB_T, ui2_displaying_ts_id, 120);
-TAVRO_AT(_SVL_DVB_T, ui2_displaying_svc_id, 122);
-TAVRO_AT(_SVL_DVB_T, ui4_comp_descr_info, 128);
-TAVRO_AT(_SVL_DVB_T, ui1_sdt_service_type, 132);
-TAVRO_AT(_SVL_DVB_T, s_dad_info, 134);
-TAVRO_AT(_SVL_DVB_T, ui4_category_mask, 172);
-TAVRO_AT(_SVL_DVB_T, s_service_profile_name, 176);
-TAVRO_AT(_SVL_DVB_T, ui1_target_region_level, 209);
-TAVRO_AT(_SVL_DVB_T, aui2_code, 210);
-TAVRO_AT(_SVL_DVB_T, ui1_sdt_stream_content, 216);
-TAVRO_AT(_SVL_DVB_T, ui1_sdt_stream_content_ext, 217);
-TAVRO_AT(_SVL_DVB_T, ui1_sdt_stream_component_type, 218);
+template <>
+struct tavro::Layout<_SVL_DVB_T> : LayoutOf<_SVL_DVB_T> {
+    static constexpr Field fields[] = {
+        TAVRO_PART(0, t_common, "", ""),
+        TAVRO_RESERVED(56, aui1_reserved_56),
+        TAVRO_FIELD(64, ui1_free_ca_mode, "DVB_FREE_CA_MODE", "free CA mode", "free_CA_mode (5.2.3)"),
+        TAVRO_FIELD(65, ui1_ci_host_shunning_mode, "CI_HOST_SHUNNING", "CI host shunning mode", ""),
+        TAVRO_RESERVED(66, aui1_reserved_66),
+        TAVRO_FIELD(72, ui1_ci_tune_service, "CI_TUNE_SERVICE", "CI tune service", ""),
+        TAVRO_RESERVED(73, aui1_reserved_73),
+        TAVRO_FIELD(107, ui1_eit_pf_flag, "EIT_PF_FLAG", "EIT present/following", "EIT_present_following_flag (5.2.3)"),
+        TAVRO_FIELD(108, ui2_lcn, "LCN", "logical channel number", ""),
+        TAVRO_FIELD(110, ui2_original_lcn, "ORIGINAL_LCN", "original LCN", "logical channel number before any edit"),
+        TAVRO_FIELD(112, ui2_lcn_idx, "LCN_INDEX", "LCN index", ""),
+        TAVRO_RESERVED(114, aui1_reserved_114),
+        TAVRO_FIELD(119, ui1_displaying_id_flag, "DISPLAYING_FLAG", "displaying-id flag", ""),
+        TAVRO_FIELD(120, ui2_displaying_ts_id, "DISPLAYING_TS_ID", "displaying stream id", ""),
+        TAVRO_FIELD(122, ui2_displaying_svc_id, "DISPLAYING_SVC_ID", "displaying service id", ""),
+        TAVRO_RESERVED(124, aui1_reserved_124),
+        TAVRO_FLAGS(128, ui4_comp_descr_info, "COMPONENT_INFO", "component descriptor",
+                    "what the component descriptor says (6.2.8)"),
+        TAVRO_FIELD(132, ui1_sdt_service_type, "DVB_SDT_SERVICE_TYPE", "SDT service type",
+                    "service_type of the service descriptor (6.2.33)"),
+        TAVRO_RESERVED(133, aui1_reserved_133),
+        TAVRO_FIELD(134, s_dad_info, "DAD_INFO", "DAD information", "at most 32 bytes of modified UTF-8 and a NUL"),
+        TAVRO_RESERVED(167, aui1_reserved_167),
+        TAVRO_FLAGS(172, ui4_category_mask, "CATEGORY_MASK", "category mask", ""),
+        TAVRO_FIELD(176, s_service_profile_name, "PROFILE_NAME", "service profile name",
+                    "at most 32 bytes of modified UTF-8 and a NUL"),
+        TAVRO_FIELD(209, ui1_target_region_level, "REGION_LEVEL", "target region level", ""),
+        TAVRO_FIELD(210, aui2_code, "REGION_CODE", "target region code", ""),
+        TAVRO_FIELD(216, ui1_sdt_stream_content, "STREAM_CONTENT", "SDT stream content",
+                    "stream_content of the component descriptor (6.2.8)"),
+        TAVRO_FIELD(217, ui1_sdt_stream_content_ext, "STREAM_CONTENT_EXT", "SDT stream content extension",
+                    "stream_content_ext (6.2.8)"),
+        TAVRO_FIELD(218, ui1_sdt_stream_component_type, "STREAM_COMPONENT_TYPE", "SDT stream component type",
+                    "component_type (6.2.8)"),
+        TAVRO_RESERVED(219, aui1_reserved_219),
+    };
+};
+TAVRO_COMPLETE(_SVL_DVB_T, 400);
 
 // Specific part of a DTMB service (broadcast type 7): 400 bytes. The free-CA mode and the SDT
 // service type sit elsewhere than in DVB.
@@ -155,10 +198,19 @@ struct _SVL_DTMB_T {
     std::uint8_t aui1_reserved_66[334];
 };
 
-TAVRO_SIZE(_SVL_DTMB_T, 400);
-TAVRO_AT(_SVL_DTMB_T, t_common, 0);
-TAVRO_AT(_SVL_DTMB_T, ui1_free_ca_mode, 62);
-TAVRO_AT(_SVL_DTMB_T, ui1_sdt_service_type, 65);
+template <>
+struct tavro::Layout<_SVL_DTMB_T> : LayoutOf<_SVL_DTMB_T> {
+    static constexpr Field fields[] = {
+        TAVRO_PART(0, t_common, "", ""),
+        TAVRO_RESERVED(56, aui1_reserved_56),
+        TAVRO_FIELD(62, ui1_free_ca_mode, "DTMB_FREE_CA_MODE", "free CA mode", "free_CA_mode (5.2.3)"),
+        TAVRO_RESERVED(63, aui1_reserved_63),
+        TAVRO_FIELD(65, ui1_sdt_service_type, "DTMB_SDT_SERVICE_TYPE", "SDT service type",
+                    "service_type of the service descriptor (6.2.33)"),
+        TAVRO_RESERVED(66, aui1_reserved_66),
+    };
+};
+TAVRO_COMPLETE(_SVL_DTMB_T, 400);
 
 // Specific part of a service of broadcast type 5, as far as the library knows it.
 struct _SVL_TYPE5_T {
@@ -166,26 +218,42 @@ struct _SVL_TYPE5_T {
     std::uint8_t aui1_reserved_1[399];
 };
 
-TAVRO_SIZE(_SVL_TYPE5_T, 400);
-TAVRO_AT(_SVL_TYPE5_T, ui1_sdt_service_type, 0);
+template <>
+struct tavro::Layout<_SVL_TYPE5_T> : LayoutOf<_SVL_TYPE5_T> {
+    static constexpr Field fields[] = {
+        TAVRO_FIELD(0, ui1_sdt_service_type, "TYPE_5_SDT_SERVICE_TYPE", "SDT service type",
+                    "service_type of the service descriptor (6.2.33)"),
+        TAVRO_RESERVED(1, aui1_reserved_1),
+    };
+};
+TAVRO_COMPLETE(_SVL_TYPE5_T, 400);
 
 // One service: 552 bytes, little-endian. Bytes without a name belong to the middleware.
 struct _SVL_REC_T {
-    std::uint16_t ui2_svl_rec_id; // unique within its list; given by the middleware on an add
+    std::uint16_t ui2_svl_rec_id;
     std::uint8_t aui1_reserved_2[2];
     _SVL_REC_HEADER_T t_header;
     union {
-        _SVL_DVB_T t_dvb;     // e_brdcst_type 2
-        _SVL_TYPE5_T t_type5; // e_brdcst_type 5
-        _SVL_DTMB_T t_dtmb;   // e_brdcst_type 7
+        _SVL_DVB_T t_dvb;
+        _SVL_TYPE5_T t_type5;
+        _SVL_DTMB_T t_dtmb;
     } u_specific;
 };
 
-TAVRO_SIZE(_SVL_REC_T, 552);
+template <>
+struct tavro::Layout<_SVL_REC_T> : LayoutOf<_SVL_REC_T> {
+    static constexpr Field fields[] = {
+        TAVRO_FIELD(0, ui2_svl_rec_id, "RECORD_ID", "record id",
+                    "unique within its list; given by the middleware on an add"),
+        TAVRO_RESERVED(2, aui1_reserved_2),
+        TAVRO_PART(4, t_header, "", ""),
+        TAVRO_VIEW(152, u_specific.t_dvb, "DVB", kBroadcastDvb),
+        TAVRO_VIEW(152, u_specific.t_type5, "type 5", kBroadcastType5),
+        TAVRO_VIEW(152, u_specific.t_dtmb, "DTMB", kBroadcastDtmb),
+    };
+};
+TAVRO_COMPLETE(_SVL_REC_T, 552);
 static_assert(sizeof(_SVL_REC_T::u_specific) == sizeof(_SVL_DVB_T), "zeroing a record zeroes its first alternative");
-TAVRO_AT(_SVL_REC_T, ui2_svl_rec_id, 0);
-TAVRO_AT(_SVL_REC_T, t_header, 4);
-TAVRO_AT(_SVL_REC_T, u_specific, 152);
 
 extern "C" {
 TAVRO_DECLARE_LIST_CALLS(x_svl, _SVL_REC_T);

@@ -27,13 +27,13 @@ struct _TSL_TER_T {
     std::uint8_t aui1_reserved_20[8];
     std::uint32_t e_trans_mode;
     std::uint8_t aui1_reserved_32[40];
-    std::uint32_t e_mode; // 1 DVB-T, 2 DVB-T2
+    std::uint32_t e_mode;
     std::uint8_t ui1_plp_id;
     std::uint8_t aui1_reserved_77[7];
     std::uint32_t e_code_rate;
     std::uint8_t aui1_reserved_88[8];
-    std::uint32_t e_guard_interval;    // DVB-T
-    std::uint32_t e_guard_interval_t2; // DVB-T2
+    std::uint32_t e_guard_interval;
+    std::uint32_t e_guard_interval_t2;
     std::uint8_t aui1_reserved_104[12];
     std::uint8_t ui1_plp_group_id;
     std::uint8_t ui1_sig_level;
@@ -42,21 +42,34 @@ struct _TSL_TER_T {
     std::uint8_t aui1_reserved_124[4];
 };
 
-TAVRO_SIZE(_TSL_TER_T, 128);
-TAVRO_AT(_TSL_TER_T, e_bandwidth, 48 - 48);
-TAVRO_AT(_TSL_TER_T, e_fec_outer, 52 - 48);
-TAVRO_AT(_TSL_TER_T, e_fec_inner, 56 - 48);
-TAVRO_AT(_TSL_TER_T, e_mod, 60 - 48);
-TAVRO_AT(_TSL_TER_T, e_hierarchy, 64 - 48);
-TAVRO_AT(_TSL_TER_T, e_trans_mode, 76 - 48);
-TAVRO_AT(_TSL_TER_T, e_mode, 120 - 48);
-TAVRO_AT(_TSL_TER_T, ui1_plp_id, 124 - 48);
-TAVRO_AT(_TSL_TER_T, e_code_rate, 132 - 48);
-TAVRO_AT(_TSL_TER_T, e_guard_interval, 144 - 48);
-TAVRO_AT(_TSL_TER_T, e_guard_interval_t2, 148 - 48);
-TAVRO_AT(_TSL_TER_T, ui1_plp_group_id, 164 - 48);
-TAVRO_AT(_TSL_TER_T, ui1_sig_level, 165 - 48);
-TAVRO_AT(_TSL_TER_T, ui4_sig_quality, 168 - 48);
+template <>
+struct tavro::Layout<_TSL_TER_T> : LayoutOf<_TSL_TER_T> {
+    static constexpr Field fields[] = {
+        TAVRO_FIELD(0, e_bandwidth, "TER_BANDWIDTH", "bandwidth code", ""),
+        TAVRO_FIELD(4, e_fec_outer, "TER_FEC_OUTER", "outer FEC code", ""),
+        TAVRO_FIELD(8, e_fec_inner, "TER_FEC_INNER", "inner FEC code", ""),
+        TAVRO_FIELD(12, e_mod, "TER_MODULATION", "modulation", "1 to 28, the tuner's own"),
+        TAVRO_FIELD(16, e_hierarchy, "TER_HIERARCHY", "hierarchy code", ""),
+        TAVRO_RESERVED(20, aui1_reserved_20),
+        TAVRO_FIELD(28, e_trans_mode, "TER_TRANSMISSION_MODE", "transmission mode code", ""),
+        TAVRO_RESERVED(32, aui1_reserved_32),
+        TAVRO_FIELD(72, e_mode, "TER_MODE", "mode (1 T, 2 T2)", "DVB-T or DVB-T2"),
+        TAVRO_FIELD(76, ui1_plp_id, "TER_PLP_ID", "PLP id", "plp_id of DVB-T2 (6.4.6.3)"),
+        TAVRO_RESERVED(77, aui1_reserved_77),
+        TAVRO_FIELD(84, e_code_rate, "TER_CODE_RATE", "code rate code", ""),
+        TAVRO_RESERVED(88, aui1_reserved_88),
+        TAVRO_FIELD(96, e_guard_interval, "TER_GUARD_INTERVAL", "guard interval code (T)", "while the mode is DVB-T"),
+        TAVRO_FIELD(100, e_guard_interval_t2, "TER_GUARD_INTERVAL_T2", "guard interval code (T2)",
+                    "while the mode is DVB-T2"),
+        TAVRO_RESERVED(104, aui1_reserved_104),
+        TAVRO_FIELD(116, ui1_plp_group_id, "TER_PLP_GROUP_ID", "PLP group id", ""),
+        TAVRO_FIELD(117, ui1_sig_level, "TER_SIGNAL_LEVEL", "signal level", ""),
+        TAVRO_RESERVED(118, aui1_reserved_118),
+        TAVRO_FIELD(120, ui4_sig_quality, "TER_SIGNAL_QUALITY", "signal quality", ""),
+        TAVRO_RESERVED(124, aui1_reserved_124),
+    };
+};
+TAVRO_COMPLETE(_TSL_TER_T, 128);
 
 // Tuner parameters of a cable transport stream, from record byte 48: 128 bytes.
 struct _TSL_CAB_T {
@@ -65,7 +78,7 @@ struct _TSL_CAB_T {
     std::uint32_t e_fec_inner;
     std::uint32_t e_mod;
     std::uint8_t aui1_reserved_16[16];
-    std::uint32_t e_mode; // 1 DVB-C, 2 DVB-C2
+    std::uint32_t e_mode;
     std::uint8_t aui1_reserved_36[8];
     std::uint8_t ui1_sig_level;
     std::uint8_t aui1_reserved_45[3];
@@ -73,26 +86,35 @@ struct _TSL_CAB_T {
     std::uint8_t aui1_reserved_52[76];
 };
 
-TAVRO_SIZE(_TSL_CAB_T, 128);
-TAVRO_AT(_TSL_CAB_T, ui4_sym_rate, 48 - 48);
-TAVRO_AT(_TSL_CAB_T, e_fec_outer, 52 - 48);
-TAVRO_AT(_TSL_CAB_T, e_fec_inner, 56 - 48);
-TAVRO_AT(_TSL_CAB_T, e_mod, 60 - 48);
-TAVRO_AT(_TSL_CAB_T, e_mode, 80 - 48);
-TAVRO_AT(_TSL_CAB_T, ui1_sig_level, 92 - 48);
-TAVRO_AT(_TSL_CAB_T, ui4_sig_quality, 96 - 48);
+template <>
+struct tavro::Layout<_TSL_CAB_T> : LayoutOf<_TSL_CAB_T> {
+    static constexpr Field fields[] = {
+        TAVRO_FIELD(0, ui4_sym_rate, "CAB_SYMBOL_RATE", "symbol rate", ""),
+        TAVRO_FIELD(4, e_fec_outer, "CAB_FEC_OUTER", "outer FEC code", ""),
+        TAVRO_FIELD(8, e_fec_inner, "CAB_FEC_INNER", "inner FEC code", ""),
+        TAVRO_FIELD(12, e_mod, "CAB_MODULATION", "modulation", "1 to 28, the tuner's own"),
+        TAVRO_RESERVED(16, aui1_reserved_16),
+        TAVRO_FIELD(32, e_mode, "CAB_MODE", "mode (1 C, 2 C2)", "DVB-C or DVB-C2"),
+        TAVRO_RESERVED(36, aui1_reserved_36),
+        TAVRO_FIELD(44, ui1_sig_level, "CAB_SIGNAL_LEVEL", "signal level", ""),
+        TAVRO_RESERVED(45, aui1_reserved_45),
+        TAVRO_FIELD(48, ui4_sig_quality, "CAB_SIGNAL_QUALITY", "signal quality", ""),
+        TAVRO_RESERVED(52, aui1_reserved_52),
+    };
+};
+TAVRO_COMPLETE(_TSL_CAB_T, 128);
 
 // Tuner parameters of a satellite transport stream, from record byte 48: 128 bytes.
 struct _TSL_SAT_T {
     std::uint8_t aui1_reserved_0[8];
     std::uint32_t ui4_sym_rate;
-    std::uint32_t e_mod_copy; // receives the modulation too
+    std::uint32_t e_mod_copy;
     std::uint8_t aui1_reserved_16[4];
     std::uint32_t e_fec_inner;
     std::uint32_t e_mod;
     std::uint32_t e_pol;
     std::uint8_t aui1_reserved_32[12];
-    std::uint32_t e_mode; // 1 DVB-S, 2 DVB-S2
+    std::uint32_t e_mode;
     std::uint8_t aui1_reserved_48[4];
     std::uint32_t e_roll_off;
     std::uint8_t aui1_reserved_56[4];
@@ -105,18 +127,31 @@ struct _TSL_SAT_T {
     std::uint8_t aui1_reserved_80[48];
 };
 
-TAVRO_SIZE(_TSL_SAT_T, 128);
-TAVRO_AT(_TSL_SAT_T, ui4_sym_rate, 56 - 48);
-TAVRO_AT(_TSL_SAT_T, e_mod_copy, 60 - 48);
-TAVRO_AT(_TSL_SAT_T, e_fec_inner, 68 - 48);
-TAVRO_AT(_TSL_SAT_T, e_mod, 72 - 48);
-TAVRO_AT(_TSL_SAT_T, e_pol, 76 - 48);
-TAVRO_AT(_TSL_SAT_T, e_mode, 92 - 48);
-TAVRO_AT(_TSL_SAT_T, e_roll_off, 100 - 48);
-TAVRO_AT(_TSL_SAT_T, e_code_rate, 108 - 48);
-TAVRO_AT(_TSL_SAT_T, ui1_pilot_insert, 112 - 48);
-TAVRO_AT(_TSL_SAT_T, ui1_sig_level, 121 - 48);
-TAVRO_AT(_TSL_SAT_T, ui4_sig_quality, 124 - 48);
+template <>
+struct tavro::Layout<_TSL_SAT_T> : LayoutOf<_TSL_SAT_T> {
+    static constexpr Field fields[] = {
+        TAVRO_RESERVED(0, aui1_reserved_0),
+        TAVRO_FIELD(8, ui4_sym_rate, "SAT_SYMBOL_RATE", "symbol rate", ""),
+        TAVRO_FIELD(12, e_mod_copy, "SAT_MODULATION_COPY", "modulation copy", "receives the modulation too"),
+        TAVRO_RESERVED(16, aui1_reserved_16),
+        TAVRO_FIELD(20, e_fec_inner, "SAT_FEC_INNER", "inner FEC code", ""),
+        TAVRO_FIELD(24, e_mod, "SAT_MODULATION", "modulation", "1 to 28, the tuner's own"),
+        TAVRO_FIELD(28, e_pol, "SAT_POLARIZATION", "polarization", ""),
+        TAVRO_RESERVED(32, aui1_reserved_32),
+        TAVRO_FIELD(44, e_mode, "SAT_MODE", "mode (1 S, 2 S2)", "DVB-S or DVB-S2"),
+        TAVRO_RESERVED(48, aui1_reserved_48),
+        TAVRO_FIELD(52, e_roll_off, "SAT_ROLL_OFF", "roll-off code", ""),
+        TAVRO_RESERVED(56, aui1_reserved_56),
+        TAVRO_FIELD(60, e_code_rate, "SAT_CODE_RATE", "code rate code", ""),
+        TAVRO_FIELD(64, ui1_pilot_insert, "SAT_PILOT", "pilots", ""),
+        TAVRO_RESERVED(65, aui1_reserved_65),
+        TAVRO_FIELD(73, ui1_sig_level, "SAT_SIGNAL_LEVEL", "signal level", ""),
+        TAVRO_RESERVED(74, aui1_reserved_74),
+        TAVRO_FIELD(76, ui4_sig_quality, "SAT_SIGNAL_QUALITY", "signal quality", ""),
+        TAVRO_RESERVED(80, aui1_reserved_80),
+    };
+};
+TAVRO_COMPLETE(_TSL_SAT_T, 128);
 
 // An alternate frequency and its bandwidth code.
 struct _TSL_ALT_FREQ_T {
@@ -124,21 +159,26 @@ struct _TSL_ALT_FREQ_T {
     std::uint32_t e_bandwidth;
 };
 
-TAVRO_SIZE(_TSL_ALT_FREQ_T, 8);
-TAVRO_AT(_TSL_ALT_FREQ_T, ui4_freq, 0);
-TAVRO_AT(_TSL_ALT_FREQ_T, e_bandwidth, 4);
+template <>
+struct tavro::Layout<_TSL_ALT_FREQ_T> : LayoutOf<_TSL_ALT_FREQ_T> {
+    static constexpr Field fields[] = {
+        TAVRO_FIELD(0, ui4_freq, "FREQUENCY", "frequency", "in the unit of the frequency of the stream (6.2.17)"),
+        TAVRO_FIELD(4, e_bandwidth, "BANDWIDTH", "bandwidth code", ""),
+    };
+};
+TAVRO_COMPLETE(_TSL_ALT_FREQ_T, 8);
 
 // One transport stream: 724 bytes, little-endian. Bytes without a name belong to the middleware.
 struct _TSL_REC_T {
     std::uint16_t ui2_tsl_rec_id;
     std::uint8_t aui1_reserved_2[2];
     std::uint8_t e_bcst_type;
-    std::uint8_t e_bcst_medium; // kMedium...
+    std::uint8_t e_bcst_medium;
     std::uint8_t aui1_reserved_6[2];
-    std::uint32_t ui4_flags; // 0x2: barker channel
-    std::uint16_t ui2_nw_id; // network_id
-    std::uint16_t ui2_on_id; // original_network_id
-    std::uint16_t ui2_ts_id; // transport_stream_id
+    std::uint32_t ui4_flags;
+    std::uint16_t ui2_nw_id;
+    std::uint16_t ui2_on_id;
+    std::uint16_t ui2_ts_id;
     std::uint16_t ui2_nwl_rec_id;
     std::uint8_t ui1_nwl_id;
     std::uint8_t aui1_reserved_21[23];
@@ -155,7 +195,7 @@ struct _TSL_REC_T {
     char ac_nw_name[32];
     _TSL_ALT_FREQ_T at_alt_freq[5];
     std::uint8_t aui1_reserved_616[88];
-    std::uint32_t ui4_flags_ex; // 0x800: home transponder
+    std::uint32_t ui4_flags_ex;
     std::uint16_t ui2_tsl_id;
     std::uint8_t aui1_reserved_710[2];
     std::uint16_t ui2_satl_id;
@@ -163,27 +203,44 @@ struct _TSL_REC_T {
     std::uint8_t aui1_reserved_716[8];
 };
 
-TAVRO_SIZE(_TSL_REC_T, 724);
+template <>
+struct tavro::Layout<_TSL_REC_T> : LayoutOf<_TSL_REC_T> {
+    static constexpr Field fields[] = {
+        TAVRO_FIELD(0, ui2_tsl_rec_id, "RECORD_ID", "record id", "unique within its list"),
+        TAVRO_RESERVED(2, aui1_reserved_2),
+        TAVRO_FIELD(4, e_bcst_type, "BROADCAST_TYPE", "broadcast type", "as in service records"),
+        TAVRO_FIELD(5, e_bcst_medium, "MEDIUM", "medium",
+                    "selects the view of bytes 48 to 175: 1 terrestrial, 2 cable, 3 satellite"),
+        TAVRO_RESERVED(6, aui1_reserved_6),
+        TAVRO_FLAGS(8, ui4_flags, "FLAGS", "flags", "0x2: barker channel"),
+        TAVRO_FIELD(12, ui2_nw_id, "NETWORK_ID", "network id", "network_id"),
+        TAVRO_FIELD(14, ui2_on_id, "ORIGINAL_NETWORK_ID", "original network id", "original_network_id"),
+        TAVRO_FIELD(16, ui2_ts_id, "TRANSPORT_STREAM_ID", "transport stream id", "transport_stream_id"),
+        TAVRO_FIELD(18, ui2_nwl_rec_id, "NWL_RECORD_ID", "network record", "record of the network of the stream"),
+        TAVRO_FIELD(20, ui1_nwl_id, "NWL_ID", "network list", "its list, 8 bits"),
+        TAVRO_RESERVED(21, aui1_reserved_21),
+        TAVRO_FIELD(44, ui4_freq, "FREQUENCY", "frequency", "in the unit that the lists of the TV use"),
+        TAVRO_VIEW(48, u_tuner.t_ter, "terrestrial", kMediumTerrestrial),
+        TAVRO_VIEW(48, u_tuner.t_cab, "cable", kMediumCable),
+        TAVRO_VIEW(48, u_tuner.t_sat, "satellite", kMediumSatellite),
+        TAVRO_FIELD(176, ui1_rc_key_id, "RC_KEY_ID", "remote-control key id", ""),
+        TAVRO_RESERVED(177, aui1_reserved_177),
+        TAVRO_FIELD(212, ac_ts_name, "NAME", "name", "at most 40 bytes of modified UTF-8 and a NUL"),
+        TAVRO_RESERVED(253, aui1_reserved_253),
+        TAVRO_FIELD(544, ac_nw_name, "NETWORK_NAME", "network name", "at most 31 bytes of modified UTF-8 and a NUL"),
+        TAVRO_PART(576, at_alt_freq, "ALT", "alternate"),
+        TAVRO_RESERVED(616, aui1_reserved_616),
+        TAVRO_FLAGS(704, ui4_flags_ex, "FLAGS_EX", "more flags", "0x800: home transponder"),
+        TAVRO_FIELD(708, ui2_tsl_id, "TSL_ID", "list", "list that holds the record"),
+        TAVRO_RESERVED(710, aui1_reserved_710),
+        TAVRO_FIELD(712, ui2_satl_id, "SATL_ID", "satellite list",
+                    "list of the satellite that the stream is received from"),
+        TAVRO_FIELD(714, ui2_satl_rec_id, "SATL_RECORD_ID", "satellite record", "its record there"),
+        TAVRO_RESERVED(716, aui1_reserved_716),
+    };
+};
+TAVRO_COMPLETE(_TSL_REC_T, 724);
 static_assert(sizeof(_TSL_REC_T::u_tuner) == sizeof(_TSL_TER_T), "zeroing a record zeroes its first alternative");
-TAVRO_AT(_TSL_REC_T, ui2_tsl_rec_id, 0);
-TAVRO_AT(_TSL_REC_T, e_bcst_type, 4);
-TAVRO_AT(_TSL_REC_T, e_bcst_medium, 5);
-TAVRO_AT(_TSL_REC_T, ui4_flags, 8);
-TAVRO_AT(_TSL_REC_T, ui2_nw_id, 12);
-TAVRO_AT(_TSL_REC_T, ui2_on_id, 14);
-TAVRO_AT(_TSL_REC_T, ui2_ts_id, 16);
-TAVRO_AT(_TSL_REC_T, ui2_nwl_rec_id, 18);
-TAVRO_AT(_TSL_REC_T, ui1_nwl_id, 20);
-TAVRO_AT(_TSL_REC_T, ui4_freq, 44);
-TAVRO_AT(_TSL_REC_T, u_tuner, 48);
-TAVRO_AT(_TSL_REC_T, ui1_rc_key_id, 176);
-TAVRO_AT(_TSL_REC_T, ac_ts_name, 212);
-TAVRO_AT(_TSL_REC_T, ac_nw_name, 544);
-TAVRO_AT(_TSL_REC_T, at_alt_freq, 576);
-TAVRO_AT(_TSL_REC_T, ui4_flags_ex, 704);
-TAVRO_AT(_TSL_REC_T, ui2_tsl_id, 708);
-TAVRO_AT(_TSL_REC_T, ui2_satl_id, 712);
-TAVRO_AT(_TSL_REC_T, ui2_satl_rec_id, 714);
 
 extern "C" {
 TAVRO_DECLARE_LIST_CALLS(x_tsl, _TSL_REC_T);
