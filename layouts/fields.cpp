@@ -17,6 +17,7 @@ std::string joined(const std::string& first, const char* separator, const std::s
 // What a field takes over from the structures around it.
 struct Around {
     std::string path;
+    std::string member;
     unsigned offset = 0;
     std::string java;
     std::string label;
@@ -30,14 +31,17 @@ void add_structure(std::vector<RecordField>& out, const Around& around, const Fi
     const unsigned width = field.width / field.count;
     for (unsigned i = 0; i < field.count; ++i) {
         Around inside = around;
-        inside.path += field.name;
+        std::string name = field.name;
+        name += field.count > 1 ? '[' + std::to_string(i) + ']' : "";
+        inside.path += name;
+        inside.member += name + '.';
         inside.offset += field.offset + i * width;
         if (field.count > 1) {
-            inside.path += '[' + std::to_string(i) + ']';
             inside.number = std::to_string(i + 1);
         }
         if (field.use == FieldUse::kView) {
             inside.views = {{field.label, inside.path, field.view}};
+            inside.member = "";
         } else {
             inside.java = joined(around.java, "_", field.java);
             inside.label = joined(around.label, " ", field.label);
@@ -54,6 +58,7 @@ void add(std::vector<RecordField>& out, const Around& around, const Field* field
             continue;
         }
         RecordField flat = {around.path + field->name,
+                            around.member + field->name,
                             around.offset + field->offset,
                             field->width,
                             field->type == FieldType::kChar ? 1U : field->count,

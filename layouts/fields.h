@@ -18,8 +18,9 @@ struct View {
 
 // One field or reserved range of a record. Arrays of numbers are one field, arrays of structures one per element.
 struct RecordField {
-    std::string path; // as C++ code reaches it from the record: t_header.ui4_nw_mask
-    unsigned offset;  // from the start of the record
+    std::string path;   // as C++ code reaches it from the record: t_header.ui4_nw_mask
+    std::string member; // the same from its view, if it has one
+    unsigned offset;    // from the start of the record
     unsigned width;
     unsigned count; // of an array's elements; 1 when it is none, or text
     FieldType type; // of one element

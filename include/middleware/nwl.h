@@ -22,12 +22,11 @@ struct _NWL_REC_T {
 template <>
 struct tavro::Layout<_NWL_REC_T> : LayoutOf<_NWL_REC_T> {
     static constexpr Field fields[] = {
-        TAVRO_FLAGS(0, ui4_nwl_flags, "FLAGS", "flags",
-                    "0x2: candidate for the favorite network; 0x4: favorite network"),
+        TAVRO_FLAGS(0, ui4_nwl_flags, "FLAGS", "flags", "favorite network, and candidate for it"),
         TAVRO_FIELD(4, ui2_nwl_rec_id, "RECORD_ID", "record id", "unique within its list"),
-        TAVRO_FIELD(6, ui2_nwl_id, "NWL_ID", "list", "list that holds the record"),
+        TAVRO_FIELD(6, ui2_nwl_id, "NWL_ID", "list", "the list that holds the record"),
         TAVRO_RESERVED(8, aui1_reserved_8),
-        TAVRO_FIELD(10, ui2_nw_id, "NETWORK_ID", "network id", "network_id"),
+        TAVRO_FIELD(10, ui2_nw_id, "NETWORK_ID", "network id", "network_id (5.2.1)"),
         TAVRO_FIELD(12, ui1_nw_version, "VERSION", "version", "version_number of the NIT (5.2.1)"),
         TAVRO_FIELD(13, ac_nw_name, "NAME", "name", "at most 31 bytes of modified UTF-8 and a NUL"),
         TAVRO_RESERVED(45, aui1_reserved_45),

@@ -34,7 +34,7 @@ template <>
 struct tavro::Layout<_TUNER_DISEQC_INFO_T> : LayoutOf<_TUNER_DISEQC_INFO_T> {
     static constexpr Field fields[] = {
         TAVRO_FIELD(0, e_diseqc_type, "DISEQC_TYPE", "DiSEqC type", "0 tone burst only, 2 committed switch"),
-        TAVRO_FIELD(4, ui1_port, "DISEQC_PORT", "DiSEqC port", "committed switch: 0 to 3, 255 none"),
+        TAVRO_FIELD(4, ui1_port, "DISEQC_PORT", "DiSEqC port", "port of the committed switch, 0 to 3; 255 none"),
         TAVRO_RESERVED(5, aui1_reserved_5),
         TAVRO_FIELD(7, ui1_22k, "TONE_22K", "22 kHz tone", ""),
         TAVRO_FIELD(8, ui1_tone_burst, "TONE_BURST", "tone burst", "0 burst A, 1 burst B, 255 none"),
@@ -83,7 +83,7 @@ struct tavro::Layout<_SATL_REC_T> : LayoutOf<_SATL_REC_T> {
     static constexpr Field fields[] = {
         TAVRO_FIELD(0, ui2_satl_rec_id, "RECORD_ID", "record id", "unique within its list"),
         TAVRO_RESERVED(2, aui1_reserved_2),
-        TAVRO_FLAGS(4, ui4_mask, "MASK", "flags", "in use, kind of the LNB, signal detected"),
+        TAVRO_FLAGS(4, ui4_mask, "MASK", "flags", "satellite in use, kind of LNB, LNB signal detected"),
         TAVRO_FIELD(8, e_lnb_type, "LNB_TYPE", "LNB type", ""),
         TAVRO_FIELD(12, ui2_lnb_low_freq, "LNB_LOW_FREQUENCY", "low band oscillator", "in MHz on the workstation"),
         TAVRO_FIELD(14, ui2_lnb_high_freq, "LNB_HIGH_FREQUENCY", "high band oscillator", "in MHz on the workstation"),
@@ -96,7 +96,7 @@ struct tavro::Layout<_SATL_REC_T> : LayoutOf<_SATL_REC_T> {
         TAVRO_FIELD(196, ui2_sub_band_freq, "SUB_BAND_FREQUENCY", "sub band frequency", "single cable, sub tuner"),
         TAVRO_RESERVED(198, aui1_reserved_198),
         TAVRO_FIELD(280, i2_orb_pos, "ORBITAL_POSITION", "orbital position", "tenths of a degree, signed"),
-        TAVRO_FIELD(282, ac_sat_name, "NAME", "name", "modified UTF-8, filled up with NULs"),
+        TAVRO_FIELD(282, ac_sat_name, "NAME", "name", "at most 64 bytes of modified UTF-8, filled up with NULs"),
         TAVRO_FIELD(346, c_sat_name_end, "NAME_END", "name terminator", "0 wherever the library writes a name"),
         TAVRO_RESERVED(347, aui1_reserved_347),
     };

@@ -40,22 +40,23 @@ template <>
 struct tavro::Layout<_SVL_REC_HEADER_T> : LayoutOf<_SVL_REC_HEADER_T> {
     static constexpr Field fields[] = {
         TAVRO_FLAGS(0, ui4_channel_id, "CHANNEL_ID", "channel id",
-                    "channel numbers; their bits depend on the broadcast type"),
+                    "holds the channel numbers, in bits that depend on the broadcast type"),
         TAVRO_FLAGS(4, ui4_nw_mask, "NETWORK_MASK", "network flags", ""),
         TAVRO_FLAGS(8, ui4_option_mask, "OPTION_MASK", "option flags", ""),
         TAVRO_FLAGS(12, ui4_option_mask2, "OPTION_MASK_2", "option flags 2", ""),
         TAVRO_RESERVED(16, aui1_reserved_16),
-        TAVRO_FIELD(20, ui2_svc_id, "SERVICE_ID", "service id", "service_id"),
+        TAVRO_FIELD(20, ui2_svc_id, "SERVICE_ID", "service id", "service_id (5.2.3)"),
         TAVRO_FIELD(22, ui2_tsl_id, "TSL_ID", "transport stream list",
                     "list of the transport stream that carries the service"),
-        TAVRO_FIELD(24, ui2_tsl_rec_id, "TSL_RECORD_ID", "transport stream record", "its record there"),
+        TAVRO_FIELD(24, ui2_tsl_rec_id, "TSL_RECORD_ID", "transport stream record",
+                    "record id of that transport stream"),
         TAVRO_FIELD(26, ui2_nwl_id, "NWL_ID", "network list", "list of the network of the service"),
-        TAVRO_FIELD(28, ui2_nwl_rec_id, "NWL_RECORD_ID", "network record", "its record there"),
+        TAVRO_FIELD(28, ui2_nwl_rec_id, "NWL_RECORD_ID", "network record", "record id of that network"),
         TAVRO_FIELD(30, ui2_satl_id, "SATL_ID", "satellite list",
                     "list of the satellite that the service is received from"),
-        TAVRO_FIELD(32, ui2_satl_rec_id, "SATL_RECORD_ID", "satellite record", "its record there"),
+        TAVRO_FIELD(32, ui2_satl_rec_id, "SATL_RECORD_ID", "satellite record", "record id of that satellite"),
         TAVRO_FIELD(34, e_brdcst_type, "BROADCAST_TYPE", "broadcast type",
-                    "selects the view of bytes 152 to 551: 2 DVB, 5, 7 DTMB"),
+                    "selects the view of bytes 152 to 551: 2 DVB, 5, 7 DTMB; 3 has none"),
         TAVRO_FIELD(35, e_serv_type, "SERVICE_TYPE", "service type", "1, 4, 7 audio and video; 2, 5, 8 audio"),
         TAVRO_FIELD(36, ac_name, "NAME", "name", "at most 64 bytes of modified UTF-8 and a NUL"),
         TAVRO_RESERVED(101, aui1_reserved_101),
@@ -73,9 +74,9 @@ struct _SVL_TRIPLET_T {
 template <>
 struct tavro::Layout<_SVL_TRIPLET_T> : LayoutOf<_SVL_TRIPLET_T> {
     static constexpr Field fields[] = {
-        TAVRO_FIELD(0, ui2_on_id, "ON_ID", "network id", "original_network_id"),
-        TAVRO_FIELD(2, ui2_ts_id, "TS_ID", "stream id", "transport_stream_id"),
-        TAVRO_FIELD(4, ui2_svc_id, "SVC_ID", "service id", "service_id"),
+        TAVRO_FIELD(0, ui2_on_id, "ON_ID", "network id", "original_network_id (5.2.3)"),
+        TAVRO_FIELD(2, ui2_ts_id, "TS_ID", "stream id", "transport_stream_id (5.2.3)"),
+        TAVRO_FIELD(4, ui2_svc_id, "SVC_ID", "service id", "service_id (5.2.3)"),
     };
 };
 TAVRO_COMPLETE(_SVL_TRIPLET_T, 6);
@@ -165,7 +166,7 @@ struct tavro::Layout<_SVL_DVB_T> : LayoutOf<_SVL_DVB_T> {
         TAVRO_FIELD(122, ui2_displaying_svc_id, "DISPLAYING_SVC_ID", "displaying service id", ""),
         TAVRO_RESERVED(124, aui1_reserved_124),
         TAVRO_FLAGS(128, ui4_comp_descr_info, "COMPONENT_INFO", "component descriptor",
-                    "what the component descriptor says (6.2.8)"),
+                    "from the component descriptor (6.2.8)"),
         TAVRO_FIELD(132, ui1_sdt_service_type, "DVB_SDT_SERVICE_TYPE", "SDT service type",
                     "service_type of the service descriptor (6.2.33)"),
         TAVRO_RESERVED(133, aui1_reserved_133),

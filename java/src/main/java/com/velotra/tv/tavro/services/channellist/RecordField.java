@@ -1,11 +1,14 @@
 package com.velotra.tv.tavro.services.channellist;
 
-/** A named field of a record: where it is, and what it is called when printed. */
+/**
+ * A named field of a record: where it is, and what it is called when printed. The enums of fields ({@code ServiceField} and
+ * those of the other kinds) are generated from the structures of the native side when the project is built.
+ */
 public interface RecordField {
-    /** How a value is printed. */
-    enum Style { NUMBER, HEX, TEXT }
+    /** How a value is read and printed. Only {@code SIGNED} numbers can be negative. */
+    enum Style { NUMBER, SIGNED, HEX, TEXT }
 
-    /** What the field is called. */
+    /** Name of the field for people. */
     String label();
 
     /** Bytes from the record's start. */

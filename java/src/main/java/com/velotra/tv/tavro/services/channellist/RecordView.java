@@ -52,11 +52,13 @@ public abstract class RecordView<F extends Enum<F> & RecordField> {
         return copy;
     }
 
-    /** Returns the unsigned value of a number field. */
+    /** Returns the value of a number field, unsigned unless its style is {@code SIGNED}. */
     public long value(F field) {
         return switch (field.width()) {
             case 1 -> Byte.toUnsignedLong(bytes.get(field.offset()));
-            case 2 -> Short.toUnsignedLong(bytes.getShort(field.offset()));
+            case 2 -> field.style() == RecordField.Style.SIGNED
+                    ? bytes.getShort(field.offset())
+                    : Short.toUnsignedLong(bytes.getShort(field.offset()));
             default -> Integer.toUnsignedLong(bytes.getInt(field.offset()));
         };
     }
@@ -98,7 +100,7 @@ public abstract class RecordView<F extends Enum<F> & RecordField> {
         return switch (field.style()) {
             case TEXT -> '"' + Printable.of(text(field)) + '"';
             case HEX -> String.format("0x%04x", value(field));
-            case NUMBER -> Long.toString(value(field));
+            case NUMBER, SIGNED -> Long.toString(value(field));
         };
     }
 
