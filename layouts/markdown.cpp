@@ -70,7 +70,7 @@ void find_keys(const std::vector<Key>& keys, const RecordField& field, std::stri
 void write_row(std::ostream& out, const RecordField& field, const std::vector<Key>& keys) {
     out << "| " << field.offset << " | " << field.width << " | ";
     if (field.reserved()) {
-        out << "reserved | | | |\n";
+        out << "reserved | | | | |\n";
         return;
     }
     std::string names;

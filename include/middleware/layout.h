@@ -67,23 +67,21 @@ constexpr FieldType field_type() {
     }
 }
 
-template <class Member, std::size_t Actual, std::size_t Written>
-constexpr Field make_field(const char* name, FieldUse use, const char* java, const char* label, const char* meaning,
-                           std::uint32_t view) {
-    static_assert(Actual == Written, "the structure has this field at another offset");
+template <class Member>
+constexpr Field make_field(const char* name, std::uint16_t offset, FieldUse use, const char* java, const char* label,
+                           const char* meaning, std::uint32_t view) {
     using Element = std::remove_extent_t<Member>;
-    Field field = {name,
-                   Written,
-                   sizeof(Member),
-                   sizeof(Member) / sizeof(Element),
-                   field_type<Element>(),
-                   use,
-                   nullptr,
-                   0,
-                   java,
-                   label,
-                   meaning,
-                   view};
+    Field field = {};
+    field.name = name;
+    field.offset = offset;
+    field.width = sizeof(Member);
+    field.count = sizeof(Member) / sizeof(Element);
+    field.type = field_type<Element>();
+    field.use = use;
+    field.java = java;
+    field.label = label;
+    field.meaning = meaning;
+    field.view = view;
     if constexpr (field_type<Element>() == FieldType::kStructure) {
         field.members = Layout<Element>::fields;
         field.member_count = std::size(Layout<Element>::fields);
@@ -108,10 +106,13 @@ constexpr bool complete(const Field (&fields)[N], std::size_t size) {
 
 } // namespace tavro
 
-// Rows of a table; `Type` is the structure there.
+// Rows of a table; `Type` is the structure there. The function around each is called by the compiler alone.
 #define TAVRO_ROW(OFFSET, MEMBER, USE, JAVA, LABEL, MEANING, VIEW)                                                     \
-    tavro::make_field<decltype(Type::MEMBER), offsetof(Type, MEMBER), (OFFSET)>(#MEMBER, tavro::FieldUse::USE, JAVA,   \
-                                                                                LABEL, MEANING, VIEW)
+    [] {                                                                                                               \
+        static_assert(offsetof(Type, MEMBER) == (OFFSET), #MEMBER " is not at offset " #OFFSET);                       \
+        return tavro::make_field<decltype(Type::MEMBER)>(#MEMBER, OFFSET, tavro::FieldUse::USE, JAVA, LABEL, MEANING,  \
+                                                         VIEW);                                                        \
+    }()
 #define TAVRO_FIELD(OFFSET, MEMBER, JAVA, LABEL, MEANING) TAVRO_ROW(OFFSET, MEMBER, kValue, JAVA, LABEL, MEANING, 0)
 #define TAVRO_FLAGS(OFFSET, MEMBER, JAVA, LABEL, MEANING) TAVRO_ROW(OFFSET, MEMBER, kFlags, JAVA, LABEL, MEANING, 0)
 // A structure inside: what the names and labels of its fields begin with, if anything.
