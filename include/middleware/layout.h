@@ -75,7 +75,7 @@ constexpr Field make_field(const char* name, std::uint16_t offset, FieldUse use,
     field.name = name;
     field.offset = offset;
     field.width = sizeof(Member);
-    field.count = sizeof(Member) / sizeof(Element);
+    field.count = std::is_array_v<Member> ? std::extent_v<Member> : 1;
     field.type = field_type<Element>();
     field.use = use;
     field.java = java;

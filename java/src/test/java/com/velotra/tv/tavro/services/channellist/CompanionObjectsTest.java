@@ -182,7 +182,7 @@ class CompanionObjectsTest {
             bytes[5] = (byte) medium;
             TransportStreamRecord record = new TransportStreamRecord(bytes);
             List<String> lines = record.describe(false).lines().toList();
-            assertEquals(new int[] {0, 41, 34, 37, 27}[medium], lines.size(), "medium " + medium);
+            assertEquals(new int[] {0, 41, 34, 38, 27}[medium], lines.size(), "medium " + medium);
             assertEquals("medium                         " + medium, lines.get(2));
             assertTrue(lines.contains("name                           \"U\""));
             assertTrue(lines.contains("network name                   \"N\""));
