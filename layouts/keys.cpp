@@ -227,8 +227,8 @@ const CodeNames* names_of(const Record& record, const std::string& key, const Co
     fail(record, key, "its code table is not in all_code_names()");
 }
 
-std::string text_of(std::size_t offset, unsigned width) {
-    return std::to_string(width) + " bytes at " + std::to_string(offset);
+std::string bytes_at(std::size_t offset, unsigned width) {
+    return (width == 1 ? "byte" : std::to_string(width) + " bytes") + (" at " + std::to_string(offset));
 }
 
 // The fields that take up a place exactly: one, or, for a text with its terminator, several side by side. `view` -1 is
@@ -252,18 +252,22 @@ std::vector<const RecordField*> fields_at(const Record& record, const std::strin
             covered += part->width;
         }
         if (covered != place.width) {
-            fail(record, key, "no field has the " + text_of(begin, place.width));
+            fail(record, key,
+                 "no field takes up the " + bytes_at(begin, place.width) +
+                     "; correct the row or the table of the structure");
         }
         return parts;
     }
     if (whole.size() > 1) {
         for (const KeyField& meant : kMeant) {
-            if (key == meant.key) {
-                return {&field_at(record, key, meant.path)};
+            for (const RecordField* field : whole) {
+                if (key == meant.key && field->path == meant.path) {
+                    return {field};
+                }
             }
         }
         fail(record, key,
-             "the " + text_of(begin, place.width) + " are " + whole[0]->path + " and " + whole[1]->path +
+             "the " + bytes_at(begin, place.width) + " can be " + whole[0]->path + " or " + whole[1]->path +
                  "; name the one meant in kMeant");
     }
     return whole;

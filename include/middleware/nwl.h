@@ -1,4 +1,5 @@
-// Network lists (NWL): the record structure and the middleware calls.
+// Network lists (NWL): the record structure and the middleware calls. Numbers in parentheses are clauses of ETSI EN
+// 300 468.
 #pragma once
 
 #include "middleware/layout.h"

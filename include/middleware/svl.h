@@ -1,7 +1,7 @@
 // Service lists (SVL): the record structure and the middleware calls.
 //
 // Terms are those of ETSI EN 300 468 (service, transport stream, original network, running status,
-// free_CA_mode, linkage) where the field carries a value of that standard.
+// free_CA_mode, linkage) where the field carries a value of that standard. Numbers in parentheses are its clauses.
 #pragma once
 
 #include "middleware/layout.h"
@@ -56,7 +56,7 @@ struct tavro::Layout<_SVL_REC_HEADER_T> : LayoutOf<_SVL_REC_HEADER_T> {
                     "list of the satellite that the service is received from"),
         TAVRO_FIELD(32, ui2_satl_rec_id, "SATL_RECORD_ID", "satellite record", "record id of that satellite"),
         TAVRO_FIELD(34, e_brdcst_type, "BROADCAST_TYPE", "broadcast type",
-                    "selects the view of bytes 152 to 551: 2 DVB, 5, 7 DTMB; 3 has none"),
+                    "selects the specific part: 2 DVB, 5, 7 DTMB; 3 has none"),
         TAVRO_FIELD(35, e_serv_type, "SERVICE_TYPE", "service type", "1, 4, 7 audio and video; 2, 5, 8 audio"),
         TAVRO_FIELD(36, ac_name, "NAME", "name", "at most 64 bytes of modified UTF-8 and a NUL"),
         TAVRO_RESERVED(101, aui1_reserved_101),

@@ -1,4 +1,5 @@
-// Transport stream lists (TSL): the record structure and the middleware calls.
+// Transport stream lists (TSL): the record structure and the middleware calls. Numbers in parentheses are clauses of
+// ETSI EN 300 468.
 #pragma once
 
 #include "middleware/layout.h"
@@ -210,7 +211,7 @@ struct tavro::Layout<_TSL_REC_T> : LayoutOf<_TSL_REC_T> {
         TAVRO_RESERVED(2, aui1_reserved_2),
         TAVRO_FIELD(4, e_bcst_type, "BROADCAST_TYPE", "broadcast type", "as in service records"),
         TAVRO_FIELD(5, e_bcst_medium, "MEDIUM", "medium",
-                    "selects the view of bytes 48 to 175: 1 terrestrial, 2 cable, 3 satellite"),
+                    "selects the tuner parameters: 1 terrestrial, 2 cable, 3 satellite"),
         TAVRO_RESERVED(6, aui1_reserved_6),
         TAVRO_FLAGS(8, ui4_flags, "FLAGS", "flags", "barker channel"),
         TAVRO_FIELD(12, ui2_nw_id, "NETWORK_ID", "network id", "network_id (5.2.1)"),

@@ -13,7 +13,7 @@ passed() {
     }
     awk '
         /^[0-9]+\/[0-9]+ Testing: / { entry = $3; class = "" }
-        entry ~ /^(unit|host)\./ && sub(/^\[       OK \] /, "") { sub(/ \([0-9]+ ms\).*/, ""); print "C++ " $0 }
+        entry ~ /^(unit|host|layout)\./ && sub(/^\[       OK \] /, "") { sub(/ \([0-9]+ ms\).*/, ""); print "C++ " $0 }
         entry ~ /^(java|jvm)\./ && /^[| ] [+'"'"']-- / { class = $3 }
         entry ~ /^(java|jvm)\./ && /^[| ] [| ] .*-- .* \[OK\]$/ {
             sub(/^.*-- /, ""); sub(/( [0-9]+ ms)? \[OK\]$/, ""); print "Java " class "." $0

@@ -148,19 +148,25 @@ TEST(RecordKeys, GoToTheFieldsThatTheirRowsName) {
 TEST(RecordKeys, ARowWithoutAFieldInItsPlaceIsRefused) {
     Record record = record_of("service");
     remove(record, "t_header.ui2_svc_id");
-    EXPECT_EQ(why_not(record), "service key ServiceId: no field has the 2 bytes at 24");
+    EXPECT_EQ(
+        why_not(record),
+        "service key ServiceId: no field takes up the 2 bytes at 24; correct the row or the table of the structure");
 }
 
 TEST(RecordKeys, ARowOfAnotherWidthIsRefused) {
     Record record = record_of("network");
     field_of(record, "ac_nw_name").width = 31;
-    EXPECT_EQ(why_not(record), "network key NetworkName: no field has the 32 bytes at 13");
+    EXPECT_EQ(
+        why_not(record),
+        "network key NetworkName: no field takes up the 32 bytes at 13; correct the row or the table of the structure");
 }
 
 TEST(RecordKeys, ARowOfOneViewDoesNotFindFieldsOfAnother) {
     Record record = record_of("service");
     remove(record, "u_specific.t_dtmb.ui1_sdt_service_type");
-    EXPECT_EQ(why_not(record), "service key SdtServiceType: no field has the 1 bytes at 217");
+    EXPECT_EQ(
+        why_not(record),
+        "service key SdtServiceType: no field takes up the byte at 217; correct the row or the table of the structure");
 }
 
 TEST(RecordKeys, ARowWithTwoPossibleFieldsMustSayWhichItMeans) {
@@ -171,7 +177,7 @@ TEST(RecordKeys, ARowWithTwoPossibleFieldsMustSayWhichItMeans) {
     hierarchy.path = "u_tuner.t_cab.e_other";
     hierarchy.use = tavro::FieldUse::kValue;
     record.fields.push_back(hierarchy);
-    EXPECT_EQ(why_not(record), "transport stream key Hierarchy: the 4 bytes at 64 are u_tuner.t_ter.e_hierarchy and "
+    EXPECT_EQ(why_not(record), "transport stream key Hierarchy: the 4 bytes at 64 can be u_tuner.t_ter.e_hierarchy or "
                                "u_tuner.t_cab.e_other; name the one meant in kMeant");
 }
 

@@ -53,3 +53,10 @@ compile() {
     [ "$status" -ne 0 ]
     [[ $output == *"the table of _TSL_REC_T has a gap or an overlap"* ]]
 }
+
+@test "bytes that are listed twice are refused" {
+    sed -i 's/\( *TAVRO_RESERVED(8, aui1_reserved_8),\)/\1 \1/' "$headers/nwl.h"
+    compile nwl.h
+    [ "$status" -ne 0 ]
+    [[ $output == *"the table of _NWL_REC_T has a gap or an overlap"* ]]
+}
