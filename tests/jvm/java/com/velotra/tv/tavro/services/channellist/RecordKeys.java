@@ -12,7 +12,7 @@ import java.util.Map;
 import java.util.TreeMap;
 import java.util.stream.Stream;
 
-/** The keys of the record objects as the native side has them, from the table that the program record_layouts prints. */
+/** The keys of the record objects as the native side has them, printed by the program record_layouts. */
 final class RecordKeys {
     /** Bytes of the record that a key's value goes to, in records of these views; an empty list is every record. */
     record Target(int offset, int width, List<Integer> views, String codes) {

@@ -24,8 +24,8 @@ class ScriptedLayoutTest extends ScriptedPlatform {
 
     /** Keys whose values are not stored as they are or by a code: tests of their own know their rules. */
     private static final Set<String> RULES = Set.of(
-            "MajorChannelNumber", "MinorChannelNumber", "TargetRegionCode", "GuardInterval", "AlternateFrequencyInfoList", "AntennaType",
-            "DiseqcPosition");
+            "MajorChannelNumber", "MinorChannelNumber", "TargetRegionCode", "GuardInterval",
+            "AlternateFrequencyInfoList", "AntennaType", "DiseqcPosition");
 
     /** The key that updates do not ask for. */
     private static final String ADDED_ONLY = "DiseqcPolar";
@@ -38,12 +38,18 @@ class ScriptedLayoutTest extends ScriptedPlatform {
 
     /** A kind of records, with its natives for one record of list 1. */
     private record Kind(
-            String name, Class<? extends KeyedValues> type, Supplier<KeyedValues> empty, int size, String read, Native update) {}
+            String name,
+            Class<? extends KeyedValues> type,
+            Supplier<KeyedValues> empty,
+            int size,
+            String read,
+            Native update) {}
 
     private final List<Kind> kinds = List.of(
             new Kind("service", VltTvChannelInfoBase.class, VltTvChannelInfoBase::new, 552, "x_svl_get_rec",
                     values -> assertEquals(0, lists.native_updateInfo(1, (VltTvChannelInfoBase) values))),
-            new Kind("transport stream", VltTvTransportStreamInfoBase.class, VltTvTransportStreamInfoBase::new, 724, "x_tsl_get_rec",
+            new Kind("transport stream", VltTvTransportStreamInfoBase.class, VltTvTransportStreamInfoBase::new, 724,
+                    "x_tsl_get_rec",
                     values -> assertEquals(0, streams.native_updateInfo(1, (VltTvTransportStreamInfoBase) values))),
             new Kind("network", VltTvNetworkInfoBase.class, VltTvNetworkInfoBase::new, 304, "x_nwl_get_rec",
                     values -> assertEquals(0, networks.native_updateInfo(1, (VltTvNetworkInfoBase) values))),
@@ -144,7 +150,9 @@ class ScriptedLayoutTest extends ScriptedPlatform {
         switch (key.kind()) {
             case "text" -> {
                 byte[] text = ((String) value).getBytes(StandardCharsets.UTF_8);
-                targets.forEach(target -> Arrays.fill(record, target.offset(), target.offset() + target.width(), (byte) 0));
+                for (RecordKeys.Target target : targets) {
+                    Arrays.fill(record, target.offset(), target.offset() + target.width(), (byte) 0);
+                }
                 System.arraycopy(text, 0, record, targets.get(0).offset(), text.length);
             }
             case "record id" -> {
@@ -188,8 +196,8 @@ class ScriptedLayoutTest extends ScriptedPlatform {
             }
             Object value = value(key, targets.get(0));
             set(values, kind, key, value);
-            assertArrayEquals(
-                    expected(stored, key, targets, value), updated(kind, stored, values), kind.name + ' ' + view + ' ' + key);
+            byte[] expected = expected(stored, key, targets, value);
+            assertArrayEquals(expected, updated(kind, stored, values), kind.name + ' ' + view + ' ' + key);
             checked.add(key.name());
         }
         return checked;
@@ -241,7 +249,9 @@ class ScriptedLayoutTest extends ScriptedPlatform {
             }
         }
         Set<String> found = new TreeSet<>();
-        Arrays.stream(ServiceFlag.values()).forEach(flag -> found.add(flag.key + ' ' + flag.word.offset() + ' ' + flag.bit));
+        for (ServiceFlag flag : ServiceFlag.values()) {
+            found.add(flag.key + ' ' + flag.word.offset() + ' ' + flag.bit);
+        }
         assertEquals(expected, found);
     }
 }

@@ -1,8 +1,8 @@
 package com.velotra.tv.tavro.services.channellist;
 
 /**
- * A named field of a record: where it is, and what it is called when printed. The enums of fields ({@code ServiceField} and
- * those of the other kinds) are generated from the structures of the native side when the project is built.
+ * A named field of a record: where it is, and what it is called when printed. The enums of fields, such as
+ * {@link ServiceField}, are generated from the structures of the native side when the project is built.
  */
 public interface RecordField {
     /** How a value is read and printed. Only {@code SIGNED} numbers can be negative. */
