@@ -250,7 +250,7 @@ class ScriptedLayoutTest extends ScriptedPlatform {
         }
         Set<String> found = new TreeSet<>();
         for (ServiceFlag flag : ServiceFlag.values()) {
-            found.add(flag.key + ' ' + flag.word.offset() + ' ' + flag.bit);
+            found.add(flag.key() + ' ' + flag.word.offset() + ' ' + flag.bit);
         }
         assertEquals(expected, found);
     }

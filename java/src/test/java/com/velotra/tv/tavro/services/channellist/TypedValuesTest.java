@@ -9,6 +9,7 @@ import static org.junit.jupiter.api.Assertions.assertTrue;
 import java.lang.reflect.ParameterizedType;
 import java.lang.reflect.Type;
 import java.lang.reflect.TypeVariable;
+import java.nio.ByteBuffer;
 import java.util.Arrays;
 import java.util.EnumSet;
 import java.util.List;
@@ -32,6 +33,30 @@ class TypedValuesTest {
         }
         assertEquals(ServiceField.class, fieldsOf(ServiceRecord.class));
         assertEquals(TransportStreamField.class, fieldsOf(TransportStreamRecord.class));
+    }
+
+    /** A view of satellite records, whose position is the only field that can be negative. */
+    private static final class Satellite extends RecordView<SatelliteField> {
+        Satellite(byte[] record) {
+            super(ByteBuffer.wrap(record));
+        }
+
+        @Override
+        List<SatelliteField> fields() {
+            return List.of(SatelliteField.ORBITAL_POSITION, SatelliteField.LNB_LOW_FREQUENCY);
+        }
+    }
+
+    @Test
+    void onlySignedFieldsHaveNegativeValues() {
+        byte[] record = new byte[412];
+        Arrays.fill(record, (byte) 0xFF);
+        Satellite satellite = new Satellite(record);
+        assertEquals(-1, satellite.value(SatelliteField.ORBITAL_POSITION));
+        assertEquals(65535, satellite.value(SatelliteField.LNB_LOW_FREQUENCY));
+        assertEquals(
+                List.of("orbital position               -1", "low band oscillator            65535"),
+                satellite.describe(false).lines().toList());
     }
 
     private static Type fieldsOf(Class<?> view) {
