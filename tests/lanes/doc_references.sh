@@ -3,7 +3,8 @@
 #
 #   links         to files of this tree and to headings
 #   `paths`       of files and folders, also the last part of a path, such as `tool/Main.java`
-#   `LEVEL.NAME`  tests of BUILD, such as `unit.LogGate`; LEVEL. alone is not a name
+#   `LEVEL.NAME`  tests of BUILD, such as `unit.LogGate`
+#   `SUITE.NAME`  C++ tests, such as `LogGate.Passes*`
 #
 # Words in code blocks, with wildcards, or with parts left out ("…", capitals alone) are not checked.
 set -euo pipefail
@@ -45,7 +46,11 @@ while read -r document; do
             suite=${word#*.}
             grep -qE "^${word%%.*}\.([A-Za-z]+/)?${suite//./\\.}(/[0-9A-Za-z]+)?(\.|\$)" <<<"$tests" ||
                 is_path "$word" || missing "there is no test $word"
-        elif [[ $word =~ ^[a-z.][A-Za-z0-9_.-]*(/[A-Za-z0-9_.-]+)*(/|\.(h|cpp|sh|bats|java|md|cmake|txt|map|bp|c))$ ]] ||
+        elif [[ $word =~ ^[A-Z][A-Za-z0-9]*\.[A-Z*][A-Za-z0-9*]*$ ]]; then
+            name=${word#*.}
+            grep -qE "^(unit|host)\.([A-Za-z]+/)?${word%%.*}(/[0-9A-Za-z]+)?\.${name//\*/.*}(/|\$)" <<<"$tests" ||
+                missing "there is no test $word"
+        elif [[ $word =~ ^[a-zA-Z.][A-Za-z0-9_.-]*(/[A-Za-z0-9_.-]+)*(/|\.(h|cpp|sh|bats|java|md|cmake|txt|map|bp|c))$ ]] ||
             { [[ $word =~ ^[a-z.][A-Za-z0-9_./-]*$ && $word = */* ]] && [ -e "${word%%/*}" ]; }; then
             case $word in
             ./* | build/* | lib/* | cache/ | data/ | 3rd/ | mnt/*) continue ;; # made while working
