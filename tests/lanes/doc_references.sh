@@ -6,7 +6,7 @@
 #   `LEVEL.NAME`  tests of BUILD, such as `unit.LogGate`
 #   `SUITE.NAME`  C++ tests, such as `LogGate.Passes*`
 #
-# Words in code blocks, with wildcards, or with parts left out ("…", capitals alone) are not checked.
+# Other words are not checked, and nothing in code blocks.
 set -euo pipefail
 build=$1
 root=$(readlink -f "${2:-$(dirname "$(readlink -f "$0")")/../..}")
