@@ -13,6 +13,8 @@
 #include <string>
 #include <unistd.h>
 
+using namespace tavro;
+
 namespace fs = std::filesystem;
 
 namespace {

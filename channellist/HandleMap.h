@@ -41,6 +41,3 @@ private:
 };
 
 } // namespace tavro
-
-// TEMPORARY-USING
-using tavro::HandleMap;

@@ -369,7 +369,3 @@ public:
 };
 
 } // namespace tavro
-
-// TEMPORARY-USING
-using tavro::kDone;
-using tavro::kFailed;

@@ -98,6 +98,3 @@ private:
 
     std::string path;
 };
-
-// TEMPORARY-USING
-using tavro::SvlKind;

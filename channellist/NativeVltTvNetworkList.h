@@ -59,6 +59,3 @@ public:
     int getInfoList(int mwdbId);
     int updateInfoList(int mwdbId);
 };
-
-// TEMPORARY-USING
-using tavro::NwlKind;

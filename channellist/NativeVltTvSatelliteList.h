@@ -76,6 +76,3 @@ public:
     // that is not a number throws std::stoi's exception.
     int getInfo(const std::string& recId, _SATL_REC_T* rec);
 };
-
-// TEMPORARY-USING
-using tavro::SatlKind;

@@ -64,6 +64,3 @@ public:
     int getInfoList(int /*mwdbId*/) { return tavro::kDone; }
     int updateInfoList(int mwdbId);
 };
-
-// TEMPORARY-USING
-using tavro::TslKind;

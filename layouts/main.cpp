@@ -9,6 +9,8 @@
 #include <iostream>
 #include <string>
 
+using namespace tavro;
+
 namespace {
 
 constexpr int kFailed = 1;

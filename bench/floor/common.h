@@ -69,17 +69,17 @@ inline constexpr int kFailed = -22;
 
 // Defines the handles of a kind's open lists, by list id, and a look-up that logs when it finds or stores a handle.
 #define FLOOR_HANDLES(PREFIX, TAG, CLASS, LIST, HANDLE, GET, SET, TRACES)                                              \
-    static MwdbHandle PREFIX##_handles[65536];                                                                         \
-    static MwdbHandle PREFIX##_handle(int list) {                                                                      \
+    static tavro::MwdbHandle PREFIX##_handles[65536];                                                                  \
+    static tavro::MwdbHandle PREFIX##_handle(int list) {                                                               \
         const auto key = static_cast<std::uint16_t>(list);                                                             \
-        MwdbHandle& handle = PREFIX##_handles[key];                                                                    \
+        tavro::MwdbHandle& handle = PREFIX##_handles[key];                                                             \
         if (handle != 0) {                                                                                             \
             if (TRACES) {                                                                                              \
                 FLOOR_DEBUG(TAG, CLASS "[" GET "]: " LIST " = %d " HANDLE ":0x%x\n", key, handle);                     \
             }                                                                                                          \
             return handle;                                                                                             \
         }                                                                                                              \
-        if (x_##PREFIX##_open(key, 0, 0, &handle) == kMwOk) {                                                          \
+        if (x_##PREFIX##_open(key, 0, 0, &handle) == tavro::kMwOk) {                                                   \
             FLOOR_DEBUG(TAG, CLASS "[" SET "]: " LIST " = %d " HANDLE ":0x%x\n", key, handle);                         \
         }                                                                                                              \
         return handle;                                                                                                 \

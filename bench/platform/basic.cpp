@@ -1,6 +1,8 @@
 #include "journal.h"
 #include "middleware/files.h"
 
+using namespace tavro;
+
 using tavro::memory::journal;
 
 MwStatus fs_raw_init(std::uint32_t, const char*) {

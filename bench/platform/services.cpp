@@ -10,6 +10,8 @@
 #include <memory>
 #include <vector>
 
+using namespace tavro;
+
 namespace {
 
 using tavro::memory::journal;

@@ -13,8 +13,8 @@
 
 namespace tavro::host {
 
-// Thread-safe. Functions return kMwOk or a status from middleware/types.h or status.h, and do not throw. Failures that
-// an engineer has to fix are also logged.
+// Thread-safe. Functions return tavro::kMwOk or a status from middleware/types.h or status.h, and do not throw.
+// Failures that an engineer has to fix are also logged.
 //
 // The first call opens the storage in home_directory(). Output parameters are written only on success, except the
 // record id of qry_rec_id.
@@ -22,27 +22,29 @@ class Engine {
 public:
     static Engine& instance();
 
-    MwStatus open(const Kind& kind, std::uint16_t list_id, MwdbHandle* handle);
-    MwStatus create(const Kind& kind, const char* name, std::uint16_t list_id, MwdbHandle* handle);
-    MwStatus close(const Kind& kind, MwdbHandle handle);
-    MwStatus remove(const Kind& kind, MwdbHandle handle);
-    MwStatus clean(const Kind& kind, MwdbHandle handle);
-    MwStatus copy(const Kind& kind, MwdbHandle from, MwdbHandle to);
-    MwStatus load_file(const Kind& kind, MwdbHandle handle, const char* path);
-    MwStatus store_file(const Kind& kind, MwdbHandle handle, const char* path);
+    tavro::MwStatus open(const Kind& kind, std::uint16_t list_id, tavro::MwdbHandle* handle);
+    tavro::MwStatus create(const Kind& kind, const char* name, std::uint16_t list_id, tavro::MwdbHandle* handle);
+    tavro::MwStatus close(const Kind& kind, tavro::MwdbHandle handle);
+    tavro::MwStatus remove(const Kind& kind, tavro::MwdbHandle handle);
+    tavro::MwStatus clean(const Kind& kind, tavro::MwdbHandle handle);
+    tavro::MwStatus copy(const Kind& kind, tavro::MwdbHandle from, tavro::MwdbHandle to);
+    tavro::MwStatus load_file(const Kind& kind, tavro::MwdbHandle handle, const char* path);
+    tavro::MwStatus store_file(const Kind& kind, tavro::MwdbHandle handle, const char* path);
 
-    MwStatus lock(const Kind& kind, MwdbHandle handle, LockLevel level);
-    MwStatus unlock(const Kind& kind, MwdbHandle handle, LockLevel level);
+    tavro::MwStatus lock(const Kind& kind, tavro::MwdbHandle handle, LockLevel level);
+    tavro::MwStatus unlock(const Kind& kind, tavro::MwdbHandle handle, LockLevel level);
 
-    MwStatus query_record_id(const Kind& kind, MwdbHandle handle, std::uint32_t query, std::uint16_t* record_id);
-    MwStatus add(const Kind& kind, MwdbHandle handle, const void* record);
-    MwStatus update(const Kind& kind, MwdbHandle handle, const void* record);
-    MwStatus remove_record(const Kind& kind, MwdbHandle handle, std::uint16_t record_id);
-    MwStatus get(const Kind& kind, MwdbHandle handle, std::uint16_t record_id, void* record, std::int32_t* version);
-    MwStatus get_at(const Kind& kind, MwdbHandle handle, const Filter& filter, std::int64_t index, void* record,
-                    std::int32_t* version);
-    MwStatus count(const Kind& kind, MwdbHandle handle, const Filter& filter, std::uint16_t* count,
-                   std::int32_t* version);
+    tavro::MwStatus query_record_id(const Kind& kind, tavro::MwdbHandle handle, std::uint32_t query,
+                                    std::uint16_t* record_id);
+    tavro::MwStatus add(const Kind& kind, tavro::MwdbHandle handle, const void* record);
+    tavro::MwStatus update(const Kind& kind, tavro::MwdbHandle handle, const void* record);
+    tavro::MwStatus remove_record(const Kind& kind, tavro::MwdbHandle handle, std::uint16_t record_id);
+    tavro::MwStatus get(const Kind& kind, tavro::MwdbHandle handle, std::uint16_t record_id, void* record,
+                        std::int32_t* version);
+    tavro::MwStatus get_at(const Kind& kind, tavro::MwdbHandle handle, const Filter& filter, std::int64_t index,
+                           void* record, std::int32_t* version);
+    tavro::MwStatus count(const Kind& kind, tavro::MwdbHandle handle, const Filter& filter, std::uint16_t* count,
+                          std::int32_t* version);
 
     // Releases every handle and lock and closes the storage; the next call reopens it.
     void reset();
@@ -56,21 +58,21 @@ private:
     };
 
     template <class Body>
-    MwStatus guarded(Body body) noexcept;
+    tavro::MwStatus guarded(Body body) noexcept;
     template <class Body>
-    MwStatus on_list(const Kind& kind, MwdbHandle handle, Body body) noexcept;
+    tavro::MwStatus on_list(const Kind& kind, tavro::MwdbHandle handle, Body body) noexcept;
     template <class Body>
-    MwStatus on_list_lock(const Kind& kind, MwdbHandle handle, Body body) noexcept;
+    tavro::MwStatus on_list_lock(const Kind& kind, tavro::MwdbHandle handle, Body body) noexcept;
 
     Lists& lists();
-    MwStatus new_handle(const Kind& kind, const ListKey& list, MwdbHandle* handle);
-    const OpenList* find(const Kind& kind, MwdbHandle handle) const;
-    void drop_handle(MwdbHandle handle);
+    tavro::MwStatus new_handle(const Kind& kind, const ListKey& list, tavro::MwdbHandle* handle);
+    const OpenList* find(const Kind& kind, tavro::MwdbHandle handle) const;
+    void drop_handle(tavro::MwdbHandle handle);
 
     std::mutex mutex_; // guards the next three members; never held while waiting for a list's lock
     std::unique_ptr<Lists> lists_;
-    std::map<MwdbHandle, OpenList> open_lists_;
-    MwdbHandle last_handle_ = 0;
+    std::map<tavro::MwdbHandle, OpenList> open_lists_;
+    tavro::MwdbHandle last_handle_ = 0;
 
     LockTable locks_;
 };

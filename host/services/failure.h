@@ -12,11 +12,11 @@ namespace tavro::host {
 // library.
 class Failure : public std::runtime_error {
 public:
-    Failure(MwStatus status, const std::string& message) : std::runtime_error(message), status_(status) {}
-    MwStatus status() const { return status_; }
+    Failure(tavro::MwStatus status, const std::string& message) : std::runtime_error(message), status_(status) {}
+    tavro::MwStatus status() const { return status_; }
 
 private:
-    MwStatus status_;
+    tavro::MwStatus status_;
 };
 
 } // namespace tavro::host

@@ -14,7 +14,7 @@
 namespace tavro::host {
 
 // Functions return kHostNoSuchList if the list does not exist, and pass on the storage's exceptions. Output parameters
-// are written only on success; highest_record_id also writes 0 with kMwEmpty. Not thread-safe.
+// are written only on success; highest_record_id also writes 0 with tavro::kMwEmpty. Not thread-safe.
 //
 // A read by index or with a filter, a count, and the search for a free id load the whole list into memory. A read by id
 // keeps only that record. Changes by this process are applied to memory. Every read compares the storage's epoch to
@@ -26,25 +26,26 @@ public:
     const std::shared_ptr<LockFile>& lock_file() const { return storage_.lock_file(); }
     std::uint64_t work() const { return storage_.work(); }
 
-    MwStatus check_exists(const ListKey& list);
-    MwStatus create(const Kind& kind, const ListKey& list, const std::string& name);
-    MwStatus remove(const ListKey& list);
-    MwStatus clean(const Kind& kind, const ListKey& list);
-    MwStatus copy(const Kind& kind, const ListKey& from, const ListKey& to);
-    MwStatus replace(const Kind& kind, const ListKey& list, const StoredRecords& records);
-    MwStatus load(const Kind& kind, const ListKey& list, std::string& name, StoredRecords& records);
+    tavro::MwStatus check_exists(const ListKey& list);
+    tavro::MwStatus create(const Kind& kind, const ListKey& list, const std::string& name);
+    tavro::MwStatus remove(const ListKey& list);
+    tavro::MwStatus clean(const Kind& kind, const ListKey& list);
+    tavro::MwStatus copy(const Kind& kind, const ListKey& from, const ListKey& to);
+    tavro::MwStatus replace(const Kind& kind, const ListKey& list, const StoredRecords& records);
+    tavro::MwStatus load(const Kind& kind, const ListKey& list, std::string& name, StoredRecords& records);
 
-    MwStatus add(const Kind& kind, const ListKey& list, const void* record);
-    MwStatus update(const Kind& kind, const ListKey& list, const void* record);
-    MwStatus remove_record(const Kind& kind, const ListKey& list, std::uint16_t record_id);
+    tavro::MwStatus add(const Kind& kind, const ListKey& list, const void* record);
+    tavro::MwStatus update(const Kind& kind, const ListKey& list, const void* record);
+    tavro::MwStatus remove_record(const Kind& kind, const ListKey& list, std::uint16_t record_id);
 
-    MwStatus get(const Kind& kind, const ListKey& list, std::uint16_t record_id, void* record, std::int32_t* version);
-    MwStatus get_at(const Kind& kind, const ListKey& list, const Filter& filter, std::int64_t index, void* record,
-                    std::int32_t* version);
-    MwStatus count(const Kind& kind, const ListKey& list, const Filter& filter, std::uint16_t* count,
-                   std::int32_t* version);
-    MwStatus highest_record_id(const Kind& kind, const ListKey& list, std::uint16_t* record_id);
-    MwStatus next_record_id(const Kind& kind, const ListKey& list, std::uint16_t* record_id);
+    tavro::MwStatus get(const Kind& kind, const ListKey& list, std::uint16_t record_id, void* record,
+                        std::int32_t* version);
+    tavro::MwStatus get_at(const Kind& kind, const ListKey& list, const Filter& filter, std::int64_t index,
+                           void* record, std::int32_t* version);
+    tavro::MwStatus count(const Kind& kind, const ListKey& list, const Filter& filter, std::uint16_t* count,
+                          std::int32_t* version);
+    tavro::MwStatus highest_record_id(const Kind& kind, const ListKey& list, std::uint16_t* record_id);
+    tavro::MwStatus next_record_id(const Kind& kind, const ListKey& list, std::uint16_t* record_id);
 
 private:
     // What this process knows about a list.
@@ -58,7 +59,7 @@ private:
     bool is_current(const Known& list) {
         return list.state.epoch == storage_.epoch() && list.image.version() == list.state.version;
     }
-    MwStatus make_whole(const ListKey& list, Known& known);
+    tavro::MwStatus make_whole(const ListKey& list, Known& known);
     template <class Change>
     void apply(Known& list, Change change) noexcept;
     void limit_memory(const Known& in_use);

@@ -20,10 +20,10 @@ class LockTable {
 public:
     // Waits at most TAVRO_LOCK_TIMEOUT_MS milliseconds (default 3000), then logs who waited for whom and returns
     // kHostLockTimeout.
-    MwStatus lock(const std::shared_ptr<LockFile>& file, const Kind& kind, const ListKey& list, LockLevel level);
+    tavro::MwStatus lock(const std::shared_ptr<LockFile>& file, const Kind& kind, const ListKey& list, LockLevel level);
 
     // Releases one lock of that level. Returns kHostNotLockHolder if the thread holds none.
-    MwStatus unlock(const ListKey& list, LockLevel level);
+    tavro::MwStatus unlock(const ListKey& list, LockLevel level);
 
     // Releases all locks of the calling thread on the list.
     void release(const ListKey& list);

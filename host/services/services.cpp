@@ -4,6 +4,8 @@
 #include "engine.h"
 #include "status.h"
 
+using namespace tavro;
+
 namespace {
 
 using tavro::host::Engine;

@@ -39,26 +39,26 @@ public:
     std::uint64_t epoch() { return watch_.epoch(); }
 
     // Returns kHostListExists if the list exists. Versions continue after those of a deleted list with the same id.
-    MwStatus create(const ListKey& list, const std::string& name, ListState& state);
-    MwStatus remove(const ListKey& list, ListState& state);
-    MwStatus clean(const ListKey& list, ListState& state);
+    tavro::MwStatus create(const ListKey& list, const std::string& name, ListState& state);
+    tavro::MwStatus remove(const ListKey& list, ListState& state);
+    tavro::MwStatus clean(const ListKey& list, ListState& state);
     // Replaces the records of `to` with those of `from`, another list of the same kind. `state` belongs to `to`.
-    MwStatus copy(const ListKey& from, const ListKey& to, ListState& state);
-    MwStatus replace(const ListKey& list, const Kind& kind, const StoredRecords& records, ListState& state);
+    tavro::MwStatus copy(const ListKey& from, const ListKey& to, ListState& state);
+    tavro::MwStatus replace(const ListKey& list, const Kind& kind, const StoredRecords& records, ListState& state);
 
-    // Record ids must be below kMwNoRecordId.
-    MwStatus add(const ListKey& list, const Kind& kind, const void* record, ListState& state);
-    MwStatus update(const ListKey& list, const Kind& kind, const void* record, ListState& state);
-    MwStatus remove_record(const ListKey& list, std::uint16_t record_id, ListState& state);
+    // Record ids must be below tavro::kMwNoRecordId.
+    tavro::MwStatus add(const ListKey& list, const Kind& kind, const void* record, ListState& state);
+    tavro::MwStatus update(const ListKey& list, const Kind& kind, const void* record, ListState& state);
+    tavro::MwStatus remove_record(const ListKey& list, std::uint16_t record_id, ListState& state);
 
     // Updates the state.
-    MwStatus refresh(const ListKey& list, ListState& state);
+    tavro::MwStatus refresh(const ListKey& list, ListState& state);
     // Read into `image`: one record, the highest record id, or all records and their order. `read` returns
     // kHostNoSuchRecord if the record does not exist.
-    MwStatus read(const ListKey& list, std::uint16_t record_id, ListState& state, ListImage& image);
-    MwStatus read_highest_id(const ListKey& list, ListState& state, ListImage& image);
-    MwStatus read_all(const ListKey& list, ListState& state, ListImage& image);
-    MwStatus load(const ListKey& list, const Kind& kind, std::string& name, StoredRecords& records);
+    tavro::MwStatus read(const ListKey& list, std::uint16_t record_id, ListState& state, ListImage& image);
+    tavro::MwStatus read_highest_id(const ListKey& list, ListState& state, ListImage& image);
+    tavro::MwStatus read_all(const ListKey& list, ListState& state, ListImage& image);
+    tavro::MwStatus load(const ListKey& list, const Kind& kind, std::string& name, StoredRecords& records);
 
 private:
     class Change;

@@ -10,11 +10,15 @@
 #include <cstddef>
 #include <cstdint>
 
+namespace tavro {
+
 // Values of e_brdcst_type that the library treats specially.
 inline constexpr std::uint8_t kBroadcastDvb = 2;
 inline constexpr std::uint8_t kBroadcastType3 = 3; // channel numbers through x_sb_gen_channel_id
 inline constexpr std::uint8_t kBroadcastType5 = 5; // SDT service type in the first specific byte
 inline constexpr std::uint8_t kBroadcastDtmb = 7;
+
+} // namespace tavro
 
 // What every service has, whatever its broadcast system: 148 bytes.
 struct _SVL_REC_HEADER_T {

@@ -8,10 +8,14 @@
 #include <cstddef>
 #include <cstdint>
 
+namespace tavro {
+
 // Values of e_bcst_medium: which view of the tuner parameters applies.
 inline constexpr std::uint8_t kMediumTerrestrial = 1;
 inline constexpr std::uint8_t kMediumCable = 2;
 inline constexpr std::uint8_t kMediumSatellite = 3;
+
+} // namespace tavro
 
 // Codes of the middleware's tuner. Only their numbers are fixed; what they mean is the tuner's own.
 using TUNER_FEC_INNER_T = std::uint32_t;

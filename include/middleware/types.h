@@ -40,22 +40,3 @@ inline constexpr std::uint32_t kMwUpdateReplace = 1; // update after an add foun
 inline constexpr std::uint32_t kMwRootDrive = 0;
 
 } // namespace tavro
-
-// TEMPORARY-USING
-using tavro::kMwCreateGrowth;
-using tavro::kMwCreateMode;
-using tavro::kMwEmpty;
-using tavro::kMwEveryBroadcastType;
-using tavro::kMwEveryNetworkMask;
-using tavro::kMwNoFile;
-using tavro::kMwNoRecordId;
-using tavro::kMwNotAListFile;
-using tavro::kMwOk;
-using tavro::kMwQueryHighestRecordId;
-using tavro::kMwQueryNextRecordId;
-using tavro::kMwRecordExists;
-using tavro::kMwRootDrive;
-using tavro::kMwUpdatePlain;
-using tavro::kMwUpdateReplace;
-using tavro::MwdbHandle;
-using tavro::MwStatus;

@@ -14,6 +14,8 @@
 
 #include <cstring>
 
+using namespace tavro;
+
 namespace {
 
 using tavro::counts::kRecords;

@@ -6,6 +6,8 @@
 #include <filesystem>
 #include <sys/stat.h>
 
+using namespace tavro;
+
 namespace fs = std::filesystem;
 
 namespace {

@@ -16,15 +16,15 @@ template <class Kind>
 class Changes {
 public:
     // Returns the status of the change.
-    MwStatus apply(const std::string& line) {
+    tavro::MwStatus apply(const std::string& line) {
         std::istringstream words(line);
         std::string change;
         std::uint16_t list = 0;
         words >> change >> list;
         if (change == "create") {
-            return Kind::create("list", list, kMwCreateMode, kMwCreateGrowth, 0, 0, &handles_[list]);
+            return Kind::create("list", list, tavro::kMwCreateMode, tavro::kMwCreateGrowth, 0, 0, &handles_[list]);
         }
-        const MwdbHandle handle = handle_of(list);
+        const tavro::MwdbHandle handle = handle_of(list);
         if (change == "clean") {
             return Kind::clean(handle);
         }
@@ -48,17 +48,17 @@ public:
             return Kind::remove_record(handle, id);
         }
         auto record = record_of<Kind>(id, static_cast<unsigned char>(fill));
-        return change == "add" ? Kind::add(handle, &record) : Kind::update(handle, &record, kMwUpdatePlain);
+        return change == "add" ? Kind::add(handle, &record) : Kind::update(handle, &record, tavro::kMwUpdatePlain);
     }
 
 private:
-    MwdbHandle handle_of(std::uint16_t list) {
-        MwdbHandle& handle = handles_[list];
+    tavro::MwdbHandle handle_of(std::uint16_t list) {
+        tavro::MwdbHandle& handle = handles_[list];
         if (handle == 0) {
             Kind::open(list, 0, 0, &handle);
         }
         return handle;
     }
 
-    std::map<std::uint16_t, MwdbHandle> handles_;
+    std::map<std::uint16_t, tavro::MwdbHandle> handles_;
 };

@@ -3,6 +3,8 @@
 #include "services/status.h"
 #include "workspace.h"
 
+using namespace tavro;
+
 namespace {
 
 class Filters : public Workspace {

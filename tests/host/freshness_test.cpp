@@ -13,6 +13,8 @@
 #include <random>
 #include <sqlite3.h>
 
+using namespace tavro;
+
 namespace {
 
 constexpr std::uint16_t kHighestIdUsed = 12;

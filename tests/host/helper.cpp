@@ -51,6 +51,8 @@
 #include <unistd.h>
 #include <vector>
 
+using namespace tavro;
+
 namespace {
 
 int failures = 0;

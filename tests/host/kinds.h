@@ -31,10 +31,13 @@
     static constexpr auto remove_record = PREFIX##_del_rec;                                                            \
     static constexpr auto get = PREFIX##_get_rec;                                                                      \
     static std::uint16_t& id_of(RECORD& record) { return record.ID; }                                                  \
-    static MwStatus get_at(MwdbHandle handle, std::uint16_t index, RECORD* record, std::int32_t* version) {            \
+    static tavro::MwStatus get_at(tavro::MwdbHandle handle, std::uint16_t index, RECORD* record,                       \
+                                  std::int32_t* version) {                                                             \
         return GET_AT;                                                                                                 \
     }                                                                                                                  \
-    static MwStatus count(MwdbHandle handle, std::uint16_t* number, std::int32_t* version) { return COUNT; }
+    static tavro::MwStatus count(tavro::MwdbHandle handle, std::uint16_t* number, std::int32_t* version) {             \
+        return COUNT;                                                                                                  \
+    }
 
 struct Services {
     static constexpr char kName[] = "svl";
@@ -82,21 +85,21 @@ std::string bytes_of(const Record& record) {
 }
 
 template <class Kind>
-MwdbHandle created(std::uint16_t list_id) {
-    MwdbHandle handle = 0;
-    EXPECT_EQ(Kind::create("list", list_id, kMwCreateMode, kMwCreateGrowth, 0, 0, &handle), kMwOk);
+tavro::MwdbHandle created(std::uint16_t list_id) {
+    tavro::MwdbHandle handle = 0;
+    EXPECT_EQ(Kind::create("list", list_id, tavro::kMwCreateMode, tavro::kMwCreateGrowth, 0, 0, &handle), tavro::kMwOk);
     return handle;
 }
 
 template <class Kind>
-MwdbHandle opened(std::uint16_t list_id) {
-    MwdbHandle handle = 0;
-    EXPECT_EQ(Kind::open(list_id, 0, 0, &handle), kMwOk);
+tavro::MwdbHandle opened(std::uint16_t list_id) {
+    tavro::MwdbHandle handle = 0;
+    EXPECT_EQ(Kind::open(list_id, 0, 0, &handle), tavro::kMwOk);
     return handle;
 }
 
 template <class Kind>
-MwStatus add(MwdbHandle handle, std::uint16_t id, unsigned char fill) {
+tavro::MwStatus add(tavro::MwdbHandle handle, std::uint16_t id, unsigned char fill) {
     typename Kind::Record record = record_of<Kind>(id, fill);
     return Kind::add(handle, &record);
 }
@@ -104,21 +107,21 @@ MwStatus add(MwdbHandle handle, std::uint16_t id, unsigned char fill) {
 // Reads the whole list by index: id and fill of every record. The id is -1 if the record cannot be read, with the
 // status instead of the fill, or if its bytes are not all equal.
 template <class Kind>
-std::vector<std::pair<int, int>> contents(MwdbHandle handle) {
+std::vector<std::pair<int, int>> contents(tavro::MwdbHandle handle) {
     std::uint16_t number = 0;
     std::int32_t version = 0;
-    const MwStatus counted = Kind::count(handle, &number, &version);
-    if (counted != kMwOk) {
+    const tavro::MwStatus counted = Kind::count(handle, &number, &version);
+    if (counted != tavro::kMwOk) {
         return {{-1, counted}};
     }
     std::vector<std::pair<int, int>> all;
     for (std::uint16_t index = 0; index < number; ++index) {
         typename Kind::Record record{};
-        const MwStatus status = Kind::get_at(handle, index, &record, &version);
+        const tavro::MwStatus status = Kind::get_at(handle, index, &record, &version);
         const std::uint16_t id = Kind::id_of(record);
         const unsigned char fill = reinterpret_cast<const unsigned char*>(&record)[sizeof record - 1];
         const bool whole = bytes_of(record) == bytes_of(record_of<Kind>(id, fill));
-        all.emplace_back(status == kMwOk && whole ? id : -1, status == kMwOk ? fill : status);
+        all.emplace_back(status == tavro::kMwOk && whole ? id : -1, status == tavro::kMwOk ? fill : status);
     }
     return all;
 }

@@ -9,6 +9,8 @@
 #include <sqlite3.h>
 #include <unistd.h>
 
+using namespace tavro;
+
 namespace fs = std::filesystem;
 
 namespace {

@@ -5,6 +5,8 @@
 
 #include <set>
 
+using namespace tavro;
+
 template <class Kind>
 class Lists : public Workspace {};
 TYPED_TEST_SUITE(Lists, EveryKind, KindNames);

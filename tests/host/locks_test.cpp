@@ -10,6 +10,8 @@
 #include <thread>
 #include <unistd.h>
 
+using namespace tavro;
+
 namespace {
 
 // Returns once the thread sleeps, as it does while waiting for a lock.

@@ -7,6 +7,8 @@
 
 #include <filesystem>
 
+using namespace tavro;
+
 namespace fs = std::filesystem;
 
 namespace {

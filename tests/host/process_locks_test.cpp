@@ -12,6 +12,8 @@
 #include <thread>
 #include <unistd.h>
 
+using namespace tavro;
+
 namespace {
 
 // The bytes of the lock file that processes lock, one per slot.

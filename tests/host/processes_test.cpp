@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <filesystem>
 
+using namespace tavro;
+
 namespace {
 
 class Processes : public Workspace {

@@ -15,6 +15,8 @@
 #include <gtest/gtest.h>
 #include <thread>
 
+using namespace tavro;
+
 namespace {
 
 namespace script = tavro::script;

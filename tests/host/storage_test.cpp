@@ -7,6 +7,8 @@
 #include <filesystem>
 #include <sqlite3.h>
 
+using namespace tavro;
+
 namespace fs = std::filesystem;
 
 namespace {

@@ -7,6 +7,8 @@
 
 #include <sqlite3.h>
 
+using namespace tavro;
+
 namespace {
 
 class Work : public Workspace {

@@ -2,6 +2,8 @@
 #include "middleware/files.h"
 #include "recorder.h"
 
+using namespace tavro;
+
 using tavro::script::Answer;
 using tavro::script::ask;
 

@@ -29,7 +29,7 @@ namespace tavro::script {
 
 // The reply to one call. Output values are written if the status is 0 or `value` is set; the record is always written.
 struct Answer {
-    MwStatus status = 0;
+    tavro::MwStatus status = 0;
     std::optional<std::uint32_t> value{}; // handle, record id, count, channel id or index, depending on the call
     std::vector<std::byte> record{};      // first bytes of the output record; if empty, it is not written
     std::int32_t version = 0;             // list version

@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <cstring>
 
+using namespace tavro;
+
 namespace {
 
 using tavro::script::Answer;

@@ -1,6 +1,8 @@
 // Adding, copying, reading and counting records of transport stream, network and satellite lists.
 #include "manager_test.h"
 
+using namespace tavro;
+
 namespace {
 
 using namespace tavro::test;

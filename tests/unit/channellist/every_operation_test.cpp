@@ -6,6 +6,8 @@
 #include <stdexcept>
 #include <tuple>
 
+using namespace tavro;
+
 namespace script = tavro::script;
 
 namespace {

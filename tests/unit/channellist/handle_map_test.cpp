@@ -3,6 +3,8 @@
 
 #include <utility>
 
+using namespace tavro;
+
 namespace {
 
 using namespace tavro::test;

@@ -1,6 +1,8 @@
 // Opening, creating, loading, copying and storing lists.
 #include "manager_test.h"
 
+using namespace tavro;
+
 namespace {
 
 using namespace tavro::test;

@@ -3,6 +3,8 @@
 
 #include <stdexcept>
 
+using namespace tavro;
+
 namespace {
 
 using namespace tavro::test;

@@ -1,6 +1,8 @@
 // How the service list manager loads a list from its file, and what it does when the file cannot be loaded.
 #include "manager_test.h"
 
+using namespace tavro;
+
 namespace script = tavro::script;
 
 namespace {

@@ -1,6 +1,8 @@
 // What the service list manager does differently.
 #include "manager_test.h"
 
+using namespace tavro;
+
 namespace script = tavro::script;
 
 namespace {

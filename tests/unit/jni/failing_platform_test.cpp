@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+using namespace tavro;
+
 namespace script = tavro::script;
 using tavro::test::FakeJni;
 using tavro::test::FakeObject;

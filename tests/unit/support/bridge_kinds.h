@@ -80,7 +80,7 @@ struct BridgeKind {
     BridgeNatives natives;
     ManagerSlot manager;
     const char* manager_name; // in log lines
-    HandleMap& (*handles)();
+    tavro::HandleMap& (*handles)();
     const char* calls;    // start of the names of middleware calls
     std::uint32_t number; // the scripted handles are number << 16 | list id
 
@@ -133,7 +133,7 @@ inline const BridgeKind& service_kind() {
              com_velotra_tv_tavro_channellist_updateInfoList},
             manager_slot<chList>(),
             "chList",
-            SvlKind::handles,
+            tavro::SvlKind::handles,
             "x_svl_",
             1,
             natives,
@@ -177,7 +177,7 @@ inline const BridgeKind& transport_stream_kind() {
              com_velotra_tv_tavro_transportstreamlist_updateInfoList},
             manager_slot<tsList>(),
             "tsList",
-            TslKind::handles,
+            tavro::TslKind::handles,
             "x_tsl_",
             2,
             natives,
@@ -223,7 +223,7 @@ inline const BridgeKind& network_kind() {
              com_velotra_tv_tavro_networklist_updateInfoList},
             manager_slot<nwList>(),
             "nwList",
-            NwlKind::handles,
+            tavro::NwlKind::handles,
             "x_nwl_",
             3,
             natives,
@@ -270,7 +270,7 @@ inline const BridgeKind& satellite_kind() {
              }},
             manager_slot<satList>(),
             "satList",
-            SatlKind::handles,
+            tavro::SatlKind::handles,
             "x_satl_",
             4,
             natives,

@@ -134,7 +134,7 @@ protected:
     FakeJni jni;
 
 private:
-    MwdbHandle handle(int id) const { return kind.number << 16 | static_cast<MwdbHandle>(id); }
+    tavro::MwdbHandle handle(int id) const { return kind.number << 16 | static_cast<tavro::MwdbHandle>(id); }
 };
 
 // A suite that runs once for each of several kinds.

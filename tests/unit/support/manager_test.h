@@ -62,13 +62,15 @@ protected:
     void given_handle(int id, std::uint32_t value) { ASSERT_TRUE(kind.handles->insert(id, value)); }
 
     // Scripts the result of the middleware call of that name ("open").
-    void answer(const std::string& call, MwStatus status) { answer(call, script::Answer{status}); }
+    void answer(const std::string& call, tavro::MwStatus status) { answer(call, script::Answer{status}); }
     void answer(const std::string& call, const script::Answer& what) { script::answer(kind.calls() + call, what); }
-    void always(const std::string& call, MwStatus status) {
+    void always(const std::string& call, tavro::MwStatus status) {
         script::always(kind.calls() + call, script::Answer{status});
     }
-    static script::Answer with_value(MwStatus status, std::uint32_t value) { return script::Answer{status, value}; }
-    static script::Answer with_record(MwStatus status, const Bytes& record, std::int32_t version = 0) {
+    static script::Answer with_value(tavro::MwStatus status, std::uint32_t value) {
+        return script::Answer{status, value};
+    }
+    static script::Answer with_record(tavro::MwStatus status, const Bytes& record, std::int32_t version = 0) {
         return script::Answer{status, {}, record, version};
     }
 
@@ -168,7 +170,7 @@ protected:
         return call("lock(@" + key(id) + ")") + work + call("unlock(@" + key(id) + ")");
     }
     // The removal of a record from an open list.
-    Steps removal(int list, int record, MwStatus status = 0) const {
+    Steps removal(int list, int record, tavro::MwStatus status = 0) const {
         return locked(list, call("del_rec(@" + key(list) + ", " + key(record) + ")") +
                                 (kind.logs_removal_status ? error("i4_ret: " + std::to_string(status)) : Steps{}));
     }
@@ -194,7 +196,7 @@ protected:
         EXPECT_EQ(actual, expected);
     }
 
-    using OpenLists = std::map<std::uint16_t, MwdbHandle>;
+    using OpenLists = std::map<std::uint16_t, tavro::MwdbHandle>;
     void expect_open_lists(const OpenLists& lists) const {
         EXPECT_EQ(OpenLists(kind.handles->begin(), kind.handles->end()), lists);
     }

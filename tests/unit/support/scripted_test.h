@@ -22,7 +22,8 @@ protected:
         forget_open_lists();
     }
     static void forget_open_lists() {
-        for (HandleMap* map : {&SvlKind::handles(), &TslKind::handles(), &NwlKind::handles(), &SatlKind::handles()}) {
+        for (tavro::HandleMap* map : {&tavro::SvlKind::handles(), &tavro::TslKind::handles(),
+                                      &tavro::NwlKind::handles(), &tavro::SatlKind::handles()}) {
             map->clear();
         }
     }

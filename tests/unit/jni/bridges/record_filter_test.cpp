@@ -9,6 +9,8 @@
 #include <gtest/gtest.h>
 #include <string>
 
+using namespace tavro;
+
 namespace script = tavro::script;
 
 namespace {

@@ -11,6 +11,8 @@
 #include <thread>
 #include <vector>
 
+using namespace tavro;
+
 namespace script = tavro::script;
 using tavro::test::FakeJni;
 
