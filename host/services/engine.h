@@ -13,7 +13,7 @@
 
 namespace tavro::host {
 
-// Thread-safe. Functions return tavro::kMwOk or a status from middleware/types.h or status.h, and do not throw.
+// Thread-safe. Functions return kMwOk or a status from middleware/types.h or status.h, and do not throw.
 // Failures that an engineer has to fix are also logged.
 //
 // The first call opens the storage in home_directory(). Output parameters are written only on success, except the

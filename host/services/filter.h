@@ -16,7 +16,7 @@ public:
     Filter() = default;
 
     // Services of one broadcast type with at least one network mask bit in common with `network_mask`.
-    // tavro::kMwEveryBroadcastType and tavro::kMwEveryNetworkMask match all.
+    // kMwEveryBroadcastType and kMwEveryNetworkMask match all.
     static Filter by_broadcast_type(std::uint32_t broadcast_type, std::uint32_t network_mask);
     // Services of one transport stream record.
     static Filter by_transport_stream(std::uint16_t tsl_id, std::uint16_t tsl_rec_id, std::uint32_t network_mask);

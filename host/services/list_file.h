@@ -27,7 +27,7 @@ struct StoredRecords {
 void write_list_file(const std::string& path, const Kind& kind, std::uint16_t list_id, const std::string& name,
                      const StoredRecords& records);
 
-// Reads all records of a list file, in order. Returns 0, tavro::kMwNoFile, or tavro::kMwNotAListFile if the file is
+// Reads all records of a list file, in order. Returns 0, kMwNoFile, or kMwNotAListFile if the file is
 // damaged or not a list file of that kind. Throws Failure(kHostCannotReadFile).
 tavro::MwStatus read_list_file(const std::string& path, const Kind& kind, StoredRecords& records);
 

@@ -32,7 +32,7 @@ public:
     const std::byte* find(std::uint16_t id) const { return id < held_.size() && held_[id] != 0 ? place(id) : nullptr; }
     // Ids of the records that match the filter, in list order. The image must be whole.
     const std::vector<std::uint16_t>& order(const Filter& filter);
-    // The lowest free record id from 1, or tavro::kMwNoRecordId if there is none. The image must be whole.
+    // The lowest free record id from 1, or kMwNoRecordId if there is none. The image must be whole.
     std::uint16_t lowest_free_id() const;
 
     // The highest record id, kNone if the list is empty, or kUnknown.

@@ -14,7 +14,7 @@
 namespace tavro::host {
 
 // Functions return kHostNoSuchList if the list does not exist, and pass on the storage's exceptions. Output parameters
-// are written only on success; highest_record_id also writes 0 with tavro::kMwEmpty. Not thread-safe.
+// are written only on success; highest_record_id also writes 0 with kMwEmpty. Not thread-safe.
 //
 // A read by index or with a filter, a count, and the search for a free id load the whole list into memory. A read by id
 // keeps only that record. Changes by this process are applied to memory. Every read compares the storage's epoch to

@@ -46,7 +46,7 @@ public:
     tavro::MwStatus copy(const ListKey& from, const ListKey& to, ListState& state);
     tavro::MwStatus replace(const ListKey& list, const Kind& kind, const StoredRecords& records, ListState& state);
 
-    // Record ids must be below tavro::kMwNoRecordId.
+    // Record ids must be below kMwNoRecordId.
     tavro::MwStatus add(const ListKey& list, const Kind& kind, const void* record, ListState& state);
     tavro::MwStatus update(const ListKey& list, const Kind& kind, const void* record, ListState& state);
     tavro::MwStatus remove_record(const ListKey& list, std::uint16_t record_id, ListState& state);
