@@ -8,8 +8,8 @@
 
 namespace tavro {
 
-// Removes the digits at the front of a text and stores their number. Returns false and leaves the text alone unless
-// there are one to nine of them, which always fit an int.
+// Removes the digits at the front of a text and sets `number` to their value. Returns false and leaves the text alone
+// unless there are one to nine of them, which always fit an int.
 inline bool take_digits(std::string_view& text, int& number) {
     constexpr std::size_t kMostDigits = 9;
     const std::size_t most = std::min(text.size(), kMostDigits + 1);
@@ -36,8 +36,8 @@ inline int decimal(std::string_view text) {
     return take_digits(text, number) ? number : unusual_decimal(text);
 }
 
-// Takes an identifier of the usual form apart: digits, a comma, digits, and nothing else but what a second
-// comma begins. Returns false, with the out values as they were, for any other text.
+// Splits an identifier of the usual form: digits, a comma, digits, and then nothing, or a second comma with anything
+// after it. Returns false and leaves the out values alone for any other text.
 inline bool take_apart(std::string_view identifier, int& list_id, int& record_id) {
     int list = 0;
     int record = 0;

@@ -35,8 +35,7 @@ inline constexpr std::uint32_t kMwCreateGrowth = 16;
 inline constexpr std::uint32_t kMwUpdatePlain = 0;   // update of a record read before
 inline constexpr std::uint32_t kMwUpdateReplace = 1; // update after an add found the id taken
 
-// First argument with every file path that the library hands to the middleware; the name is this
-// project's.
+// The drive argument of every middleware call that has one. The name is this project's.
 inline constexpr std::uint32_t kMwRootDrive = 0;
 
 } // namespace tavro

@@ -40,7 +40,8 @@ jbyteArray com_velotra_tv_tavro_channellist_getInfoListByNetwork(JNIEnv* env, jo
 jint com_velotra_tv_tavro_channellist_updateInfo(JNIEnv* env, jobject self, jint mwdbId, jobject channel);
 // Updates, in list `mwdbId`, the service that the identifier names: it then refers to the companion lists with that id.
 jint com_velotra_tv_tavro_channellist_updateInfo_by_recId(JNIEnv* env, jobject self, jint mwdbId, jstring identifier);
-// Updates many services under one lock. Stops at the first failure; services before it stay updated.
+// Updates many services under one lock. Stops at the first failure; services before it stay updated. An identifier that
+// cannot be parsed ends the update with the list still locked; the result is then 0, or -22 at the first element.
 jint com_velotra_tv_tavro_channellist_updateInfoList(JNIEnv* env, jobject self, jint mwdbId, jobject channels);
 
 // Add a service, from a Java channel object or as a copy of a stored one. Return the new record's identifier, or "" on

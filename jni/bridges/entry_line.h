@@ -1,4 +1,4 @@
-// The debug lines with which natives begin.
+// The debug lines with which natives begin. A native that adds a service writes a second one after the header.
 #pragma once
 
 #include "jni/env/jni_log.h"

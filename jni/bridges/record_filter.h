@@ -13,6 +13,6 @@ inline constexpr int kMatchNetwork = 2;         // the network record has the wa
 } // namespace tavro
 
 // Whether a service passes a condition; false for an unknown kind of condition. Opens the list that the service refers
-// to, from the service list's path when it has one. A record that cannot be read does not match. Closes all lists of
-// that kind afterwards.
+// to, from the service list manager's path unless that is empty. A record that cannot be read does not match. Closes
+// all lists of that kind afterwards.
 bool IsMatchCondition(int kind, int wanted, const _SVL_REC_T& service);

@@ -44,7 +44,7 @@ public:
     constexpr explicit CodeTable(const Codes<N>& codes, std::uint32_t fallback)
         : first_(codes.entries), last_(codes.entries + N), fallback_(fallback) {}
 
-    // Stores the code of a value. Returns false and leaves `code` alone when the table lacks the value.
+    // Sets `code` to the code of a value. Returns false and leaves `code` alone when the table lacks the value.
     constexpr bool find(jint value, std::uint32_t& code) const {
         for (const Code* entry = first_; entry != last_; ++entry) {
             if (entry->value == value) {

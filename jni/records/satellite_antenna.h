@@ -23,7 +23,8 @@ void set_antenna_type(_SATL_REC_T& record, jint type);
 // The Java antenna type of a record; nothing when the record has no LNB kind.
 std::optional<jint> antenna_type(const _SATL_REC_T& record);
 
-// Sets the committed switch port (positions 0-3) or the tone burst (5 and 6). Any other position clears both.
+// Positions 0 to 3 set the committed switch port and clear the tone burst. Positions 5 and 6 set the tone burst and
+// leave the port as it is. Any other position clears both.
 void set_diseqc_position(_TUNER_DISEQC_INFO_T& diseqc, jint position);
 
 // The Java position of a dish-control block; 255 when it has none.

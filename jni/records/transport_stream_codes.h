@@ -1,8 +1,8 @@
 // Codes of tuner parameters in transport stream records, by Java value.
 //
-// The numbers are fixed by the Java side and the middleware's tuner. The names are this project's reading of them:
-// the Java values follow the order of the standard's codes. Clauses are those of ETSI EN 300 468, 6.2.13 for the
-// delivery system descriptors and 6.4.6 for the DVB-T2 and DVB-S2 extensions.
+// The numbers are fixed by the Java side and the middleware's tuner. The names are this project's reading of them: most
+// Java values follow the order of the standard's codes, and transmission modes ascend with the FFT size. Clauses are
+// those of ETSI EN 300 468: 6.2.13 for the delivery system descriptors and 6.4.6.3 for the DVB-T2 descriptor.
 #pragma once
 
 #include "jni/records/code_table.h"
@@ -30,7 +30,7 @@ inline constexpr NamedCode kFecOuters[] = {{1, 1, "none"}, {2, 2, "RS(204/188)"}
 inline constexpr auto kFecOuterNumbers = numbers(kFecOuters);
 inline constexpr CodeTable kFecOuterCodes(kFecOuterNumbers, 0);
 
-// Modulations are stored unchanged; their numbers are the tuner's own.
+// Modulations in this range are kept unchanged, and any other becomes 0. Their numbers are the tuner's own.
 inline constexpr int kFirstModulation = 1;
 inline constexpr int kLastModulation = 28;
 
@@ -87,7 +87,8 @@ inline constexpr NamedCode kSatelliteCodeRates[] = {
 inline constexpr auto kSatelliteCodeRateNumbers = numbers(kSatelliteCodeRates);
 inline constexpr CodeTable kSatelliteCodeRateCodes(kSatelliteCodeRateNumbers, 12);
 
-// Code rate of a terrestrial stream (code_rate, 6.2.13.4 and 6.4.6.3).
+// Code rate of a terrestrial stream (code_rate, 6.2.13.4). The stored codes ascend with the rate; 0, the code of 2/5,
+// also stands for all other values.
 inline constexpr NamedCode kTerrestrialCodeRates[] = {
     {2, 1, "1/2"}, {3, 3, "2/3"}, {4, 4, "3/4"}, {5, 6, "5/6"},
     {6, 7, "7/8"}, {7, 0, "2/5"}, {8, 2, "3/5"}, {9, 5, "4/5"},
