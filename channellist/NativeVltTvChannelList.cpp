@@ -81,7 +81,7 @@ int NativeVltTvChannelList::open(int mwdbId, const std::string& listPath) {
     return kDone;
 }
 
-// Loads a scan list whose own file could not be loaded from the scan cache, then deletes the cache.
+// Loads a scan list from the scan cache after its own file could not be loaded, then deletes the cache.
 void NativeVltTvChannelList::seed_from_cache(int mwdbId, MwdbHandle handle, const std::string& listPath) {
     if (listPath.find("scan_") == std::string::npos) {
         return;
