@@ -8,7 +8,7 @@ import java.nio.charset.StandardCharsets;
 final class Records {
     private Records() {}
 
-    /** A record in which no two neighbouring bytes are alike, so that a byte that moves shows. */
+    /** A record in which no two neighboring bytes are alike, so that a byte that moves shows. */
     static byte[] patterned() {
         return patterned(ServiceRecord.SIZE);
     }

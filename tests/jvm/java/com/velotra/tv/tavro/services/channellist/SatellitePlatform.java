@@ -32,7 +32,7 @@ abstract class SatellitePlatform extends ScriptedPlatform {
 
     final VltTvSatelliteList satellites = VltTvSatelliteList.getInstance();
 
-    /** A record without two neighbouring bytes alike, under record id 17 and the name "Uno". */
+    /** A record without two neighboring bytes alike, under record id 17 and the name "Uno". */
     final byte[] stored = Records.with8(Records.withText(Records.with16(Records.patterned(SIZE), 0, 17), 282, "Uno"),
             346, 0);
 
