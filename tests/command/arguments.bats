@@ -214,7 +214,7 @@ nothing_done() {
         refused "show: '$record' is not a record: write LIST,RECORD" show "$record"
     done
     refused "list: '-1' is not a number of records" list 1 --first=-1
-    refused "list: unknown kind 'stream'; did you mean 'streams'?" list 1 --kind stream
+    refused "list: unknown kind 'stream': use services, streams, networks or satellites" list 1 --kind stream
 }
 
 @test "invalid benchmark options are rejected before anything is done" {

@@ -7,7 +7,10 @@ import java.util.Arrays;
 import picocli.CommandLine.ITypeConverter;
 import picocli.CommandLine.TypeConversionException;
 
-/** Converters for the arguments of the commands. Their exceptions are the message that the user sees. */
+/**
+ * Converters for the arguments of the commands. Their exceptions are the message that the user sees, and the same as in
+ * {@code ./tavro}, which checks these arguments before it builds.
+ */
 final class Converters {
     private static final int LAST_LIST = 65_535;
 
@@ -17,17 +20,16 @@ final class Converters {
     static final class Record implements ITypeConverter<RecordId> {
         @Override
         public RecordId convert(String text) {
-            RecordId id;
             try {
-                id = RecordId.parse(text);
+                RecordId id = RecordId.parse(text);
+                if (id.namesRecord()) {
+                    return id;
+                }
             } catch (IllegalArgumentException e) {
-                throw new TypeConversionException(e.getMessage());
+                // Falls through to the message that also covers ids out of range.
             }
-            if (!id.namesRecord()) {
-                throw new TypeConversionException("'" + text + "' is out of range: list ids are 1 to " + LAST_LIST
-                        + ", record ids 0 to " + (LAST_LIST - 1));
-            }
-            return id;
+            throw new TypeConversionException("'" + text + "' is not a record: write LIST,RECORD, a list id from 1 to "
+                    + LAST_LIST + " and a record id from 0 to " + (LAST_LIST - 1));
         }
     }
 
@@ -43,7 +45,7 @@ final class Converters {
     static final class FirstList implements ITypeConverter<Integer> {
         @Override
         public Integer convert(String text) {
-            return number(text, 1, LAST_LIST - ListIds.COUNT + 1, "the id of the first of " + ListIds.COUNT + " lists");
+            return number(text, 1, LAST_LIST - ListIds.COUNT + 1, "a first list id");
         }
     }
 

@@ -14,6 +14,8 @@ import picocli.CommandLine.Command;
 import picocli.CommandLine.IVersionProvider;
 import picocli.CommandLine.Mixin;
 import picocli.CommandLine.Option;
+import picocli.CommandLine.ParameterException;
+import picocli.CommandLine.TypeConversionException;
 
 /** The command-line tool. */
 @Command(
@@ -65,9 +67,10 @@ public final class Main {
                 .forEach(command -> command.getCommandSpec().usageMessage().parameterListHeading("%n"));
         return tool.setExpandAtFiles(false) // a file name may begin with @
                 .setParameterExceptionHandler((wrong, words) -> {
-                    System.err.println("tavro: " + Printable.of(wrong.getMessage()));
                     String name = wrong.getCommandLine().getCommandName();
-                    System.err.println("See: " + Shell.command() + (name.equals(NAME) ? "" : " " + name) + " --help");
+                    boolean ofCommand = !name.equals(NAME);
+                    System.err.println("tavro: " + (ofCommand ? name + ": " : "") + Printable.of(whatIsWrong(wrong)));
+                    System.err.println("See: " + Shell.command() + (ofCommand ? " " + name : "") + " --help");
                     return ExitCode.WRONG_USAGE;
                 })
                 .setExecutionExceptionHandler((failure, command, parsed) -> {
@@ -75,6 +78,11 @@ public final class Main {
                     return ExitCode.FAILED;
                 })
                 .execute(arguments);
+    }
+
+    /** The message of a converter alone, without the words that picocli puts before it. */
+    private static String whatIsWrong(ParameterException wrong) {
+        return wrong.getCause() instanceof TypeConversionException value ? value.getMessage() : wrong.getMessage();
     }
 
     private static String reason(Exception failure) {

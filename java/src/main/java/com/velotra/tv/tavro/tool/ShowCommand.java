@@ -35,7 +35,7 @@ final class ShowCommand implements Callable<Integer> {
         Preconditions.needList(of.kind(), id.listId());
         String record = of.kind().show(id, hex).orElseThrow(() -> {
             Database.check(Storage.directory());
-            return new Failure("list " + id.listId() + " has no record " + id.recordId());
+            return new Failure(of.kind().noun() + " list " + id.listId() + " has no record " + id.recordId());
         });
         record.lines().map(Printable::of).forEach(System.out::println);
         return ExitCode.DONE;

@@ -343,7 +343,7 @@ class ImportCommandTest {
     void theFirstListLeavesRoomForThree() {
         assertEquals(
                 new Result(2, "",
-                        "tavro: Invalid value for option '--list': '65534' is not the id of the first of 3 lists: "
+                        "tavro: import: '65534' is not a first list id: "
                         + "it must be from 1 to 65533\nSee: ./tavro import --help\n"),
                 ToolProcess.runHere("import", "--list", "65534", "x"));
         for (String id : List.of("0", "65536", "70000", "-5")) {
