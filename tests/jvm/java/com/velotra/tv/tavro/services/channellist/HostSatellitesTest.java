@@ -310,7 +310,7 @@ class HostSatellitesTest {
         failure = assertThrows(ChannelListException.class,
                 () -> satellites.updateAll(List.of(named(new RecordId(1, 9), Map.of()))));
         assertEquals(OptionalInt.empty(), failure.listId());
-        assertEquals("cannot update 1 satellites (status -22)", failure.problem());
+        assertEquals("cannot update 1 satellite (status -22)", failure.problem());
         failure = assertThrows(ChannelListException.class, () -> satellites.add(77, new VltTvSatelliteInfoBase()));
         assertEquals("cannot add a satellite to list 77", failure.problem());
         failure = assertThrows(ChannelListException.class, () -> satellites.delete(77));

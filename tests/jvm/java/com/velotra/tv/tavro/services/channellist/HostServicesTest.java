@@ -8,6 +8,7 @@ import static org.junit.jupiter.api.Assertions.assertTrue;
 
 import java.nio.file.Path;
 import java.util.List;
+import java.util.Map;
 import java.util.Optional;
 import java.util.OptionalInt;
 import org.junit.jupiter.api.AfterEach;
@@ -163,10 +164,33 @@ class HostServicesTest {
         assertEquals(Optional.of(new RecordId(1, 7)), failure.recordId());
         failure = assertThrows(ChannelListException.class, () -> lists.add(2, new RecordId(1, 7)));
         assertEquals("cannot copy service 1,7 to list 2", failure.problem());
+        lists.open(2);
+        RecordId one = lists.add(1, service("One", 1));
+        lists.add(2, one);
+        failure = assertThrows(ChannelListException.class, () -> lists.add(2, one));
+        assertEquals("cannot copy service 1,1 to list 2; are there the record and the list, and is the record id free"
+                + " in the list? If so, see the log", failure.getMessage());
+        lists.remove(2, one);
+        failure = assertThrows(ChannelListException.class, () -> lists.update(2, one));
+        assertEquals("cannot replace service 2,1 by service 1,1 (status -22); are there both records? If so, see the"
+                + " log", failure.getMessage());
+        assertEquals(Optional.of(new RecordId(2, 1)), failure.recordId());
         failure = assertThrows(ChannelListException.class, () -> lists.add(77, service("One", 1)));
         assertEquals("cannot add a service to list 77", failure.problem());
         failure = assertThrows(ChannelListException.class, () -> lists.store(1, "/no\u001bwhere/list"));
         assertEquals("cannot store service list 1 to the file '/no·where/list' (status -22)", failure.problem());
+    }
+
+    @Test
+    void aNullArgumentIsNamed() {
+        Map<String, Executable> calls = Map.of(
+                "info", () -> lists.add(1, (VltTvChannelInfoBase) null),
+                "infos", () -> lists.updateAll(1, null),
+                "path", () -> lists.store(1, null),
+                "keys", () -> VltTvNetworkList.getInstance().getAll(1, null),
+                "text", () -> RecordId.parse(null));
+        calls.forEach((name, call) ->
+                assertEquals(name, assertThrows(NullPointerException.class, call, name).getMessage()));
     }
 
     @Test

@@ -8,8 +8,8 @@ import java.util.Set;
  * The values of one record, each of them optional and under a key.
  *
  * <p>Setting a value marks its key, also when the value is null. When an object is handed in, the natives read the
- * fields of the keys that are marked and leave all other values of the stored record as they are. Numbers are cut to
- * the width of their field. A null text or identifier stores nothing. When an object is handed out, the keys say which
+ * fields of the keys that are marked and leave all other values of the record as they are. Numbers are cut to
+ * the width of their field. A null text or identifier changes nothing. When an object is handed out, the keys say which
  * values the natives have set.
  *
  * <p>Setters return nothing or the object itself, and getters return the value that was set, or 0 or null. Keys and

@@ -17,7 +17,8 @@ final class NativeLibrary {
         } catch (UnsatisfiedLinkError e) {
             UnsatisfiedLinkError clearer = new UnsatisfiedLinkError(
                     "cannot load " + System.mapLibraryName(NAME) + " from java.library.path "
-                            + System.getProperty("java.library.path") + "; run ./tavro build (" + e.getMessage() + ")");
+                            + System.getProperty("java.library.path") + "; build it with ./tavro build, and start"
+                            + " Java with -Djava.library.path=CLONE/build/host/lib (" + e.getMessage() + ")");
             clearer.initCause(e);
             throw clearer;
         }

@@ -6,7 +6,16 @@ package com.velotra.tv.tavro.services.channellist;
  */
 public interface RecordField {
     /** How a value is read and printed. Only {@code SIGNED} numbers can be negative. */
-    enum Style { NUMBER, SIGNED, HEX, TEXT }
+    enum Style {
+        /** An unsigned number. */
+        NUMBER,
+        /** A signed number. */
+        SIGNED,
+        /** An unsigned number, printed in hexadecimal. */
+        HEX,
+        /** A text that ends at a NUL or at the end of the field. */
+        TEXT
+    }
 
     /** Name of the field for people. */
     String label();

@@ -1,12 +1,13 @@
 package com.velotra.tv.tavro.services.channellist;
 
 import java.io.Serializable;
+import java.util.Objects;
 import java.util.regex.Pattern;
 
 /**
  * Names one record of one list.
  *
- * <p>Stored records may hold any 16-bit numbers: 0,0 stands for no record. The methods of the list classes take list
+ * <p>Records may hold any 16-bit numbers: 0,0 stands for no record. The methods of the list classes take list
  * ids from 1 to 65535 and record ids from 0 to 65534.
  *
  * @param listId the list
@@ -29,6 +30,7 @@ public record RecordId(int listId, int recordId) implements Serializable {
      * @throws IllegalArgumentException if the text is not two decimal numbers with a comma between them
      */
     public static RecordId parse(String text) {
+        Objects.requireNonNull(text, "text");
         String[] fields = text.split(",", -1);
         if (fields.length == 2 && DIGITS.matcher(fields[0]).matches() && DIGITS.matcher(fields[1]).matches()) {
             try {

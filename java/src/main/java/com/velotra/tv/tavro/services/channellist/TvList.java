@@ -26,6 +26,7 @@ import java.util.function.Supplier;
 public abstract class TvList {
     static final String SEE_LOG = "see the log for the reason";
     static final String IS_THERE_A_LIST = "is there such a list? If so, see the log";
+    static final String IS_THERE_ROOM = "is there such a list, and does it have a free record id? If so, see the log";
     static final String IS_THERE_A_RECORD = "is there such a record? If so, see the log";
 
     private final ListKind kind;
@@ -168,8 +169,7 @@ public abstract class TvList {
         Ids.list(listId);
         Objects.requireNonNull(path, "path");
         checkList(() -> native_store(listId, path), listId, "store", file("to", path),
-                "is there such a list, and may the file be"
-                + " written? If so, see the log");
+                "is there such a list, and may the file be written? If so, see the log");
     }
 
     /**
@@ -183,20 +183,22 @@ public abstract class TvList {
         Ids.list(listId);
         String text = Ids.text(copyOf);
         return added(() -> nativeAdd(listId, text), listId, "copy " + record(copyOf) + " to list " + listId,
-                "are there the record and the list? If so, see the log");
+                "are there the record and the list" + (kind == ListKind.SERVICE
+                        ? ", and is the record id free in the list" : "") + "? If so, see the log");
     }
 
     /**
-     * Stores a record, as it is in its own list, in list {@code listId}, which must have a record with the same record
-     * id. A service or transport stream then refers to the companion lists with the id {@code listId}.
+     * Replaces the record of list {@code listId} that has the record id of {@code id} by the record {@code id}. A
+     * service or transport stream then refers to the companion lists with the id {@code listId}.
      *
-     * @throws ChannelListException if either record does not exist
+     * @throws ChannelListException if either record does not exist; it names the record of list {@code listId}
      */
     public void update(int listId, RecordId id) {
         Ids.list(listId);
         String text = Ids.text(id);
-        checkRecord(() -> native_updateInfo(listId, text), id, "store " + record(id) + " in list " + listId,
-                "are there the record and one with its record id in the list? If so, see the log");
+        RecordId replaced = new RecordId(listId, id.recordId());
+        checkRecord(() -> native_updateInfo(listId, text), replaced,
+                "replace " + record(replaced) + " by " + record(id), "are there both records? If so, see the log");
     }
 
     /**
@@ -268,8 +270,8 @@ public abstract class TvList {
         int status = locked(call::getAsInt);
         if (status != 0) {
             String where = listId == null ? "" : " of list " + listId;
-            throw ChannelListException.ofList(kind, listId, status, "update " + count + " " + kind.recordName() + "s"
-                    + where,
+            throw ChannelListException.ofList(kind, listId, status, "update " + count + " " + kind.recordName()
+                    + (count == 1 ? "" : "s") + where,
                     "those before the first that failed are updated; are there all the records? If so, see the log");
         }
     }
@@ -285,7 +287,7 @@ public abstract class TvList {
 
     /** Makes a call that adds a record made of an object. */
     final RecordId added(Supplier<String> call, int listId) {
-        return added(call, listId, "add a " + kind.recordName() + " to list " + listId, IS_THERE_A_LIST);
+        return added(call, listId, "add a " + kind.recordName() + " to list " + listId, IS_THERE_ROOM);
     }
 
     /** Makes a call that returns the bytes of records, or null when there are none. */

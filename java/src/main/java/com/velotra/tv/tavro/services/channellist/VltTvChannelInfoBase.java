@@ -1,7 +1,7 @@
 package com.velotra.tv.tavro.services.channellist;
 
 /**
- * The values of one service that are to be stored; {@link ServiceRecord} is what is read. See {@link KeyedValues} for
+ * The values of one service that are to be written; {@link ServiceRecord} is what is read. See {@link KeyedValues} for
  * the rules.
  */
 public class VltTvChannelInfoBase extends KeyedValues {

@@ -1,6 +1,7 @@
 package com.velotra.tv.tavro.services.channellist;
 
 import java.util.List;
+import java.util.Objects;
 import java.util.Optional;
 import java.util.stream.Stream;
 
@@ -83,14 +84,14 @@ public final class VltTvChannelList extends TvList {
     }
 
     /**
-     * Stores the values that {@code info} carries in the service that it names by its record id; without one, in record
-     * 0. All other values stay.
+     * Writes the values that {@code info} carries into the service that it names by its record id; without one, into
+     * record 0. All other values stay.
      *
      * @throws ChannelListException if there is no such record
      */
     public void update(int listId, VltTvChannelInfoBase info) {
         Ids.list(listId);
-        checkIds(List.of(info));
+        checkIds(List.of(Objects.requireNonNull(info, "info")));
         checkUpdate(() -> native_updateInfo(listId, info), listId, info.id());
     }
 
@@ -102,21 +103,21 @@ public final class VltTvChannelList extends TvList {
      */
     public void updateAll(int listId, List<? extends VltTvChannelInfoBase> infos) {
         Ids.list(listId);
-        List<VltTvChannelInfoBase> all = List.copyOf(infos);
+        List<VltTvChannelInfoBase> all = List.copyOf(Objects.requireNonNull(infos, "infos"));
         checkIds(all);
         checkUpdates(() -> native_updateInfoList(listId, all), listId, all.size());
     }
 
     /**
-     * Adds a service with the values that {@code info} carries, under the lowest record id that was never used, else
-     * the lowest free one.
+     * Adds a service with the values that {@code info} carries, under the next free record id. The platform chooses it:
+     * on a workstation the one after the highest, or the lowest free one if the list has a record with the id 65534.
      *
      * @return its identifier
      * @throws ChannelListException if there is no such list, or if it is full
      */
     public RecordId add(int listId, VltTvChannelInfoBase info) {
         Ids.list(listId);
-        checkIds(List.of(info));
+        checkIds(List.of(Objects.requireNonNull(info, "info")));
         return added(() -> nativeAdd(listId, info), listId);
     }
 

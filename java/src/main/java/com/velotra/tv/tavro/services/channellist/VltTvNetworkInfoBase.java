@@ -3,7 +3,7 @@ package com.velotra.tv.tavro.services.channellist;
 import java.util.EnumSet;
 import java.util.Set;
 
-/** The values of one network, to be stored or as read. See {@link KeyedValues} for the rules. */
+/** The values of one network, to be written or as read. See {@link KeyedValues} for the rules. */
 public class VltTvNetworkInfoBase extends KeyedValues {
     // Identity.
     protected String NwlIdNwlRecId;

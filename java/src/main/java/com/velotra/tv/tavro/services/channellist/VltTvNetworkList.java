@@ -38,7 +38,7 @@ public final class VltTvNetworkList extends TvList {
     /** Returns one network with the values of the given keys only; empty if there is no such record. */
     public Optional<VltTvNetworkInfo> get(RecordId id, List<String> keys) {
         String text = Ids.text(id);
-        List<String> wanted = List.copyOf(keys);
+        List<String> wanted = List.copyOf(Objects.requireNonNull(keys, "keys"));
         return Optional.ofNullable(locked(() -> native_getInfo(text, wanted)));
     }
 
@@ -59,13 +59,13 @@ public final class VltTvNetworkList extends TvList {
      */
     public List<VltTvNetworkInfo> getAll(int listId, List<String> keys) {
         Ids.list(listId);
-        List<String> wanted = List.copyOf(keys);
+        List<String> wanted = List.copyOf(Objects.requireNonNull(keys, "keys"));
         return objects(() -> native_getInfoList(listId, wanted), listId);
     }
 
     /**
-     * Stores the values that {@code info} carries in the network that it names by its record id; without one, in record
-     * 0. All other values stay.
+     * Writes the values that {@code info} carries into the network that it names by its record id; without one, into
+     * record 0. All other values stay.
      *
      * @throws ChannelListException if there is no such record
      */
@@ -83,7 +83,7 @@ public final class VltTvNetworkList extends TvList {
      */
     public void updateAll(int listId, List<? extends VltTvNetworkInfoBase> infos) {
         Ids.list(listId);
-        List<VltTvNetworkInfoBase> all = List.copyOf(infos);
+        List<VltTvNetworkInfoBase> all = List.copyOf(Objects.requireNonNull(infos, "infos"));
         Ids.checkRecords(all.stream().map(VltTvNetworkInfoBase::identifier));
         checkUpdates(() -> native_updateInfoList(listId, all), listId, all.size());
     }

@@ -5,7 +5,7 @@ import java.util.EnumSet;
 import java.util.List;
 import java.util.Set;
 
-/** The values of one satellite, to be stored or as read. See {@link KeyedValues} for the rules. */
+/** The values of one satellite, to be written or as read. See {@link KeyedValues} for the rules. */
 public class VltTvSatelliteInfoBase extends KeyedValues {
     // Identity.
     protected String RecId;

@@ -38,7 +38,7 @@ public final class VltTvSatelliteList extends TvList {
     /** Returns one satellite with the values of the given keys only; empty if there is no such record. */
     public Optional<VltTvSatelliteInfo> get(RecordId id, List<String> keys) {
         String text = Ids.text(id);
-        List<String> wanted = List.copyOf(keys);
+        List<String> wanted = List.copyOf(Objects.requireNonNull(keys, "keys"));
         return Optional.ofNullable(locked(() -> nativeGetInfo(text, wanted)));
     }
 
@@ -59,12 +59,12 @@ public final class VltTvSatelliteList extends TvList {
      */
     public List<VltTvSatelliteInfo> getAll(int listId, List<String> keys) {
         Ids.list(listId);
-        List<String> wanted = List.copyOf(keys);
+        List<String> wanted = List.copyOf(Objects.requireNonNull(keys, "keys"));
         return objects(() -> nativeGetInfoList(listId, wanted), listId);
     }
 
     /**
-     * Stores the values that {@code info} carries in the satellite that it names by its identifier. All other values
+     * Writes the values that {@code info} carries into the satellite that it names by its identifier. All other values
      * stay, and so does the polarization.
      *
      * @throws ChannelListException if there is no such record, or {@code info} has no identifier
@@ -82,7 +82,7 @@ public final class VltTvSatelliteList extends TvList {
      * @throws ChannelListException if a record does not exist
      */
     public void updateAll(List<? extends VltTvSatelliteInfoBase> infos) {
-        List<VltTvSatelliteInfoBase> all = List.copyOf(infos);
+        List<VltTvSatelliteInfoBase> all = List.copyOf(Objects.requireNonNull(infos, "infos"));
         Ids.checkWhole(all.stream().map(VltTvSatelliteInfoBase::identifier));
         checkUpdates(() -> nativeUpdateInfoList(all), null, all.size());
     }

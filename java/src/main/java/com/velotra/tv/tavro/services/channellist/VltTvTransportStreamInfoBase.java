@@ -1,7 +1,7 @@
 package com.velotra.tv.tavro.services.channellist;
 
 /**
- * The values of one transport stream that are to be stored; {@link TransportStreamRecord} is what is read. See
+ * The values of one transport stream that are to be written; {@link TransportStreamRecord} is what is read. See
  * {@link KeyedValues} for the rules.
  *
  * <p>Where a tuning value is stored depends on the medium: the one that is set here, else the medium of the stored

@@ -1,6 +1,7 @@
 package com.velotra.tv.tavro.services.channellist;
 
 import java.util.List;
+import java.util.Objects;
 import java.util.Optional;
 import java.util.stream.Stream;
 
@@ -56,14 +57,14 @@ public final class VltTvTransportStreamList extends TvList {
     }
 
     /**
-     * Stores the values that {@code info} carries in the transport stream that it names by its record id; without one,
-     * in record 0. All other values stay.
+     * Writes the values that {@code info} carries into the transport stream that it names by its record id; without
+     * one, into record 0. All other values stay.
      *
      * @throws ChannelListException if there is no such record
      */
     public void update(int listId, VltTvTransportStreamInfoBase info) {
         Ids.list(listId);
-        checkIds(List.of(info));
+        checkIds(List.of(Objects.requireNonNull(info, "info")));
         checkUpdate(() -> native_updateInfo(listId, info), listId, info.id());
     }
 
@@ -75,7 +76,7 @@ public final class VltTvTransportStreamList extends TvList {
      */
     public void updateAll(int listId, List<? extends VltTvTransportStreamInfoBase> infos) {
         Ids.list(listId);
-        List<VltTvTransportStreamInfoBase> all = List.copyOf(infos);
+        List<VltTvTransportStreamInfoBase> all = List.copyOf(Objects.requireNonNull(infos, "infos"));
         checkIds(all);
         checkUpdates(() -> native_updateInfoList(listId, all), listId, all.size());
     }
@@ -89,7 +90,7 @@ public final class VltTvTransportStreamList extends TvList {
      */
     public RecordId add(int listId, VltTvTransportStreamInfoBase info) {
         Ids.list(listId);
-        checkIds(List.of(info));
+        checkIds(List.of(Objects.requireNonNull(info, "info")));
         return added(() -> nativeAdd(listId, info), listId);
     }
 
