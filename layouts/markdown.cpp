@@ -150,7 +150,7 @@ constexpr char kIntroduction[] =
 
 Made by the program `record_layouts` from the structures in `include/middleware/` and the rows in `jni/records/`. Offsets
 and sizes are in bytes from the start of the record; numbers are little-endian. Numbers in parentheses are clauses of ETSI
-EN 300 468. A key puts its value into every field that names it, as far as the record has the field.
+EN 300 468. The value of a key goes to every field with that key, except fields of another broadcast type or medium.
 
 Every byte is in these tables. Reserved bytes belong to the middleware: the library zeroes them in a new record and
 otherwise leaves them as they are.
