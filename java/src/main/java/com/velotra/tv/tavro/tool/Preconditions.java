@@ -5,10 +5,14 @@ import com.velotra.tv.tavro.tool.storage.Database;
 import com.velotra.tv.tavro.tool.storage.Storage;
 import com.velotra.tv.tavro.tool.tables.Kind;
 import java.nio.file.Path;
+import java.util.List;
 import java.util.function.Supplier;
+import java.util.stream.Collectors;
 
 /** Checks before a command uses the library. A failed check throws {@link Failure}, whose message says what to do. */
 final class Preconditions {
+    private static final int MOST_NAMED = 10; // lists in a message
+
     private Preconditions() {}
 
     /** Calls the library. A library that cannot be loaded is a failure, not a bug. */
@@ -36,11 +40,23 @@ final class Preconditions {
         if (hasLists && withLibrary(kind::lists).exists(listId)) {
             return;
         }
-        if (hasLists && Database.hasList(directory, kind.number(), listId)) {
+        List<Integer> lists = hasLists ? Database.lists(directory, kind.number()) : List.of();
+        if (lists.contains(listId)) {
             throw new Failure(kind.noun() + " list " + listId + " in " + directory
                     + " cannot be opened; see the log line of TavroHost");
         }
-        throw new Failure("no " + kind.noun() + " list " + listId + " in " + directory);
+        throw new Failure(
+                "no " + kind.noun() + " list " + listId + " in " + directory + "; it has " + named(kind, lists));
+    }
+
+    /** The lists of a kind, as in "service lists 11, 13". */
+    private static String named(Kind kind, List<Integer> lists) {
+        if (lists.isEmpty()) {
+            return "none; " + Shell.command() + " import makes some";
+        }
+        return kind.noun() + (lists.size() == 1 ? " list " : " lists ")
+                + lists.stream().limit(MOST_NAMED).map(String::valueOf).collect(Collectors.joining(", "))
+                + (lists.size() > MOST_NAMED ? ", …" : "");
     }
 
     /** Checks that a list which the natives return without records is empty. They also do so if it cannot be read. */

@@ -100,12 +100,32 @@ class MainTest {
     @Test
     void anUnknownListOrRecordEndsWithOneAndCreatesNothing() throws Exception {
         VltTvChannelList.getInstance().open(2);
-        assertEquals(new Result(1, "", "tavro: no service list 99 in " + storage() + "\n"),
-                run(storage(), "list", "99"));
-        assertEquals(new Result(1, "", "tavro: no service list 99 in " + storage() + "\n"),
-                run(storage(), "show", "99,1"));
+        for (Result unknown : List.of(run(storage(), "list", "99"), run(storage(), "show", "99,1"))) {
+            assertEquals(1, unknown.exit());
+            String message = "tavro: no service list 99 in " + storage() + "; it has ";
+            assertTrue(unknown.err().startsWith(message), unknown.err());
+        }
         assertEquals(new Result(1, "", "tavro: service list 2 has no record 5\n"), run(storage(), "show", "2,5"));
         assertFalse(VltTvChannelList.getInstance().exists(99));
+    }
+
+    @Test
+    void anUnknownListIsReportedWithTheListsThatThereAre() throws Exception {
+        Path home = folder.resolve("home");
+        String terrestrial = "T 505833330 8MHz 2/3 NONE QAM64 8k 1/8 NONE\n";
+        String one = Files.writeString(folder.resolve("one"), terrestrial).toString();
+        String three = Files.writeString(folder.resolve("three"),
+                terrestrial + "C 113000000 6900000 NONE QAM64\nS 12187000 H 27500000 3/4\n").toString();
+        run(home, "import", "--list", "4", one);
+        String unknown = "tavro: no transport stream list 9 in " + home + "; it has transport stream list";
+        assertEquals(unknown + " 4\n", run(home, "list", "9", "-k", "streams").err());
+        for (String list : List.of("1", "11", "14", "17")) {
+            run(home, "import", "--list", list, three);
+        }
+        assertEquals(unknown + "s 1, 2, 3, 4, 11, 12, 13, 14, 15, 16, …\n",
+                run(home, "list", "9", "-k", "streams").err());
+        assertEquals("tavro: no network list 9 in " + home + "; it has none; ./tavro import makes some\n",
+                run(home, "list", "9", "-k", "networks").err());
     }
 
     @Test
@@ -120,14 +140,14 @@ class MainTest {
                     new Result(2, "", "tavro: show: '" + id + NOT_A_RECORD), run(storage(), "show", id));
         }
         assertFalse(VltTvChannelList.getInstance().exists(65535));
-        assertEquals(new Result(1, "", "tavro: no service list 65535 in " + storage() + "\n"),
-                run(storage(), "list", "65535"));
+        assertTrue(run(storage(), "list", "65535").err().startsWith("tavro: no service list 65535 in "));
     }
 
     @Test
     void aStorageDirectoryThatIsEmptyStaysEmpty() throws Exception {
         Path home = Files.createDirectory(folder.resolve("home"));
-        assertEquals(new Result(1, "", "tavro: no service list 1 in " + home + "\n"), run(home, "list", "1"));
+        String none = "; it has none; ./tavro import makes some\n";
+        assertEquals(new Result(1, "", "tavro: no service list 1 in " + home + none), run(home, "list", "1"));
         assertEquals(0, home.toFile().list().length);
     }
 
@@ -302,8 +322,7 @@ class MainTest {
         assertEquals(
                 new Result(1, "", "tavro: satellite list 1 has no record 9\n"),
                 run(storage(), "show", "1,9", "--kind", "satellites"));
-        assertEquals(
-                new Result(1, "", "tavro: no satellite list 2 in " + storage() + "\n"),
-                run(storage(), "list", "2", "--kind", "satellites"));
+        assertTrue(run(storage(), "list", "2", "-k", "satellites").err()
+                .startsWith("tavro: no satellite list 2 in " + storage() + "; it has satellite list"));
     }
 }

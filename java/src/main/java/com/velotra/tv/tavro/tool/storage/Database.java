@@ -2,6 +2,7 @@ package com.velotra.tv.tavro.tool.storage;
 
 import com.velotra.tv.tavro.tool.input.Failure;
 import java.nio.file.Path;
+import java.util.List;
 import java.util.Optional;
 
 /**
@@ -35,14 +36,16 @@ public final class Database {
     }
 
     /**
-     * Returns whether a list exists.
+     * Returns the ids of the lists of a kind, in ascending order.
      *
-     * @param kind the list's kind as the database numbers it
+     * @param kind the kind as the database numbers it
      * @throws Failure as {@link #check}
      */
-    public static boolean hasList(Path directory, int kind, int listId) {
-        return count(directory,
-                String.format("lists WHERE number = %d AND name IS NOT NULL", listNumber(kind, listId))) > 0;
+    public static List<Integer> lists(Path directory, int kind) {
+        String numbers = query(directory, String.format(
+                "SELECT number FROM lists WHERE number BETWEEN %d AND %d AND name IS NOT NULL ORDER BY number;",
+                listNumber(kind, 0), listNumber(kind, IDS_PER_KIND - 1)));
+        return numbers.lines().map(number -> (int) (Long.parseLong(number) % IDS_PER_KIND)).toList();
     }
 
     private static long listNumber(int kind, int listId) {
