@@ -41,6 +41,20 @@ public:
         return status != kMwOk || Base::record_handle(list_id, handle, true) ? kDone : kFailed;
     }
 
+    // Opens a list and loads it from the file at `path`. A list that is open already is left alone. Returns -22 only
+    // when the path is empty or the list cannot be recorded.
+    int open(int list_id, const std::string& path) {
+        Base::trace_open_path(list_id, path);
+        if (!Kind::kOpenListTakesEmptyPath && path.empty()) {
+            return kFailed;
+        }
+        MwdbHandle handle = 0;
+        if (Base::find_handle(list_id, handle)) {
+            return kDone;
+        }
+        return path.empty() ? kFailed : open_from(list_id, path);
+    }
+
     // Adds a record under the highest record id plus one, which is written into it.
     int addInfo(int list_id, Record* record) {
         Base::trace_list("", "addInfo", list_id);
@@ -64,20 +78,6 @@ public:
         }
         Kind::trace_add_failed();
         return kFailed;
-    }
-
-    // Opens a list and loads it from the file at `path`. A list that is open already is left alone. Returns -22 only
-    // when the path is empty or the list cannot be recorded.
-    int open(int list_id, const std::string& path) {
-        Base::trace_open_path(list_id, path);
-        if (!Kind::kOpenListTakesEmptyPath && path.empty()) {
-            return kFailed;
-        }
-        MwdbHandle handle = 0;
-        if (Base::find_handle(list_id, handle)) {
-            return kDone;
-        }
-        return path.empty() ? kFailed : open_from(list_id, path);
     }
 
     // Adds a record under the id that it carries, or replaces the record with that id. Writes this list's id into the

@@ -95,7 +95,7 @@ void NativeVltTvChannelList::seed_from_cache(int mwdbId, MwdbHandle handle, cons
     }
     TAVRO_LOG_ERROR(kTag, "%s[%s]: Try to copy cache! \n", kClass, "open");
     fs_raw_init(kMwRootDrive, cache);
-    // Deliberate: a new copy of the path.
+    // Deliberate: the middleware gets a fresh copy of the path.
     fs_raw_copy(kMwRootDrive, cache, kMwRootDrive, std::string(listPath).c_str());
     const MwStatus loaded = x_svl_fs_sync(handle, kMwRootDrive, cache, HandleMap::key(mwdbId));
     TAVRO_LOG_ERROR(kTag, "%s[%s]:copy ps_svl_path2 %s\n", kClass, "open", listPath.c_str());

@@ -112,6 +112,8 @@ jint com_velotra_tv_tavro_channellist_open(JNIEnv*, jobject, jint mwdbId) {
 }
 
 jint com_velotra_tv_tavro_channellist_open_path(JNIEnv* env, jobject, jint mwdbId, jstring path) {
+    // Deliberate: not forward::open_path. A path that cannot be read from Java is passed on as empty, and the mutex is
+    // taken after the conversion.
     const std::string text = jstr2str(env, path);
     const std::lock_guard<std::mutex> guard(chListMutex);
     return chList->open(mwdbId, text);

@@ -8,7 +8,7 @@
 
 namespace tavro {
 
-// How the update of one element of a list ended.
+// How the update of a record ended.
 enum class Updated { kDone, kFailed, kBadIdentifier };
 
 // Updates a record under its list's write lock. Returns the manager's status.
