@@ -49,6 +49,14 @@ refused() { # WORDS MESSAGE
     refused '`library.sizes`' 'there is no test library.sizes'
 }
 
+@test "the log of the build's tests is left alone" {
+    mkdir -p "$build/Testing/Temporary"
+    echo kept >"$build/Testing/Temporary/LastTest.log"
+    check '`jvm.SomeTest`'
+    [ "$status" -eq 0 ]
+    [ "$(cat "$build/Testing/Temporary/LastTest.log")" = kept ]
+}
+
 @test "the documents of this tree are in order" {
     run "$BATS_TEST_DIRNAME/doc_references.sh" "${BUILD:?}"
     echo "$output"
