@@ -17,7 +17,7 @@ select=()
 # Style and layout do not depend on the build. Undefined symbols do: they depend on the compiler's libraries and the
 # sanitizers.
 exclude='^(style|layout|library)\.'
-[ "$preset" != arm ] || exclude='^(style|layout)\.'
+[ "$preset" != arm ] || exclude='^(style\.|layout\.(arm32|refused)$)'
 # The Java side's own tests do not depend on the compiler of the library.
 [ "$preset" != clang ] || exclude='^(style|layout|library|java)\.'
 # ThreadSanitizer reports races inside the Java virtual machine, so that lane runs only the C++ tests.
