@@ -47,15 +47,16 @@ struct Native {
     const char* failure;
 };
 
-constexpr char kNoRecordBytes[] = "`null`: the identifier is refused, or there is no such record";
-constexpr char kNoRecordObject[] = "`null`: the identifier is refused, there is no such record, or a class is missing";
-constexpr char kNoList[] = "`-22`: there is no such list, or the middleware fails";
-constexpr char kNotUpdated[] = "`-22`: the object is null, its identifier is refused, or there is no such record";
+constexpr char kNoRecordBytes[] = "`null`: the identifier is refused, or the record does not exist";
+constexpr char kNoRecordObject[] =
+    "`null`: the identifier is refused, the record does not exist, or a class is missing";
+constexpr char kNoList[] = "`-22`: the list does not exist, or the middleware fails";
+constexpr char kNotUpdated[] = "`-22`: the object is null, its identifier is refused, or the record does not exist";
 constexpr char kNotAllUpdated[] =
     "`-22`: the list is null, or an element is null or cannot be updated; elements before it stay updated";
-constexpr char kNotStored[] = "`-22`: the identifier is refused, or one of the two lists has no such record";
-constexpr char kNotAdded[] = "`\"\"`: the object is null, there is no such list, or no record id is free";
-constexpr char kNotCopied[] = "`\"\"`: the identifier is refused, or there is no such record or list";
+constexpr char kNotStored[] = "`-22`: the identifier is refused, or the record is missing from one of the two lists";
+constexpr char kNotAdded[] = "`\"\"`: the object is null, the list does not exist, or no record id is free";
+constexpr char kNotCopied[] = "`\"\"`: the identifier is refused, or the record or the list does not exist";
 constexpr char kNoneRead[] = "`null`: the list is empty or does not exist, or a record cannot be read";
 constexpr char kOneNotRead[] = "`null`: a record cannot be read, or a class is missing";
 
@@ -85,7 +86,7 @@ constexpr Native kNatives[] = {
      "Replaces the records of one list by the records of another.", "`0`",
      "`-22`: one of the lists does not exist, or the middleware fails"},
     {kAll, "int native_store(int mwdbId, String path)", "Writes a list to a file.", "`0`",
-     "`-22`: the path is null or empty, there is no such list, or the middleware fails"},
+     "`-22`: the path is null or empty, the list does not exist, or the middleware fails"},
 
     {kService, "byte[] native_getSvlInfo(String identifier)", "Reads one service.", "The 552 bytes of the record",
      kNoRecordBytes},
@@ -165,7 +166,7 @@ constexpr Native kNatives[] = {
      "Adds a satellite under the highest record id plus one.", "The identifier of the new record", kNotAdded},
     {kService, "String nativeAdd(int mwdbId, String identifier)",
      "Adds a copy of the named record to list `mwdbId`, under the same record id.", "The identifier of the new record",
-     "`\"\"`: the identifier is refused, there is no such record or list, or the list has a record with the id"},
+     "`\"\"`: the identifier is refused, the record or the list does not exist, or the list has a record with the id"},
     {kStream, "String nativeAdd(int mwdbId, String identifier)",
      "Adds a copy of the named record to list `mwdbId` under the same record id, or replaces the record that has it. "
      "The "
@@ -181,15 +182,15 @@ constexpr Native kNatives[] = {
      "The identifier of the new record", kNotCopied},
 
     {kService | kObjects, "int nativeRemove(String identifier)", "Removes a record.", "`0`",
-     "`-1`: the identifier has no comma; `-22`: there is no such record"},
+     "`-1`: the identifier has no comma; `-22`: the record does not exist"},
     {kStream, "int nativeRemove(String identifier)", "Removes a record from a list that is open.", "`0`",
-     "`-1`: the identifier has no comma; `-22`: the list is not open, or there is no such record"},
+     "`-1`: the identifier has no comma; `-22`: the list is not open, or the record does not exist"},
     {kService | kObjects, "int nativeRemoveByRecId(int mwdbId, String identifier)",
      "Removes the record with that record id from list `mwdbId`; the list id in the identifier is ignored.", "`0`",
-     "`-1`: the identifier has no comma; `-22`: there is no such record"},
+     "`-1`: the identifier has no comma; `-22`: the record does not exist"},
     {kStream, "int nativeRemoveByRecId(int mwdbId, String identifier)",
      "Removes the record with that record id from list `mwdbId`, if open; the list id in the identifier is ignored.",
-     "`0`", "`-1`: the identifier has no comma; `-22`: the list is not open, or there is no such record"},
+     "`0`", "`-1`: the identifier has no comma; `-22`: the list is not open, or the record does not exist"},
 };
 
 } // namespace natives

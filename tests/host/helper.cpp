@@ -118,7 +118,7 @@ void apply_changes(const std::string& kind) {
     }
 }
 
-// SQLite's methods for one type of file: the original ones and the replacement.
+// SQLite's methods for one type of file: its own and the replacement.
 struct FileMethods {
     const sqlite3_io_methods* usual = nullptr;
     sqlite3_io_methods deadly{};

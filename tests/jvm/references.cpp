@@ -105,7 +105,7 @@ struct InJava {
 template <class Result>
 constexpr bool kIsReference = std::is_convertible_v<Result, jobject>;
 
-// Calls the original function of a slot and counts the reference that it returns.
+// Calls the function that a slot held before and counts the reference that it returns.
 template <class Result, class... Arguments, class... Given>
 Result pass_on(const char* name, Result (JNICALL* Table::*slot)(JNIEnv*, Arguments...), JNIEnv* env, Given... given) {
     if constexpr (std::is_void_v<Result>) {
