@@ -39,9 +39,9 @@ void ListImage::empty(std::int64_t version) {
     highest_id_ = kNone;
 }
 
-void ListImage::keep(std::uint16_t id, const std::byte* record, std::size_t bytes, std::int64_t version) {
+void ListImage::keep(std::uint16_t id, const std::byte* record, std::int64_t version) {
     start_at(version);
-    put(id, record, bytes);
+    put(id, record);
 }
 
 void ListImage::keep_highest_id(std::int32_t id, std::int64_t version) {
@@ -67,7 +67,7 @@ void ListImage::added(std::uint16_t id, const std::byte* record, std::int64_t ve
     if (!whole_) {
         return;
     }
-    put(id, record, record_bytes_);
+    put(id, record);
     ids_.push_back(id);
     if (filtered_known_ && filter_.matches(record)) {
         filtered_ids_.push_back(id);
@@ -79,7 +79,7 @@ void ListImage::updated(std::uint16_t id, const std::byte* record, std::int64_t 
         return;
     }
     filtered_known_ = filtered_known_ && filter_.matches(place(id)) == filter_.matches(record);
-    put(id, record, record_bytes_);
+    put(id, record);
 }
 
 void ListImage::removed(std::uint16_t id, std::int64_t version) {
@@ -132,7 +132,7 @@ bool ListImage::advance_to(std::int64_t version) {
     return true;
 }
 
-void ListImage::put(std::uint16_t id, const std::byte* record, std::size_t bytes) {
+void ListImage::put(std::uint16_t id, const std::byte* record) {
     const std::size_t page = id / kPageRecords;
     if (page >= pages_.size()) {
         held_.resize((page + 1) * kPageRecords, 0);
@@ -142,9 +142,7 @@ void ListImage::put(std::uint16_t id, const std::byte* record, std::size_t bytes
         pages_[page] = std::make_unique<std::byte[]>(kPageRecords * record_bytes_);
         ++held_pages_;
     }
-    const std::size_t copied = std::min(bytes, record_bytes_);
-    std::memcpy(place(id), record, copied);
-    std::memset(place(id) + copied, 0, record_bytes_ - copied);
+    std::memcpy(place(id), record, record_bytes_);
     held_[id] = 1;
 }
 

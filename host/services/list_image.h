@@ -43,7 +43,7 @@ public:
     // Makes this the whole image of an empty list.
     void empty(std::int64_t version);
     // Stores a record that was read at `version`. Drops the records of any other version.
-    void keep(std::uint16_t id, const std::byte* record, std::size_t bytes, std::int64_t version);
+    void keep(std::uint16_t id, const std::byte* record, std::int64_t version);
     // Stores the highest record id, or kNone, in the same way.
     void keep_highest_id(std::int32_t id, std::int64_t version);
     // Marks the image as whole. `ids` are the ids of all records in list order; each was stored by keep().
@@ -63,7 +63,7 @@ private:
     std::byte* place(std::uint16_t id) const {
         return pages_[id / kPageRecords].get() + id % kPageRecords * record_bytes_;
     }
-    void put(std::uint16_t id, const std::byte* record, std::size_t bytes);
+    void put(std::uint16_t id, const std::byte* record);
 
     std::size_t record_bytes_;
     std::int64_t version_ = kNoVersion;

@@ -138,7 +138,7 @@ MwStatus Lists::get(const Kind& kind, const ListKey& list, std::uint16_t record_
     Known& known = this->known(kind, list);
     const bool current = is_current(known);
     if (!current || (known.image.find(record_id) == nullptr && !known.image.is_whole())) {
-        const MwStatus status = storage_.read(list, record_id, known.state, known.image);
+        const MwStatus status = storage_.read(list, kind, record_id, known.state, known.image);
         if (status != kMwOk) {
             return status;
         }
@@ -154,12 +154,12 @@ MwStatus Lists::get(const Kind& kind, const ListKey& list, std::uint16_t record_
 }
 
 // Loads all records of the list's current version into the image.
-MwStatus Lists::make_whole(const ListKey& list, Known& known) {
+MwStatus Lists::make_whole(const ListKey& list, const Kind& kind, Known& known) {
     const MwStatus status = storage_.refresh(list, known.state);
     if (status != kMwOk || (known.image.is_whole() && known.image.version() == known.state.version)) {
         return status;
     }
-    const MwStatus read = storage_.read_all(list, known.state, known.image);
+    const MwStatus read = storage_.read_all(list, kind, known.state, known.image);
     limit_memory(known);
     return read;
 }
@@ -167,7 +167,7 @@ MwStatus Lists::make_whole(const ListKey& list, Known& known) {
 MwStatus Lists::get_at(const Kind& kind, const ListKey& list, const Filter& filter, std::int64_t index, void* record,
                        std::int32_t* version) {
     Known& known = this->known(kind, list);
-    const MwStatus status = make_whole(list, known);
+    const MwStatus status = make_whole(list, kind, known);
     if (status != kMwOk) {
         return status;
     }
@@ -183,7 +183,7 @@ MwStatus Lists::get_at(const Kind& kind, const ListKey& list, const Filter& filt
 MwStatus Lists::count(const Kind& kind, const ListKey& list, const Filter& filter, std::uint16_t* count,
                       std::int32_t* version) {
     Known& known = this->known(kind, list);
-    const MwStatus status = make_whole(list, known);
+    const MwStatus status = make_whole(list, kind, known);
     if (status == kMwOk) {
         *count = static_cast<std::uint16_t>(known.image.order(filter).size());
         *version = static_cast<std::int32_t>(known.state.version);
@@ -215,7 +215,7 @@ MwStatus Lists::next_record_id(const Kind& kind, const ListKey& list, std::uint1
         return kMwOk;
     }
     Known& known = this->known(kind, list);
-    status = make_whole(list, known);
+    status = make_whole(list, kind, known);
     if (status == kMwOk) {
         *record_id = known.image.lowest_free_id();
     }

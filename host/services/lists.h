@@ -59,7 +59,7 @@ private:
     bool is_current(const Known& list) {
         return list.state.epoch == storage_.epoch() && list.image.version() == list.state.version;
     }
-    tavro::MwStatus make_whole(const ListKey& list, Known& known);
+    tavro::MwStatus make_whole(const ListKey& list, const Kind& kind, Known& known);
     template <class Change>
     void apply(Known& list, Change change) noexcept;
     void limit_memory(const Known& in_use);

@@ -1,5 +1,7 @@
 #include "sqlite.h"
 
+#include <new>
+
 namespace tavro::host {
 
 Statement::~Statement() {
@@ -41,6 +43,37 @@ bool Statement::step() {
     return false;
 }
 
+std::int64_t Statement::number(int column, const char* what, std::int64_t least, std::int64_t most) const {
+    const std::int64_t value = number(column);
+    if (sqlite3_column_type(statement_, column) != SQLITE_INTEGER || value < least || value > most) {
+        connection_.damaged(std::string(what) + " is invalid");
+    }
+    return value;
+}
+
+const std::byte* Statement::blob(int column, const char* what, std::size_t bytes) const {
+    const bool is_blob = sqlite3_column_type(statement_, column) == SQLITE_BLOB;
+    if (!is_blob || blob_bytes(column) != bytes) {
+        connection_.damaged(std::string(what) + " has the wrong size");
+    }
+    const std::byte* const found = blob(column);
+    if (found == nullptr) {
+        throw std::bad_alloc();
+    }
+    return found;
+}
+
+std::string Statement::text(int column, const char* what) const {
+    if (sqlite3_column_type(statement_, column) != SQLITE_TEXT) {
+        connection_.damaged(std::string(what) + " is not a text");
+    }
+    const auto* const found = reinterpret_cast<const char*>(sqlite3_column_text(statement_, column));
+    if (found == nullptr) {
+        throw std::bad_alloc();
+    }
+    return {found, blob_bytes(column)};
+}
+
 void Statement::run() {
     while (step()) {
     }
@@ -57,14 +90,17 @@ Connection::Connection(const std::string& path, int flags) : path_(path) {
 }
 
 void Connection::fail(int code) const {
-    if (database_ == nullptr || sqlite3_extended_errcode(database_.get()) == SQLITE_IOERR_NOMEM) {
-        throw SqlError(path_, SQLITE_NOMEM, 0, "out of memory");
-    }
     const int primary = code & 0xFF;
+    if (database_ == nullptr || primary == SQLITE_NOMEM ||
+        sqlite3_extended_errcode(database_.get()) == SQLITE_IOERR_NOMEM) {
+        throw std::bad_alloc();
+    }
     const bool of_the_system = primary == SQLITE_IOERR || primary == SQLITE_CANTOPEN;
     throw SqlError(path_, primary, of_the_system ? sqlite3_system_errno(database_.get()) : 0,
                    sqlite3_errmsg(database_.get()));
 }
+
+void Connection::damaged(const std::string& what) const { throw SqlError(path_, SQLITE_CORRUPT, 0, what); }
 
 Statement Connection::prepare(const char* sql) {
     std::unique_ptr<sqlite3_stmt, Close>& statement = statements_[sql];

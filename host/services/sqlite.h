@@ -50,13 +50,15 @@ public:
     void run();
 
     std::int64_t number(int column) const { return sqlite3_column_int64(statement_, column); }
+    // Values of a database whose rows may be damaged. Throw SqlError(SQLITE_CORRUPT), with a message that starts with
+    // `what`, if the value has another type, another size, or is not from `least` to `most`.
+    std::int64_t number(int column, const char* what, std::int64_t least, std::int64_t most) const;
+    const std::byte* blob(int column, const char* what, std::size_t bytes) const;
+    std::string text(int column, const char* what) const;
     bool is_null(int column) const { return sqlite3_column_type(statement_, column) == SQLITE_NULL; }
     // A blob of the current row; valid until the next step.
     const std::byte* blob(int column) const {
         return static_cast<const std::byte*>(sqlite3_column_blob(statement_, column));
-    }
-    std::string text(int column) const {
-        return reinterpret_cast<const char*>(sqlite3_column_text(statement_, column));
     }
     std::size_t blob_bytes(int column) const {
         return static_cast<std::size_t>(sqlite3_column_bytes(statement_, column));
@@ -85,6 +87,9 @@ public:
 
     // Sets how long a step waits for another process before it fails with SQLITE_BUSY.
     void set_busy_timeout(int milliseconds) { sqlite3_busy_timeout(database_.get(), milliseconds); }
+
+    // Throws SqlError(SQLITE_CORRUPT).
+    [[noreturn]] void damaged(const std::string& what) const;
 
     // Number of rows changed by the last INSERT, UPDATE or DELETE.
     int changes() const { return sqlite3_changes(database_.get()); }

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <system_error>
+#include <tuple>
 #include <utility>
 
 namespace tavro::host {
@@ -13,6 +14,10 @@ namespace {
 
 constexpr std::int32_t kApplication = 0x5476'4442; // "TvDB"
 constexpr std::int32_t kVersion = 1;
+
+// A database up to this size is checked when it is opened, which takes 1 ms for each MB. Larger ones are checked row by
+// row as they are read.
+constexpr std::int64_t kMostCheckedBytes = std::int64_t{4} << 20;
 
 // How long a write waits for a write by another process. The largest copy takes far less.
 constexpr int kBusyMilliseconds = 10'000;
@@ -22,6 +27,7 @@ constexpr int kBusyMilliseconds = 10'000;
 constexpr char kSettings[] = R"(
     PRAGMA journal_mode = WAL;
     PRAGMA synchronous = NORMAL;
+    PRAGMA cell_size_check = ON;
 )";
 constexpr int kFramesUntilCheckpoint = 1000;
 
@@ -48,7 +54,29 @@ constexpr char kDeleteRecords[] = "DELETE FROM records WHERE number BETWEEN ? AN
 
 std::int64_t first_record(const ListKey& list) { return list.record(0); }
 std::int64_t last_record(const ListKey& list) { return list.record(kMwNoRecordId); }
-std::uint16_t record_id_of_number(std::int64_t number) { return static_cast<std::uint16_t>(number & 0xFFFF); }
+
+// Versions and positions grow by 1 with each change.
+constexpr std::int64_t kMostChanges = std::int64_t{1} << 48;
+
+ListState state_of(const Statement& row, std::uint64_t epoch) {
+    return {epoch, row.number(0, "the version of a list", 0, kMostChanges),
+            row.number(1, "the next position of a list", 0, kMostChanges)};
+}
+
+// Reads the id of one of the list's records from the column with its number.
+std::uint16_t record_id(const Statement& row, int column, const ListKey& list) {
+    return static_cast<std::uint16_t>(
+        row.number(column, "the id of a record", first_record(list), last_record(list) - 1) - first_record(list));
+}
+
+const std::byte* record_bytes(Connection& database, const Statement& row, int column, const Kind& kind,
+                              std::uint16_t id) {
+    const std::byte* const bytes = row.blob(column, "a record", kind.record_bytes);
+    if (record_id_of(kind, bytes) != id) {
+        database.damaged("the id in a record is invalid");
+    }
+    return bytes;
+}
 
 std::string prepare_directory(const std::string& directory) {
     std::error_code error;
@@ -77,10 +105,21 @@ void prepare_database(Connection& database, const std::string& path) {
     }
 }
 
+// Throws SqlError(SQLITE_CORRUPT) if pages or rows are damaged.
+void check_database(Connection& database) {
+    if (database.number("PRAGMA page_count") * database.number("PRAGMA page_size") > kMostCheckedBytes) {
+        return;
+    }
+    Statement check = database.prepare("PRAGMA quick_check(1)");
+    if (!check.step() || check.text(0, "the result of a check") != "ok") {
+        database.damaged(sqlite3_errstr(SQLITE_CORRUPT));
+    }
+}
+
 // On file systems without shared memory SQLite does not use a write-ahead log.
 bool has_wal(Connection& database) {
     Statement mode = database.prepare("PRAGMA journal_mode");
-    return mode.step() && mode.text(0) == "wal";
+    return mode.step() && mode.text(0, "the journal mode") == "wal";
 }
 
 // Opens or creates the database.
@@ -95,6 +134,7 @@ Connection open_database(const std::string& path, LockFile& lock_file) {
     database.set_busy_timeout(kBusyMilliseconds);
     database.execute(kSettings);
     prepare_database(database, path);
+    check_database(database);
     return database;
 }
 
@@ -179,7 +219,7 @@ MwStatus Storage::create(const ListKey& list, const std::string& name, ListState
         if (!row.bind(list.number()).bind(name).step()) {
             return kHostListExists;
         }
-        made = {watch_.epoch(), row.number(0), row.number(1)};
+        made = state_of(row, watch_.epoch());
         row.run();
     }
     commit(transaction);
@@ -287,22 +327,24 @@ MwStatus Storage::refresh(const ListKey& list, ListState& state) {
     if (!row.bind(list.number()).step()) {
         return kHostNoSuchList;
     }
-    state = {epoch, row.number(0), row.number(1)};
+    state = state_of(row, epoch);
     return kMwOk;
 }
 
-MwStatus Storage::read(const ListKey& list, std::uint16_t record_id, ListState& state, ListImage& image) {
+MwStatus Storage::read(const ListKey& list, const Kind& kind, std::uint16_t record_id, ListState& state,
+                       ListImage& image) {
     const std::uint64_t epoch = watch_.epoch();
-    Statement row = database_.prepare("SELECT version, next_position, bytes FROM lists LEFT JOIN records "
-                                      "ON records.number = ? WHERE lists.number = ? AND name IS NOT NULL");
+    Statement row =
+        database_.prepare("SELECT version, next_position, records.number, bytes FROM lists LEFT JOIN records "
+                          "ON records.number = ? WHERE lists.number = ? AND name IS NOT NULL");
     if (!row.bind(list.record(record_id)).bind(list.number()).step()) {
         return kHostNoSuchList;
     }
-    state = {epoch, row.number(0), row.number(1)};
+    state = state_of(row, epoch);
     if (row.is_null(2)) {
         return kHostNoSuchRecord;
     }
-    image.keep(record_id, row.blob(2), row.blob_bytes(2), state.version);
+    image.keep(record_id, record_bytes(database_, row, 3, kind, record_id), state.version);
     return kMwOk;
 }
 
@@ -314,12 +356,30 @@ MwStatus Storage::read_highest_id(const ListKey& list, ListState& state, ListIma
     if (!row.bind(first_record(list)).bind(last_record(list)).bind(list.number()).step()) {
         return kHostNoSuchList;
     }
-    state = {epoch, row.number(0), row.number(1)};
-    image.keep_highest_id(row.is_null(2) ? ListImage::kNone : record_id_of_number(row.number(2)), state.version);
+    state = state_of(row, epoch);
+    image.keep_highest_id(row.is_null(2) ? ListImage::kNone : record_id(row, 2, list), state.version);
     return kMwOk;
 }
 
-MwStatus Storage::read_all(const ListKey& list, ListState& state, ListImage& image) {
+// Calls `visit` with the position, the id and the bytes of every record, in ascending order of their ids.
+template <class Visit>
+void Storage::scan(const ListKey& list, const Kind& kind, Visit visit) {
+    Statement rows =
+        database_.prepare("SELECT number, position, bytes FROM records WHERE number BETWEEN ? AND ? ORDER BY number");
+    rows.bind(first_record(list)).bind(last_record(list));
+    std::int32_t previous = -1;
+    while (rows.step()) {
+        const std::uint16_t id = record_id(rows, 0, list);
+        if (id <= previous) { // also ends the scan of a damaged tree that has a cycle
+            database_.damaged("the ids of records are not in order");
+        }
+        previous = id;
+        visit(rows.number(1, "the position of a record", 0, kMostChanges), id,
+              record_bytes(database_, rows, 2, kind, id));
+    }
+}
+
+MwStatus Storage::read_all(const ListKey& list, const Kind& kind, ListState& state, ListImage& image) {
     const Transaction one_state(database_, Transaction::Kind::kRead);
     state.epoch = 0; // forces refresh to read the version inside the transaction
     const MwStatus status = refresh(list, state);
@@ -327,13 +387,10 @@ MwStatus Storage::read_all(const ListKey& list, ListState& state, ListImage& ima
         return status;
     }
     std::vector<std::pair<std::int64_t, std::uint16_t>> order; // position and id
-    Statement rows = database_.prepare("SELECT number, position, bytes FROM records WHERE number BETWEEN ? AND ?");
-    rows.bind(first_record(list)).bind(last_record(list));
-    while (rows.step()) {
-        const std::uint16_t id = record_id_of_number(rows.number(0));
-        image.keep(id, rows.blob(2), rows.blob_bytes(2), state.version);
-        order.emplace_back(rows.number(1), id);
-    }
+    scan(list, kind, [&](std::int64_t position, std::uint16_t id, const std::byte* bytes) {
+        image.keep(id, bytes, state.version);
+        order.emplace_back(position, id);
+    });
     std::sort(order.begin(), order.end());
     std::vector<std::uint16_t> ids;
     ids.reserve(order.size());
@@ -350,16 +407,21 @@ MwStatus Storage::load(const ListKey& list, const Kind& kind, std::string& name,
     if (!row.bind(list.number()).step()) {
         return kHostNoSuchList;
     }
-    name = row.text(0);
-    Statement rows =
-        database_.prepare("SELECT number, bytes FROM records WHERE number BETWEEN ? AND ? ORDER BY position");
-    rows.bind(first_record(list)).bind(last_record(list));
-    while (rows.step()) {
-        const std::byte* const bytes = rows.blob(1);
-        records.ids.push_back(record_id_of_number(rows.number(0)));
-        records.bytes.insert(records.bytes.end(), bytes, bytes + rows.blob_bytes(1));
+    name = row.text(0, "the name of a list");
+    std::vector<std::tuple<std::int64_t, std::uint16_t, std::size_t>> order; // position, id, offset in by_id
+    std::vector<std::byte> by_id;
+    scan(list, kind, [&](std::int64_t position, std::uint16_t id, const std::byte* bytes) {
+        order.emplace_back(position, id, by_id.size());
+        by_id.insert(by_id.end(), bytes, bytes + kind.record_bytes);
+    });
+    std::sort(order.begin(), order.end());
+    records.ids.reserve(order.size());
+    records.bytes.reserve(by_id.size());
+    for (const auto& [position, id, offset] : order) {
+        const auto bytes = by_id.begin() + static_cast<std::ptrdiff_t>(offset);
+        records.ids.push_back(id);
+        records.bytes.insert(records.bytes.end(), bytes, bytes + static_cast<std::ptrdiff_t>(kind.record_bytes));
     }
-    records.bytes.resize(records.ids.size() * kind.record_bytes);
     return kMwOk;
 }
 

@@ -26,6 +26,7 @@ struct ListState {
 //
 // Functions with a list return kHostNoSuchList if it does not exist. Functions with a state update it: after a change
 // it has the list's new version. They throw Failure if the directory cannot be used and SqlError if the database fails.
+// Every value read is checked first: a row that no change can have written throws SqlError(SQLITE_CORRUPT).
 class Storage {
 public:
     explicit Storage(const std::string& directory);
@@ -55,9 +56,10 @@ public:
     tavro::MwStatus refresh(const ListKey& list, ListState& state);
     // Read into `image`: one record, the highest record id, or all records and their order. `read` returns
     // kHostNoSuchRecord if the record does not exist.
-    tavro::MwStatus read(const ListKey& list, std::uint16_t record_id, ListState& state, ListImage& image);
+    tavro::MwStatus read(const ListKey& list, const Kind& kind, std::uint16_t record_id, ListState& state,
+                         ListImage& image);
     tavro::MwStatus read_highest_id(const ListKey& list, ListState& state, ListImage& image);
-    tavro::MwStatus read_all(const ListKey& list, ListState& state, ListImage& image);
+    tavro::MwStatus read_all(const ListKey& list, const Kind& kind, ListState& state, ListImage& image);
     tavro::MwStatus load(const ListKey& list, const Kind& kind, std::string& name, StoredRecords& records);
 
 private:
@@ -65,6 +67,8 @@ private:
 
     static int on_commit(void* storage, sqlite3* database, const char* name, int frames);
     void commit(Transaction& transaction);
+    template <class Visit>
+    void scan(const ListKey& list, const Kind& kind, Visit visit);
 
     std::string path_;
     std::shared_ptr<LockFile> lock_file_;

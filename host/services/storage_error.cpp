@@ -89,6 +89,9 @@ const char* remedy(int sqlite_code) {
     switch (sqlite_code) {
     case SQLITE_NOTADB:
     case SQLITE_CORRUPT:
+    case SQLITE_ERROR: // a table or column is missing
+    case SQLITE_CONSTRAINT:
+    case SQLITE_MISMATCH:
         return "move the file away to start without lists, or set TAVRO_HOME to another directory";
     case SQLITE_BUSY:
         return "another process has been writing to it for too long; end that process";
@@ -120,7 +123,7 @@ Failure storage_failure(const SqlError& error) {
     if (obstacle.error != 0) {
         return storage_failure("use", obstacle.path, obstacle.error);
     }
-    return {error.code() == SQLITE_NOMEM ? kHostOutOfMemory : kHostStorageUnavailable,
+    return {kHostStorageUnavailable,
             "cannot use the list database " + error.path() + ": " + cause(error) + "; " + remedy(error.code())};
 }
 

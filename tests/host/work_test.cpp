@@ -1,11 +1,10 @@
 // How the storage's work grows with the length of a list, in SQLite virtual machine instructions.
 #include "child_process.h"
+#include "edited_database.h"
 #include "kinds.h"
 #include "services/control.h"
 #include "services/status.h"
 #include "workspace.h"
-
-#include <sqlite3.h>
 
 using namespace tavro;
 
@@ -149,17 +148,10 @@ TEST_F(Work, OfReadsAfterAChangeOfAnotherListElsewhereIsALookAtTheVersion) {
 TEST_F(Work, OfReadsIsNoneForTheListsUsedLast) {
     using Kind = TransportStreams;
     MwdbHandle lists[3];
-    sqlite3* database = nullptr;
     for (std::uint16_t i = 0; i < 3; ++i) {
         lists[i] = created<Kind>(static_cast<std::uint16_t>(i + 1));
+        insert_records<Kind>(home() + "/lists.db", 2, static_cast<std::uint16_t>(i + 1), 1, 65534);
     }
-    ASSERT_EQ(sqlite3_open((home() + "/lists.db").c_str(), &database), SQLITE_OK);
-    const std::string fill = "WITH RECURSIVE ids(id) AS (SELECT 1 UNION ALL SELECT id + 1 FROM ids WHERE id < 65534) "
-                             "INSERT INTO records (number, position, bytes) SELECT (number << 16) + id, id, zeroblob(" +
-                             std::to_string(sizeof(Kind::Record)) +
-                             ") FROM lists, ids; UPDATE lists SET version = version + 1";
-    EXPECT_EQ(sqlite3_exec(database, fill.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
-    sqlite3_close(database);
     const auto read_last = [&](int list) {
         return of([&] {
             Kind::Record record{};
