@@ -1,75 +1,134 @@
 #include "replacement_file.h"
 
+#include "file_error.h"
+#include "report.h"
+
 #include <atomic>
 #include <cerrno>
-#include <csignal>
 #include <cstdio>
-#include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
+#include <sys/file.h>
+#include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 namespace fs = std::filesystem;
 
 namespace tavro::host {
 namespace {
 
+constexpr mode_t kFileMode = 0644;
+constexpr char kInfix[] = ".tmp.";
+constexpr char kDigits[] = "0123456789";
+constexpr int kMostNames = 1000; // tried for a temporary file
+
 std::string directory_of(const std::string& path) {
     const fs::path parent = fs::path(path).parent_path();
     return parent.empty() ? "." : parent.string();
 }
 
-// Calls fsync on a file or directory. Returns 0 or an errno value.
-int sync_to_disk(const std::string& path, int flags) {
-    const int file = ::open(path.c_str(), flags | O_CLOEXEC);
-    if (file < 0) {
+// Returns 0 or an errno value.
+int sync_directory(const std::string& directory) {
+    const File file(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!file.is_open()) {
         return errno;
     }
-    const int error = ::fsync(file) == 0 ? 0 : errno;
-    ::close(file);
-    return error;
+    return ::fsync(file.descriptor()) == 0 || errno == EINVAL ? 0 : errno; // EINVAL: such directories need no sync
+}
+
+// True for "PID.N".
+bool is_number_pair(const std::string& text) {
+    const std::size_t dot = text.find('.');
+    return dot != std::string::npos && dot != 0 && dot + 1 != text.size() && text.find_first_not_of(kDigits) == dot &&
+           text.find_first_not_of(kDigits, dot + 1) == std::string::npos;
+}
+
+// Removes the file unless a replacement is using it.
+void remove_if_abandoned(const std::string& path) {
+    struct stat found {};
+    // A file with a second name is not one of ours, and to open and close it may drop somebody's locks.
+    if (::lstat(path.c_str(), &found) != 0 || !S_ISREG(found.st_mode) || found.st_nlink != 1) {
+        return;
+    }
+    const File file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW));
+    if (file.is_open() && ::flock(file.descriptor(), LOCK_EX | LOCK_NB) == 0) {
+        ::unlink(path.c_str());
+    }
 }
 
 } // namespace
 
 ReplacementFile::ReplacementFile(const std::string& path) : path_(path) {
-    static std::atomic<unsigned> number{0};
-    temporary_ = path + ".tmp." + std::to_string(::getpid()) + "." + std::to_string(number++);
     remove_leftovers();
+    create_temporary();
 }
 
 ReplacementFile::~ReplacementFile() {
-    if (!committed_) {
+    if (!temporary_.empty()) {
         ::unlink(temporary_.c_str());
     }
 }
 
-int ReplacementFile::commit() {
-    int error = sync_to_disk(temporary_, O_RDONLY);
-    if (error == 0 && std::rename(temporary_.c_str(), path_.c_str()) != 0) {
-        error = errno;
+// Creates and locks a file with a new name. A name can be taken by a killed process that had this process's id.
+void ReplacementFile::create_temporary() {
+    static std::atomic<unsigned> number{0};
+    for (int tried = 0; tried < kMostNames; ++tried) {
+        std::string name = path_ + kInfix + std::to_string(::getpid()) + "." + std::to_string(number++);
+        File file(::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kFileMode));
+        if (!file.is_open() && errno == EEXIST) {
+            continue;
+        }
+        if (!file.is_open()) {
+            error_ = errno;
+            return;
+        }
+        // Another process may take the new file for a leftover before it is locked.
+        struct stat found {};
+        const bool lost = ::flock(file.descriptor(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+        if (!lost && ::fstat(file.descriptor(), &found) == 0 && found.st_nlink != 0) {
+            temporary_ = std::move(name);
+            file_ = std::move(file);
+            return;
+        }
     }
-    if (error != 0) {
-        return error;
-    }
-    committed_ = true;
-    return sync_to_disk(directory_of(path_), O_RDONLY | O_DIRECTORY);
+    error_ = EEXIST;
 }
 
 void ReplacementFile::remove_leftovers() const {
-    const std::string prefix = fs::path(path_).filename().string() + ".tmp.";
-    std::error_code ignored;
-    for (const fs::directory_entry& entry : fs::directory_iterator(directory_of(path_), ignored)) {
-        const std::string name = entry.path().filename().string();
-        if (name.compare(0, prefix.size(), prefix) != 0) {
-            continue;
-        }
-        const long writer = std::strtol(name.c_str() + prefix.size(), nullptr, 10);
-        if (writer > 0 && ::kill(static_cast<pid_t>(writer), 0) != 0 && errno == ESRCH) {
-            fs::remove(entry.path(), ignored);
+    const std::string prefix = fs::path(path_).filename().string() + kInfix;
+    std::error_code error;
+    for (fs::directory_iterator entry(directory_of(path_), error); !error && entry != fs::directory_iterator();
+         entry.increment(error)) {
+        const std::string name = entry->path().filename().string();
+        if (name.compare(0, prefix.size(), prefix) == 0 && is_number_pair(name.substr(prefix.size()))) {
+            remove_if_abandoned(entry->path().string());
         }
     }
+}
+
+int ReplacementFile::write(const void* bytes, std::size_t count) {
+    if (error_ == 0) {
+        error_ = write_all(file_, bytes, count);
+    }
+    return error_;
+}
+
+int ReplacementFile::commit() {
+    if (error_ != 0) {
+        return error_;
+    }
+    if (::fsync(file_.descriptor()) != 0 || std::rename(temporary_.c_str(), path_.c_str()) != 0) {
+        return error_ = errno;
+    }
+    temporary_.clear();
+    const int error = sync_directory(directory_of(path_));
+    if (error != 0) {
+        report_once("replaced " + path_ + ", but cannot sync its directory: " + explain(error, "choose another path") +
+                    ". A power failure may bring the old file back.");
+    }
+    return 0;
 }
 
 } // namespace tavro::host

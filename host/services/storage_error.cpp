@@ -14,7 +14,6 @@ namespace tavro::host {
 namespace {
 
 constexpr char kOtherHome[] = "set TAVRO_HOME to another directory";
-constexpr char kOtherPath[] = "choose another path";
 
 // SQLite lets its files grow by up to this much at once.
 constexpr std::uint64_t kGrowth = std::uint64_t{64} * 1024;
@@ -125,19 +124,6 @@ Failure storage_failure(const SqlError& error) {
     }
     return {kHostStorageUnavailable,
             "cannot use the list database " + error.path() + ": " + cause(error) + "; " + remedy(error.code())};
-}
-
-Failure write_failure(const std::string& path, int error) {
-    return {status_of(error, kHostCannotWriteFile),
-            "cannot write list file " + path + ": " + explain(error, kOtherPath)};
-}
-
-Failure write_failure(const std::string& path, const SqlError& error) {
-    const Obstacle obstacle = obstacle_of(error);
-    if (obstacle.error != 0) {
-        return write_failure(path, obstacle.error);
-    }
-    return {kHostCannotWriteFile, "cannot write list file " + path + ": " + cause(error) + "; " + kOtherPath};
 }
 
 } // namespace tavro::host

@@ -14,8 +14,4 @@ Failure storage_failure(const std::string& action, const std::string& path, int 
 // For an error of the list database. The same cause always gets the same message, whichever code SQLite returned.
 Failure storage_failure(const SqlError& error);
 
-// For a list file at `path` that cannot be written, with an errno value or a SQLite error of its temporary file.
-Failure write_failure(const std::string& path, int error);
-Failure write_failure(const std::string& path, const SqlError& error);
-
 } // namespace tavro::host

@@ -90,7 +90,7 @@ TEST_F(FileHelpers, AFailedCopyLeavesTheTarget) {
     EXPECT_EQ(read_file(path("to")), "old");
     write_file(path("from"), "new");
     EXPECT_EQ(fs_raw_copy(0, path("from").c_str(), 0, path("nowhere/to").c_str()), kHostCannotWriteFile);
-    EXPECT_EQ(fs_raw_copy(0, directory().c_str(), 0, path("to").c_str()), kHostCannotWriteFile);
+    EXPECT_EQ(fs_raw_copy(0, directory().c_str(), 0, path("to").c_str()), kHostCannotReadFile);
     EXPECT_EQ(read_file(path("to")), "old");
 }
 

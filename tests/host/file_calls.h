@@ -1,0 +1,20 @@
+// Counts and fails the system calls that the stand-ins make for files.
+#pragma once
+
+#include <cstddef>
+
+// While an object exists, counts the calls of this process, and lets one of them fail. The stand-ins' and SQLite's
+// calls go through replacements in the test program.
+class FileCalls {
+public:
+    FileCalls();
+    ~FileCalls();
+    FileCalls(const FileCalls&) = delete;
+    FileCalls& operator=(const FileCalls&) = delete;
+
+    // The next `call`th sync or read from now on, counted from 1, fails with this errno value.
+    static void fail_sync(int call, int error);
+    static void fail_read(int call, int error);
+
+    static int syncs();
+};
