@@ -15,15 +15,17 @@ Engine& Engine::instance() {
     return engine;
 }
 
-// Runs `body`. Turns an exception into a status and a log line.
-template <class Body>
-MwStatus Engine::guarded(Body body) noexcept {
-    const auto reported = [](const Failure& failure) {
-        report_once(failure.what());
-        return failure.status();
-    };
+namespace {
+
+MwStatus reported(const Failure& failure) {
+    report_once(failure.what());
+    return failure.status();
+}
+
+// Returns the status of the exception that is being handled, and logs its line. Throws if there is no memory for that.
+MwStatus report_exception() {
     try {
-        return body();
+        throw;
     } catch (const Failure& failure) {
         return reported(failure);
     } catch (const SqlError& error) {
@@ -31,8 +33,23 @@ MwStatus Engine::guarded(Body body) noexcept {
     } catch (const std::bad_alloc&) {
         return kHostOutOfMemory;
     } catch (const std::exception& error) {
-        report_once(std::string("list storage error: ") + error.what());
-        return kHostStorageUnavailable;
+        return reported({kHostStorageUnavailable, std::string("list storage error: ") + error.what()});
+    }
+}
+
+} // namespace
+
+// Runs `body`. Turns an exception into a status and a log line.
+template <class Body>
+MwStatus Engine::guarded(Body body) noexcept {
+    try {
+        return body();
+    } catch (...) {
+        try {
+            return report_exception();
+        } catch (...) {
+            return kHostOutOfMemory;
+        }
     }
 }
 
@@ -74,10 +91,17 @@ const Engine::OpenList* Engine::find(const Kind& kind, MwdbHandle handle) const 
     return found == open_lists_.end() || found->second.kind != &kind ? nullptr : &found->second;
 }
 
-MwStatus Engine::new_handle(const Kind& kind, const ListKey& list, MwdbHandle* handle) {
-    *handle = ++last_handle_;
-    open_lists_.emplace(*handle, OpenList{&kind, list});
-    return kMwOk;
+// Makes a handle for the list if `prepare` returns 0, and returns its result.
+template <class Prepare>
+MwStatus Engine::new_handle(const Kind& kind, const ListKey& list, MwdbHandle* handle, Prepare prepare) {
+    // Takes the memory first: a list that was created cannot be taken back.
+    std::map<MwdbHandle, OpenList> added{{last_handle_ + 1, OpenList{&kind, list}}};
+    const MwStatus status = prepare();
+    if (status == kMwOk) {
+        *handle = ++last_handle_;
+        open_lists_.merge(added);
+    }
+    return status;
 }
 
 // Invalidates a handle and releases the calling thread's locks on the list.
@@ -94,8 +118,7 @@ MwStatus Engine::open(const Kind& kind, std::uint16_t list_id, MwdbHandle* handl
         }
         std::lock_guard<std::mutex> alone(mutex_);
         const ListKey list{kind.number, list_id};
-        const MwStatus status = lists().check_exists(list);
-        return status == kMwOk ? new_handle(kind, list, handle) : status;
+        return new_handle(kind, list, handle, [&] { return lists().check_exists(list); });
     });
 }
 
@@ -106,8 +129,7 @@ MwStatus Engine::create(const Kind& kind, const char* name, std::uint16_t list_i
         }
         std::lock_guard<std::mutex> alone(mutex_);
         const ListKey list{kind.number, list_id};
-        const MwStatus status = lists().create(kind, list, name);
-        return status == kMwOk ? new_handle(kind, list, handle) : status;
+        return new_handle(kind, list, handle, [&] { return lists().create(kind, list, name); });
     });
 }
 

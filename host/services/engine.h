@@ -65,7 +65,8 @@ private:
     tavro::MwStatus on_list_lock(const Kind& kind, tavro::MwdbHandle handle, Body body) noexcept;
 
     Lists& lists();
-    tavro::MwStatus new_handle(const Kind& kind, const ListKey& list, tavro::MwdbHandle* handle);
+    template <class Prepare>
+    tavro::MwStatus new_handle(const Kind& kind, const ListKey& list, tavro::MwdbHandle* handle, Prepare prepare);
     const OpenList* find(const Kind& kind, tavro::MwdbHandle handle) const;
     void drop_handle(tavro::MwdbHandle handle);
 

@@ -127,23 +127,19 @@ std::int64_t Connection::number(const char* sql) {
     return query.step() ? query.number(0) : 0;
 }
 
-Transaction::Transaction(Connection& connection, Kind kind) : connection_(connection) {
+Transaction::Transaction(Connection& connection, Kind kind)
+    : connection_(connection), rollback_(connection.prepare("ROLLBACK")) {
     connection_.prepare(kind == Kind::kWrite ? "BEGIN IMMEDIATE" : "BEGIN").run();
 }
 
 Transaction::~Transaction() {
-    if (open_) {
-        try {
-            connection_.prepare("ROLLBACK").run();
-        } catch (const SqlError&) {
-            // After some errors SQLite has already rolled back.
-        }
+    // Committed transactions are closed, and after some errors SQLite has already rolled back.
+    const bool open = sqlite3_get_autocommit(connection_.handle()) == 0;
+    if (open) {
+        rollback_.try_step();
     }
 }
 
-void Transaction::commit() {
-    connection_.prepare("COMMIT").run();
-    open_ = false;
-}
+void Transaction::commit() { connection_.prepare("COMMIT").run(); }
 
 } // namespace tavro::host

@@ -48,6 +48,8 @@ public:
     bool step();
     // Steps to the end, ignoring rows.
     void run();
+    // Takes one step and ignores errors.
+    void try_step() noexcept { sqlite3_step(statement_); }
 
     std::int64_t number(int column) const { return sqlite3_column_int64(statement_, column); }
     // Values of a database whose rows may be damaged. Throw SqlError(SQLITE_CORRUPT), with a message that starts with
@@ -112,7 +114,7 @@ private:
     std::uint64_t work_ = 0;
 };
 
-// A transaction. The destructor rolls it back unless it was committed.
+// A transaction. The destructor rolls it back unless it was committed; that cannot fail for lack of memory.
 class Transaction {
 public:
     enum class Kind { kRead, kWrite };
@@ -124,7 +126,7 @@ public:
 
 private:
     Connection& connection_;
-    bool open_ = true;
+    Statement rollback_; // prepared before the transaction begins
 };
 
 } // namespace tavro::host
