@@ -6,11 +6,12 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
+#include <dirent.h>
 #include <fcntl.h>
 #include <filesystem>
+#include <memory>
 #include <sys/file.h>
 #include <sys/stat.h>
-#include <system_error>
 #include <unistd.h>
 #include <utility>
 
@@ -98,12 +99,13 @@ void ReplacementFile::create_temporary() {
 
 void ReplacementFile::remove_leftovers() const {
     const std::string prefix = fs::path(path_).filename().string() + kInfix;
-    std::error_code error;
-    for (fs::directory_iterator entry(directory_of(path_), error); !error && entry != fs::directory_iterator();
-         entry.increment(error)) {
-        const std::string name = entry->path().filename().string();
+    // std::filesystem's iterator ends the process if memory runs out.
+    const std::string directory = directory_of(path_);
+    const std::unique_ptr<DIR, int (*)(DIR*)> entries(::opendir(directory.c_str()), ::closedir);
+    while (const dirent* const entry = entries == nullptr ? nullptr : ::readdir(entries.get())) {
+        const std::string name = entry->d_name;
         if (name.compare(0, prefix.size(), prefix) == 0 && is_number_pair(name.substr(prefix.size()))) {
-            remove_if_abandoned(entry->path().string());
+            remove_if_abandoned(directory + "/" + name);
         }
     }
 }
@@ -119,11 +121,12 @@ int ReplacementFile::commit() {
     if (error_ != 0) {
         return error_;
     }
+    const std::string directory = directory_of(path_); // memory may run out, but not after the rename
     if (::fsync(file_.descriptor()) != 0 || std::rename(temporary_.c_str(), path_.c_str()) != 0) {
         return error_ = errno;
     }
     temporary_.clear();
-    const int error = sync_directory(directory_of(path_));
+    const int error = sync_directory(directory);
     if (error != 0) {
         report_once("replaced " + path_ + ", but cannot sync its directory: " + explain(error, "choose another path") +
                     ". A power failure may bring the old file back.");

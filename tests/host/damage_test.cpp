@@ -15,8 +15,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Larger databases are not checked when they are opened. Longer files count as larger.
-constexpr std::uintmax_t kNotCheckedBytes = 6 << 20;
+// A database with more pages than this is not checked when it is opened.
+constexpr std::uint32_t kMostCheckedPages = 1024;
 
 class Damage : public Workspace {
 protected:
@@ -30,8 +30,17 @@ protected:
         EXPECT_EQ(add<Networks>(handle, 8, 34), kMwOk);
         restart();
         edit_database(database(), sql);
-        fs::resize_file(database(), kNotCheckedBytes);
+        make_large();
         return opened_unchecked();
+    }
+
+    // Adds unused pages to the database.
+    void make_large() const {
+        constexpr std::uint32_t kPages = kMostCheckedPages + 1;
+        fs::resize_file(database(), std::uintmax_t{kPages} * 4096);
+        std::fstream file(database(), std::ios::binary | std::ios::in | std::ios::out);
+        const char count[] = {0, 0, kPages >> 8, kPages & 0xFF};
+        file.seekp(28).write(count, sizeof count);
     }
 
     static MwdbHandle opened_unchecked() {
@@ -104,7 +113,7 @@ TEST_F(Damage, AnInvalidVersionIsReportedByEveryCall) {
         const MwdbHandle handle = damaged_by("UPDATE lists SET version = " + std::string(version));
         EXPECT_EQ(handle, 0u);
         edit_database(database(), "UPDATE lists SET version = 5");
-        fs::resize_file(database(), kNotCheckedBytes);
+        make_large();
         restart();
         const MwdbHandle open = opened<Networks>(1);
         edit_database(database(), "UPDATE lists SET version = " + std::string(version));
@@ -217,7 +226,7 @@ TEST_F(Damage, OneFlippedBitGivesADocumentedStatus) {
                 fs::create_directory(home());
                 write_file(database(), bytes);
                 if (!checked) {
-                    fs::resize_file(database(), kNotCheckedBytes);
+                    make_large();
                 }
                 const std::vector<MwStatus> seen = use<Networks>(path("list"));
                 for (const MwStatus status : seen) {
