@@ -1,5 +1,6 @@
 #include "sqlite.h"
 
+#include <cerrno>
 #include <new>
 
 namespace tavro::host {
@@ -98,6 +99,17 @@ void Connection::fail(int code) const {
     const bool of_the_system = primary == SQLITE_IOERR || primary == SQLITE_CANTOPEN;
     throw SqlError(path_, primary, of_the_system ? sqlite3_system_errno(database_.get()) : 0,
                    sqlite3_errmsg(database_.get()));
+}
+
+bool Connection::take_space(std::int64_t bytes) {
+    sqlite3_int64 wanted = bytes;
+    return sqlite3_file_control(database_.get(), "main", SQLITE_FCNTL_SIZE_HINT, &wanted) == SQLITE_OK;
+}
+
+void Connection::need_space(std::int64_t bytes) {
+    if (!take_space(bytes)) {
+        throw SqlError(path_, SQLITE_FULL, ENOSPC, sqlite3_errstr(SQLITE_FULL));
+    }
 }
 
 void Connection::damaged(const std::string& what) const { throw SqlError(path_, SQLITE_CORRUPT, 0, what); }

@@ -93,6 +93,11 @@ public:
     // Throws SqlError(SQLITE_CORRUPT).
     [[noreturn]] void damaged(const std::string& what) const;
 
+    // Makes the file at least this long, so that pages that are written later find space. Returns false if it cannot.
+    bool take_space(std::int64_t bytes);
+    // Does the same, and throws SqlError(SQLITE_FULL).
+    void need_space(std::int64_t bytes);
+
     // Number of rows changed by the last INSERT, UPDATE or DELETE.
     int changes() const { return sqlite3_changes(database_.get()); }
     // For SQLite functions that are not wrapped here.

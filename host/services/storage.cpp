@@ -23,11 +23,13 @@ constexpr std::int64_t kMostCheckedBytes = std::int64_t{4} << 20;
 constexpr int kBusyMilliseconds = 10'000;
 
 // With WAL, a killed process loses no committed transaction. Commits are not synced, so a power failure can lose the
-// latest ones. The log is checkpointed every 4 MB; adds were slower with a log of 16 MB or more.
+// latest ones. The log is checkpointed every 4 MB; adds were slower with a log of 16 MB or more. A longer log is cut to
+// that length when it is used again.
 constexpr char kSettings[] = R"(
     PRAGMA journal_mode = WAL;
     PRAGMA synchronous = NORMAL;
     PRAGMA cell_size_check = ON;
+    PRAGMA journal_size_limit = 4194304;
 )";
 constexpr int kFramesUntilCheckpoint = 1000;
 
@@ -49,6 +51,15 @@ constexpr char kTables[] = R"(
         list_id AS ((number >> 16) & 65535),
         record_id AS (number & 65535));
 )";
+
+// The database file takes its space in steps of this size, and before the commit of a change that needs it. Otherwise
+// the change could be in the log and find no space in the database, and the log would grow forever.
+constexpr int kSpaceStep = 64 * 1024;
+constexpr std::int64_t kPageBytes = 4096;
+constexpr std::int64_t kMostNewPages = 16; // that a change of one record or one list adds
+
+// How many records are deleted at a time if the file system is full. Fewer if even that needs too much space.
+constexpr int kMostInAStep = 256;
 
 constexpr char kDeleteRecords[] = "DELETE FROM records WHERE number BETWEEN ? AND ?";
 
@@ -116,6 +127,9 @@ void check_database(Connection& database) {
     }
 }
 
+// True if the file system may be full. SQLite reports a full one with different codes.
+bool may_be_full(const SqlError& error) { return error.code() == SQLITE_FULL || error.code() == SQLITE_IOERR; }
+
 // On file systems without shared memory SQLite does not use a write-ahead log.
 bool has_wal(Connection& database) {
     Statement mode = database.prepare("PRAGMA journal_mode");
@@ -133,6 +147,8 @@ Connection open_database(const std::string& path, LockFile& lock_file) {
     Connection database(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
     database.set_busy_timeout(kBusyMilliseconds);
     database.execute(kSettings);
+    int step = kSpaceStep;
+    sqlite3_file_control(database.handle(), "main", SQLITE_FCNTL_CHUNK_SIZE, &step);
     prepare_database(database, path);
     check_database(database);
     return database;
@@ -158,13 +174,13 @@ public:
     }
 
     // Commits, and updates the state to the list's new version.
-    void commit() {
+    void commit(Size size = Size::kSmall) {
         storage_.database_.prepare("UPDATE lists SET version = ?, next_position = ? WHERE number = ?")
             .bind(state_.version + 1)
             .bind(position_)
             .bind(list_.number())
             .run();
-        storage_.commit(transaction_);
+        storage_.commit(transaction_, size);
         ++state_.version;
         state_.next_position = position_;
     }
@@ -203,119 +219,208 @@ int Storage::on_commit(void* storage, sqlite3* database, const char* name, int f
     return SQLITE_OK;
 }
 
-void Storage::commit(Transaction& transaction) {
+// Runs `body`, which makes a change. If there is no space for it, tries once more with a log that starts over.
+template <class Body>
+MwStatus Storage::with_space(Body body) {
+    try {
+        return body();
+    } catch (const SqlError& error) {
+        if (!may_be_full(error)) {
+            throw;
+        }
+    }
+    reuse_log();
+    return body();
+}
+
+// Copies the log into the database, so that the next change overwrites the log from its start. Does nothing if another
+// process is using the log.
+void Storage::reuse_log() {
+    database_.set_busy_timeout(0);
+    sqlite3_wal_checkpoint_v2(database_.handle(), nullptr, SQLITE_CHECKPOINT_RESTART, nullptr, nullptr);
+    database_.set_busy_timeout(kBusyMilliseconds);
+}
+
+// Deletes the records of the list, a few at a time: each step overwrites the log of the one before, so it needs little
+// space or none.
+void Storage::delete_in_steps(const ListKey& list, ListState& state) {
+    for (int records = kMostInAStep; records > 0;) {
+        try {
+            Change change(*this, list, state);
+            database_
+                .prepare("DELETE FROM records WHERE number IN (SELECT number FROM records WHERE number BETWEEN ? AND ? "
+                         "ORDER BY number DESC LIMIT ?)")
+                .bind(first_record(list))
+                .bind(last_record(list))
+                .bind(records)
+                .run();
+            if (change.commit_change(kHostNoSuchRecord) != kMwOk) {
+                return;
+            }
+        } catch (const SqlError& error) {
+            if (!may_be_full(error) || records == 1) {
+                throw;
+            }
+            records /= 2;
+        }
+        reuse_log();
+    }
+}
+
+// Takes the space for the database's pages, including those of the open transaction.
+void Storage::take_space(Size size) {
+    const std::int64_t ahead = size == Size::kSmall ? kMostNewPages * kPageBytes : 0;
+    if (ahead != 0 && watch_.pages() * kPageBytes + ahead <= space_) {
+        return;
+    }
+    const std::int64_t bytes = database_.number("PRAGMA page_count") * kPageBytes;
+    if (database_.take_space(bytes + ahead)) {
+        space_ = bytes + ahead;
+    } else if (bytes > space_) {
+        database_.need_space(bytes);
+        space_ = bytes;
+    }
+}
+
+void Storage::commit(Transaction& transaction, Size size) {
+    take_space(size);
     transaction.commit();
     watch_.committed(frames_in_log_);
 }
 
 MwStatus Storage::create(const ListKey& list, const std::string& name, ListState& state) {
-    Transaction transaction(database_, Transaction::Kind::kWrite);
-    ListState made;
-    {
-        Statement row = database_.prepare(
-            "INSERT INTO lists (number, name, version, next_position) VALUES (?, ?, 0, 0) ON CONFLICT (number) DO "
-            "UPDATE "
-            "SET name = excluded.name, version = version + 1 WHERE name IS NULL RETURNING version, next_position");
-        if (!row.bind(list.number()).bind(name).step()) {
-            return kHostListExists;
+    return with_space([&]() -> MwStatus {
+        Transaction transaction(database_, Transaction::Kind::kWrite);
+        ListState made;
+        {
+            Statement row = database_.prepare(
+                "INSERT INTO lists (number, name, version, next_position) VALUES (?, ?, 0, 0) ON CONFLICT (number) DO "
+                "UPDATE "
+                "SET name = excluded.name, version = version + 1 WHERE name IS NULL RETURNING version, next_position");
+            if (!row.bind(list.number()).bind(name).step()) {
+                return kHostListExists;
+            }
+            made = state_of(row, watch_.epoch());
+            row.run();
         }
-        made = state_of(row, watch_.epoch());
-        row.run();
+        commit(transaction, Size::kSmall);
+        state = made;
+        return kMwOk;
+    });
+}
+
+// Makes a change that deletes all records of a list, and `also`.
+template <class Also>
+MwStatus Storage::delete_all(const ListKey& list, ListState& state, Also also) {
+    const auto in_one = [&]() -> MwStatus {
+        Change change(*this, list, state);
+        if (!change.list_is_there()) {
+            return kHostNoSuchList;
+        }
+        change.delete_records();
+        also();
+        change.commit();
+        return kMwOk;
+    };
+    try {
+        return with_space(in_one);
+    } catch (const SqlError& error) {
+        if (!may_be_full(error)) {
+            throw;
+        }
     }
-    commit(transaction);
-    state = made;
-    return kMwOk;
+    delete_in_steps(list, state);
+    return in_one();
 }
 
 MwStatus Storage::remove(const ListKey& list, ListState& state) {
-    Change change(*this, list, state);
-    if (!change.list_is_there()) {
-        return kHostNoSuchList;
-    }
-    change.delete_records();
-    database_.prepare("UPDATE lists SET name = NULL WHERE number = ?").bind(list.number()).run();
-    change.commit();
-    return kMwOk;
+    return delete_all(list, state, [&] {
+        database_.prepare("UPDATE lists SET name = NULL WHERE number = ?").bind(list.number()).run();
+    });
 }
 
 MwStatus Storage::clean(const ListKey& list, ListState& state) {
-    Change change(*this, list, state);
-    if (!change.list_is_there()) {
-        return kHostNoSuchList;
-    }
-    change.delete_records();
-    change.commit();
-    return kMwOk;
+    return delete_all(list, state, [] {});
 }
 
 MwStatus Storage::copy(const ListKey& from, const ListKey& to, ListState& state) {
-    Change change(*this, to, state);
-    ListState source;
-    if (!change.list_is_there() || refresh(from, source) != kMwOk) {
-        return kHostNoSuchList;
-    }
-    change.delete_records();
-    database_
-        .prepare("INSERT INTO records (number, position, bytes) "
-                 "SELECT number + ?, position, bytes FROM records WHERE number BETWEEN ? AND ? ORDER BY number")
-        .bind(first_record(to) - first_record(from))
-        .bind(first_record(from))
-        .bind(last_record(from))
-        .run();
-    change.set_next_position(source.next_position);
-    change.commit();
-    return kMwOk;
+    return with_space([&]() -> MwStatus {
+        Change change(*this, to, state);
+        ListState source;
+        if (!change.list_is_there() || refresh(from, source) != kMwOk) {
+            return kHostNoSuchList;
+        }
+        change.delete_records();
+        database_
+            .prepare("INSERT INTO records (number, position, bytes) "
+                     "SELECT number + ?, position, bytes FROM records WHERE number BETWEEN ? AND ? ORDER BY number")
+            .bind(first_record(to) - first_record(from))
+            .bind(first_record(from))
+            .bind(last_record(from))
+            .run();
+        change.set_next_position(source.next_position);
+        change.commit(Size::kAny);
+        return kMwOk;
+    });
 }
 
 MwStatus Storage::replace(const ListKey& list, const Kind& kind, const StoredRecords& records, ListState& state) {
-    Change change(*this, list, state);
-    if (!change.list_is_there()) {
-        return kHostNoSuchList;
-    }
-    change.delete_records();
-    for (std::size_t i = 0; i < records.ids.size(); ++i) {
-        database_.prepare("INSERT INTO records (number, position, bytes) VALUES (?, ?, ?)")
-            .bind(list.record(records.ids[i]))
-            .bind(change.take_position())
-            .bind(records.bytes.data() + i * kind.record_bytes, kind.record_bytes)
-            .run();
-    }
-    change.commit();
-    return kMwOk;
+    return with_space([&]() -> MwStatus {
+        Change change(*this, list, state);
+        if (!change.list_is_there()) {
+            return kHostNoSuchList;
+        }
+        change.delete_records();
+        for (std::size_t i = 0; i < records.ids.size(); ++i) {
+            database_.prepare("INSERT INTO records (number, position, bytes) VALUES (?, ?, ?)")
+                .bind(list.record(records.ids[i]))
+                .bind(change.take_position())
+                .bind(records.bytes.data() + i * kind.record_bytes, kind.record_bytes)
+                .run();
+        }
+        change.commit(Size::kAny);
+        return kMwOk;
+    });
 }
 
 MwStatus Storage::add(const ListKey& list, const Kind& kind, const void* record, ListState& state) {
-    Change change(*this, list, state);
-    if (!change.list_is_there()) {
-        return kHostNoSuchList;
-    }
-    database_.prepare("INSERT OR IGNORE INTO records (number, position, bytes) VALUES (?, ?, ?)")
-        .bind(list.record(record_id_of(kind, record)))
-        .bind(change.take_position())
-        .bind(record, kind.record_bytes)
-        .run();
-    return change.commit_change(kMwRecordExists);
+    return with_space([&]() -> MwStatus {
+        Change change(*this, list, state);
+        if (!change.list_is_there()) {
+            return kHostNoSuchList;
+        }
+        database_.prepare("INSERT OR IGNORE INTO records (number, position, bytes) VALUES (?, ?, ?)")
+            .bind(list.record(record_id_of(kind, record)))
+            .bind(change.take_position())
+            .bind(record, kind.record_bytes)
+            .run();
+        return change.commit_change(kMwRecordExists);
+    });
 }
 
 MwStatus Storage::update(const ListKey& list, const Kind& kind, const void* record, ListState& state) {
-    Change change(*this, list, state);
-    if (!change.list_is_there()) {
-        return kHostNoSuchList;
-    }
-    database_.prepare("UPDATE records SET bytes = ? WHERE number = ?")
-        .bind(record, kind.record_bytes)
-        .bind(list.record(record_id_of(kind, record)))
-        .run();
-    return change.commit_change(kHostNoSuchRecord);
+    return with_space([&]() -> MwStatus {
+        Change change(*this, list, state);
+        if (!change.list_is_there()) {
+            return kHostNoSuchList;
+        }
+        database_.prepare("UPDATE records SET bytes = ? WHERE number = ?")
+            .bind(record, kind.record_bytes)
+            .bind(list.record(record_id_of(kind, record)))
+            .run();
+        return change.commit_change(kHostNoSuchRecord);
+    });
 }
 
 MwStatus Storage::remove_record(const ListKey& list, std::uint16_t record_id, ListState& state) {
-    Change change(*this, list, state);
-    if (!change.list_is_there()) {
-        return kHostNoSuchList;
-    }
-    database_.prepare("DELETE FROM records WHERE number = ?").bind(list.record(record_id)).run();
-    return change.commit_change(kHostNoSuchRecord);
+    return with_space([&]() -> MwStatus {
+        Change change(*this, list, state);
+        if (!change.list_is_there()) {
+            return kHostNoSuchList;
+        }
+        database_.prepare("DELETE FROM records WHERE number = ?").bind(list.record(record_id)).run();
+        return change.commit_change(kHostNoSuchRecord);
+    });
 }
 
 MwStatus Storage::refresh(const ListKey& list, ListState& state) {

@@ -21,8 +21,9 @@ struct ListState {
     std::int64_t next_position = 0;
 };
 
-// Every change is one transaction: once the function has returned, killing the process loses nothing. Several processes
-// may use one directory. Not thread-safe.
+// Every change is one transaction: once the function has returned, killing the process loses nothing. Only a file
+// system without space makes remove() and clean() take several. Several processes may use one directory. Not
+// thread-safe.
 //
 // Functions with a list return kHostNoSuchList if it does not exist. Functions with a state update it: after a change
 // it has the list's new version. They throw Failure if the directory cannot be used and SqlError if the database fails.
@@ -66,7 +67,15 @@ private:
     class Change;
 
     static int on_commit(void* storage, sqlite3* database, const char* name, int frames);
-    void commit(Transaction& transaction);
+    template <class Body>
+    tavro::MwStatus with_space(Body body);
+    void reuse_log();
+    template <class Also>
+    tavro::MwStatus delete_all(const ListKey& list, ListState& state, Also also);
+    void delete_in_steps(const ListKey& list, ListState& state);
+    enum class Size { kSmall, kAny }; // kSmall: one record or one list, or less
+    void take_space(Size size);
+    void commit(Transaction& transaction, Size size);
     template <class Visit>
     void scan(const ListKey& list, const Kind& kind, Visit visit);
 
@@ -75,6 +84,7 @@ private:
     Connection database_;
     CommitWatch watch_;
     std::uint32_t frames_in_log_ = 0; // after the last commit
+    std::int64_t space_ = 0;          // the database file has at least this many bytes
 };
 
 } // namespace tavro::host

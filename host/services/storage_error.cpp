@@ -81,7 +81,9 @@ bool concerns_files(int code) {
 }
 
 Obstacle obstacle_of(const SqlError& error) {
-    return concerns_files(error.code()) ? find_obstacle(error) : Obstacle{error.path(), 0};
+    const Obstacle found = concerns_files(error.code()) ? find_obstacle(error) : Obstacle{error.path(), 0};
+    // Some space may be free again, or too little for the change.
+    return found.error == 0 && error.code() == SQLITE_FULL ? Obstacle{error.path(), ENOSPC} : found;
 }
 
 const char* remedy(int sqlite_code) {

@@ -3,6 +3,7 @@
 
 #include "kinds.h"
 
+#include <fstream>
 #include <map>
 #include <sstream>
 #include <string>
@@ -12,6 +13,8 @@
 //     create LIST            clean LIST             delete LIST
 //     add LIST ID FILL       update LIST ID FILL    remove LIST ID
 //     copy FROM TO           store LIST PATH        load LIST PATH
+//     fill LIST              adds records until that fails ten times in a row
+//     ballast 0 PATH         writes a file until the file system is full
 template <class Kind>
 class Changes {
 public:
@@ -24,7 +27,13 @@ public:
         if (change == "create") {
             return Kind::create("list", list, tavro::kMwCreateMode, tavro::kMwCreateGrowth, 0, 0, &handles_[list]);
         }
+        if (change == "ballast") {
+            return write_ballast(words);
+        }
         const tavro::MwdbHandle handle = handle_of(list);
+        if (change == "fill") {
+            return fill(handle);
+        }
         if (change == "clean") {
             return Kind::clean(handle);
         }
@@ -52,6 +61,26 @@ public:
     }
 
 private:
+    static tavro::MwStatus fill(tavro::MwdbHandle handle) {
+        tavro::MwStatus status = tavro::kMwOk;
+        int failures = 0;
+        for (std::uint16_t id = 1; id < tavro::kMwNoRecordId && failures < 10; ++id) {
+            auto record = record_of<Kind>(id, 0x11);
+            status = Kind::add(handle, &record);
+            failures = status == tavro::kMwOk ? 0 : failures + 1;
+        }
+        return status;
+    }
+
+    static tavro::MwStatus write_ballast(std::istringstream& words) {
+        std::string path;
+        words >> path;
+        std::ofstream file(path, std::ios::binary);
+        while (file.put('x').flush()) {
+        }
+        return tavro::kMwOk;
+    }
+
     tavro::MwdbHandle handle_of(std::uint16_t list) {
         tavro::MwdbHandle& handle = handles_[list];
         if (handle == 0) {

@@ -6,6 +6,8 @@
 
 #include <filesystem>
 
+using namespace tavro;
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -64,8 +66,8 @@ TEST_F(FullDisk, IsReportedWhenNoMoreFilesCanBeMade) {
 TEST_F(FullDisk, IsUsedAgainOnceSpaceIsFree) {
     TAVRO_NEEDS_SANDBOX();
     const std::string ballast = home() + "/ballast";
-    ChildProcess writer({"fill", "100", ballast},
-                        sandboxed(mount("size=200k") + " && head -c 60000 /dev/zero > '" + ballast + "'"));
+    ChildProcess writer({"fill", "1000", ballast},
+                        sandboxed(mount("size=300k") + " && head -c 150000 /dev/zero > '" + ballast + "'"));
     const Lines lines = writer.read_lines();
     EXPECT_EQ(lines, (Lines{"0", std::to_string(kHostStorageFull), "then 0"}));
     expect_full({"0", std::to_string(kHostStorageFull)});
@@ -87,4 +89,51 @@ TEST_F(FullDisk, IsReportedForAListFile) {
         fs::remove(path("log"));
         fs::remove_all(home());
     }
+}
+
+// With the larger sizes the log was checkpointed before, with the smaller ones not.
+TEST_F(FullDisk, LetsGoOfRecordsAndLists) {
+    TAVRO_NEEDS_SANDBOX();
+    const std::string full = std::to_string(kHostStorageFull);
+    for (const char* size : {"size=400k", "size=3m", "size=12m"}) {
+        SCOPED_TRACE(size);
+        ChildProcess process({"changes", "svl"}, sandboxed(mount(size)));
+        ASSERT_EQ(process.ask("create 1"), "0");
+        ASSERT_EQ(process.ask("create 2"), "0");
+        ASSERT_EQ(process.ask("add 2 9 17"), "0");
+        ASSERT_EQ(process.ask("fill 1"), full);
+        ASSERT_EQ(process.ask("ballast 0 " + home() + "/ballast"), "0");
+        EXPECT_EQ(process.ask("remove 1 1"), "0");
+        EXPECT_EQ(process.ask("add 1 1 17"), "0");
+        EXPECT_EQ(process.ask("clean 1"), "0");
+        EXPECT_EQ(process.ask("add 1 1 17"), "0");
+        EXPECT_EQ(process.ask("delete 1"), "0");
+        EXPECT_EQ(process.ask("create 1"), "0");
+        EXPECT_EQ(process.ask("fill 1"), full);
+        EXPECT_EQ(process.ask("delete 1"), "0");
+        EXPECT_EQ(process.ask("update 2 9 34"), "0");
+        process.close_input();
+        EXPECT_EQ(process.wait(), 0);
+    }
+}
+
+// A copy that does not fit leaves the target as it was, and the space to other files.
+TEST_F(FullDisk, KeepsNoneOfACopyThatDoesNotFit) {
+    TAVRO_NEEDS_SANDBOX();
+    ChildProcess process({"changes", "svl"}, sandboxed(mount("size=14m")));
+    ASSERT_EQ(process.ask("create 1"), "0");
+    ASSERT_EQ(process.ask("create 2"), "0");
+    ASSERT_EQ(process.ask("add 2 9 17"), "0");
+    for (int id = 1; id <= 8000; ++id) {
+        ASSERT_EQ(process.ask("add 1 " + std::to_string(id) + " 17"), "0");
+    }
+    EXPECT_EQ(process.ask("copy 1 2"), std::to_string(kHostStorageFull));
+    EXPECT_EQ(process.ask("add 2 9 17"), std::to_string(kMwRecordExists));
+    EXPECT_EQ(process.ask("remove 2 9"), "0");
+    // The file system of the other process.
+    const std::string log = "/proc/" + std::to_string(process.id()) + "/root" + home() + "/lists.db-wal";
+    EXPECT_LE(fs::file_size(log), 4'194'304u);
+    EXPECT_EQ(process.ask("remove 2 1"), std::to_string(kHostNoSuchRecord));
+    process.close_input();
+    EXPECT_EQ(process.wait(), 0);
 }
