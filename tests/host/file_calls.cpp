@@ -2,6 +2,9 @@
 
 #include <atomic>
 #include <cerrno>
+#include <cstdarg>
+#include <dlfcn.h>
+#include <fcntl.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -11,27 +14,46 @@ struct Calls {
     std::atomic<int> made{0};
     std::atomic<int> until_failure{0}; // 0: none
     std::atomic<int> error{0};
+    std::atomic<bool> later_too{false};
+    std::atomic<bool> failed{false};
 
     // Counts a call. Returns false, with errno set, if it is to fail.
     bool pass() {
         ++made;
-        if (until_failure == 0 || --until_failure != 0) {
+        if (until_failure == 0) {
             return true;
         }
+        if (until_failure > 1) {
+            --until_failure;
+            return true;
+        }
+        until_failure = later_too ? 1 : 0;
+        failed = true;
         errno = error;
         return false;
     }
-    void fail(int call, int with) {
+    void fail(int call, int with, bool all_later = false) {
         error = with;
+        later_too = all_later;
+        failed = false;
         until_failure = call;
     }
 };
 
 Calls syncs_made;
 Calls reads_made;
+Calls changes_made;
+
+// The function that a replacement below stands for.
+template <class Function>
+Function next(const char* name) {
+    return reinterpret_cast<Function>(::dlsym(RTLD_NEXT, name));
+}
+
+bool pass_sync() { return syncs_made.pass() && changes_made.pass(); }
 
 void reset() {
-    for (Calls* const calls : {&syncs_made, &reads_made}) {
+    for (Calls* const calls : {&syncs_made, &reads_made, &changes_made}) {
         calls->made = 0;
         calls->until_failure = 0;
     }
@@ -44,13 +66,45 @@ FileCalls::~FileCalls() { reset(); }
 
 void FileCalls::fail_sync(int call, int error) { syncs_made.fail(call, error); }
 void FileCalls::fail_read(int call, int error) { reads_made.fail(call, error); }
+void FileCalls::fail_change(int call, int error, bool later_too) { changes_made.fail(call, error, later_too); }
+bool FileCalls::end_failures() {
+    changes_made.until_failure = 0;
+    return changes_made.failed;
+}
 int FileCalls::syncs() { return syncs_made.made; }
 
 extern "C" {
 
-int fsync(int file) { return syncs_made.pass() ? static_cast<int>(::syscall(SYS_fsync, file)) : -1; }
-int fdatasync(int file) { return syncs_made.pass() ? static_cast<int>(::syscall(SYS_fdatasync, file)) : -1; }
+int fsync(int file) { return pass_sync() ? static_cast<int>(::syscall(SYS_fsync, file)) : -1; }
+int fdatasync(int file) { return pass_sync() ? static_cast<int>(::syscall(SYS_fdatasync, file)) : -1; }
 ssize_t read(int file, void* bytes, std::size_t count) {
     return reads_made.pass() ? ::syscall(SYS_read, file, bytes, count) : -1;
 }
+
+#define TAVRO_REPLACE(NAME, PARAMETERS, ...)                                                                           \
+    NAME PARAMETERS {                                                                                                  \
+        static const auto usual = next<decltype(&(NAME))>(#NAME);                                                      \
+        return changes_made.pass() ? usual(__VA_ARGS__) : -1;                                                          \
+    }
+ssize_t TAVRO_REPLACE(write, (int file, const void* bytes, std::size_t count), file, bytes, count);
+ssize_t TAVRO_REPLACE(pwrite, (int file, const void* bytes, std::size_t count, off_t start), file, bytes, count, start);
+ssize_t TAVRO_REPLACE(pwrite64, (int file, const void* bytes, std::size_t count, off64_t start), file, bytes, count,
+                      start);
+int TAVRO_REPLACE(ftruncate, (int file, off_t bytes) noexcept, file, bytes);
+int TAVRO_REPLACE(ftruncate64, (int file, off64_t bytes) noexcept, file, bytes);
+int TAVRO_REPLACE(unlink, (const char* path) noexcept, path);
+int TAVRO_REPLACE(rename, (const char* from, const char* to) noexcept, from, to);
+
+// The mode is an int in the caller's arguments.
+#define TAVRO_REPLACE_OPEN(NAME)                                                                                       \
+    int NAME(const char* path, int flags, ...) {                                                                       \
+        static const auto usual = next<decltype(&(NAME))>(#NAME);                                                      \
+        va_list more;                                                                                                  \
+        va_start(more, flags);                                                                                         \
+        const int mode = (flags & O_CREAT) != 0 ? va_arg(more, int) : 0;                                               \
+        va_end(more);                                                                                                  \
+        return changes_made.pass() ? usual(path, flags, mode) : -1;                                                    \
+    }
+TAVRO_REPLACE_OPEN(open)
+TAVRO_REPLACE_OPEN(open64)
 }

@@ -16,5 +16,11 @@ public:
     static void fail_sync(int call, int error);
     static void fail_read(int call, int error);
 
+    // The same for calls that change files: open, write, sync, truncate, rename, remove. With `later_too`, all later
+    // ones fail, too.
+    static void fail_change(int call, int error, bool later_too);
+    // Lets every call pass again. Returns whether one failed.
+    static bool end_failures();
+
     static int syncs();
 };
