@@ -13,6 +13,7 @@
 //     create LIST            clean LIST             delete LIST
 //     add LIST ID FILL       update LIST ID FILL    remove LIST ID
 //     copy FROM TO           store LIST PATH        load LIST PATH
+//     lock LIST              unlock LIST
 //     fill LIST              adds records until that fails ten times in a row
 //     ballast 0 PATH         writes a file until the file system is full
 template <class Kind>
@@ -31,6 +32,9 @@ public:
             return write_ballast(words);
         }
         const tavro::MwdbHandle handle = handle_of(list);
+        if (change == "lock" || change == "unlock") {
+            return change == "lock" ? Kind::lock(handle) : Kind::unlock(handle);
+        }
         if (change == "fill") {
             return fill(handle);
         }

@@ -105,6 +105,7 @@ protected:
                 fail(number, later_too);
                 const MwStatus status = call();
                 failed = end_failures();
+                failures_ += failed ? 1 : 0;
                 // Some steps can be done without, or are tried again.
                 ASSERT_TRUE(status == kMwOk || (failed && is_expected(status))) << status;
                 ASSERT_EQ(all_contents(), status == kMwOk ? read_after : read_before);
@@ -138,9 +139,15 @@ protected:
         }
     }
 
+    void TearDown() override {
+        EXPECT_GT(failures_, 5);
+        RecordProperty("failures", failures_);
+    }
+
     MwdbHandle other_ = 0; // of list 2
 
 private:
     std::string database_;
     std::string list_file_;
+    int failures_ = 0;
 };
