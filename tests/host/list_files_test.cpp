@@ -1,13 +1,12 @@
 // Storing lists to files and loading them.
 #include "kinds.h"
+#include "list_file_forms.h"
 #include "services/list_file.h"
 #include "services/status.h"
 #include "workspace.h"
 
 #include <algorithm>
 #include <filesystem>
-#include <sqlite3.h>
-#include <unistd.h>
 
 using namespace tavro;
 
@@ -22,26 +21,6 @@ std::vector<std::string> files_in(const std::string& directory) {
     }
     std::sort(names.begin(), names.end());
     return names;
-}
-
-// Returns the result of a query, with blanks between columns and bars between rows, or SQLite's error message.
-std::string query(const std::string& path, const std::string& sql) {
-    sqlite3* database = nullptr;
-    sqlite3_open(path.c_str(), &database);
-    std::string result;
-    const auto row = [](void* out, int columns, char** values, char**) {
-        std::string& text = *static_cast<std::string*>(out);
-        text += text.empty() ? "" : "|";
-        for (int i = 0; i < columns; ++i) {
-            text += (i == 0 ? "" : " ") + std::string(values[i] == nullptr ? "NULL" : values[i]);
-        }
-        return 0;
-    };
-    if (sqlite3_exec(database, sql.c_str(), row, &result, nullptr) != SQLITE_OK) {
-        result = sqlite3_errmsg(database);
-    }
-    sqlite3_close(database);
-    return result;
 }
 
 } // namespace
