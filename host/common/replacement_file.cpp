@@ -10,6 +10,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <memory>
+#include <new>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -37,6 +38,15 @@ int sync_directory(const std::string& directory) {
         return errno;
     }
     return ::fsync(file.descriptor()) == 0 || errno == EINVAL ? 0 : errno; // EINVAL: such directories need no sync
+}
+
+void report_unsynced(const std::string& path, int error) noexcept {
+    try {
+        report_once("replaced " + path + ", but cannot sync its directory: " + explain(error, "choose another path") +
+                    ". A power failure may bring the old file back.");
+    } catch (const std::bad_alloc&) {
+        // The line is lost. The file has been replaced all the same.
+    }
 }
 
 // True for "PID.N".
@@ -128,8 +138,7 @@ int ReplacementFile::commit() {
     temporary_.clear();
     const int error = sync_directory(directory);
     if (error != 0) {
-        report_once("replaced " + path_ + ", but cannot sync its directory: " + explain(error, "choose another path") +
-                    ". A power failure may bring the old file back.");
+        report_unsynced(path_, error);
     }
     return 0;
 }

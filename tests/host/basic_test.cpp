@@ -69,6 +69,9 @@ TEST_F(FileHelpers, FindingDescribesTheFile) {
     EXPECT_EQ(modified, static_cast<std::uint32_t>(expected.st_mtime));
     EXPECT_EQ(mode, expected.st_mode);
     EXPECT_EQ(find(path("nothing")), kMwNoFile);
+    EXPECT_EQ(find(path("list/below")), kHostCannotReadFile);
+    EXPECT_EQ(log(), std::vector<std::string>{"E/TavroHost" + process_mark() + ": cannot find " + path("list/below") +
+                                              ": Not a directory; check the path, or choose another path"});
     EXPECT_EQ(find(directory()), kMwNoFile);
 }
 
