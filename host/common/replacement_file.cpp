@@ -64,7 +64,8 @@ void remove_if_abandoned(const std::string& path) {
         return;
     }
     const File file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW));
-    if (file.is_open() && ::flock(file.descriptor(), LOCK_EX | LOCK_NB) == 0) {
+    if (file.is_open() && ::flock(file.descriptor(), LOCK_EX | LOCK_NB) == 0 &&
+        ::fstat(file.descriptor(), &found) == 0 && found.st_nlink == 1) {
         ::unlink(path.c_str());
     }
 }

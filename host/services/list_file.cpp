@@ -98,7 +98,7 @@ Connection open_content(const void* content, std::size_t bytes) {
 }
 
 bool has_table(Connection& file, const std::string& name, const std::string& statement) {
-    Statement tables = file.prepare("SELECT count(*) FROM sqlite_schema WHERE type = 'table' AND name = ? AND sql = ?");
+    Statement tables = file.prepare("SELECT count(*) FROM sqlite_schema WHERE name = ? AND sql = ?");
     return tables.bind(name).bind(statement).step() && tables.number(0) == 1;
 }
 

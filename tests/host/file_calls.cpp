@@ -5,7 +5,11 @@
 #include <cstdarg>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <filesystem>
+#include <string>
+#include <sys/file.h>
 #include <sys/syscall.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace {
@@ -42,7 +46,10 @@ struct Calls {
 
 Calls syncs_made;
 Calls reads_made;
+Calls locks_made;
 Calls changes_made;
+std::atomic<bool> recording{false}; // whether first_path may be set; only one thread works meanwhile
+std::string first_path;
 
 // The function that a replacement below stands for.
 template <class Function>
@@ -50,19 +57,32 @@ Function next(const char* name) {
     return reinterpret_cast<Function>(::dlsym(RTLD_NEXT, name));
 }
 
-bool pass_sync() { return syncs_made.pass() && changes_made.pass(); }
-
 void reset() {
-    for (Calls* const calls : {&syncs_made, &reads_made, &changes_made}) {
+    for (Calls* const calls : {&syncs_made, &reads_made, &locks_made, &changes_made}) {
         calls->made = 0;
         calls->until_failure = 0;
     }
+    first_path.clear();
+}
+
+bool pass_sync(int file) {
+    if (recording && first_path.empty()) {
+        std::error_code ignored;
+        first_path = std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(file), ignored).string();
+    }
+    return syncs_made.pass() && changes_made.pass();
 }
 
 } // namespace
 
-FileCalls::FileCalls() { reset(); }
-FileCalls::~FileCalls() { reset(); }
+FileCalls::FileCalls() {
+    reset();
+    recording = true;
+}
+FileCalls::~FileCalls() {
+    recording = false;
+    reset();
+}
 
 void FileCalls::fail_sync(int call, int error) { syncs_made.fail(call, error); }
 void FileCalls::fail_read(int call, int error) { reads_made.fail(call, error); }
@@ -71,12 +91,17 @@ bool FileCalls::end_failures() {
     changes_made.until_failure = 0;
     return changes_made.failed;
 }
+void FileCalls::fail_lock(int call, int error) { locks_made.fail(call, error); }
+std::string FileCalls::first_synced() { return first_path; }
 int FileCalls::syncs() { return syncs_made.made; }
 
 extern "C" {
 
-int fsync(int file) { return pass_sync() ? static_cast<int>(::syscall(SYS_fsync, file)) : -1; }
-int fdatasync(int file) { return pass_sync() ? static_cast<int>(::syscall(SYS_fdatasync, file)) : -1; }
+int fsync(int file) { return pass_sync(file) ? static_cast<int>(::syscall(SYS_fsync, file)) : -1; }
+int fdatasync(int file) { return pass_sync(file) ? static_cast<int>(::syscall(SYS_fdatasync, file)) : -1; }
+int flock(int file, int operation) noexcept {
+    return locks_made.pass() ? static_cast<int>(::syscall(SYS_flock, file, operation)) : -1;
+}
 ssize_t read(int file, void* bytes, std::size_t count) {
     return reads_made.pass() ? ::syscall(SYS_read, file, bytes, count) : -1;
 }

@@ -1,7 +1,7 @@
 // Counts and fails the system calls that the stand-ins make for files.
 #pragma once
 
-#include <cstddef>
+#include <string>
 
 // While an object exists, counts the calls of this process, and lets one of them fail. The stand-ins' and SQLite's
 // calls go through replacements in the test program.
@@ -12,9 +12,10 @@ public:
     FileCalls(const FileCalls&) = delete;
     FileCalls& operator=(const FileCalls&) = delete;
 
-    // The next `call`th sync or read from now on, counted from 1, fails with this errno value.
+    // The next `call`th sync, read or flock from now on, counted from 1, fails with this errno value.
     static void fail_sync(int call, int error);
     static void fail_read(int call, int error);
+    static void fail_lock(int call, int error);
 
     // The same for calls that change files: open, write, sync, truncate, rename, remove. With `later_too`, all later
     // ones fail, too.
@@ -23,4 +24,6 @@ public:
     static bool end_failures();
 
     static int syncs();
+    // The path of the file that was synced first.
+    static std::string first_synced();
 };

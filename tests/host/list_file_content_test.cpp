@@ -132,27 +132,20 @@ TEST_F(ListFileContent, OfTheOldFormIsReadWhole) {
 // In the old form, because its rows have no checksum.
 TEST_F(ListFileContent, WithRowsOfNoListIsRefused) {
     const std::string last_id = "UPDATE records SET bytes = " + hex_of(sizeof(_NWL_REC_T), "FF") + ", record_id = ";
-    expect_refused_after(stored_in_old_form(kThree),
-                         {"UPDATE records SET position = 2 WHERE record_id = 1",
-                          "UPDATE records SET position = 4 WHERE record_id = 3",
-                          "UPDATE records SET position = 0 WHERE record_id = 1",
-                          "UPDATE records SET position = -1 WHERE record_id = 1",
-                          "UPDATE records SET position = 1 << 40 WHERE record_id = 3",
-                          "UPDATE records SET position = 'x' WHERE record_id = 1",
-                          "UPDATE records SET position = 1.5 WHERE record_id = 1",
-                          "UPDATE records SET bytes = CAST(bytes AS TEXT) WHERE record_id = 1",
-                          "UPDATE records SET bytes = 0 WHERE record_id = 1",
-                          "UPDATE records SET bytes = substr(bytes, 2) WHERE record_id = 1",
-                          "UPDATE records SET bytes = CAST(bytes || x'00' AS BLOB) WHERE record_id = 1",
-                          "UPDATE records SET bytes = zeroblob(1000000) WHERE record_id = 1",
-                          "UPDATE records SET record_id = 9 WHERE record_id = 3",
-                          last_id + "65535 WHERE record_id = 3",
-                          last_id + "-1 WHERE record_id = 3",
-                          "DELETE FROM records WHERE record_id = 1",
-                          "DELETE FROM list",
-                          "INSERT INTO list SELECT * FROM list",
-                          "UPDATE list SET kind = 4",
-                          "UPDATE list SET kind = 'nwl'"});
+    expect_refused_after(
+        stored_in_old_form(kThree),
+        {"UPDATE records SET position = 2 WHERE record_id = 1", "UPDATE records SET position = 4 WHERE record_id = 3",
+         "UPDATE records SET position = 0 WHERE record_id = 1", "UPDATE records SET position = -1 WHERE record_id = 1",
+         "UPDATE records SET position = 1 << 40 WHERE record_id = 3",
+         "UPDATE records SET position = 'x' WHERE record_id = 1",
+         "UPDATE records SET position = 1.5 WHERE record_id = 1",
+         "UPDATE records SET bytes = CAST(bytes AS TEXT) WHERE record_id = 1",
+         "UPDATE records SET bytes = 0 WHERE record_id = 1",
+         "UPDATE records SET bytes = substr(bytes, 2) WHERE record_id = 1",
+         "UPDATE records SET bytes = CAST(bytes || x'00' AS BLOB) WHERE record_id = 1",
+         "UPDATE records SET record_id = 9 WHERE record_id = 3", last_id + "65535 WHERE record_id = 3",
+         last_id + "-1 WHERE record_id = 3", "DELETE FROM records WHERE record_id = 1", "DELETE FROM list",
+         "INSERT INTO list SELECT * FROM list", "UPDATE list SET kind = 4", "UPDATE list SET kind = 'nwl'"});
 }
 
 TEST_F(ListFileContent, WithOtherRecordsThanCountedIsRefused) {
@@ -190,16 +183,19 @@ TEST_F(ListFileContent, WithOtherTablesThanTheTwoIsRefused) {
     }
 }
 
-TEST_F(ListFileContent, OfManyTablesIsRefusedWithLittleMemory) {
-    std::string statements = "BEGIN;";
-    for (int i = 0; i < 1000; ++i) {
-        statements += "CREATE TABLE t" + std::to_string(i) + " (a, b, c, d);";
+TEST_F(ListFileContent, WithTooMuchInItIsRefusedWithLittleMemory) {
+    std::string tables = "BEGIN;";
+    for (int i = 0; i < 500; ++i) {
+        tables += "CREATE TABLE t" + std::to_string(i) + " (a, b, c, d);";
     }
-    const std::string content = changed(stored(kThree), statements + "COMMIT");
-    sqlite3_memory_highwater(1);
-    const sqlite3_int64 before = sqlite3_memory_used();
-    EXPECT_EQ(parse(content), kMwNotAListFile);
-    EXPECT_LT(sqlite3_memory_highwater(0) - before, 300'000);
+    const std::string large_row = "UPDATE records SET bytes = zeroblob(2000000) WHERE record_id = 1";
+    for (const std::string& statements : {tables + "COMMIT", large_row}) {
+        const std::string content = changed(stored(kThree), statements);
+        sqlite3_memory_highwater(1);
+        const sqlite3_int64 before = sqlite3_memory_used();
+        EXPECT_EQ(parse(content), kMwNotAListFile);
+        EXPECT_LT(sqlite3_memory_highwater(0) - before, 200'000);
+    }
 }
 
 namespace {

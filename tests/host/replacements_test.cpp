@@ -14,6 +14,7 @@
 #include <filesystem>
 #include <sys/file.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace tavro;
@@ -96,10 +97,42 @@ TEST_F(Replacements, KeepTemporaryFilesThatAreInUse) {
     EXPECT_FALSE(fs::exists(other));
 }
 
+TEST_F(Replacements, TakeAnotherNameIfOneIsTaken) {
+    const FileCalls calls;
+    ASSERT_EQ(store(), kMwOk);
+    const std::string used = calls.first_synced();
+    const std::string prefix = file + ".tmp." + std::to_string(::getpid()) + ".";
+    ASSERT_EQ(used.compare(0, prefix.size(), prefix), 0) << used;
+    const std::string next = prefix + std::to_string(std::stoi(used.substr(prefix.size())) + 1);
+    const int taken = ::open(next.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0644);
+    ASSERT_EQ(::flock(taken, LOCK_EX | LOCK_NB), 0);
+    EXPECT_EQ(store(), kMwOk);
+    ::close(taken);
+    EXPECT_EQ(files(), (Lines{"list", fs::path(next).filename().string()}));
+}
+
+// Another process may lock the new file, to remove it, before this one does.
+TEST_F(Replacements, TakeAnotherFileIfOneIsLockedFirst) {
+    const FileCalls calls;
+    calls.fail_lock(1, EWOULDBLOCK);
+    EXPECT_EQ(store(), kMwOk);
+    EXPECT_EQ(files().size(), 2u); // the file that was lost, which nobody removes here
+    EXPECT_EQ(store(), kMwOk);
+    EXPECT_EQ(files(), Lines{"list"});
+}
+
+TEST_F(Replacements, WorkWithoutLocks) {
+    const FileCalls calls;
+    calls.fail_lock(1, ENOLCK);
+    EXPECT_EQ(store(), kMwOk);
+    EXPECT_EQ(files(), Lines{"list"});
+}
+
 TEST_F(Replacements, KeepFilesThatOnlyLookTemporary) {
     write_file(path("list-behind-a-link"), "a user's");
     fs::create_hard_link(path("list-behind-a-link"), file + ".tmp.999999999.0");
     fs::create_symlink(path("list-behind-a-link"), file + ".tmp.999999999.1");
+    ASSERT_EQ(::mkfifo((file + ".tmp.999999999.2").c_str(), 0644), 0);
     const Lines users{"list.tmp.",     "list.tmp..1",   "list.tmp.1", "list.tmp.1.",
                       "list.tmp.1.2x", "list.tmp.1x.2", "list.tmp.x"};
     for (const std::string& name : users) {
@@ -107,7 +140,7 @@ TEST_F(Replacements, KeepFilesThatOnlyLookTemporary) {
     }
     EXPECT_EQ(store(), kMwOk);
     Lines expected = users;
-    expected.insert(expected.end(), {"list", "list.tmp.999999999.0", "list.tmp.999999999.1"});
+    expected.insert(expected.end(), {"list", "list.tmp.999999999.0", "list.tmp.999999999.1", "list.tmp.999999999.2"});
     std::sort(expected.begin(), expected.end());
     EXPECT_EQ(files(), expected);
 }
