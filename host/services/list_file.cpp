@@ -23,7 +23,6 @@ constexpr char kRecordsTable[] =
     "CREATE TABLE records (record_id INTEGER PRIMARY KEY, position INTEGER NOT NULL, bytes BLOB NOT NULL)";
 
 constexpr std::int64_t kMostRecords = kMwNoRecordId; // their ids are 0 to 65534
-constexpr std::size_t kMostNameBytes = 1000;         // stored for people only; the library's names are shorter
 
 // Limits for content that nobody has checked yet.
 constexpr int kMostRowBytes = 4096; // of a record, the list's row or a CREATE statement
@@ -49,13 +48,12 @@ Connection build(const Kind& kind, std::uint16_t list_id, const std::string& nam
     file.execute("PRAGMA journal_mode = OFF; PRAGMA application_id = " + std::to_string(kListFileApplication) +
                  "; PRAGMA user_version = " + std::to_string(kListFileVersion) + "; BEGIN; " + kListTable + "; " +
                  kRecordsTable);
-    const std::string kind_name = kind.name; // bound texts must outlive the statement
-    const std::string shown_name = name.substr(0, kMostNameBytes);
+    const std::string kind_name = kind.name; // outlives the statement
     file.prepare("INSERT INTO list VALUES (?, ?, ?, ?, ?, ?)")
         .bind(kind.number)
         .bind(kind_name)
         .bind(list_id)
-        .bind(shown_name)
+        .bind(name)
         .bind(static_cast<std::int64_t>(records.ids.size()))
         .bind(checksum(records.bytes))
         .run();

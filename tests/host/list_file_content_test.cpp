@@ -230,6 +230,26 @@ MwStatus on_small_stack(const std::string& content) {
 
 } // namespace
 
+TEST_F(ListFileContent, WithAnIdTwiceIsRefusedWithoutBlamingTheStorage) {
+    StoredRecords records{{1, 2, 3}, {}};
+    for (const std::uint16_t id : {1, 1, 3}) {
+        const auto record = record_of<Networks>(id, 0x11);
+        const auto* const first = reinterpret_cast<const std::byte*>(&record);
+        records.bytes.insert(records.bytes.end(), first, first + sizeof record);
+    }
+    write_list_file(path("list"), kNwl, 1, "list", records);
+    std::string content = read_file(path("list"));
+    const std::size_t page = 2 * 4096; // of the records, whose second cell is at this place:
+    const std::size_t cell =
+        static_cast<unsigned char>(content[page + 10]) << 8 | static_cast<unsigned char>(content[page + 11]);
+    ASSERT_EQ(content[page + cell + 2], 2); // its id, after two bytes of size
+    content[page + cell + 2] = 1;
+    write_file(path("list"), content);
+    const MwdbHandle list = created<Networks>(1);
+    EXPECT_EQ(x_nwl_fs_sync(list, 0, path("list").c_str(), 1), kMwNotAListFile);
+    EXPECT_EQ(log(), std::vector<std::string>{});
+}
+
 // SQLite's own check descends the tree by recursion.
 TEST_F(ListFileContent, OfADeepTreeIsRefusedOnASmallStack) {
     std::string content = stored_in_old_form(kThree);
