@@ -112,6 +112,11 @@ void Connection::need_space(std::int64_t bytes) {
     }
 }
 
+bool Connection::has_moved() const {
+    int moved = 0;
+    return sqlite3_file_control(database_.get(), "main", SQLITE_FCNTL_HAS_MOVED, &moved) == SQLITE_OK && moved != 0;
+}
+
 void Connection::damaged(const std::string& what) const { throw SqlError(path_, SQLITE_CORRUPT, 0, what); }
 
 Statement Connection::prepare(const char* sql) {

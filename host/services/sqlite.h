@@ -98,6 +98,9 @@ public:
     // Does the same, and throws SqlError(SQLITE_FULL).
     void need_space(std::int64_t bytes);
 
+    // True if the path leads to another file than this one, or to none. Takes one system call.
+    bool has_moved() const;
+
     // Number of rows changed by the last INSERT, UPDATE or DELETE.
     int changes() const { return sqlite3_changes(database_.get()); }
     // For SQLite functions that are not wrapped here.

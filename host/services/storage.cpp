@@ -283,6 +283,11 @@ void Storage::take_space(Size size) {
 }
 
 void Storage::commit(Transaction& transaction, Size size) {
+    if (database_.has_moved()) {
+        throw Failure(kHostStorageUnavailable, "cannot use the list database " + path_ +
+                                                   ": it was moved or removed while this process used it; put it "
+                                                   "back, or restart the process");
+    }
     take_space(size);
     transaction.commit();
     watch_.committed(frames_in_log_);

@@ -109,6 +109,26 @@ TEST_F(StorageTrouble, SomebodyElsesDatabase) {
                                                             "another directory")});
 }
 
+// No change is acknowledged that nobody would find.
+TEST_F(StorageTrouble, AStorageThatIsMovedOrRemovedWhileInUse) {
+    const MwdbHandle handle = created<Services>(1);
+    ASSERT_EQ(add<Services>(handle, 1, 0x11), kMwOk);
+    fs::rename(home(), path("elsewhere"));
+    EXPECT_EQ(add<Services>(handle, 2, 0x22), kHostStorageUnavailable);
+    fs::create_directory(home());
+    write_file(home() + "/lists.db", "");
+    EXPECT_EQ(x_svl_clean(handle), kHostStorageUnavailable);
+    fs::remove_all(home());
+    fs::rename(path("elsewhere"), home());
+    EXPECT_EQ(add<Services>(handle, 3, 0x33), kMwOk);
+    EXPECT_EQ(contents<Services>(handle), (Contents{{1, 0x11}, {3, 0x33}}));
+    fs::remove_all(home());
+    EXPECT_EQ(add<Services>(handle, 4, 0x44), kHostStorageUnavailable);
+    EXPECT_EQ(log(), std::vector<std::string>{line("cannot use the list database " + home() +
+                                                   "/lists.db: it was moved or removed while this process used it; "
+                                                   "put it back, or restart the process")});
+}
+
 TEST_F(StorageTrouble, EndsWhenTheEngineerHasMendedIt) {
     write_file(home(), "not a directory");
     EXPECT_EQ(open_list(), kHostStorageUnavailable);
