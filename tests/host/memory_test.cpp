@@ -140,18 +140,3 @@ TEST_F(Memory, RunsOutInACountOrAQuery) {
     fail_each([&](MwdbHandle list) { return x_nwl_qry_rec_id(list, kMwQueryHighestRecordId, &number); });
     fail_each([&](MwdbHandle list) { return x_nwl_qry_rec_id(list, kMwQueryNextRecordId, &number); });
 }
-
-TEST_F(Memory, RunsOutInALockAnUnlockOrAClose) {
-    fail_each([](MwdbHandle list) {
-        const MwStatus status = x_nwl_lock(list);
-        return status == kMwOk ? x_nwl_unlock(list) : status;
-    });
-    fail_each([](MwdbHandle list) {
-        const MwStatus status = x_nwl_read_lock(list);
-        return status == kMwOk ? x_nwl_read_unlock(list) : status;
-    });
-    fail_each([](MwdbHandle list) {
-        const MwStatus status = x_nwl_close(list);
-        return status == kHostBadHandle ? kMwOk : status; // closed before memory ran out
-    });
-}
