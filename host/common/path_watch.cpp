@@ -1,5 +1,7 @@
 #include "path_watch.h"
 
+#include "open_file.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -58,6 +60,7 @@ bool PathWatch::start() {
     if (poll_ >= 0) {
         return true;
     }
+    fill_standard_descriptors();
     events_ = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
     mounts_ = ::open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC);
     poll_ = ::epoll_create1(EPOLL_CLOEXEC);

@@ -1,4 +1,4 @@
-// Error messages of the workstation's platform.
+// Error messages of the workstation's platform. Nothing here throws: without memory, messages are lost.
 #pragma once
 
 #include <string>
@@ -6,9 +6,9 @@
 namespace tavro::host {
 
 // Writes one error line to the log (priority 6, tag "TavroHost").
-void report(const std::string& message);
+void report(const std::string& message) noexcept;
 
 // Writes each distinct message once per process, because a broken setup fails every call.
-void report_once(const std::string& message);
+void report_once(const std::string& message) noexcept;
 
 } // namespace tavro::host

@@ -2,6 +2,7 @@
 // `D/SomeTag ( 4711): text`. The tag is padded to 8 characters and the process id to 5; a null tag is empty. The file
 // gets the exact bytes; on standard error, control characters are shown as dots.
 #include "common/file_error.h"
+#include "common/open_file.h"
 #include "common/report.h"
 #include "format.h"
 #include "printable.h"
@@ -10,6 +11,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <exception>
 #include <fcntl.h>
 #include <string_view>
 #include <unistd.h>
@@ -57,8 +59,9 @@ int write_whole(int file, std::string_view lines) {
     return 0;
 }
 
+// Does not wait for the reader of a FIFO.
 int write_to_file(const char* path, const std::string& lines) {
-    const int file = ::open(path, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, kLogFileMode);
+    const int file = tavro::host::open_file(path, O_WRONLY | O_APPEND | O_CREAT | O_NONBLOCK | O_NOCTTY, kLogFileMode);
     if (file < 0) {
         return errno;
     }
@@ -85,7 +88,19 @@ bool written_to_file(const std::string& lines) {
 }
 
 // Reports an unwritable log file when the library is loaded, even if nothing is logged.
-__attribute__((constructor)) void check_log_file() { written_to_file(""); }
+__attribute__((constructor)) void check_log_file() {
+    try {
+        written_to_file("");
+    } catch (const std::exception&) {
+        // Out of memory. The first line reports the file.
+    }
+}
+
+// Writes the lines to the log file or to standard error. Returns 0 or an errno value.
+int write_lines(int priority, const char* tag, const std::string& text) {
+    std::string lines = lines_of(prefix_of(priority, tag), text);
+    return written_to_file(lines) ? 0 : write_whole(STDERR_FILENO, printable(std::move(lines)));
+}
 
 } // namespace
 
@@ -94,10 +109,13 @@ extern "C" int __android_log_print(int priority, const char* tag, const char* fo
     const int callers_errno = errno;
     va_list arguments;
     va_start(arguments, format);
-    const std::string text = format_text(format, arguments);
+    int error = 0;
+    try {
+        error = write_lines(priority, tag, format_text(format, arguments));
+    } catch (const std::exception&) {
+        error = ENOMEM; // the line is lost
+    }
     va_end(arguments);
-    std::string lines = lines_of(prefix_of(priority, tag), text);
-    const int error = written_to_file(lines) ? 0 : write_whole(STDERR_FILENO, printable(std::move(lines)));
     errno = callers_errno;
     return error == 0 ? 1 : -error;
 }

@@ -1,5 +1,6 @@
 // System properties from the environment and from a file, which may change while the process runs.
 #include "common/file_error.h"
+#include "common/open_file.h"
 #include "common/path_watch.h"
 #include "common/paths.h"
 #include "common/report.h"
@@ -11,7 +12,7 @@
 #include <cerrno>
 #include <cstring>
 #include <ctime>
-#include <fstream>
+#include <exception>
 #include <functional>
 #include <map>
 #include <mutex>
@@ -29,6 +30,10 @@ using Properties = std::map<std::string, std::string, std::less<>>;
 // Two changes within one tick of the file system's clock get the same time stamp. So a file that was read less than
 // this long after its last change is read again next time. In nanoseconds; the coarsest clock is vfat's, 2 seconds.
 constexpr std::int64_t kSettled = 3'000'000'000;
+
+// Limits of the file, so that a wrong path costs little time and memory.
+constexpr std::size_t kMostBytes = 1'048'576;
+constexpr std::size_t kMostLineBytes = 4096;
 
 std::int64_t nanoseconds(const timespec& time) { return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec; }
 
@@ -53,37 +58,73 @@ FileState state_of(const std::string& path) {
     if (::stat(path.c_str(), &found) != 0) {
         return {path, errno};
     }
-    return {path,
-            S_ISDIR(found.st_mode) ? EISDIR : 0,
-            found.st_dev,
-            found.st_ino,
-            found.st_size,
-            nanoseconds(found.st_mtim),
-            nanoseconds(found.st_ctim)};
+    return {path, 0, found.st_dev, found.st_ino, found.st_size, nanoseconds(found.st_mtim), nanoseconds(found.st_ctim)};
 }
 
-std::string trimmed(const std::string& text) {
+std::string_view trimmed(std::string_view text) {
     const char* const blanks = " \t\r";
     const std::size_t first = text.find_first_not_of(blanks);
-    return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(blanks) - first + 1);
+    return first == std::string_view::npos ? "" : text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
-// Reads the `name=value` lines of the file; blank lines and lines that begin with # are ignored. Reports a missing file
-// only if TAVRO_PROPERTIES names it.
-Properties read_properties(const FileState& state, bool named) {
-    Properties properties;
-    std::ifstream file(state.path);
-    const int error = state.error != 0 || file ? state.error : errno;
-    if (error != 0 && (named || error != ENOENT)) {
-        tavro::host::report_once("cannot read the properties file " + state.path + ": " +
-                                 tavro::host::explain(error, "set TAVRO_PROPERTIES to another file"));
+// Reads a file, at most up to its first byte beyond kMostBytes. Returns an errno value, kNotRegular, or 0.
+int read_file(const std::string& path, std::string& content) {
+    int error = 0;
+    const int file = tavro::host::open_regular_file(path.c_str(), error);
+    if (file < 0) {
+        return error;
     }
-    for (std::string line; std::getline(file, line);) {
-        const std::size_t sign = line.find('=');
-        const std::string name = trimmed(line.substr(0, sign));
-        if (sign != std::string::npos && !name.empty() && name[0] != '#') {
-            properties[name] = trimmed(line.substr(sign + 1));
+    std::array<char, 4096> buffer;
+    ssize_t size = 1;
+    while (size != 0 && content.size() <= kMostBytes) {
+        size = ::read(file, buffer.data(), buffer.size());
+        if (size < 0 && errno != EINTR) {
+            error = errno;
+            break;
         }
+        content.append(buffer.data(), static_cast<std::size_t>(std::max(size, ssize_t{0})));
+    }
+    ::close(file);
+    return error;
+}
+
+void report_unread(const std::string& path, const std::string& cause) {
+    tavro::host::report_once("cannot read the properties file " + path + ": " + cause);
+}
+
+// Takes the property from a `name=value` line. Blank lines and lines that begin with # are ignored.
+void take_line(std::string_view line, Properties& properties) {
+    const std::size_t sign = line.find('=');
+    const std::string_view name = trimmed(line.substr(0, sign));
+    if (sign != std::string_view::npos && !name.empty() && name[0] != '#') {
+        properties[std::string(name)] = trimmed(line.substr(sign + 1)).substr(0, PROPERTY_VALUE_MAX - 1);
+    }
+}
+
+// Reads the properties file. Reports a missing file only if TAVRO_PROPERTIES names it.
+Properties read_properties(const std::string& path, bool named) {
+    Properties properties;
+    std::string content;
+    const std::string other_file = "set TAVRO_PROPERTIES to another file";
+    const int error = read_file(path, content);
+    if (error == tavro::host::kNotRegular) {
+        report_unread(path, "not a regular file; " + other_file);
+    } else if (error != 0 && (named || error != ENOENT)) {
+        report_unread(path, tavro::host::explain(error, other_file));
+    } else if (content.size() > kMostBytes) {
+        report_unread(path, "larger than " + std::to_string(kMostBytes) + " bytes; remove lines, or " + other_file);
+        return properties;
+    }
+    std::string_view rest = content;
+    for (std::size_t number = 1; !rest.empty(); ++number) {
+        const std::string_view line = rest.substr(0, rest.find('\n'));
+        if (line.size() <= kMostLineBytes) {
+            take_line(line, properties);
+        } else {
+            report_unread(path, "line " + std::to_string(number) + " is longer than " + std::to_string(kMostLineBytes) +
+                                    " bytes; shorten it");
+        }
+        rest.remove_prefix(std::min(line.size() + 1, rest.size()));
     }
     return properties;
 }
@@ -169,13 +210,14 @@ public:
         if (same && settled_) {
             return false;
         }
+        settled_ = false; // until all members are set: memory may run out
+        path_ = named ? environment.properties : tavro::host::home_directory() + "/properties";
         std::transform(sources.begin(), sources.end(), sources_.begin(),
                        [](const char* source) { return source == nullptr ? "" : source; });
         named_ = named;
         const auto deciding = std::find_if(sources.begin(), sources.end(), is_set);
         settled_ = named ||
                    (deciding != sources.end() && **deciding == '/'); // a relative path depends on the current directory
-        path_ = named ? environment.properties : tavro::host::home_directory() + "/properties";
         return true;
     }
 
@@ -198,7 +240,12 @@ public:
     // Copies a property's value, truncated if necessary. Returns its length, or 0 if it is not set.
     std::size_t find(const Environment& environment, const char* name, char* value) {
         std::lock_guard<std::mutex> lock(mutex_);
-        refresh(environment);
+        try {
+            refresh(environment);
+        } catch (...) {
+            start_over();
+            throw;
+        }
         const auto found = properties_.find(std::string_view(name));
         return found == properties_.end() ? 0 : copy(found->second, value);
     }
@@ -220,9 +267,14 @@ private:
     static void before_fork() { instance().mutex_.lock(); }
     static void after_fork() { instance().mutex_.unlock(); }
     static void in_child() {
-        instance().watch_.stop();
-        instance().watch_again_ = true;
+        instance().start_over();
         instance().mutex_.unlock();
+    }
+
+    void start_over() {
+        watch_.stop();
+        watch_again_ = true;
+        settled_ = false;
     }
 
     void refresh(const Environment& environment) {
@@ -241,7 +293,7 @@ private:
         }
         timespec now{};
         ::clock_gettime(CLOCK_REALTIME, &now);
-        properties_ = read_properties(state, path_.named());
+        properties_ = read_properties(path_.path(), path_.named());
         settled_ = nanoseconds(now) - std::max(state.modified, state.changed) > kSettled;
         state_ = std::move(state);
     }
@@ -259,8 +311,13 @@ private:
 
 extern "C" int property_get(const char* key, char* value, const char* default_value) {
     const Environment environment = read_environment(key);
-    const std::size_t length = environment.value != nullptr ? PropertiesFile::copy(environment.value, value)
-                                                            : PropertiesFile::instance().find(environment, key, value);
+    std::size_t length = 0;
+    try {
+        length = environment.value != nullptr ? PropertiesFile::copy(environment.value, value)
+                                              : PropertiesFile::instance().find(environment, key, value);
+    } catch (const std::exception&) {
+        // Out of memory. The property counts as not set.
+    }
     // As on the TV, an empty property counts as not set.
     return static_cast<int>(length != 0 ? length
                                         : PropertiesFile::copy(default_value == nullptr ? "" : default_value, value));

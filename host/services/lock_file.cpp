@@ -1,5 +1,6 @@
 #include "lock_file.h"
 
+#include "common/open_file.h"
 #include "lock_wait.h"
 #include "status.h"
 #include "storage_error.h"
@@ -77,7 +78,7 @@ struct LockFile::Header {
 };
 
 LockFile::LockFile(const std::string& path)
-    : path_(path), file_(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kFileMode)),
+    : path_(path), file_(open_file(path.c_str(), O_RDWR | O_CREAT, kFileMode)),
       prepared_(kEntries * sizeof(Entry) / kBlock) {
     static_assert(sizeof(Entry) == 32 && offsetof(Entry, unused) == 24, "the file format is fixed");
     static_assert(sizeof(Header) <= kBlock, "the header must fit into the first block");

@@ -29,14 +29,20 @@
 //                       reads a property, or takes and releases the list's locks, 1000 times. Only epoll_wait and read,
 //                       or no system calls at all, are allowed meanwhile. Prints "done", or "done, with all calls" if
 //                       system calls cannot be forbidden
+//     use files|properties|lists DIRECTORY
+//                       makes calls that open files, with files in DIRECTORY, and logs a line after each call. Prints
+//                       what else than /dev/null and pipes is a standard descriptor after a call, then "done"
 //     store_once PATH   creates list 1, stores it to PATH twice and prints the status of each store
 #include "changes.h"
+#include "middleware/files.h"
 #include "system_calls.h"
 
+#include <android/log.h>
 #include <cutils/properties.h>
 
 #include <algorithm>
 #include <atomic>
+#include <climits>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -222,6 +228,45 @@ void store_once(const char* path) {
     say(std::to_string(x_nwl_fs_store(list, path, 1)));
 }
 
+// Prints which standard descriptors are neither closed, /dev/null nor a pipe, and logs a line.
+void check_standard_descriptors() {
+    for (int descriptor = 0; descriptor <= 2; ++descriptor) {
+        const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
+        char name[PATH_MAX] = "";
+        const bool closed = ::readlink(link.c_str(), name, sizeof name - 1) <= 0;
+        const std::string file = name;
+        if (!closed && file != "/dev/null" && file.compare(0, 5, "pipe:") != 0) {
+            say(std::to_string(descriptor) + " is " + file);
+        }
+    }
+    __android_log_print(3, "LogLine", "text");
+}
+
+void use(const std::string& what, const std::string& directory) {
+    const auto checked = [&](MwStatus status, const char* call) {
+        check(status, call);
+        check_standard_descriptors();
+    };
+    const std::string file = directory + "/file";
+    if (what == "files") {
+        checked(fs_raw_init(0, file.c_str()), "init");
+        checked(fs_raw_copy(0, file.c_str(), 0, (file + "2").c_str()), "copy");
+    } else if (what == "properties") {
+        char value[PROPERTY_VALUE_MAX];
+        checked(property_get("a.property", value, "") == 5 ? kMwOk : -1, "property");
+    } else {
+        MwdbHandle list = 0;
+        checked(x_nwl_create("list", 1, kMwCreateMode, kMwCreateGrowth, 0, 0, &list), "create");
+        checked(x_nwl_lock(list), "lock");
+        auto record = record_of<Networks>(1, 1);
+        checked(x_nwl_add_rec(list, &record), "add");
+        checked(x_nwl_unlock(list), "unlock");
+        checked(x_nwl_fs_store(list, file.c_str(), 1), "store");
+        checked(x_nwl_fs_sync(list, 0, file.c_str(), 1), "load");
+    }
+    say("done");
+}
+
 std::string property(const char* name) {
     char value[PROPERTY_VALUE_MAX];
     property_get(name, value, "default");
@@ -389,6 +434,8 @@ int main(int count, char** arguments) {
         property_calls(arguments[2]);
     } else if (command == "lock_calls") {
         lock_calls();
+    } else if (command == "use") {
+        use(arguments[2], arguments[3]);
     } else if (command == "store_once") {
         store_once(arguments[2]);
     } else {

@@ -3,7 +3,10 @@
 
 #include <android/log.h>
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <thread>
+#include <unistd.h>
 
 namespace {
 
@@ -101,6 +104,40 @@ TEST_F(Log, GoesToStandardErrorWhenTheFileIsOnAFullDisk) {
                          ": cannot write the log file /dev/full: No space left on device; free some space on its file "
                          "system; until then, log lines go to standard error\n" +
                          line + line);
+}
+
+TEST_F(Log, GoesToStandardErrorWhenTheFileIsAFifoThatNobodyReads) {
+    const std::string fifo = path("fifo");
+    ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+    environment.set("TAVRO_LOG_FILE", fifo);
+    const std::string line = "W/LongTags" + process_mark() + ": text\n";
+    EXPECT_EQ(on_standard_error("text"), "E/TavroHost" + process_mark() + ": cannot write the log file " + fifo +
+                                             ": No such device or address; check the path, or set TAVRO_LOG_FILE to "
+                                             "another file; until then, log lines go to standard error\n" +
+                                             line);
+    const int reader = ::open(fifo.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    EXPECT_EQ(on_standard_error("text"), "");
+    std::string read(line.size() + 1, '#');
+    EXPECT_EQ(::read(reader, read.data(), read.size()), static_cast<ssize_t>(line.size()));
+    EXPECT_EQ(read, line + "#");
+    ::close(reader);
+}
+
+TEST_F(Log, GoesToStandardErrorWhileAFifoIsFull) {
+    const std::string fifo = path("fifo");
+    ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+    environment.set("TAVRO_LOG_FILE", fifo);
+    const int reader = ::open(fifo.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    const std::string line = "W/LongTags" + process_mark() + ": text\n";
+    std::string shown;
+    for (int lines = 0; lines < 65536 && shown.empty(); ++lines) {
+        shown = on_standard_error("text");
+    }
+    EXPECT_EQ(shown, "E/TavroHost" + process_mark() + ": cannot write the log file " + fifo +
+                         ": Resource temporarily unavailable; check the path, or set TAVRO_LOG_FILE to another file; "
+                         "until then, log lines go to standard error\n" +
+                         line);
+    ::close(reader);
 }
 
 // Control characters are shown as dots: C0 such as ESC and BEL, DEL, C1 in UTF-8, and bytes that a terminal without

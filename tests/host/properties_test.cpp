@@ -6,6 +6,7 @@
 #include <cutils/properties.h>
 
 #include <filesystem>
+#include <sys/stat.h>
 
 namespace fs = std::filesystem;
 
@@ -75,6 +76,48 @@ TEST_F(SystemProperties, OfAMissingFileThatTheEngineerNamedWarnOnce) {
 TEST_F(SystemProperties, OfADirectoryWarnOnce) {
     fs::create_directory(file());
     expect_one_warning("Is a directory; move it away, or set TAVRO_PROPERTIES to another file");
+}
+
+TEST_F(SystemProperties, OfAFileThatIsNotRegularWarnOnceAndNeverWait) {
+    const std::string fifo = path("fifo");
+    ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+    Lines warnings;
+    for (const std::string& other : {fifo, std::string("/dev/zero"), std::string("/dev/tty")}) {
+        fs::remove(file());
+        fs::create_symlink(other, file());
+        environment.set("TAVRO_PROPERTIES", other);
+        EXPECT_EQ(get(kName), "default");
+        EXPECT_EQ(get(kName), "default");
+        warnings.push_back(warning(other, "not a regular file; set TAVRO_PROPERTIES to another file"));
+        environment.set("TAVRO_PROPERTIES", file());
+        EXPECT_EQ(get(kName), "default");
+    }
+    warnings.insert(warnings.begin() + 1, warning(file(), "not a regular file; set TAVRO_PROPERTIES to another file"));
+    EXPECT_EQ(log(), warnings);
+    fs::remove(file());
+    write_file(file(), std::string(kName) + "=D");
+    EXPECT_EQ(get(kName), "D");
+}
+
+TEST_F(SystemProperties, OfALineThatIsTooLongWarnOnce) {
+    const std::string start = std::string(kName) + "=D\nlong=";
+    write_file(file(), start + std::string(4091, 'x') + "\nlast=E\n");
+    EXPECT_EQ(get("long"), std::string(91, 'x'));
+    EXPECT_EQ(log(), Lines{});
+    write_file(file(), start + std::string(4092, 'x') + "\nlast=E\n");
+    EXPECT_EQ(get("long"), "default");
+    EXPECT_EQ(get(kName), "D");
+    EXPECT_EQ(get("last"), "E");
+    EXPECT_EQ(log(), Lines{warning(file(), "line 2 is longer than 4096 bytes; shorten it")});
+}
+
+TEST_F(SystemProperties, OfAFileThatIsTooLargeWarnOnce) {
+    const std::string line = std::string(kName) + "=D\n";
+    write_file(file(), line + std::string(1'048'576 - line.size(), '\n'));
+    EXPECT_EQ(get(kName), "D");
+    EXPECT_EQ(log(), Lines{});
+    write_file(file(), line + std::string(1'048'577 - line.size(), '\n'));
+    expect_one_warning("larger than 1048576 bytes; remove lines, or set TAVRO_PROPERTIES to another file");
 }
 
 TEST_F(SystemProperties, BelowAFileWarnOnce) {

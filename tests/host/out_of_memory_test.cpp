@@ -1,0 +1,65 @@
+// Properties and log when memory runs out: no exception leaves them, and they go on working
+// once there is memory.
+#include "failing_memory.h"
+#include "workspace.h"
+
+#include <android/log.h>
+#include <cutils/properties.h>
+
+#include <functional>
+
+namespace {
+
+class OutOfMemory : public Workspace {
+protected:
+    // Makes the call while the first allocation fails, the second, and so on until there is enough memory. Returns the
+    // results that differ from one another, in order of occurrence; the last one is the result with enough memory.
+    static std::vector<int> results(const std::function<void()>& prepare, const std::function<int()>& call) {
+        std::vector<int> found;
+        for (int allocations = 0;; ++allocations) {
+            prepare();
+            int result = 0;
+            bool failed = false;
+            {
+                const FailingMemory memory(allocations);
+                result = call();
+                failed = memory.has_failed();
+            }
+            if (found.empty() || found.back() != result) {
+                found.push_back(result);
+            }
+            if (!failed) {
+                EXPECT_GT(allocations, 0);
+                return found;
+            }
+        }
+    }
+};
+
+} // namespace
+
+TEST_F(OutOfMemory, PropertiesHaveTheirDefaultsUntilThereIsMemory) {
+    const std::string file = path("properties");
+    environment.set("TAVRO_PROPERTIES", file);
+    int round = 0;
+    const auto change = [&] {
+        write_file(file, "long.name.of.a.property=" + std::string(40, 'x') + std::to_string(++round));
+    };
+    char value[PROPERTY_VALUE_MAX];
+    const auto call = [&] { return property_get("long.name.of.a.property", value, "default"); };
+    for (const char* name : {"properties", "a/b/c", "properties"}) { // moves the file, too
+        environment.set("TAVRO_PROPERTIES", path(name));
+        const bool there = std::string(name) == "properties";
+        const std::vector<int> lengths = results(change, call);
+        EXPECT_EQ(lengths.front(), 7) << name;
+        EXPECT_EQ(lengths.back(), there ? 40 + static_cast<int>(std::to_string(round).size()) : 7) << name;
+        EXPECT_EQ(value, there ? std::string(40, 'x') + std::to_string(round) : "default");
+    }
+}
+
+TEST_F(OutOfMemory, LogLinesAreLostButNothingElse) {
+    const std::string text(2000, 'x');
+    EXPECT_EQ(results([] {}, [&] { return __android_log_print(3, "LongTags", "%s", text.c_str()); }),
+              (std::vector<int>{-ENOMEM, 1}));
+    EXPECT_EQ(log(), std::vector<std::string>{"D/LongTags" + process_mark() + ": " + text});
+}
