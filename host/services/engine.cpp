@@ -74,8 +74,9 @@ MwStatus Engine::on_list_lock(const Kind& kind, MwdbHandle handle, Body body) no
         }
         const ListKey list = open->list;
         const std::shared_ptr<LockFile> file = lists().lock_file();
+        const std::uint64_t round = locks_.round();
         alone.unlock();
-        return body(list, file);
+        return body(list, file, round);
     });
 }
 
@@ -205,13 +206,14 @@ MwStatus Engine::store_file(const Kind& kind, MwdbHandle handle, const char* pat
 }
 
 MwStatus Engine::lock(const Kind& kind, MwdbHandle handle, LockLevel level) {
-    return on_list_lock(kind, handle, [&](const ListKey& list, const std::shared_ptr<LockFile>& file) {
-        return locks_.lock(file, kind, list, level);
-    });
+    return on_list_lock(kind, handle,
+                        [&](const ListKey& list, const std::shared_ptr<LockFile>& file, std::uint64_t round) {
+                            return locks_.lock(file, kind, list, level, round);
+                        });
 }
 
 MwStatus Engine::unlock(const Kind& kind, MwdbHandle handle, LockLevel level) {
-    return on_list_lock(kind, handle, [&](const ListKey& list, const std::shared_ptr<LockFile>&) {
+    return on_list_lock(kind, handle, [&](const ListKey& list, const std::shared_ptr<LockFile>&, std::uint64_t) {
         return locks_.unlock(list, level);
     });
 }

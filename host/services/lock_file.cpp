@@ -9,9 +9,14 @@
 #include <array>
 #include <cerrno>
 #include <chrono>
+#include <climits>
 #include <cstring>
 #include <fcntl.h>
+#include <linux/futex.h>
+#include <mutex>
+#include <pthread.h>
 #include <sys/mman.h>
+#include <sys/syscall.h>
 #include <thread>
 #include <unistd.h>
 
@@ -29,12 +34,22 @@ constexpr std::int64_t slot_byte(int slot) { return 1 + slot; }
 
 constexpr std::uint64_t kMagic = 0x0001'6B63'6F4C'7654; // "TvLock", version 1
 
-// The file has one entry per list number. The header takes the place of entries that no list uses. The file grows in
-// blocks; one write per kPiece bytes, the smallest file system block, allocates the space.
+// The file has one entry per list number. Header and queues take the place of entries that no list uses. The file grows
+// in blocks; one write per kPiece bytes, the smallest file system block, allocates the space.
 constexpr std::size_t kFirstEntry = std::size_t{1} << 16;
 constexpr std::size_t kEntries = std::size_t{5} << 16;
 constexpr std::size_t kBlock = 4096;
 constexpr std::size_t kPiece = 512;
+constexpr std::size_t kQueueBytes = kPiece;
+
+// A process without a sign of life for this long does not precede others. In milliseconds.
+constexpr std::uint64_t kLongestSilence = 1000;
+
+std::uint64_t milliseconds_now() {
+    return static_cast<std::uint64_t>(
+        std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now().time_since_epoch())
+            .count());
+}
 
 constexpr std::uint64_t bit_of(int slot) { return std::uint64_t{1} << static_cast<unsigned>(slot); }
 
@@ -68,6 +83,69 @@ std::uint64_t without(std::uint64_t holders, std::uint64_t slots) {
     return (holders & slots) == 0 ? holders : holders & ~slots & ~kWriting;
 }
 
+// The lock files of this process. A forked child would keep its parent's bytes locked, because it has a copy of the
+// descriptor and of the mapping. So it gives up both, and has no locks.
+class OpenFiles {
+public:
+    static OpenFiles& instance() {
+        static OpenFiles& files = *new OpenFiles; // never destroyed: another thread may fork until exit
+        return files;
+    }
+    // Opens and maps the file. Returns -1, with errno set, if either fails.
+    int open(const std::string& path, std::size_t bytes, void*& memory) {
+        std::lock_guard<std::mutex> guard(mutex_);
+        files_.reserve(files_.size() + 1);
+        const int file = open_file(path.c_str(), O_RDWR | O_CREAT, kFileMode);
+        memory = file < 0 ? MAP_FAILED : ::mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
+        if (memory != MAP_FAILED) {
+            files_.push_back({file, memory, bytes});
+            return file;
+        }
+        const int error = errno;
+        if (file >= 0) {
+            ::close(file);
+        }
+        errno = error;
+        return -1;
+    }
+    void close(int file) {
+        std::lock_guard<std::mutex> guard(mutex_);
+        const auto found =
+            std::find_if(files_.begin(), files_.end(), [&](const OpenFile& open) { return open.file == file; });
+        if (found != files_.end()) { // not in a forked child
+            ::munmap(found->memory, found->bytes);
+            ::close(file);
+            files_.erase(found);
+        }
+    }
+    // True in a child of a process that has opened lock files.
+    bool are_a_parents() const { return are_a_parents_; }
+
+private:
+    struct OpenFile {
+        int file;
+        void* memory;
+        std::size_t bytes;
+    };
+
+    OpenFiles() { ::pthread_atfork(before_fork, after_fork, in_child); }
+    static void before_fork() { instance().mutex_.lock(); }
+    static void after_fork() { instance().mutex_.unlock(); }
+    static void in_child() {
+        for (const OpenFile& open : instance().files_) {
+            ::close(open.file);
+            ::mmap(open.memory, open.bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0);
+            instance().are_a_parents_ = true;
+        }
+        instance().files_.clear();
+        instance().mutex_.unlock();
+    }
+
+    std::mutex mutex_;
+    std::vector<OpenFile> files_;
+    bool are_a_parents_ = false;
+};
+
 } // namespace
 
 // The first block.
@@ -75,32 +153,51 @@ struct LockFile::Header {
     std::uint64_t magic;
     std::uint64_t opener;                                     // process and thread that last opened the storage
     std::array<std::atomic<std::uint64_t>, kSlots> processes; // by slot
+    std::atomic<Ticket> last_ticket;
+};
+
+// What one process announces, in the blocks after the first one. Other processes may read it while it changes: then
+// they queue in another order once.
+struct LockFile::Queue {
+    struct List {
+        std::atomic<std::uint64_t> number; // 0 if the place is free
+        std::atomic<Ticket> writer;
+        std::atomic<Ticket> reader;
+    };
+    std::atomic<std::uint64_t> alive; // time of the last sign of life, in milliseconds
+    std::array<List, 21> lists;       // in more lists, this process's threads wait without precedence
 };
 
 LockFile::LockFile(const std::string& path)
-    : path_(path), file_(open_file(path.c_str(), O_RDWR | O_CREAT, kFileMode)),
+    : path_(path), file_(OpenFiles::instance().open(path, kEntries * sizeof(Entry), memory_)),
       prepared_(kEntries * sizeof(Entry) / kBlock) {
-    static_assert(sizeof(Entry) == 32 && offsetof(Entry, unused) == 24, "the file format is fixed");
+    static_assert(sizeof(Entry) == 32 && offsetof(Entry, unused) == 28, "the file format is fixed");
     static_assert(sizeof(Header) <= kBlock, "the header must fit into the first block");
+    static_assert(sizeof(Queue) == kQueueBytes && kBlock + kSlots * kQueueBytes <= kFirstEntry * sizeof(Entry),
+                  "the queues must fit in front of the entries");
+    static_assert(sizeof(std::atomic<std::uint32_t>) == sizeof(std::uint32_t), "the kernel examines it");
     static_assert(std::atomic<std::uint64_t>::is_always_lock_free, "a mutex would not work between processes");
     if (file_ < 0) {
         throw storage_failure("use", path, errno);
     }
-    void* const memory = ::mmap(nullptr, kEntries * sizeof(Entry), PROT_READ | PROT_WRITE, MAP_SHARED, file_, 0);
-    if (memory == MAP_FAILED) {
-        const int error = errno;
-        ::close(file_);
-        throw storage_failure("use", path, error);
-    }
-    memory_ = memory;
 }
 
-LockFile::~LockFile() {
-    ::munmap(memory_, kEntries * sizeof(Entry));
-    ::close(file_); // releases the slot
-}
+LockFile::~LockFile() { OpenFiles::instance().close(file_); } // releases the slot
 
 LockFile::Header& LockFile::header() const { return *static_cast<Header*>(memory_); }
+
+LockFile::Queue& LockFile::queue_of(int slot) const {
+    return *reinterpret_cast<Queue*>(static_cast<char*>(memory_) + kBlock +
+                                     static_cast<std::size_t>(slot) * kQueueBytes);
+}
+
+void LockFile::check_process() {
+    if (OpenFiles::instance().are_a_parents()) {
+        throw Failure(kHostStorageUnavailable, "process " + std::to_string(::getpid()) +
+                                                   " is a fork of a process that uses lists, and cannot use them; "
+                                                   "start a program in it (exec)");
+    }
+}
 
 // Locks a byte for this process. Returns false if another process has locked it.
 bool LockFile::try_byte(std::int64_t offset) {
@@ -123,6 +220,7 @@ void LockFile::free_byte(std::int64_t offset) {
 }
 
 void LockFile::begin_opening() {
+    check_process();
     using Clock = std::chrono::steady_clock;
     const std::chrono::milliseconds timeout = lock_timeout();
     const Clock::time_point end = Clock::now() + timeout;
@@ -134,7 +232,7 @@ void LockFile::begin_opening() {
                                                 " was opening it; check whether that process is stopped, or raise "
                                                 "TAVRO_LOCK_TIMEOUT_MS");
         }
-        std::this_thread::sleep_for(std::min<Clock::duration>(kProcessRetry, end - Clock::now()));
+        std::this_thread::sleep_for(std::min<Clock::duration>(kOpeningRetry, end - Clock::now()));
     }
     try {
         prepare_header();
@@ -192,18 +290,23 @@ void LockFile::prepare_block(const ListKey& list) {
     }
     const std::size_t start = block_of(list) * kBlock;
     for (std::size_t end = start + kPiece; end <= start + kBlock; end += kPiece) {
-        const std::uint64_t nothing = 0;
+        const std::uint32_t nothing = 0;
         write(&nothing, sizeof nothing, end - sizeof nothing);
     }
     prepared_[block_of(list)] = true;
 }
 
-// Clears the bits of slots in an entry. The slots belong to this process or to dead ones.
-void LockFile::clear_slots(Entry& entry, std::uint64_t slots) {
+// Ends the holds of slots in an entry. The slots belong to this process or to dead ones.
+void LockFile::clear_holders(Entry& entry, std::uint64_t slots) {
     std::uint64_t holders = entry.holders;
     while (!entry.holders.compare_exchange_weak(holders, without(holders, slots))) {
     }
-    entry.waiting_writers &= ~slots;
+}
+
+// Clears all bits of slots in an entry.
+void LockFile::clear_slots(Entry& entry, std::uint64_t slots) {
+    clear_holders(entry, slots);
+    entry.waiting &= ~slots;
 }
 
 // Clears the bits of those `slots` whose processes are dead. Returns true if there were any. Keeps each slot locked
@@ -228,7 +331,7 @@ void LockFile::clean_slot(int slot) {
         const std::size_t end_entry =
             std::min(static_cast<std::size_t>(std::max(end, off_t{0})) / sizeof(Entry), kEntries);
         for (std::size_t i = static_cast<std::size_t>(start) / sizeof(Entry); i < end_entry; ++i) {
-            if (((entries()[i].holders | entries()[i].waiting_writers) & bit_of(slot)) != 0) {
+            if (((entries()[i].holders | entries()[i].waiting) & bit_of(slot)) != 0) {
                 clear_slots(entries()[i], bit_of(slot));
             }
         }
@@ -239,11 +342,19 @@ void LockFile::clean_slot(int slot) {
 // Takes a slot unless this process has one. Returns false if all are taken.
 bool LockFile::take_slot() {
     for (int slot = 0; slot_ < 0 && slot < kSlots; ++slot) {
-        if (try_byte(slot_byte(slot))) {
-            clean_slot(slot);
-            header().processes[static_cast<std::size_t>(slot)] = static_cast<std::uint64_t>(this_process());
-            slot_ = slot;
+        if (!try_byte(slot_byte(slot))) {
+            continue;
         }
+        try {
+            const std::array<std::byte, kQueueBytes> nobody{};
+            write(nobody.data(), nobody.size(), kBlock + static_cast<std::size_t>(slot) * kQueueBytes);
+        } catch (...) {
+            free_byte(slot_byte(slot));
+            throw;
+        }
+        clean_slot(slot);
+        header().processes[static_cast<std::size_t>(slot)] = static_cast<std::uint64_t>(this_process());
+        slot_ = slot;
     }
     return slot_ >= 0;
 }
@@ -251,7 +362,7 @@ bool LockFile::take_slot() {
 bool LockFile::set(const ListKey& list, LockLevel level) {
     if (level == LockLevel::kNone) {
         if (is_prepared(list)) {
-            clear_slots(entry_of(list), own_bit());
+            clear_holders(entry_of(list), own_bit());
         }
         return true;
     }
@@ -276,28 +387,94 @@ bool LockFile::set(const ListKey& list, LockLevel level) {
     }
 }
 
-void LockFile::set_writer_waits(const ListKey& list, bool waits) {
+LockFile::Ticket LockFile::draw_ticket() { return ++header().last_ticket; }
+
+void LockFile::announce(const ListKey& list, Ticket writer, Ticket reader) {
     if (!is_prepared(list)) {
         return; // without a prepared block this process cannot get the lock
     }
-    if (waits) {
-        entry_of(list).waiting_writers |= own_bit();
-    } else {
-        entry_of(list).waiting_writers &= ~own_bit();
+    const bool nobody = writer == kNoTicket && reader == kNoTicket;
+    if (nobody) {
+        entry_of(list).waiting &= ~own_bit();
+    }
+    Queue& queue = queue_of(slot_);
+    const auto place_of = [&](std::uint64_t number) {
+        return std::find_if(queue.lists.begin(), queue.lists.end(),
+                            [&](const Queue::List& place) { return place.number == number; });
+    };
+    const auto number = static_cast<std::uint64_t>(list.number());
+    const auto taken = place_of(number);
+    const auto place = taken != queue.lists.end() ? taken : place_of(0);
+    if (place != queue.lists.end()) {
+        place->writer = writer;
+        place->reader = reader;
+        place->number = nobody ? 0 : number;
+    }
+    if (!nobody) {
+        show_life();
+        entry_of(list).waiting |= own_bit();
     }
 }
 
-bool LockFile::writer_waits_elsewhere(const ListKey& list) {
+void LockFile::show_life() {
+    if (slot_ >= 0) {
+        queue_of(slot_).alive = milliseconds_now();
+    }
+}
+
+// True if that process announces a thread that must get the lock before the given ticket.
+bool LockFile::announces_earlier(int slot, const ListKey& list, LockLevel level, Ticket ticket) const {
+    const Queue& queue = queue_of(slot);
+    const auto number = static_cast<std::uint64_t>(list.number());
+    const std::uint64_t alive = queue.alive; // read first, so that it is not later than now
+    return milliseconds_now() - alive <= kLongestSilence &&
+           std::any_of(queue.lists.begin(), queue.lists.end(), [&](const Queue::List& place) {
+               return place.number == number &&
+                      (place.writer < ticket || (level == LockLevel::kWrite && place.reader < ticket));
+           });
+}
+
+bool LockFile::is_preceded(const ListKey& list, LockLevel level, Ticket ticket) {
     if (!take_slot()) {
         return false;
     }
     prepare_block(list);
     Entry& entry = entry_of(list);
-    std::uint64_t others = 0;
-    do {
-        others = entry.waiting_writers & ~own_bit();
-    } while (others != 0 && clear_dead_slots(entry, others));
-    return others != 0;
+    const std::uint64_t others = entry.waiting & ~own_bit();
+    for (int slot = 0; others >> static_cast<unsigned>(slot) != 0; ++slot) {
+        if ((others & bit_of(slot)) != 0 && announces_earlier(slot, list, level, ticket) &&
+            !clear_dead_slots(entry, bit_of(slot))) {
+            return true;
+        }
+    }
+    return false;
+}
+
+LockFile::Signal LockFile::signal(const ListKey& list) const {
+    if (!is_prepared(list)) {
+        return {nullptr, 0};
+    }
+    const std::atomic<std::uint32_t>& wakes = entry_of(list).wakes;
+    return {&wakes, wakes};
+}
+
+void LockFile::await(const Signal& signal, std::chrono::milliseconds time) {
+    if (signal.word == nullptr) {
+        std::this_thread::sleep_for(time);
+        return;
+    }
+    const struct { // the kernel's structure, in which both numbers have the width of a register
+        long seconds;
+        long nanoseconds;
+    } timeout = {static_cast<long>(time.count() / 1000), static_cast<long>(time.count() % 1000 * 1'000'000)};
+    ::syscall(SYS_futex, signal.word, FUTEX_WAIT, signal.seen, &timeout, nullptr, 0);
+}
+
+void LockFile::wake(const ListKey& list) {
+    if (is_prepared(list) && entry_of(list).waiting != 0) {
+        ++entry_of(list).wakes;
+        ::syscall(SYS_futex, &entry_of(list).wakes, FUTEX_WAKE, INT_MAX, nullptr, nullptr, 0);
+    }
 }
 
 std::string LockFile::describe_obstacle(const ListKey& list, LockLevel level) const {
@@ -313,6 +490,9 @@ std::string LockFile::describe_obstacle(const ListKey& list, LockLevel level) co
     const std::uint64_t last = entry.last_holder;
     if (level == LockLevel::kRead && (holders & kWriting) == 0) {
         return "a writer waiting in another process";
+    }
+    if (others == 0 && (entry.waiting & ~own_bit()) != 0) {
+        return "a thread waiting in another process";
     }
     std::string text;
     for (int slot = 0; slot < kSlots; ++slot) {

@@ -23,43 +23,46 @@ std::vector<LockTable::Holds>::iterator LockTable::mine(ListLock& lock) {
                         [](const Holds& holds) { return holds.thread == this_thread(); });
 }
 
-// True if this thread has to wait for another thread of this process. Waiting writers take precedence over new readers.
-bool LockTable::is_blocked(const ListLock& lock, LockLevel level, bool holds_some) {
-    const std::size_t others = lock.threads.size() - (holds_some ? 1 : 0);
-    if (level == LockLevel::kWrite) {
-        return others != 0;
-    }
+// True if this thread has to wait for another thread of this process.
+bool LockTable::is_blocked(const ListLock& lock, LockLevel level, bool holds_some, Ticket ticket) {
+    const bool writes = level == LockLevel::kWrite;
     if (holds_some) {
-        return false;
+        return writes && lock.threads.size() > 1;
     }
-    return lock.waiting_writers != 0 || level_of(lock) == LockLevel::kWrite;
+    if (writes ? !lock.threads.empty() : level_of(lock) == LockLevel::kWrite) {
+        return true;
+    }
+    return std::any_of(lock.waiters.begin(), lock.waiters.end(), [&](const Waiter& waiter) {
+        return waiter.ticket < ticket && (writes || waiter.level == LockLevel::kWrite);
+    });
 }
 
-LockTable::Obstacle LockTable::try_lock(ListLock& lock, const ListKey& list, LockLevel level) {
+LockTable::Obstacle LockTable::try_lock(ListLock& lock, const Request& request, Ticket ticket) {
+    lock.threads.reserve(lock.threads.size() + 1); // nothing below may run out of memory
     auto holds = mine(lock);
     const bool holds_some = holds != lock.threads.end();
-    if (is_blocked(lock, level, holds_some)) {
+    if (is_blocked(lock, request.level, holds_some, ticket)) {
         return Obstacle::kThread;
     }
-    if (level == LockLevel::kRead && !holds_some && lock.file->writer_waits_elsewhere(list)) {
+    if (!holds_some && request.file->is_preceded(request.list, request.level, ticket)) {
         return Obstacle::kProcess;
     }
-    if (lock.process_level < level) {
-        if (!lock.file->set(list, level)) {
+    if (lock.process_level < request.level) {
+        if (!request.file->set(request.list, request.level)) {
             return Obstacle::kProcess;
         }
-        lock.process_level = level;
+        lock.process_level = request.level;
     }
     if (!holds_some) {
         holds = lock.threads.insert(lock.threads.end(), Holds{this_thread()});
     }
-    ++(level == LockLevel::kWrite ? holds->writes : holds->reads);
+    ++(request.level == LockLevel::kWrite ? holds->writes : holds->reads);
     return Obstacle::kNone;
 }
 
-std::string LockTable::describe_holders(const ListLock& lock, const ListKey& list, LockLevel level, Obstacle obstacle) {
+std::string LockTable::describe_holders(const ListLock& lock, const Request& request, Obstacle obstacle) {
     if (obstacle == Obstacle::kProcess) {
-        return lock.file->describe_obstacle(list, level);
+        return request.file->describe_obstacle(request.list, request.level);
     }
     std::string holders;
     for (const Holds& holds : lock.threads) {
@@ -67,60 +70,91 @@ std::string LockTable::describe_holders(const ListLock& lock, const ListKey& lis
             holders += (holders.empty() ? "thread " : ", thread ") + std::to_string(holds.thread);
         }
     }
-    return (holders.empty() ? "a waiting writer" : holders) + " of this process";
+    return (holders.empty() ? "a waiting thread" : holders) + " of this process";
 }
 
-LockTable::Obstacle LockTable::wait(std::unique_lock<std::mutex>& guard, ListLock& lock, const ListKey& list,
-                                    LockLevel level, Clock::time_point end) {
-    // Counts this thread as a waiting writer for its scope. The first one is announced to other processes, the last one
-    // withdraws that.
-    struct WaitingWriter {
-        ListLock& lock;
-        const ListKey& list;
-        const bool writes;
-        WaitingWriter(ListLock& list_lock, const ListKey& key, bool is_writer)
-            : lock(list_lock), list(key), writes(is_writer) {
-            if (writes && ++lock.waiting_writers == 1) {
-                lock.file->set_writer_waits(list, true);
-            }
-        }
-        ~WaitingWriter() {
-            if (writes && --lock.waiting_writers == 0) {
-                lock.file->set_writer_waits(list, false);
-            }
-        }
-        WaitingWriter(const WaitingWriter&) = delete;
-        WaitingWriter& operator=(const WaitingWriter&) = delete;
-    };
-    const WaitingWriter waiting(lock, list, level == LockLevel::kWrite);
-    Obstacle obstacle = Obstacle::kThread;
-    do {
-        const Clock::time_point retry = Clock::now() + kProcessRetry;
-        obstacle = try_lock(lock, list, level);
-        if (obstacle != Obstacle::kNone) {
-            changed_.wait_until(guard, obstacle == Obstacle::kProcess ? std::min(end, retry) : end);
-        }
-    } while (obstacle != Obstacle::kNone && Clock::now() < end);
-    return obstacle == Obstacle::kNone ? obstacle : try_lock(lock, list, level);
+// Announces the first waiting writer and reader of this process to the others.
+void LockTable::announce(const ListLock& lock, const ListKey& list) {
+    Ticket writer = LockFile::kNoTicket;
+    Ticket reader = LockFile::kNoTicket;
+    for (const Waiter& waiter : lock.waiters) {
+        Ticket& first = waiter.level == LockLevel::kWrite ? writer : reader;
+        first = std::min(first, waiter.ticket);
+    }
+    lock.file->announce(list, writer, reader);
 }
 
-MwStatus LockTable::lock(const std::shared_ptr<LockFile>& file, const Kind& kind, const ListKey& list,
-                         LockLevel level) {
-    const milliseconds timeout = lock_timeout(); // first, so that an invalid setting is reported even if nobody waits
+// The place of the calling thread in the queue.
+class LockTable::Waiting {
+public:
+    Waiting(const LockTable& table, ListLock& lock, const Request& request)
+        : table_(table), lock_(lock), request_(request), ticket_(request.file->draw_ticket()) {
+        lock_.waiters.push_back({ticket_, request_.level});
+        announce(lock_, request_.list);
+    }
+    ~Waiting() {
+        if (table_.round_ != request_.round) {
+            return; // `clear` has emptied the queue
+        }
+        lock_.waiters.erase(std::find_if(lock_.waiters.begin(), lock_.waiters.end(),
+                                         [&](const Waiter& waiter) { return waiter.ticket == ticket_; }));
+        announce(lock_, request_.list);
+        request_.file->wake(request_.list); // threads after this one may be next
+    }
+    Waiting(const Waiting&) = delete;
+    Waiting& operator=(const Waiting&) = delete;
+    Ticket ticket() const { return ticket_; }
+
+private:
+    const LockTable& table_;
+    ListLock& lock_;
+    const Request& request_;
+    const Ticket ticket_;
+};
+
+LockTable::Obstacle LockTable::wait(std::unique_lock<std::mutex>& guard, ListLock& lock, const Request& request) const {
+    const Waiting waiting(*this, lock, request);
+    for (;;) {
+        const LockFile::Signal signal = request.file->signal(request.list);
+        const Obstacle obstacle = try_lock(lock, request, waiting.ticket());
+        const auto left = std::chrono::ceil<milliseconds>(request.end - Clock::now());
+        if (obstacle == Obstacle::kNone || left <= milliseconds::zero()) {
+            return obstacle;
+        }
+        request.file->show_life();
+        guard.unlock();
+        LockFile::await(signal, std::min(left, kLockRetry));
+        guard.lock();
+        if (round_ != request.round) {
+            return Obstacle::kCleared;
+        }
+    }
+}
+
+MwStatus LockTable::lock(const std::shared_ptr<LockFile>& file, const Kind& kind, const ListKey& list, LockLevel level,
+                         std::uint64_t round) {
+    LockFile::check_process();
+    const milliseconds timeout = lock_timeout(); // reports an invalid setting even if nobody waits
     std::unique_lock<std::mutex> guard(mutex_);
+    if (round_ != round) {
+        return kHostBadHandle;
+    }
     ListLock& lock = locks_[list];
-    if (lock.threads.empty()) {
+    if (lock.threads.empty() && lock.waiters.empty()) {
         lock.file = file;
     }
-    Obstacle obstacle = try_lock(lock, list, level);
+    const Request request{file, list, level, round, Clock::now() + timeout};
+    Obstacle obstacle = try_lock(lock, request, LockFile::kNoTicket);
     if (obstacle != Obstacle::kNone) {
-        obstacle = wait(guard, lock, list, level, Clock::now() + timeout);
+        obstacle = wait(guard, lock, request);
     }
     if (obstacle == Obstacle::kNone) {
         return kMwOk;
     }
-    const std::string holders = describe_holders(lock, list, level, obstacle);
-    changed_.notify_all(); // wakes readers that were waiting for this writer
+    if (obstacle == Obstacle::kCleared) {
+        return kHostBadHandle;
+    }
+    const std::string holders = describe_holders(lock, request, obstacle);
     guard.unlock();
     report(std::string("timeout: thread ") + std::to_string(this_thread()) + " waited " +
            std::to_string(timeout.count()) + " ms for the " + (level == LockLevel::kWrite ? "write" : "read") +
@@ -136,12 +170,16 @@ void LockTable::lower(const ListKey& list, ListLock& lock) {
         lock.file->set(list, level);
         lock.process_level = level;
     }
-    changed_.notify_all();
+    lock.file->wake(list);
 }
 
 MwStatus LockTable::unlock(const ListKey& list, LockLevel level) {
     std::lock_guard<std::mutex> guard(mutex_);
-    ListLock& lock = locks_[list];
+    const auto found = locks_.find(list);
+    if (found == locks_.end()) {
+        return kHostNotLockHolder;
+    }
+    ListLock& lock = found->second;
     const auto holds = mine(lock);
     if (holds == lock.threads.end()) {
         return kHostNotLockHolder;
@@ -160,20 +198,26 @@ MwStatus LockTable::unlock(const ListKey& list, LockLevel level) {
 
 void LockTable::release(const ListKey& list) {
     std::lock_guard<std::mutex> guard(mutex_);
-    ListLock& lock = locks_[list];
-    const auto holds = mine(lock);
-    if (holds != lock.threads.end()) {
-        lock.threads.erase(holds);
-        lower(list, lock);
+    const auto found = locks_.find(list);
+    if (found == locks_.end()) {
+        return;
+    }
+    const auto holds = mine(found->second);
+    if (holds != found->second.threads.end()) {
+        found->second.threads.erase(holds);
+        lower(list, found->second);
     }
 }
 
 void LockTable::clear() {
     std::lock_guard<std::mutex> guard(mutex_);
+    ++round_;
     for (auto& [list, lock] : locks_) {
         lock.threads.clear();
+        lock.waiters.clear();
         if (lock.file != nullptr) {
-            lower(list, lock);
+            lower(list, lock); // wakes the waiting threads, which are still announced
+            announce(lock, list);
         }
     }
 }

@@ -88,6 +88,12 @@ void ChildProcess::stop() {
     }
 }
 
+bool ChildProcess::await_stop() {
+    siginfo_t found{};
+    const int options = WSTOPPED | WEXITED | WNOWAIT;
+    return ::waitid(P_PID, static_cast<id_t>(process_), &found, options) == 0 && found.si_code == CLD_STOPPED;
+}
+
 void ChildProcess::kill() {
     ::kill(process_, SIGKILL);
     wait();

@@ -28,6 +28,8 @@ public:
     void close_input();
     // Stops it with SIGSTOP and waits until it has stopped.
     void stop();
+    // Waits until it has stopped itself or has ended. Returns true if it has stopped.
+    bool await_stop();
     // Sends SIGKILL and waits until it has ended.
     void kill();
     // Waits until it has ended. Returns the exit code, or minus the signal number.

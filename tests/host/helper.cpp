@@ -16,6 +16,13 @@
 //                       round
 //     read_loop         takes and releases the read lock in two threads until standard input ends; prints "locked" when
 //                       they have started
+//     write_loop        takes the write lock, changes a record several times and releases the lock, again and again
+//     until
+//                       standard input ends; prints "locked" after the first round
+//     fork_lock         takes the write lock and forks a child, which lives until standard input ends; prints "locked"
+//     and
+//                       waits for that, too
+//     stopped_open STEP opens list 1, and stops itself before that file operation of SQLite; prints "opened"
 //     increment PATH COUNT
 //                       increments the number in a file COUNT times, under the write lock
 //     store PATH        stores list 1 and list 2 to PATH in turn until it is killed; prints a line after each
@@ -35,6 +42,7 @@
 //     store_once PATH   creates list 1, stores it to PATH twice and prints the status of each store
 #include "changes.h"
 #include "middleware/files.h"
+#include "services/status.h"
 #include "system_calls.h"
 
 #include <android/log.h>
@@ -49,6 +57,7 @@
 #include <cstring>
 #include <fstream>
 #include <iostream>
+#include <poll.h>
 #include <sqlite3.h>
 #include <string>
 #include <sys/mount.h>
@@ -143,12 +152,16 @@ public:
         deadly.xOpen = open;
         sqlite3_vfs_register(&deadly, /*makeDflt*/ 1);
     }
-    static void kill_before_step(int step) { steps_left = step; }
+    static void kill_before_step(int step) { send_before_step(SIGKILL, step); }
+    static void send_before_step(int signal, int step) {
+        signal_sent = signal;
+        steps_left = step;
+    }
 
 private:
     static void step() {
         if (steps_left > 0 && --steps_left == 0) {
-            ::raise(SIGKILL);
+            ::raise(signal_sent);
         }
     }
     static int open(sqlite3_vfs*, const char* name, sqlite3_file* file, int flags, int* out_flags) {
@@ -181,6 +194,7 @@ private:
     }
 
     static inline sqlite3_vfs* usual = nullptr;
+    static inline int signal_sent = 0;
     static inline int steps_left = 0;
 };
 
@@ -377,6 +391,42 @@ void read_loop() {
     second.join();
 }
 
+void write_loop() {
+    const MwdbHandle list = opened(1);
+    pollfd input{STDIN_FILENO, POLLIN, 0};
+    for (unsigned round = 0; ::poll(&input, 1, 0) == 0; ++round) {
+        check(x_nwl_lock(list), "lock");
+        auto record = record_of<Networks>(1, static_cast<unsigned char>(round));
+        for (int i = 0; i < 10; ++i) {
+            check(x_nwl_update_rec(list, &record, kMwUpdatePlain), "update");
+        }
+        check(x_nwl_unlock(list), "unlock");
+        if (round == 0) {
+            say("locked");
+        }
+    }
+}
+
+[[noreturn]] void fork_lock() {
+    const MwdbHandle list = opened(1);
+    check(x_nwl_lock(list), "lock");
+    const bool forked = ::fork() == 0;
+    if (forked) {
+        say(std::to_string(x_nwl_lock(list)) + " " + std::to_string(x_nwl_read_lock(opened(2))));
+    }
+    await_end_of_input();
+    ::_exit(0);
+}
+
+void stopped_open(int step) {
+    const DeadlyFileSystem deadly;
+    DeadlyFileSystem::send_before_step(SIGSTOP, step);
+    MwdbHandle list = 0;
+    const MwStatus status = x_nwl_open(1, 0, 0, &list);
+    check(status == kHostNoSuchList ? kMwOk : status, "open");
+    say("opened");
+}
+
 void increment(const char* path, int count) {
     const MwdbHandle list = opened(1);
     for (int i = 0; i < count; ++i) {
@@ -420,6 +470,12 @@ int main(int count, char** arguments) {
         lock_loop();
     } else if (command == "read_loop") {
         read_loop();
+    } else if (command == "write_loop") {
+        write_loop();
+    } else if (command == "fork_lock") {
+        fork_lock();
+    } else if (command == "stopped_open") {
+        stopped_open(std::atoi(arguments[2]));
     } else if (command == "increment") {
         increment(arguments[2], std::atoi(arguments[3]));
     } else if (command == "store") {

@@ -280,3 +280,41 @@ TEST_F(ProcessLocks, OfAnOpeningThatStopsAreWaitedForUntilTheTimeOut) {
     opener.kill();
     EXPECT_EQ(x_nwl_open(1, 0, 0, &handle), kMwOk);
 }
+
+// Wherever a process is stopped while opening the storage, others wait no longer than the timeout.
+TEST_F(ProcessLocks, OfAnOpeningThatStopsAnywhereAreWaitedForUntilTheTimeOut) {
+    environment.set("TAVRO_LOCK_TIMEOUT_MS", "5");
+    std::vector<MwStatus> statuses; // without repetitions
+    int timeouts = 0;
+    bool stopped = true;
+    for (int step = 1; stopped; step += 3) {
+        restart();
+        std::filesystem::remove_all(home());
+        ChildProcess opener({"stopped_open", std::to_string(step)});
+        stopped = opener.await_stop();
+        const MwStatus status = x_nwl_open(1, 0, 0, &handle);
+        timeouts += status == kHostLockTimeout ? 1 : 0;
+        if (statuses.empty() || statuses.back() != status) {
+            statuses.push_back(status);
+        }
+        opener.kill();
+        EXPECT_EQ(x_nwl_open(1, 0, 0, &handle), kHostNoSuchList) << step;
+    }
+    EXPECT_GE(timeouts, 10);
+    EXPECT_EQ(statuses, (std::vector<MwStatus>{kHostLockTimeout, kHostNoSuchList})); // at the end it has been opened
+}
+
+// The child has a copy of its parent's descriptors and mappings.
+TEST_F(ProcessLocks, OfAKilledProcessAreNotKeptByAChildThatItForked) {
+    created<Networks>(2);
+    ChildProcess holder({"fork_lock"});
+    EXPECT_EQ(holder.read_line(), "-106 -106");
+    ASSERT_EQ(attempt_to_write(), kHostLockTimeout);
+    holder.kill();
+    EXPECT_EQ(attempt_to_write(), kMwOk);
+    EXPECT_EQ(log().size(), 2u);
+    EXPECT_NE(
+        log()[0].find("is a fork of a process that uses lists, and cannot use them; start a program in it (exec)"),
+        std::string::npos)
+        << log()[0];
+}
