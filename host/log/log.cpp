@@ -87,8 +87,10 @@ bool written_to_file(const std::string& lines) {
     return error == 0;
 }
 
-// Reports an unwritable log file when the library is loaded, even if nothing is logged.
-__attribute__((constructor)) void check_log_file() {
+// Every stand-in loads this library, so this is done before any of them opens a file. Reports an unwritable log file
+// even if nothing is logged.
+__attribute__((constructor)) void prepare_process() {
+    tavro::host::fill_standard_descriptors();
     try {
         written_to_file("");
     } catch (const std::exception&) {

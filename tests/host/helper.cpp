@@ -37,8 +37,9 @@
 //                       or no system calls at all, are allowed meanwhile. Prints "done", or "done, with all calls" if
 //                       system calls cannot be forbidden
 //     use files|properties|lists DIRECTORY
-//                       makes calls that open files, with files in DIRECTORY, and logs a line after each call. Prints
-//                       what else than /dev/null and pipes is a standard descriptor after a call, then "done"
+//                       prints the names of standard input and error and closes them. Makes calls that open files, with
+//                       files in DIRECTORY, and logs a line after each. Prints what else than /dev/null took the place
+//                       of the closed ones, then "done"
 //     store_once PATH   creates list 1, stores it to PATH twice and prints the status of each store
 #include "changes.h"
 #include "middleware/files.h"
@@ -242,15 +243,19 @@ void store_once(const char* path) {
     say(std::to_string(x_nwl_fs_store(list, path, 1)));
 }
 
-// Prints which standard descriptors are neither closed, /dev/null nor a pipe, and logs a line.
+std::string name_of(int descriptor) {
+    char name[PATH_MAX] = "closed";
+    const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
+    const ssize_t size = ::readlink(link.c_str(), name, sizeof name - 1);
+    return size < 0 ? "closed" : std::string(name, static_cast<std::size_t>(size));
+}
+
+// Prints which of standard input and error is open and not /dev/null, and logs a line.
 void check_standard_descriptors() {
-    for (int descriptor = 0; descriptor <= 2; ++descriptor) {
-        const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
-        char name[PATH_MAX] = "";
-        const bool closed = ::readlink(link.c_str(), name, sizeof name - 1) <= 0;
-        const std::string file = name;
-        if (!closed && file != "/dev/null" && file.compare(0, 5, "pipe:") != 0) {
-            say(std::to_string(descriptor) + " is " + file);
+    for (const int descriptor : {STDIN_FILENO, STDERR_FILENO}) {
+        const std::string name = name_of(descriptor);
+        if (name != "closed" && name != "/dev/null") {
+            say(std::to_string(descriptor) + " is " + name);
         }
     }
     __android_log_print(3, "LogLine", "text");
@@ -262,6 +267,9 @@ void use(const std::string& what, const std::string& directory) {
         check_standard_descriptors();
     };
     const std::string file = directory + "/file";
+    say(name_of(STDIN_FILENO) + " " + name_of(STDERR_FILENO));
+    ::close(STDIN_FILENO);
+    ::close(STDERR_FILENO);
     if (what == "files") {
         checked(fs_raw_init(0, file.c_str()), "init");
         checked(fs_raw_copy(0, file.c_str(), 0, (file + "2").c_str()), "copy");

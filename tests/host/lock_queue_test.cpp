@@ -132,6 +132,18 @@ TEST_F(LockQueue, LetsReadersThatCameBeforeAWriterReadTogether) {
     EXPECT_EQ(log(), std::vector<std::string>{});
 }
 
+TEST_F(LockQueue, KeepsAThreadWhoseProcessStopsReading) {
+    ASSERT_EQ(x_nwl_read_lock(handle), kMwOk);
+    ChildProcess reader({"read_lock"});
+    expect_turn(reader);
+    const auto writer = thread(x_nwl_lock, x_nwl_unlock);
+    ASSERT_EQ(x_nwl_read_unlock(handle), kMwOk);
+    const auto late_reader = process("read_lock");
+    end_turn(reader);
+    take_turn(*writer);
+    take_turn(*late_reader);
+}
+
 TEST_F(LockQueue, GivesEveryoneTurnsAmongBusyProcesses) {
     std::vector<std::unique_ptr<ChildProcess>> others;
     for (const char* command : {"write_loop", "read_loop", "write_loop", "read_loop"}) {

@@ -1,12 +1,18 @@
-// Properties and log when memory runs out: no exception leaves them, and they go on working
+// Properties, log and list locks when memory runs out: no exception leaves them, and they go on working
 // once there is memory.
+#include "child_process.h"
 #include "failing_memory.h"
+#include "kinds.h"
+#include "services/status.h"
 #include "workspace.h"
 
 #include <android/log.h>
 #include <cutils/properties.h>
 
 #include <functional>
+#include <thread>
+
+using namespace tavro;
 
 namespace {
 
@@ -62,4 +68,23 @@ TEST_F(OutOfMemory, LogLinesAreLostButNothingElse) {
     EXPECT_EQ(results([] {}, [&] { return __android_log_print(3, "LongTags", "%s", text.c_str()); }),
               (std::vector<int>{-ENOMEM, 1}));
     EXPECT_EQ(log(), std::vector<std::string>{"D/LongTags" + process_mark() + ": " + text});
+}
+
+// A second list makes each first call take memory, a reader makes the call wait.
+TEST_F(OutOfMemory, LocksAreNeitherTakenNorKept) {
+    const MwdbHandle handle = created<Networks>(1);
+    environment.set("TAVRO_LOCK_TIMEOUT_MS", "0");
+    MwdbHandle fresh = 0;
+    const auto fresh_list = [&, id = std::uint16_t{1}]() mutable { fresh = created<Networks>(++id); };
+    for (const auto lock : {x_nwl_lock, x_nwl_read_lock}) {
+        EXPECT_EQ(results(fresh_list, [&] { return lock(fresh); }), (std::vector<int>{kHostOutOfMemory, kMwOk}));
+    }
+    ASSERT_EQ(x_nwl_lock(handle), kMwOk);
+    std::thread([&] {
+        EXPECT_EQ(results([] {}, [&] { return x_nwl_read_lock(handle); }),
+                  (std::vector<int>{kHostOutOfMemory, kHostLockTimeout}));
+    }).join();
+    EXPECT_EQ(x_nwl_unlock(handle), kMwOk);
+    ChildProcess other({"lock"});
+    EXPECT_EQ(other.read_line(), "locked");
 }
