@@ -40,11 +40,14 @@
 //                       prints the names of standard input and error and closes them. Makes calls that open files, with
 //                       files in DIRECTORY, and logs a line after each. Prints what else than /dev/null took the place
 //                       of the closed ones, then "done"
+//     traffic DIRECTORY PROCESS ROUNDS
+//                       makes the traffic of traffic.h
 //     store_once PATH   creates list 1, stores it to PATH twice and prints the status of each store
 #include "changes.h"
 #include "middleware/files.h"
 #include "services/status.h"
 #include "system_calls.h"
+#include "traffic.h"
 
 #include <android/log.h>
 #include <cutils/properties.h>
@@ -498,6 +501,8 @@ int main(int count, char** arguments) {
         property_calls(arguments[2]);
     } else if (command == "lock_calls") {
         lock_calls();
+    } else if (command == "traffic") {
+        failures += Traffic(arguments[2], std::atoi(arguments[3]), std::atoi(arguments[4])).run();
     } else if (command == "use") {
         use(arguments[2], arguments[3]);
     } else if (command == "store_once") {
