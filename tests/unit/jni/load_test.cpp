@@ -138,6 +138,23 @@ TEST_F(Load, AClassThatLacksAMethodFailsWithItsOwnLine) {
                   "log 6 Tavro_onLoad_channellist: ERROR: VltTvList native registration failed"}));
 }
 
+TEST_F(Load, RegisteringOneTableReturnsZeroOrMinusOne) {
+    const JNINativeMethod method = {const_cast<char*>("native_open"), const_cast<char*>("(I)I"),
+                                    reinterpret_cast<void*>(com_velotra_tv_tavro_channellist_open)};
+    FakeJni good;
+    EXPECT_EQ(registerNativeMethods(good.env(), "a/Class", &method, 1), 0);
+
+    FakeJni without_class;
+    without_class.fail("FindClass(a/Class)");
+    EXPECT_EQ(registerNativeMethods(without_class.env(), "a/Class", &method, 1), -1);
+
+    for (const jint refused : {-1, -7}) {
+        FakeJni without_method;
+        without_method.register_result = refused;
+        EXPECT_EQ(registerNativeMethods(without_method.env(), "a/Class", &method, 1), -1) << refused;
+    }
+}
+
 struct ExpectedRow {
     std::string name;
     std::string signature;

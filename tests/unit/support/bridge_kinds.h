@@ -302,4 +302,7 @@ inline const BridgeKind& satellite_kind() {
     return kind;
 }
 
+inline const BridgeKind* const kBridgeKinds[] = {&service_kind(), &transport_stream_kind(), &network_kind(),
+                                                 &satellite_kind()};
+
 } // namespace tavro::test

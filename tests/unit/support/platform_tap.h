@@ -1,0 +1,58 @@
+// Between the library and the platform's functions. A program that has this object calls all of them through it,
+// whichever libraries it is linked to.
+#pragma once
+
+#include "middleware/types.h"
+
+#include <string>
+#include <vector>
+
+namespace tavro::test {
+
+// A call of the middleware that returns a status.
+struct TappedCall {
+    std::string name;
+    tavro::MwStatus status;
+    tavro::MwdbHandle handle;   // the handle passed, or given by open and create; 0 without one
+    const char* path = nullptr; // the last path passed; its text may be gone
+    std::string path_text{};
+};
+
+// Records the calls of this thread while it exists, and makes some of them fail: such a call does not reach the
+// platform, returns `status` and leaves its output parameters alone.
+class PlatformTap {
+public:
+    PlatformTap();
+    ~PlatformTap();
+    PlatformTap(const PlatformTap&) = delete;
+    PlatformTap& operator=(const PlatformTap&) = delete;
+
+    // Makes the calls number `first` (from 1) to `last` fail.
+    void fail(int first, int last, tavro::MwStatus status);
+
+    std::vector<TappedCall> calls;
+
+    // Used by the functions of the platform.
+    bool takes(tavro::MwStatus& status);
+
+private:
+    int first_ = 0;
+    int last_ = 0;
+    tavro::MwStatus status_ = 0;
+};
+
+// While one exists, the thread is in the platform: memory allocations are not the library's.
+class InPlatform {
+public:
+    InPlatform() { ++depth; }
+    ~InPlatform() { --depth; }
+    InPlatform(const InPlatform&) = delete;
+    InPlatform& operator=(const InPlatform&) = delete;
+
+    static bool now() { return depth != 0; }
+
+private:
+    static thread_local int depth;
+};
+
+} // namespace tavro::test
