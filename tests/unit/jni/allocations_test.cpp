@@ -1,34 +1,19 @@
 // Operations of the library that must not allocate memory. The allocations of the whole test program are counted.
+#include "allocations.h"
 #include "jni/env/record_id.h"
 
-#include <cstdlib>
 #include <gtest/gtest.h>
-#include <new>
 #include <string>
 
 namespace {
 
-thread_local int allocations = 0;
-
-} // namespace
-
-void* operator new(std::size_t size) {
-    ++allocations;
-    if (void* memory = std::malloc(size == 0 ? 1 : size)) {
-        return memory;
-    }
-    throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
-
-namespace {
+using tavro::test::allocations;
 
 // The counter itself works.
 TEST(Allocations, OfALongStringAreCounted) {
-    const int before = allocations;
+    const int before = allocations();
     const std::string text(100, 'x');
-    EXPECT_EQ(allocations, before + 1) << text;
+    EXPECT_EQ(allocations(), before + 1) << text;
 }
 
 TEST(Allocations, AreNotMadeToTakeAnIdentifierApart) {
@@ -37,17 +22,17 @@ TEST(Allocations, AreNotMadeToTakeAnIdentifierApart) {
     for (const char* identifier : identifiers) {
         int list_id = 0;
         int record_id = 0;
-        const int before = allocations;
+        const int before = allocations();
         const bool parsed = trimId(identifier, list_id, record_id);
-        EXPECT_EQ(allocations, before) << identifier;
+        EXPECT_EQ(allocations(), before) << identifier;
         EXPECT_TRUE(parsed);
     }
 }
 
 TEST(Allocations, AreNotMadeToBuildAShortIdentifier) {
-    const int before = allocations;
+    const int before = allocations();
     const std::string identifier = combineStrMId(65535, 65535);
-    EXPECT_EQ(allocations, before) << identifier;
+    EXPECT_EQ(allocations(), before) << identifier;
     EXPECT_EQ(identifier, "65535,65535");
 }
 

@@ -1,5 +1,6 @@
 #include "fake_jni.h"
 
+#include "in_platform.h"
 #include "record_calls.h"
 #include "script.h"
 
@@ -30,6 +31,7 @@ char* aligned_copy(const std::string& text) {
 
 FakeJni::FakeJni() {
     fill_table();
+    mark_calls();
     env_.functions = &table_;
     // The last slot that the library never calls carries the way back to this object.
     table_.reserved0 = this;
@@ -299,6 +301,45 @@ void FakeJni::fill_table() {
         }
         return fake.register_result;
     };
+}
+
+// A function of the table that marks its call as the platform's.
+template <auto Slot, class Result, class... Arguments>
+auto FakeJni::marked(Result (JNICALL* JNINativeInterface_::*)(JNIEnv*, Arguments...)) {
+    return [](JNIEnv* env, Arguments... arguments) -> Result {
+        const InPlatform here;
+        return (self(env).unmarked_.*Slot)(env, arguments...);
+    };
+}
+
+void FakeJni::mark_calls() {
+    unmarked_ = table_;
+    table_.CallBooleanMethodV =
+        marked<&JNINativeInterface_::CallBooleanMethodV>(&JNINativeInterface_::CallBooleanMethodV);
+    table_.CallIntMethodV = marked<&JNINativeInterface_::CallIntMethodV>(&JNINativeInterface_::CallIntMethodV);
+    table_.CallObjectMethodV = marked<&JNINativeInterface_::CallObjectMethodV>(&JNINativeInterface_::CallObjectMethodV);
+    table_.CallVoidMethodV = marked<&JNINativeInterface_::CallVoidMethodV>(&JNINativeInterface_::CallVoidMethodV);
+    table_.DeleteLocalRef = marked<&JNINativeInterface_::DeleteLocalRef>(&JNINativeInterface_::DeleteLocalRef);
+    table_.FindClass = marked<&JNINativeInterface_::FindClass>(&JNINativeInterface_::FindClass);
+    table_.GetArrayLength = marked<&JNINativeInterface_::GetArrayLength>(&JNINativeInterface_::GetArrayLength);
+    table_.GetFieldID = marked<&JNINativeInterface_::GetFieldID>(&JNINativeInterface_::GetFieldID);
+    table_.GetIntArrayElements =
+        marked<&JNINativeInterface_::GetIntArrayElements>(&JNINativeInterface_::GetIntArrayElements);
+    table_.GetIntField = marked<&JNINativeInterface_::GetIntField>(&JNINativeInterface_::GetIntField);
+    table_.GetMethodID = marked<&JNINativeInterface_::GetMethodID>(&JNINativeInterface_::GetMethodID);
+    table_.GetObjectArrayElement =
+        marked<&JNINativeInterface_::GetObjectArrayElement>(&JNINativeInterface_::GetObjectArrayElement);
+    table_.GetObjectClass = marked<&JNINativeInterface_::GetObjectClass>(&JNINativeInterface_::GetObjectClass);
+    table_.GetObjectField = marked<&JNINativeInterface_::GetObjectField>(&JNINativeInterface_::GetObjectField);
+    table_.GetStringUTFChars = marked<&JNINativeInterface_::GetStringUTFChars>(&JNINativeInterface_::GetStringUTFChars);
+    table_.NewByteArray = marked<&JNINativeInterface_::NewByteArray>(&JNINativeInterface_::NewByteArray);
+    table_.NewObjectV = marked<&JNINativeInterface_::NewObjectV>(&JNINativeInterface_::NewObjectV);
+    table_.NewStringUTF = marked<&JNINativeInterface_::NewStringUTF>(&JNINativeInterface_::NewStringUTF);
+    table_.RegisterNatives = marked<&JNINativeInterface_::RegisterNatives>(&JNINativeInterface_::RegisterNatives);
+    table_.ReleaseStringUTFChars =
+        marked<&JNINativeInterface_::ReleaseStringUTFChars>(&JNINativeInterface_::ReleaseStringUTFChars);
+    table_.SetByteArrayRegion =
+        marked<&JNINativeInterface_::SetByteArrayRegion>(&JNINativeInterface_::SetByteArrayRegion);
 }
 
 } // namespace tavro::test

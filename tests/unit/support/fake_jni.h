@@ -116,8 +116,12 @@ private:
     FakeObject& used(jobject reference);
     FakeObject* used_argument(FakeObject* object);
     void fill_table();
+    template <auto Slot, class Result, class... Arguments>
+    static auto marked(Result (JNICALL* JNINativeInterface_::*)(JNIEnv*, Arguments...));
+    void mark_calls();
 
     JNINativeInterface_ table_{};
+    JNINativeInterface_ unmarked_{};
     JNIInvokeInterface_ vm_table_{};
     JNIEnv_ env_{};
     JavaVM_ vm_{};

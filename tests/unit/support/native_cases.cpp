@@ -1,5 +1,6 @@
 #include "native_cases.h"
 
+#include "in_platform.h"
 #include "jni/bridges/channel_list_bridge.h"
 #include "jni/bridges/network_list_bridge.h"
 #include "jni/bridges/satellite_list_bridge.h"
@@ -26,7 +27,9 @@ std::string text_of(jbyteArray bytes) {
     return bytes == nullptr ? "null" : std::to_string(FakeJni::from(bytes).bytes.size()) + " bytes";
 }
 
+// Java values are made as by the platform: their memory is not the library's.
 jstring string(FakeJni& jni, const char* text) {
+    const InPlatform here;
     return text == nullptr ? nullptr : FakeJni::string_ref(jni.string(text));
 }
 
@@ -38,7 +41,12 @@ public:
     template <class Native, class Call>
     void add(const std::string& name, Native* native, const Situation& situation, Call call, bool slow = false) {
         made.push_back({name, &kind_, reinterpret_cast<const void*>(native), situation,
-                        [call](FakeJni& jni) { return text_of(call(jni)); }, slow});
+                        [call](FakeJni& jni) {
+                            const auto result = call(jni);
+                            const InPlatform here;
+                            return text_of(result);
+                        },
+                        slow});
     }
     // The same with the list closed and with the list open.
     template <class Native, class Call>
@@ -57,7 +65,20 @@ private:
 
 // The Java list of some objects.
 using Objects = std::vector<FakeObject*>;
-jobject list_of(FakeJni& jni, const Objects& objects) { return FakeJni::ref(jni.list(objects)); }
+jobject list_of(FakeJni& jni, const Objects& objects) {
+    const InPlatform here;
+    return FakeJni::ref(jni.list(objects));
+}
+
+// Two record objects, or one and a null.
+jobject two_objects(FakeJni& jni, bool null_last = false) {
+    const InPlatform here;
+    FakeObject& second = filled_object(jni);
+    for (const char* field : {"svlIdSvlRecId", "tslIdTslRecId", "NwlIdNwlRecId", "RecId"}) {
+        second.object_fields[field] = &jni.string("1,18");
+    }
+    return list_of(jni, {&filled_object(jni), null_last ? nullptr : &second});
+}
 
 Situation with_file(MwStatus status, Situation situation = {}) {
     situation.file = status;
@@ -199,13 +220,7 @@ void add_writing_natives(Cases& cases, const BridgeKind& kind) {
         cases.add(name, natives.update_list, situation, call);
         cases.made.back().native = registered_list_update(kind);
     };
-    const auto two = [=](FakeJni& jni) {
-        FakeObject& second = filled_object(jni);
-        for (const char* field : {"svlIdSvlRecId", "tslIdTslRecId", "NwlIdNwlRecId", "RecId"}) {
-            second.object_fields[field] = &jni.string("1,18");
-        }
-        return natives.update_list(jni.env(), nullptr, kList, list_of(jni, {&filled_object(jni), &second}));
-    };
+    const auto two = [=](FakeJni& jni) { return natives.update_list(jni.env(), nullptr, kList, two_objects(jni)); };
     add_list_update("update list, closed list", {}, two);
     add_list_update("update list, open list", kOpen, two);
     add_list_update("update list, no elements", {},
@@ -213,7 +228,7 @@ void add_writing_natives(Cases& cases, const BridgeKind& kind) {
     add_list_update("update list, null list", {},
                     [=](FakeJni& jni) { return natives.update_list(jni.env(), nullptr, kList, nullptr); });
     add_list_update("update list, null element", kOpen, [=](FakeJni& jni) {
-        return natives.update_list(jni.env(), nullptr, kList, list_of(jni, {&filled_object(jni), nullptr}));
+        return natives.update_list(jni.env(), nullptr, kList, two_objects(jni, true));
     });
 }
 
@@ -259,6 +274,7 @@ void add_stream_reads(Cases& cases) {
 void add_object_reads(Cases& cases, jobject (*one)(JNIEnv*, jobject, jstring, jobject),
                       jobject (*all)(JNIEnv*, jobject, jint, jobject), const std::vector<const char*>& keys) {
     const auto names = [keys](FakeJni& jni) {
+        const InPlatform here;
         Objects strings;
         for (const char* key : keys) {
             strings.push_back(&jni.string(key));
@@ -309,6 +325,7 @@ std::vector<NativeCase> native_cases(const BridgeKind& kind) {
 }
 
 FakeObject& filled_object(FakeJni& jni, int broadcast_type) {
+    const InPlatform here;
     FakeObject& object = jni.object("object");
     object.keys = {"SvlIdSvlRecId",
                    "TslIdTslRecId",

@@ -1,5 +1,6 @@
 #include "native_run.h"
 
+#include "allocations.h"
 #include "channellist/NativeVltTvChannelList.h"
 #include "channellist/NativeVltTvNetworkList.h"
 #include "channellist/NativeVltTvSatelliteList.h"
@@ -62,13 +63,18 @@ std::string left_by(const std::string& prefix, std::ptrdiff_t recorded, const st
 
 } // namespace
 
-NativeRun run_native(const NativeCase& native, FakeJni& jni, const Failures& failures) {
+namespace {
+
+NativeRun run_once(const NativeCase& native, FakeJni& jni, const Failures& failures, int failing_allocation) {
     NativeRun run;
     const Sizes before = recorded();
     {
         PlatformTap tap;
         tap.fail(failures.first, failures.last, failures.status);
-        run.result = native.call(jni);
+        {
+            const FailingAllocation failing(failing_allocation);
+            run.result = native.call(jni);
+        }
         run.calls = std::move(tap.calls);
     }
     const Sizes after = recorded();
@@ -81,6 +87,16 @@ NativeRun run_native(const NativeCase& native, FakeJni& jni, const Failures& fai
         }
     }
     return run;
+}
+
+} // namespace
+
+NativeRun run_native(const NativeCase& native, FakeJni& jni, const Failures& failures) {
+    return run_once(native, jni, failures, 0);
+}
+
+NativeRun run_native(const NativeCase& native, FakeJni& jni, int failing_allocation) {
+    return run_once(native, jni, {}, failing_allocation);
 }
 
 } // namespace tavro::test

@@ -28,5 +28,8 @@ struct NativeRun {
 
 // Runs a case once. The caller has set up its situation.
 NativeRun run_native(const NativeCase& native, FakeJni& jni, const Failures& failures = {});
+// The same while memory allocation number `failing_allocation` of the library fails; 0 for none. Throws what leaves the
+// native.
+NativeRun run_native(const NativeCase& native, FakeJni& jni, int failing_allocation);
 
 } // namespace tavro::test

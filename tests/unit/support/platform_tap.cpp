@@ -1,5 +1,6 @@
 #include "platform_tap.h"
 
+#include "in_platform.h"
 #include "log/format.h"
 #include "middleware/channel_id.h"
 #include "middleware/files.h"
@@ -17,8 +18,6 @@
 #include <dlfcn.h>
 
 namespace tavro::test {
-
-thread_local int InPlatform::depth = 0;
 
 namespace {
 
@@ -46,10 +45,20 @@ void note_path(TappedCall& call, const char* path) {
     call.path_text = path;
 }
 
+// The name of a call, put together in the platform.
+struct Name {
+    Name(const char* whole) : Name("", whole) {}
+    Name(const char* first, const char* second) : start(first), end(second) {}
+
+    const char* start;
+    const char* end;
+};
+
 // Makes a call; `handle` is the handle passed, or where the call puts one.
 template <class Handle, class... Arguments>
-MwStatus tapped(const std::string& name, Handle handle, Arguments... arguments) {
+MwStatus tapped(const Name& call_name, Handle handle, Arguments... arguments) {
     const InPlatform here;
+    const std::string name = std::string(call_name.start) + call_name.end;
     MwStatus status = 0;
     const bool failed = current != nullptr && current->takes(status);
     if (!failed) {
@@ -64,7 +73,7 @@ MwStatus tapped(const std::string& name, Handle handle, Arguments... arguments) 
 
 // A call whose first argument is a handle.
 template <class... Arguments>
-MwStatus on_handle(const std::string& name, MwdbHandle handle, Arguments... arguments) {
+MwStatus on_handle(const Name& name, MwdbHandle handle, Arguments... arguments) {
     return tapped(name, handle, handle, arguments...);
 }
 
@@ -73,15 +82,15 @@ template <class Kind>
 struct ListCalls {
     template <class... Arguments>
     static MwStatus call(const char* operation, MwdbHandle handle, Arguments... arguments) {
-        return on_handle(std::string(Kind::kPrefix) + operation, handle, arguments...);
+        return on_handle({Kind::kPrefix, operation}, handle, arguments...);
     }
 
     static MwStatus open(std::uint16_t list_id, std::uint32_t tag, std::uint32_t notify, MwdbHandle* handle) {
-        return tapped(std::string(Kind::kPrefix) + "_open", handle, list_id, tag, notify, handle);
+        return tapped(Name(Kind::kPrefix, "_open"), handle, list_id, tag, notify, handle);
     }
     static MwStatus create(const char* name, std::uint16_t list_id, std::uint32_t mode, std::uint32_t growth,
                            std::uint32_t tag, std::uint32_t notify, MwdbHandle* handle) {
-        return tapped(std::string(Kind::kPrefix) + "_create", handle, name, list_id, mode, growth, tag, notify, handle);
+        return tapped(Name(Kind::kPrefix, "_create"), handle, name, list_id, mode, growth, tag, notify, handle);
     }
     static MwStatus close(MwdbHandle handle) { return call("_close", handle); }
     static MwStatus remove(MwdbHandle handle) { return call("_delete", handle); }
@@ -208,15 +217,15 @@ MwStatus x_satl_get_num_recs(MwdbHandle handle, std::uint16_t* count, std::int32
     return on_handle(__func__, handle, count, version);
 }
 
-MwStatus fs_raw_init(std::uint32_t drive, const char* path) { return tapped(__func__, 0U, drive, path); }
+MwStatus fs_raw_init(std::uint32_t drive, const char* path) { return tapped(Name(__func__), 0U, drive, path); }
 MwStatus fs_raw_qry_fpath(std::uint32_t drive, const char* path, std::uint32_t* word1, std::uint32_t* word2,
                           std::uint32_t* word3) {
-    return tapped(__func__, 0U, drive, path, word1, word2, word3);
+    return tapped(Name(__func__), 0U, drive, path, word1, word2, word3);
 }
 MwStatus fs_raw_copy(std::uint32_t from_drive, const char* from, std::uint32_t to_drive, const char* to) {
-    return tapped(__func__, 0U, from_drive, from, to_drive, to);
+    return tapped(Name(__func__), 0U, from_drive, from, to_drive, to);
 }
-MwStatus x_fm_delete_file(std::uint32_t drive, const char* path) { return tapped(__func__, 0U, drive, path); }
+MwStatus x_fm_delete_file(std::uint32_t drive, const char* path) { return tapped(Name(__func__), 0U, drive, path); }
 
 std::uint32_t x_sb_gen_channel_id(std::int32_t major, std::int32_t minor, std::int32_t index) {
     const InPlatform here;

@@ -41,18 +41,4 @@ private:
     tavro::MwStatus status_ = 0;
 };
 
-// While one exists, the thread is in the platform: memory allocations are not the library's.
-class InPlatform {
-public:
-    InPlatform() { ++depth; }
-    ~InPlatform() { --depth; }
-    InPlatform(const InPlatform&) = delete;
-    InPlatform& operator=(const InPlatform&) = delete;
-
-    static bool now() { return depth != 0; }
-
-private:
-    static thread_local int depth;
-};
-
 } // namespace tavro::test

@@ -1,21 +1,9 @@
 // The service list's natives that read: records are returned as their bytes.
 
+#include "allocations.h"
 #include "bridge_test_support.h"
 
-#include <new>
-
 namespace script = tavro::script;
-
-namespace {
-
-bool refuse_large_arrays = false;
-
-} // namespace
-
-// The whole-list read is the only place that allocates without throwing.
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-    return refuse_large_arrays ? nullptr : ::operator new[](size);
-}
 
 namespace {
 
@@ -62,9 +50,10 @@ TEST_F(ServiceReads, AListIsReadUnderItsLockBeforeTheArrayIsMade) {
 TEST_F(ServiceReads, AListThatDoesNotFitInMemoryIsNullWithALine) {
     log_level("D");
     script::always("x_svl_get_num_rec_by_brdcst_type", counts(3));
-    refuse_large_arrays = true;
-    EXPECT_EQ(get_list(), nullptr);
-    refuse_large_arrays = false;
+    {
+        const FailingAllocation of_the_buffer(1);
+        EXPECT_EQ(get_list(), nullptr);
+    }
     const std::string line = kJniLine + "sa_svl_buffer malloc fail";
     EXPECT_EQ(journal_from(line), joined(Lines{line}, call("read_unlock(@1)"), call("close(@1)")));
     EXPECT_EQ(jni.journal_with("get_rec"), Lines{});
