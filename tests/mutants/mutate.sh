@@ -1,0 +1,217 @@
+#!/usr/bin/env bash
+# Changes the library in one place at a time and reports the changes that no test notices:
+# mutate.sh SETTINGS [--sample=N] [--seed=S] [FILE...]
+#
+# SETTINGS is a bash file that sets these variables:
+#
+#   root         folder that holds the sources
+#   folders      folders of the sources, below root
+#   sources      the files that are compiled, below root
+#   work         folder for copies and results; nothing outside it is written
+#   equivalents  file with the mutants that no test can notice, each with a reason
+#
+# and defines these functions, in which "tree" is the copy of the sources:
+#
+#   compile SOURCE OBJECT          compiles without optimization, and writes what was included to OBJECT.d
+#   link_tests FOLDER OBJECT...    links the tests to the objects of the library
+#   first_tests FOLDER             runs the quick tests
+#   second_tests FOLDER            runs the tests for the mutants that the first ones did not notice
+#
+# FILEs are relative to root; without any, all files of the folders are changed. Exit codes: 0 if every mutant was
+# noticed or is listed as equivalent, 1 if not.
+set -euo pipefail
+here=$(dirname "$(readlink -f "$0")")
+sample=0
+seed=1
+files=()
+. "$1"
+shift
+for word in "$@"; do
+    case $word in
+    --sample=*) sample=$((10#${word#*=})) ;;
+    --seed=*) seed=$((10#${word#*=})) ;;
+    *) files+=("$word") ;;
+    esac
+done
+say() { printf '%s\n' "$*" >&2; }
+jobs=$(nproc)
+trap 'trap - TERM; kill 0' INT TERM
+
+if [ ${#files[@]} = 0 ]; then
+    mapfile -t files < <(cd "$root" && find "${folders[@]}" -name '*.cpp' -o -name '*.h' | LC_ALL=C sort)
+fi
+
+# ---- The sources without a change, and their objects.
+
+rm -rf "$work"
+mkdir -p "$work"
+tree=$work/tree
+copy_tree() { # FOLDER
+    mkdir -p "$1"
+    (cd "$root" && cp -r --parents "${folders[@]}" "$1")
+}
+copy_tree "$tree"
+objects=$work/objects
+object_of() { printf '%s' "${1//\//-}.o"; }
+mkdir "$objects"
+say "Compiling the library ..."
+export -f compile object_of
+export root tree objects
+printf '%s\0' "${sources[@]}" |
+    xargs -0 -P "$jobs" -I{} bash -c 'compile "$tree/{}" "$objects/$(object_of {})"' || {
+    say "mutate: the library does not compile without a change"
+    exit 1
+}
+all=()
+for source in "${sources[@]}"; do all+=("$objects/$(object_of "$source")"); done
+mkdir "$work/unchanged"
+say "Running the tests ..."
+{ link_tests "$work/unchanged" "${all[@]}" && first_tests "$work/unchanged" && second_tests "$work/unchanged"; } \
+    >"$work/unchanged.log" 2>&1 || {
+    tail -n 40 "$work/unchanged.log" >&2
+    say "mutate: the tests fail without a change; the log is $work/unchanged.log"
+    exit 1
+}
+
+# ---- The mutants: number, file, line number, line before, line after.
+
+(cd "$root" && awk -v root="$root" -f "$here/mutants.awk" "${files[@]}") | awk '{ print NR "\t" $0 }' >"$work/mutants"
+if [ "$sample" -gt 0 ]; then
+    awk -v seed="$seed" 'BEGIN { srand(seed) } { printf "%.9f\t%s\n", rand(), $0 }' "$work/mutants" | sort -n |
+        head -n "$sample" | cut -f 2- | sort -n >"$work/sample"
+    mv "$work/sample" "$work/mutants"
+fi
+total=$(wc -l <"$work/mutants")
+[ "$total" -gt 0 ] || {
+    say "mutate: nothing to change in ${files[*]}"
+    exit 0
+}
+
+# ---- Trying them. A worker has a copy of the sources of its own, and tries every jobs-th mutant.
+
+# Sets "verdict" to: caught, survived, same (the same machine code) or refused (it does not compile).
+try_mutant() { # FOLDER FILE NUMBER NEW
+    local folder=$1 file=$2 source object changed=() linked=() same=yes
+    new=$4 awk -v at="$3" 'NR == at { print ENVIRON["new"]; next } { print }' "$root/$file" >"$tree/$file"
+    for source in "${sources[@]}"; do
+        object=$(object_of "$source")
+        # The names in .d files are those of the unchanged copy.
+        if grep -qF "$work/tree/$file" "$objects/$object.d"; then
+            changed+=("$object")
+            if ! compile "$tree/$source" "$folder/$object" >"$folder/compile.log" 2>&1; then
+                verdict=refused
+                return
+            fi
+            cmp -s "$folder/$object" "$folder/unchanged/$object" || same=no
+            linked+=("$folder/$object")
+        else
+            linked+=("$objects/$object")
+        fi
+    done
+    if [ $same = yes ]; then
+        verdict=same
+    elif ! link_tests "$folder" "${linked[@]}" >"$folder/link.log" 2>&1; then
+        verdict=refused
+    elif first_tests "$folder" >"$folder/first.log" 2>&1 && second_tests "$folder" >"$folder/second.log" 2>&1; then
+        verdict=survived
+    else
+        verdict=caught
+    fi
+}
+
+worker() { # INDEX
+    local index=$1 folder=$work/worker$1 number file at old new verdict
+    copy_tree "$folder/tree"
+    cp -r "$objects" "$folder/unchanged"
+    tree=$folder/tree
+    while IFS=$'\t' read -r number file at old new; do
+        verdict=
+        try_mutant "$folder" "$file" "$at" "$new" </dev/null
+        cp "$root/$file" "$tree/$file"
+        printf '%s\t%s\t%s\t%s\t%s\t%s\n' "$verdict" "$number" "$file" "$at" "$old" "$new" >>"$work/results"
+    done < <(awk -v jobs="$jobs" -v index_="$index" 'NR % jobs == index_' "$work/mutants")
+}
+
+: >"$work/results"
+say "Trying $total mutants ..."
+workers=()
+for ((i = 0; i < jobs; i++)); do
+    worker "$i" &
+    workers+=($!)
+done
+(
+    shown=0
+    while sleep 1; do
+        done_=$(wc -l <"$work/results")
+        if [ -t 2 ]; then
+            printf '\r%d of %d mutants' "$done_" "$total" >&2
+        elif [ $((done_ / 50)) -gt $((shown / 50)) ]; then
+            say "  $done_ of $total mutants"
+        fi
+        shown=$done_
+    done
+) &
+progress=$!
+failed=no
+for pid in "${workers[@]}"; do wait "$pid" || failed=yes; done
+kill "$progress" 2>/dev/null
+wait "$progress" 2>/dev/null || true
+[ ! -t 2 ] || printf '\r\033[K' >&2
+[ $failed = no ] || {
+    say "mutate: a worker ended early; its files are in $work"
+    exit 1
+}
+
+# ---- The result.
+
+# An entry of the list of equivalent mutants is a line "FILE: LINE BEFORE", then, indented, "=> LINE AFTER" and a reason.
+sort -t $'\t' -k 2n "$work/results" | LC_ALL=C awk -F '\t' -v sample="$sample" '
+    function complain(text) {
+        print text
+        wrong = 1
+    }
+    FILENAME == ARGV[1] {
+        text = $0
+        gsub(/^ +| +$/, "", text)
+        if (text == "" || $0 ~ /^#/) next
+        if ($0 !~ /^ /) {
+            if (key != "" && !reason) complain(where ": this entry has no reason")
+            before = text
+            key = ""
+            reason = 0
+            where = FILENAME ":" FNR
+        } else if (text ~ /^=> / && key == "") {
+            key = before "\n" substr(text, 4)
+            place[key] = where
+        } else {
+            reason = 1
+        }
+        next
+    }
+    {
+        count[$1]++
+        tried[$3] = 1
+        key = $3 ": " $5 "\n" $6
+        if ($1 == "survived" && key in place) {
+            count["survived"]--
+            count["equivalent"]++
+            used[key] = 1
+        } else if ($1 == "survived") {
+            complain($3 ":" $4 ": no test notices\n    " $5 "\n    => " $6)
+        } else if ($1 == "same") {
+            used[key] = 1
+        }
+    }
+    END {
+        if (sample == 0) {
+            for (key in place) {
+                file = substr(key, 1, index(key, ": ") - 1)
+                if (file in tried && !(key in used)) complain(place[key] ": out of date: there is no such mutant, or a test notices it")
+            }
+        }
+        printf "%d mutants: %d caught, %d equivalent, %d not noticed; ", NR_mutants(), count["caught"], count["equivalent"] + count["same"], count["survived"]
+        printf "%d more do not compile\n", count["refused"]
+        exit wrong
+    }
+    function NR_mutants() { return count["caught"] + count["equivalent"] + count["same"] + count["survived"] }
+' "$equivalents" -
