@@ -13,9 +13,10 @@
 # and defines these functions, in which "tree" is the copy of the sources:
 #
 #   compile SOURCE OBJECT          compiles without optimization, and writes what was included to OBJECT.d
-#   link_tests FOLDER OBJECT...    links the tests to the objects of the library
-#   first_tests FOLDER             runs the quick tests
-#   second_tests FOLDER            runs the tests for the mutants that the first ones did not notice
+#   first_tests FOLDER OBJECT...   links tests to the objects of the library, and runs them
+#   second_tests FOLDER OBJECT...  the same with tests for the mutants that the first ones did not notice
+#
+# A mutant that cannot be linked counts as noticed.
 #
 # FILEs are relative to root; without any, all files of the folders are changed. Exit codes: 0 if every mutant was
 # noticed or is listed as equivalent, 1 if not.
@@ -52,21 +53,20 @@ copy_tree() { # FOLDER
 }
 copy_tree "$tree"
 objects=$work/objects
-object_of() { printf '%s' "${1//\//-}.o"; }
 mkdir "$objects"
 say "Compiling the library ..."
-export -f compile object_of
-export root tree objects
+export -f compile
+export tree objects
 printf '%s\0' "${sources[@]}" |
-    xargs -0 -P "$jobs" -I{} bash -c 'compile "$tree/{}" "$objects/$(object_of {})"' || {
+    xargs -0 -P "$jobs" -I{} bash -c 'name={} && compile "$tree/$name" "$objects/${name//\//-}.o"' || {
     say "mutate: the library does not compile without a change"
     exit 1
 }
 all=()
-for source in "${sources[@]}"; do all+=("$objects/$(object_of "$source")"); done
+for source in "${sources[@]}"; do all+=("$objects/${source//\//-}.o"); done
 mkdir "$work/unchanged"
 say "Running the tests ..."
-{ link_tests "$work/unchanged" "${all[@]}" && first_tests "$work/unchanged" && second_tests "$work/unchanged"; } \
+{ first_tests "$work/unchanged" "${all[@]}" && second_tests "$work/unchanged" "${all[@]}"; } \
     >"$work/unchanged.log" 2>&1 || {
     tail -n 40 "$work/unchanged.log" >&2
     say "mutate: the tests fail without a change; the log is $work/unchanged.log"
@@ -89,30 +89,31 @@ total=$(wc -l <"$work/mutants")
 
 # ---- Trying them. A worker has a copy of the sources of its own, and tries every jobs-th mutant.
 
+# Which sources include a file, itself among them.
+declare -A including=()
+for file in "${files[@]}"; do
+    for source in "${sources[@]}"; do
+        ! grep -qF "$tree/$file" "$objects/${source//\//-}.o.d" || including[$file]+=" $source"
+    done
+done
+
 # Sets "verdict" to: caught, survived, same (the same machine code) or refused (it does not compile).
 try_mutant() { # FOLDER FILE NUMBER NEW
-    local folder=$1 file=$2 source object changed=() linked=() same=yes
+    local folder=$1 file=$2 source object linked=" ${all[*]} " same=yes
     new=$4 awk -v at="$3" 'NR == at { print ENVIRON["new"]; next } { print }' "$root/$file" >"$tree/$file"
-    for source in "${sources[@]}"; do
-        object=$(object_of "$source")
-        # The names in .d files are those of the unchanged copy.
-        if grep -qF "$work/tree/$file" "$objects/$object.d"; then
-            changed+=("$object")
-            if ! compile "$tree/$source" "$folder/$object" >"$folder/compile.log" 2>&1; then
-                verdict=refused
-                return
-            fi
-            cmp -s "$folder/$object" "$folder/unchanged/$object" || same=no
-            linked+=("$folder/$object")
-        else
-            linked+=("$objects/$object")
+    for source in ${including[$file]:-}; do
+        object=${source//\//-}.o
+        if ! compile "$tree/$source" "$folder/$object" >"$folder/compile.log" 2>&1; then
+            verdict=refused
+            return
         fi
+        cmp -s "$folder/$object" "$folder/unchanged/$object" || same=no
+        linked=${linked/" $objects/$object "/" $folder/$object "}
     done
+    # shellcheck disable=SC2086
     if [ $same = yes ]; then
         verdict=same
-    elif ! link_tests "$folder" "${linked[@]}" >"$folder/link.log" 2>&1; then
-        verdict=refused
-    elif first_tests "$folder" >"$folder/first.log" 2>&1 && second_tests "$folder" >"$folder/second.log" 2>&1; then
+    elif first_tests "$folder" $linked >"$folder/first.log" 2>&1 && second_tests "$folder" $linked >"$folder/second.log" 2>&1; then
         verdict=survived
     else
         verdict=caught

@@ -18,6 +18,10 @@ TEST_F(NetworkList, GetInfoListIsAPlaceholderThatSucceedsWithALine) {
         expect_journal(debug("[NativeVltTvNetworkList][getInfoList]: mwdbId = " + std::to_string(id) + "\n"));
     }
     expect_open_lists({});
+
+    start(kNoLine);
+    EXPECT_EQ(manager.getInfoList(5), 0);
+    expect_journal(debug("closed"));
 }
 
 TEST_F(NetworkList, TheRecordLineHasUnsignedNumbersAndMayHaveAnEmptyName) {

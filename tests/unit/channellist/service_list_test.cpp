@@ -191,12 +191,15 @@ TEST_F(ServiceList, CopyInfoKeepsTheRecordAsItIs) {
 }
 
 TEST_F(ServiceList, CopyInfoLogsARefusalAndReplacesNothing) {
-    given_open(5);
-    for (const MwStatus status : {-3, -11}) {
-        answer("add_rec", status);
-        EXPECT_EQ(copy(5), -22);
-        expect_journal(entry("copyInfo") + found(5) + call("add_rec(@5, record)", sample) +
-                       debug("[copyInfo]: fail \n"));
+    for (const char* property : {kEveryLine, kNoLine}) {
+        start(property);
+        given_open(5);
+        for (const MwStatus status : {-3, -11}) {
+            answer("add_rec", status);
+            EXPECT_EQ(copy(5), -22);
+            expect_journal(entry("copyInfo") + found(5) + call("add_rec(@5, record)", sample) +
+                           debug("[copyInfo]: fail \n"));
+        }
     }
 }
 

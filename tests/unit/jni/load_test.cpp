@@ -74,6 +74,12 @@ TEST_F(Load, WithTheGateClosedGivesTheSameResultsWithoutALine) {
     other.get_env_result = JNI_ERR;
     EXPECT_EQ(JNI_OnLoad(other.vm(), nullptr), -1);
     EXPECT_EQ(other.journal(), std::vector<std::string>{"GetEnv(65540)"});
+
+    FakeJni refusing;
+    refusing.register_result = JNI_ERR;
+    EXPECT_EQ(JNI_OnLoad(refusing.vm(), nullptr), -1);
+    EXPECT_EQ(refusing.journal(),
+              (std::vector<std::string>{"GetEnv(65540)", find("VltTvChannelList"), registers("VltTvChannelList", 20)}));
 }
 
 TEST_F(Load, AsksTheGateOnceBeforeRegistrationAndThenOncePerLine) {

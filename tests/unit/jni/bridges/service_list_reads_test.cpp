@@ -48,15 +48,26 @@ TEST_F(ServiceReads, AListIsReadUnderItsLockBeforeTheArrayIsMade) {
 }
 
 TEST_F(ServiceReads, AListThatDoesNotFitInMemoryIsNullWithALine) {
-    log_level("D");
     script::always("x_svl_get_num_rec_by_brdcst_type", counts(3));
-    {
-        const FailingAllocation of_the_buffer(1);
-        EXPECT_EQ(get_list(), nullptr);
-    }
+    script::always("x_svl_get_num_rec_by_ts", counts(3));
     const std::string line = kJniLine + "sa_svl_buffer malloc fail";
-    EXPECT_EQ(journal_from(line), joined(Lines{line}, call("read_unlock(@1)"), call("close(@1)")));
-    EXPECT_EQ(jni.journal_with("get_rec"), Lines{});
+    for (const bool by_stream : {false, true}) {
+        for (const bool logged : {true, false}) {
+            log_level(logged ? "D" : "");
+            jni.clear_journal();
+            {
+                const FailingAllocation of_the_buffer(1);
+                EXPECT_EQ(by_stream ? com_velotra_tv_tavro_channellist_getInfoListByTransportStreamRecord(jni.env(),
+                                                                                                          nullptr, 1, 7)
+                                    : get_list(),
+                          nullptr);
+            }
+            const Lines counted = call(by_stream ? "get_num_rec_by_ts(@1, 1, 7, 0xffffffff)"
+                                                 : "get_num_rec_by_brdcst_type(@1, 0, 0xffffffff)");
+            EXPECT_EQ(journal(), joined(call("open(1, 0, 0)"), call("read_lock(@1)"), counted,
+                                        logged ? Lines{line} : Lines{}, call("read_unlock(@1)"), call("close(@1)")));
+        }
+    }
 }
 
 TEST_F(ServiceReads, AListIsNullWithALineWhenOneRecordCannotBeRead) {

@@ -109,10 +109,28 @@ TEST_F(MapValueDump, WritesNothingOfAnotherKind) {
 }
 
 TEST_F(MapValueDump, WritesNothingWhenTheMethodIsMissing) {
-    jni.fail("GetMethodID(getInteger, (Ljava/lang/String;)I)");
-    dump(0);
-    EXPECT_EQ(jni.journal(), (Lines{"NewStringUTF(\"Key\")", "GetMethodID(getInteger, (Ljava/lang/String;)I)",
-                                    "DeleteLocalRef(\"Key\")"}));
+    const struct {
+        int kind;
+        const char* look_up;
+    } cases[] = {{0, "GetMethodID(getInteger, (Ljava/lang/String;)I)"},
+                 {1, "GetMethodID(getString, (Ljava/lang/String;)Ljava/lang/String;)"},
+                 {2, "GetMethodID(getBoolean, (Ljava/lang/String;)Z)"}};
+    for (const auto& c : cases) {
+        FakeJni failing;
+        failing.fail(c.look_up);
+        showMapListValue(failing.env(), "Key", c.kind, FakeJni::ref(map), static_cast<jclass>(FakeJni::ref(cls)));
+        EXPECT_EQ(failing.journal(), (Lines{"NewStringUTF(\"Key\")", c.look_up, "DeleteLocalRef(\"Key\")"}));
+    }
+}
+
+TEST_F(MapValueDump, WritesNothingWithTheGateClosed) {
+    log_level("");
+    for (const int kind : {0, 1, 2}) {
+        dump(kind);
+    }
+    EXPECT_EQ(jni.journal_with("log"), Lines{});
+    EXPECT_EQ(jni.journal_with("map."),
+              (Lines{"map.getInteger(\"Key\")", "map.getString(\"Key\")", "map.getBoolean(\"Key\")"}));
 }
 
 } // namespace
