@@ -38,7 +38,7 @@ nothing_done() {
 }
 
 @test "every command prints its help and does nothing else" {
-    [ "$(all_commands | wc -l)" = 9 ]
+    [ "$(all_commands | wc -l)" = 10 ]
     for command in $(all_commands); do
         for words in "$command --help" "$command -h" "help $command" "$command $(arguments_of $command) --help"; do
             tavro 0 $words
@@ -75,6 +75,7 @@ nothing_done() {
             case $command$long in
             test--quick) called '^ctest .*-L quick' ;;
             bench*) called "^run.sh $clone/build/host .*-- java .*tool.Main$" ;;
+            mutate*) called "^mutate.sh $clone/build/host/tests/mutants/settings.sh $long=$sample$" ;;
             *) called "^java .* $command $long${value:+=$sample} --" ;;
             esac
             [ "$short" = - ] || tavro 0 $command "$short" ${value:+$sample} $(arguments_of $command)
@@ -215,6 +216,34 @@ nothing_done() {
     done
     refused "list: '-1' is not a number of records" list 1 --first=-1
     refused "list: unknown kind 'stream': use services, streams, networks or satellites" list 1 --kind stream
+}
+
+@test "invalid arguments of mutate are rejected before anything is done" {
+    mkdir -p "$clone/jni/env" "$clone/host"
+    : >"$clone/jni/env/values.cpp"
+    : >"$clone/jni/exports.map"
+    : >"$clone/host/lists.cpp"
+    for number in 0 -1 x 1.5; do refused "mutate: '$number' is not a number of mutants" mutate "--sample=$number"; done
+    for number in -1 x 2147483648; do refused "mutate: '$number' is not a seed" mutate "--seed=$number"; done
+    refused "mutate: no such file: 'jni/none.cpp'" mutate jni/none.cpp
+    refused "mutate: no such file: 'jni'" mutate jni
+    for file in jni/exports.map host/lists.cpp; do
+        refused "mutate: '$file' is not a source file of the library: name a .cpp or .h file in jni, channellist or text" mutate $file
+    done
+}
+
+@test "a file for mutate is looked for in the working directory and then in the clone" {
+    mkdir -p "$clone/jni/env"
+    : >"$clone/jni/env/values.cpp"
+    for file in jni/env/values.cpp "$clone/jni/env/values.cpp"; do
+        : >"$FAKE_CALLS"
+        tavro 0 mutate --sample 3 "$file"
+        called "^mutate.sh $clone/build/host/tests/mutants/settings.sh --sample=3 jni/env/values.cpp$"
+    done
+    cd "$clone/jni/env"
+    tavro 0 mutate values.cpp
+    called "^mutate.sh .*/settings.sh jni/env/values.cpp$"
+    FAKE_STATUS=7 tavro 1 mutate values.cpp
 }
 
 @test "invalid benchmark options are rejected before anything is done" {

@@ -63,8 +63,8 @@ fi
 END
     fake java <<<'exit $FAKE_STATUS'
     fake ctest <<<'exit $FAKE_STATUS'
-    mkdir -p "$clone/cmake" "$clone/tests/lanes" "$clone/bench"
-    for script in cmake/armhf-root.sh tests/lanes/same_tests.sh bench/report.sh bench/run.sh; do
+    mkdir -p "$clone/cmake" "$clone/tests/lanes" "$clone/tests/mutants" "$clone/bench"
+    for script in cmake/armhf-root.sh tests/lanes/same_tests.sh tests/mutants/mutate.sh bench/report.sh bench/run.sh; do
         printf '#!/bin/sh\necho "%s $*" >>"$FAKE_CALLS"\nexit $FAKE_STATUS\n' "${script##*/}" >"$clone/$script"
         chmod 755 "$clone/$script"
     done

@@ -2,9 +2,9 @@
 # Reports which lines and branches of the library the tests have executed:
 # report.sh OBJECTS ROOT EXPLANATIONS LEAST FOLDER...
 #
-# OBJECTS contains the compiler's files with counters, FOLDERs (below ROOT) the sources. Fails if a line was not executed,
-# if less than LEAST percent of the branches were taken, if a branch that was not taken is missing in EXPLANATIONS, or if
-# an explanation there is out of date.
+# OBJECTS contains the compiler's files with counters, FOLDERs (below ROOT) the sources. Fails if less than LEAST percent
+# of the branches were taken, if a line or a branch that was missed is not explained in EXPLANATIONS, or if an explanation
+# there is out of date. Lines of braces alone are ignored: they only have the code that ends a scope.
 #
 # A branch is one way out of a condition. Ways out by an exception do not count, nor does the way on from a call that may
 # throw. A template's branches count once for each set of its arguments, so each must be taken by each of them.
@@ -52,20 +52,21 @@ create table branches as
 select (select count(*) from lines), (select total(executed) from lines),
     (select count(*) from branches), (select total(taken) from branches);
 .output $work/missed
-select 'line', name, line, 1 from lines where not executed
+select 'executed', name, line, 1 from lines where not executed
 union all
-select 'branch', name, line, count(*) from branches where not taken group by name, line
+select 'taken', name, line, count(*) from branches where not taken group by name, line
 order by 2, 3, 1;
 END
 
-# An explanation is a line "FILE: N not taken: TEXT OF THE LINE", and below it, indented, the reason.
+# An explanation is a line "FILE: N not taken: TEXT OF THE LINE" or "FILE: 1 not executed: TEXT OF THE LINE". Below it,
+# indented, is the reason. Several such lines may share one reason.
 LC_ALL=C awk -F '\t' -v root="$root" -v least="$least" '
     function complain(text) {
         print text
         wrong = 1
     }
-    function end_of_explanation() {
-        if (key != "" && !reason) complain(where ": this explanation has no reason: " key)
+    function end_of_reason() {
+        if (open_entry != "" && !reason) complain(open_entry ": no reason is given")
     }
     FILENAME == ARGV[1] { # explanations
         if ($0 ~ /^#/ || $0 ~ /^ *$/) next
@@ -73,22 +74,23 @@ LC_ALL=C awk -F '\t' -v root="$root" -v least="$least" '
             reason = 1
             next
         }
-        end_of_explanation()
-        where = FILENAME ":" FNR
+        if (reason) open_entry = ""
         reason = 0
-        if (!match($0, /: [0-9]+ not taken: /)) {
+        where = FILENAME ":" FNR
+        if (!match($0, /: [0-9]+ not (taken|executed): /)) {
             complain(where ": not an explanation; write FILE: N not taken: TEXT OF THE LINE")
-            key = ""
             next
         }
-        key = substr($0, 1, RSTART - 1) ": " substr($0, RSTART + RLENGTH)
-        if (key in explained) complain(where ": explained twice: " key)
-        explained[key] = substr($0, RSTART + 2) + 0
+        open_entry = where
+        number = substr($0, RSTART + 2) + 0
+        key = substr($0, 1, RSTART - 1) ": not " substr($0, RSTART + index(substr($0, RSTART), " not ") + 4)
+        if (key in explained) complain(where ": explained twice")
+        explained[key] = number
         place[key] = where
         next
     }
     FILENAME == ARGV[2] { # totals
-        end_of_explanation()
+        end_of_reason()
         lines = $1
         executed = $2
         branches = $3
@@ -103,31 +105,34 @@ LC_ALL=C awk -F '\t' -v root="$root" -v least="$least" '
                 source[$2, number] = text
             }
         }
-        if ($1 == "line") {
-            complain($2 ":" $3 ": not executed: " source[$2, $3])
-        } else {
-            key = $2 ": " source[$2, $3]
-            missed[key] += $4
-            at[key] = at[key] " " $3
+        text = source[$2, $3]
+        if ($1 == "executed" && text ~ /^[{}();, ]*$/) {
+            lines--
+            next
         }
+        key = $2 ": not " $1 ": " text
+        if (!(key in missed)) order[++entries] = key
+        missed[key] += $4
+        at[key] = at[key] " " $3
     }
     END {
-        for (key in missed) {
-            split(key, part, ": ")
-            line = part[1] ": " missed[key] " not taken: " substr(key, length(part[1]) + 3)
+        for (i = 1; i <= entries; i++) {
+            key = order[i]
+            file = substr(key, 1, index(key, ": ") - 1)
+            entry = file ": " missed[key] substr(key, length(file) + 2)
             if (!(key in explained)) {
-                complain("line" at[key] " of " part[1] ": a branch is not taken and not explained:\n" line)
+                complain("line" at[key] " of " file ": missed and not explained:\n" entry)
             } else if (missed[key] != explained[key]) {
-                complain(place[key] ": " explained[key] " branches are explained, but now it is:\n" line)
+                complain(place[key] ": the number is " explained[key] ", but now it is:\n" entry)
             }
         }
         for (key in explained) {
-            if (!(key in missed)) complain(place[key] ": out of date, every branch of this line is taken: " key)
+            if (!(key in missed)) complain(place[key] ": out of date, the tests do not miss this any more: " key)
         }
         percent = branches > 0 ? 100 * taken / branches : 100
         if (lines == 0) complain("no line of the sources was counted")
         if (percent < least) complain(sprintf("less than %s %% of the branches are taken", least))
-        printf "lines executed: %d of %d (%.1f %%)\n", executed, lines, (lines > 0 ? 100 * executed / lines : 0)
-        printf "branches taken: %d of %d (%.1f %%); %d explained\n", taken, branches, percent, branches - taken
+        printf "library: %d of %d lines executed (%.1f %%), %d of %d branches taken (%.1f %%)\n", executed, lines,
+            (lines > 0 ? 100 * executed / lines : 0), taken, branches, percent
         exit wrong
     }' "$explanations" <(tr '|' '\t' <"$work/totals") <(tr '|' '\t' <"$work/missed")

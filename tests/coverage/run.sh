@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Runs the tests with counters, then reports what they executed: run.sh OBJECTS UNIT_TESTS JAVA... -- REPORT...
 #
-# OBJECTS contains the counters, JAVA... is the command for the Java tests, REPORT... the command for the report.
+# OBJECTS contains the counters, JAVA... is the command for the Java tests, REPORT... the command for the report. The
+# figures are also written to OBJECTS/figures.txt, from which ./tavro test prints them.
 set -euo pipefail
 objects=$1
 unit_tests=$2
@@ -21,6 +22,10 @@ run() {
     exit 1
 }
 find "$objects" -name '*.gcda' -delete
+rm -f "$objects/figures.txt"
 run "$unit_tests" --gtest_brief=1
 run "${java[@]}"
-"$@"
+status=0
+"$@" | tee "$log" || status=1
+tail -n 1 "$log" >"$objects/figures.txt"
+exit $status

@@ -36,7 +36,8 @@ for word in "$@"; do
 done
 say() { printf '%s\n' "$*" >&2; }
 jobs=$(nproc)
-trap 'trap - TERM; kill 0' INT TERM
+running=()
+trap 'kill "${running[@]}" 2>/dev/null; exit 130' INT TERM
 
 if [ ${#files[@]} = 0 ]; then
     mapfile -t files < <(cd "$root" && find "${folders[@]}" -name '*.cpp' -o -name '*.h' | LC_ALL=C sort)
@@ -135,11 +136,11 @@ worker() { # INDEX
 
 : >"$work/results"
 say "Trying $total mutants ..."
-workers=()
 for ((i = 0; i < jobs; i++)); do
     worker "$i" &
-    workers+=($!)
+    running+=($!)
 done
+workers=("${running[@]}")
 (
     shown=0
     while sleep 1; do
@@ -153,6 +154,7 @@ done
     done
 ) &
 progress=$!
+running+=("$progress")
 failed=no
 for pid in "${workers[@]}"; do wait "$pid" || failed=yes; done
 kill "$progress" 2>/dev/null
@@ -165,30 +167,33 @@ wait "$progress" 2>/dev/null || true
 
 # ---- The result.
 
-# An entry of the list of equivalent mutants is a line "FILE: LINE BEFORE", then, indented, "=> LINE AFTER" and a reason.
+# An entry of the list of equivalent mutants is a line "FILE: LINE BEFORE" and, indented, lines "=> LINE AFTER" and a reason.
 sort -t $'\t' -k 2n "$work/results" | LC_ALL=C awk -F '\t' -v sample="$sample" '
     function complain(text) {
         print text
         wrong = 1
+    }
+    function end_of_entry() {
+        if (where != "" && !reason) complain(where ": this entry has no reason")
+        where = ""
     }
     FILENAME == ARGV[1] {
         text = $0
         gsub(/^ +| +$/, "", text)
         if (text == "" || $0 ~ /^#/) next
         if ($0 !~ /^ /) {
-            if (key != "" && !reason) complain(where ": this entry has no reason")
+            end_of_entry()
             before = text
-            key = ""
             reason = 0
             where = FILENAME ":" FNR
-        } else if (text ~ /^=> / && key == "") {
-            key = before "\n" substr(text, 4)
-            place[key] = where
+        } else if (text ~ /^=> /) {
+            place[before "\n" substr(text, 4)] = FILENAME ":" FNR
         } else {
             reason = 1
         }
         next
     }
+    where != "" { end_of_entry() }
     {
         count[$1]++
         tried[$3] = 1

@@ -91,6 +91,13 @@ TEST_P(TransportStreamLists, AreNullWithALineWhenOneRecordCannotBeRead) {
                                 record("1"), Lines{native_line(reader.name, " getInfoByIdx fail ret=-22 ")}, unlocked));
 }
 
+TEST_P(TransportStreamLists, ThatDoNotFitInMemoryAreNullAndUnlocked) {
+    script::answer(call_name(reader.count), counts(3));
+    jni.fail("NewByteArray(2172)");
+    EXPECT_EQ(reader.read(jni.env()), nullptr);
+    EXPECT_EQ(journal(), joined(begun, Lines{"NewByteArray(2172)"}, unlocked));
+}
+
 INSTANTIATE_TEST_SUITE_P(Natives, TransportStreamLists, testing::ValuesIn(kListReaders),
                          [](const testing::TestParamInfo<ListReader>& info) { return info.param.name; });
 

@@ -71,6 +71,15 @@ TEST_F(FailedJni, ANullObjectMethodOrFieldIsAFailure) {
     fails([&](Jni& fresh) { fresh.method(cls, nullptr, "()V"); });
 }
 
+TEST_F(FailedJni, ABooleanThatIsFalseIsNoFailure) {
+    for (const jint value : {1, 0}) {
+        object.int_answers["method"] = value;
+        EXPECT_EQ(jni.call_boolean(ref, method, ref), value == 1);
+        EXPECT_EQ(jni.call_boolean(ref, method, FakeJni::string_ref(text)), value == 1);
+        EXPECT_FALSE(jni.failed());
+    }
+}
+
 TEST_F(FailedJni, ANullArrayHasNoElementsAndIsNoFailure) {
     platform.clear_journal();
     EXPECT_EQ(jni.keep_int_elements(nullptr), nullptr);

@@ -145,6 +145,14 @@ TEST_F(RecordIdentifier, IsBuiltFromTwoIdsButCannotBeParsedIfTheyAreNegative) {
     EXPECT_FALSE(trimId(combineStrMId(-1, 3), list_id, record_id));
 }
 
+TEST_F(RecordIdentifier, OfMoreThanNineDigitsIsParsedFromJavaToo) {
+    FakeJni jni;
+    tavro::Jni env(jni.env());
+    EXPECT_TRUE(tavro::parse_identifier(env, FakeJni::string_ref(jni.string("2147483647,65535")), list_id, record_id));
+    EXPECT_EQ(list_id, std::numeric_limits<int>::max());
+    EXPECT_EQ(record_id, 65535);
+}
+
 TEST_F(RecordIdentifier, IsBuiltForJavaWithALine) {
     FakeJni jni;
     jstring made = combineMId(jni.env(), 1, 37);

@@ -439,13 +439,15 @@ TEST_F(TransportStreamRecord, TheModeFieldDependsOnTheMedium) {
 }
 
 TEST_F(TransportStreamRecord, AnyFailureEndsTheConversionWithTheExceptionPending) {
-    stream.keys = {"BroadcastType", "TslNwlRecId",
-                   "Frequency",     "NetworkName",
-                   "FecInner",      "Standard",
-                   "Hierarchy",     "CodeRate",
-                   "AcTsName",      "GuardInterval",
-                   "RcKeyId",       "SymbolRate",
-                   "BroadcastMode", "AlternateFrequencyInfoList"};
+    stream.keys = {"BroadcastType",   "TslNwlRecId",
+                   "Frequency",       "NetworkName",
+                   "FecInner",        "Standard",
+                   "Hierarchy",       "CodeRate",
+                   "AcTsName",        "GuardInterval",
+                   "RcKeyId",         "SymbolRate",
+                   "BroadcastMode",   "AlternateFrequencyInfoList",
+                   "BarkerChannel",   "Modulation",
+                   "TransmissionMode"};
     stream.object_fields = {{"tslNwlRecId", &jni.string("5,9")},
                             {"networkName", &jni.string("One")},
                             {"acTsName", &jni.string("Two")},
