@@ -126,7 +126,7 @@ FNR == 1 {
     word("true", "false")
     word("false", "true")
     # What a variable starts with is left out: almost always a call stores its result there before anything reads it.
-    if (code !~ /^[A-Za-z_:0-9]+ [A-Za-z0-9]*[A-Za-z0-9] = [0-9]+;$/) numbers()
+    if (code !~ /^[A-Za-z_:0-9]+ [A-Za-z0-9_]*[A-Za-z0-9] = [0-9]+;$/) numbers()
     strings()
 
     # What a function returns, and where it goes.

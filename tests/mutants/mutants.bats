@@ -90,6 +90,20 @@ END
     prints " 2 equivalent, 0 not noticed;"
 }
 
+@test "an entry stands for one place, however often the file has its line" {
+    sed -i 's/price(10) == 70/price(20) == 80/' test.cpp
+    printf '%s\n' 'int again(int pieces) {' '    return pieces < kLimit ? 1 : 2;' '}' 'int more(int pieces) {' \
+        '    return pieces < kLimit ? 1 : 2;' '}' >root/lib/price.cpp
+    echo 'int price(int pieces) { return pieces < kLimit ? pieces * 8 : 60 + pieces; }' >>root/lib/price.cpp
+    sed -i '1i#include "lib/price.h"' root/lib/price.cpp
+    printf '%s\n' 'lib/price.cpp: return pieces < kLimit ? 1 : 2;' '    => return pieces <= kLimit ? 1 : 2;' '    No use.' >equivalent.txt
+    mutate 1 lib/price.cpp
+    [ "$(grep -c '=> return pieces <= kLimit ? 1 : 2;' <<<"$output")" = 1 ] || show "not one of the two"
+    sed -i 's/.*<= .*/&\n&/' equivalent.txt
+    mutate 1 lib/price.cpp
+    [[ $output != *"=> return pieces <= kLimit ? 1 : 2;"* ]] || show "one of the two"
+}
+
 @test "an entry of the list that is out of date or has no reason is reported" {
     cat >equivalent.txt <<'END'
 lib/price.h: constexpr int kLimit = 10;

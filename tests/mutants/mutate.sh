@@ -187,7 +187,9 @@ sort -t $'\t' -k 2n "$work/results" | LC_ALL=C awk -F '\t' -v sample="$sample" '
             reason = 0
             where = FILENAME ":" FNR
         } else if (text ~ /^=> /) {
-            place[before "\n" substr(text, 4)] = FILENAME ":" FNR
+            key = before "\n" substr(text, 4)
+            listed[key]++
+            place[key] = FILENAME ":" FNR
         } else {
             reason = 1
         }
@@ -198,22 +200,19 @@ sort -t $'\t' -k 2n "$work/results" | LC_ALL=C awk -F '\t' -v sample="$sample" '
         count[$1]++
         tried[$3] = 1
         key = $3 ": " $5 "\n" $6
-        if ($1 == "survived" && key in place) {
-            count["survived"]--
+        if (($1 == "survived" || $1 == "same") && found[key] < listed[key]) {
+            found[key]++
+            count[$1]--
             count["equivalent"]++
-            used[key] = 1
         } else if ($1 == "survived") {
             complain($3 ":" $4 ": no test notices\n    " $5 "\n    => " $6)
-        } else if ($1 == "same") {
-            used[key] = 1
         }
     }
     END {
-        if (sample == 0) {
-            for (key in place) {
-                file = substr(key, 1, index(key, ": ") - 1)
-                if (file in tried && !(key in used)) complain(place[key] ": out of date: there is no such mutant, or a test notices it")
-            }
+        for (key in listed) {
+            file = substr(key, 1, index(key, ": ") - 1)
+            if (sample == 0 && file in tried && found[key] < listed[key])
+                complain(place[key] ": out of date: there is no such mutant, or a test notices it")
         }
         printf "%d mutants: %d caught, %d equivalent, %d not noticed; ", NR_mutants(), count["caught"], count["equivalent"] + count["same"], count["survived"]
         printf "%d more do not compile\n", count["refused"]

@@ -4,6 +4,7 @@
 #include "bridge_test_support.h"
 
 #include <cstddef>
+#include <set>
 #include <utility>
 
 namespace {
@@ -39,6 +40,26 @@ TEST_F(ServiceWrites, AnUpdateAsksForTheChannelNumberAfterTheHeader) {
     ASSERT_EQ(lines.size(), head.size() + tail.size() + header_keys * asked("", "").size() + 2);
     EXPECT_EQ(Lines(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(head.size())), head);
     EXPECT_EQ(Lines(lines.end() - static_cast<std::ptrdiff_t>(tail.size()), lines.end()), tail);
+}
+
+TEST_F(ServiceWrites, ANumberForAnUnknownBroadcastTypeIsLogged) {
+    log_level("D");
+    for (jint type = 0; type < 12; ++type) {
+        FakeObject& service = named("1,17");
+        service.keys.insert({"BroadcastType", "MajorChannelNumber"});
+        service.int_fields = {{"broadcastType", type}, {"majorChannelNumber", 5}};
+        const std::set<jint> known = {tavro::kBroadcastDvb, tavro::kBroadcastType3, tavro::kBroadcastType5,
+                                      tavro::kBroadcastDtmb};
+        const Lines expected = known.count(type) != 0 ? Lines{}
+                                                      : Lines{kJniLine + "e_brdcst_type = " + std::to_string(type) +
+                                                              ", unsupport type stheader.e_serv_type=0 \n"};
+        jni.clear_journal();
+        com_velotra_tv_tavro_channellist_updateInfo(jni.env(), nullptr, 2, FakeJni::ref(service));
+        EXPECT_EQ(jni.journal_with("unsupport"), expected) << type;
+        jni.clear_journal();
+        com_velotra_tv_tavro_channellist_add_Info(jni.env(), nullptr, 2, FakeJni::ref(service));
+        EXPECT_EQ(jni.journal_with("unsupport"), expected) << type;
+    }
 }
 
 TEST_F(ServiceWrites, AnEmptyListUpdateAsksForTheSizeThenLocks) {

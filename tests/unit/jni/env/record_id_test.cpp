@@ -145,6 +145,21 @@ TEST_F(RecordIdentifier, IsBuiltFromTwoIdsButCannotBeParsedIfTheyAreNegative) {
     EXPECT_FALSE(trimId(combineStrMId(-1, 3), list_id, record_id));
 }
 
+TEST_F(RecordIdentifier, OfTheUsualFormIsTakenApartAtOnce) {
+    for (const char* text : {"3,17", "3,17,", "3,17,x", "003,017", "3,000000017"}) {
+        list_id = record_id = kUntouched;
+        EXPECT_TRUE(tavro::take_apart(text, list_id, record_id)) << text;
+        EXPECT_EQ(list_id, 3) << text;
+        EXPECT_EQ(record_id, 17) << text;
+    }
+    list_id = record_id = kUntouched;
+    for (const char* text : {"", ",", "3", "3,", ",17", "3 ,17", "3,17 ", "3,x", "1234567890,17", "3,1234567890"}) {
+        EXPECT_FALSE(tavro::take_apart(text, list_id, record_id)) << text;
+        EXPECT_EQ(list_id, kUntouched) << text;
+        EXPECT_EQ(record_id, kUntouched) << text;
+    }
+}
+
 TEST_F(RecordIdentifier, OfMoreThanNineDigitsIsParsedFromJavaToo) {
     FakeJni jni;
     tavro::Jni env(jni.env());
