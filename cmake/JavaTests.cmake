@@ -26,10 +26,10 @@ set(TAVRO_TEST_JAVA ${TAVRO_JAVA} CACHE INTERNAL "Virtual machine that the tests
 
 # tavro_add_junit(AREA GROUP JAR CLASSES class... [ENVIRONMENT name=value...] [JVM_ARGS arg...])
 # Runs the tests of CLASSES from JAR (a target of add_jar), each class in a fresh storage directory, as entries
-# AREA.CLASS. Under an emulator, where a virtual machine starts slowly, adds a single entry AREA.GROUP.
+# AREA.CLASS. In the lanes, which are faster with few processes, adds a single entry AREA.GROUP.
 function(tavro_add_junit AREA GROUP JAR)
     cmake_parse_arguments(PARSE_ARGV 3 ARG "" "" "CLASSES;ENVIRONMENT;JVM_ARGS")
-    if(CMAKE_CROSSCOMPILING)
+    if(TAVRO_LANE)
         list(TRANSFORM ARG_CLASSES PREPEND "-c;" OUTPUT_VARIABLE selection)
         add_junit_entry(${AREA}.${GROUP})
     else()

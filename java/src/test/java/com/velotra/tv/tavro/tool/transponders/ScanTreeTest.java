@@ -33,10 +33,11 @@ import org.junit.jupiter.api.Test;
 
 /**
  * All of Debian's dtv-scan-tables: every distinct transponder is imported once, the counts add up, and every record has
- * the values of its source, checked by offset and stored code.
+ * the values of its source, checked by offset and stored code. Slow builds use every Nth file only.
  */
 class ScanTreeTest {
     private static final int FIRST = 31;
+    private static final int STEP = Integer.getInteger("tavro.scanStep", 1);
     private static final List<String> FOLDERS = List.of("atsc", "dvb-c", "dvb-s", "dvb-t", "isdb-t");
     private static final List<String> LEGACY_FOLDERS = List.of("atsc", "dvb-c", "dvb-s", "dvb-t");
     private static final Map<String, Integer> MEDIUM = Map.of(
@@ -118,7 +119,7 @@ class ScanTreeTest {
         return Path.of(System.getProperty("tavro.scanTables"));
     }
 
-    /** Returns all files below folders, sorted by name. */
+    /** Returns the files below folders, sorted by name. */
     private static List<Path> files(Path root, List<String> folders) throws IOException {
         assertTrue(Files.isDirectory(root), "there are no scan tables at " + root + "; ./tavro test fetches them");
         List<Path> all = new ArrayList<>();
@@ -127,6 +128,7 @@ class ScanTreeTest {
                 files.filter(Files::isRegularFile).sorted().forEach(all::add);
             }
         }
+        all.removeIf(file -> Math.floorMod(root.relativize(file).toString().hashCode(), STEP) != 0);
         return all;
     }
 
@@ -181,7 +183,7 @@ class ScanTreeTest {
     void everyTransponderIsImportedOnceAndEqualsItsSource() throws IOException {
         Map<String, Entry> entries = entries();
         List<Entry> expected = entries.values().stream().filter(entry -> !entry.isService()).toList();
-        assertTrue(expected.size() > 28_000, "the tree has " + expected.size() + " transponders");
+        assertTrue(expected.size() > 28_000 / STEP, "the tree has " + expected.size() + " transponders");
         List<Transponder> transponders = files(root(), FOLDERS).stream()
                 .flatMap(file -> DvbV5File.read(Source.read(file)).transponders().stream()).toList();
         assertEquals(
@@ -248,7 +250,7 @@ class ScanTreeTest {
             assertEquals(satellite, record.satellite(), source.place());
             referring += satellite.recordId() == 0 ? 0 : 1;
         }
-        assertTrue(referring > 5000, referring + " transponders refer to a satellite");
+        assertTrue(referring > 5000 / STEP, referring + " transponders refer to a satellite");
         assertEquals(
                 lists.getAll(FIRST + 2).size(), referring + report.withoutSatellite().values().stream()
                         .mapToInt(Integer::intValue).sum());
