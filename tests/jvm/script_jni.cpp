@@ -4,9 +4,13 @@
 
 #include <jni.h>
 
+#include <cerrno>
 #include <cstddef>
 #include <cstring>
 #include <string>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <vector>
 
 namespace script = tavro::script;
@@ -32,6 +36,31 @@ script::Answer make_answer(JNIEnv* env, jint status, jboolean has_value, jint va
                                 reinterpret_cast<jbyte*>(answer.record.data()));
     }
     return answer;
+}
+
+// The part of inACopy that runs in the copy.
+[[noreturn]] void run_in_copy(JNIEnv* env, jobject runnable, int output) {
+    const rlimit no_core = {};
+    ::setrlimit(RLIMIT_CORE, &no_core);
+    ::alarm(20);
+    ::dup2(output, STDOUT_FILENO);
+    ::dup2(output, STDERR_FILENO);
+    env->CallVoidMethod(runnable, env->GetMethodID(env->GetObjectClass(runnable), "run", "()V"));
+    if (env->ExceptionCheck() != JNI_FALSE) {
+        env->ExceptionDescribe();
+        ::_exit(1);
+    }
+    ::_exit(0);
+}
+
+std::string everything_from(int file) {
+    std::string all;
+    char buffer[4096];
+    ssize_t size = 0;
+    while ((size = ::read(file, buffer, sizeof buffer)) > 0 || (size < 0 && errno == EINTR)) {
+        all.append(buffer, static_cast<std::size_t>(size < 0 ? 0 : size));
+    }
+    return all;
 }
 
 } // namespace
@@ -71,4 +100,28 @@ SCRIPT(jbyteArray, record)(JNIEnv* env, jclass, jint index) {
 
 SCRIPT(void, setProperty)(JNIEnv* env, jclass, jstring name, jstring value) {
     script::set_property(text_of(env, name), text_of(env, value));
+}
+
+// Only the calling thread goes on in the copy: what waits for another one, such as a garbage collection, does not
+// return. An alarm ends it after 20 s.
+SCRIPT(jstring, inACopy)(JNIEnv* env, jclass, jobject runnable) {
+    int ends[2] = {};
+    if (::pipe(ends) != 0) {
+        return nullptr;
+    }
+    const pid_t copy = ::fork();
+    if (copy == 0) {
+        ::close(ends[0]);
+        run_in_copy(env, runnable, ends[1]);
+    }
+    ::close(ends[1]);
+    std::string output = copy < 0 ? "" : everything_from(ends[0]);
+    ::close(ends[0]);
+    int status = 0;
+    if (copy < 0 || ::waitpid(copy, &status, 0) != copy) {
+        return nullptr;
+    }
+    output += WIFSIGNALED(status) ? "signal " + std::to_string(WTERMSIG(status))
+                                  : "exit " + std::to_string(WEXITSTATUS(status));
+    return env->NewStringUTF(output.c_str());
 }

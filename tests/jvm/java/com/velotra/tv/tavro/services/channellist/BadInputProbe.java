@@ -32,7 +32,7 @@ final class BadInputProbe {
             BadInputCalls.lists().forEach(TvList::nativeSetup);
         }
         switch (arguments[0]) {
-            case "identifiers" -> callWithEveryIdentifier(first);
+            case "identifiers" -> callWithEveryIdentifier();
             case "natives", "natives before set-up" -> callEveryNative(first, "/data/list", () -> scriptCounts(1));
             case "natives on nothing before set-up" -> callEveryNative(first, "", () -> scriptCounts(0));
             case "natives with failing locks" -> callEveryNative(first, "/data/list", () -> {
@@ -43,11 +43,10 @@ final class BadInputProbe {
         }
     }
 
-    private static void callWithEveryIdentifier(int first) {
-        List<BadInputCalls.Call> calls = BadInputCalls.all();
+    private static void callWithEveryIdentifier() {
         List<String> identifiers = BadInputDocument.identifiers();
-        for (int i = first; i < calls.size() * identifiers.size(); i++) {
-            System.out.println(outcome(calls.get(i / identifiers.size()), identifiers.get(i % identifiers.size())));
+        for (BadInputCalls.Call call : BadInputCalls.all()) {
+            Copies.outcomes(identifiers.size(), i -> outcome(call, identifiers.get(i))).forEach(System.out::println);
         }
     }
 

@@ -72,6 +72,12 @@ final class Script {
         setProperty("vendor.vlt.broadcast.log.level", level);
     }
 
+    /**
+     * Runs something in a copy of this process, which may end it. Returns all that it printed, and as the last line
+     * {@code exit N} or {@code signal N}. The copy has a single thread, so it must do little.
+     */
+    static native String inACopy(Runnable runnable);
+
     private static native void answer0(String call, int status, boolean hasValue, int value, byte[] record);
 
     private static native void always0(String call, int status, boolean hasValue, int value, byte[] record);
