@@ -24,7 +24,8 @@ final class BadInputCalls {
             "service", VltTvChannelList.class, "transport stream", VltTvTransportStreamList.class,
             "network", VltTvNetworkList.class, "satellite", VltTvSatelliteList.class);
 
-    private static final Map<Class<?>, Class<? extends KeyedValues>> OBJECTS = Map.of(
+    /** The record objects that the natives of a list class take. */
+    static final Map<Class<?>, Class<? extends KeyedValues>> OBJECTS = Map.of(
             VltTvChannelList.class, VltTvChannelInfoBase.class,
             VltTvTransportStreamList.class, VltTvTransportStreamInfoBase.class,
             VltTvNetworkList.class, VltTvNetworkInfoBase.class,
@@ -34,7 +35,7 @@ final class BadInputCalls {
      * The fields of objects that hold identifiers. The first names the record itself, the others records that it refers
      * to.
      */
-    private static final Map<Class<?>, List<String>> FIELDS = Map.of(
+    static final Map<Class<?>, List<String>> FIELDS = Map.of(
             VltTvChannelInfoBase.class, List.of("svlIdSvlRecId", "tslRecId", "satlRecId"),
             VltTvTransportStreamInfoBase.class, List.of("tslIdTslRecId", "tslNwlRecId", "tslSatlRecId"),
             VltTvNetworkInfoBase.class, List.of("NwlIdNwlRecId"),
@@ -92,6 +93,12 @@ final class BadInputCalls {
     }
 
     private BadInputCalls() {}
+
+    /** The name of a list's kind. */
+    static String kind(TvList list) {
+        return KINDS.entrySet().stream().filter(kind -> kind.getValue() == list.getClass()).findFirst().orElseThrow()
+                .getKey();
+    }
 
     /** The four list classes, as objects whose nativeSetup was not called. */
     static List<TvList> lists() {
@@ -184,7 +191,7 @@ final class BadInputCalls {
         }
     }
 
-    private static KeyedValues newObject(Class<? extends KeyedValues> type) {
+    static KeyedValues newObject(Class<? extends KeyedValues> type) {
         try {
             return type.getDeclaredConstructor().newInstance();
         } catch (ReflectiveOperationException e) {
@@ -192,12 +199,12 @@ final class BadInputCalls {
         }
     }
 
-    /** Puts a text into a field as it is, and marks its key, which is the field's name with a capital. */
-    private static KeyedValues put(KeyedValues object, String name, String text) {
+    /** Puts a value into a field as it is, and marks its key, which is the field's name with a capital. */
+    static KeyedValues put(KeyedValues object, String name, Object value) {
         try {
             Field field = object.getClass().getDeclaredField(name);
             field.setAccessible(true);
-            field.set(object, text);
+            field.set(object, value);
         } catch (ReflectiveOperationException e) {
             throw new IllegalStateException(e);
         }
