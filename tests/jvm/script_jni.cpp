@@ -42,7 +42,7 @@ script::Answer make_answer(JNIEnv* env, jint status, jboolean has_value, jint va
 [[noreturn]] void run_in_copy(JNIEnv* env, jobject runnable, int output) {
     const rlimit no_core = {};
     ::setrlimit(RLIMIT_CORE, &no_core);
-    ::alarm(20);
+    ::alarm(10);
     ::dup2(output, STDOUT_FILENO);
     ::dup2(output, STDERR_FILENO);
     env->CallVoidMethod(runnable, env->GetMethodID(env->GetObjectClass(runnable), "run", "()V"));
@@ -103,7 +103,7 @@ SCRIPT(void, setProperty)(JNIEnv* env, jclass, jstring name, jstring value) {
 }
 
 // Only the calling thread goes on in the copy: what waits for another one, such as a garbage collection, does not
-// return. An alarm ends it after 20 s.
+// return. An alarm ends it after 10 s.
 SCRIPT(jstring, inACopy)(JNIEnv* env, jclass, jobject runnable) {
     int ends[2] = {};
     if (::pipe(ends) != 0) {

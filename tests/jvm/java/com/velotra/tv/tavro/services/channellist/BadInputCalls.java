@@ -92,7 +92,38 @@ final class BadInputCalls {
         }
     }
 
+    /** A call with a list that has an element of another class. */
+    record ForeignElement(TvList list, Method method, Object element) {
+        Object make() {
+            Object[] arguments = workingArguments(list, method, "/data/list");
+            for (int i = 0; i < arguments.length; i++) {
+                if (method.getParameterTypes()[i] == List.class) {
+                    arguments[i] = List.of(element);
+                }
+            }
+            return invoke(list, method, arguments);
+        }
+    }
+
     private BadInputCalls() {}
+
+    /** Every native that takes a list, with an element of each class that it does not expect. */
+    static List<ForeignElement> foreignElements() {
+        List<Object> elements = new ArrayList<>(List.of(new Object(), "text", 7, List.of()));
+        lists().forEach(list -> elements.add(newObject(OBJECTS.get(list.getClass()))));
+        List<ForeignElement> calls = new ArrayList<>();
+        for (TvList list : lists()) {
+            for (Method method : natives(list)) {
+                boolean takesObjects = method.getName().endsWith("pdateInfoList");
+                Class<?> expected = takesObjects ? OBJECTS.get(list.getClass()) : String.class;
+                if (List.of(method.getParameterTypes()).contains(List.class)) {
+                    elements.stream().filter(element -> element.getClass() != expected)
+                            .forEach(element -> calls.add(new ForeignElement(list, method, element)));
+                }
+            }
+        }
+        return calls;
+    }
 
     /** The name of a list's kind. */
     static String kind(TvList list) {

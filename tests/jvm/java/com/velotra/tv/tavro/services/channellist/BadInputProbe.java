@@ -33,6 +33,7 @@ final class BadInputProbe {
         }
         switch (arguments[0]) {
             case "identifiers" -> callWithEveryIdentifier();
+            case "elements of another class" -> callWithForeignElements();
             case "natives", "natives before set-up" -> callEveryNative(first, "/data/list", () -> scriptCounts(1));
             case "natives on nothing before set-up" -> callEveryNative(first, "", () -> scriptCounts(0));
             case "natives with failing locks" -> callEveryNative(first, "/data/list", () -> {
@@ -48,6 +49,26 @@ final class BadInputProbe {
         for (BadInputCalls.Call call : BadInputCalls.all()) {
             Copies.outcomes(identifiers.size(), i -> outcome(call, identifiers.get(i))).forEach(System.out::println);
         }
+    }
+
+    private static void callWithForeignElements() {
+        for (BadInputCalls.ForeignElement call : BadInputCalls.foreignElements()) {
+            Copies.outcomes(1, i -> foreignOutcome(call)).forEach(System.out::println);
+        }
+    }
+
+    /** Result or exception, and the locks that are left. */
+    private static String foreignOutcome(BadInputCalls.ForeignElement call) {
+        prepare(call.list());
+        scriptCounts(1);
+        String result;
+        try {
+            result = text(call.make());
+        } catch (IllegalStateException e) {
+            result = "throws " + e.getCause().getClass().getSimpleName();
+        }
+        int locks = Script.linesWith("_lock(").size() - Script.linesWith("_unlock(").size();
+        return result + (locks == 0 ? "" : ", " + locks + " locks");
     }
 
     /**

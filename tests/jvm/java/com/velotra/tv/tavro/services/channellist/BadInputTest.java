@@ -13,6 +13,7 @@ import java.util.Map;
 import java.util.Set;
 import java.util.TreeSet;
 import java.util.regex.Pattern;
+import java.util.stream.Collectors;
 import java.util.stream.Stream;
 import org.junit.jupiter.api.Test;
 import org.junit.jupiter.api.io.TempDir;
@@ -171,6 +172,30 @@ class BadInputTest {
             }
         }
         assertEquals(List.of(), differences);
+    }
+
+    @Test
+    void nativesTreatElementsOfAnotherClassAsDocumented() throws IOException, InterruptedException {
+        Map<String, String> documented = new HashMap<>();
+        for (List<String> row : BadInputDocument.table("Elements of another class")) {
+            String outcome = row.get(2).startsWith("undefined") ? "ends: signal 6" : "throws " + plain(row.get(2));
+            BadInputDocument.natives(row.get(0), row.get(1)).forEach(name -> documented.put(name, outcome));
+        }
+        List<BadInputCalls.ForeignElement> calls = BadInputCalls.foreignElements();
+        List<String> outcomes = ChildProcesses.outcomes(
+                folder, "elements of another class", calls.size(), "-Xcheck:jni");
+        List<String> differences = new ArrayList<>();
+        for (int i = 0; i < calls.size(); i++) {
+            String name = BadInputCalls.fullName(calls.get(i).method());
+            if (!outcomes.get(i).equals(documented.get(name))) {
+                differences.add("\n" + name + " with " + calls.get(i).element().getClass() + ": documented "
+                        + documented.get(name) + ", found " + outcomes.get(i));
+            }
+        }
+        assertEquals(List.of(), differences);
+        assertEquals(
+                documented.keySet(),
+                calls.stream().map(call -> BadInputCalls.fullName(call.method())).collect(Collectors.toSet()));
     }
 
     @Test

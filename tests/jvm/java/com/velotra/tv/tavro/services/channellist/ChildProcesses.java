@@ -21,13 +21,20 @@ final class ChildProcesses {
      * {@code ends} with the C++ exception that nobody caught, if there was one.
      */
     static List<String> outcomes(Path folder, String calls, int count) throws IOException, InterruptedException {
+        return outcomes(folder, calls, count, "-XX:+UseSerialGC");
+    }
+
+    /** The same, with an option for the virtual machines. */
+    static List<String> outcomes(Path folder, String calls, int count, String option)
+            throws IOException, InterruptedException {
         Path errors = folder.resolve("errors");
         List<String> outcomes = new ArrayList<>();
         while (outcomes.size() < count) {
             Process process = new ProcessBuilder(
                     "sh", "-c", "ulimit -c 0; exec \"$0\" \"$@\"", // no core files
                     Path.of(System.getProperty("java.home"), "bin", "java").toString(),
-                    "-XX:TieredStopAtLevel=1", "-XX:+UseSerialGC", "-XX:+SuppressFatalErrorMessage",
+                    // Without compiled code, no call waits for another thread, which Copies do not have.
+                    "-Xint", "-XX:+UseSerialGC", "-XX:+SuppressFatalErrorMessage", option,
                     "-Djava.library.path=" + System.getProperty("java.library.path"),
                     "-Dtavro.document=" + System.getProperty("tavro.document"),
                     "-cp", System.getProperty("java.class.path"),

@@ -7,8 +7,8 @@ import java.util.regex.Matcher;
 import java.util.regex.Pattern;
 
 /**
- * Makes calls that may end the process in copies of it. A copy makes one call after the other; when one has ended it, the
- * next copy goes on with the call after that. Copies start in milliseconds, virtual machines in hundreds of them.
+ * Makes calls that may end the process in copies of it. A copy makes one call after the other; when one has ended it,
+ * the next copy goes on with the call after that. A copy starts in milliseconds, a virtual machine in hundreds of them.
  */
 final class Copies {
     private static final Pattern EXCEPTION =

@@ -105,7 +105,8 @@ final class EdgeArguments {
         }
         for (String identifier : IDENTIFIERS) {
             boolean isRefused = !identifier.matches("(?s)[0-9]+,[0-9]+(,.*)?");
-            edges.add(new Edge(filled(type, 1, "x", identifier, new int[0]), "an object of " + name(identifier), isRefused));
+            KeyedValues object = filled(type, 1, "x", identifier, new int[0]);
+            edges.add(new Edge(object, "an object of " + name(identifier), isRefused));
         }
         return edges;
     }

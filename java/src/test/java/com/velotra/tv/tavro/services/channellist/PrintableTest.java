@@ -6,8 +6,8 @@ import java.nio.charset.StandardCharsets;
 import org.junit.jupiter.api.Test;
 
 class PrintableTest {
-    // Control characters and separators are below 0x2100. Each character there is a text of its own; the others are tested
-    // in blocks, which takes a hundredth of the time.
+    // Control characters and separators are below 0x2100. Each character there is a text of its own; the others are
+    // tested in blocks, which takes a hundredth of the time.
     @Test
     void showsADotForEveryControlCharacterAndLineSeparator() {
         int step = 1;
