@@ -103,6 +103,12 @@ final class EdgeArguments {
         for (String text : TEXTS) {
             edges.add(new Edge(filled(type, 1, text, "3,4", new int[HUGE]), "an object with " + name(text)));
         }
+        edges.addAll(identifiedObjects(type));
+        return edges;
+    }
+
+    private static List<Edge> identifiedObjects(Class<? extends KeyedValues> type) {
+        List<Edge> edges = new ArrayList<>();
         for (String identifier : IDENTIFIERS) {
             boolean isRefused = !identifier.matches("(?s)[0-9]+,[0-9]+(,.*)?");
             KeyedValues object = filled(type, 1, "x", identifier, new int[0]);
@@ -143,10 +149,10 @@ final class EdgeArguments {
                 new Edge(Arrays.asList(object, null, object), "a null element in the middle"),
                 new Edge(List.of(refused), "a refused element", true),
                 new Edge(List.of(object, refused, object), "a refused element in the middle", true),
-                new Edge(Collections.nCopies(2000, object), "2000 elements"),
+                new Edge(Collections.nCopies(500, object), "500 elements"),
                 new Edge(sized(-1, object), "a list with a negative size"),
                 new Edge(sized(5, null), "a list that has only null elements")));
-        for (Edge edge : objects(type)) {
+        for (Edge edge : identifiedObjects(type)) {
             edges.add(new Edge(Arrays.asList(object, edge.value), edge.name + " as an element", edge.isRefused));
         }
         return edges;
@@ -161,7 +167,7 @@ final class EdgeArguments {
                 new Edge(keys, "all keys"),
                 new Edge(TEXTS, "texts that are not keys"),
                 new Edge(Arrays.asList(keys.get(0), null, keys.get(1)), "a null element"),
-                new Edge(Collections.nCopies(2000, keys.get(0)), "2000 elements"),
+                new Edge(Collections.nCopies(500, keys.get(0)), "500 elements"),
                 new Edge(sized(-1, keys.get(0)), "a list with a negative size"));
     }
 
