@@ -3,18 +3,18 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <fuzzer/FuzzedDataProvider.h>
 #include <string>
 
 namespace tavro::fuzz {
 
-// Ends the program with a message if a rule is broken. libFuzzer then writes the input to a file.
-inline void require(bool holds, const std::string& rule) {
+// Ends the program with a message. libFuzzer then writes the input to a file.
+[[noreturn]] void fail(const std::string& rule);
+
+// Fails if a rule is broken.
+inline void require(bool holds, const char* rule) {
     if (!holds) {
-        std::fprintf(stderr, "BROKEN RULE: %s\n", rule.c_str());
-        std::abort();
+        fail(rule);
     }
 }
 

@@ -1,8 +1,9 @@
 // Record identifiers are parsed as by a simple reference parser, whatever the text.
+#include "text/identifier.h"
+
 #include "fuzz.h"
 #include "jni/env/record_id.h"
 #include "script.h"
-#include "text/identifier.h"
 
 #include <stdexcept>
 #include <string>
