@@ -18,6 +18,9 @@ inline void require(bool holds, const char* rule) {
     }
 }
 
+// A new empty folder, in memory if $TMPDIR does not say otherwise. It is removed when the program ends normally.
+std::string temporary_folder();
+
 // Values from the input of one run. After its end they are zero or empty.
 class Input {
 public:
