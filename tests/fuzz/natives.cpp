@@ -175,9 +175,9 @@ private:
     static void require_bytes(jbyteArray got, const std::optional<Bytes>& expected, const char* what) {
         require((got != nullptr) == expected.has_value(), what);
         if (expected) {
-            const auto& bytes = FakeJni::from(got).bytes;
-            require(bytes.size() == expected->size() && std::memcmp(bytes.data(), expected->data(), bytes.size()) == 0,
-                    what);
+            const std::vector<jbyte>& bytes = FakeJni::from(got).bytes;
+            const auto equal = [](jbyte byte, std::byte other) { return static_cast<std::byte>(byte) == other; };
+            require(std::equal(bytes.begin(), bytes.end(), expected->begin(), expected->end(), equal), what);
         }
     }
     static std::optional<Bytes> bytes_or_null(const std::vector<Bytes>& records) {
