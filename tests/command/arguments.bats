@@ -7,6 +7,7 @@ arguments_of() {
     list) echo 1 ;;
     show) echo 1,2 ;;
     import) echo file ;;
+    fuzz) echo identifier ;;
     esac
 }
 
@@ -146,6 +147,7 @@ nothing_done() {
     refused "list: missing argument ID" list
     refused "show: missing argument LIST,RECORD" show --hex
     refused "import: missing argument FILE" import
+    refused "fuzz: missing argument TARGET" fuzz
 }
 
 @test "a missing or unexpected option value is named" {

@@ -10,7 +10,7 @@ shift 2
 # Inputs are not longer than what a target reads.
 case $target in
 identifier) longest=64 ;;
-list_file) longest=800 ;;
+list_file) longest=2000 ;;
 natives | natives_scripted | to_java) longest=700 ;;
 to_record) longest=1500 ;;
 *) longest=3000 ;;

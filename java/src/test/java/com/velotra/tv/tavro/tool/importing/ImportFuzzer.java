@@ -272,7 +272,7 @@ public final class ImportFuzzer {
     private static void requireTransponders(List<Transponder> transponders, int lines) {
         for (Transponder transponder : transponders) {
             requirePlace(transponder.place(), lines);
-            require(transponder.values().values().stream().noneMatch(String::isBlank), "a parameter has a value");
+            require(transponder.values().values().stream().noneMatch(String::isEmpty), "a parameter has a value");
         }
     }
 
