@@ -251,13 +251,13 @@ class ScriptedReferencesTest extends SatellitePlatform {
 
     // What the tests share.
 
-    private static References.Peak peak(int size, IntFunction<Runnable> call) {
-        return References.peak(call.apply(size));
+    private static JniCalls.Peak peak(int size, IntFunction<Runnable> call) {
+        return JniCalls.peak(call.apply(size));
     }
 
     private void assertExactly(int number, IntFunction<Runnable> call) {
         for (int size : new int[] {FEW, MANY}) {
-            References.Peak peak = peak(size, call);
+            JniCalls.Peak peak = peak(size, call);
             expect(peak.number() == number, peak + " for " + size + ", not " + number);
         }
     }
@@ -271,8 +271,8 @@ class ScriptedReferencesTest extends SatellitePlatform {
     }
 
     private void assertBounded(String what, IntFunction<Runnable> call) {
-        References.Peak few = peak(FEW, call);
-        References.Peak many = peak(MANY, call);
+        JniCalls.Peak few = peak(FEW, call);
+        JniCalls.Peak many = peak(MANY, call);
         expect(
                 few.number() == many.number() && many.number() <= MOST,
                 what + ": " + few + " for " + FEW + ", " + many + " for " + MANY + "; at most " + MOST);
@@ -280,15 +280,15 @@ class ScriptedReferencesTest extends SatellitePlatform {
 
     /** For lists so short that the virtual machine's own checks do not warn. */
     private void assertOneForEachElement(IntFunction<Runnable> call) {
-        References.Peak five = peak(5, call);
-        References.Peak fifteen = peak(15, call);
+        JniCalls.Peak five = peak(5, call);
+        JniCalls.Peak fifteen = peak(15, call);
         expect(
                 fifteen.number() - five.number() == 10 && five.number() <= 5 + MOST,
                 five + " for 5, " + fifteen + " for 15; at most " + MOST + " and one for each");
     }
 
     private void assertFew(String what, Supplier<Boolean> call) {
-        References.Peak peak = References.peak(() -> assertTrue(call.get(), what));
+        JniCalls.Peak peak = JniCalls.peak(() -> assertTrue(call.get(), what));
         expect(peak.number() <= MOST, what + ": " + peak + "; at most " + MOST);
     }
 

@@ -1,0 +1,456 @@
+// The functions that replace those of the virtual machine's JNI table. There is one for each of its 229 functions.
+
+#include "agent/recorder.h"
+
+#include <cstdarg>
+#include <cstring>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+namespace tavro::agent {
+namespace {
+
+// The exception of a call that is made to fail; null for functions that do not fail.
+constexpr const char* exception_of(std::string_view name) {
+    if (name == "FindClass") {
+        return "java/lang/NoClassDefFoundError";
+    }
+    if (name == "GetMethodID" || name == "GetStaticMethodID") {
+        return "java/lang/NoSuchMethodError";
+    }
+    if (name == "GetFieldID" || name == "GetStaticFieldID") {
+        return "java/lang/NoSuchFieldError";
+    }
+    if (name.substr(0, 4) == "Call") {
+        return "java/lang/IllegalStateException";
+    }
+    const bool allocates = name.substr(0, 3) == "New" || name == "AllocObject" || name == "GetStringUTFChars" ||
+                           name == "GetStringChars" || name == "GetStringCritical" ||
+                           name.find("ArrayElements") != std::string_view::npos || name == "GetPrimitiveArrayCritical";
+    return allocates && name.substr(0, 7) != "Release" ? "java/lang/OutOfMemoryError" : nullptr;
+}
+
+template <class Value>
+constexpr bool kIsReference = std::is_convertible_v<Value, jobject>;
+
+// One call while it is recorded.
+struct Call {
+    Recorder& recorder;
+    JNIEnv* env;
+    const char* name;
+    std::string text;                 // "NAME(ARGUMENTS"
+    std::string origin;               // what the call returns, for the list of what is held
+    std::string signature;            // of the method that is called
+    const void* memory = nullptr;     // pointer argument that is released
+    jobject first = nullptr;          // first object argument
+    std::vector<const char*> names{}; // text arguments
+
+    void add(const std::string& argument) { text += (text.back() == '(' ? "" : ", ") + argument; }
+};
+
+// How arguments are written.
+
+void describe(Call& call, jobject object) {
+    call.first = call.first == nullptr ? object : call.first;
+    call.add(call.recorder.label(call.env, object));
+}
+void describe(Call& call, jmethodID method) {
+    call.signature = call.recorder.id_signature(method);
+    call.origin = "result of " + call.recorder.id_name(method);
+    call.add(call.recorder.id_name(method));
+}
+void describe(Call& call, jfieldID field) {
+    call.origin = "field " + call.recorder.id_name(field);
+    call.add(call.recorder.id_name(field));
+}
+void describe(Call& call, const char* text) {
+    call.names.push_back(text);
+    call.memory = text;
+    call.add(call.text.rfind("Release", 0) == 0 ? "characters" : abbreviated(quoted(text)));
+}
+void describe(Call& call, jboolean value) { call.add(value != JNI_FALSE ? "true" : "false"); }
+template <class Number>
+std::enable_if_t<std::is_arithmetic_v<Number>> describe(Call& call, Number number) {
+    call.add(std::to_string(number));
+}
+// Other pointers, such as buffers, are not written.
+template <class Pointee>
+std::enable_if_t<!kIsReference<Pointee*>> describe(Call& call, Pointee* pointer) {
+    call.memory = pointer;
+}
+
+// Writes the arguments of a method; `next` returns the next one as a jvalue of that type.
+template <class Next>
+void describe_all(Call& call, Next next) {
+    std::string_view types = call.signature;
+    types = types.substr(types.find('(') + 1);
+    while (!types.empty() && types.front() != ')') {
+        const jvalue value = next(types.front());
+        switch (types.front()) {
+        case 'Z':
+            call.add(value.z != JNI_FALSE ? "true" : "false");
+            break;
+        case 'J':
+            call.add(std::to_string(value.j));
+            break;
+        case 'F':
+        case 'D':
+            call.add(std::to_string(value.d));
+            break;
+        case 'L':
+        case '[':
+            call.add(call.recorder.label(call.env, value.l));
+            break;
+        default:
+            call.add(std::to_string(value.i));
+            break;
+        }
+        types = types.substr(types.find_first_not_of('['));
+        types = types.substr(types.front() == 'L' ? types.find(';') + 1 : 1);
+    }
+}
+
+// The arguments of a variadic call.
+struct VariadicArguments {
+    va_list list;
+    explicit VariadicArguments(va_list given) { va_copy(list, given); }
+    ~VariadicArguments() { va_end(list); }
+    VariadicArguments(const VariadicArguments&) = delete;
+    VariadicArguments& operator=(const VariadicArguments&) = delete;
+};
+
+void describe(Call& call, va_list given) {
+    VariadicArguments arguments(given);
+    describe_all(call, [&](char type) {
+        jvalue value = {};
+        switch (type) {
+        case 'J':
+            value.j = va_arg(arguments.list, jlong);
+            break;
+        case 'F':
+        case 'D':
+            value.d = va_arg(arguments.list, double);
+            break;
+        case 'L':
+        case '[':
+            value.l = va_arg(arguments.list, jobject);
+            break;
+        default:
+            value.i = va_arg(arguments.list, int);
+            break;
+        }
+        return value;
+    });
+}
+
+void describe(Call& call, const jvalue* values) {
+    describe_all(call, [&](char) { return *values++; });
+}
+
+// What calls get, release and look up, by their names.
+
+bool starts_with(const char* text, const char* start) { return std::strncmp(text, start, std::strlen(start)) == 0; }
+bool ends_with(const char* text, const char* end) {
+    return std::strlen(text) >= std::strlen(end) && std::strcmp(text + std::strlen(text) - std::strlen(end), end) == 0;
+}
+
+bool is_memory(const char* name) {
+    return ends_with(name, "Chars") || ends_with(name, "ArrayElements") || ends_with(name, "Critical");
+}
+
+const char* memory_word(const char* name) { return std::strstr(name, "String") != nullptr ? "characters" : "elements"; }
+
+bool gets_memory(const char* name) { return starts_with(name, "Get") && is_memory(name); }
+bool releases_memory(const char* name) { return starts_with(name, "Release") && is_memory(name); }
+
+// What the reference refers to that a call has returned.
+std::string origin_of_result(const Call& call, jobject result) {
+    if (std::strcmp(call.name, "NewStringUTF") == 0) {
+        return "string " + description(call.env, result);
+    }
+    if (std::strcmp(call.name, "GetObjectClass") == 0 || std::strcmp(call.name, "FindClass") == 0) {
+        return "class " + description(call.env, result);
+    }
+    if (starts_with(call.name, "New")) {
+        return "new " + description(call.env, result);
+    }
+    return call.origin.empty() ? call.name : call.origin;
+}
+
+std::string result_text(Call& call, jobject result) {
+    if (result == nullptr) {
+        return "null";
+    }
+    if (ends_with(call.name, "GlobalRef")) {
+        call.recorder.held().add_memory(result, "global reference");
+        return "global";
+    }
+    const std::string known = call.recorder.known_name(call.env, result);
+    const std::string label = call.recorder.held().add(call.env, result, call.name, origin_of_result(call, result));
+    if (std::strcmp(call.name, "NewStringUTF") == 0 || starts_with(call.name, "New")) {
+        return label; // the arguments say what it is, except for objects
+    }
+    return label + " " + (known.empty() ? description(call.env, result) : known);
+}
+std::string result_text(Call&, jboolean result) { return result != JNI_FALSE ? "true" : "false"; }
+template <class Number>
+std::enable_if_t<!std::is_pointer_v<Number>, std::string> result_text(Call&, Number result) {
+    return std::to_string(result);
+}
+std::string result_text(Call& call, jmethodID method) {
+    if (method != nullptr) {
+        const std::string name = class_name(static_cast<jclass>(call.first)) + "." + call.names[0];
+        call.recorder.add_id(method, name, call.names[1]);
+    }
+    return method == nullptr ? "null" : "";
+}
+std::string result_text(Call& call, jfieldID field) {
+    if (field != nullptr) {
+        call.recorder.add_id(field, class_name(static_cast<jclass>(call.first)) + "." + call.names[0], call.names[1]);
+    }
+    return field == nullptr ? "null" : "";
+}
+template <class Pointee>
+std::enable_if_t<!kIsReference<Pointee*>, std::string> result_text(Call& call, Pointee* memory) {
+    if (memory == nullptr) {
+        return "null";
+    }
+    if (gets_memory(call.name)) {
+        call.recorder.held().add_memory(memory, std::string(memory_word(call.name)) + " of " +
+                                                    call.recorder.origin(call.env, call.first));
+    }
+    if constexpr (std::is_same_v<Pointee, const char>) {
+        return quoted(memory);
+    } else {
+        return "";
+    }
+}
+
+void finish(Call& call, const std::string& result) {
+    call.recorder.line(call.text + ")" + (result.empty() ? "" : " = " + result));
+}
+
+// What a call has done to what is held. Before the call, since it ends the reference.
+void release(Call& call) {
+    if (std::strcmp(call.name, "DeleteLocalRef") == 0) {
+        call.recorder.held().remove(call.first);
+    } else if (std::strcmp(call.name, "PopLocalFrame") == 0) {
+        call.recorder.held().pop_frame();
+    } else if (std::strcmp(call.name, "PushLocalFrame") == 0) {
+        call.recorder.held().push_frame();
+    } else if (starts_with(call.name, "Delete")) {
+        call.recorder.held().remove_memory(call.first);
+    } else if (releases_memory(call.name)) {
+        const std::string held = call.recorder.held().remove_memory(call.memory);
+        const std::string expected =
+            std::string(memory_word(call.name)) + " of " + call.recorder.origin(call.env, call.first);
+        if (held != expected) {
+            call.add("not held");
+        }
+    }
+}
+
+template <class Result>
+Result fail(Call& call, const char* exception) {
+    jclass cls = original.FindClass(call.env, exception);
+    original.ThrowNew(call.env, cls, "made to fail");
+    original.DeleteLocalRef(call.env, cls);
+    call.recorder.line(call.text + ") fails: " + (std::strrchr(exception, '/') + 1));
+    return Result();
+}
+
+jobject first_reference() { return nullptr; }
+template <class First, class... Rest>
+jobject first_reference(First first, Rest... rest) {
+    if constexpr (kIsReference<First>) {
+        return first;
+    } else {
+        return first_reference(rest...);
+    }
+}
+
+// Passes a call on and counts references only.
+template <class Result, class... Arguments, class... Given>
+Result count(Recorder& recorder, const char* name, Result (JNICALL* Table::*slot)(JNIEnv*, Arguments...), JNIEnv* env,
+             Given... given) {
+    Call call{recorder, env, name, "(", "", ""};
+    call.first = first_reference(given...);
+    if (!releases_memory(name)) {
+        release(call);
+    }
+    if constexpr (kIsReference<Result>) {
+        Result result = (original.*slot)(env, given...);
+        if (!ends_with(name, "GlobalRef")) {
+            recorder.held().add(nullptr, result, name, "");
+        }
+        return result;
+    } else {
+        return (original.*slot)(env, given...);
+    }
+}
+
+// Passes a call on and records it.
+template <class Result, class... Arguments, class... Given>
+Result record(const char* name, Result (JNICALL* Table::*slot)(JNIEnv*, Arguments...), JNIEnv* env, Given... given) {
+    Recorder& recorder = Recorder::of_thread();
+    if (!recorder.records()) {
+        return (original.*slot)(env, given...);
+    }
+    if (!recorder.with_lines()) {
+        return count(recorder, name, slot, env, given...);
+    }
+    std::string shown = name;
+    if ((starts_with(name, "Call") || starts_with(name, "NewObject")) && (shown.back() == 'V' || shown.back() == 'A')) {
+        shown.pop_back();
+    }
+    Call call{recorder, env, name, shown + "(", "", ""};
+    (describe(call, given), ...);
+    release(call);
+    const char* const exception = exception_of(name);
+    if (exception != nullptr && recorder.is_to_fail()) {
+        return fail<Result>(call, exception);
+    }
+    if constexpr (std::is_void_v<Result>) {
+        (original.*slot)(env, given...);
+        finish(call, "");
+    } else {
+        Result result = (original.*slot)(env, given...);
+        finish(call, result_text(call, result));
+        return result;
+    }
+}
+
+// Replacement for a function with a fixed number of arguments.
+template <auto Slot>
+struct Fixed;
+template <class Result, class... Arguments, Result (JNICALL* Table::*Slot)(JNIEnv*, Arguments...)>
+struct Fixed<Slot> {
+    static inline const char* name = nullptr;
+    static Result JNICALL call(JNIEnv* env, Arguments... arguments) { return record(name, Slot, env, arguments...); }
+};
+
+struct EndOf {
+    va_list& arguments;
+    ~EndOf() { va_end(arguments); }
+};
+
+// Replacement for a variadic function; it calls the one that takes a va_list.
+template <auto Slot, auto SlotV>
+struct Variadic;
+template <class Result, class Object, Result (JNICALL* Table::*Slot)(JNIEnv*, Object, jmethodID, ...),
+          Result (JNICALL* Table::*SlotV)(JNIEnv*, Object, jmethodID, va_list)>
+struct Variadic<Slot, SlotV> {
+    static Result JNICALL call(JNIEnv* env, Object object, jmethodID method, ...) {
+        va_list arguments;
+        va_start(arguments, method);
+        const EndOf end{arguments};
+        return Fixed<SlotV>::call(env, object, method, arguments);
+    }
+};
+template <class Result, Result (JNICALL* Table::*Slot)(JNIEnv*, jobject, jclass, jmethodID, ...),
+          Result (JNICALL* Table::*SlotV)(JNIEnv*, jobject, jclass, jmethodID, va_list)>
+struct Variadic<Slot, SlotV> {
+    static Result JNICALL call(JNIEnv* env, jobject object, jclass cls, jmethodID method, ...) {
+        va_list arguments;
+        va_start(arguments, method);
+        const EndOf end{arguments};
+        return Fixed<SlotV>::call(env, object, cls, method, arguments);
+    }
+};
+
+template <auto Slot>
+void replace(Table& table, const char* name) {
+    Fixed<Slot>::name = name;
+    table.*Slot = Fixed<Slot>::call;
+}
+
+#define FIXED(NAME) replace<&Table::NAME>(table, #NAME);
+#define CALLS(NAME)                                                                                                    \
+    FIXED(NAME##V)                                                                                                     \
+    FIXED(NAME##A)                                                                                                     \
+    table.NAME = Variadic<&Table::NAME, &Table::NAME##V>::call;
+#define CALLS_OF_TYPE(TYPE)                                                                                            \
+    CALLS(Call##TYPE##Method)                                                                                          \
+    CALLS(CallNonvirtual##TYPE##Method)                                                                                \
+    CALLS(CallStatic##TYPE##Method)
+#define VALUES_OF_TYPE(TYPE)                                                                                           \
+    CALLS_OF_TYPE(TYPE)                                                                                                \
+    FIXED(Get##TYPE##Field)                                                                                            \
+    FIXED(Set##TYPE##Field)                                                                                            \
+    FIXED(GetStatic##TYPE##Field)                                                                                      \
+    FIXED(SetStatic##TYPE##Field)
+#define NUMBERS_OF_TYPE(TYPE)                                                                                          \
+    VALUES_OF_TYPE(TYPE)                                                                                               \
+    FIXED(New##TYPE##Array)                                                                                            \
+    FIXED(Get##TYPE##ArrayElements)                                                                                    \
+    FIXED(Release##TYPE##ArrayElements)                                                                                \
+    FIXED(Get##TYPE##ArrayRegion)                                                                                      \
+    FIXED(Set##TYPE##ArrayRegion)
+
+void replace_calls(Table& table) {
+    CALLS_OF_TYPE(Void)
+    CALLS(NewObject)
+    VALUES_OF_TYPE(Object)
+    NUMBERS_OF_TYPE(Boolean)
+    NUMBERS_OF_TYPE(Byte)
+    NUMBERS_OF_TYPE(Char)
+    NUMBERS_OF_TYPE(Short)
+    NUMBERS_OF_TYPE(Int)
+    NUMBERS_OF_TYPE(Long)
+    NUMBERS_OF_TYPE(Float)
+    NUMBERS_OF_TYPE(Double)
+}
+
+#define OTHER_FUNCTIONS(X)                                                                                             \
+    X(AllocObject)                                                                                                     \
+    X(DefineClass)                                                                                                     \
+    X(DeleteGlobalRef) X(DeleteLocalRef) X(DeleteWeakGlobalRef) X(EnsureLocalCapacity) X(ExceptionCheck)               \
+        X(ExceptionClear) X(ExceptionDescribe) X(ExceptionOccurred) X(FatalError) X(FindClass) X(FromReflectedField)   \
+            X(FromReflectedMethod) X(GetArrayLength) X(GetDirectBufferAddress) X(GetDirectBufferCapacity)              \
+                X(GetFieldID) X(GetJavaVM) X(GetMethodID) X(GetModule) X(GetObjectArrayElement) X(GetObjectClass)      \
+                    X(GetObjectRefType) X(GetPrimitiveArrayCritical) X(GetStaticFieldID) X(GetStaticMethodID)          \
+                        X(GetStringChars) X(GetStringCritical) X(GetStringLength) X(GetStringRegion)                   \
+                            X(GetStringUTFChars) X(GetStringUTFLength) X(GetStringUTFRegion) X(GetSuperclass)          \
+                                X(GetVersion) X(IsAssignableFrom) X(IsInstanceOf) X(IsSameObject) X(MonitorEnter)      \
+                                    X(MonitorExit) X(NewDirectByteBuffer) X(NewGlobalRef) X(NewLocalRef)               \
+                                        X(NewObjectArray) X(NewString) X(NewStringUTF) X(NewWeakGlobalRef)             \
+                                            X(PopLocalFrame) X(PushLocalFrame) X(RegisterNatives)                      \
+                                                X(ReleasePrimitiveArrayCritical) X(ReleaseStringChars)                 \
+                                                    X(ReleaseStringCritical) X(ReleaseStringUTFChars)                  \
+                                                        X(SetObjectArrayElement) X(Throw) X(ThrowNew)                  \
+                                                            X(ToReflectedField) X(ToReflectedMethod)                   \
+                                                                X(UnregisterNatives)
+
+void replace_others(Table& table) { OTHER_FUNCTIONS(FIXED) }
+
+// Whether every function was replaced; the first slots of the table are reserved.
+bool replaced_all(const Table& table) {
+    constexpr std::size_t kReserved = 4;
+    constexpr std::size_t kSlots = sizeof(Table) / sizeof(void*);
+    void* const* before = reinterpret_cast<void* const*>(&original);
+    void* const* after = reinterpret_cast<void* const*>(&table);
+    for (std::size_t i = kReserved; i < kSlots; ++i) {
+        if (before[i] == after[i]) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+bool replace_jni_functions() {
+    Table* table = nullptr;
+    if (jvmti->GetJNIFunctionTable(&table) != JVMTI_ERROR_NONE) {
+        return false;
+    }
+    original = *table;
+    replace_calls(*table);
+    replace_others(*table);
+    const bool replaced = replaced_all(*table) && jvmti->SetJNIFunctionTable(table) == JVMTI_ERROR_NONE;
+    jvmti->Deallocate(reinterpret_cast<unsigned char*>(table));
+    return replaced;
+}
+
+} // namespace tavro::agent

@@ -1,0 +1,131 @@
+// Records the JNI calls that natives of the list classes make on one thread, and what they hold.
+#pragma once
+
+#include <jni.h>
+
+#include <jvmti.h>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace tavro::agent {
+
+using Table = JNINativeInterface_;
+
+// The virtual machine's own JNI functions, which the agent calls.
+extern Table original;
+extern jvmtiEnv* jvmti;
+
+// A text in double quotes; other bytes than printable ASCII are escaped.
+std::string quoted(const char* text);
+
+// The text with the package of the list classes abbreviated to "...".
+std::string abbreviated(std::string text);
+
+// The name of a class without its package: "VltTvNetworkInfo".
+std::string class_name(jclass cls);
+
+// The size of an array as "byte[552]", a string's text, a class's name; the name of any other object's class.
+std::string description(JNIEnv* env, jobject object);
+
+// A local reference that a native has got.
+struct Reference {
+    std::string label;   // "string3"; numbers are used again after the reference was deleted
+    std::string origin;  // what it refers to: "field VltTvSatelliteInfoBase.Name"
+    const char* made_by; // the JNI function
+    int number;
+};
+
+// What one thread's natives hold.
+class Held {
+public:
+    // Returns the new reference's label. Without `env` it has none.
+    std::string add(JNIEnv* env, jobject reference, const char* made_by, const std::string& origin);
+    // Ignores unknown references, which are arguments of the native.
+    void remove(jobject reference);
+    void push_frame() { frames_.emplace_back(); }
+    void pop_frame();
+    const Reference* find(jobject reference) const;
+
+    // Characters, array elements and global references, by their address.
+    void add_memory(const void* memory, const std::string& text) { memory_.emplace(memory, text); }
+    // Returns what was held there: "" if nothing.
+    std::string remove_memory(const void* memory);
+
+    // The most references at once, and those by the functions that made them: "12 NewStringUTF, 3 GetObjectClass".
+    int maximum() const { return maximum_; }
+    std::string maximum_by_function() const;
+
+    // "reference class VltTvChannelInfoBase", "characters of field VltTvSatelliteInfoBase.Name", sorted.
+    std::vector<std::string> texts() const;
+
+private:
+    void forget(const Reference& reference);
+
+    std::vector<std::map<jobject, Reference>> frames_ = std::vector<std::map<jobject, Reference>>(1);
+    std::multimap<const void*, std::string> memory_;
+    std::set<int> numbers_;
+    std::map<const char*, int> live_by_;
+    std::map<const char*, int> maximum_by_;
+    int live_ = 0;
+    int maximum_ = 0;
+};
+
+class Recorder {
+public:
+    static Recorder& of_thread();
+
+    // Starts to record. The names stand for the objects wherever these occur. The call number `failing` of those that
+    // can fail fails; 0 lets all succeed. Without lines only references are counted.
+    void begin(std::vector<std::string> names, std::vector<jobject> objects, int failing, bool with_lines);
+    // Ends recording; the rest stays until the next begin().
+    void end(JNIEnv* env);
+
+    // Whether the caller is a native of a list class on a thread that records.
+    bool records() const { return on_ && in_list_native(); }
+    bool with_lines() const { return with_lines_; }
+
+    void line(const std::string& text) { lines_.push_back(text); }
+    // Counts a call that can fail. Returns whether this is the one to fail.
+    bool is_to_fail() { return ++failable_ == failing_; }
+
+    // A reference in a line: its label, the name of a known object, or what it refers to.
+    std::string label(JNIEnv* env, jobject reference) const;
+    // The name of a known object, else "".
+    std::string known_name(JNIEnv* env, jobject reference) const;
+    // What a reference refers to, for the list of what is held.
+    std::string origin(JNIEnv* env, jobject reference) const;
+
+    // Methods and fields are known by the look-up of the same recording.
+    void add_id(const void* id, const std::string& name, const char* signature) { ids_[id] = {name, signature}; }
+    std::string id_name(const void* id) const;
+    std::string id_signature(const void* id) const;
+
+    Held& held() { return held_; }
+    const std::vector<std::string>& lines() const { return lines_; }
+    bool failed() const { return failing_ > 0 && failable_ >= failing_; }
+
+private:
+    struct Id {
+        std::string name;
+        std::string signature;
+    };
+
+    static bool in_list_native();
+
+    bool on_ = false;
+    bool with_lines_ = false;
+    int failing_ = 0;
+    int failable_ = 0;
+    std::vector<std::string> names_;
+    std::vector<jobject> objects_; // global references
+    std::map<const void*, Id> ids_;
+    Held held_;
+    std::vector<std::string> lines_;
+};
+
+// Replaces the virtual machine's JNI functions by ones that record. Returns false if that is not possible.
+bool replace_jni_functions();
+
+} // namespace tavro::agent
