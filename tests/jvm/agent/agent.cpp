@@ -46,7 +46,8 @@ extern "C" JNIEXPORT jint JNICALL JNI_OnLoad(JavaVM* vm, void*) {
 #define JNI_CALLS(RESULT, NAME)                                                                                        \
     extern "C" JNIEXPORT RESULT JNICALL Java_com_velotra_tv_tavro_services_channellist_JniCalls_##NAME
 
-JNI_CALLS(void, begin)(JNIEnv* env, jclass, jobjectArray names, jobjectArray objects, jint failing) {
+JNI_CALLS(void, begin)
+(JNIEnv* env, jclass, jobjectArray names, jobjectArray objects, jstring failing_text, jint failing_number) {
     std::vector<std::string> all_names;
     std::vector<jobject> all_objects;
     for (jsize i = 0; i < env->GetArrayLength(names); ++i) {
@@ -54,9 +55,9 @@ JNI_CALLS(void, begin)(JNIEnv* env, jclass, jobjectArray names, jobjectArray obj
         all_objects.push_back(env->NewGlobalRef(env->GetObjectArrayElement(objects, i)));
     }
     tavro::script::observe(record_platform);
-    Recorder::of_thread().begin(all_names, all_objects, failing, true);
+    Recorder::of_thread().begin(all_names, all_objects, {text_of(env, failing_text), failing_number}, true);
 }
-JNI_CALLS(void, beginCounting)(JNIEnv*, jclass) { Recorder::of_thread().begin({}, {}, 0, false); }
+JNI_CALLS(void, beginCounting)(JNIEnv*, jclass) { Recorder::of_thread().begin({}, {}, {{}, 0}, false); }
 JNI_CALLS(void, end)(JNIEnv* env, jclass) { Recorder::of_thread().end(env); }
 JNI_CALLS(jobjectArray, lines)(JNIEnv* env, jclass) { return to_array(env, Recorder::of_thread().lines()); }
 JNI_CALLS(jobjectArray, held)(JNIEnv* env, jclass) { return to_array(env, Recorder::of_thread().held().texts()); }

@@ -308,7 +308,7 @@ Result record(const char* name, Result (JNICALL* Table::*slot)(JNIEnv*, Argument
     (describe(call, given), ...);
     release(call);
     const char* const exception = exception_of(name);
-    if (exception != nullptr && recorder.is_to_fail()) {
+    if (exception != nullptr && recorder.is_to_fail(call.text)) {
         return fail<Result>(call, exception);
     }
     if constexpr (std::is_void_v<Result>) {
@@ -405,8 +405,9 @@ void replace_calls(Table& table) {
 #define OTHER_FUNCTIONS(X)                                                                                             \
     X(AllocObject)                                                                                                     \
     X(DefineClass)                                                                                                     \
-    X(DeleteGlobalRef) X(DeleteLocalRef) X(DeleteWeakGlobalRef) X(EnsureLocalCapacity) X(ExceptionCheck)               \
-        X(ExceptionClear) X(ExceptionDescribe) X(ExceptionOccurred) X(FatalError) X(FindClass) X(FromReflectedField)   \
+    X(DeleteGlobalRef)                                                                                                 \
+    X(DeleteLocalRef) X(DeleteWeakGlobalRef) X(EnsureLocalCapacity) X(ExceptionCheck) X(ExceptionClear)                \
+        X(ExceptionDescribe) X(ExceptionOccurred) X(FatalError) X(FindClass) X(FromReflectedField)                     \
             X(FromReflectedMethod) X(GetArrayLength) X(GetDirectBufferAddress) X(GetDirectBufferCapacity)              \
                 X(GetFieldID) X(GetJavaVM) X(GetMethodID) X(GetModule) X(GetObjectArrayElement) X(GetObjectClass)      \
                     X(GetObjectRefType) X(GetPrimitiveArrayCritical) X(GetStaticFieldID) X(GetStaticMethodID)          \

@@ -216,11 +216,11 @@ Recorder& Recorder::of_thread() {
     return recorder;
 }
 
-void Recorder::begin(std::vector<std::string> names, std::vector<jobject> objects, int failing, bool with_lines) {
+void Recorder::begin(std::vector<std::string> names, std::vector<jobject> objects, Failing failing, bool with_lines) {
     *this = Recorder();
     names_ = std::move(names);
     objects_ = std::move(objects);
-    failing_ = failing;
+    failing_ = std::move(failing);
     with_lines_ = with_lines;
     on_ = true;
 }
@@ -231,6 +231,10 @@ void Recorder::end(JNIEnv* env) {
         original.DeleteGlobalRef(env, object);
     }
     objects_.clear();
+}
+
+bool Recorder::is_to_fail(const std::string& text) {
+    return text.find(failing_.text) != std::string::npos && ++matching_ == failing_.number;
 }
 
 std::string Recorder::known_name(JNIEnv* env, jobject reference) const {

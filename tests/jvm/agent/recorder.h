@@ -76,9 +76,15 @@ class Recorder {
 public:
     static Recorder& of_thread();
 
-    // Starts to record. The names stand for the objects wherever these occur. The call number `failing` of those that
-    // can fail fails; 0 lets all succeed. Without lines only references are counted.
-    void begin(std::vector<std::string> names, std::vector<jobject> objects, int failing, bool with_lines);
+    // Which call fails: of those that can fail and whose text contains `text`, the one with that number, from 1 on.
+    struct Failing {
+        std::string text;
+        int number;
+    };
+
+    // Starts to record. The names stand for the objects wherever these occur. Without lines only references are
+    // counted.
+    void begin(std::vector<std::string> names, std::vector<jobject> objects, Failing failing, bool with_lines);
     // Ends recording; the rest stays until the next begin().
     void end(JNIEnv* env);
 
@@ -87,8 +93,8 @@ public:
     bool with_lines() const { return with_lines_; }
 
     void line(const std::string& text) { lines_.push_back(text); }
-    // Counts a call that can fail. Returns whether this is the one to fail.
-    bool is_to_fail() { return ++failable_ == failing_; }
+    // Called for each call that can fail, with its text. Returns whether this is the one to fail.
+    bool is_to_fail(const std::string& text);
 
     // A reference in a line: its label, the name of a known object, or what it refers to.
     std::string label(JNIEnv* env, jobject reference) const;
@@ -104,7 +110,7 @@ public:
 
     Held& held() { return held_; }
     const std::vector<std::string>& lines() const { return lines_; }
-    bool failed() const { return failing_ > 0 && failable_ >= failing_; }
+    bool failed() const { return failing_.number > 0 && matching_ >= failing_.number; }
 
 private:
     struct Id {
@@ -116,8 +122,8 @@ private:
 
     bool on_ = false;
     bool with_lines_ = false;
-    int failing_ = 0;
-    int failable_ = 0;
+    Failing failing_{{}, 0};
+    int matching_ = 0; // calls so far that could have been the failing one
     std::vector<std::string> names_;
     std::vector<jobject> objects_; // global references
     std::map<const void*, Id> ids_;

@@ -29,17 +29,29 @@ final class JniCalls {
     record Recording(Object result, Throwable thrown, List<String> calls, List<String> held, boolean failed) {}
 
     /**
-     * Records a call. The platform must be scripted before.
-     *
-     * @param names how objects are named in the recording
-     * @param failing which of the JNI calls that can fail is made to fail, from 1 on; 0 for none. A look-up or an
-     *         allocation then returns null with the exception of that function; a call of a Java method throws an
-     *         IllegalStateException.
+     * Which call fails: of those that can fail and whose text contains a text, the one with that number, from 1 on. A
+     * look-up or an allocation then returns null with the exception of that function; a call of a Java method throws an
+     * IllegalStateException.
      */
-    static Recording record(Map<String, Object> names, int failing, Callable<Object> call) {
+    record Failing(String text, int number) {
+        static final Failing NONE = new Failing("", 0);
+
+        /** The first call whose text contains a text. */
+        static Failing first(String text) {
+            return new Failing(text, 1);
+        }
+
+        /** The call with that number of all that can fail. */
+        static Failing nth(int number) {
+            return new Failing("", number);
+        }
+    }
+
+    /** Records a call. The platform must be scripted before. The names stand for the objects wherever they occur. */
+    static Recording record(Map<String, Object> names, Failing failing, Callable<Object> call) {
         Object result = null;
         Throwable thrown = null;
-        begin(names.keySet().toArray(String[]::new), names.values().toArray(), failing);
+        begin(names.keySet().toArray(String[]::new), names.values().toArray(), failing.text(), failing.number());
         try {
             result = call.call();
         } catch (Throwable e) {
@@ -65,7 +77,7 @@ final class JniCalls {
         return new Peak(maximum(), maximumByFunction());
     }
 
-    private static native void begin(String[] names, Object[] objects, int failing);
+    private static native void begin(String[] names, Object[] objects, String failingText, int failingNumber);
 
     private static native void beginCounting();
 

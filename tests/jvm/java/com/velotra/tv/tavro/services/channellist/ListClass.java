@@ -1,5 +1,6 @@
 package com.velotra.tv.tavro.services.channellist;
 
+import java.lang.reflect.Field;
 import java.lang.reflect.Method;
 import java.lang.reflect.Modifier;
 import java.util.Arrays;
@@ -9,21 +10,29 @@ import java.util.function.Supplier;
 
 /** The four list classes, with what differs between their natives. */
 enum ListClass {
-    SERVICES(VltTvChannelList.getInstance(), "svl", 1, VltTvChannelInfoBase::new),
-    STREAMS(VltTvTransportStreamList.getInstance(), "tsl", 2, VltTvTransportStreamInfoBase::new),
-    NETWORKS(VltTvNetworkList.getInstance(), "nwl", 3, VltTvNetworkInfoBase::new),
-    SATELLITES(VltTvSatelliteList.getInstance(), "satl", 4, VltTvSatelliteInfoBase::new);
+    SERVICES(VltTvChannelList.getInstance(), "svl", VltTvChannelInfoBase::new, "svlIdSvlRecId", 552, 0, 44),
+    STREAMS(VltTvTransportStreamList.getInstance(), "tsl", VltTvTransportStreamInfoBase::new, "tslIdTslRecId", 724, 0,
+            544),
+    NETWORKS(VltTvNetworkList.getInstance(), "nwl", VltTvNetworkInfoBase::new, "NwlIdNwlRecId", 304, 4, 13),
+    SATELLITES(VltTvSatelliteList.getInstance(), "satl", VltTvSatelliteInfoBase::new, "RecId", 412, 0, 282);
 
     private final TvList list;
     private final String prefix;
-    private final int number;
     private final Supplier<KeyedValues> objects;
+    private final String identifierField;
+    private final int recordSize;
+    private final int recordIdAt;
+    private final int nameAt;
 
-    ListClass(TvList list, String prefix, int number, Supplier<KeyedValues> objects) {
+    ListClass(TvList list, String prefix, Supplier<KeyedValues> objects, String identifierField, int recordSize,
+            int recordIdAt, int nameAt) {
         this.list = list;
         this.prefix = prefix;
-        this.number = number;
         this.objects = objects;
+        this.identifierField = identifierField;
+        this.recordSize = recordSize;
+        this.recordIdAt = recordIdAt;
+        this.nameAt = nameAt;
     }
 
     TvList list() {
@@ -35,14 +44,37 @@ enum ListClass {
         return "x_" + prefix + "_" + operation;
     }
 
-    /** The handle of an open list. */
-    int handle(int listId) {
-        return number << 16 | listId;
+    int recordSize() {
+        return recordSize;
+    }
+
+    /** The bytes of a record with that id and the name "Text". No two neighboring bytes of the others are alike. */
+    byte[] record(int recordId) {
+        byte[] record = Records.with16(Records.patterned(recordSize), recordIdAt, recordId);
+        return Records.withText(record, nameAt, "Text");
     }
 
     /** A record object without values. */
     KeyedValues object() {
         return objects.get();
+    }
+
+    /** A record object that has only an identifier, which may be any text or null. */
+    KeyedValues named(String identifier) {
+        return name(object(), identifier);
+    }
+
+    /** Gives a record object an identifier, which may be any text or null. */
+    KeyedValues name(KeyedValues object, String identifier) {
+        try {
+            Field field = object.getClass().getDeclaredField(identifierField);
+            field.setAccessible(true);
+            field.set(object, identifier);
+        } catch (ReflectiveOperationException e) {
+            throw new IllegalStateException(e);
+        }
+        object.mark(Character.toUpperCase(identifierField.charAt(0)) + identifierField.substring(1));
+        return object;
     }
 
     /** The class's native of that name and these parameters. Satellites spell names without underscore. */
@@ -53,6 +85,18 @@ enum ListClass {
             return method;
         } catch (NoSuchMethodException e) {
             throw new AssertionError(e);
+        }
+    }
+
+    /** Closes lists 1 to 3 and opens list 1. */
+    void leaveOneListOpen() {
+        try {
+            for (int id = 1; id <= 3; id++) {
+                method("native_close", int.class).invoke(list, id);
+            }
+            method("native_open", int.class).invoke(list, 1);
+        } catch (ReflectiveOperationException e) {
+            throw new IllegalStateException(e);
         }
     }
 

@@ -14,19 +14,33 @@ import java.util.stream.Collectors;
  * @param kind the list class
  * @param method the native
  * @param path what is special about this call, in words
- * @param setUp scripts the platform; list 1 of each kind is open before, with handle 0x10001, 0x20001, and so on
+ * @param setUp scripts the platform
+ * @param failing the JNI call that fails
  * @param arguments the arguments of the native
  */
-record Scenario(ListClass kind, Method method, String path, Runnable setUp, List<Object> arguments) {
-    /** Calls the native and records it, after its set-up. */
-    JniCalls.Recording record(int failing) {
-        Scenarios.begin();
+record Scenario(
+        ListClass kind, Method method, String path, Runnable setUp, JniCalls.Failing failing, List<Object> arguments) {
+    /** Makes the state in which the path begins. */
+    void begin() {
+        Script.reset();
+        for (ListClass each : ListClass.values()) {
+            each.leaveOneListOpen();
+        }
+        VltTvChannelList.getInstance().nativeSetup(); // a manager that knows no path
+        Script.reset();
         setUp.run();
-        return JniCalls.record(names(), failing, this::call);
+        Script.logLevel("d");
     }
 
+    /** Begins the path, calls the native and records it. */
     JniCalls.Recording record() {
-        return record(0);
+        return record(failing);
+    }
+
+    /** The same with another JNI call that fails. */
+    JniCalls.Recording record(JniCalls.Failing another) {
+        begin();
+        return JniCalls.record(names(), another, this::call);
     }
 
     /** What the native returns. Its exceptions are thrown as they are. */

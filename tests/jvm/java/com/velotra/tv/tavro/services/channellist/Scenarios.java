@@ -2,57 +2,78 @@ package com.velotra.tv.tavro.services.channellist;
 
 import java.util.ArrayList;
 import java.util.Arrays;
-import java.util.Collections;
 import java.util.List;
 
-/** Every native on each of its paths: success and every kind of failure. */
+/**
+ * Every native on each of its paths: success, and every failure that the contract describes.
+ *
+ * <p>List 1 of each kind is open, lists 2 and 3 are not. The middleware succeeds with everything that is not scripted.
+ * Paths on which a native ends the process are not here.
+ */
 final class Scenarios {
-    private static final int FAILS = -5; // a status that nothing distinguishes
+    /** A status that no native distinguishes from others. */
+    static final int FAILS = -5;
 
     private final List<Scenario> all = new ArrayList<>();
 
     private Scenarios() {}
 
-    /** The whole table. */
+    /** The whole table, native by native. */
     static List<Scenario> all() {
         Scenarios table = new Scenarios();
         for (ListClass kind : ListClass.values()) {
-            table.addForwarding(kind);
+            new ListScenarios(table, kind).add();
+            new ReadScenarios(table, kind).add();
+            new WriteScenarios(table, kind).add();
         }
-        return Collections.unmodifiableList(table.all);
+        return List.copyOf(table.all);
     }
 
-    /** The state in which each scenario begins: nothing is scripted, only list 1 of each kind is open. */
-    static void begin() {
-        Script.reset();
-        try {
-            for (ListClass kind : ListClass.values()) {
-                for (int id = 1; id <= 3; id++) {
-                    kind.method("native_close", int.class).invoke(kind.list(), id);
-                }
-                kind.method("native_open", int.class).invoke(kind.list(), 1);
-            }
-            ListClass.SERVICES.method("nativeSetup").invoke(ListClass.SERVICES.list()); // knows no path
-        } catch (ReflectiveOperationException e) {
-            throw new IllegalStateException(e);
+    /** Where the paths of one native are added. */
+    Paths of(ListClass kind, String name, Class<?>... parameters) {
+        return new Paths(kind, name, parameters);
+    }
+
+    /** The paths of one native. */
+    final class Paths {
+        private final ListClass kind;
+        private final String name;
+        private final Class<?>[] parameters;
+
+        private Paths(ListClass kind, String name, Class<?>[] parameters) {
+            this.kind = kind;
+            this.name = name;
+            this.parameters = parameters;
         }
-        Script.reset();
-        Script.logLevel("d");
-    }
 
-    private void add(ListClass kind, String name, Class<?>[] types, String path, Runnable setUp, Object... arguments) {
-        all.add(new Scenario(kind, kind.method(name, types), path, setUp, Arrays.asList(arguments)));
-    }
+        /** A path on which nothing is scripted. */
+        Paths path(String path, Object... arguments) {
+            return path(path, () -> {}, arguments);
+        }
 
-    private void addForwarding(ListClass kind) {
-        add(kind, "nativeSetup", new Class<?>[0], "success", () -> {});
-        for (String name : List.of("native_clean", "native_close", "native_delete")) {
-            Class<?>[] types = {int.class};
-            String call = kind.call(name.substring(7));
-            add(kind, name, types, "success", () -> {}, 1);
-            add(kind, name, types, "the list is not open", () -> {}, 2);
-            add(kind, name, types, "the list cannot be opened", () -> Script.answer(kind.call("open"), FAILS), 2);
-            add(kind, name, types, "the middleware fails", () -> Script.answer(call, FAILS), 1);
+        /** A path over a scripted platform. */
+        Paths path(String path, Runnable setUp, Object... arguments) {
+            return add(path, setUp, JniCalls.Failing.NONE, arguments);
+        }
+
+        /** A path on which every middleware call of that name fails. */
+        Paths fails(String path, String call, Object... arguments) {
+            return path(path, () -> Script.always(kind.call(call), FAILS, 0), arguments);
+        }
+
+        /** A path on which a JNI call fails. */
+        Paths without(String path, JniCalls.Failing failing, Runnable setUp, Object... arguments) {
+            return add(path, setUp, failing, arguments);
+        }
+
+        Paths without(String path, JniCalls.Failing failing, Object... arguments) {
+            return without(path, failing, () -> {}, arguments);
+        }
+
+        private Paths add(String path, Runnable setUp, JniCalls.Failing failing, Object... arguments) {
+            all.add(new Scenario(
+                    kind, kind.method(name, parameters), path, setUp, failing, Arrays.asList(arguments)));
+            return this;
         }
     }
 }

@@ -12,6 +12,7 @@ class ScriptedCallLedgerTest {
             recording.calls().forEach(line -> System.out.println("    " + line));
             System.out.println("  = " + recording.result() + " " + recording.thrown());
             recording.held().forEach(line -> System.out.println("    holds " + line));
+            if (scenario.failing().number() > 0 && !recording.failed()) System.out.println("    NOT FAILED");
         }
     }
 }

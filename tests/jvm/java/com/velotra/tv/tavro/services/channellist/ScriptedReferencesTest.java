@@ -4,18 +4,14 @@ import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertNotNull;
 import static org.junit.jupiter.api.Assertions.assertTrue;
 
-import java.lang.reflect.Array;
-import java.lang.reflect.Method;
 import java.util.ArrayList;
 import java.util.Arrays;
 import java.util.Collections;
-import java.util.Comparator;
 import java.util.List;
 import java.util.function.IntFunction;
 import java.util.function.Supplier;
 import java.util.function.ToIntBiFunction;
 import java.util.stream.IntStream;
-import java.util.stream.Stream;
 import org.junit.jupiter.api.AfterEach;
 import org.junit.jupiter.api.BeforeEach;
 import org.junit.jupiter.api.Test;
@@ -121,7 +117,7 @@ class ScriptedReferencesTest extends SatellitePlatform {
 
     @Test
     void readingNetworksHoldsTheSameForAKeyListOfAnyLength() {
-        for (String key : allKeys(new VltTvNetworkInfoBase())) {
+        for (String key : FilledObjects.allKeys(new VltTvNetworkInfoBase())) {
             assertBounded("network, key " + key, size -> {
                 List<String> keys = Collections.nCopies(size, key);
                 return () -> assertNotNull(networks.native_getInfo("1,1", keys));
@@ -136,7 +132,7 @@ class ScriptedReferencesTest extends SatellitePlatform {
 
     @Test
     void readingSatellitesHoldsTheSameForAKeyListOfAnyLength() {
-        for (String key : allKeys(new VltTvSatelliteInfoBase())) {
+        for (String key : FilledObjects.allKeys(new VltTvSatelliteInfoBase())) {
             assertBounded("satellite, key " + key, size -> {
                 Script.always("x_satl_get_rec", stored);
                 List<String> keys = Collections.nCopies(size, key);
@@ -157,7 +153,7 @@ class ScriptedReferencesTest extends SatellitePlatform {
     void updatingServicesHoldsTheSameForAListOfAnyLength() {
         assertBoundedUpdate(lists::native_updateInfoList, List.of(service()));
         assertBoundedUpdate(lists::native_updateInfoList, BROADCAST_TYPES.stream().map(type -> {
-            VltTvChannelInfoBase info = withAll(service());
+            VltTvChannelInfoBase info = FilledObjects.withAll(service());
             info.broadcastType = type;
             return info;
         }).toList());
@@ -167,7 +163,7 @@ class ScriptedReferencesTest extends SatellitePlatform {
     void updatingTransportStreamsHoldsTheSameForAListOfAnyLength() {
         assertBoundedUpdate(streams::native_updateInfoList, List.of(stream()));
         assertBoundedUpdate(streams::native_updateInfoList, MEDIA.stream().map(medium -> {
-            VltTvTransportStreamInfoBase info = withAll(stream());
+            VltTvTransportStreamInfoBase info = FilledObjects.withAll(stream());
             info.broadcastMedium = medium;
             return info;
         }).toList());
@@ -176,21 +172,21 @@ class ScriptedReferencesTest extends SatellitePlatform {
     @Test
     void updatingNetworksHoldsTheSameForAListOfAnyLength() {
         assertBoundedUpdate(networks::native_updateInfoList, List.of(network()));
-        assertBoundedUpdate(networks::native_updateInfoList, List.of(withAll(network())));
+        assertBoundedUpdate(networks::native_updateInfoList, List.of(FilledObjects.withAll(network())));
     }
 
     @Test
     void updatingSatellitesWithoutNamesHoldsTheSameForAnyLength() {
         assertBoundedUpdate((id, infos) -> satellites.nativeUpdateInfoList(infos), List.of(named("1,1")));
         assertBoundedUpdate((id, infos) -> satellites.nativeUpdateInfoList(infos),
-                List.of(withAll(named("1,1"), "Name")));
+                List.of(FilledObjects.withAll(named("1,1"), "Name")));
     }
 
     // What the contract keeps for each element; docs/architecture.md lists it.
 
     @Test
     void updatingSatellitesKeepsTheNameOfEach() {
-        VltTvSatelliteInfoBase info = withAll(named("1,1"));
+        VltTvSatelliteInfoBase info = FilledObjects.withAll(named("1,1"));
         assertOneForEachElement(size -> {
             List<VltTvSatelliteInfoBase> infos = Collections.nCopies(size, info);
             return () -> assertEquals(0, satellites.nativeUpdateInfoList(infos));
@@ -213,24 +209,24 @@ class ScriptedReferencesTest extends SatellitePlatform {
     void writingOneRecordHoldsFewReferencesForAnyNumberOfKeys() {
         for (int type : BROADCAST_TYPES) {
             Script.always("x_svl_get_rec", Records.with8(new byte[ServiceRecord.SIZE], SERVICE_TYPE_AT, type));
-            for (VltTvChannelInfoBase info : List.of(service(), withAll(service()))) {
+            for (VltTvChannelInfoBase info : List.of(service(), FilledObjects.withAll(service()))) {
                 info.broadcastType = type;
                 assertFew("service of type " + type, () -> lists.native_updateInfo(1, info) == 0);
                 assertFew("new service of type " + type, () -> lists.nativeAdd(1, info).equals("1,1"));
             }
         }
         for (int medium : MEDIA) {
-            for (VltTvTransportStreamInfoBase info : List.of(stream(), withAll(stream()))) {
+            for (VltTvTransportStreamInfoBase info : List.of(stream(), FilledObjects.withAll(stream()))) {
                 info.broadcastMedium = medium;
                 assertFew("stream of medium " + medium, () -> streams.native_updateInfo(1, info) == 0);
                 assertFew("new stream of medium " + medium, () -> !streams.nativeAdd(1, info).isEmpty());
             }
         }
-        for (VltTvNetworkInfoBase info : List.of(network(), withAll(network()))) {
+        for (VltTvNetworkInfoBase info : List.of(network(), FilledObjects.withAll(network()))) {
             assertFew("network", () -> networks.native_updateInfo(1, info) == 0);
             assertFew("new network", () -> !networks.nativeAdd(1, info).isEmpty());
         }
-        for (VltTvSatelliteInfoBase info : List.of(named("1,1"), withAll(named("1,1")))) {
+        for (VltTvSatelliteInfoBase info : List.of(named("1,1"), FilledObjects.withAll(named("1,1")))) {
             assertFew("satellite", () -> satellites.nativeUpdateInfo(info) == 0);
             assertFew("new satellite", () -> !satellites.nativeAdd(1, info).isEmpty());
         }
@@ -319,45 +315,7 @@ class ScriptedReferencesTest extends SatellitePlatform {
 
     /** Null for all values, one key, all keys. */
     private static List<List<String>> keyLists(KeyedValues info) {
-        List<String> all = allKeys(info);
+        List<String> all = FilledObjects.allKeys(info);
         return Arrays.asList(null, all.subList(0, 1), all);
-    }
-
-    private static List<String> allKeys(KeyedValues info) {
-        return List.copyOf(withAll(info).keys());
-    }
-
-    /** The same object with all values but some set, by its setters; texts of identifiers name record 1,1. */
-    private static <T extends KeyedValues> T withAll(T info, String... but) {
-        Stream<Method> setters = Arrays.stream(info.getClass().getMethods())
-                .filter(method -> method.getName().startsWith("set") && method.getParameterCount() == 1)
-                .filter(method -> !List.of(but).contains(method.getName().substring(3)));
-        setters.sorted(Comparator.comparing(Method::getName)).forEach(setter -> {
-            try {
-                setter.invoke(info, value(setter));
-            } catch (ReflectiveOperationException e) {
-                throw new AssertionError(setter.toString(), e);
-            }
-        });
-        assertTrue(info.keys().size() > 5);
-        return info;
-    }
-
-    private static Object value(Method setter) {
-        Class<?> type = setter.getParameterTypes()[0];
-        if (type == String.class) {
-            return setter.getName().endsWith("RecId") ? "1,1" : "Text";
-        } else if (type == RecordId.class) {
-            return new RecordId(1, 1);
-        } else if (type == boolean.class) {
-            return true;
-        } else if (type == int.class) {
-            return 1;
-        } else if (type == int[].class) {
-            return IntStream.range(0, 5).toArray();
-        }
-        Object array = Array.newInstance(type.getComponentType(), 5); // as many as are taken
-        Arrays.setAll((Object[]) array, i -> new VltTvTransportStreamInfoBase.AlternateFrequencyInfoBase(i, 8000));
-        return array;
     }
 }
