@@ -98,6 +98,13 @@ SCRIPT(jbyteArray, record)(JNIEnv* env, jclass, jint index) {
     return array;
 }
 
+SCRIPT(jintArray, openHandles)(JNIEnv* env, jclass) {
+    const std::vector<std::uint32_t> handles = script::open_handles();
+    auto* array = env->NewIntArray(static_cast<jsize>(handles.size()));
+    env->SetIntArrayRegion(array, 0, static_cast<jsize>(handles.size()), reinterpret_cast<const jint*>(handles.data()));
+    return array;
+}
+
 SCRIPT(void, setProperty)(JNIEnv* env, jclass, jstring name, jstring value) {
     script::set_property(text_of(env, name), text_of(env, value));
 }

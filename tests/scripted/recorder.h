@@ -32,6 +32,10 @@ std::optional<Answer> take(const std::string& call);
 // The property's value, if it was set. Records the call if `journal_properties` is on.
 std::optional<std::string> property(const std::string& name, const std::string& default_value);
 
+// Notes that a handle was given out or given back.
+void opened(std::uint32_t handle);
+void closed(std::uint32_t handle);
+
 std::string text_of(Hex value);
 std::string text_of(const char* text);
 std::string text_of(RecordArgument record);

@@ -3,6 +3,7 @@
 #include <deque>
 #include <map>
 #include <mutex>
+#include <set>
 
 namespace tavro::script {
 namespace {
@@ -15,6 +16,8 @@ struct Script {
     std::map<std::string, std::string> properties;
     bool journals_properties = false;
     std::function<void(const std::string&)> observer;
+    std::function<void(MwStatus)> failure_observer;
+    std::multiset<std::uint32_t> handles;
 };
 
 // Never destroyed, because log lines are written until the process exits.
@@ -36,6 +39,7 @@ void reset() {
     s.properties.clear();
     s.journals_properties = false;
     s.observer = nullptr;
+    s.failure_observer = nullptr;
 }
 
 void answer(const std::string& call, Answer answer) {
@@ -63,6 +67,11 @@ std::vector<std::string> lines() {
     return texts;
 }
 
+std::vector<std::uint32_t> open_handles() {
+    Lock lock(script().mutex);
+    return {script().handles.begin(), script().handles.end()};
+}
+
 void set_property(const std::string& name, const std::string& value) {
     Lock lock(script().mutex);
     script().properties[name] = value;
@@ -76,6 +85,11 @@ void journal_properties(bool on) {
 void observe(std::function<void(const std::string& text)> observer) {
     Lock lock(script().mutex);
     script().observer = std::move(observer);
+}
+
+void observe_failures(std::function<void(MwStatus status)> observer) {
+    Lock lock(script().mutex);
+    script().failure_observer = std::move(observer);
 }
 
 void append(Entry entry) {
@@ -122,6 +136,19 @@ std::optional<std::string> property(const std::string& name, const std::string& 
     return value;
 }
 
+void opened(std::uint32_t handle) {
+    Lock lock(script().mutex);
+    script().handles.insert(handle);
+}
+
+void closed(std::uint32_t handle) {
+    Lock lock(script().mutex);
+    const auto found = script().handles.find(handle);
+    if (found != script().handles.end()) {
+        script().handles.erase(found);
+    }
+}
+
 std::string text_of(Hex value) {
     static constexpr char kDigits[] = "0123456789abcdef";
     std::string digits;
@@ -150,7 +177,18 @@ std::optional<Answer> play(const std::string& name, const std::vector<std::strin
         entry.record.assign(first, first + record.bytes);
     }
     append(std::move(entry));
-    return take(name);
+    std::optional<Answer> answer = take(name);
+    if (answer && answer->status != kMwOk) {
+        std::function<void(MwStatus)> observer;
+        {
+            Lock lock(script().mutex);
+            observer = script().failure_observer;
+        }
+        if (observer) {
+            observer(answer->status);
+        }
+    }
+    return answer;
 }
 
 } // namespace tavro::script

@@ -42,7 +42,7 @@ struct Entry {
     std::vector<std::byte> record{}; // input of add_rec or update_rec; empty for other calls
 };
 
-// Clears the journal, replies, properties and observer, and stops recording property_get.
+// Clears the journal, replies, properties and observers, and stops recording property_get.
 void reset();
 
 // Queues the reply to one call of that name, such as "x_svl_open".
@@ -55,6 +55,10 @@ void always(const std::string& call, Answer answer);
 std::vector<Entry> journal();
 std::vector<std::string> lines();
 
+// The handles that are open: given out by open and create, and not given back by close and delete. A handle occurs as
+// often as it is open, in ascending order. reset() does not change them.
+std::vector<std::uint32_t> open_handles();
+
 // Sets a property.
 void set_property(const std::string& name, const std::string& value);
 
@@ -64,5 +68,8 @@ void journal_properties(bool on);
 // Calls `observer` with each journal text, on the calling thread, before the recorded call returns. A test can use it
 // to block a thread inside a call. Pass an empty function to stop.
 void observe(std::function<void(const std::string& text)> observer);
+
+// Calls `observer` with the status of each middleware call that fails, after the observer of its journal text.
+void observe_failures(std::function<void(MwStatus status)> observer);
 
 } // namespace tavro::script

@@ -63,7 +63,18 @@ struct ListCalls {
     static MwStatus give_handle(const std::optional<Answer>& scripted, std::uint16_t list_id, MwdbHandle* handle) {
         const Answer answer = scripted.value_or(Answer{});
         give_value(answer, Kind::kNumber << 16 | list_id, handle);
+        if (answer.status == kMwOk && *handle != 0) {
+            script::opened(*handle);
+        }
         return answer.status;
+    }
+
+    static MwStatus take_handle_back(const std::optional<Answer>& scripted, MwdbHandle handle) {
+        const MwStatus status = give_status(scripted);
+        if (status == kMwOk) {
+            script::closed(handle);
+        }
+        return status;
     }
 
     static MwStatus open(std::uint16_t list_id, std::uint32_t tag, std::uint32_t notify, MwdbHandle* handle) {
@@ -73,8 +84,8 @@ struct ListCalls {
                            std::uint32_t tag, std::uint32_t notify, MwdbHandle* handle) {
         return give_handle(ask(name("_create"), list_name, list_id, mode, growth, tag, notify), list_id, handle);
     }
-    static MwStatus close(MwdbHandle handle) { return give_status(ask(name("_close"), Hex{handle})); }
-    static MwStatus remove(MwdbHandle handle) { return give_status(ask(name("_delete"), Hex{handle})); }
+    static MwStatus close(MwdbHandle handle) { return take_handle_back(ask(name("_close"), Hex{handle}), handle); }
+    static MwStatus remove(MwdbHandle handle) { return take_handle_back(ask(name("_delete"), Hex{handle}), handle); }
     static MwStatus clean(MwdbHandle handle) { return give_status(ask(name("_clean"), Hex{handle})); }
     static MwStatus copy_date(MwdbHandle from, MwdbHandle to) {
         return give_status(ask(name("_copy_date"), Hex{from}, Hex{to}));

@@ -30,8 +30,17 @@ std::string text_of(JNIEnv* env, jstring text) {
 void record_platform(const std::string& text) {
     Recorder& recorder = Recorder::of_thread();
     if (recorder.with_lines()) {
-        const std::string line = quoted(text.c_str());
-        recorder.line(line.substr(1, line.size() - 2));
+        // A log line's text is put in quotes: "log 3 TAG: TEXT".
+        const std::size_t tag = text.rfind("log ", 0) == 0 ? text.find(": ") + 2 : text.size();
+        recorder.line(text.substr(0, tag) + (tag < text.size() ? quoted(text.c_str() + tag) : ""));
+    }
+}
+
+// Adds the status of a middleware call that fails.
+void record_failure(tavro::MwStatus status) {
+    Recorder& recorder = Recorder::of_thread();
+    if (recorder.with_lines()) {
+        recorder.end_line(" = " + std::to_string(status));
     }
 }
 
@@ -55,6 +64,7 @@ JNI_CALLS(void, begin)
         all_objects.push_back(env->NewGlobalRef(env->GetObjectArrayElement(objects, i)));
     }
     tavro::script::observe(record_platform);
+    tavro::script::observe_failures(record_failure);
     Recorder::of_thread().begin(all_names, all_objects, {text_of(env, failing_text), failing_number}, true);
 }
 JNI_CALLS(void, beginCounting)(JNIEnv*, jclass) { Recorder::of_thread().begin({}, {}, {{}, 0}, false); }

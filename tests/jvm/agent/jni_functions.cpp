@@ -406,22 +406,21 @@ void replace_calls(Table& table) {
     X(AllocObject)                                                                                                     \
     X(DefineClass)                                                                                                     \
     X(DeleteGlobalRef)                                                                                                 \
-    X(DeleteLocalRef) X(DeleteWeakGlobalRef) X(EnsureLocalCapacity) X(ExceptionCheck) X(ExceptionClear)                \
-        X(ExceptionDescribe) X(ExceptionOccurred) X(FatalError) X(FindClass) X(FromReflectedField)                     \
-            X(FromReflectedMethod) X(GetArrayLength) X(GetDirectBufferAddress) X(GetDirectBufferCapacity)              \
-                X(GetFieldID) X(GetJavaVM) X(GetMethodID) X(GetModule) X(GetObjectArrayElement) X(GetObjectClass)      \
-                    X(GetObjectRefType) X(GetPrimitiveArrayCritical) X(GetStaticFieldID) X(GetStaticMethodID)          \
-                        X(GetStringChars) X(GetStringCritical) X(GetStringLength) X(GetStringRegion)                   \
-                            X(GetStringUTFChars) X(GetStringUTFLength) X(GetStringUTFRegion) X(GetSuperclass)          \
-                                X(GetVersion) X(IsAssignableFrom) X(IsInstanceOf) X(IsSameObject) X(MonitorEnter)      \
-                                    X(MonitorExit) X(NewDirectByteBuffer) X(NewGlobalRef) X(NewLocalRef)               \
-                                        X(NewObjectArray) X(NewString) X(NewStringUTF) X(NewWeakGlobalRef)             \
-                                            X(PopLocalFrame) X(PushLocalFrame) X(RegisterNatives)                      \
-                                                X(ReleasePrimitiveArrayCritical) X(ReleaseStringChars)                 \
-                                                    X(ReleaseStringCritical) X(ReleaseStringUTFChars)                  \
-                                                        X(SetObjectArrayElement) X(Throw) X(ThrowNew)                  \
-                                                            X(ToReflectedField) X(ToReflectedMethod)                   \
-                                                                X(UnregisterNatives)
+    X(DeleteLocalRef)                                                                                                  \
+    X(DeleteWeakGlobalRef)                                                                                             \
+    X(EnsureLocalCapacity) X(ExceptionCheck) X(ExceptionClear) X(ExceptionDescribe) X(ExceptionOccurred) X(FatalError) \
+        X(FindClass) X(FromReflectedField) X(FromReflectedMethod) X(GetArrayLength) X(GetDirectBufferAddress)          \
+            X(GetDirectBufferCapacity) X(GetFieldID) X(GetJavaVM) X(GetMethodID) X(GetModule) X(GetObjectArrayElement) \
+                X(GetObjectClass) X(GetObjectRefType) X(GetPrimitiveArrayCritical) X(GetStaticFieldID)                 \
+                    X(GetStaticMethodID) X(GetStringChars) X(GetStringCritical) X(GetStringLength) X(GetStringRegion)  \
+                        X(GetStringUTFChars) X(GetStringUTFLength) X(GetStringUTFRegion) X(GetSuperclass)              \
+                            X(GetVersion) X(IsAssignableFrom) X(IsInstanceOf) X(IsSameObject) X(MonitorEnter)          \
+                                X(MonitorExit) X(NewDirectByteBuffer) X(NewGlobalRef) X(NewLocalRef) X(NewObjectArray) \
+                                    X(NewString) X(NewStringUTF) X(NewWeakGlobalRef) X(PopLocalFrame)                  \
+                                        X(PushLocalFrame) X(RegisterNatives) X(ReleasePrimitiveArrayCritical)          \
+                                            X(ReleaseStringChars) X(ReleaseStringCritical) X(ReleaseStringUTFChars)    \
+                                                X(SetObjectArrayElement) X(Throw) X(ThrowNew) X(ToReflectedField)      \
+                                                    X(ToReflectedMethod) X(UnregisterNatives)
 
 void replace_others(Table& table) { OTHER_FUNCTIONS(FIXED) }
 

@@ -93,6 +93,7 @@ public:
     bool with_lines() const { return with_lines_; }
 
     void line(const std::string& text) { lines_.push_back(text); }
+    void end_line(const std::string& text) { lines_.back() += text; }
     // Called for each call that can fail, with its text. Returns whether this is the one to fail.
     bool is_to_fail(const std::string& text);
 

@@ -73,8 +73,13 @@ enum ListClass {
         } catch (ReflectiveOperationException e) {
             throw new IllegalStateException(e);
         }
-        object.mark(Character.toUpperCase(identifierField.charAt(0)) + identifierField.substring(1));
+        object.mark(identifierKey());
         return object;
+    }
+
+    /** The key of a record object's identifier. */
+    String identifierKey() {
+        return Character.toUpperCase(identifierField.charAt(0)) + identifierField.substring(1);
     }
 
     /** The class's native of that name and these parameters. Satellites spell names without underscore. */

@@ -3,6 +3,7 @@ package com.velotra.tv.tavro.services.channellist;
 import java.util.ArrayList;
 import java.util.Arrays;
 import java.util.List;
+import java.util.stream.Collectors;
 
 /**
  * Every native on each of its paths: success, and every failure that the contract describes.
@@ -71,8 +72,11 @@ final class Scenarios {
         }
 
         private Paths add(String path, Runnable setUp, JniCalls.Failing failing, Object... arguments) {
-            all.add(new Scenario(
-                    kind, kind.method(name, parameters), path, setUp, failing, Arrays.asList(arguments)));
+            // One class of lists, so that the recording does not depend on the virtual machine's other ones.
+            List<Object> copies = Arrays.stream(arguments)
+                    .map(argument -> argument instanceof List<?> list ? new ArrayList<>(list) : argument)
+                    .collect(Collectors.toCollection(ArrayList::new));
+            all.add(new Scenario(kind, kind.method(name, parameters), path, setUp, failing, copies));
             return this;
         }
     }

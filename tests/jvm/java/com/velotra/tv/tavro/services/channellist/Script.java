@@ -67,6 +67,9 @@ final class Script {
     /** The record that the call at a position of the journal handed over. */
     static native byte[] record(int index);
 
+    /** The handles that are open, in ascending order; each as often as it is open. */
+    static native int[] openHandles();
+
     /** Opens the log gate from a level on, as in {@code "d"}. */
     static void logLevel(String level) {
         setProperty("vendor.vlt.broadcast.log.level", level);
