@@ -1,5 +1,6 @@
 package com.velotra.tv.tavro.services.channellist;
 
+import java.util.Arrays;
 import java.util.List;
 import java.util.function.Supplier;
 import java.util.stream.Stream;
@@ -95,6 +96,7 @@ record Filled(String path, ListClass kind, Supplier<KeyedValues> make, byte[] st
         return new Filled(path, kind, () -> {
             VltTvTransportStreamInfoBase stream = (VltTvTransportStreamInfoBase) FilledObjects.withAll(kind.object());
             stream.broadcastMedium = medium;
+            stream.alternateFrequencyInfoList = Arrays.copyOf(stream.alternateFrequencyInfoList, 1);
             return stream;
         }, kind.record(5));
     }

@@ -12,21 +12,28 @@ import java.util.regex.Pattern;
 final class HeldThings {
     private static final Pattern LOCK = Pattern.compile("x_(svl|tsl|nwl|satl)_(read_)?(un)?lock\\(0x([1-4])(\\w{4})\\)");
 
+    private static final List<String> LISTS = List.of("service", "transport stream", "network", "satellite");
+
     private HeldThings() {}
 
     /** What one recorded call holds. The handles are those that were open before and after it. */
     static List<String> of(JniCalls.Recording recording, int[] handlesBefore, int[] handlesAfter) {
         List<String> held = new ArrayList<>(recording.held());
         addLocks(held, recording.calls());
-        Map<Integer, Integer> opened = new TreeMap<>();
-        Arrays.stream(handlesAfter).forEach(handle -> opened.merge(handle, 1, Integer::sum));
-        Arrays.stream(handlesBefore).forEach(handle -> opened.merge(handle, -1, Integer::sum));
-        opened.forEach((handle, number) -> {
-            for (int i = 0; i < number; i++) {
-                held.add("handle of " + listText(handle >> 16, handle & 0xffff));
+        Map<Integer, Integer> before = count(handlesBefore);
+        count(handlesAfter).forEach((handle, number) -> {
+            for (int i = before.getOrDefault(handle, 0); i < number; i++) {
+                String second = i > 0 && (handle & 0xffff) != 0 ? "second " : "";
+                held.add(second + "handle of " + listText(handle >> 16, handle & 0xffff));
             }
         });
         return held;
+    }
+
+    private static Map<Integer, Integer> count(int[] handles) {
+        Map<Integer, Integer> numbers = new TreeMap<>();
+        Arrays.stream(handles).forEach(handle -> numbers.merge(handle, 1, Integer::sum));
+        return numbers;
     }
 
     private static void addLocks(List<String> held, List<String> calls) {
@@ -47,6 +54,6 @@ final class HeldThings {
     }
 
     private static String listText(int kind, int list) {
-        return ListClass.values()[kind - 1].name().toLowerCase(java.util.Locale.ROOT) + " list " + list;
+        return LISTS.get(kind - 1) + " list " + list;
     }
 }
