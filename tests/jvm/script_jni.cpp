@@ -98,6 +98,8 @@ SCRIPT(jbyteArray, record)(JNIEnv* env, jclass, jint index) {
     return array;
 }
 
+SCRIPT(void, forgetHandles)(JNIEnv*, jclass) { script::forget_handles(); }
+
 SCRIPT(jintArray, openHandles)(JNIEnv* env, jclass) {
     const std::vector<std::uint32_t> handles = script::open_handles();
     auto* array = env->NewIntArray(static_cast<jsize>(handles.size()));

@@ -72,6 +72,11 @@ std::vector<std::uint32_t> open_handles() {
     return {script().handles.begin(), script().handles.end()};
 }
 
+void forget_handles() {
+    Lock lock(script().mutex);
+    script().handles.clear();
+}
+
 void set_property(const std::string& name, const std::string& value) {
     Lock lock(script().mutex);
     script().properties[name] = value;

@@ -56,8 +56,9 @@ std::vector<Entry> journal();
 std::vector<std::string> lines();
 
 // The handles that are open: given out by open and create, and not given back by close and delete. A handle occurs as
-// often as it is open, in ascending order. reset() does not change them.
+// often as it is open, in ascending order. reset() does not change them; forget_handles() begins anew.
 std::vector<std::uint32_t> open_handles();
+void forget_handles();
 
 // Sets a property.
 void set_property(const std::string& name, const std::string& value);

@@ -59,14 +59,9 @@ record Filled(String path, ListClass kind, Supplier<KeyedValues> make, byte[] st
         };
     }
 
+    /** An object with all values, of which a name is to fail. */
     static Failure failure(ListClass kind) {
-        String field = switch (kind) {
-            case SERVICES -> "\"serviceName\"";
-            case STREAMS -> "\"networkName\"";
-            case NETWORKS -> "\"NetworkName\"";
-            default -> "\"Name\"";
-        };
-        return new Failure(of(kind).get(0), field);
+        return new Failure(of(kind).get(0), "Name\", \"Ljava"); // the first name
     }
 
     private static Filled all(ListClass kind) {

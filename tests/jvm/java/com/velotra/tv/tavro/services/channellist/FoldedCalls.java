@@ -42,7 +42,8 @@ final class FoldedCalls {
     private static final Pattern FIELD = Pattern.compile("GetFieldID\\((class\\d+), \"(\\w+)\", \"I\"\\)");
     private static final Pattern VALUE = Pattern.compile("GetIntField\\((\\w+), (\\w+)\\.(\\w+)\\) = (-?\\d+)");
     private static final Pattern SETTER = Pattern.compile("GetMethodID\\((class\\d+), \"(\\w+)\", \"\\(I\\)V\"\\)");
-    private static final Pattern PASSED = Pattern.compile("CallVoidMethod\\((object\\d+), (\\w+)\\.(\\w+), (-?\\d+)\\)");
+    private static final Pattern PASSED =
+            Pattern.compile("CallVoidMethod\\((object\\d+), (\\w+)\\.(\\w+), (-?\\d+)\\)");
     private static final int WIDTH = 110;
 
     private final List<String> calls;

@@ -10,7 +10,8 @@ import java.util.regex.Pattern;
 
 /** What a native holds when it returns: JNI references and memory, list locks, and handles. */
 final class HeldThings {
-    private static final Pattern LOCK = Pattern.compile("x_(svl|tsl|nwl|satl)_(read_)?(un)?lock\\(0x([1-4])(\\w{4})\\)");
+    private static final Pattern LOCK =
+            Pattern.compile("x_(svl|tsl|nwl|satl)_(read_)?(un)?lock\\(0x([1-4])(\\w{4})\\)");
 
     private static final List<String> LISTS = List.of("service", "transport stream", "network", "satellite");
 

@@ -41,9 +41,14 @@ final class JniCalls {
             return new Failing(text, 1);
         }
 
+        /** The call with that number whose text contains a text. */
+        static Failing nth(int number, String text) {
+            return new Failing(text, number);
+        }
+
         /** The call with that number of all that can fail. */
         static Failing nth(int number) {
-            return new Failing("", number);
+            return nth(number, "");
         }
     }
 

@@ -96,7 +96,8 @@ final class ListScenarios {
             Script.always("fs_raw_qry_fpath", Scenarios.FAILS, 0);
         }, 2, cable);
         open.path("scan cache: cable, loaded", () -> Script.answer("x_svl_fs_sync", NO_FILE), 2, cable);
-        open.path("scan cache: terrestrial, loaded", () -> Script.answer("x_svl_fs_sync", NO_FILE), 2, "/data/scan_t.bin");
+        open.path("scan cache: terrestrial, loaded", () -> Script.answer("x_svl_fs_sync", NO_FILE), 2,
+                "/data/scan_t.bin");
         open.path("scan cache: not a list file, loaded from the cache",
                 () -> Script.answer("x_svl_fs_sync", NOT_A_LIST_FILE), 2, cable);
         open.path("scan cache: the cache cannot be loaded", () -> always("fs_sync", NO_FILE), 2, cable);
@@ -111,7 +112,8 @@ final class ListScenarios {
             always("create", NO_FILE);
         }, 2, cable);
         open.path("scan cache: not looked for without a scan path", () -> always("fs_sync", NO_FILE), 2, PATH);
-        open.path("scan cache: not looked for after another failure", () -> always("fs_sync", Scenarios.FAILS), 2, cable);
+        open.path("scan cache: not looked for after another failure", () -> always("fs_sync", Scenarios.FAILS), 2,
+                cable);
     }
 
     private void oneList(String name) {

@@ -1,9 +1,9 @@
 package com.velotra.tv.tavro.services.channellist;
 
 import static com.velotra.tv.tavro.services.channellist.JniCalls.Failing.first;
+import static com.velotra.tv.tavro.services.channellist.JniCalls.Failing.nth;
 import static com.velotra.tv.tavro.services.channellist.Scenarios.FAILS;
 
-import com.velotra.tv.tavro.services.channellist.JniCalls.Failing;
 import java.util.Arrays;
 import java.util.List;
 
@@ -258,17 +258,19 @@ final class ReadScenarios {
         String info = networks ? "VltTvNetworkInfo" : "VltTvSatelliteInfo";
         int before = from instanceof String ? 0 : 1; // the list's class comes first
         paths.without("the info class is missing", first(info + "\""), setUp, from, null)
-                .without("the info class's constructor is missing", new Failing("\"<init>\"", 1 + before), setUp, from, null)
+                .without("the info class's constructor is missing", nth(1 + before, "\"<init>\""), setUp, from, null)
                 .without("the base class is missing", first(info + "Base\""), setUp, from, null)
-                .without("the base class's constructor is missing", new Failing("\"<init>\"", 2 + before), setUp, from, null)
-                .without("there is no memory for the first object", new Failing("NewObject(", 1 + before), setUp, from, null)
-                .without("there is no memory for the second object", new Failing("NewObject(", 2 + before), setUp, from, null)
-                .without("the method that takes the values over is missing", first("lTo" + info.substring(5)), setUp, from,
+                .without("the base class's constructor is missing", nth(2 + before, "\"<init>\""), setUp, from, null)
+                .without("there is no memory for the first object", nth(1 + before, "NewObject("), setUp, from, null)
+                .without("there is no memory for the second object", nth(2 + before, "NewObject("), setUp, from, null)
+                .without("the method that takes the values over is missing", first("lTo" + info.substring(5)), setUp,
+                        from, null)
+                .without("a setter is missing", first(networks ? "\"setNetworkName\"" : "\"setName\""), setUp, from,
                         null)
-                .without("a setter is missing", first(networks ? "\"setNetworkName\"" : "\"setName\""), setUp, from, null)
                 .without("there is no memory for a value", first("NewStringUTF(\"Text\""), setUp, from, null)
                 .without("the identifier's setter is missing", first("RecId\""), setUp, from, null)
-                .without("there is no memory for the identifier's string", first("NewStringUTF(\"1,"), setUp, from, null)
+                .without("there is no memory for the identifier's string", first("NewStringUTF(\"1,"), setUp, from,
+                        null)
                 .without("the keys' size method is missing", first("\"size\""), setUp, from, someKeys())
                 .without("the keys' get method is missing", first("\"get\""), setUp, from, someKeys());
     }

@@ -23,6 +23,7 @@ record Scenario(
     /** Makes the state in which the path begins. */
     void begin() {
         Script.reset();
+        Script.forgetHandles();
         for (ListClass each : ListClass.values()) {
             each.leaveOneListOpen();
         }

@@ -15,6 +15,9 @@ final class Scenarios {
     /** A status that no native distinguishes from others. */
     static final int FAILS = -5;
 
+    /** A set-up that scripts nothing. */
+    static final Runnable NOTHING = () -> { };
+
     private final List<Scenario> all = new ArrayList<>();
 
     private Scenarios() {}
@@ -49,7 +52,7 @@ final class Scenarios {
 
         /** A path on which nothing is scripted. */
         Paths path(String path, Object... arguments) {
-            return path(path, () -> {}, arguments);
+            return path(path, NOTHING, arguments);
         }
 
         /** A path over a scripted platform. */
@@ -68,7 +71,7 @@ final class Scenarios {
         }
 
         Paths without(String path, JniCalls.Failing failing, Object... arguments) {
-            return without(path, failing, () -> {}, arguments);
+            return without(path, failing, NOTHING, arguments);
         }
 
         private Paths add(String path, Runnable setUp, JniCalls.Failing failing, Object... arguments) {

@@ -67,6 +67,9 @@ final class Script {
     /** The record that the call at a position of the journal handed over. */
     static native byte[] record(int index);
 
+    /** Begins to count handles anew. */
+    static native void forgetHandles();
+
     /** The handles that are open, in ascending order; each as often as it is open. */
     static native int[] openHandles();
 

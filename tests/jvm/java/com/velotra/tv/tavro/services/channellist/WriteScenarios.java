@@ -1,9 +1,9 @@
 package com.velotra.tv.tavro.services.channellist;
 
 import static com.velotra.tv.tavro.services.channellist.JniCalls.Failing.first;
+import static com.velotra.tv.tavro.services.channellist.JniCalls.Failing.nth;
 import static com.velotra.tv.tavro.services.channellist.Scenarios.FAILS;
 
-import com.velotra.tv.tavro.services.channellist.JniCalls.Failing;
 import java.util.Arrays;
 import java.util.List;
 
@@ -75,7 +75,7 @@ final class WriteScenarios {
         Filled.of(kind).forEach(filled -> paths.path(filled.path(), filled.stored(), to(1, filled.named("1,5"))));
         Filled.Failure failure = Filled.failure(kind);
         paths.without("a field is missing", first(failure.field()), failure.stored(), to(1, failure.object("1,5")))
-                .without("there is no memory for a text", new Failing(TEXT, 2), failure.stored(), to(1, failure.object("1,5")));
+                .without("there is no memory for a text", nth(2, TEXT), failure.stored(), to(1, failure.object("1,5")));
         if (kind == ListClass.SATELLITES) {
             paths.without("the base class is missing", first("FindClass"), to(1, kind.named("1,5")));
         }
@@ -97,7 +97,7 @@ final class WriteScenarios {
                 .path("the identifier has a second comma", this::stored, 1, "1,5,9")
                 .without("there is no memory for the identifier", first(TEXT), 1, "1,5");
         if (kind == ListClass.STREAMS) {
-            paths.without("there is no memory for the identifier the second time", new Failing(TEXT, 2), 1, "1,5");
+            paths.without("there is no memory for the identifier the second time", nth(2, TEXT), 1, "1,5");
         }
     }
 
@@ -129,7 +129,8 @@ final class WriteScenarios {
                 .path("an identifier is null", this::stored, to(1, List.of(kind.named(null))))
                 .without("the list's get method is missing", first("\"get\""), to(1, List.of(kind.named("1,5"))))
                 .without("the list's size method is missing", first("\"size\""), to(1, List.of(kind.named("1,5"))))
-                .without("the method isContainsKey is missing", first("isContainsKey"), to(1, List.of(kind.named("1,5"))))
+                .without("the method isContainsKey is missing", first("isContainsKey"),
+                        to(1, List.of(kind.named("1,5"))))
                 .without("the identifier's field is missing", first("GetFieldID"), to(1, List.of(kind.named("1,5"))))
                 .without("there is no memory for an identifier", first(TEXT), to(1, List.of(kind.named("1,5"))));
         if (kind == ListClass.SATELLITES || kind == ListClass.STREAMS) {
@@ -147,8 +148,9 @@ final class WriteScenarios {
                 .path("an identifier that cannot be parsed", 1, kind.named("1,a"))
                 .without("the method isContainsKey is missing", first("isContainsKey"), 1, kind.object())
                 .without("there is no memory for the empty string", first("NewStringUTF"), 1, kind.object())
-                .without("there is no memory for a key", new Failing("NewStringUTF", 2), () -> {}, 1, kind.object())
-                .without("there is no memory for the identifier's string", first("NewStringUTF(\"1,"), 1, kind.object());
+                .without("there is no memory for a key", nth(2, "NewStringUTF"), 1, kind.object())
+                .without("there is no memory for the identifier's string", first("NewStringUTF(\"1,"), 1,
+                        kind.object());
         Filled.of(kind).forEach(filled -> paths.path(filled.path(), 1, filled.object()));
         Filled.Failure failure = Filled.failure(kind);
         paths.without("a field is missing", first(failure.field()), 1, failure.object())
@@ -198,7 +200,8 @@ final class WriteScenarios {
                 .path("the identifier has no comma", 1, "15")
                 .without("there is no memory for the empty string", first("NewStringUTF"), 1, "1,5")
                 .without("there is no memory for the identifier", first(TEXT), 1, "1,5")
-                .without("there is no memory for the new identifier", first("NewStringUTF(\"1,"), this::stored, 1, "1,5");
+                .without("there is no memory for the new identifier", first("NewStringUTF(\"1,"), this::stored, 1,
+                        "1,5");
         if (kind != ListClass.SATELLITES) { // elsewhere this ends the process
             paths.path("the identifier has other characters than digits", 1, "1,a");
         }
