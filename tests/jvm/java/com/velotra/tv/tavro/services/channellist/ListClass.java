@@ -10,7 +10,7 @@ import java.util.function.Supplier;
 
 /** The four list classes, with what differs between their natives. */
 enum ListClass {
-    SERVICES(VltTvChannelList.getInstance(), "svl", VltTvChannelInfoBase::new, "svlIdSvlRecId", 552, 0, 44),
+    SERVICES(VltTvChannelList.getInstance(), "svl", VltTvChannelInfoBase::new, "svlIdSvlRecId", 552, 0, 40),
     STREAMS(VltTvTransportStreamList.getInstance(), "tsl", VltTvTransportStreamInfoBase::new, "tslIdTslRecId", 724, 0,
             544),
     NETWORKS(VltTvNetworkList.getInstance(), "nwl", VltTvNetworkInfoBase::new, "NwlIdNwlRecId", 304, 4, 13),
