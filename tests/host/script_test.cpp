@@ -239,6 +239,7 @@ TEST_F(Script, PropertiesAreJournaledOnRequestOnly) {
 TEST_F(Script, ResetForgetsEverything) {
     int seen = 0;
     script::observe([&](const std::string&) { ++seen; });
+    script::observe_failures([&](MwStatus) { ++seen; });
     script::always("x_svl_lock", {-1});
     script::answer("x_svl_unlock", {-1});
     script::set_property("name", "D");
@@ -249,8 +250,45 @@ TEST_F(Script, ResetForgetsEverything) {
     EXPECT_EQ(x_svl_lock(1), kMwOk);
     EXPECT_EQ(x_svl_unlock(1), kMwOk);
     EXPECT_EQ(get("name", ""), "");
-    EXPECT_EQ(script::lines(), (Lines{"x_svl_lock(0x1)", "x_svl_unlock(0x1)"}));
+    script::answer("x_svl_clean", {-1});
+    x_svl_clean(1);
+    EXPECT_EQ(script::lines(), (Lines{"x_svl_lock(0x1)", "x_svl_unlock(0x1)", "x_svl_clean(0x1)"}));
     EXPECT_EQ(seen, 1);
+}
+
+TEST_F(Script, AnObserverOfFailuresGetsEachFailedStatusAfterItsText) {
+    Lines seen;
+    script::observe([&](const std::string& text) { seen.push_back(text); });
+    script::observe_failures([&](MwStatus status) { seen.push_back(std::to_string(status)); });
+    script::answer("x_svl_clean", {-5});
+    script::answer("fs_raw_init", {-12});
+    x_svl_clean(1);
+    x_svl_clean(2);
+    fs_raw_init(0, "/data/list");
+    EXPECT_EQ(seen, (Lines{"x_svl_clean(0x1)", "-5", "x_svl_clean(0x2)", "fs_raw_init(0, \"/data/list\")", "-12"}));
+}
+
+TEST_F(Script, CountsTheHandlesThatAreOpen) {
+    using Handles = std::vector<std::uint32_t>;
+    script::forget_handles();
+    x_tsl_open(1, 0, 0, &handle);
+    x_svl_create("fs_Svl_1", 2, 1, 16, 0, 0, &handle);
+    x_svl_open(2, 0, 0, &handle);
+    script::answer("x_svl_open", {-5, 0x10003});
+    x_svl_open(3, 0, 0, &handle);
+    script::answer("x_svl_open", {0, 0});
+    x_svl_open(4, 0, 0, &handle);
+    script::reset();
+    EXPECT_EQ(script::open_handles(), (Handles{0x10002, 0x10002, 0x20001}));
+    script::answer("x_tsl_close", {-5});
+    x_tsl_close(0x20001);
+    x_svl_close(0x10002);
+    x_svl_close(0x10009);
+    EXPECT_EQ(script::open_handles(), (Handles{0x10002, 0x20001}));
+    x_svl_delete(0x10002);
+    EXPECT_EQ(script::open_handles(), (Handles{0x20001}));
+    script::forget_handles();
+    EXPECT_EQ(script::open_handles(), Handles{});
 }
 
 TEST_F(Script, AnObserverCanHoldAThreadInsideACall) {

@@ -63,7 +63,7 @@ struct ListCalls {
     static MwStatus give_handle(const std::optional<Answer>& scripted, std::uint16_t list_id, MwdbHandle* handle) {
         const Answer answer = scripted.value_or(Answer{});
         give_value(answer, Kind::kNumber << 16 | list_id, handle);
-        if (answer.status == kMwOk && *handle != 0) {
+        if (answer.status == kMwOk && handle != nullptr && *handle != 0) {
             script::opened(*handle);
         }
         return answer.status;
