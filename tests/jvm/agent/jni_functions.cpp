@@ -11,8 +11,35 @@
 namespace tavro::agent {
 namespace {
 
+bool starts_with(std::string_view text, std::string_view start) { return text.substr(0, start.size()) == start; }
+bool ends_with(std::string_view text, std::string_view end) {
+    return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
+}
+
+// What a call does to what is held, beyond returning a local reference.
+enum class Effect { kNone, kDeletesLocal, kDeletesGlobal, kMakesGlobal, kPushesFrame, kPopsFrame, kGets, kGivesBack };
+
+Effect effect_of(std::string_view name) {
+    if (name == "DeleteLocalRef") {
+        return Effect::kDeletesLocal;
+    }
+    if (name == "PushLocalFrame") {
+        return Effect::kPushesFrame;
+    }
+    if (name == "PopLocalFrame") {
+        return Effect::kPopsFrame;
+    }
+    if (ends_with(name, "GlobalRef")) {
+        return starts_with(name, "Delete") ? Effect::kDeletesGlobal : Effect::kMakesGlobal;
+    }
+    if (ends_with(name, "Chars") || ends_with(name, "ArrayElements") || ends_with(name, "Critical")) {
+        return starts_with(name, "Get") ? Effect::kGets : Effect::kGivesBack;
+    }
+    return Effect::kNone;
+}
+
 // The exception of a call that is made to fail; null for functions that do not fail.
-constexpr const char* exception_of(std::string_view name) {
+const char* exception_of(std::string_view name) {
     if (name == "FindClass") {
         return "java/lang/NoClassDefFoundError";
     }
@@ -22,14 +49,30 @@ constexpr const char* exception_of(std::string_view name) {
     if (name == "GetFieldID" || name == "GetStaticFieldID") {
         return "java/lang/NoSuchFieldError";
     }
-    if (name.substr(0, 4) == "Call") {
+    if (starts_with(name, "Call")) {
         return "java/lang/IllegalStateException";
     }
-    const bool allocates = name.substr(0, 3) == "New" || name == "AllocObject" || name == "GetStringUTFChars" ||
-                           name == "GetStringChars" || name == "GetStringCritical" ||
-                           name.find("ArrayElements") != std::string_view::npos || name == "GetPrimitiveArrayCritical";
-    return allocates && name.substr(0, 7) != "Release" ? "java/lang/OutOfMemoryError" : nullptr;
+    const bool allocates = starts_with(name, "New") || name == "AllocObject" || effect_of(name) == Effect::kGets;
+    return allocates ? "java/lang/OutOfMemoryError" : nullptr;
 }
+
+// A function of the table.
+struct Function {
+    const char* name = nullptr;
+    std::string shown{}; // without the V or A of variants
+    Effect effect = Effect::kNone;
+    const char* exception = nullptr;
+
+    Function() = default;
+    explicit Function(const char* text)
+        : name(text), shown(text), effect(effect_of(text)), exception(exception_of(text)) {
+        const bool varies = starts_with(shown, "Call") || starts_with(shown, "NewObject");
+        if (varies && (shown.back() == 'V' || shown.back() == 'A')) {
+            shown.pop_back();
+        }
+    }
+    const char* memory_word() const { return shown.find("String") != std::string::npos ? "characters" : "elements"; }
+};
 
 template <class Value>
 constexpr bool kIsReference = std::is_convertible_v<Value, jobject>;
@@ -38,7 +81,7 @@ constexpr bool kIsReference = std::is_convertible_v<Value, jobject>;
 struct Call {
     Recorder& recorder;
     JNIEnv* env;
-    const char* name;
+    const Function& function;
     std::string text;                 // "NAME(ARGUMENTS"
     std::string origin;               // what the call returns, for the list of what is held
     std::string signature;            // of the method that is called
@@ -67,7 +110,7 @@ void describe(Call& call, jfieldID field) {
 void describe(Call& call, const char* text) {
     call.names.push_back(text);
     call.memory = text;
-    call.add(call.text.rfind("Release", 0) == 0 ? "characters" : abbreviated(quoted(text)));
+    call.add(call.function.effect == Effect::kGivesBack ? "characters" : abbreviated(quoted(text)));
 }
 void describe(Call& call, jboolean value) { call.add(value != JNI_FALSE ? "true" : "false"); }
 template <class Number>
@@ -148,48 +191,34 @@ void describe(Call& call, const jvalue* values) {
     describe_all(call, [&](char) { return *values++; });
 }
 
-// What calls get, release and look up, by their names.
-
-bool starts_with(const char* text, const char* start) { return std::strncmp(text, start, std::strlen(start)) == 0; }
-bool ends_with(const char* text, const char* end) {
-    return std::strlen(text) >= std::strlen(end) && std::strcmp(text + std::strlen(text) - std::strlen(end), end) == 0;
-}
-
-bool is_memory(const char* name) {
-    return ends_with(name, "Chars") || ends_with(name, "ArrayElements") || ends_with(name, "Critical");
-}
-
-const char* memory_word(const char* name) { return std::strstr(name, "String") != nullptr ? "characters" : "elements"; }
-
-bool gets_memory(const char* name) { return starts_with(name, "Get") && is_memory(name); }
-bool releases_memory(const char* name) { return starts_with(name, "Release") && is_memory(name); }
-
 // What the reference refers to that a call has returned.
 std::string origin_of_result(const Call& call, jobject result) {
-    if (std::strcmp(call.name, "NewStringUTF") == 0) {
+    const std::string& name = call.function.shown;
+    if (name == "NewStringUTF") {
         return "string " + description(call.env, result);
     }
-    if (std::strcmp(call.name, "GetObjectClass") == 0 || std::strcmp(call.name, "FindClass") == 0) {
+    if (name == "GetObjectClass" || name == "FindClass") {
         return "class " + description(call.env, result);
     }
-    if (starts_with(call.name, "New")) {
+    if (starts_with(name, "New")) {
         return "new " + description(call.env, result);
     }
-    return call.origin.empty() ? call.name : call.origin;
+    return call.origin.empty() ? name : call.origin;
 }
 
 std::string result_text(Call& call, jobject result) {
     if (result == nullptr) {
         return "null";
     }
-    if (ends_with(call.name, "GlobalRef")) {
+    if (call.function.effect == Effect::kMakesGlobal) {
         call.recorder.held().add_memory(result, "global reference");
         return "global";
     }
     const std::string known = call.recorder.known_name(call.env, result);
-    const std::string label = call.recorder.held().add(call.env, result, call.name, origin_of_result(call, result));
-    if (std::strcmp(call.name, "NewStringUTF") == 0 || starts_with(call.name, "New")) {
-        return label; // the arguments say what it is, except for objects
+    const std::string label =
+        call.recorder.held().add(call.env, result, call.function.name, origin_of_result(call, result));
+    if (starts_with(call.function.shown, "New")) {
+        return label; // the arguments say what it is
     }
     return label + " " + (known.empty() ? description(call.env, result) : known);
 }
@@ -216,8 +245,8 @@ std::enable_if_t<!kIsReference<Pointee*>, std::string> result_text(Call& call, P
     if (memory == nullptr) {
         return "null";
     }
-    if (gets_memory(call.name)) {
-        call.recorder.held().add_memory(memory, std::string(memory_word(call.name)) + " of " +
+    if (call.function.effect == Effect::kGets) {
+        call.recorder.held().add_memory(memory, std::string(call.function.memory_word()) + " of " +
                                                     call.recorder.origin(call.env, call.first));
     }
     if constexpr (std::is_same_v<Pointee, const char>) {
@@ -231,20 +260,25 @@ void finish(Call& call, const std::string& result) {
     call.recorder.line(call.text + ")" + (result.empty() ? "" : " = " + result));
 }
 
-// What a call has done to what is held. Before the call, since it ends the reference.
-void release(Call& call) {
-    if (std::strcmp(call.name, "DeleteLocalRef") == 0) {
-        call.recorder.held().remove(call.first);
-    } else if (std::strcmp(call.name, "PopLocalFrame") == 0) {
-        call.recorder.held().pop_frame();
-    } else if (std::strcmp(call.name, "PushLocalFrame") == 0) {
-        call.recorder.held().push_frame();
-    } else if (starts_with(call.name, "Delete")) {
+// Does what a call does to local references, before the call, since that ends them.
+void end_references(Held& held, Effect effect, jobject first) {
+    if (effect == Effect::kDeletesLocal) {
+        held.remove(first);
+    } else if (effect == Effect::kPopsFrame) {
+        held.pop_frame();
+    } else if (effect == Effect::kPushesFrame) {
+        held.push_frame();
+    }
+}
+
+// Does what a call does to memory and global references, and notes in its text if these are not held.
+void give_back(Call& call) {
+    if (call.function.effect == Effect::kDeletesGlobal) {
         call.recorder.held().remove_memory(call.first);
-    } else if (releases_memory(call.name)) {
+    } else if (call.function.effect == Effect::kGivesBack) {
         const std::string held = call.recorder.held().remove_memory(call.memory);
         const std::string expected =
-            std::string(memory_word(call.name)) + " of " + call.recorder.origin(call.env, call.first);
+            std::string(call.function.memory_word()) + " of " + call.recorder.origin(call.env, call.first);
         if (held != expected) {
             call.add("not held");
         }
@@ -252,7 +286,8 @@ void release(Call& call) {
 }
 
 template <class Result>
-Result fail(Call& call, const char* exception) {
+Result fail(Call& call) {
+    const char* const exception = call.function.exception;
     jclass cls = original.FindClass(call.env, exception);
     original.ThrowNew(call.env, cls, "made to fail");
     original.DeleteLocalRef(call.env, cls);
@@ -272,17 +307,13 @@ jobject first_reference(First first, Rest... rest) {
 
 // Passes a call on and counts references only.
 template <class Result, class... Arguments, class... Given>
-Result count(Recorder& recorder, const char* name, Result (JNICALL* Table::*slot)(JNIEnv*, Arguments...), JNIEnv* env,
-             Given... given) {
-    Call call{recorder, env, name, "(", "", ""};
-    call.first = first_reference(given...);
-    if (!releases_memory(name)) {
-        release(call);
-    }
+Result count(Recorder& recorder, const Function& function, Result (JNICALL* Table::*slot)(JNIEnv*, Arguments...),
+             JNIEnv* env, Given... given) {
+    end_references(recorder.held(), function.effect, first_reference(given...));
     if constexpr (kIsReference<Result>) {
         Result result = (original.*slot)(env, given...);
-        if (!ends_with(name, "GlobalRef")) {
-            recorder.held().add(nullptr, result, name, "");
+        if (function.effect != Effect::kMakesGlobal) {
+            recorder.held().add(nullptr, result, function.name, "");
         }
         return result;
     } else {
@@ -292,24 +323,21 @@ Result count(Recorder& recorder, const char* name, Result (JNICALL* Table::*slot
 
 // Passes a call on and records it.
 template <class Result, class... Arguments, class... Given>
-Result record(const char* name, Result (JNICALL* Table::*slot)(JNIEnv*, Arguments...), JNIEnv* env, Given... given) {
+Result record(const Function& function, Result (JNICALL* Table::*slot)(JNIEnv*, Arguments...), JNIEnv* env,
+              Given... given) {
     Recorder& recorder = Recorder::of_thread();
     if (!recorder.records()) {
         return (original.*slot)(env, given...);
     }
     if (!recorder.with_lines()) {
-        return count(recorder, name, slot, env, given...);
+        return count(recorder, function, slot, env, given...);
     }
-    std::string shown = name;
-    if ((starts_with(name, "Call") || starts_with(name, "NewObject")) && (shown.back() == 'V' || shown.back() == 'A')) {
-        shown.pop_back();
-    }
-    Call call{recorder, env, name, shown + "(", "", ""};
+    Call call{recorder, env, function, function.shown + "(", "", ""};
     (describe(call, given), ...);
-    release(call);
-    const char* const exception = exception_of(name);
-    if (exception != nullptr && recorder.is_to_fail(call.text)) {
-        return fail<Result>(call, exception);
+    end_references(recorder.held(), function.effect, call.first);
+    give_back(call);
+    if (function.exception != nullptr && recorder.is_to_fail(call.text)) {
+        return fail<Result>(call);
     }
     if constexpr (std::is_void_v<Result>) {
         (original.*slot)(env, given...);
@@ -326,8 +354,10 @@ template <auto Slot>
 struct Fixed;
 template <class Result, class... Arguments, Result (JNICALL* Table::*Slot)(JNIEnv*, Arguments...)>
 struct Fixed<Slot> {
-    static inline const char* name = nullptr;
-    static Result JNICALL call(JNIEnv* env, Arguments... arguments) { return record(name, Slot, env, arguments...); }
+    static inline Function function;
+    static Result JNICALL call(JNIEnv* env, Arguments... arguments) {
+        return record(function, Slot, env, arguments...);
+    }
 };
 
 struct EndOf {
@@ -361,7 +391,7 @@ struct Variadic<Slot, SlotV> {
 
 template <auto Slot>
 void replace(Table& table, const char* name) {
-    Fixed<Slot>::name = name;
+    Fixed<Slot>::function = Function(name);
     table.*Slot = Fixed<Slot>::call;
 }
 
@@ -408,8 +438,9 @@ void replace_calls(Table& table) {
     X(DeleteGlobalRef)                                                                                                 \
     X(DeleteLocalRef)                                                                                                  \
     X(DeleteWeakGlobalRef)                                                                                             \
-    X(EnsureLocalCapacity) X(ExceptionCheck) X(ExceptionClear) X(ExceptionDescribe) X(ExceptionOccurred) X(FatalError) \
-        X(FindClass) X(FromReflectedField) X(FromReflectedMethod) X(GetArrayLength) X(GetDirectBufferAddress)          \
+    X(EnsureLocalCapacity)                                                                                             \
+    X(ExceptionCheck) X(ExceptionClear) X(ExceptionDescribe) X(ExceptionOccurred) X(FatalError) X(FindClass)           \
+        X(FromReflectedField) X(FromReflectedMethod) X(GetArrayLength) X(GetDirectBufferAddress)                       \
             X(GetDirectBufferCapacity) X(GetFieldID) X(GetJavaVM) X(GetMethodID) X(GetModule) X(GetObjectArrayElement) \
                 X(GetObjectClass) X(GetObjectRefType) X(GetPrimitiveArrayCritical) X(GetStaticFieldID)                 \
                     X(GetStaticMethodID) X(GetStringChars) X(GetStringCritical) X(GetStringLength) X(GetStringRegion)  \

@@ -282,12 +282,13 @@ bool Recorder::in_list_native() {
     if (jvmti->GetFrameLocation(nullptr, 0, &method, &location) != JVMTI_ERROR_NONE) {
         return false;
     }
-    thread_local std::map<jmethodID, bool> known;
-    const auto [entry, is_new] = known.try_emplace(method, false);
-    if (is_new) {
-        entry->second = is_list_native(method);
+    thread_local jmethodID last = nullptr;
+    thread_local bool last_is_list_native = false;
+    if (method != last) {
+        last = method;
+        last_is_list_native = is_list_native(method);
     }
-    return entry->second;
+    return last_is_list_native;
 }
 
 } // namespace tavro::agent

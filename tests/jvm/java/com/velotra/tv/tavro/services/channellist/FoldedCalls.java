@@ -72,6 +72,9 @@ final class FoldedCalls {
 
     /** Folds the calls at the position, if they are for one key. */
     private boolean foldKey() {
+        if (!call(0).startsWith("NewStringUTF(") || !call(1).startsWith("CallBooleanMethod(")) {
+            return false;
+        }
         Matcher key = KEY.matcher(call(0));
         Matcher asked = ASKED.matcher(call(1));
         if (!key.matches() || !asked.matches() || !asked.group(1).equals(asked.group(3))
@@ -106,6 +109,9 @@ final class FoldedCalls {
 
     /** Folds the calls at the position, if they pass a number to a setter. */
     private boolean foldSetter() {
+        if (!call(0).startsWith("GetMethodID(") || !call(1).startsWith("CallVoidMethod(")) {
+            return false;
+        }
         Matcher setter = SETTER.matcher(call(0));
         Matcher value = PASSED.matcher(call(1));
         if (!setter.matches() || !value.matches() || !value.group(3).equals(setter.group(2))) {

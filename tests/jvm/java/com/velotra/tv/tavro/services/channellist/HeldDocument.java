@@ -21,6 +21,7 @@ final class HeldDocument {
     private record Row(String line, Pattern natives, Pattern holds, int most) {}
 
     private final List<Row> rows = new ArrayList<>();
+    private final Map<String, List<Row>> rowsOfNatives = new HashMap<>();
     private final Set<Row> used = new HashSet<>();
 
     HeldDocument() {
@@ -51,10 +52,12 @@ final class HeldDocument {
     /** What a native holds that no row allows, or more of it than a row allows. */
     List<String> excess(String nativeName, List<String> held) {
         List<String> excess = new ArrayList<>();
+        List<Row> allowed = rowsOfNatives.computeIfAbsent(nativeName, name -> rows.stream()
+                .filter(row -> row.natives().matcher(name).matches()).toList());
         Map<Row, Integer> taken = new HashMap<>();
         for (String thing : held) {
-            Optional<Row> allowing = rows.stream().filter(row -> row.natives().matcher(nativeName).matches()
-                    && row.holds().matcher(thing).matches() && taken.getOrDefault(row, 0) < row.most()).findFirst();
+            Optional<Row> allowing = allowed.stream().filter(row -> row.holds().matcher(thing).matches()
+                    && taken.getOrDefault(row, 0) < row.most()).findFirst();
             allowing.ifPresentOrElse(row -> taken.merge(row, 1, Integer::sum), () -> excess.add(thing));
         }
         used.addAll(taken.keySet());

@@ -25,12 +25,19 @@ final class Ledger {
         List<String> calls = FoldedCalls.fold(recording.calls());
         lines.add("");
         lines.add("== " + scenario.path() + ": " + callText(scenario));
-        String most = mostRepeated(calls);
-        int repeated = most == null ? 0 : repeated(calls, folded.get(most));
-        if (repeated >= LEAST_REPEATED) {
-            lines.add("    " + repeated + " lines as in: " + most);
-        } else {
+        int repeated = 0;
+        String most = "";
+        for (Map.Entry<String, List<String>> path : folded.entrySet()) {
+            int number = repeated(calls, path.getValue());
+            if (number > repeated) {
+                repeated = number;
+                most = path.getKey();
+            }
+        }
+        if (repeated < LEAST_REPEATED) {
             repeated = 0;
+        } else {
+            lines.add("    " + repeated + " lines as in: " + most);
         }
         calls.stream().skip(repeated).forEach(call -> lines.add("    " + call));
         lines.add(outcome(scenario, recording));
@@ -47,16 +54,6 @@ final class Ledger {
 
     String text() {
         return String.join("\n", lines) + "\n";
-    }
-
-    private String mostRepeated(List<String> calls) {
-        String most = null;
-        for (Map.Entry<String, List<String>> path : folded.entrySet()) {
-            if (most == null || repeated(calls, path.getValue()) > repeated(calls, folded.get(most))) {
-                most = path.getKey();
-            }
-        }
-        return most;
     }
 
     /** How many lines two paths have in common at their beginning. */

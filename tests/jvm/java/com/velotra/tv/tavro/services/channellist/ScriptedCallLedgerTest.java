@@ -20,7 +20,7 @@ import org.junit.jupiter.api.Test;
  * Compares every call of every native, on each of its paths, with the files in {@code tests/jvm/ledger/}, and what the
  * native then holds with a document. With the property {@code tavro.ledger.renew} it writes the files instead.
  */
-class CallLedgerTest {
+class ScriptedCallLedgerTest {
     /** One path as it was recorded. */
     private record Recorded(Scenario scenario, JniCalls.Recording recording, List<String> held) {}
 
@@ -32,7 +32,6 @@ class CallLedgerTest {
     @BeforeAll
     static void recordEveryPath() {
         for (Scenario scenario : Scenarios.all()) {
-            scenario.record(); // the first call loads and links classes
             scenario.begin();
             int[] before = Script.openHandles();
             JniCalls.Recording recording = scenario.record();
