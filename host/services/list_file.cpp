@@ -83,7 +83,6 @@ void limit_steps(Connection& file, int steps) {
 Connection open_content(const void* content, std::size_t bytes) {
     Connection file(":memory:", SQLITE_OPEN_READWRITE);
     sqlite3_limit(file.handle(), SQLITE_LIMIT_LENGTH, kMostRowBytes);
-    sqlite3_limit(file.handle(), SQLITE_LIMIT_SQL_LENGTH, kMostRowBytes);
     sqlite3_db_config(file.handle(), SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
     limit_steps(file, kSchemaSteps);
     auto* const writable = const_cast<unsigned char*>(static_cast<const unsigned char*>(content));

@@ -120,8 +120,10 @@ TEST_F(ListFileContent, OfTheOldFormIsNeverReadInPart) {
     EXPECT_GT(refused(good, changes), 3 * sizeof(std::uint16_t));
 }
 
-TEST_F(ListFileContent, OfTheOldFormIsReadWhole) {
+TEST_F(ListFileContent, OfTheOldFormIsReadWholeOrRefused) {
     StoredRecords records;
+    const std::string good = stored_in_old_form(kThree);
+    EXPECT_EQ(parse(good.substr(0, good.size() - 1)), kMwNotAListFile); // the last byte of a record
     EXPECT_EQ(parse(stored_in_old_form({{9, 0x99}, {0, 0x10}, {65534, 0x34}}), records), kMwOk);
     EXPECT_EQ(records.ids, (std::vector<std::uint16_t>{9, 0, 65534}));
     const std::string bytes(reinterpret_cast<const char*>(records.bytes.data()), records.bytes.size());
@@ -136,7 +138,7 @@ TEST_F(ListFileContent, WithRowsOfNoListIsRefused) {
         stored_in_old_form(kThree),
         {"UPDATE records SET position = 2 WHERE record_id = 1", "UPDATE records SET position = 4 WHERE record_id = 3",
          "UPDATE records SET position = 0 WHERE record_id = 1", "UPDATE records SET position = -1 WHERE record_id = 1",
-         "UPDATE records SET position = 1 << 40 WHERE record_id = 3",
+         "UPDATE records SET position = 1 << 29 WHERE record_id = 3",
          "UPDATE records SET position = 'x' WHERE record_id = 1",
          "UPDATE records SET position = 1.5 WHERE record_id = 1",
          "UPDATE records SET bytes = CAST(bytes AS TEXT) WHERE record_id = 1",
