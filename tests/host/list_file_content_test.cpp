@@ -118,6 +118,10 @@ TEST_F(ListFileContent, OfTheOldFormIsNeverReadInPart) {
         changes.emplace_back(place, good[place] == 0 ? 1 + place % 255 : good[place]); // many become 0
     }
     EXPECT_GT(refused(good, changes), 3 * sizeof(std::uint16_t));
+    std::string shorter = good;
+    ASSERT_EQ(shorter[2 * 4096 + 4], 3); // the number of rows in the page with the records
+    shorter[2 * 4096 + 4] = 2;
+    EXPECT_EQ(parse(shorter), kMwNotAListFile);
 }
 
 TEST_F(ListFileContent, OfTheOldFormIsReadWholeOrRefused) {
