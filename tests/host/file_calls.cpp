@@ -50,6 +50,8 @@ Calls locks_made;
 Calls changes_made;
 std::atomic<bool> recording{false}; // whether first_path may be set; only one thread works meanwhile
 std::string first_path;
+std::string replacing_path;
+std::string replaced_path; // empty: nothing is to be replaced
 
 // The function that a replacement below stands for.
 template <class Function>
@@ -63,6 +65,7 @@ void reset() {
         calls->until_failure = 0;
     }
     first_path.clear();
+    replaced_path.clear();
 }
 
 bool pass_sync(int file) {
@@ -71,6 +74,13 @@ bool pass_sync(int file) {
         first_path = std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(file), ignored).string();
     }
     return syncs_made.pass() && changes_made.pass();
+}
+
+void opened(const char* path) {
+    if (recording && replaced_path == path) {
+        replaced_path.clear();
+        std::filesystem::rename(replacing_path, path);
+    }
 }
 
 } // namespace
@@ -92,6 +102,10 @@ bool FileCalls::end_failures() {
     return changes_made.failed;
 }
 void FileCalls::fail_lock(int call, int error) { locks_made.fail(call, error); }
+void FileCalls::replace_when_opened(const std::string& from, const std::string& to) {
+    replacing_path = from;
+    replaced_path = to;
+}
 std::string FileCalls::first_synced() { return first_path; }
 int FileCalls::syncs() { return syncs_made.made; }
 
@@ -128,7 +142,9 @@ int TAVRO_REPLACE(rename, (const char* from, const char* to) noexcept, from, to)
         va_start(more, flags);                                                                                         \
         const int mode = (flags & O_CREAT) != 0 ? va_arg(more, int) : 0;                                               \
         va_end(more);                                                                                                  \
-        return changes_made.pass() ? usual(path, flags, mode) : -1;                                                    \
+        const int file = changes_made.pass() ? usual(path, flags, mode) : -1;                                          \
+        opened(path);                                                                                                  \
+        return file;                                                                                                   \
     }
 TAVRO_REPLACE_OPEN(open)
 TAVRO_REPLACE_OPEN(open64)

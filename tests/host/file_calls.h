@@ -23,6 +23,9 @@ public:
     // Lets every call pass again. Returns whether one failed.
     static bool end_failures();
 
+    // As soon as the file `to` has been opened, renames `from` to it.
+    static void replace_when_opened(const std::string& from, const std::string& to);
+
     static int syncs();
     // The path of the file that was synced first.
     static std::string first_synced();

@@ -227,6 +227,22 @@ TEST_F(Replacements, OfAFileWithoutPermissionFail) {
         << lines[0];
 }
 
+TEST_F(Replacements, BetweenTheStepsOfALoadDoNotDisturbIt) {
+    const MwdbHandle larger = created<Networks>(2);
+    for (std::uint16_t id = 1; id <= 100; ++id) {
+        ASSERT_EQ(add<Networks>(larger, id, 0x22), kMwOk);
+    }
+    ASSERT_EQ(x_nwl_fs_store(larger, file.c_str(), 2), kMwOk);
+    ASSERT_EQ(x_nwl_fs_store(list, path("smaller").c_str(), 1), kMwOk);
+    const MwdbHandle target = created<Networks>(3);
+    const FileCalls calls;
+    calls.replace_when_opened(path("smaller"), file);
+    EXPECT_EQ(x_nwl_fs_sync(target, 0, file.c_str(), 3), kMwOk);
+    EXPECT_EQ(contents<Networks>(target).size(), 100u);
+    EXPECT_EQ(x_nwl_fs_sync(target, 0, file.c_str(), 3), kMwOk);
+    EXPECT_EQ(contents<Networks>(target), (Contents{{1, 0x11}}));
+}
+
 TEST_F(Replacements, ByAnotherProcessNeverDisturbALoad) {
     const MwdbHandle other = created<Networks>(2);
     for (std::uint16_t id = 1; id <= 100; ++id) { // a file of another size
