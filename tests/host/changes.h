@@ -80,7 +80,10 @@ private:
         std::string path;
         words >> path;
         std::ofstream file(path, std::ios::binary);
-        while (file.put('x').flush()) {
+        for (const std::string& block : {std::string(4096, 'x'), std::string("x")}) {
+            while (file << block << std::flush) {
+            }
+            file.clear();
         }
         return tavro::kMwOk;
     }

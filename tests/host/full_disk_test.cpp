@@ -1,5 +1,6 @@
 // Storage on a full file system: the status and the single log line.
 #include "child_process.h"
+#include "edited_database.h"
 #include "sandbox.h"
 #include "services/status.h"
 #include "workspace.h"
@@ -115,6 +116,27 @@ TEST_F(FullDisk, LetsGoOfRecordsAndLists) {
         process.close_input();
         EXPECT_EQ(process.wait(), 0);
     }
+}
+
+// The records are removed in steps that use the same part of the log again.
+TEST_F(FullDisk, LetsGoOfALongListWithAShortLog) {
+    TAVRO_NEEDS_SANDBOX();
+    created<Services>(1);
+    insert_records<Services>(home() + "/lists.db", 1, 1, 101, 3000);
+    restart();
+    fs::rename(home(), path("prepared"));
+    fs::create_directory(home());
+    ChildProcess process({"changes", "svl"},
+                         sandboxed(mount("size=4m") + " && cp '" + path("prepared/lists.db") + "' '" + home() + "'"));
+    for (int id = 1; id <= 30; ++id) {
+        ASSERT_EQ(process.ask("add 1 " + std::to_string(id) + " 17"), "0");
+    }
+    ASSERT_EQ(process.ask("ballast 0 " + home() + "/ballast"), "0");
+    EXPECT_EQ(process.ask("clean 1"), "0");
+    EXPECT_EQ(process.ask("remove 1 3000"), std::to_string(kHostNoSuchRecord));
+    EXPECT_EQ(process.ask("add 1 1 17"), "0");
+    process.close_input();
+    EXPECT_EQ(process.wait(), 0);
 }
 
 // A copy that does not fit leaves the target as it was, and the space to other files.
