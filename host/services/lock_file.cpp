@@ -15,6 +15,7 @@
 #include <linux/futex.h>
 #include <mutex>
 #include <pthread.h>
+#include <string_view>
 #include <sys/mman.h>
 #include <sys/syscall.h>
 #include <thread>
@@ -42,8 +43,8 @@ constexpr std::size_t kBlock = 4096;
 constexpr std::size_t kPiece = 512;
 constexpr std::size_t kQueueBytes = kPiece;
 
-// A process without a sign of life for this long does not precede others. In milliseconds.
-constexpr std::uint64_t kLongestSilence = 1000;
+// After this time without a sign of life, a process is examined whether it is suspended. In milliseconds.
+constexpr std::uint64_t kLongestSilence = 100;
 
 std::uint64_t milliseconds_now() {
     return static_cast<std::uint64_t>(
@@ -67,6 +68,21 @@ pid_t this_process() {
 
 std::uint64_t this_holder() {
     return pack(static_cast<std::uint64_t>(this_process()), static_cast<std::uint64_t>(this_thread()));
+}
+
+// True if the process is stopped by a signal or by a debugger.
+bool is_suspended(std::uint64_t process) {
+    const int file = open_file(("/proc/" + std::to_string(process) + "/stat").c_str(), O_RDONLY);
+    if (file < 0) {
+        return false; // it may be in another process namespace
+    }
+    std::array<char, 128> text{}; // "PID (NAME) STATE ", where NAME has at most 64 bytes
+    const ssize_t size = ::read(file, text.data(), text.size());
+    ::close(file);
+    const std::string_view stat(text.data(), static_cast<std::size_t>(std::max(size, ssize_t{0})));
+    const std::size_t name_end = stat.rfind(')');
+    return name_end != std::string_view::npos && name_end + 2 < stat.size() &&
+           std::string_view("Tt").find(stat[name_end + 2]) != std::string_view::npos;
 }
 
 struct flock byte_range(short type, std::int64_t offset) {
@@ -426,12 +442,13 @@ void LockFile::show_life() {
 bool LockFile::announces_earlier(int slot, const ListKey& list, LockLevel level, Ticket ticket) const {
     const Queue& queue = queue_of(slot);
     const auto number = static_cast<std::uint64_t>(list.number());
+    const bool earlier = std::any_of(queue.lists.begin(), queue.lists.end(), [&](const Queue::List& place) {
+        return place.number == number &&
+               (place.writer < ticket || (level == LockLevel::kWrite && place.reader < ticket));
+    });
     const std::uint64_t alive = queue.alive; // read first, so that it is not later than now
-    return milliseconds_now() - alive <= kLongestSilence &&
-           std::any_of(queue.lists.begin(), queue.lists.end(), [&](const Queue::List& place) {
-               return place.number == number &&
-                      (place.writer < ticket || (level == LockLevel::kWrite && place.reader < ticket));
-           });
+    return earlier && !(milliseconds_now() - alive > kLongestSilence &&
+                        is_suspended(header().processes[static_cast<std::size_t>(slot)]));
 }
 
 bool LockFile::is_preceded(const ListKey& list, LockLevel level, Ticket ticket) {

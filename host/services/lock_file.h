@@ -57,7 +57,7 @@ public:
     Ticket draw_ticket();
     // Announces the first tickets of this process's threads that wait for the write lock and for the read lock.
     void announce(const ListKey& list, Ticket writer, Ticket reader);
-    // Shows that this process is not suspended. Waiting threads call it again and again.
+    // Shows that this process is not suspended. Waiting threads call it in each round.
     void show_life();
     // True if a thread of another process, which has a lower ticket, must get the lock first. Readers do not wait for
     // each other. Throws Failure if the file cannot grow.

@@ -75,7 +75,7 @@ TEST_F(OutOfMemory, LocksAreNeitherTakenNorKept) {
     const MwdbHandle handle = created<Networks>(1);
     environment.set("TAVRO_LOCK_TIMEOUT_MS", "0");
     MwdbHandle fresh = 0;
-    std::uint16_t id = 1;
+    std::uint16_t id = 40000; // the lock table has no entry for these lists yet
     const auto fresh_list = [&] { fresh = created<Networks>(++id); };
     for (const auto lock : {x_nwl_lock, x_nwl_read_lock}) {
         EXPECT_EQ(results(fresh_list, [&] { return lock(fresh); }), (std::vector<int>{kHostOutOfMemory, kMwOk}));
