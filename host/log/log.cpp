@@ -98,10 +98,19 @@ __attribute__((constructor)) void prepare_process() {
     }
 }
 
-// Writes the lines to the log file or to standard error. Returns 0 or an errno value.
-int write_lines(int priority, const char* tag, const std::string& text) {
-    std::string lines = lines_of(prefix_of(priority, tag), text);
+// Writes the text to the log file or to standard error. Returns 0 or an errno value.
+int write_text(int priority, const char* tag, const char* format, va_list arguments) {
+    std::string lines = lines_of(prefix_of(priority, tag), format_text(format, arguments));
     return written_to_file(lines) ? 0 : write_whole(STDERR_FILENO, printable(std::move(lines)));
+}
+
+// The same. Without memory, the text is lost.
+int try_to_write(int priority, const char* tag, const char* format, va_list arguments) noexcept {
+    try {
+        return write_text(priority, tag, format, arguments);
+    } catch (const std::exception&) {
+        return ENOMEM;
+    }
 }
 
 } // namespace
@@ -111,12 +120,7 @@ extern "C" int __android_log_print(int priority, const char* tag, const char* fo
     const int callers_errno = errno;
     va_list arguments;
     va_start(arguments, format);
-    int error = 0;
-    try {
-        error = write_lines(priority, tag, format_text(format, arguments));
-    } catch (const std::exception&) {
-        error = ENOMEM; // the line is lost
-    }
+    const int error = try_to_write(priority, tag, format, arguments);
     va_end(arguments);
     errno = callers_errno;
     return error == 0 ? 1 : -error;

@@ -150,7 +150,8 @@ private:
     static void in_child() {
         for (const OpenFile& open : instance().files_) {
             ::close(open.file);
-            ::mmap(open.memory, open.bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0);
+            static_cast<void>(::mmap(open.memory, open.bytes, PROT_READ | PROT_WRITE,
+                                     MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0));
             instance().are_a_parents_ = true;
         }
         instance().files_.clear();
