@@ -79,6 +79,8 @@ TEST_F(OutOfMemory, LocksAreNeitherTakenNorKept) {
     const auto fresh_list = [&] { fresh = created<Networks>(++id); };
     for (const auto lock : {x_nwl_lock, x_nwl_read_lock}) {
         EXPECT_EQ(results(fresh_list, [&] { return lock(fresh); }), (std::vector<int>{kHostOutOfMemory, kMwOk}));
+        ChildProcess other({"lock", std::to_string(id - 1)}); // the last list whose lock was not taken
+        EXPECT_EQ(other.read_line(), "locked");
     }
     ASSERT_EQ(x_nwl_lock(handle), kMwOk);
     std::thread([&] {
