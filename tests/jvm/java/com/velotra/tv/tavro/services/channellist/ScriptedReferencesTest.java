@@ -28,7 +28,7 @@ class ScriptedReferencesTest extends SatellitePlatform {
     private static final int MOST = 9;
 
     private static final int FEW = 10;
-    private static final int MANY = 400;
+    private static final int MANY = 60;
 
     private static final int SERVICE_TYPE_AT = 38; // e_brdcst_type
     private static final List<Integer> BROADCAST_TYPES = List.of(2, 3, 5, 7, 0); // DVB, type 3, type 5, DTMB, unknown
