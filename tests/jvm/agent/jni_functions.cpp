@@ -395,65 +395,106 @@ void replace(Table& table, const char* name) {
     table.*Slot = Fixed<Slot>::call;
 }
 
-#define FIXED(NAME) replace<&Table::NAME>(table, #NAME);
+#define FIXED(NAME) replace<&Table::NAME>(table, #NAME)
 #define CALLS(NAME)                                                                                                    \
-    FIXED(NAME##V)                                                                                                     \
-    FIXED(NAME##A)                                                                                                     \
-    table.NAME = Variadic<&Table::NAME, &Table::NAME##V>::call;
+    FIXED(NAME##V);                                                                                                    \
+    FIXED(NAME##A);                                                                                                    \
+    table.NAME = Variadic<&Table::NAME, &Table::NAME##V>::call
 #define CALLS_OF_TYPE(TYPE)                                                                                            \
-    CALLS(Call##TYPE##Method)                                                                                          \
-    CALLS(CallNonvirtual##TYPE##Method)                                                                                \
+    CALLS(Call##TYPE##Method);                                                                                         \
+    CALLS(CallNonvirtual##TYPE##Method);                                                                               \
     CALLS(CallStatic##TYPE##Method)
 #define VALUES_OF_TYPE(TYPE)                                                                                           \
-    CALLS_OF_TYPE(TYPE)                                                                                                \
-    FIXED(Get##TYPE##Field)                                                                                            \
-    FIXED(Set##TYPE##Field)                                                                                            \
-    FIXED(GetStatic##TYPE##Field)                                                                                      \
+    CALLS_OF_TYPE(TYPE);                                                                                               \
+    FIXED(Get##TYPE##Field);                                                                                           \
+    FIXED(Set##TYPE##Field);                                                                                           \
+    FIXED(GetStatic##TYPE##Field);                                                                                     \
     FIXED(SetStatic##TYPE##Field)
 #define NUMBERS_OF_TYPE(TYPE)                                                                                          \
-    VALUES_OF_TYPE(TYPE)                                                                                               \
-    FIXED(New##TYPE##Array)                                                                                            \
-    FIXED(Get##TYPE##ArrayElements)                                                                                    \
-    FIXED(Release##TYPE##ArrayElements)                                                                                \
-    FIXED(Get##TYPE##ArrayRegion)                                                                                      \
+    VALUES_OF_TYPE(TYPE);                                                                                              \
+    FIXED(New##TYPE##Array);                                                                                           \
+    FIXED(Get##TYPE##ArrayElements);                                                                                   \
+    FIXED(Release##TYPE##ArrayElements);                                                                               \
+    FIXED(Get##TYPE##ArrayRegion);                                                                                     \
     FIXED(Set##TYPE##ArrayRegion)
 
 void replace_calls(Table& table) {
-    CALLS_OF_TYPE(Void)
-    CALLS(NewObject)
-    VALUES_OF_TYPE(Object)
-    NUMBERS_OF_TYPE(Boolean)
-    NUMBERS_OF_TYPE(Byte)
-    NUMBERS_OF_TYPE(Char)
-    NUMBERS_OF_TYPE(Short)
-    NUMBERS_OF_TYPE(Int)
-    NUMBERS_OF_TYPE(Long)
-    NUMBERS_OF_TYPE(Float)
-    NUMBERS_OF_TYPE(Double)
+    CALLS_OF_TYPE(Void);
+    CALLS(NewObject);
+    VALUES_OF_TYPE(Object);
+    NUMBERS_OF_TYPE(Boolean);
+    NUMBERS_OF_TYPE(Byte);
+    NUMBERS_OF_TYPE(Char);
+    NUMBERS_OF_TYPE(Short);
+    NUMBERS_OF_TYPE(Int);
+    NUMBERS_OF_TYPE(Long);
+    NUMBERS_OF_TYPE(Float);
+    NUMBERS_OF_TYPE(Double);
 }
 
-#define OTHER_FUNCTIONS(X)                                                                                             \
-    X(AllocObject)                                                                                                     \
-    X(DefineClass)                                                                                                     \
-    X(DeleteGlobalRef)                                                                                                 \
-    X(DeleteLocalRef)                                                                                                  \
-    X(DeleteWeakGlobalRef)                                                                                             \
-    X(EnsureLocalCapacity)                                                                                             \
-    X(ExceptionCheck) X(ExceptionClear) X(ExceptionDescribe) X(ExceptionOccurred) X(FatalError) X(FindClass)           \
-        X(FromReflectedField) X(FromReflectedMethod) X(GetArrayLength) X(GetDirectBufferAddress)                       \
-            X(GetDirectBufferCapacity) X(GetFieldID) X(GetJavaVM) X(GetMethodID) X(GetModule) X(GetObjectArrayElement) \
-                X(GetObjectClass) X(GetObjectRefType) X(GetPrimitiveArrayCritical) X(GetStaticFieldID)                 \
-                    X(GetStaticMethodID) X(GetStringChars) X(GetStringCritical) X(GetStringLength) X(GetStringRegion)  \
-                        X(GetStringUTFChars) X(GetStringUTFLength) X(GetStringUTFRegion) X(GetSuperclass)              \
-                            X(GetVersion) X(IsAssignableFrom) X(IsInstanceOf) X(IsSameObject) X(MonitorEnter)          \
-                                X(MonitorExit) X(NewDirectByteBuffer) X(NewGlobalRef) X(NewLocalRef) X(NewObjectArray) \
-                                    X(NewString) X(NewStringUTF) X(NewWeakGlobalRef) X(PopLocalFrame)                  \
-                                        X(PushLocalFrame) X(RegisterNatives) X(ReleasePrimitiveArrayCritical)          \
-                                            X(ReleaseStringChars) X(ReleaseStringCritical) X(ReleaseStringUTFChars)    \
-                                                X(SetObjectArrayElement) X(Throw) X(ThrowNew) X(ToReflectedField)      \
-                                                    X(ToReflectedMethod) X(UnregisterNatives)
-
-void replace_others(Table& table) { OTHER_FUNCTIONS(FIXED) }
+void replace_others(Table& table) {
+    FIXED(AllocObject);
+    FIXED(DefineClass);
+    FIXED(DeleteGlobalRef);
+    FIXED(DeleteLocalRef);
+    FIXED(DeleteWeakGlobalRef);
+    FIXED(EnsureLocalCapacity);
+    FIXED(ExceptionCheck);
+    FIXED(ExceptionClear);
+    FIXED(ExceptionDescribe);
+    FIXED(ExceptionOccurred);
+    FIXED(FatalError);
+    FIXED(FindClass);
+    FIXED(FromReflectedField);
+    FIXED(FromReflectedMethod);
+    FIXED(GetArrayLength);
+    FIXED(GetDirectBufferAddress);
+    FIXED(GetDirectBufferCapacity);
+    FIXED(GetFieldID);
+    FIXED(GetJavaVM);
+    FIXED(GetMethodID);
+    FIXED(GetModule);
+    FIXED(GetObjectArrayElement);
+    FIXED(GetObjectClass);
+    FIXED(GetObjectRefType);
+    FIXED(GetPrimitiveArrayCritical);
+    FIXED(GetStaticFieldID);
+    FIXED(GetStaticMethodID);
+    FIXED(GetStringChars);
+    FIXED(GetStringCritical);
+    FIXED(GetStringLength);
+    FIXED(GetStringRegion);
+    FIXED(GetStringUTFChars);
+    FIXED(GetStringUTFLength);
+    FIXED(GetStringUTFRegion);
+    FIXED(GetSuperclass);
+    FIXED(GetVersion);
+    FIXED(IsAssignableFrom);
+    FIXED(IsInstanceOf);
+    FIXED(IsSameObject);
+    FIXED(MonitorEnter);
+    FIXED(MonitorExit);
+    FIXED(NewDirectByteBuffer);
+    FIXED(NewGlobalRef);
+    FIXED(NewLocalRef);
+    FIXED(NewObjectArray);
+    FIXED(NewString);
+    FIXED(NewStringUTF);
+    FIXED(NewWeakGlobalRef);
+    FIXED(PopLocalFrame);
+    FIXED(PushLocalFrame);
+    FIXED(RegisterNatives);
+    FIXED(ReleasePrimitiveArrayCritical);
+    FIXED(ReleaseStringChars);
+    FIXED(ReleaseStringCritical);
+    FIXED(ReleaseStringUTFChars);
+    FIXED(SetObjectArrayElement);
+    FIXED(Throw);
+    FIXED(ThrowNew);
+    FIXED(ToReflectedField);
+    FIXED(ToReflectedMethod);
+    FIXED(UnregisterNatives);
+}
 
 // Whether every function was replaced; the first slots of the table are reserved.
 bool replaced_all(const Table& table) {
