@@ -35,6 +35,13 @@ using Store = std::map<Place, std::string>;
 
 constexpr std::uint16_t kLists[] = {1, 2};
 
+// Builds whose tests run slowly try every fourth case.
+#ifdef TAVRO_SLOW_BUILD
+constexpr int kEvery = 4;
+#else
+constexpr int kEvery = 1;
+#endif
+
 // The lists that a kind has when a case begins.
 template <class Kind>
 struct StoredKind {
@@ -273,8 +280,9 @@ Store with_file_loaded(const Store& before, const char* kind) {
 }
 
 TEST_P(FailingNatives, ChangeNoOtherRecordAndWorkAfterwards) {
+    int number = 0;
     for (const NativeCase& native : tavro::test::native_cases(*GetParam())) {
-        if (native.slow || native.name == "set up") {
+        if (native.slow || native.name == "set up" || ++number % kEvery != 0) {
             continue; // the same calls of the middleware, or none
         }
         set_up(native);

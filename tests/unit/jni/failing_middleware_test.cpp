@@ -13,7 +13,6 @@
 #include <iterator>
 #include <map>
 #include <set>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -25,6 +24,13 @@ namespace {
 // The statuses that the library distinguishes, and one that it does not.
 const MwStatus kStatuses[] = {kMwEmpty, kMwNoFile, kMwRecordExists, kMwNotAListFile, -5};
 constexpr MwStatus kOther = -5;
+
+// Builds whose tests run slowly try every fourth case.
+#ifdef TAVRO_SLOW_BUILD
+constexpr int kEvery = 4;
+#else
+constexpr int kEvery = 1;
+#endif
 
 Lines names_of(const std::vector<TappedCall>& calls, std::size_t from) {
     Lines names;
@@ -169,37 +175,49 @@ std::string content_of(const std::string& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-Lines lines_of(const std::string& text) {
-    Lines lines;
-    std::istringstream all(text);
-    for (std::string line; std::getline(all, line);) {
-        lines.push_back(line);
+// The outcomes in a file, by the names of the cases.
+std::map<std::string, std::string> outcomes_of(const std::string& text) {
+    std::map<std::string, std::string> outcomes;
+    std::size_t begin = 0;
+    while (begin < text.size()) {
+        const std::size_t end = std::min(text.find("\n\n", begin), text.size());
+        const std::string outcome = text.substr(begin, end - begin);
+        outcomes[outcome.substr(0, outcome.find(": "))] = outcome;
+        begin = end + 2;
     }
-    return lines;
+    return outcomes;
 }
 
 TEST_P(FailingMiddleware, HasItsOutcomeAndLeavesNoLockAndNoHandle) {
+    std::map<std::string, std::string> expected = outcomes_of(content_of(golden_path(*GetParam())));
     std::string text;
+    bool same = true;
+    int number = 0;
     for (const NativeCase& native : native_cases(*GetParam())) {
         if (native.slow) {
             continue; // more JNI calls, the same calls of the middleware
         }
+        if (++number % kEvery != 0) {
+            expected.erase(native.name);
+            continue;
+        }
         const NativeRun good = run(native);
         good_result = good.result;
-        text += described(native, good, [&](const Failures& failures) { return run(native, failures); }) + "\n";
+        const std::string found =
+            described(native, good, [&](const Failures& failures) { return run(native, failures); });
+        text += found + "\n";
+        same = expected[native.name] + "\n" == found && same;
+        EXPECT_EQ(expected[native.name] + "\n", found);
+        expected.erase(native.name);
     }
-    const Lines expected = lines_of(content_of(golden_path(*GetParam())));
-    const Lines found = lines_of(text);
-    if (found == expected) {
-        return;
+    for (const auto& rest : expected) {
+        ADD_FAILURE() << "no case for " << rest.first;
     }
-    const std::string written = testing::TempDir() + "tavro-" + GetParam()->name + ".txt";
-    std::ofstream(written) << text;
-    const auto different = std::mismatch(expected.begin(), expected.end(), found.begin(), found.end());
-    ADD_FAILURE() << "line " << different.first - expected.begin() + 1 << " of " << golden_path(*GetParam()) << "\n"
-                  << "expected: " << (different.first == expected.end() ? "the end" : *different.first) << "\n"
-                  << "found:    " << (different.second == found.end() ? "the end" : *different.second) << "\n"
-                  << "All outcomes are in " << written;
+    if (!same) {
+        const std::string written = testing::TempDir() + "tavro-" + GetParam()->name + ".txt";
+        std::ofstream(written) << text;
+        ADD_FAILURE() << "All outcomes are in " << written << "; expected are those in " << golden_path(*GetParam());
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Lists, FailingMiddleware, testing::ValuesIn(kBridgeKinds), kind_name);
