@@ -116,14 +116,18 @@ public:
 private:
     // Sets what every middleware call returns until the next native.
     void write_script() {
-        static const MwStatus kStatuses[] = {0,   0, 0, 0, 0, 0, kMwEmpty, kMwNoFile, kMwRecordExists, kMwNotAListFile,
-                                             -22, 1};
+        static const MwStatus kStatuses[] = {kMwEmpty, kMwNoFile, kMwRecordExists, kMwNotAListFile, -22, 1};
         script::reset();
         if (logs_) {
             script::set_property("vendor.vlt.broadcast.log.level", "d");
         }
         statuses_.clear();
-        const bool fails = input_.flag();
+        std::map<std::string, MwStatus> failing; // up to three, so that a few bytes of input decide
+        for (std::uint32_t i = input_.choice(4); i > 0; --i) {
+            const char* const call = kCalls[input_.choice(std::size(kCalls))];
+            failing[call] = kStatuses[input_.choice(std::size(kStatuses))];
+        }
+        const std::uint32_t highest = input_.choice(3) == 0 ? kMwNoRecordId : input_.byte();
         const std::uint32_t count = input_.choice(4);
         std::vector<std::byte> record(32, static_cast<std::byte>(input_.byte()));
         for (const BridgeKind* kind : kKinds) {
@@ -131,13 +135,14 @@ private:
                 const std::string name = kind->calls + std::string(call);
                 const bool counts = name.find("num_rec") != std::string::npos;
                 const bool reads = name.find("get_rec") != std::string::npos;
-                const MwStatus status = fails ? kStatuses[input_.choice(std::size(kStatuses))] : kMwOk;
+                const auto found = failing.find(call);
+                const MwStatus status = found == failing.end() ? kMwOk : found->second;
                 script::Answer answer;
                 answer.status = status;
                 if (counts) {
                     answer.value = count;
                 } else if (name.find("qry_rec_id") != std::string::npos) {
-                    answer.value = input_.choice(3) == 0 ? 65535 : input_.byte();
+                    answer.value = highest;
                 }
                 if (reads) {
                     answer.record = record;
