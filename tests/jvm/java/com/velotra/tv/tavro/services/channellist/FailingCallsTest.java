@@ -68,7 +68,8 @@ class FailingCallsTest {
         for (String each : List.of("", "read_")) {
             long locks = count(calls, "_" + each + "lock(");
             long unlocks = count(calls, "_" + each + "unlock(");
-            boolean leftLocked = count(good.calls(), "_" + each + "lock(") > count(good.calls(), "_" + each + "unlock(");
+            boolean leftLocked =
+                    count(good.calls(), "_" + each + "lock(") > count(good.calls(), "_" + each + "unlock(");
             if (locks > unlocks && !leftLocked) {
                 findings.add(where + ": left locked");
             }
