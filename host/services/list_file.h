@@ -3,7 +3,7 @@
 // application_id is kListFileApplication, user_version is kListFileVersion. Table `list` has one row: the kind's number
 // and name, the list's id and storage name, and the number of records and the checksum of their bytes in list order.
 // Table `records` has the record id, the position in the list (from 1), and the bytes of the record structure. Files of
-// version 1 have neither number nor checksum.
+// version 1 have neither the number of records nor the checksum.
 #pragma once
 
 #include "kinds.h"

@@ -25,8 +25,8 @@ enum class LockLevel { kNone, kRead, kWrite };
 // at any point.
 //
 // Threads that wait form one queue per list, across processes. A waiting thread has a ticket, and its process announces
-// the lowest tickets that its threads have. A process that is suspended gives no sign of life, so nobody queues after
-// it.
+// the lowest tickets that its threads have. A suspended process stops showing that it is alive; its tickets are then
+// ignored.
 //
 // Not thread-safe, except `begin_opening`, `end_opening` and `await`.
 class LockFile {

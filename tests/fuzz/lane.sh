@@ -21,7 +21,7 @@ run identifier 200000
 run to_record 15000
 run to_java 15000
 run natives 1500
-run natives_scripted 3000
+run natives_scripted 1000
 run list_file 1500
 run properties 15000
 run importers 20000

@@ -1,6 +1,6 @@
-// The conversion of network and satellite records, of any bytes, into Java objects: every setter gets the value that
-// the field has, all of them or the one of a key. Values that are put back into the record leave it as it is, except
-// where the library normalizes them.
+// The conversion of network and satellite records with any bytes into Java objects: every setter gets the value of its
+// field, whether all values are read or only that of one key. Values that are put back into the record leave it as it
+// is, except where the library normalizes them.
 #include "fuzz.h"
 #include "fuzz_jni.h"
 #include "jni/records/network_record.h"

@@ -1,5 +1,5 @@
-// The conversion of Java objects into records of all kinds. A model follows the tables of rows: values with a rule of
-// their own may change the bytes of their fields to anything, every other byte must be as the model says.
+// The conversion of Java objects into records of all kinds. A model follows the tables of rows. Values with a special
+// rule may write any bytes into their own fields; every other byte must equal the model's.
 #include "fuzz.h"
 #include "fuzz_jni.h"
 #include "jni/env/record_id.h"

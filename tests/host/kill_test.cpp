@@ -200,7 +200,7 @@ protected:
             EXPECT_TRUE(found == state_);
             return "none";
         }
-        // The change whose status did not come has been made or not.
+        // The change whose status is missing was made completely or not at all.
         State next = state_;
         const std::string& last = changes[statuses.size()];
         make_change(last, next);
@@ -233,7 +233,7 @@ TEST_F(Kills, LoseNoAcknowledgedChangeAndLeaveNothingPartial) {
         std::cout << "ended during " << change << ": " << times << std::endl;
     }
     EXPECT_EQ(log(), std::vector<std::string>{});
-    // Killed stores leave no temporary files once another store has come.
+    // The next store to a path removes the temporary files that killed stores left.
     EXPECT_EQ(x_nwl_fs_store(opened<Networks>(kScratch), path("files/1").c_str(), kScratch), kMwOk);
     EXPECT_EQ(x_nwl_fs_store(opened<Networks>(kScratch), path("files/2").c_str(), kScratch), kMwOk);
     const auto files = fs::directory_iterator(path("files"));

@@ -16,7 +16,7 @@ constexpr int kRounds = 20;
 class BusyProcesses : public Workspace {
 protected:
     BusyProcesses() {
-        // Nothing times out, however slow the machine is.
+        // No wait may time out, even on a slow machine.
         environment.set("TAVRO_LOCK_TIMEOUT_MS", "60000");
         environment.set("TAVRO_PROPERTIES", path("properties"));
         write_file(path("properties"), "traffic=even\n");

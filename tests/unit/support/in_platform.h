@@ -1,4 +1,4 @@
-// Tells the library's work from the platform's.
+// Distinguishes the library's work from the platform's.
 #pragma once
 
 namespace tavro::test {

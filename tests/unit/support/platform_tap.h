@@ -1,5 +1,5 @@
-// Between the library and the platform's functions. A program that has this object calls all of them through it,
-// whichever libraries it is linked to.
+// Sits between the library and the platform's functions. A program that links this object file calls all of these
+// functions through it, whichever platform libraries it is linked to.
 #pragma once
 
 #include "middleware/types.h"

@@ -88,7 +88,7 @@ final class EdgeArguments {
     }
 
     private static List<String> paths(String folder) {
-        return Stream.concat(Stream.of("", folder, folder + "/nothing/list", "\0"),
+        return Stream.concat(Stream.of("", folder, folder + "/nothing/list", folder + "/\0"),
                 TEXTS.stream().map(text -> folder + "/x" + text)).toList();
     }
 

@@ -95,11 +95,20 @@ enum ListClass {
 
     /** Closes lists 1 to 3 and opens list 1. */
     void leaveOneListOpen() {
+        closeLists(1, 3);
+        invoke("native_open", 1);
+    }
+
+    /** Closes the lists with ids from {@code first} to {@code last}; those that are not open stay as they are. */
+    void closeLists(int first, int last) {
+        for (int id = first; id <= last; id++) {
+            invoke("native_close", id);
+        }
+    }
+
+    private void invoke(String name, int id) {
         try {
-            for (int id = 1; id <= 3; id++) {
-                method("native_close", int.class).invoke(list, id);
-            }
-            method("native_open", int.class).invoke(list, 1);
+            method(name, int.class).invoke(list, id);
         } catch (ReflectiveOperationException e) {
             throw new IllegalStateException(e);
         }

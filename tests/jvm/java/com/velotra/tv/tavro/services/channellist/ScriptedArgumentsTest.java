@@ -30,8 +30,18 @@ class ScriptedArgumentsTest {
             VltTvSatelliteList.getInstance());
 
     @BeforeEach
-    @AfterEach
     void withoutAScript() {
+        Script.reset();
+    }
+
+    /** Other classes that run in the same virtual machine expect no open list. */
+    @AfterEach
+    void closeTheListsOfTheArguments() {
+        Script.reset();
+        for (ListClass each : ListClass.values()) {
+            each.closeLists(1, 9);
+            each.closeLists(65_534, 65_535);
+        }
         Script.reset();
     }
 
