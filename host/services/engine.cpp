@@ -6,12 +6,15 @@
 #include "status.h"
 #include "storage_error.h"
 
+#include <cstddef>
 #include <new>
 
 namespace tavro::host {
 
 Engine& Engine::instance() {
-    static Engine& engine = *new Engine; // never destroyed: other threads may call it until exit
+    // Never destroyed, because other threads may call it until exit. Not allocated, because there may be no memory.
+    alignas(Engine) static std::byte memory[sizeof(Engine)];
+    static Engine& engine = *new (memory) Engine;
     return engine;
 }
 

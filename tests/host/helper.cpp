@@ -19,9 +19,10 @@
 //     write_loop        takes the write lock, changes a record several times and releases the lock, again and again
 //     until
 //                       standard input ends; prints "locked" after the first round
-//     fork_lock         takes the write lock and forks a child, which lives until standard input ends; prints "locked"
-//     and
-//                       waits for that, too
+//     fork_lock         takes the write lock and forks a child, which prints the statuses of its calls. Both live until
+//                       standard input ends
+//     first_call_without_memory
+//                       opens list 1 without memory and then with memory, and prints both statuses
 //     stopped_open STEP opens list 1, and stops itself before that file operation of SQLite; prints "opened"
 //     increment PATH COUNT
 //                       increments the number in a file COUNT times, under the write lock
@@ -44,6 +45,7 @@
 //                       makes the traffic of traffic.h
 //     store_once PATH   creates list 1, stores it to PATH twice and prints the status of each store
 #include "changes.h"
+#include "failing_memory.h"
 #include "middleware/files.h"
 #include "services/status.h"
 #include "system_calls.h"
@@ -429,6 +431,16 @@ void write_loop() {
     ::_exit(0);
 }
 
+void first_call_without_memory() {
+    MwdbHandle list = 0;
+    MwStatus without = kMwOk;
+    {
+        const FailingMemory memory(0);
+        without = x_nwl_open(1, 0, 0, &list);
+    }
+    say(std::to_string(without) + " " + std::to_string(x_nwl_open(1, 0, 0, &list)));
+}
+
 void stopped_open(int step) {
     const DeadlyFileSystem deadly;
     DeadlyFileSystem::send_before_step(SIGSTOP, step);
@@ -485,6 +497,8 @@ int main(int count, char** arguments) {
         write_loop();
     } else if (command == "fork_lock") {
         fork_lock();
+    } else if (command == "first_call_without_memory") {
+        first_call_without_memory();
     } else if (command == "stopped_open") {
         stopped_open(std::atoi(arguments[2]));
     } else if (command == "increment") {

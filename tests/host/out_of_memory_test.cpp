@@ -70,6 +70,13 @@ TEST_F(OutOfMemory, LogLinesAreLostButNothingElse) {
     EXPECT_EQ(log(), std::vector<std::string>{"D/LongTags" + process_mark() + ": " + text});
 }
 
+TEST_F(OutOfMemory, TheFirstCallOfAProcessFailsAndTheNextOneWorks) {
+    created<Networks>(1);
+    ChildProcess process({"first_call_without_memory"});
+    EXPECT_EQ(process.read_line(), std::to_string(kHostOutOfMemory) + " 0");
+    EXPECT_EQ(process.wait(), 0);
+}
+
 // A second list makes each first call take memory, a reader makes the call wait.
 TEST_F(OutOfMemory, LocksAreNeitherTakenNorKept) {
     const MwdbHandle handle = created<Networks>(1);
