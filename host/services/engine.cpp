@@ -84,6 +84,7 @@ MwStatus Engine::on_list_lock(const Kind& kind, MwdbHandle handle, Body body) no
 }
 
 Lists& Engine::lists() {
+    LockFile::check_process();
     if (lists_ == nullptr) {
         lists_ = std::make_unique<Lists>(home_directory());
     }

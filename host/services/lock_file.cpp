@@ -237,7 +237,6 @@ void LockFile::free_byte(std::int64_t offset) {
 }
 
 void LockFile::begin_opening() {
-    check_process();
     using Clock = std::chrono::steady_clock;
     const std::chrono::milliseconds timeout = lock_timeout();
     const Clock::time_point end = Clock::now() + timeout;

@@ -41,7 +41,7 @@ public:
     LockFile& operator=(const LockFile&) = delete;
 
     // Throws Failure(kHostStorageUnavailable) in a forked child of a process that has opened a lock file: it has no
-    // locks.
+    // locks, and must not use its parent's database.
     static void check_process();
 
     // Waits until no other process is opening the storage, and keeps others out until `end_opening`. Throws

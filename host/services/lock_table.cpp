@@ -133,7 +133,6 @@ LockTable::Obstacle LockTable::wait(std::unique_lock<std::mutex>& guard, ListLoc
 
 MwStatus LockTable::lock(const std::shared_ptr<LockFile>& file, const Kind& kind, const ListKey& list, LockLevel level,
                          std::uint64_t round) {
-    LockFile::check_process();
     const milliseconds timeout = lock_timeout(); // reports an invalid setting even if nobody waits
     std::unique_lock<std::mutex> guard(mutex_);
     if (round_ != round) {

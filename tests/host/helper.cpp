@@ -422,10 +422,17 @@ void write_loop() {
 
 [[noreturn]] void fork_lock() {
     const MwdbHandle list = opened(1);
+    const MwdbHandle other = opened(2);
     check(x_nwl_lock(list), "lock");
     const bool forked = ::fork() == 0;
     if (forked) {
-        say(std::to_string(x_nwl_lock(list)) + " " + std::to_string(x_nwl_read_lock(opened(2))));
+        auto record = record_of<Networks>(1, 1);
+        MwdbHandle fresh = 0;
+        std::string statuses = "lock " + std::to_string(x_nwl_lock(list));
+        statuses += ", read lock " + std::to_string(x_nwl_read_lock(other));
+        statuses += ", add " + std::to_string(x_nwl_add_rec(list, &record));
+        statuses += ", open " + std::to_string(x_nwl_open(1, 0, 0, &fresh));
+        say(statuses);
     }
     await_end_of_input();
     ::_exit(0);

@@ -308,10 +308,11 @@ TEST_F(ProcessLocks, OfAnOpeningThatStopsAnywhereAreWaitedForUntilTheTimeOut) {
 TEST_F(ProcessLocks, OfAKilledProcessAreNotKeptByAChildThatItForked) {
     created<Networks>(2);
     ChildProcess holder({"fork_lock"});
-    EXPECT_EQ(holder.read_line(), "-106 -106");
+    EXPECT_EQ(holder.read_line(), "lock -106, read lock -106, add -106, open -106");
     ASSERT_EQ(attempt_to_write(), kHostLockTimeout);
     holder.kill();
     EXPECT_EQ(attempt_to_write(), kMwOk);
+    EXPECT_EQ(contents<Networks>(handle), Contents{});
     EXPECT_EQ(log().size(), 2u);
     EXPECT_NE(
         log()[0].find("is a fork of a process that uses lists, and cannot use them; start a program in it (exec)"),
