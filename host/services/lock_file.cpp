@@ -186,8 +186,8 @@ struct LockFile::Queue {
 };
 
 LockFile::LockFile(const std::string& path)
-    : path_(path), file_(OpenFiles::instance().open(path, kEntries * sizeof(Entry), memory_)),
-      prepared_(kEntries * sizeof(Entry) / kBlock) {
+    : path_(path), prepared_(kEntries * sizeof(Entry) / kBlock),
+      file_(OpenFiles::instance().open(path, kEntries * sizeof(Entry), memory_)) {
     static_assert(sizeof(Entry) == 32 && offsetof(Entry, unused) == 28, "the file format is fixed");
     static_assert(sizeof(Header) <= kBlock, "the header must fit into the first block");
     static_assert(sizeof(Queue) == kQueueBytes && kBlock + kSlots * kQueueBytes <= kFirstEntry * sizeof(Entry),

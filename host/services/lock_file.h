@@ -114,10 +114,10 @@ private:
     Entry& entry_of(const ListKey& list) const { return entries()[list.number()]; }
 
     std::string path_;
-    void* memory_ = nullptr; // set together with the file
-    int file_;
-    int slot_ = -1;              // -1 until the first lock
     std::vector<bool> prepared_; // by block
+    void* memory_ = nullptr;     // set together with the file
+    int file_;                   // opened last, because the constructor must not fail afterwards
+    int slot_ = -1;              // -1 until the first lock
 };
 
 } // namespace tavro::host

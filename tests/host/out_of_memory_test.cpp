@@ -9,7 +9,9 @@
 #include <android/log.h>
 #include <cutils/properties.h>
 
+#include <filesystem>
 #include <functional>
+#include <iterator>
 #include <thread>
 
 using namespace tavro;
@@ -75,6 +77,24 @@ TEST_F(OutOfMemory, TheFirstCallOfAProcessFailsAndTheNextOneWorks) {
     ChildProcess process({"first_call_without_memory"});
     EXPECT_EQ(process.read_line(), std::to_string(kHostOutOfMemory) + " 0");
     EXPECT_EQ(process.wait(), 0);
+}
+
+TEST_F(OutOfMemory, AFailedOpeningOfTheStorageLeavesNoFileOpen) {
+    created<Networks>(1);
+    const auto open_files = [] {
+        const std::filesystem::directory_iterator files("/proc/self/fd");
+        return std::distance(begin(files), end(files));
+    };
+    restart();
+    const auto before = open_files();
+    MwdbHandle handle = 0;
+    const auto check = [&] {
+        restart();
+        EXPECT_EQ(open_files(), before);
+    };
+    EXPECT_EQ(results(check, [&] { return x_nwl_open(1, 0, 0, &handle); }),
+              (std::vector<int>{kHostOutOfMemory, kMwOk}));
+    check();
 }
 
 // A second list makes each first call take memory, a reader makes the call wait.
