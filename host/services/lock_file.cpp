@@ -405,9 +405,9 @@ bool LockFile::set(const ListKey& list, LockLevel level) {
 
 LockFile::Ticket LockFile::draw_ticket() { return ++header().last_ticket; }
 
-void LockFile::announce(const ListKey& list, Ticket writer, Ticket reader) {
+bool LockFile::announce(const ListKey& list, Ticket writer, Ticket reader) {
     if (!is_prepared(list)) {
-        return; // without a prepared block this process cannot get the lock
+        return false;
     }
     const bool nobody = writer == kNoTicket && reader == kNoTicket;
     if (nobody) {
@@ -430,6 +430,7 @@ void LockFile::announce(const ListKey& list, Ticket writer, Ticket reader) {
         show_life();
         entry_of(list).waiting |= own_bit();
     }
+    return true;
 }
 
 void LockFile::show_life() {

@@ -55,8 +55,9 @@ public:
 
     // Returns a ticket that is later than all tickets so far.
     Ticket draw_ticket();
-    // Announces the first tickets of this process's threads that wait for the write lock and for the read lock.
-    void announce(const ListKey& list, Ticket writer, Ticket reader);
+    // Announces the first tickets of this process's threads that wait for the write lock and for the read lock. Returns
+    // false and does nothing as long as this process cannot get the list's lock, because all slots are taken.
+    bool announce(const ListKey& list, Ticket writer, Ticket reader);
     // Shows that this process is not suspended. Waiting threads call it in each round.
     void show_life();
     // True if a thread of another process, which has a lower ticket, must get the lock first. Readers do not wait for

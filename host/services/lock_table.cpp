@@ -73,15 +73,15 @@ std::string LockTable::describe_holders(const ListLock& lock, const Request& req
     return (holders.empty() ? "a waiting thread" : holders) + " of this process";
 }
 
-// Announces the first waiting writer and reader of this process to the others.
-void LockTable::announce(const ListLock& lock, const ListKey& list) {
+// Announces the first waiting writer and reader of this process to the others. Returns false if it has no slot yet.
+bool LockTable::announce(const ListLock& lock, const ListKey& list) {
     Ticket writer = LockFile::kNoTicket;
     Ticket reader = LockFile::kNoTicket;
     for (const Waiter& waiter : lock.waiters) {
         Ticket& first = waiter.level == LockLevel::kWrite ? writer : reader;
         first = std::min(first, waiter.ticket);
     }
-    lock.file->announce(list, writer, reader);
+    return lock.file->announce(list, writer, reader);
 }
 
 // The place of the calling thread in the queue.
@@ -90,7 +90,7 @@ public:
     Waiting(const LockTable& table, ListLock& lock, const Request& request)
         : table_(table), lock_(lock), request_(request), ticket_(request.file->draw_ticket()) {
         lock_.waiters.push_back({ticket_, request_.level});
-        announce(lock_, request_.list);
+        announce_once();
     }
     ~Waiting() {
         if (table_.round_ != request_.round) {
@@ -104,16 +104,19 @@ public:
     Waiting(const Waiting&) = delete;
     Waiting& operator=(const Waiting&) = delete;
     Ticket ticket() const { return ticket_; }
+    // Announces this thread unless that is done.
+    void announce_once() { announced_ = announced_ || announce(lock_, request_.list); }
 
 private:
     const LockTable& table_;
     ListLock& lock_;
     const Request& request_;
     const Ticket ticket_;
+    bool announced_ = false;
 };
 
 LockTable::Obstacle LockTable::wait(std::unique_lock<std::mutex>& guard, ListLock& lock, const Request& request) const {
-    const Waiting waiting(*this, lock, request);
+    Waiting waiting(*this, lock, request);
     for (;;) {
         const LockFile::Signal signal = request.file->signal(request.list);
         const Obstacle obstacle = try_lock(lock, request, waiting.ticket());
@@ -121,6 +124,7 @@ LockTable::Obstacle LockTable::wait(std::unique_lock<std::mutex>& guard, ListLoc
         if (obstacle == Obstacle::kNone || left <= milliseconds::zero()) {
             return obstacle;
         }
+        waiting.announce_once(); // this process may have a slot now
         request.file->show_life();
         guard.unlock();
         LockFile::await(signal, std::min(left, kLockRetry));

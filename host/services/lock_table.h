@@ -75,7 +75,7 @@ private:
     static bool is_blocked(const ListLock& lock, LockLevel level, bool holds_some, Ticket ticket);
     static Obstacle try_lock(ListLock& lock, const Request& request, Ticket ticket);
     static std::string describe_holders(const ListLock& lock, const Request& request, Obstacle obstacle);
-    static void announce(const ListLock& lock, const ListKey& list);
+    static bool announce(const ListLock& lock, const ListKey& list);
     static void lower(const ListKey& list, ListLock& lock);
     Obstacle wait(std::unique_lock<std::mutex>& guard, ListLock& lock, const Request& request) const;
 

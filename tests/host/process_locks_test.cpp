@@ -20,7 +20,9 @@ namespace {
 constexpr int kFirstSlot = 1;
 constexpr int kSlots = 63;
 // Offset in the lock file of the process and thread that last opened the storage.
-constexpr int kOpenerOffset = 8;
+constexpr off_t kOpenerOffset = 8;
+// Offset of the number of threads that have queued so far.
+constexpr off_t kLastTicketOffset = 520;
 
 class ProcessLocks : public Workspace {
 protected:
@@ -64,6 +66,14 @@ protected:
         range.l_start = first;
         range.l_len = count;
         return ::fcntl(file, F_OFD_SETLK, &range) == 0;
+    }
+    // The number at an offset in the lock file. 0 if it has none.
+    std::uint64_t number_at(off_t offset) const {
+        const int file = open_lock_file();
+        std::uint64_t number = 0;
+        const ssize_t size = ::pread(file, &number, sizeof number, offset);
+        ::close(file);
+        return size == static_cast<ssize_t>(sizeof number) ? number : 0;
     }
     int open_lock_file() const { return ::open((home() + "/locks").c_str(), O_RDWR | O_CLOEXEC); }
 
@@ -238,6 +248,27 @@ TEST_F(ProcessLocks, AreRefusedToMoreProcessesThanThereAreSlots) {
     ::close(others);
 }
 
+TEST_F(ProcessLocks, LetAWriterThatWaitedForASlotGoBeforeNewReaders) {
+    const auto reader = child({"read_lock"});
+    const int others = open_lock_file();
+    ASSERT_TRUE(set_bytes(others, F_WRLCK, kFirstSlot + 1, kSlots - 1));
+    environment.set("TAVRO_LOCK_TIMEOUT_MS", "60000");
+    const std::uint64_t before = number_at(kLastTicketOffset);
+    std::thread writer([this] {
+        EXPECT_EQ(x_nwl_lock(handle), kMwOk);
+        EXPECT_EQ(x_nwl_unlock(handle), kMwOk);
+    });
+    await([&] { return number_at(kLastTicketOffset) != before; });
+    EXPECT_TRUE(set_bytes(others, F_UNLCK, kFirstSlot + 1, kSlots - 1));
+    await([] {
+        return ChildProcess({"read_lock"}, {"env", "TAVRO_LOCK_TIMEOUT_MS=0"}).read_line() ==
+               "lock: " + std::to_string(kHostLockTimeout);
+    });
+    reader->close_input();
+    writer.join();
+    ::close(others);
+}
+
 TEST_F(ProcessLocks, IgnoreWhatAnOlderFormOfTheFileHolds) {
     restart();
     std::string old(0x30001 * 8, '\0');
@@ -258,14 +289,8 @@ TEST_F(ProcessLocks, OfAnOpeningThatStopsAreWaitedForUntilTheTimeOut) {
                            nullptr, nullptr, nullptr),
               SQLITE_OK);
     ChildProcess opener({"lock"});
-    const int file = open_lock_file();
     const auto process = static_cast<std::uint64_t>(opener.id());
-    await([&] {
-        std::uint64_t found = 0;
-        return ::pread(file, &found, sizeof found, kOpenerOffset) == static_cast<ssize_t>(sizeof found) &&
-               found == (process << 32 | process);
-    });
-    ::close(file);
+    await([&] { return number_at(kOpenerOffset) == (process << 32 | process); });
     opener.stop();
     sqlite3_close(database);
     environment.set("TAVRO_LOCK_TIMEOUT_MS", "30");
