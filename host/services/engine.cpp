@@ -175,10 +175,14 @@ MwStatus Engine::load_file(const Kind& kind, MwdbHandle handle, const char* path
         if (path == nullptr || *path == '\0') {
             return kHostBadArgument;
         }
-        StoredRecords records;
-        const MwStatus status = read_list_file(resolve_path(path), kind, records);
+        MwStatus status = on_list(kind, handle, [](const ListKey&) { return kMwOk; });
         if (status != kMwOk) {
-            return on_list(kind, handle, [&](const ListKey&) { return status; });
+            return status;
+        }
+        StoredRecords records;
+        status = read_list_file(resolve_path(path), kind, records);
+        if (status != kMwOk) {
+            return status;
         }
         return on_list(kind, handle, [&](const ListKey& list) { return lists().replace(kind, list, records); });
     });

@@ -165,6 +165,8 @@ TYPED_TEST(BadListFiles, OfAnotherKind) {
 TYPED_TEST(BadListFiles, ADirectory) {
     fs::remove(this->file_);
     fs::create_directory(this->file_);
+    EXPECT_EQ(TypeParam::sync(0, 0, this->file_.c_str(), 1), kHostBadHandle); // whatever the file is
+    EXPECT_EQ(this->log(), std::vector<std::string>{});
     this->expect_refused(kHostCannotReadFile);
     EXPECT_EQ(this->log(),
               std::vector<std::string>{"E/TavroHost" + Workspace::process_mark() + ": cannot read list file " +
