@@ -83,12 +83,25 @@ MwStatus Engine::on_list_lock(const Kind& kind, MwdbHandle handle, Body body) no
     });
 }
 
-Lists& Engine::lists() {
+// Opens the storage if necessary. A call that began before the last opening failed does not try again: it has waited
+// for that one already.
+Lists& Engine::lists(Clock::time_point began) {
     LockFile::check_process();
-    if (lists_ == nullptr) {
-        lists_ = std::make_unique<Lists>(home_directory());
+    if (lists_ != nullptr) {
+        return *lists_;
     }
-    return *lists_;
+    if (failed_opening_ && began < failed_opening_->end) {
+        throw Failure(failed_opening_->failure);
+    }
+    try {
+        lists_ = std::make_unique<Lists>(home_directory());
+        return *lists_;
+    } catch (const Failure& failure) {
+        failed_opening_ = {failure, Clock::now()};
+    } catch (const SqlError& error) {
+        failed_opening_ = {storage_failure(error), Clock::now()};
+    }
+    throw Failure(failed_opening_->failure);
 }
 
 const Engine::OpenList* Engine::find(const Kind& kind, MwdbHandle handle) const {
@@ -96,9 +109,13 @@ const Engine::OpenList* Engine::find(const Kind& kind, MwdbHandle handle) const 
     return found == open_lists_.end() || found->second.kind != &kind ? nullptr : &found->second;
 }
 
-// Makes a handle for the list if `prepare` returns 0, and returns its result.
+// Makes a handle for the list if `prepare` returns 0, and returns its result. Runs `prepare` while holding the engine's
+// mutex. These are the only calls that open the storage, because all others need a handle.
 template <class Prepare>
 MwStatus Engine::new_handle(const Kind& kind, const ListKey& list, MwdbHandle* handle, Prepare prepare) {
+    const Clock::time_point began = Clock::now();
+    std::lock_guard<std::mutex> alone(mutex_);
+    lists(began);
     // Takes the memory first: a list that was created cannot be taken back.
     std::map<MwdbHandle, OpenList> added{{last_handle_ + 1, OpenList{&kind, list}}};
     const MwStatus status = prepare();
@@ -121,7 +138,6 @@ MwStatus Engine::open(const Kind& kind, std::uint16_t list_id, MwdbHandle* handl
         if (handle == nullptr) {
             return kHostBadArgument;
         }
-        std::lock_guard<std::mutex> alone(mutex_);
         const ListKey list{kind.number, list_id};
         return new_handle(kind, list, handle, [&] { return lists().check_exists(list); });
     });
@@ -132,7 +148,6 @@ MwStatus Engine::create(const Kind& kind, const char* name, std::uint16_t list_i
         if (handle == nullptr || name == nullptr || list_id == 0) {
             return kHostBadArgument;
         }
-        std::lock_guard<std::mutex> alone(mutex_);
         const ListKey list{kind.number, list_id};
         return new_handle(kind, list, handle, [&] { return lists().create(kind, list, name); });
     });

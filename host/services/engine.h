@@ -1,15 +1,18 @@
 // The workstation's middleware: handles, list operations and locks, the same for all four kinds.
 #pragma once
 
+#include "failure.h"
 #include "filter.h"
 #include "kinds.h"
 #include "lists.h"
 #include "lock_table.h"
 
+#include <chrono>
 #include <cstdint>
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 
 namespace tavro::host {
 
@@ -52,6 +55,11 @@ public:
     std::uint64_t work();
 
 private:
+    using Clock = std::chrono::steady_clock;
+    struct FailedOpening {
+        Failure failure;
+        Clock::time_point end;
+    };
     struct OpenList {
         const Kind* kind;
         ListKey list;
@@ -64,14 +72,15 @@ private:
     template <class Body>
     tavro::MwStatus on_list_lock(const Kind& kind, tavro::MwdbHandle handle, Body body) noexcept;
 
-    Lists& lists();
+    Lists& lists(Clock::time_point began = Clock::time_point::max());
     template <class Prepare>
     tavro::MwStatus new_handle(const Kind& kind, const ListKey& list, tavro::MwdbHandle* handle, Prepare prepare);
     const OpenList* find(const Kind& kind, tavro::MwdbHandle handle) const;
     void drop_handle(tavro::MwdbHandle handle);
 
-    std::mutex mutex_; // guards the next three members; never held while waiting for a list's lock
+    std::mutex mutex_; // guards the next four members; never held while waiting for a list's lock
     std::unique_ptr<Lists> lists_;
+    std::optional<FailedOpening> failed_opening_; // the last one
     std::map<tavro::MwdbHandle, OpenList> open_lists_;
     tavro::MwdbHandle last_handle_ = 0;
 

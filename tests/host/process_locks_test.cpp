@@ -4,9 +4,11 @@
 #include "services/status.h"
 #include "workspace.h"
 
+#include <atomic>
 #include <chrono>
 #include <fcntl.h>
 #include <filesystem>
+#include <future>
 #include <memory>
 #include <sqlite3.h>
 #include <thread>
@@ -16,7 +18,8 @@ using namespace tavro;
 
 namespace {
 
-// The bytes of the lock file that processes lock, one per slot.
+// The bytes of the lock file that processes lock: one per slot, after the first one.
+constexpr int kOpeningByte = 0; // while a process opens the storage
 constexpr int kFirstSlot = 1;
 constexpr int kSlots = 63;
 // Offset in the lock file of the process and thread that last opened the storage.
@@ -304,6 +307,37 @@ TEST_F(ProcessLocks, OfAnOpeningThatStopsAreWaitedForUntilTheTimeOut) {
                                               "TAVRO_LOCK_TIMEOUT_MS"});
     opener.kill();
     EXPECT_EQ(x_nwl_open(1, 0, 0, &handle), kMwOk);
+}
+
+// A thread that waits by itself logs a line with its own id.
+TEST_F(ProcessLocks, OfAStoppedOpeningAreWaitedForByAllThreadsAtOnce) {
+    constexpr int kThreads = 6;
+    restart();
+    const int opener = open_lock_file();
+    ASSERT_TRUE(set_bytes(opener, F_WRLCK, kOpeningByte, 1));
+    environment.set("TAVRO_LOCK_TIMEOUT_MS", "300");
+    std::atomic<int> started{0};
+    std::vector<std::future<MwStatus>> opens;
+    for (int i = 0; i < kThreads; ++i) {
+        opens.push_back(std::async(std::launch::async, [&started] {
+            MwdbHandle list = 0;
+            for (++started; started < kThreads;) {
+                std::this_thread::yield();
+            }
+            return x_nwl_open(1, 0, 0, &list);
+        }));
+    }
+    for (std::future<MwStatus>& open : opens) {
+        EXPECT_EQ(open.get(), kHostLockTimeout);
+    }
+    EXPECT_GE(log().size(), 1u);
+    EXPECT_LT(log().size(), static_cast<std::size_t>(kThreads)); // more than one only if a thread comes very late
+    const std::size_t lines = log().size();
+    EXPECT_EQ(x_nwl_open(1, 0, 0, &handle), kHostLockTimeout); // a later call waits by itself
+    EXPECT_EQ(log().size(), lines + 1);
+    ASSERT_TRUE(set_bytes(opener, F_UNLCK, kOpeningByte, 1));
+    EXPECT_EQ(x_nwl_open(1, 0, 0, &handle), kMwOk);
+    ::close(opener);
 }
 
 // Wherever a process is stopped while opening the storage, others wait no longer than the timeout.
