@@ -276,8 +276,11 @@ void LockFile::write(const void* bytes, std::size_t count, std::size_t start) {
     }
 }
 
-// A file without the magic number is new or of another version. It can be rewritten: no process is using it, because
-// each one passes here first.
+// A file without the magic number is new or of another version. It can be rewritten: no process of this version is
+// using it, because each one passes here first. Older versions must not be running.
+//
+// Older versions with this magic number left zeros where tickets, queues and `wakes` are now, so their files can be
+// used.
 void LockFile::prepare_header() {
     std::uint64_t magic = 0;
     std::array<std::uint64_t, kBlock / sizeof(std::uint64_t)> block{};

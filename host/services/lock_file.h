@@ -25,8 +25,8 @@ enum class LockLevel { kNone, kRead, kWrite };
 // at any point.
 //
 // Threads that wait form one queue per list, across processes. A waiting thread has a ticket, and its process announces
-// the lowest tickets that its threads have. A suspended process stops showing that it is alive; its tickets are then
-// ignored.
+// the lowest tickets that its threads have. The tickets of a process that a signal or a debugger has suspended are
+// ignored. A process is examined for that only when it has shown no sign of life for a while.
 //
 // Not thread-safe, except `begin_opening`, `end_opening` and `await`.
 class LockFile {
