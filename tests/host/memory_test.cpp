@@ -1,39 +1,12 @@
 // Lack of memory: for each call, every single allocation fails in turn, and the list storage stays usable.
 #include "each_failure.h"
+#include "failing_memory.h"
 #include "services/status.h"
 
-#include <cstdlib>
-#include <new>
+#include <optional>
 #include <sqlite3.h>
 
 namespace {
-
-// Counts the allocations of C++ and of SQLite while it is armed, and fails one of them, or this one and all later ones.
-class Allocations {
-public:
-    static void fail(long number, bool later_too) {
-        left = number;
-        all_later = later_too;
-    }
-    // Returns whether an allocation failed.
-    static bool disarm() {
-        const bool reached = left <= 0;
-        left = kUnarmed;
-        return reached;
-    }
-    static bool next_fails() {
-        if (left == kUnarmed) {
-            return false;
-        }
-        --left;
-        return left == 0 || (left < 0 && all_later);
-    }
-
-private:
-    static constexpr long kUnarmed = 1'000'000'000;
-    static inline thread_local long left = kUnarmed;
-    static inline thread_local bool all_later = false;
-};
 
 sqlite3_mem_methods usual_memory;
 
@@ -42,31 +15,12 @@ const int configured = [] {
     sqlite3_shutdown();
     sqlite3_config(SQLITE_CONFIG_GETMALLOC, &usual_memory);
     sqlite3_mem_methods failing = usual_memory;
-    failing.xMalloc = [](int bytes) { return Allocations::next_fails() ? nullptr : usual_memory.xMalloc(bytes); };
+    failing.xMalloc = [](int bytes) { return FailingMemory::next_fails() ? nullptr : usual_memory.xMalloc(bytes); };
     failing.xRealloc = [](void* memory, int bytes) {
-        return Allocations::next_fails() ? nullptr : usual_memory.xRealloc(memory, bytes);
+        return FailingMemory::next_fails() ? nullptr : usual_memory.xRealloc(memory, bytes);
     };
     return sqlite3_config(SQLITE_CONFIG_MALLOC, &failing);
 }();
-
-void* allocate(std::size_t bytes) {
-    void* const memory = Allocations::next_fails() ? nullptr : std::malloc(bytes == 0 ? 1 : bytes);
-    if (memory == nullptr) {
-        throw std::bad_alloc();
-    }
-    return memory;
-}
-
-} // namespace
-
-void* operator new(std::size_t bytes) { return allocate(bytes); }
-void* operator new[](std::size_t bytes) { return allocate(bytes); }
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete[](void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
-void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
-
-namespace {
 
 class Memory : public EachFailure {
 protected:
@@ -74,9 +28,16 @@ protected:
         ASSERT_EQ(configured, SQLITE_OK);
         EachFailure::SetUp();
     }
-    void fail(long number, bool later_too) override { Allocations::fail(number, later_too); }
-    bool end_failures() override { return Allocations::disarm(); }
+    void fail(long number, bool later_too) override { memory_.emplace(static_cast<int>(number - 1), later_too); }
+    bool end_failures() override {
+        const bool failed = memory_->has_failed();
+        memory_.reset();
+        return failed;
+    }
     bool is_expected(MwStatus failure) const override { return failure == kHostOutOfMemory; }
+
+private:
+    std::optional<FailingMemory> memory_;
 };
 
 } // namespace
