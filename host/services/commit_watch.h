@@ -23,9 +23,6 @@ public:
     // Data read from the database after this call is at least as new as the returned epoch.
     std::uint64_t epoch();
 
-    // Number of pages of the database after the last commit; 0 if it is not in WAL mode.
-    std::uint32_t pages() const { return shared_ == nullptr ? 0 : __atomic_load_n(shared_ + kPages, __ATOMIC_ACQUIRE); }
-
     // Call after committing a write transaction in which epoch() was called; `frames` is the value from SQLite's WAL
     // hook. The epoch stays the same unless another connection has committed since.
     void committed(std::uint32_t frames);
@@ -35,7 +32,6 @@ private:
     static constexpr std::size_t kChangeCounter = 2; // word indices in the header
     static constexpr std::size_t kFlags = 3;
     static constexpr std::size_t kFrames = 4;
-    static constexpr std::size_t kPages = 5;
     using Header = std::array<std::uint32_t, kWords>;
 
     bool read(Header& header) const;

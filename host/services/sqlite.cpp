@@ -101,13 +101,9 @@ void Connection::fail(int code) const {
                    sqlite3_errmsg(database_.get()));
 }
 
-bool Connection::take_space(std::int64_t bytes) {
-    sqlite3_int64 wanted = bytes;
-    return sqlite3_file_control(database_.get(), "main", SQLITE_FCNTL_SIZE_HINT, &wanted) == SQLITE_OK;
-}
-
 void Connection::need_space(std::int64_t bytes) {
-    if (!take_space(bytes)) {
+    sqlite3_int64 wanted = bytes;
+    if (sqlite3_file_control(database_.get(), "main", SQLITE_FCNTL_SIZE_HINT, &wanted) != SQLITE_OK) {
         throw SqlError(path_, SQLITE_FULL, ENOSPC, sqlite3_errstr(SQLITE_FULL));
     }
 }

@@ -93,9 +93,8 @@ public:
     // Throws SqlError(SQLITE_CORRUPT).
     [[noreturn]] void damaged(const std::string& what) const;
 
-    // Makes the file at least this long, so that pages that are written later find space. Returns false if it cannot.
-    bool take_space(std::int64_t bytes);
-    // Does the same, and throws SqlError(SQLITE_FULL).
+    // Makes the file at least this long, so that pages that are written later find space. Throws SqlError(SQLITE_FULL)
+    // if it cannot. Takes one system call if it is already.
     void need_space(std::int64_t bytes);
 
     // True if the path leads to another file than this one, or to none. Takes one system call.

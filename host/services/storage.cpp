@@ -52,11 +52,10 @@ constexpr char kTables[] = R"(
         record_id AS (number & 65535));
 )";
 
-// The database file takes its space in steps of this size, and before the commit of a change that needs it. Otherwise
-// the change could be in the log and find no space in the database, and the log would grow forever.
-constexpr int kSpaceStep = 64 * 1024;
-constexpr std::int64_t kPageBytes = 4096;
-constexpr std::int64_t kMostNewPages = 16; // that a change of one record or one list adds
+// The database file takes its space in pages, and before the commit of a change that needs them. Otherwise the change
+// could be in the log and find no space in the database, and the log would grow forever. With larger steps, SQLite
+// would end the file with bytes for which no space was taken.
+constexpr int kPageBytes = 4096;
 
 // How many records are deleted at a time if the file system is full. Fewer if even that needs too much space.
 constexpr int kMostInAStep = 256;
@@ -147,7 +146,7 @@ Connection open_database(const std::string& path, LockFile& lock_file) {
     Connection database(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
     database.set_busy_timeout(kBusyMilliseconds);
     database.execute(kSettings);
-    int step = kSpaceStep;
+    int step = kPageBytes;
     sqlite3_file_control(database.handle(), "main", SQLITE_FCNTL_CHUNK_SIZE, &step);
     prepare_database(database, path);
     check_database(database);
@@ -174,13 +173,13 @@ public:
     }
 
     // Commits, and updates the state to the list's new version.
-    void commit(Size size = Size::kSmall) {
+    void commit() {
         storage_.database_.prepare("UPDATE lists SET version = ?, next_position = ? WHERE number = ?")
             .bind(state_.version + 1)
             .bind(position_)
             .bind(list_.number())
             .run();
-        storage_.commit(transaction_, size);
+        storage_.commit(transaction_);
         ++state_.version;
         state_.next_position = position_;
     }
@@ -267,28 +266,17 @@ void Storage::delete_in_steps(const ListKey& list, ListState& state) {
     }
 }
 
-// Takes the space for the database's pages, including those of the open transaction.
-void Storage::take_space(Size size) {
-    const std::int64_t ahead = size == Size::kSmall ? kMostNewPages * kPageBytes : 0;
-    if (ahead != 0 && watch_.pages() * kPageBytes + ahead <= space_) {
-        return;
-    }
-    const std::int64_t bytes = database_.number("PRAGMA page_count") * kPageBytes;
-    if (database_.take_space(bytes + ahead)) {
-        space_ = bytes + ahead;
-    } else if (bytes > space_) {
-        database_.need_space(bytes);
-        space_ = bytes;
-    }
-}
+// Takes the space for the database's pages, including those of the open transaction. A checkpoint gives back what the
+// pages do not need, and other programs leave files of any size, so each change asks for it.
+void Storage::take_space() { database_.need_space(database_.number("PRAGMA page_count") * std::int64_t{kPageBytes}); }
 
-void Storage::commit(Transaction& transaction, Size size) {
+void Storage::commit(Transaction& transaction) {
     if (database_.has_moved()) {
         throw Failure(kHostStorageUnavailable, "cannot use the list database " + path_ +
                                                    ": it was moved or removed while this process used it; put it "
                                                    "back, or restart the process");
     }
-    take_space(size);
+    take_space();
     transaction.commit();
     watch_.committed(frames_in_log_);
 }
@@ -308,7 +296,7 @@ MwStatus Storage::create(const ListKey& list, const std::string& name, ListState
             made = state_of(row, watch_.epoch());
             row.run();
         }
-        commit(transaction, Size::kSmall);
+        commit(transaction);
         state = made;
         return kMwOk;
     });
@@ -364,7 +352,7 @@ MwStatus Storage::copy(const ListKey& from, const ListKey& to, ListState& state)
             .bind(last_record(from))
             .run();
         change.set_next_position(source.next_position);
-        change.commit(Size::kAny);
+        change.commit();
         return kMwOk;
     });
 }
@@ -383,7 +371,7 @@ MwStatus Storage::replace(const ListKey& list, const Kind& kind, const StoredRec
                 .bind(records.bytes.data() + i * kind.record_bytes, kind.record_bytes)
                 .run();
         }
-        change.commit(Size::kAny);
+        change.commit();
         return kMwOk;
     });
 }

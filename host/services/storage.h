@@ -73,9 +73,8 @@ private:
     template <class Also>
     tavro::MwStatus delete_all(const ListKey& list, ListState& state, Also also);
     void delete_in_steps(const ListKey& list, ListState& state);
-    enum class Size { kSmall, kAny }; // kSmall: one record or one list, or less
-    void take_space(Size size);
-    void commit(Transaction& transaction, Size size);
+    void take_space();
+    void commit(Transaction& transaction);
     template <class Visit>
     void scan(const ListKey& list, const Kind& kind, Visit visit);
 
@@ -84,7 +83,6 @@ private:
     Connection database_;
     CommitWatch watch_;
     std::uint32_t frames_in_log_ = 0; // after the last commit
-    std::int64_t space_ = 0;          // the database file has at least this many bytes
 };
 
 } // namespace tavro::host

@@ -159,3 +159,47 @@ TEST_F(FullDisk, KeepsNoneOfACopyThatDoesNotFit) {
     process.close_input();
     EXPECT_EQ(process.wait(), 0);
 }
+
+// SQLite's shell leaves a file whose size is not a multiple of the steps in which the middleware takes space.
+TEST_F(FullDisk, LetsGoOfARecordInAFileOfAnySize) {
+    TAVRO_NEEDS_SANDBOX();
+    add<Services>(created<Services>(1), 1, 17);
+    restart();
+    edit_database(home() + "/lists.db", "VACUUM");
+    ASSERT_NE(fs::file_size(home() + "/lists.db") % 65536, 0u);
+    fs::rename(home(), path("prepared"));
+    fs::create_directory(home());
+    ChildProcess process({"changes", "svl"},
+                         sandboxed(mount("size=1m") + " && cp '" + path("prepared/lists.db") + "' '" + home() + "'"));
+    ASSERT_EQ(process.ask("update 1 2 17"), std::to_string(kHostNoSuchRecord));
+    const std::string ballast = home() + "/ballast";
+    ASSERT_EQ(process.ask("ballast 0 " + ballast), "0");
+    const fs::path seen_here = "/proc/" + std::to_string(process.id()) + "/root" + ballast;
+    fs::resize_file(seen_here, fs::file_size(seen_here) - 32768); // enough for the log
+    EXPECT_EQ(process.ask("remove 1 1"), "0");
+    EXPECT_EQ(process.ask("clean 1"), "0");
+    process.close_input();
+    EXPECT_EQ(process.wait(), 0);
+}
+
+// A finished checkpoint gives the space that was taken ahead back to the file system.
+TEST_F(FullDisk, TakesSpaceAgainAfterACheckpoint) {
+    TAVRO_NEEDS_SANDBOX();
+    ChildProcess process({"changes", "svl"}, sandboxed(mount("size=12m")));
+    ASSERT_EQ(process.ask("create 1"), "0");
+    ASSERT_EQ(process.ask("create 2"), "0");
+    const fs::path log = "/proc/" + std::to_string(process.id()) + "/root" + home() + "/lists.db-wal";
+    constexpr std::uintmax_t kLongest = 32 + 1000 * (24 + 4096); // with this length it is checkpointed
+    int added = 0;
+    for (; fs::file_size(log) < kLongest; ++added) {
+        ASSERT_EQ(process.ask("add 1 " + std::to_string(added + 1) + " 17"), "0");
+    }
+    ASSERT_EQ(process.ask("ballast 0 " + home() + "/ballast"), "0");
+    ASSERT_EQ(process.ask("fill 2"), std::to_string(kHostStorageFull));
+    // More than the log has space for.
+    for (int id = 1; id <= added; ++id) {
+        ASSERT_EQ(process.ask("remove 1 " + std::to_string(id)), "0") << id;
+    }
+    process.close_input();
+    EXPECT_EQ(process.wait(), 0);
+}
