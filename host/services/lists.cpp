@@ -91,7 +91,7 @@ MwStatus Lists::clean(const Kind& kind, const ListKey& list) {
 }
 
 MwStatus Lists::copy(const Kind& kind, const ListKey& from, const ListKey& to) {
-    return storage_.copy(from, to, known(kind, to).state);
+    return storage_.copy(kind, from, to, known(kind, to).state);
 }
 
 MwStatus Lists::replace(const Kind& kind, const ListKey& list, const StoredRecords& records) {

@@ -336,13 +336,32 @@ MwStatus Storage::clean(const ListKey& list, ListState& state) {
     return delete_all(list, state, [] {});
 }
 
-MwStatus Storage::copy(const ListKey& from, const ListKey& to, ListState& state) {
+// Calls `visit` with the position, the id and the bytes of every record, in ascending order of their ids.
+template <class Visit>
+void Storage::scan(const ListKey& list, const Kind& kind, Visit visit) {
+    Statement rows =
+        database_.prepare("SELECT number, position, bytes FROM records WHERE number BETWEEN ? AND ? ORDER BY number");
+    rows.bind(first_record(list)).bind(last_record(list));
+    std::int32_t previous = -1;
+    while (rows.step()) {
+        const std::uint16_t id = record_id(rows, 0, list);
+        if (id <= previous) { // also ends the scan of a damaged tree that has a cycle
+            database_.damaged("the ids of records are not in order");
+        }
+        previous = id;
+        visit(rows.number(1, "the position of a record", 0, kMostChanges), id,
+              record_bytes(database_, rows, 2, kind, id));
+    }
+}
+
+MwStatus Storage::copy(const Kind& kind, const ListKey& from, const ListKey& to, ListState& state) {
     return with_space([&]() -> MwStatus {
         Change change(*this, to, state);
         ListState source;
         if (!change.list_is_there() || refresh(from, source) != kMwOk) {
             return kHostNoSuchList;
         }
+        scan(from, kind, [](auto&&...) {}); // throws if a record is damaged
         change.delete_records();
         database_
             .prepare("INSERT INTO records (number, position, bytes) "
@@ -457,24 +476,6 @@ MwStatus Storage::read_highest_id(const ListKey& list, ListState& state, ListIma
     state = state_of(row, epoch);
     image.keep_highest_id(row.is_null(2) ? ListImage::kNone : record_id(row, 2, list), state.version);
     return kMwOk;
-}
-
-// Calls `visit` with the position, the id and the bytes of every record, in ascending order of their ids.
-template <class Visit>
-void Storage::scan(const ListKey& list, const Kind& kind, Visit visit) {
-    Statement rows =
-        database_.prepare("SELECT number, position, bytes FROM records WHERE number BETWEEN ? AND ? ORDER BY number");
-    rows.bind(first_record(list)).bind(last_record(list));
-    std::int32_t previous = -1;
-    while (rows.step()) {
-        const std::uint16_t id = record_id(rows, 0, list);
-        if (id <= previous) { // also ends the scan of a damaged tree that has a cycle
-            database_.damaged("the ids of records are not in order");
-        }
-        previous = id;
-        visit(rows.number(1, "the position of a record", 0, kMostChanges), id,
-              record_bytes(database_, rows, 2, kind, id));
-    }
 }
 
 MwStatus Storage::read_all(const ListKey& list, const Kind& kind, ListState& state, ListImage& image) {

@@ -45,7 +45,7 @@ public:
     tavro::MwStatus remove(const ListKey& list, ListState& state);
     tavro::MwStatus clean(const ListKey& list, ListState& state);
     // Replaces the records of `to` with those of `from`, another list of the same kind. `state` belongs to `to`.
-    tavro::MwStatus copy(const ListKey& from, const ListKey& to, ListState& state);
+    tavro::MwStatus copy(const Kind& kind, const ListKey& from, const ListKey& to, ListState& state);
     tavro::MwStatus replace(const ListKey& list, const Kind& kind, const StoredRecords& records, ListState& state);
 
     // Record ids must be below kMwNoRecordId.
