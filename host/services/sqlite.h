@@ -53,21 +53,21 @@ public:
 
     std::int64_t number(int column) const { return sqlite3_column_int64(statement_, column); }
     // Values of a database whose rows may be damaged. Throw SqlError(SQLITE_CORRUPT), with a message that starts with
-    // `what`, if the value has another type, another size, or is not from `least` to `most`.
+    // `what`, if the value has another type, another size, or is not from `least` to `most`. A blob is valid until the
+    // next step.
     std::int64_t number(int column, const char* what, std::int64_t least, std::int64_t most) const;
     const std::byte* blob(int column, const char* what, std::size_t bytes) const;
     std::string text(int column, const char* what) const;
     bool is_null(int column) const { return sqlite3_column_type(statement_, column) == SQLITE_NULL; }
-    // A blob of the current row; valid until the next step.
+
+private:
+    void check(int code);
     const std::byte* blob(int column) const {
         return static_cast<const std::byte*>(sqlite3_column_blob(statement_, column));
     }
     std::size_t blob_bytes(int column) const {
         return static_cast<std::size_t>(sqlite3_column_bytes(statement_, column));
     }
-
-private:
-    void check(int code);
 
     Connection& connection_;
     sqlite3_stmt* statement_;

@@ -322,7 +322,7 @@ TEST_F(ManyReaders, SeeWhatAWriterLeftWhereverItWasKilled) {
 }
 
 // Reads need no pause between changes, and never mix the states before and after a change.
-TEST_F(ManyReaders, GetAnAnswerWhileAnotherProcessWritesWithoutAPause) {
+TEST_F(ManyReaders, GetAResultWhileAnotherProcessWritesWithoutAPause) {
     const MwdbHandle handle = created<Networks>(1);
     ASSERT_EQ(add<Networks>(handle, 1, 0), kMwOk);
     insert_records<Networks>(database(), 3, 1, 2, 10000);
