@@ -16,7 +16,7 @@ constexpr std::int32_t kApplication = 0x5476'4442; // "TvDB"
 constexpr std::int32_t kVersion = 1;
 
 // A database up to this size is checked when it is opened, which takes 1 ms for each MB. Larger ones are checked row by
-// row as they are read.
+// row as they are read, which does not notice missing rows.
 constexpr std::int64_t kMostCheckedBytes = std::int64_t{4} << 20;
 
 // How long a write waits for a write by another process. The largest copy takes far less.
