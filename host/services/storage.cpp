@@ -129,6 +129,11 @@ void check_database(Connection& database) {
 // True if the file system may be full. SQLite reports a full one with different codes.
 bool may_be_full(const SqlError& error) { return error.code() == SQLITE_FULL || error.code() == SQLITE_IOERR; }
 
+// Examines the file system, too.
+bool is_full(const SqlError& error) {
+    return may_be_full(error) && storage_failure(error).status() == kHostStorageFull;
+}
+
 // On file systems without shared memory SQLite does not use a write-ahead log.
 bool has_wal(Connection& database) {
     Statement mode = database.prepare("PRAGMA journal_mode");
@@ -257,7 +262,7 @@ void Storage::delete_in_steps(const ListKey& list, ListState& state) {
                 return;
             }
         } catch (const SqlError& error) {
-            if (!may_be_full(error) || records == 1) {
+            if (!is_full(error) || records == 1) {
                 throw;
             }
             records /= 2;
@@ -318,7 +323,7 @@ MwStatus Storage::delete_all(const ListKey& list, ListState& state, Also also) {
     try {
         return with_space(in_one);
     } catch (const SqlError& error) {
-        if (!may_be_full(error)) {
+        if (!is_full(error)) {
             throw;
         }
     }

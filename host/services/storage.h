@@ -22,8 +22,8 @@ struct ListState {
 };
 
 // Every change is one transaction: once the function has returned, killing the process loses nothing. Only a file
-// system without space makes remove() and clean() take several. Several processes may use one directory. Not
-// thread-safe.
+// system without space makes remove() and clean() take several; if they then fail, some of the records may be gone.
+// Several processes may use one directory. Not thread-safe.
 //
 // Functions with a list return kHostNoSuchList if it does not exist. Functions with a state update it: after a change
 // it has the list's new version. They throw Failure if the directory cannot be used and SqlError if the database fails.

@@ -36,6 +36,8 @@ protected:
 
     std::string file() const { return path("list"); }
 
+    void count_failure(bool failed) { failures_ += failed ? 1 : 0; }
+
     static void fill(MwdbHandle handle, const Contents& records) {
         for (const auto& [id, fill] : records) {
             ASSERT_EQ(add<Networks>(handle, static_cast<std::uint16_t>(id), static_cast<unsigned char>(fill)), kMwOk);
@@ -105,7 +107,7 @@ protected:
                 fail(number, later_too);
                 const MwStatus status = call();
                 failed = end_failures();
-                failures_ += failed ? 1 : 0;
+                count_failure(failed);
                 // Some steps can be done without, or are tried again.
                 ASSERT_TRUE(status == kMwOk || (failed && is_expected(status))) << status;
                 ASSERT_EQ(all_contents(), status == kMwOk ? read_after : read_before);

@@ -18,7 +18,7 @@ struct Calls {
     std::atomic<int> made{0};
     std::atomic<int> until_failure{0}; // 0: none
     std::atomic<int> error{0};
-    std::atomic<bool> later_too{false};
+    std::atomic<int> period{0}; // 0: one failure
     std::atomic<bool> failed{false};
 
     // Counts a call. Returns false, with errno set, if it is to fail.
@@ -31,14 +31,14 @@ struct Calls {
             --until_failure;
             return true;
         }
-        until_failure = later_too ? 1 : 0;
+        until_failure = period.load();
         failed = true;
         errno = error;
         return false;
     }
-    void fail(int call, int with, bool all_later = false) {
+    void fail(int call, int with, int every = 0) {
         error = with;
-        later_too = all_later;
+        period = every;
         failed = false;
         until_failure = call;
     }
@@ -96,7 +96,7 @@ FileCalls::~FileCalls() {
 
 void FileCalls::fail_sync(int call, int error) { syncs_made.fail(call, error); }
 void FileCalls::fail_read(int call, int error) { reads_made.fail(call, error); }
-void FileCalls::fail_change(int call, int error, bool later_too) { changes_made.fail(call, error, later_too); }
+void FileCalls::fail_change(int call, int error, int period) { changes_made.fail(call, error, period); }
 bool FileCalls::end_failures() {
     changes_made.until_failure = 0;
     return changes_made.failed;

@@ -17,9 +17,9 @@ public:
     static void fail_read(int call, int error);
     static void fail_lock(int call, int error);
 
-    // The same for calls that change files: open, write, sync, truncate, rename, remove. With `later_too`, all later
-    // ones fail, too.
-    static void fail_change(int call, int error, bool later_too);
+    // The same for calls that change files: open, write, sync, truncate, rename, remove. Unless `period` is 0, every
+    // `period`th call after that fails, too; with 1, all of them.
+    static void fail_change(int call, int error, int period);
     // Lets every call pass again. Returns whether one failed.
     static bool end_failures();
 

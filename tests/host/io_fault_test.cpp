@@ -1,5 +1,6 @@
 // Failing files: for each call, every operation that changes a file fails in turn, SQLite's and the stand-ins' own.
 #include "each_failure.h"
+#include "edited_database.h"
 #include "file_calls.h"
 #include "services/status.h"
 
@@ -10,7 +11,7 @@ namespace {
 class FileFaults : public EachFailure, public ::testing::WithParamInterface<int> {
 protected:
     void fail(long number, bool later_too) override {
-        FileCalls::fail_change(static_cast<int>(number), GetParam(), later_too);
+        FileCalls::fail_change(static_cast<int>(number), GetParam(), later_too ? 1 : 0);
     }
     bool end_failures() override { return FileCalls::end_failures(); }
     bool is_expected(MwStatus failure) const override {
@@ -41,6 +42,35 @@ TEST_P(FileFaults, HitAnOpenOrACreate) {
 TEST_P(FileFaults, HitACleanOrADelete) {
     fail_each([](MwdbHandle list) { return x_nwl_clean(list); });
     fail_each([](MwdbHandle list) { return x_nwl_delete(list); });
+}
+
+// A list that does not fit into the log is removed in steps. Only a full disk may end that half-way.
+TEST_P(FileFaults, HitACleanOrADeleteOfALongListAgainAndAgain) {
+    constexpr int kRecords = 300;
+    int partial = 0;
+    for (const auto call : {x_nwl_clean, x_nwl_delete}) {
+        for (int period = 4; period <= 60; period += 4) {
+            SCOPED_TRACE(period);
+            start_over();
+            edit_database(home() + "/lists.db", "DELETE FROM records WHERE list_id = 1");
+            insert_records<Networks>(home() + "/lists.db", 3, 1, 1, kRecords);
+            const MwdbHandle list = opened<Networks>(1);
+            FileCalls::fail_change(1, GetParam(), period);
+            const MwStatus status = call(list);
+            count_failure(end_failures());
+            const Contents left = contents_of(1);
+            const int records = left.empty() || left[0].first == -1 ? 0 : static_cast<int>(left.size());
+            if (status == kMwOk) {
+                EXPECT_EQ(records, 0);
+                continue;
+            }
+            EXPECT_TRUE(is_expected(status)) << status;
+            EXPECT_TRUE(records == kRecords || GetParam() == ENOSPC) << records;
+            partial += records < kRecords ? 1 : 0;
+            EXPECT_EQ(call(list), kMwOk);
+        }
+    }
+    EXPECT_EQ(partial > 0, GetParam() == ENOSPC);
 }
 
 TEST_P(FileFaults, HitACopyALoadOrAStore) {
