@@ -1,4 +1,5 @@
 // The middleware's file functions on the workstation's file system.
+#include "common/open_file.h"
 #include "common/paths.h"
 #include "common/replacement_file.h"
 #include "common/report.h"
@@ -57,7 +58,7 @@ std::string target_of(const char* path) {
 MwStatus prepare(const std::string& path) {
     constexpr char kAction[] = "open";
     tavro::host::refuse_special_file(kHostCannotWriteFile, kAction, path);
-    const File file(::open(path.c_str(), O_RDWR | O_CREAT | O_NONBLOCK | O_CLOEXEC, kFileMode));
+    const File file(tavro::host::open_file(path.c_str(), O_RDWR | O_CREAT | O_NONBLOCK, kFileMode));
     if (!file.is_open()) {
         throw file_failure(kHostCannotWriteFile, kAction, path, errno);
     }

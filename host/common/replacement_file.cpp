@@ -1,6 +1,7 @@
 #include "replacement_file.h"
 
 #include "file_error.h"
+#include "open_file.h"
 #include "report.h"
 
 #include <atomic>
@@ -33,7 +34,7 @@ std::string directory_of(const std::string& path) {
 
 // Returns 0 or an errno value.
 int sync_directory(const std::string& directory) {
-    const File file(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const File file(open_file(directory.c_str(), O_RDONLY | O_DIRECTORY));
     if (!file.is_open()) {
         return errno;
     }
@@ -63,7 +64,7 @@ void remove_if_abandoned(const std::string& path) {
     if (::lstat(path.c_str(), &found) != 0 || !S_ISREG(found.st_mode) || found.st_nlink != 1) {
         return;
     }
-    const File file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW));
+    const File file(open_file(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOFOLLOW));
     if (file.is_open() && ::flock(file.descriptor(), LOCK_EX | LOCK_NB) == 0 &&
         ::fstat(file.descriptor(), &found) == 0 && found.st_nlink == 1) {
         ::unlink(path.c_str());
@@ -88,7 +89,7 @@ void ReplacementFile::create_temporary() {
     static std::atomic<unsigned> number{0};
     for (int tried = 0; tried < kMostNames; ++tried) {
         std::string name = path_ + kInfix + std::to_string(::getpid()) + "." + std::to_string(number++);
-        File file(::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kFileMode));
+        File file(open_file(name.c_str(), O_WRONLY | O_CREAT | O_EXCL, kFileMode));
         if (!file.is_open() && errno == EEXIST) {
             continue;
         }
@@ -112,6 +113,7 @@ void ReplacementFile::remove_leftovers() const {
     const std::string prefix = fs::path(path_).filename().string() + kInfix;
     // std::filesystem's iterator ends the process if memory runs out.
     const std::string directory = directory_of(path_);
+    fill_standard_descriptors();
     const std::unique_ptr<DIR, int (*)(DIR*)> entries(::opendir(directory.c_str()), ::closedir);
     while (const dirent* const entry = entries == nullptr ? nullptr : ::readdir(entries.get())) {
         const std::string name = entry->d_name;

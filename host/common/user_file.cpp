@@ -1,6 +1,7 @@
 #include "user_file.h"
 
 #include "file_error.h"
+#include "open_file.h"
 #include "paths.h"
 #include "services/status.h"
 
@@ -112,7 +113,7 @@ void refuse_special_file(MwStatus status, const std::string& action, const std::
 File open_to_read(const std::string& action, const std::string& path, std::uint64_t& size) {
     refuse_special_file(kHostCannotReadFile, action, path);
     // O_NONBLOCK: by now the path may lead to another file, and a FIFO would wait for a writer.
-    File file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    File file(open_file(path.c_str(), O_RDONLY | O_NONBLOCK));
     struct stat found {};
     if (file.is_open() ? ::fstat(file.descriptor(), &found) != 0 : errno != ENOENT) {
         throw file_failure(kHostCannotReadFile, action, path, errno);

@@ -67,6 +67,25 @@ private:
     rlimit before_{};
 };
 
+// Closes standard input and standard error.
+class ClosedDescriptors {
+public:
+    ClosedDescriptors() {
+        ::close(STDIN_FILENO);
+        ::close(STDERR_FILENO);
+    }
+    ~ClosedDescriptors() {
+        ::dup2(input_, STDIN_FILENO);
+        ::dup2(error_, STDERR_FILENO);
+        ::close(input_);
+        ::close(error_);
+    }
+
+private:
+    const int input_ = ::dup(STDIN_FILENO);
+    const int error_ = ::dup(STDERR_FILENO);
+};
+
 } // namespace
 
 TEST_F(Replacements, LeaveNothingNextToTheFile) {
@@ -177,6 +196,22 @@ TEST_F(Replacements, SucceedIfOnlyTheDirectoryCannotBeSynced) {
                                 "another path. A power failure may bring the old file back.")});
     EXPECT_EQ(load(), kMwOk);
     EXPECT_EQ(files(), Lines{"list"});
+}
+
+// The line about the second sync would end up in the copy if the copy were standard error.
+TEST_F(Replacements, WithClosedStandardDescriptorsTakeNoLogLines) {
+    environment.unset("TAVRO_LOG_FILE");
+    write_file(file, "content");
+    const FileCalls calls;
+    calls.fail_sync(2, EIO);
+    MwStatus status = -1;
+    {
+        const ClosedDescriptors closed;
+        status = fs_raw_copy(0, file.c_str(), 0, path("files/copy").c_str());
+    }
+    EXPECT_EQ(status, kMwOk);
+    EXPECT_EQ(read_file(path("files/copy")), "content");
+    EXPECT_EQ(calls.syncs(), 2);
 }
 
 TEST_F(Replacements, OfAFileThatCannotBeReadFail) {
