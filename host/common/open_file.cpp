@@ -18,6 +18,17 @@ int refusal(const struct stat& found) {
 
 } // namespace
 
+File::~File() {
+    if (is_open()) {
+        ::close(descriptor_);
+    }
+}
+
+File& File::operator=(File&& other) noexcept {
+    std::swap(descriptor_, other.descriptor_);
+    return *this;
+}
+
 void fill_standard_descriptors() {
     for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor) {
         if (::fcntl(descriptor, F_GETFD) < 0) {
@@ -32,20 +43,46 @@ int open_file(const char* path, int flags, mode_t mode) {
     return ::open(path, flags | O_CLOEXEC, mode);
 }
 
-int open_regular_file(const char* path, int& error) {
+int find_regular_file(const std::string& path) {
     struct stat found {};
-    // Examined before it is opened, because opening a device may have an effect.
-    error = ::stat(path, &found) == 0 ? refusal(found) : errno;
+    return ::stat(path.c_str(), &found) == 0 ? refusal(found) : errno;
+}
+
+File open_regular_file(const std::string& path, int& error) {
+    error = find_regular_file(path);
     if (error != 0) {
-        return -1;
+        return File();
     }
-    const int file = open_file(path, O_RDONLY | O_NONBLOCK);
-    error = file >= 0 && ::fstat(file, &found) == 0 ? refusal(found) : errno; // the path may name another file now
-    if (file >= 0 && error != 0) {
-        ::close(file);
-        return -1;
+    File file(open_file(path.c_str(), O_RDONLY | O_NONBLOCK));
+    struct stat found {};
+    error = file.is_open() && ::fstat(file.descriptor(), &found) == 0 ? refusal(found) : errno; // may be another file
+    return error == 0 ? std::move(file) : File();
+}
+
+int read_all(const File& file, void* bytes, std::size_t& count) {
+    const std::size_t wanted = std::exchange(count, 0);
+    while (count < wanted) {
+        const ssize_t got = ::read(file.descriptor(), static_cast<char*>(bytes) + count, wanted - count);
+        if (got == 0) {
+            break;
+        }
+        if (got < 0 && errno != EINTR) {
+            return errno;
+        }
+        count += got < 0 ? 0 : static_cast<std::size_t>(got);
     }
-    return file;
+    return 0;
+}
+
+int write_all(int descriptor, const void* bytes, std::size_t count) {
+    for (std::size_t done = 0; done < count;) {
+        const ssize_t put = ::write(descriptor, static_cast<const char*>(bytes) + done, count - done);
+        if (put < 0 && errno != EINTR) {
+            return errno;
+        }
+        done += put < 0 ? 0 : static_cast<std::size_t>(put);
+    }
+    return 0;
 }
 
 } // namespace tavro::host

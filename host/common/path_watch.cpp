@@ -62,7 +62,7 @@ bool PathWatch::start() {
     }
     fill_standard_descriptors();
     events_ = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
-    mounts_ = ::open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC);
+    mounts_ = open_file("/proc/self/mountinfo", O_RDONLY);
     poll_ = ::epoll_create1(EPOLL_CLOEXEC);
     epoll_event queued{};
     queued.events = EPOLLIN;

@@ -1,7 +1,6 @@
 #include "replacement_file.h"
 
 #include "file_error.h"
-#include "open_file.h"
 #include "report.h"
 
 #include <atomic>
@@ -125,7 +124,7 @@ void ReplacementFile::remove_leftovers() const {
 
 int ReplacementFile::write(const void* bytes, std::size_t count) {
     if (error_ == 0) {
-        error_ = write_all(file_, bytes, count);
+        error_ = write_all(file_.descriptor(), bytes, count);
     }
     return error_;
 }

@@ -1,7 +1,7 @@
 // Replaces a file atomically: write a temporary file, then rename it.
 #pragma once
 
-#include "user_file.h"
+#include "open_file.h"
 
 #include <cstddef>
 #include <string>

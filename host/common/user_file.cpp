@@ -6,11 +6,9 @@
 #include "services/status.h"
 
 #include <cerrno>
-#include <fcntl.h>
 #include <filesystem>
 #include <sys/stat.h>
 #include <system_error>
-#include <unistd.h>
 
 namespace fs = std::filesystem;
 
@@ -68,28 +66,17 @@ Failure refused(MwStatus status, const std::string& action, const std::string& p
     return {status, "cannot " + action + " " + path + ": " + cause + "; " + kAlternative};
 }
 
-// Throws Failure unless the file is a regular one.
-void check_regular(const struct stat& found, MwStatus status, const std::string& action, const std::string& path) {
-    if (S_ISDIR(found.st_mode)) {
-        throw file_failure(status, action, path, EISDIR);
-    }
-    if (!S_ISREG(found.st_mode)) {
+// Throws Failure unless `error`, of find_regular_file, is 0.
+void check_regular(int error, MwStatus status, const std::string& action, const std::string& path) {
+    if (error == kNotRegular) {
         throw refused(status, action, path, "it is not a regular file");
+    }
+    if (error != 0) {
+        throw file_failure(status, action, path, error);
     }
 }
 
 } // namespace
-
-File::~File() {
-    if (is_open()) {
-        ::close(descriptor_);
-    }
-}
-
-File& File::operator=(File&& other) noexcept {
-    std::swap(descriptor_, other.descriptor_);
-    return *this;
-}
 
 Failure file_failure(MwStatus status, const std::string& action, const std::string& path, int error) {
     return {is_disk_full(error) ? kHostStorageFull : status,
@@ -104,51 +91,26 @@ void refuse_storage_file(MwStatus status, const std::string& action, const std::
 
 void refuse_special_file(MwStatus status, const std::string& action, const std::string& path) {
     refuse_storage_file(status, action, path);
-    struct stat found {};
-    if (::stat(path.c_str(), &found) == 0) {
-        check_regular(found, status, action, path);
+    const int error = find_regular_file(path);
+    if (error == EISDIR || error == kNotRegular) {
+        check_regular(error, status, action, path);
     }
 }
 
 File open_to_read(const std::string& action, const std::string& path, std::uint64_t& size) {
-    refuse_special_file(kHostCannotReadFile, action, path);
-    // O_NONBLOCK: by now the path may lead to another file, and a FIFO would wait for a writer.
-    File file(open_file(path.c_str(), O_RDONLY | O_NONBLOCK));
+    refuse_storage_file(kHostCannotReadFile, action, path);
+    int error = 0;
+    File file = open_regular_file(path, error);
+    if (error == ENOENT) {
+        return file;
+    }
     struct stat found {};
-    if (file.is_open() ? ::fstat(file.descriptor(), &found) != 0 : errno != ENOENT) {
-        throw file_failure(kHostCannotReadFile, action, path, errno);
+    if (error == 0 && ::fstat(file.descriptor(), &found) != 0) {
+        error = errno;
     }
-    if (file.is_open()) {
-        check_regular(found, kHostCannotReadFile, action, path);
-        size = static_cast<std::uint64_t>(found.st_size);
-    }
+    check_regular(error, kHostCannotReadFile, action, path);
+    size = static_cast<std::uint64_t>(found.st_size);
     return file;
-}
-
-int read_all(const File& file, void* bytes, std::size_t& count) {
-    const std::size_t wanted = std::exchange(count, 0);
-    while (count < wanted) {
-        const ssize_t got = ::read(file.descriptor(), static_cast<char*>(bytes) + count, wanted - count);
-        if (got == 0) {
-            break;
-        }
-        if (got < 0 && errno != EINTR) {
-            return errno;
-        }
-        count += got < 0 ? 0 : static_cast<std::size_t>(got);
-    }
-    return 0;
-}
-
-int write_all(const File& file, const void* bytes, std::size_t count) {
-    for (std::size_t done = 0; done < count;) {
-        const ssize_t put = ::write(file.descriptor(), static_cast<const char*>(bytes) + done, count - done);
-        if (put < 0 && errno != EINTR) {
-            return errno;
-        }
-        done += put < 0 ? 0 : static_cast<std::size_t>(put);
-    }
-    return 0;
 }
 
 } // namespace tavro::host

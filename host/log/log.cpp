@@ -19,6 +19,8 @@
 
 namespace {
 
+using tavro::host::File;
+
 constexpr std::string_view kPriorityLetters = "??VDIWEFS"; // by priority, from 0
 constexpr std::size_t kTagPlaces = 8;
 constexpr std::size_t kProcessPlaces = 5;
@@ -46,28 +48,15 @@ std::string lines_of(const std::string& prefix, std::string_view text) {
     return lines;
 }
 
-// Writes all lines in one call if possible, so that lines of other threads and processes do not mix in. Returns 0 or
-// an errno value.
-int write_whole(int file, std::string_view lines) {
-    while (!lines.empty()) {
-        const ssize_t written = ::write(file, lines.data(), lines.size());
-        if (written < 0 && errno != EINTR) {
-            return errno;
-        }
-        lines.remove_prefix(written < 0 ? 0 : static_cast<std::size_t>(written));
-    }
-    return 0;
+// Usually in one call, so that lines of other threads and processes do not mix in. Returns 0 or an errno value.
+int write(int descriptor, const std::string& lines) {
+    return tavro::host::write_all(descriptor, lines.data(), lines.size());
 }
 
 // Does not wait for the reader of a FIFO.
 int write_to_file(const char* path, const std::string& lines) {
-    const int file = tavro::host::open_file(path, O_WRONLY | O_APPEND | O_CREAT | O_NONBLOCK | O_NOCTTY, kLogFileMode);
-    if (file < 0) {
-        return errno;
-    }
-    const int error = write_whole(file, lines);
-    ::close(file);
-    return error;
+    const File file(tavro::host::open_file(path, O_WRONLY | O_APPEND | O_CREAT | O_NONBLOCK | O_NOCTTY, kLogFileMode));
+    return file.is_open() ? write(file.descriptor(), lines) : errno;
 }
 
 // Appends the lines to the file named by TAVRO_LOG_FILE. Returns false if the variable is not set or the write failed.
@@ -101,7 +90,7 @@ __attribute__((constructor)) void prepare_process() {
 // Writes the text to the log file or to standard error. Returns 0 or an errno value.
 int write_text(int priority, const char* tag, const char* format, va_list arguments) {
     std::string lines = lines_of(prefix_of(priority, tag), format_text(format, arguments));
-    return written_to_file(lines) ? 0 : write_whole(STDERR_FILENO, printable(std::move(lines)));
+    return written_to_file(lines) ? 0 : write(STDERR_FILENO, printable(std::move(lines)));
 }
 
 // The same. Without memory, the text is lost.

@@ -70,21 +70,12 @@ std::string_view trimmed(std::string_view text) {
 // Reads a file, at most up to its first byte beyond kMostBytes. Returns an errno value, kNotRegular, or 0.
 int read_file(const std::string& path, std::string& content) {
     int error = 0;
-    const int file = tavro::host::open_regular_file(path.c_str(), error);
-    if (file < 0) {
-        return error;
-    }
+    const tavro::host::File file = tavro::host::open_regular_file(path, error);
     std::array<char, 4096> buffer;
-    ssize_t size = 1;
-    while (size != 0 && content.size() <= kMostBytes) {
-        size = ::read(file, buffer.data(), buffer.size());
-        if (size < 0 && errno != EINTR) {
-            error = errno;
-            break;
-        }
-        content.append(buffer.data(), static_cast<std::size_t>(std::max(size, ssize_t{0})));
+    for (std::size_t bytes = buffer.size(); error == 0 && bytes == buffer.size() && content.size() <= kMostBytes;) {
+        error = tavro::host::read_all(file, buffer.data(), bytes);
+        content.append(buffer.data(), bytes);
     }
-    ::close(file);
     return error;
 }
 
