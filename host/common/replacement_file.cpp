@@ -22,7 +22,7 @@ namespace tavro::host {
 namespace {
 
 constexpr mode_t kFileMode = 0644;
-constexpr char kInfix[] = ".tmp.";
+constexpr char kInfix[] = ".tavro-tmp."; // users give their files no such name
 constexpr char kDigits[] = "0123456789";
 constexpr int kMostNames = 1000; // tried for a temporary file
 
@@ -64,8 +64,10 @@ void remove_if_abandoned(const std::string& path) {
         return;
     }
     const File file(open_file(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOFOLLOW));
+    struct stat opened {};
     if (file.is_open() && ::flock(file.descriptor(), LOCK_EX | LOCK_NB) == 0 &&
-        ::fstat(file.descriptor(), &found) == 0 && found.st_nlink == 1) {
+        ::fstat(file.descriptor(), &opened) == 0 && opened.st_nlink == 1 && ::lstat(path.c_str(), &found) == 0 &&
+        found.st_dev == opened.st_dev && found.st_ino == opened.st_ino) { // not another file that took the name
         ::unlink(path.c_str());
     }
 }

@@ -8,9 +8,9 @@
 
 namespace tavro::host {
 
-// Owns the temporary file `PATH.tmp.PID.N` next to PATH. Readers of PATH see the old or the new content, never part of
-// it, even if this process is killed. The next replacement of PATH removes temporary files left by killed processes:
-// those that nobody has locked.
+// Owns the temporary file `PATH.tavro-tmp.PID.N` next to PATH. Readers of PATH see the old or the new content, never
+// part of it, even if this process is killed. The next replacement of PATH removes temporary files left by killed
+// processes: those that nobody has locked.
 class ReplacementFile {
 public:
     explicit ReplacementFile(const std::string& path);

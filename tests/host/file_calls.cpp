@@ -11,6 +11,7 @@
 #include <sys/syscall.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -50,8 +51,21 @@ Calls locks_made;
 Calls changes_made;
 std::atomic<bool> recording{false}; // whether first_path may be set; only one thread works meanwhile
 std::string first_path;
-std::string replacing_path;
-std::string replaced_path; // empty: nothing is to be replaced
+
+// What to do when a file is opened.
+struct Action {
+    std::string path;
+    std::function<void()> run; // empty: nothing
+
+    void hit(const char* opened) {
+        if (recording && run && path == opened) {
+            std::exchange(run, nullptr)();
+        }
+    }
+};
+
+Action before_opening;
+Action after_opening;
 
 // The function that a replacement below stands for.
 template <class Function>
@@ -65,7 +79,8 @@ void reset() {
         calls->until_failure = 0;
     }
     first_path.clear();
-    replaced_path.clear();
+    before_opening = {};
+    after_opening = {};
 }
 
 bool pass_sync(int file) {
@@ -74,13 +89,6 @@ bool pass_sync(int file) {
         first_path = std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(file), ignored).string();
     }
     return syncs_made.pass() && changes_made.pass();
-}
-
-void opened(const char* path) {
-    if (recording && replaced_path == path) {
-        replaced_path.clear();
-        std::filesystem::rename(replacing_path, path);
-    }
 }
 
 } // namespace
@@ -102,9 +110,11 @@ bool FileCalls::end_failures() {
     return changes_made.failed;
 }
 void FileCalls::fail_lock(int call, int error) { locks_made.fail(call, error); }
-void FileCalls::replace_when_opened(const std::string& from, const std::string& to) {
-    replacing_path = from;
-    replaced_path = to;
+void FileCalls::before_open(const std::string& path, const std::function<void()>& action) {
+    before_opening = {path, action};
+}
+void FileCalls::after_open(const std::string& path, const std::function<void()>& action) {
+    after_opening = {path, action};
 }
 std::string FileCalls::first_synced() { return first_path; }
 int FileCalls::syncs() { return syncs_made.made; }
@@ -142,8 +152,9 @@ int TAVRO_REPLACE(rename, (const char* from, const char* to) noexcept, from, to)
         va_start(more, flags);                                                                                         \
         const int mode = (flags & O_CREAT) != 0 ? va_arg(more, int) : 0;                                               \
         va_end(more);                                                                                                  \
+        before_opening.hit(path);                                                                                      \
         const int file = changes_made.pass() ? usual(path, flags, mode) : -1;                                          \
-        opened(path);                                                                                                  \
+        after_opening.hit(path);                                                                                       \
         return file;                                                                                                   \
     }
 TAVRO_REPLACE_OPEN(open)

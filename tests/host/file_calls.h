@@ -1,6 +1,7 @@
 // Counts and fails the system calls that the stand-ins make for files.
 #pragma once
 
+#include <functional>
 #include <string>
 
 // While an object exists, counts the calls of this process, and lets one of them fail. The stand-ins' and SQLite's
@@ -23,8 +24,9 @@ public:
     // Lets every call pass again. Returns whether one failed.
     static bool end_failures();
 
-    // As soon as the file `to` has been opened, renames `from` to it.
-    static void replace_when_opened(const std::string& from, const std::string& to);
+    // Calls `action` once, when `path` is opened the next time: before or after the call.
+    static void before_open(const std::string& path, const std::function<void()>& action);
+    static void after_open(const std::string& path, const std::function<void()>& action);
 
     static int syncs();
     // The path of the file that was synced first.

@@ -98,15 +98,15 @@ TEST_F(Replacements, LeaveNothingNextToTheFile) {
 
 TEST_F(Replacements, RemoveWhatKilledProcessesLeft) {
     for (const std::string& id : {std::string("999999999"), std::to_string(::getpid()), std::string("1")}) {
-        write_file(file + ".tmp." + id + ".0", "left");
-        write_file(file + ".tmp." + id + ".1234", "left");
+        write_file(file + ".tavro-tmp." + id + ".0", "left");
+        write_file(file + ".tavro-tmp." + id + ".1234", "left");
     }
     EXPECT_EQ(store(), kMwOk);
     EXPECT_EQ(files(), Lines{"list"});
 }
 
 TEST_F(Replacements, KeepTemporaryFilesThatAreInUse) {
-    const std::string other = file + ".tmp." + std::to_string(::getpid()) + ".999999";
+    const std::string other = file + ".tavro-tmp." + std::to_string(::getpid()) + ".999999";
     const int used = ::open(other.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0644);
     ASSERT_EQ(::flock(used, LOCK_EX | LOCK_NB), 0);
     EXPECT_EQ(store(), kMwOk);
@@ -120,7 +120,7 @@ TEST_F(Replacements, TakeAnotherNameIfOneIsTaken) {
     const FileCalls calls;
     ASSERT_EQ(store(), kMwOk);
     const std::string used = calls.first_synced();
-    const std::string prefix = file + ".tmp." + std::to_string(::getpid()) + ".";
+    const std::string prefix = file + ".tavro-tmp." + std::to_string(::getpid()) + ".";
     ASSERT_EQ(used.compare(0, prefix.size(), prefix), 0) << used;
     const std::string next = prefix + std::to_string(std::stoi(used.substr(prefix.size())) + 1);
     const int taken = ::open(next.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0644);
@@ -149,19 +149,35 @@ TEST_F(Replacements, WorkWithoutLocks) {
 
 TEST_F(Replacements, KeepFilesThatOnlyLookTemporary) {
     write_file(path("list-behind-a-link"), "a user's");
-    fs::create_hard_link(path("list-behind-a-link"), file + ".tmp.999999999.0");
-    fs::create_symlink(path("list-behind-a-link"), file + ".tmp.999999999.1");
-    ASSERT_EQ(::mkfifo((file + ".tmp.999999999.2").c_str(), 0644), 0);
-    const Lines users{"list.tmp.",     "list.tmp..1",   "list.tmp.1", "list.tmp.1.",
-                      "list.tmp.1.2x", "list.tmp.1x.2", "list.tmp.x"};
+    fs::create_hard_link(path("list-behind-a-link"), file + ".tavro-tmp.999999999.0");
+    fs::create_symlink(path("list-behind-a-link"), file + ".tavro-tmp.999999999.1");
+    ASSERT_EQ(::mkfifo((file + ".tavro-tmp.999999999.2").c_str(), 0644), 0);
+    const Lines users{"list.tavro-tmp.",     "list.tavro-tmp..1",   "list.tavro-tmp.1", "list.tavro-tmp.1.",
+                      "list.tavro-tmp.1.2x", "list.tavro-tmp.1x.2", "list.tavro-tmp.x", "list.tmp.2024.11"};
     for (const std::string& name : users) {
         write_file(path("files/" + name), "a user's");
     }
     EXPECT_EQ(store(), kMwOk);
     Lines expected = users;
-    expected.insert(expected.end(), {"list", "list.tmp.999999999.0", "list.tmp.999999999.1", "list.tmp.999999999.2"});
+    expected.insert(expected.end(),
+                    {"list", "list.tavro-tmp.999999999.0", "list.tavro-tmp.999999999.1", "list.tavro-tmp.999999999.2"});
     std::sort(expected.begin(), expected.end());
     EXPECT_EQ(files(), expected);
+}
+
+// By then another process may have removed the leftover and begun a replacement with the same name.
+TEST_F(Replacements, KeepAFileThatTookTheNameOfALeftover) {
+    const std::string left = file + ".tavro-tmp.999999999.0";
+    write_file(left, "left");
+    write_file(path("new"), "new");
+    const FileCalls calls;
+    calls.after_open(left, [&] {
+        fs::rename(left, path("elsewhere"));
+        fs::rename(path("new"), left);
+    });
+    EXPECT_EQ(store(), kMwOk);
+    EXPECT_EQ(files(), (Lines{"list", fs::path(left).filename().string()}));
+    EXPECT_EQ(read_file(left), "new");
 }
 
 TEST_F(Replacements, SyncTheFileAndItsDirectoryOnly) {
@@ -271,7 +287,7 @@ TEST_F(Replacements, BetweenTheStepsOfALoadDoNotDisturbIt) {
     ASSERT_EQ(x_nwl_fs_store(list, path("smaller").c_str(), 1), kMwOk);
     const MwdbHandle target = created<Networks>(3);
     const FileCalls calls;
-    calls.replace_when_opened(path("smaller"), file);
+    calls.after_open(file, [&] { fs::rename(path("smaller"), file); });
     EXPECT_EQ(x_nwl_fs_sync(target, 0, file.c_str(), 3), kMwOk);
     EXPECT_EQ(contents<Networks>(target).size(), 100u);
     EXPECT_EQ(x_nwl_fs_sync(target, 0, file.c_str(), 3), kMwOk);
