@@ -33,7 +33,10 @@ void fill_standard_descriptors() {
     for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor) {
         if (::fcntl(descriptor, F_GETFD) < 0) {
             // Gets the lowest free number. Without O_CLOEXEC, because started programs need these descriptors too.
-            ::open("/dev/null", O_RDWR); // NOLINT(android-cloexec-open)
+            const int filled = ::open("/dev/null", O_RDWR); // NOLINT(android-cloexec-open)
+            if (filled > STDERR_FILENO) {
+                ::close(filled); // another thread was faster
+            }
         }
     }
 }

@@ -1,8 +1,12 @@
 // A process whose standard input, output or error is closed: no file of the stand-ins takes their place.
 #include "child_process.h"
+#include "common/open_file.h"
+#include "file_calls.h"
 #include "workspace.h"
 
+#include <fcntl.h>
 #include <filesystem>
+#include <unistd.h>
 
 namespace fs = std::filesystem;
 
@@ -39,4 +43,17 @@ TEST_F(StandardDescriptors, ThatAreClosedAreNoFilesOfTheStandIns) {
             fs::remove(path("log"));
         }
     }
+}
+
+TEST_F(StandardDescriptors, ThatAnotherThreadFillsFirstLeakNothing) {
+    const int input = ::dup(STDIN_FILENO);
+    const int next = ::dup(STDIN_FILENO);
+    ::close(next);
+    ::close(STDIN_FILENO);
+    const FileCalls calls;
+    calls.before_open("/dev/null", [] { EXPECT_EQ(::open("/dev/null", O_RDWR | O_CLOEXEC), STDIN_FILENO); });
+    tavro::host::fill_standard_descriptors();
+    EXPECT_EQ(::fcntl(next, F_GETFD), -1);
+    ::dup2(input, STDIN_FILENO);
+    ::close(input);
 }
