@@ -67,7 +67,8 @@ std::string_view trimmed(std::string_view text) {
     return first == std::string_view::npos ? "" : text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
-// Reads a file, at most up to its first byte beyond kMostBytes. Returns an errno value, kNotRegular, or 0.
+// Reads a file, at most up to its first byte beyond kMostBytes. Returns 0, or an errno value or kNotRegular; then
+// nothing is read.
 int read_file(const std::string& path, std::string& content) {
     int error = 0;
     const tavro::host::File file = tavro::host::open_regular_file(path, error);
@@ -75,6 +76,9 @@ int read_file(const std::string& path, std::string& content) {
     for (std::size_t bytes = buffer.size(); error == 0 && bytes == buffer.size() && content.size() <= kMostBytes;) {
         error = tavro::host::read_all(file, buffer.data(), bytes);
         content.append(buffer.data(), bytes);
+    }
+    if (error != 0) {
+        content.clear();
     }
     return error;
 }

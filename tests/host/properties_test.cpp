@@ -1,11 +1,14 @@
 // System properties from the environment and from a file.
 #include "child_process.h"
+#include "file_calls.h"
 #include "sandbox.h"
 #include "workspace.h"
 
 #include <cutils/properties.h>
 
+#include <cerrno>
 #include <filesystem>
+#include <set>
 #include <sys/stat.h>
 
 namespace fs = std::filesystem;
@@ -140,6 +143,21 @@ TEST_F(SystemProperties, OfAnUnreadableFileWarnOnce) {
                             "permissions, or set TAVRO_PROPERTIES to another file"),
               std::string::npos)
         << log()[0];
+}
+
+// Some of the reads are those of inotify events.
+TEST_F(SystemProperties, OfAFileThatFailsInTheMiddleAreNotUsed) {
+    std::set<std::string> found;
+    for (int failing = 1; failing <= 6; ++failing) {
+        write_file(file(), "first=1\n" + std::string(8000 + failing, '\n') + "last=1\n");
+        const FileCalls calls;
+        calls.fail_read(failing, EIO);
+        const std::string first = get("first");
+        found.insert(first + " " + get("last"));
+    }
+    EXPECT_EQ(found, (std::set<std::string>{"1 1", "default default"}));
+    EXPECT_EQ(log(), Lines{warning(file(), "Input/output error; check the disk, or set TAVRO_PROPERTIES to another "
+                                           "file")});
 }
 
 TEST_F(SystemProperties, StandBelowTheStorageDirectoryByDefault) {
