@@ -8,7 +8,8 @@ namespace tavro::host {
 // Writes one error line to the log (priority 6, tag "TavroHost").
 void report(const std::string& message) noexcept;
 
-// Writes each distinct message once per process, because a broken setup fails every call.
+// Writes each distinct message once per process, because a broken setup fails every call. A message that is lost for
+// lack of memory does not count.
 void report_once(const std::string& message) noexcept;
 
 } // namespace tavro::host

@@ -1,6 +1,7 @@
 // Properties, log and list locks when memory runs out: no exception leaves them, and they go on working
 // once there is memory.
 #include "child_process.h"
+#include "common/report.h"
 #include "failing_memory.h"
 #include "kinds.h"
 #include "services/status.h"
@@ -95,6 +96,18 @@ TEST_F(OutOfMemory, AFailedOpeningOfTheStorageLeavesNoFileOpen) {
     EXPECT_EQ(results(check, [&] { return x_nwl_open(1, 0, 0, &handle); }),
               (std::vector<int>{kHostOutOfMemory, kMwOk}));
     check();
+}
+
+TEST_F(OutOfMemory, ReportsAreWrittenOnceWhenThereIsMemory) {
+    const std::string message = "a problem of " + directory();
+    const auto call = [&] {
+        tavro::host::report_once(message);
+        return 0;
+    };
+    results([] {}, call);
+    EXPECT_EQ(log(), std::vector<std::string>{"E/TavroHost" + process_mark() + ": " + message});
+    call();
+    EXPECT_EQ(log().size(), 1u);
 }
 
 // A second list makes each first call take memory, a reader makes the call wait.
