@@ -19,4 +19,8 @@ bool is_platform_path(const char* path);
 // Creates the parent directories of a resolved platform path. Returns false on failure.
 bool make_parents(const std::string& resolved);
 
+// True if the path leads to a file of the storage, such as lists.db, or would create one. Does not open the file:
+// opening and closing a database releases the locks that SQLite holds on it in this process.
+bool is_storage_file(const std::string& path);
+
 } // namespace tavro::host

@@ -13,8 +13,7 @@ namespace tavro::host {
 // kHostStorageFull instead if `error`, an errno value, says that the file system is full.
 Failure file_failure(tavro::MwStatus status, const std::string& action, const std::string& path, int error);
 
-// Throws Failure if the path leads to a file of the storage, such as lists.db, or would create one. Does not open the
-// file: opening and closing a database releases the locks that SQLite holds on it in this process.
+// Throws Failure if the path leads to a file of the storage (is_storage_file).
 void refuse_storage_file(tavro::MwStatus status, const std::string& action, const std::string& path);
 
 // Throws Failure if the file at `path` belongs to the storage, or if it exists and is not a regular file. Does not open

@@ -101,6 +101,10 @@ Properties read_properties(const std::string& path, bool named) {
     Properties properties;
     std::string content;
     const std::string other_file = "set TAVRO_PROPERTIES to another file";
+    if (tavro::host::is_storage_file(path)) {
+        report_unread(path, "it belongs to the storage; " + other_file);
+        return properties;
+    }
     const int error = read_file(path, content);
     if (error == tavro::host::kNotRegular) {
         report_unread(path, "not a regular file; " + other_file);

@@ -145,6 +145,14 @@ TEST_F(SystemProperties, OfAnUnreadableFileWarnOnce) {
         << log()[0];
 }
 
+// To open and close a database would release the locks that SQLite holds on it.
+TEST_F(SystemProperties, OfAFileOfTheStorageWarnOnce) {
+    fs::create_directory(home());
+    write_file(home() + "/lists.db", std::string(kName) + "=D");
+    fs::create_symlink(home() + "/lists.db", file());
+    expect_one_warning("it belongs to the storage; set TAVRO_PROPERTIES to another file");
+}
+
 // Some of the reads are those of inotify events.
 TEST_F(SystemProperties, OfAFileThatFailsInTheMiddleAreNotUsed) {
     std::set<std::string> found;
