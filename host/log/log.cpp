@@ -3,6 +3,7 @@
 // gets the exact bytes; on standard error, control characters are shown as dots.
 #include "common/file_error.h"
 #include "common/open_file.h"
+#include "common/paths.h"
 #include "common/report.h"
 #include "format.h"
 #include "printable.h"
@@ -10,10 +11,13 @@
 #include <android/log.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdlib>
+#include <ctime>
 #include <exception>
 #include <fcntl.h>
 #include <string_view>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
 
@@ -53,10 +57,46 @@ int write(int descriptor, const std::string& lines) {
     return tavro::host::write_all(descriptor, lines.data(), lines.size());
 }
 
-// Does not wait for the reader of a FIFO.
+// While it exists, a write to a FIFO whose reader has gone fails, and does not end the process.
+class BlockedPipeSignal {
+public:
+    BlockedPipeSignal() {
+        sigset_t pending;
+        ::sigpending(&pending);
+        was_pending_ = ::sigismember(&pending, SIGPIPE) == 1;
+        ::sigemptyset(&signal_);
+        ::sigaddset(&signal_, SIGPIPE);
+        ::pthread_sigmask(SIG_BLOCK, &signal_, &before_);
+    }
+    ~BlockedPipeSignal() {
+        const timespec no_time{};
+        if (!was_pending_) {
+            ::sigtimedwait(&signal_, nullptr, &no_time); // discards the signal of the write
+        }
+        ::pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+    }
+    BlockedPipeSignal(const BlockedPipeSignal&) = delete;
+    BlockedPipeSignal& operator=(const BlockedPipeSignal&) = delete;
+
+private:
+    sigset_t signal_{};
+    sigset_t before_{};
+    bool was_pending_ = false;
+};
+
+// Does not wait until a FIFO has a reader. A full FIFO does wait for its reader, so that no line is cut.
 int write_to_file(const char* path, const std::string& lines) {
     const File file(tavro::host::open_file(path, O_WRONLY | O_APPEND | O_CREAT | O_NONBLOCK | O_NOCTTY, kLogFileMode));
-    return file.is_open() ? write(file.descriptor(), lines) : errno;
+    if (!file.is_open()) {
+        return errno;
+    }
+    struct stat found {};
+    if (::fstat(file.descriptor(), &found) == 0 && S_ISREG(found.st_mode)) {
+        return write(file.descriptor(), lines);
+    }
+    ::fcntl(file.descriptor(), F_SETFL, O_APPEND); // no longer O_NONBLOCK
+    const BlockedPipeSignal blocked;
+    return write(file.descriptor(), lines);
 }
 
 // Appends the lines to the file named by TAVRO_LOG_FILE. Returns false if the variable is not set or the write failed.
@@ -66,14 +106,19 @@ bool written_to_file(const std::string& lines) {
     if (path == nullptr || *path == '\0') {
         return false;
     }
-    const int error = write_to_file(path, lines);
-    if (error != 0) {
-        // The report itself is logged through this function; report_once ends the recursion.
-        tavro::host::report_once(std::string("cannot write the log file ") + path + ": " +
-                                 tavro::host::explain(error, "set TAVRO_LOG_FILE to another file") +
-                                 "; until then, log lines go to standard error");
+    const std::string other_file = "set TAVRO_LOG_FILE to another file";
+    std::string cause = "it belongs to the storage; " + other_file;
+    if (!tavro::host::is_storage_file(path)) {
+        const int error = write_to_file(path, lines);
+        if (error == 0) {
+            return true;
+        }
+        cause = tavro::host::explain(error, other_file);
     }
-    return error == 0;
+    // The report itself is logged through this function; report_once ends the recursion.
+    tavro::host::report_once(std::string("cannot write the log file ") + path + ": " + cause +
+                             "; until then, log lines go to standard error");
+    return false;
 }
 
 // Every stand-in loads this library, so this is done before any of them opens a file. Reports an unwritable log file

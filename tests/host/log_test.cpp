@@ -3,10 +3,17 @@
 
 #include <android/log.h>
 
+#include <algorithm>
+#include <atomic>
+#include <csignal>
 #include <fcntl.h>
+#include <filesystem>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -19,6 +26,19 @@ protected:
         ::testing::internal::CaptureStderr();
         EXPECT_EQ(__android_log_print(5, "LongTags", "%s", text.c_str()), 1);
         return ::testing::internal::GetCapturedStderr();
+    }
+
+    static std::string longer_than(int fifo) {
+        return std::string(static_cast<std::size_t>(3 * ::fcntl(fifo, F_GETPIPE_SZ)), 'x');
+    }
+
+    // Waits until a FIFO is full, or `written`.
+    static void await_full(int fifo, const std::atomic<bool>& written) {
+        const int most = ::fcntl(fifo, F_GETPIPE_SZ);
+        for (int held = 0; held < most && !written;) {
+            std::this_thread::yield();
+            ::ioctl(fifo, FIONREAD, &held);
+        }
     }
 };
 
@@ -123,21 +143,78 @@ TEST_F(Log, GoesToStandardErrorWhenTheFileIsAFifoThatNobodyReads) {
     ::close(reader);
 }
 
-TEST_F(Log, GoesToStandardErrorWhileAFifoIsFull) {
+TEST_F(Log, IsNeverWrittenToAFileOfTheStorage) {
+    fs::create_directory(home());
+    write_file(home() + "/lists.db", "lists");
+    fs::create_hard_link(home() + "/lists.db", path("hard"));
+    const std::string line = "W/LongTags" + process_mark() + ": text\n";
+    for (const std::string& file : {home() + "/lists.db", home() + "/locks", path("hard")}) {
+        environment.set("TAVRO_LOG_FILE", file);
+        EXPECT_EQ(on_standard_error("text"), "E/TavroHost" + process_mark() + ": cannot write the log file " + file +
+                                                 ": it belongs to the storage; set TAVRO_LOG_FILE to another file; "
+                                                 "until then, log lines go to standard error\n" +
+                                                 line);
+        EXPECT_EQ(on_standard_error("text"), line);
+    }
+    EXPECT_EQ(read_file(home() + "/lists.db"), "lists");
+    EXPECT_FALSE(fs::exists(home() + "/locks"));
+}
+
+// A text that is longer than the FIFO, whose reader starts when the FIFO is full.
+TEST_F(Log, WaitsForTheReaderOfAFullFifo) {
     const std::string fifo = path("fifo");
     ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
     environment.set("TAVRO_LOG_FILE", fifo);
     const int reader = ::open(fifo.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    const std::string line = "W/LongTags" + process_mark() + ": text\n";
-    std::string shown;
-    for (int lines = 0; lines < 65536 && shown.empty(); ++lines) {
-        shown = on_standard_error("text");
-    }
-    EXPECT_EQ(shown, "E/TavroHost" + process_mark() + ": cannot write the log file " + fifo +
-                         ": Resource temporarily unavailable; check the path, or set TAVRO_LOG_FILE to another file; "
-                         "until then, log lines go to standard error\n" +
-                         line);
+    const std::string text = longer_than(reader);
+    std::atomic<bool> written{false};
+    std::string read;
+    std::thread reading([&] {
+        await_full(reader, written);
+        std::string buffer(4096, '#');
+        for (ssize_t size = 1; size != 0;) {
+            const bool last = written; // nothing is written after this read
+            size = ::read(reader, buffer.data(), buffer.size());
+            read.append(buffer, 0, static_cast<std::size_t>(std::max(size, ssize_t{0})));
+            size = size <= 0 && last ? 0 : 1;
+        }
+    });
+    EXPECT_EQ(on_standard_error(text), "");
+    written = true;
+    reading.join();
+    EXPECT_TRUE(read == "W/LongTags" + process_mark() + ": " + text + "\n") << read.size();
     ::close(reader);
+}
+
+TEST_F(Log, SurvivesTheEndOfTheReaderOfAFullFifo) {
+    const std::string fifo = path("fifo");
+    ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+    environment.set("TAVRO_LOG_FILE", fifo);
+    static std::atomic<int> signals;
+    signals = 0;
+    const auto before = std::signal(SIGPIPE, [](int) { ++signals; });
+    const int reader = ::open(fifo.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    std::atomic<bool> written{false};
+    std::thread closing([&] {
+        await_full(reader, written);
+        ::close(reader);
+    });
+    const std::string text = longer_than(reader);
+    const std::string shown = on_standard_error(text);
+    written = true;
+    closing.join();
+    const auto problem = [&](const char* cause) {
+        return "E/TavroHost" + process_mark() + ": cannot write the log file " + fifo + ": " + cause +
+               "; check the path, or set TAVRO_LOG_FILE to another file; until then, log lines go to standard error\n";
+    };
+    // The report meets a FIFO without a reader.
+    EXPECT_TRUE(shown == problem("No such device or address") + problem("Broken pipe") + "W/LongTags" + process_mark() +
+                             ": " + text + "\n")
+        << shown.substr(0, 1000);
+    EXPECT_EQ(signals, 0);
+    std::raise(SIGPIPE); // reaches the process as before
+    EXPECT_EQ(signals, 1);
+    std::signal(SIGPIPE, before);
 }
 
 // Control characters are shown as dots: C0 such as ESC and BEL, DEL, C1 in UTF-8, and bytes that a terminal without
