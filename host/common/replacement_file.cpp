@@ -89,7 +89,8 @@ ReplacementFile::~ReplacementFile() {
 void ReplacementFile::create_temporary() {
     static std::atomic<unsigned> number{0};
     for (int tried = 0; tried < kMostNames; ++tried) {
-        std::string name = path_ + kInfix + std::to_string(::getpid()) + "." + std::to_string(number++);
+        std::string name = path_;
+        name.append(kInfix).append(std::to_string(::getpid())).append(".").append(std::to_string(number++));
         File file(open_file(name.c_str(), O_WRONLY | O_CREAT | O_EXCL, kFileMode));
         if (!file.is_open() && errno == EEXIST) {
             continue;

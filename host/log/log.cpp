@@ -16,6 +16,8 @@
 #include <ctime>
 #include <exception>
 #include <fcntl.h>
+#include <mutex>
+#include <string>
 #include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -99,6 +101,28 @@ int write_to_file(const char* path, const std::string& lines) {
     return write(file.descriptor(), lines);
 }
 
+// True if the path leads to a file of the storage. Remembers the last file that is none, because finding out takes
+// seven system calls.
+bool is_refused(const char* path) {
+    static std::mutex& mutex = *new std::mutex; // never destroyed, because lines may be logged during process exit
+    static std::string& known_path = *new std::string;
+    static struct stat known {};
+    const std::unique_lock<std::mutex> lock(mutex, std::try_to_lock); // never waits: a fork may leave it locked
+    struct stat found {};
+    const bool exists = ::stat(path, &found) == 0;
+    if (lock && exists && known_path == path && known.st_dev == found.st_dev && known.st_ino == found.st_ino) {
+        return false;
+    }
+    if (tavro::host::is_storage_file(path)) {
+        return true;
+    }
+    if (lock && exists) {
+        known_path = path;
+        known = found;
+    }
+    return false;
+}
+
 // Appends the lines to the file named by TAVRO_LOG_FILE. Returns false if the variable is not set or the write failed.
 // Opens the file for every line, so that it can be moved away while the process runs.
 bool written_to_file(const std::string& lines) {
@@ -108,7 +132,7 @@ bool written_to_file(const std::string& lines) {
     }
     const std::string other_file = "set TAVRO_LOG_FILE to another file";
     std::string cause = "it belongs to the storage; " + other_file;
-    if (!tavro::host::is_storage_file(path)) {
+    if (!is_refused(path)) {
         const int error = write_to_file(path, lines);
         if (error == 0) {
             return true;

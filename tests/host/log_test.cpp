@@ -158,6 +158,12 @@ TEST_F(Log, IsNeverWrittenToAFileOfTheStorage) {
     }
     EXPECT_EQ(read_file(home() + "/lists.db"), "lists");
     EXPECT_FALSE(fs::exists(home() + "/locks"));
+    environment.set("TAVRO_LOG_FILE", path("log"));
+    EXPECT_EQ(on_standard_error("text"), "");
+    EXPECT_EQ(on_standard_error("text"), "");
+    fs::rename(path("hard"), path("log")); // the path of the last line may lead to another file now
+    EXPECT_NE(on_standard_error("text").find("it belongs to the storage"), std::string::npos);
+    EXPECT_EQ(read_file(path("log")), "lists");
 }
 
 // A text that is longer than the FIFO, whose reader starts when the FIFO is full.
