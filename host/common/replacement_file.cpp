@@ -89,8 +89,7 @@ ReplacementFile::~ReplacementFile() {
 void ReplacementFile::create_temporary() {
     static std::atomic<unsigned> number{0};
     for (int tried = 0; tried < kMostNames; ++tried) {
-        std::string name = path_;
-        name.append(kInfix).append(std::to_string(::getpid())).append(".").append(std::to_string(number++));
+        std::string name = path_ + kInfix + std::to_string(::getpid()) + "." + std::to_string(number++);
         File file(open_file(name.c_str(), O_WRONLY | O_CREAT | O_EXCL, kFileMode));
         if (!file.is_open() && errno == EEXIST) {
             continue;
@@ -120,7 +119,7 @@ void ReplacementFile::remove_leftovers() const {
     while (const dirent* const entry = entries == nullptr ? nullptr : ::readdir(entries.get())) {
         const std::string name = entry->d_name;
         if (name.compare(0, prefix.size(), prefix) == 0 && is_number_pair(name.substr(prefix.size()))) {
-            remove_if_abandoned(directory + "/" + name);
+            remove_if_abandoned(std::string(directory).append("/").append(name));
         }
     }
 }
