@@ -46,10 +46,10 @@ TEST_P(FileFaults, HitACleanOrADelete) {
 
 // A list that does not fit into the log is removed in steps. Only a full disk may end that half-way.
 TEST_P(FileFaults, HitACleanOrADeleteOfALongListAgainAndAgain) {
-    constexpr int kRecords = 300;
+    constexpr int kRecords = 1000;
     int partial = 0;
     for (const auto call : {x_nwl_clean, x_nwl_delete}) {
-        for (int period = 4; period <= 60; period += 4) {
+        for (int period = 4; period <= 120; period += 4) {
             SCOPED_TRACE(period);
             start_over();
             edit_database(home() + "/lists.db", "DELETE FROM records WHERE list_id = 1");
