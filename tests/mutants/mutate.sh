@@ -79,7 +79,7 @@ say "Running the tests ..."
 (cd "$root" && awk -v root="$root" -f "$here/mutants.awk" "${files[@]}") | awk '{ print NR "\t" $0 }' >"$work/mutants"
 if [ "$sample" -gt 0 ]; then
     awk -v seed="$seed" 'BEGIN { srand(seed) } { printf "%.9f\t%s\n", rand(), $0 }' "$work/mutants" | sort -n |
-        head -n "$sample" | cut -f 2- | sort -n >"$work/sample"
+        awk -v most="$sample" 'NR <= most' | cut -f 2- | sort -n >"$work/sample"
     mv "$work/sample" "$work/mutants"
 fi
 total=$(wc -l <"$work/mutants")
