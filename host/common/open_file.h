@@ -43,7 +43,7 @@ File open_regular_file(const std::string& path, int& error);
 
 // Like read and write, but continue after interruptions and partial transfers. `read_all` reads up to `count` bytes and
 // sets `count` to their number; it is less at the end of the file or after an error. Both return 0 or an errno value.
-// `write_all` takes a descriptor, because nobody owns standard error.
+// `write_all` takes a descriptor, because standard error has no File.
 int read_all(const File& file, void* bytes, std::size_t& count);
 int write_all(int descriptor, const void* bytes, std::size_t count);
 

@@ -24,7 +24,7 @@ constexpr char kRecordsTable[] =
 
 constexpr std::int64_t kMostRecords = kMwNoRecordId; // their ids are 0 to 65534
 
-// Limits for content that nobody has checked yet.
+// Limits for content that is not checked yet.
 constexpr int kMostRowBytes = 4096; // of a record, the list's row or a CREATE statement
 constexpr int kSchemaSteps = 1000;  // of SQLite's virtual machine, for the two tables
 

@@ -116,7 +116,7 @@ public:
     const ModelKind& kind() const { return kind_; }
     const std::map<std::uint16_t, Records>& lists() const { return lists_; }
     const std::set<std::uint16_t>& open_lists() const { return open_; }
-    // The list's records; none if there is no such list.
+    // Returns the list's records, or an empty vector if the list does not exist.
     std::vector<Bytes> records(int list) const {
         const auto found = lists_.find(low16(list));
         return found == lists_.end() ? std::vector<Bytes>{} : found->second.all();

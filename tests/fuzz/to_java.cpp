@@ -40,7 +40,7 @@ std::uint32_t number_at(const std::byte* bytes, std::size_t width) {
     return number;
 }
 
-// The values that rules of their own derive from a satellite record; nothing if the setter is not called.
+// The values that special rules derive from a satellite record. Empty if the setter is not called.
 std::optional<jint> antenna_type_of(const _SATL_REC_T& satellite) {
     const _TUNER_DISEQC_INFO_T& diseqc = satellite.t_diseqc_info;
     if ((satellite.ui4_mask & 0x8000U) != 0) {

@@ -35,7 +35,7 @@ Contents::iterator find(Contents& list, int id) {
     return std::find_if(list.begin(), list.end(), [&](const auto& record) { return record.first == id; });
 }
 
-// The state after a change that succeeds. The lines are those of changes.h.
+// The state after a change that succeeds, in the lines of changes.h.
 void make_change(const std::string& line, State& state) {
     std::istringstream words(line);
     std::string change;

@@ -153,7 +153,7 @@ TEST_F(SystemProperties, OfAFileOfTheStorageWarnOnce) {
     expect_one_warning("it belongs to the storage; set TAVRO_PROPERTIES to another file");
 }
 
-// Some of the reads are those of inotify events.
+// Some of the counted reads are reads of inotify events.
 TEST_F(SystemProperties, OfAFileThatFailsInTheMiddleAreNotUsed) {
     std::set<std::string> found;
     for (int failing = 1; failing <= 6; ++failing) {

@@ -109,7 +109,7 @@ TEST_F(StorageTrouble, SomebodyElsesDatabase) {
                                                             "another directory")});
 }
 
-// No change is acknowledged that nobody would find.
+// A change is not acknowledged if later reads would not find it.
 TEST_F(StorageTrouble, AStorageThatIsMovedOrRemovedWhileInUse) {
     const MwdbHandle handle = created<Services>(1);
     ASSERT_EQ(add<Services>(handle, 1, 0x11), kMwOk);

@@ -13,7 +13,7 @@ thread_local bool has_failed = false;
 
 } // namespace
 
-// The other forms of operator new call this one, those of arrays below.
+// The other forms of operator new call this one, as do the array forms below.
 void* operator new(std::size_t size) {
     ++made;
     if (until_failure > 0 && !tavro::test::InPlatform::now() && --until_failure == 0) {

@@ -45,7 +45,7 @@ class ScriptedArgumentsTest {
         Script.reset();
     }
 
-    /** What a call did wrong; nothing if it did everything right. */
+    /** Makes a call and describes its fault. Returns an empty text if there is none. */
     private static String fault(EdgeArguments.Call call) {
         Script.reset();
         Object result = call.make();
