@@ -49,7 +49,7 @@ macro(add_junit_entry NAME)
     endif()
     add_test(NAME ${NAME} COMMAND ${CMAKE_SOURCE_DIR}/cmake/fresh-home.sh ${CMAKE_BINARY_DIR}/homes/${NAME} ${sanitized}
         ${TAVRO_JAVA} ${TAVRO_JVM_OPTIONS} -ea -Djava.library.path=${CMAKE_BINARY_DIR}/lib:${CMAKE_BINARY_DIR}/lib/scripted
-        ${ARG_JVM_ARGS} -cp ${jar_file}:${tavro_file}:${TAVRO_PICOCLI}:${TAVRO_JUNIT}
+        ${ARG_JVM_ARGS} -cp ${jar_file}:${tavro_file}:${TAVRO_JUNIT}
         org.junit.platform.console.ConsoleLauncher --disable-banner --disable-ansi-colors --details=tree --details-theme=ascii
         --fail-if-no-tests ${selection})
     set_tests_properties(${NAME} PROPERTIES LABELS quick TIMEOUT 900

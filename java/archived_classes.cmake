@@ -21,7 +21,7 @@ get_target_property(tests_file tavro_tests_jar JAR_FILE)
 get_target_property(tavro_file tavro_jar JAR_FILE)
 add_custom_command(OUTPUT ${archive} DEPENDS tavro_tests_jar tavro_jar ${tests_file} ${tavro_file} velotra_tavro_channellist
     COMMAND ${CMAKE_SOURCE_DIR}/cmake/fresh-home.sh ${training}/home ${TAVRO_JAVA} -XX:ArchiveClassesAtExit=${archive}
-        -Djava.library.path=${CMAKE_BINARY_DIR}/lib -cp ${tests_file}:${tavro_file}:${TAVRO_PICOCLI}:${TAVRO_JUNIT}
+        -Djava.library.path=${CMAKE_BINARY_DIR}/lib -cp ${tests_file}:${tavro_file}:${TAVRO_JUNIT}
         com.velotra.tv.tavro.tool.Main demo ${training} ${training} ${training} > ${training}/log 2>&1
     VERBATIM)
 add_custom_target(archived_classes ALL DEPENDS ${archive})

@@ -26,7 +26,7 @@ java_bench() { # STATUS PROGRAM ARGUMENT...
 }
 import_bench() { # STATUS OPTION...
     java_bench "$1" ImportBench "${@:2}" -- "$BUILD/bin/import_floor" java "-Djava.library.path=$BUILD/lib" \
-        -cp "$BUILD/lib/tavro.jar:/usr/share/java/picocli.jar" com.velotra.tv.tavro.tool.Main import "$area/tables"
+        -cp "$BUILD/lib/tavro.jar" com.velotra.tv.tavro.tool.Main import "$area/tables"
 }
 show() {
     printf '%s\n' "$*" "--- standard output:" "$output" "--- standard error:" "$stderr"

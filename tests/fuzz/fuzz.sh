@@ -26,7 +26,7 @@ unset TAVRO_PROPERTIES "${!TAVRO_PROP_@}"
 if [ "$target" = importers ]; then
     lib=$root/build/host/lib
     program=(java -Xmx256m -XX:+UseSerialGC "-Djava.library.path=$lib"
-        -cp "$lib/tavro-tests.jar:$lib/tavro.jar:/usr/share/java/picocli.jar" com.velotra.tv.tavro.tool.importing.ImportFuzzer)
+        -cp "$lib/tavro-tests.jar:$lib/tavro.jar" com.velotra.tv.tavro.tool.importing.ImportFuzzer)
 else
     # Deliberate: small limits of memory and time. No input may need more.
     program=("$root/build/fuzz/bin/fuzz_$target" -rss_limit_mb=1024 -malloc_limit_mb=256 -timeout=20

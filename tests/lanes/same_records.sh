@@ -18,7 +18,7 @@ java_of() {
     shift
     java=$(sed -n 's/^TAVRO_TEST_JAVA:.*=//p' "$build/CMakeCache.txt")
     "$java" -Djava.library.path="$build/lib" \
-        -cp "$build/lib/tavro.jar:$build/lib/tavro-jvm-tests.jar:/usr/share/java/picocli.jar" "$@"
+        -cp "$build/lib/tavro.jar:$build/lib/tavro-jvm-tests.jar" "$@"
 }
 
 make_lists() { # BUILD NAME

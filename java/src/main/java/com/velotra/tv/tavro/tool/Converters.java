@@ -1,7 +1,7 @@
 package com.velotra.tv.tavro.tool;
 
 import com.velotra.tv.tavro.services.channellist.RecordId;
-import com.velotra.tv.tavro.tool.tables.Kind;
+import com.velotra.tv.tavro.tool.records.Kind;
 import com.velotra.tv.tavro.tool.transponders.ListIds;
 import java.util.Arrays;
 import picocli.CommandLine.ITypeConverter;

@@ -1,6 +1,6 @@
 package com.velotra.tv.tavro.tool;
 
-import com.velotra.tv.tavro.tool.tables.Kind;
+import com.velotra.tv.tavro.tool.records.Kind;
 import picocli.CommandLine.Option;
 
 /** The option that chooses the kind of list. */

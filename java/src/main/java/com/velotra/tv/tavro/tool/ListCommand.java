@@ -1,7 +1,7 @@
 package com.velotra.tv.tavro.tool;
 
 import com.velotra.tv.tavro.tool.input.Text;
-import com.velotra.tv.tavro.tool.tables.Kind;
+import com.velotra.tv.tavro.tool.tables.Listing;
 import java.util.concurrent.Callable;
 import picocli.CommandLine.Command;
 import picocli.CommandLine.Mixin;
@@ -30,7 +30,7 @@ final class ListCommand implements Callable<Integer> {
     @Override
     public Integer call() {
         Preconditions.needList(of.kind(), listId);
-        Kind.Listing listing = of.kind().list(listId);
+        Listing listing = Listing.of(of.kind(), listId);
         if (listing.size() == 0) {
             Preconditions.needEmpty(of.kind(), listId);
         }

@@ -5,6 +5,7 @@ import com.velotra.tv.tavro.services.channellist.RecordId;
 import com.velotra.tv.tavro.tool.input.Failure;
 import com.velotra.tv.tavro.tool.storage.Database;
 import com.velotra.tv.tavro.tool.storage.Storage;
+import com.velotra.tv.tavro.tool.tables.Listing;
 import java.util.concurrent.Callable;
 import picocli.CommandLine.Command;
 import picocli.CommandLine.Mixin;
@@ -33,7 +34,7 @@ final class ShowCommand implements Callable<Integer> {
     @Override
     public Integer call() {
         Preconditions.needList(of.kind(), id.listId());
-        String record = of.kind().show(id, hex).orElseThrow(() -> {
+        String record = Listing.show(of.kind(), id, hex).orElseThrow(() -> {
             Database.check(Storage.directory());
             return new Failure(of.kind().noun() + " list " + id.listId() + " has no record " + id.recordId());
         });

@@ -1,0 +1,44 @@
+package com.velotra.tv.tavro.tool.storage;
+
+import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
+import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamList;
+import com.velotra.tv.tavro.tool.input.Failure;
+import com.velotra.tv.tavro.tool.records.Kind;
+import com.velotra.tv.tavro.tool.records.RecordList;
+import java.nio.file.Path;
+import java.util.List;
+
+/** The lists of the storage directory that the library uses. */
+public final class StoredLists {
+    private StoredLists() {}
+
+    /** Returns all lists, by kind and id. */
+    public static List<ListEntry> all() {
+        try (Snapshot snapshot = Snapshot.open(Storage.directory())) {
+            return snapshot.lists();
+        }
+    }
+
+    /**
+     * Reads a list. The bytes of services and transport streams come from the natives, the bytes of networks and
+     * satellites from the storage, because the natives return these as objects.
+     *
+     * @throws Failure if there is no such list or it cannot be read; it names the lists that exist
+     */
+    public static RecordList read(Kind kind, int listId) {
+        Path directory = Storage.directory();
+        try (Snapshot snapshot = Snapshot.open(directory)) {
+            ListEntry entry = snapshot.lists().stream()
+                    .filter(list -> list.kind() == kind && list.listId() == listId)
+                    .findFirst()
+                    .orElseThrow(() -> new Failure("no " + kind.noun() + " list " + listId + " in " + directory));
+            return switch (kind) {
+                case SERVICES -> RecordList.of(kind, listId, entry.name(),
+                        VltTvChannelList.getInstance().getAllBytes(listId));
+                case STREAMS -> RecordList.of(kind, listId, entry.name(),
+                        VltTvTransportStreamList.getInstance().getAllBytes(listId));
+                default -> snapshot.list(kind, listId).orElseThrow();
+            };
+        }
+    }
+}
