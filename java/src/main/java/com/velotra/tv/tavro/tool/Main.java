@@ -22,7 +22,12 @@ import picocli.CommandLine.TypeConversionException;
         name = Main.NAME,
         description = "Shows what is in channel lists.",
         versionProvider = Main.Version.class,
-        subcommands = {ListCommand.class, ShowCommand.class, ImportCommand.class, DemoCommand.class})
+        subcommands = {
+            ListCommand.class,
+            ShowCommand.class,
+            ImportCommand.class,
+            DemoCommand.class
+        })
 public final class Main {
     static final String NAME = "./tavro";
 
