@@ -23,3 +23,13 @@ function(tavro_add_gtests AREA PROGRAM)
             PROPERTIES LABELS quick TIMEOUT 120)
     endif()
 endfunction()
+
+# Compiles several sources of TARGET at a time: tests spend most of their compile time in the same headers and templates.
+# Names in anonymous namespaces must therefore differ between them. Sources named after TARGET are compiled alone, because
+# they have names that others have, too.
+function(tavro_compile_together TARGET)
+    set_source_files_properties(${ARGN} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+    set_target_properties(${TARGET} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 10)
+    # GCC takes the tests for headers, because the sources that it compiles include them.
+    target_compile_options(${TARGET} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
+endfunction()

@@ -11,7 +11,9 @@ if [ "$preset" = arm ]; then
         exit 77
     fi
 fi
-cmake --preset "$preset-tests" >/dev/null
+jars=
+[ ! -f build/host/lib/tavro-jvm-tests.jar ] || jars=$PWD/build/host
+cmake --preset "$preset-tests" -DTAVRO_JARS_OF="$jars" >/dev/null
 targets=() select=()
 # ThreadSanitizer reports races inside the Java virtual machine, so that lane has only the C++ tests.
 if [ "$preset" = tsan ]; then
