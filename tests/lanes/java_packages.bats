@@ -15,10 +15,10 @@ check() { run "$BATS_TEST_DIRNAME/java_packages.sh" "$tree"; }
 }
 
 @test "an import from a later package is reported with its file and line" {
-    sed -i '2a import com.velotra.tv.tavro.tool.Main;' "$tool/tables/Table.java"
+    sed -i '2a import com.velotra.tv.tavro.tool.Main;' "$tool/output/Table.java"
     check
     [ "$status" -eq 1 ]
-    [ "$output" = "$tool/tables/Table.java:3: tool.tables must not import from tool" ]
+    [ "$output" = "$tool/output/Table.java:3: tool.output must not import from tool" ]
 }
 
 @test "the list classes must not import from the tool" {

@@ -5,7 +5,7 @@
 # Usage: java_packages.sh SOURCE_ROOT
 set -euo pipefail
 base=com.velotra.tv.tavro
-order="services.channellist tool.input tool.records tool.storage tool.changes tool.tables tool.satellites tool.transponders tool.services tool.importing
+order="services.channellist tool.input tool.output tool.records tool.storage tool.changes tool.tables tool.satellites tool.transponders tool.services tool.importing
     tool.demo tool"
 
 find "$1" -name '*.java' -print0 | xargs -0 awk -v base="$base." -v order="$order" '

@@ -1,6 +1,7 @@
 package com.velotra.tv.tavro.tool;
 
 import com.velotra.tv.tavro.tool.input.Text;
+import com.velotra.tv.tavro.tool.output.Terminal;
 import com.velotra.tv.tavro.tool.tables.Listing;
 import java.util.concurrent.Callable;
 import picocli.CommandLine.Command;
@@ -34,15 +35,8 @@ final class ListCommand implements Callable<Integer> {
         if (listing.size() == 0) {
             Preconditions.needEmpty(of.kind(), listId);
         }
-        System.out.print(listing.printer().table(first, columns()));
+        System.out.print(listing.printer().table(first, Terminal.columns()));
         System.out.println(Text.count(listing.size(), of.kind().noun()));
         return ExitCode.DONE;
-    }
-
-    /** On a terminal of known width, lines are cut to fit. Files and pipes get whole lines. */
-    private static int columns() {
-        String columns = System.getenv("COLUMNS");
-        boolean known = System.console() != null && columns != null && columns.matches("[1-9]\\d{0,3}");
-        return known ? Integer.parseInt(columns) : Integer.MAX_VALUE;
     }
 }

@@ -2,6 +2,7 @@ package com.velotra.tv.tavro.tool.tables;
 
 import com.velotra.tv.tavro.services.channellist.NetworkFlag;
 import com.velotra.tv.tavro.services.channellist.VltTvNetworkInfo;
+import com.velotra.tv.tavro.tool.output.Table;
 import java.util.List;
 
 /** Networks as a table, one per row. */

@@ -5,6 +5,7 @@ import com.velotra.tv.tavro.services.channellist.Printable;
 import com.velotra.tv.tavro.services.channellist.SatelliteFlag;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfo;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfoBase;
+import com.velotra.tv.tavro.tool.output.Table;
 import java.util.ArrayList;
 import java.util.List;
 

@@ -1,6 +1,7 @@
 package com.velotra.tv.tavro.tool.tables;
 
 import com.velotra.tv.tavro.services.channellist.ServiceRecord;
+import com.velotra.tv.tavro.tool.output.Table;
 import java.util.List;
 
 /** Services as a table, one per row. */

@@ -2,6 +2,7 @@ package com.velotra.tv.tavro.tool.tables;
 
 import com.velotra.tv.tavro.services.channellist.TransportStreamField;
 import com.velotra.tv.tavro.services.channellist.TransportStreamRecord;
+import com.velotra.tv.tavro.tool.output.Table;
 import java.util.List;
 
 /** Transport streams as a table, one per row. */

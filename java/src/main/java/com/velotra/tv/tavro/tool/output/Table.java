@@ -1,4 +1,4 @@
-package com.velotra.tv.tavro.tool.tables;
+package com.velotra.tv.tavro.tool.output;
 
 import com.velotra.tv.tavro.services.channellist.Printable;
 import com.velotra.tv.tavro.tool.input.Text;
@@ -6,14 +6,14 @@ import java.util.ArrayList;
 import java.util.List;
 
 /** A text table. Every column is as wide as its widest cell. */
-final class Table {
+public final class Table {
     private static final String GAP = "  ";
 
     private final List<String[]> rows = new ArrayList<>();
     private final boolean[] right;
 
     /** A heading that begins with {@code >} makes a right-aligned column. */
-    Table(String... headings) {
+    public Table(String... headings) {
         right = new boolean[headings.length];
         String[] row = new String[headings.length];
         for (int i = 0; i < headings.length; i++) {
@@ -24,11 +24,11 @@ final class Table {
     }
 
     /** Returns the line after a table that does not show all rows; empty if it shows all. */
-    static String more(int hidden) {
+    public static String more(int hidden) {
         return hidden > 0 ? "… and " + hidden + " more" + System.lineSeparator() : "";
     }
 
-    void add(Object... cells) {
+    public void add(Object... cells) {
         String[] row = new String[right.length];
         for (int i = 0; i < row.length; i++) {
             row[i] = Printable.of(cells[i].toString());
@@ -37,7 +37,7 @@ final class Table {
     }
 
     /** Formats the table in lines of at most {@code columns}. */
-    String toString(int columns) {
+    public String toString(int columns) {
         int[] widths = new int[right.length];
         for (String[] row : rows) {
             for (int i = 0; i < row.length; i++) {

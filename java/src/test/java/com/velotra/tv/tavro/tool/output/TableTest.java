@@ -1,4 +1,4 @@
-package com.velotra.tv.tavro.tool.tables;
+package com.velotra.tv.tavro.tool.output;
 
 import static org.junit.jupiter.api.Assertions.assertEquals;
 
