@@ -23,6 +23,7 @@ import picocli.CommandLine.TypeConversionException;
         description = "Shows what is in channel lists.",
         versionProvider = Main.Version.class,
         subcommands = {
+            ListsCommand.class,
             ListCommand.class,
             ShowCommand.class,
             ImportCommand.class,
