@@ -1,22 +1,16 @@
 package com.velotra.tv.tavro.tool.records;
 
 import com.velotra.tv.tavro.services.channellist.RecordField.Style;
-import java.nio.ByteBuffer;
-import java.nio.ByteOrder;
-import java.nio.charset.Charset;
-import java.util.Arrays;
 import java.util.HexFormat;
 import java.util.function.Predicate;
 
 /**
  * A field of a record: where it is, and how its value is written as text.
  *
- * <p>{@link #format} and {@link #parse} are lossless: parsing what was formatted restores every byte of the field. A text
- * field whose bytes are not a text followed by zeros is written as {@code 0x} and its bytes in hexadecimal.
+ * <p>{@link #format} and {@link #parse} are lossless: parsing what was formatted restores every byte of the field. A
+ * text field whose bytes are not a text followed by zeros is written as {@code 0x} and its bytes in hexadecimal.
  */
 public final class Field {
-    // Modified UTF-8, as JNI has it, except for the NUL, which ends a text.
-    private static final Charset TEXT = Charset.forName("CESU-8");
     private static final String HEX = "0x";
 
     private final String name;
@@ -24,14 +18,16 @@ public final class Field {
     private final int offset;
     private final int width;
     private final Style style;
+    private final int mostText;
     private final Predicate<Record> in;
 
-    Field(String name, String label, int offset, int width, Style style, Predicate<Record> in) {
+    Field(String name, String label, int offset, int width, Style style, int mostText, Predicate<Record> in) {
         this.name = name;
         this.label = label;
         this.offset = offset;
         this.width = width;
         this.style = style;
+        this.mostText = mostText;
         this.in = in;
     }
 
@@ -72,20 +68,10 @@ public final class Field {
     /** Returns the value as lossless text. */
     public String format(Record record) {
         return switch (style) {
-            case TEXT -> text(record.bytes(offset, width));
-            case HEX -> String.format("0x%0" + 2 * width + "x", number(record));
+            case TEXT -> RecordText.of(record.bytes(offset, width), mostText);
+            case HEX -> HEX + HexFormat.of().toHexDigits(number(record), 2 * width);
             case NUMBER, SIGNED -> Long.toString(number(record));
         };
-    }
-
-    private static String text(byte[] bytes) {
-        int length = 0;
-        while (length < bytes.length && bytes[length] != 0) {
-            length++;
-        }
-        String text = new String(bytes, 0, length, TEXT);
-        boolean exact = Arrays.equals(Arrays.copyOf(text.getBytes(TEXT), bytes.length), bytes);
-        return exact && !text.startsWith(HEX) ? text : HEX + HexFormat.of().formatHex(bytes);
     }
 
     /**
@@ -95,34 +81,12 @@ public final class Field {
      */
     public void parse(String value, byte[] record) {
         if (style == Style.TEXT) {
-            byte[] bytes = value.startsWith(HEX) ? hex(value) : value.getBytes(TEXT);
-            if (value.indexOf('\0') >= 0) {
-                throw new IllegalArgumentException("a " + label + " cannot contain a NUL character");
-            }
-            // A text needs its terminator, raw bytes do not.
-            int most = value.startsWith(HEX) ? width : width - 1;
-            if (bytes.length > most) {
-                throw new IllegalArgumentException(
-                        "'" + value + "' is too long for the " + label + ": at most " + most + " bytes");
-            }
-            System.arraycopy(Arrays.copyOf(bytes, width), 0, record, offset, width);
+            System.arraycopy(RecordText.parse(value, label, width, mostText), 0, record, offset, width);
             return;
         }
         long number = parseNumber(value);
-        ByteBuffer to = ByteBuffer.wrap(record).order(ByteOrder.LITTLE_ENDIAN);
-        switch (width) {
-            case 1 -> to.put(offset, (byte) number);
-            case 2 -> to.putShort(offset, (short) number);
-            default -> to.putInt(offset, (int) number);
-        }
-    }
-
-    private byte[] hex(String value) {
-        try {
-            return HexFormat.of().parseHex(value, HEX.length(), value.length());
-        } catch (IllegalArgumentException e) {
-            throw new IllegalArgumentException("'" + value + "' is not a " + label + ": 0x is followed by pairs of "
-                    + "hexadecimal digits", e);
+        for (int i = 0; i < width; i++) {
+            record[offset + i] = (byte) (number >> 8 * i);
         }
     }
 
@@ -130,15 +94,20 @@ public final class Field {
         long least = style == Style.SIGNED ? -(1L << 8 * width - 1) : 0;
         long most = (1L << (style == Style.SIGNED ? 8 * width - 1 : 8 * width)) - 1;
         try {
-            long number = Long.decode(value.matches("-?0[0-9]+") ? value.replaceFirst("0+(?=[0-9])", "") : value);
-            if (number >= least && number <= most) {
+            boolean negative = value.startsWith("-");
+            int start = negative ? 1 : 0;
+            boolean hex = value.startsWith(HEX, start);
+            int digits = start + (hex ? HEX.length() : 0);
+            long size = Long.parseLong(value, digits, value.length(), hex ? 16 : 10);
+            long number = negative ? -size : size;
+            if (number >= least && number <= most && Character.digit(value.charAt(digits), 16) >= 0) {
                 return number;
             }
-        } catch (NumberFormatException e) {
+        } catch (IndexOutOfBoundsException | NumberFormatException e) {
             // Falls through to the message.
         }
         throw new IllegalArgumentException(
-                "'" + value + "' is not a " + label + ": it must be a number from " + least + " to " + most);
+                "'" + value + "' cannot be the " + label + ": it must be a number from " + least + " to " + most);
     }
 
     @Override

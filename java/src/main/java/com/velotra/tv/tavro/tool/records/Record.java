@@ -71,7 +71,7 @@ public final class Record {
 
     @Override
     public boolean equals(Object other) {
-        return other instanceof Record record && kind == record.kind && bytes.equals(record.bytes);
+        return other instanceof Record same && kind == same.kind && bytes.equals(same.bytes);
     }
 
     @Override

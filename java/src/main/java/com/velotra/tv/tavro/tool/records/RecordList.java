@@ -6,8 +6,8 @@ import java.util.List;
 import java.util.Optional;
 
 /**
- * The records of one list in list order, in memory: a list of a storage directory, the content of a list file, or what a
- * command is about to store. Immutable.
+ * The records of one list in list order, in memory: a list of a storage directory, the content of a list file, or what
+ * a command is about to store. Immutable.
  */
 public final class RecordList extends AbstractList<Record> {
     private final Kind kind;
