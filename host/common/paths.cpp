@@ -24,7 +24,7 @@ bool is_below(const std::string& path, const std::string& directory) {
 
 // Files of the storage directory that its processes have open and locked. SQLite makes three of them when needed.
 constexpr const char* kStorageFiles[] = {"lists.db",         "lists.db-wal", "lists.db-shm",
-                                         "lists.db-journal", "locks",        "import.lock"};
+                                         "lists.db-journal", "locks",        "changes.lock"};
 
 constexpr int kMostLinks = 40; // as in the kernel
 

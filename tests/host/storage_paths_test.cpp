@@ -93,7 +93,7 @@ TEST_F(StoragePaths, OfFilesThatItHasYetToMakeAreRefused) {
     fs::create_symlink("home/lists.db-journal", path("soft"));
     fs::create_symlink("soft", path("softer"));
     for (const std::string& file :
-         {home() + "/lists.db-journal", home() + "/import.lock", path("elsewhere/lists.db-journal"), path("softer")}) {
+         {home() + "/lists.db-journal", home() + "/changes.lock", path("elsewhere/lists.db-journal"), path("softer")}) {
         SCOPED_TRACE(file);
         EXPECT_EQ(x_nwl_fs_store(list, file.c_str(), 1), kHostCannotWriteFile);
         EXPECT_EQ(fs_raw_init(0, file.c_str()), kHostCannotWriteFile);

@@ -269,11 +269,11 @@ class ImportCommandTest {
                 ToolProcess.command(System.getProperty("java.library.path"), "import", "--list", "41",
                         table.toString());
         Process other;
-        try (FileChannel lock = FileChannel.open(home.resolve("import.lock"), StandardOpenOption.CREATE,
+        try (FileChannel lock = FileChannel.open(home.resolve("changes.lock"), StandardOpenOption.CREATE,
                 StandardOpenOption.WRITE)) {
             lock.lock();
             other = new ProcessBuilder(command).start();
-            assertEquals("  waiting for another import to finish …",
+            assertEquals("  waiting for another command that changes lists …",
                     other.errorReader(StandardCharsets.UTF_8).readLine());
             assertFalse(VltTvTransportStreamList.getInstance().exists(42));
         }

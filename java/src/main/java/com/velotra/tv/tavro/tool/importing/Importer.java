@@ -6,6 +6,7 @@ import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
 import com.velotra.tv.tavro.services.channellist.VltTvNetworkList;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteList;
 import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamList;
+import com.velotra.tv.tavro.tool.changes.ChangeLock;
 import com.velotra.tv.tavro.tool.input.Failure;
 import com.velotra.tv.tavro.tool.input.Format;
 import com.velotra.tv.tavro.tool.input.ImportReport;
@@ -163,13 +164,13 @@ public final class Importer {
     }
 
     /**
-     * Stores everything that was read. Only one import at a time stores in a storage directory, because what is added
+     * Stores everything that was read. Only one command at a time changes a storage directory, because what is added
      * depends on what is there.
      *
      * @throws Failure if the storage fails; records stored so far are kept
      */
     public void store(StreamImport.Observer streamObserver, ServiceImport.Observer serviceObserver) {
-        ImportLock lock = ImportLock.take(Storage.directory(), report::waiting);
+        ChangeLock lock = ChangeLock.take(Storage.directory(), report::waiting);
         try {
             Satellites satellites =
                     satellitesRead ? satelliteImport.store()

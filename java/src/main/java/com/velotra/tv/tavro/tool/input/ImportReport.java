@@ -91,9 +91,9 @@ public final class ImportReport {
         switched++;
     }
 
-    /** Another import is storing; this one waits until it has finished. */
+    /** Another command is changing lists; this one waits until it has finished. */
     public void waiting() {
-        progress.println("  waiting for another import to finish …");
+        progress.println("  waiting for another command that changes lists …");
     }
 
     /** One more of {@code all} items was processed. */
