@@ -72,24 +72,46 @@ help() { # [COMMAND]
     exit 0
 }
 
-# Reads a command's options (names, values, short forms) and number of arguments from its help text.
+# Reads a command's options (names, values, short forms) and number of arguments from its help text. The value of an
+# optional one, as in --color[=WHEN], begins with '?'.
 read_usage() { # COMMAND
-    local line usage='' in_usage=yes word words
-    local option='^  (-([A-Za-z]), |    )(--[A-Za-z][A-Za-z0-9_-]*)(=([^ ]+))?( |$)'
+    local line usage='' in_usage=yes word
+    local option='^  (-([A-Za-z]), |    )(--[A-Za-z][A-Za-z0-9_-]*)((\[?)=([^ ]+))?( |$)'
     while IFS= read -r line; do
         if [[ $line =~ $option ]]; then
-            takes[${BASH_REMATCH[3]}]=${BASH_REMATCH[5]}
+            takes[${BASH_REMATCH[3]}]=${BASH_REMATCH[5]:+?}${BASH_REMATCH[6]}
             [ -z "${BASH_REMATCH[2]}" ] || short[-${BASH_REMATCH[2]}]=${BASH_REMATCH[3]}
         fi
         [[ $line = Usage:* || $line = ' '* ]] || in_usage=no
         [ $in_usage = no ] || usage+=" $line"
     done <"$root/help/$1.txt"
-    read -ra words < <(sed -E "s/^ *Usage: +[^ ]+ +$1//; s/\[-[^]]*\](\.\.\.)?//g" <<<"$usage")
-    for word in "${words[@]}"; do
+    while read -r word; do
         [[ $word = \[* ]] || needed+=("$word")
-        [[ $word != *... ]] || unlimited=yes
+        [[ $word != *... && $word != *...] ]] || unlimited=yes
         allowed=$((allowed + 1))
+    done < <(usage_words "${usage#*" $1"}" | grep -v '^[[(]*-')
+}
+
+# Prints the words of a usage line, one per line. A group in brackets or parentheses is one word.
+usage_words() { # LINE
+    local rest=$1 word='' depth=0 part
+    while [ -n "$rest" ]; do
+        part=${rest%%[][() ]*}
+        word+=$part
+        rest=${rest:${#part}}
+        case ${rest:0:1} in
+        [[\(]) depth=$((depth + 1)) ;;
+        []\)]) depth=$((depth - 1)) ;;
+        esac
+        if [[ ($rest = ' '* || -z $rest) && $depth = 0 ]]; then
+            [ -z "$word" ] || printf '%s\n' "$word"
+            word=
+        else
+            word+=${rest:0:1}
+        fi
+        rest=${rest:1}
     done
+    [ -z "$word" ] || printf '%s\n' "$word"
 }
 
 # Splits a command's words into "options", each as NAME or NAME=VALUE, and "arguments". Exits on wrong usage.
@@ -136,6 +158,10 @@ parse() { # WORD...
             continue
         fi
         if [[ $word != *=* && ($word = --* || ${#word} = 2) ]]; then
+            if [[ ${takes[$name]} = '?'* ]]; then
+                options+=("$name")
+                continue
+            fi
             [[ $# -gt 0 && ($1 != -* || $1 = - || $1 = -[0-9]*) ]] ||
                 wrong "$command: option '$name' needs a value: $name=${takes[$name]}"
             value=$1

@@ -1,14 +1,26 @@
 # How ./tavro reads its arguments, which comes before anything else.
 load support
+. "$BATS_TEST_DIRNAME/../../scripts/arguments.sh"
 
-# The fewest arguments that a command accepts.
+# Arguments that a command accepts: a value for each word that its usage line requires.
 arguments_of() {
-    case $1 in
-    list) echo 1 ;;
-    show) echo 1,2 ;;
-    import) echo file ;;
-    fuzz) echo identifier ;;
-    esac
+    local word needed=() allowed=0 unlimited=no
+    local -A takes short
+    root=$clone read_usage "$1"
+    for word in "${needed[@]}"; do
+        case $word in
+        FILE*) echo file ;;
+        LIST,RECORD*) echo 1,2 ;;
+        ID | LIST) echo 1 ;;
+        TARGET) echo identifier ;;
+        *) echo "${word%...}" ;;
+        esac
+    done
+}
+
+# The options in a help text, one per line: the short form or -, the long form, and its value if it has one.
+options_of() {
+    sed -nE 's/^  (-[a-z], |    )(--[a-z][a-z_-]*)(\[?=)?([^] ]*).*/\1 \2 \4/p' "$clone/help/$1.txt" | sed 's/^     /- /; s/,//'
 }
 
 refused() { # TEXT WORD...: expects wrong usage: two lines on standard error, and nothing done
@@ -66,24 +78,50 @@ nothing_done() {
 @test "every option in a help text is accepted and passed on" {
     seen=0
     for command in $(all_commands); do
-        while read -r short long value; do
-            [ "$long" != --help ] || continue
-            : >"$FAKE_CALLS"
+        long=() short=() expected=()
+        while read -r letter name value; do
+            [ "$name" != --help ] || continue
             sample=7
-            [ "$long" != --kind ] || sample=networks
-            [ "$long" != --tree ] || sample=$area
-            tavro 0 $command "$long${value:+=$sample}" $(arguments_of $command)
-            case $command$long in
-            test--quick) called '^ctest .*-L quick' ;;
-            bench*) called "^run.sh $clone/build/host .*-- java .*tool.Main$" ;;
-            mutate*) called "^mutate.sh $clone/build/host/tests/mutants/settings.sh $long=$sample$" ;;
-            *) called "^java .* $command $long${value:+=$sample} --" ;;
-            esac
-            [ "$short" = - ] || tavro 0 $command "$short" ${value:+$sample} $(arguments_of $command)
+            [ "$name" != --kind ] || sample=networks
+            [ "$name" != --tree ] || sample=$area
+            long+=("$name${value:+=$sample}")
+            [ "$letter" = - ] || short+=("$letter${value:+$sample}")
+            [ "$letter" = - ] || expected+=("$name${value:+=$sample}")
             seen=$((seen + 1))
-        done < <(sed -nE 's/^  (-[a-z]|   ),? (--[a-z_]+)=?([^ ]*).*/\1 \2 \3/p' "$clone/help/$command.txt" | sed 's/^   /-/')
+        done < <(options_of "$command")
+        for form in "${long[*]}" "${short[*]}"; do
+            [ -n "$form" ] || continue
+            : >"$FAKE_CALLS"
+            tavro 0 $command $form $(arguments_of $command)
+            [ "$form" != "${short[*]}" ] || form=${expected[*]}
+            case $command in
+            test) called '^ctest .*-L quick' ;;
+            bench) called "^run.sh $clone/build/host .*-- java .*tool.Main$" ;;
+            mutate) called "^mutate.sh $clone/build/host/tests/mutants/settings.sh $form$" ;;
+            *) called "^java .* $command $form --" ;;
+            esac
+        done
     done
     [ $seen -ge 10 ]
+}
+
+@test "usage lines with groups and optional values are understood" {
+    cat >"$clone/help/odd.txt" <<'END'
+Usage: ./tavro odd [-h] [--color[=WHEN]] [--columns=NAME[,NAME...]]...
+                   --from=OTHER [--to=N | --last] (--up | --down)
+                   LIST,RECORD KEY=VALUE...
+Description.
+
+      --color[=WHEN]   Text.
+      --columns=NAME[,NAME...]
+                       Text.
+  -f, --from=OTHER     Text.
+END
+    refused "odd: missing argument LIST,RECORD" odd
+    refused "odd: missing argument KEY=VALUE" odd 1,2
+    refused "odd: option '--from' needs a value: --from=OTHER" odd --from --color 1,2 a=b
+    tavro 0 odd --color --columns a,b --columns=c -f x --color=always 1,2 a=b c=-d e==
+    called '^java .* odd --color --columns=a,b --columns=c --from=x --color=always -- 1,2 a=b c=-d e==$'
 }
 
 @test "an option's value can be its own word, follow '=' or follow the short form" {

@@ -2,6 +2,7 @@ package com.velotra.tv.tavro.tool;
 
 import com.velotra.tv.tavro.services.channellist.ChannelListException;
 import com.velotra.tv.tavro.services.channellist.Printable;
+import com.velotra.tv.tavro.tool.help.HelpTexts;
 import com.velotra.tv.tavro.tool.input.Failure;
 import com.velotra.tv.tavro.tool.input.Source;
 import com.velotra.tv.tavro.tool.storage.Storage;
@@ -67,11 +68,13 @@ public final class Main {
         }
     }
 
+    /** Returns the tool with its commands, before anything is parsed. */
+    static CommandLine tool() {
+        return new CommandLine(new Main());
+    }
+
     private static int execute(String... arguments) {
-        CommandLine tool = new CommandLine(new Main());
-        tool.getSubcommands().values()
-                .forEach(command -> command.getCommandSpec().usageMessage().parameterListHeading("%n"));
-        return tool.setExpandAtFiles(false) // a file name may begin with @
+        return HelpTexts.uniform(tool()).setExpandAtFiles(false) // a file name may begin with @
                 .setParameterExceptionHandler((wrong, words) -> {
                     String name = wrong.getCommandLine().getCommandName();
                     boolean ofCommand = !name.equals(NAME);
