@@ -31,8 +31,15 @@ class HelpTest {
         return HelpTexts.commands().stream().map(name -> DynamicTest.dynamicTest(name, () -> {
             List<String> end = HelpTexts.of(name).lines().dropWhile(line -> !line.startsWith("Example")).toList();
             assertTrue(!end.isEmpty(), "no line Example: or Examples:");
-            assertTrue(end.stream().anyMatch(line -> line.matches("(Examples?: | {9,10})\\./tavro " + name + "( .*)?")));
+            assertTrue(end.stream().anyMatch(line -> line.matches(" *(Examples?:)? *\\./tavro " + name + "( .*)?")));
         }));
+    }
+
+    @Test
+    void everyHelpTextDescribesTheHelpOption() {
+        assertEquals(List.of(), HelpTexts.commands().stream()
+                .filter(name -> !HelpTexts.of(name).matches("(?s).*\n  -h, --help +Print this text and exit\\.\n.*"))
+                .toList());
     }
 
     @Test

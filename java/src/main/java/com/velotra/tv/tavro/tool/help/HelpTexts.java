@@ -38,8 +38,8 @@ public final class HelpTexts {
     }
 
     /**
-     * Adds the commands that the script {@code tavro} runs itself to the commands of the tool. They can be described and
-     * completed, but not executed.
+     * Adds the commands that the script {@code tavro} runs itself to the commands of the tool. They can be described
+     * and completed, but not executed.
      */
     public static CommandLine addScriptCommands(CommandLine tool) {
         for (String name : commands()) {
