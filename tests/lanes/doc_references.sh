@@ -57,7 +57,7 @@ while read -r document; do
         elif [[ $word =~ ^[a-zA-Z.][A-Za-z0-9_.-]*(/[A-Za-z0-9_.-]+)*(/|\.(h|cpp|sh|bats|java|md|cmake|txt|map|bp|c))$ ]] ||
             { [[ $word =~ ^[a-z.][A-Za-z0-9_./-]*$ && $word = */* ]] && [ -e "${word%%/*}" ]; }; then
             case $word in
-            ./* | build/* | lib/* | cache/ | data/ | 3rd/ | mnt/*) continue ;; # made while working
+            ./* | build/* | lib/* | cache/ | data/ | undo/ | 3rd/ | mnt/*) continue ;; # made while working
             jni.h) continue ;;                                            # the JDK's
             esac
             is_path "$word" || missing "there is no $word"

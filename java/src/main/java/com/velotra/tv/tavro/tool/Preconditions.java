@@ -1,9 +1,9 @@
 package com.velotra.tv.tavro.tool;
 
 import com.velotra.tv.tavro.tool.input.Failure;
+import com.velotra.tv.tavro.tool.records.Kind;
 import com.velotra.tv.tavro.tool.storage.Database;
 import com.velotra.tv.tavro.tool.storage.Storage;
-import com.velotra.tv.tavro.tool.records.Kind;
 import java.nio.file.Path;
 import java.util.List;
 import java.util.function.Supplier;
