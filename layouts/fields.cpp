@@ -67,6 +67,7 @@ void add(std::vector<RecordField>& out, const Around& around, const Field* field
                             joined(joined(around.java, "_", field->java), "_", around.number),
                             joined(joined(around.label, " ", field->label), " ", around.number),
                             field->meaning,
+                            field->unit,
                             around.views};
         // A structure that several views begin with: its fields are there once.
         const auto same = std::find_if(out.begin(), out.end(), [&](const RecordField& other) {

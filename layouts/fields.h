@@ -28,6 +28,7 @@ struct RecordField {
     std::string java; // name of the Java constant
     std::string label;
     std::string meaning;
+    std::string unit;
     std::vector<View> views; // those that have the field; none: every record has it
 
     bool reserved() const { return use == FieldUse::kReserved; }

@@ -26,18 +26,9 @@ std::string condition(const Record& record, const RecordField& field) {
 std::string sentence(const Record& record, const RecordField& field, const std::string& label) {
     std::string text = upper_first(label);
     text += field.meaning.empty() ? "" : ": " + field.meaning;
+    text += field.unit.empty() ? "" : ", in " + field.unit;
     const std::string only = condition(record, field);
     return text + (only.empty() ? "." : "; " + only + ".");
-}
-
-const char* style_of(const RecordField& field) {
-    if (field.text()) {
-        return "TEXT";
-    }
-    if (field.type == FieldType::kInt16) {
-        return "SIGNED";
-    }
-    return field.use == FieldUse::kFlags ? "HEX" : "NUMBER";
 }
 
 void write_constant(std::ostream& out, const Record& record, const RecordField& field, unsigned element) {
@@ -109,6 +100,16 @@ std::string filled(std::string text, const std::string& mark, const std::string&
 }
 
 } // namespace
+
+const char* style_of(const RecordField& field) {
+    if (field.text()) {
+        return "TEXT";
+    }
+    if (field.type == FieldType::kInt16) {
+        return "SIGNED";
+    }
+    return field.use == FieldUse::kFlags ? "HEX" : "NUMBER";
+}
 
 std::string java_class(const Record& record) {
     std::string name;

@@ -13,11 +13,13 @@ namespace tavro::layouts {
 // A table of codes by its name.
 struct CodeNames {
     const char* name;
-    const CodeTable* table;
+    const CodeTable* table; // null where the library stores values unchanged
     const NamedCode* first;
     const NamedCode* last;
+    const char* source = ""; // of such codes: where their names come from
 };
 
+// The tables by which the library converts values.
 const std::vector<CodeNames>& all_code_names();
 
 // A field that a key's value goes to.

@@ -3,6 +3,7 @@
 //   record_layouts markdown      docs/record-layouts.md
 //   record_layouts java CLASS    the Java enum CLASS, such as ServiceField
 //   record_layouts keys          the keys of the Java objects, as tab-separated values
+//   record_layouts tables        the Java class LayoutTables, which has all of it for the tool
 #include "layouts/writers.h"
 
 #include <exception>
@@ -17,7 +18,7 @@ constexpr int kFailed = 1;
 constexpr int kWrongUsage = 2;
 
 int usage() {
-    std::cerr << "usage: record_layouts markdown | java CLASS | keys\n";
+    std::cerr << "usage: record_layouts markdown | java CLASS | keys | tables\n";
     return kWrongUsage;
 }
 
@@ -39,6 +40,10 @@ int print(const std::string& what, const std::string& name) {
     }
     if (what == "keys") {
         tavro::layouts::write_keys(std::cout, records);
+        return 0;
+    }
+    if (what == "tables") {
+        tavro::layouts::write_tables(std::cout, records);
         return 0;
     }
     for (const tavro::layouts::Record& record : records) {

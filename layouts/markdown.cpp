@@ -1,3 +1,4 @@
+#include "layouts/codes.h"
 #include "layouts/keys.h"
 #include "layouts/writers.h"
 
@@ -52,35 +53,34 @@ std::string anchor(const std::string& heading) {
 
 std::string heading_of(const CodeNames& codes) { return std::string("Codes: ") + codes.name; }
 
-// The keys of a field, but for flags, and the links to their codes.
-void find_keys(const std::vector<Key>& keys, const RecordField& field, std::string& names, std::string& meaning) {
+// The keys of a field, but for flags.
+std::string names_of(const std::vector<Key>& keys, const RecordField& field) {
+    std::string names;
     for (const Key& key : keys) {
         for (const Target& target : key.targets) {
-            if (target.field->path != field.path || key.kind == "flag") {
-                continue;
-            }
-            names += (names.empty() ? "" : ", ") + code(key.name);
-            if (target.codes != nullptr && meaning.find('#') == std::string::npos) {
-                meaning += " ([codes](#" + anchor(heading_of(*target.codes)) + "))";
+            if (target.field->path == field.path && key.kind != "flag") {
+                names += (names.empty() ? "" : ", ") + code(key.name);
             }
         }
     }
+    return names;
 }
 
-void write_row(std::ostream& out, const RecordField& field, const std::vector<Key>& keys) {
+void write_row(std::ostream& out, const Record& record, const RecordField& field, const std::vector<Key>& keys) {
     out << "| " << field.offset << " | " << field.width << " | ";
     if (field.reserved()) {
-        out << "reserved | | | | |\n";
+        out << "reserved | | | | | |\n";
         return;
     }
-    std::string names;
     std::string meaning = field.label + (field.meaning.empty() ? "" : ": " + field.meaning);
-    find_keys(keys, field, names, meaning);
+    if (const CodeNames* codes = codes_of(record, keys, field)) {
+        meaning += " ([codes](#" + anchor(heading_of(*codes)) + "))";
+    }
     const std::string constant =
         field.count == 1 ? code(field.java)
                          : code(field.java + "_1") + " to " + code(field.java + '_' + std::to_string(field.count));
-    out << code(field.member) << " | " << code(type_of(field)) << " | " << names << " | " << constant << " | "
-        << meaning << " |\n";
+    out << code(field.member) << " | " << code(type_of(field)) << " | " << names_of(keys, field) << " | " << constant
+        << " | " << field.unit << " | " << meaning << " |\n";
     std::map<std::uint32_t, std::string> flags;
     for (const Key& key : keys) {
         if (key.kind == "flag" && key.targets[0].field->path == field.path) {
@@ -88,12 +88,13 @@ void write_row(std::ostream& out, const RecordField& field, const std::vector<Ke
         }
     }
     for (const auto& [mask, key] : flags) {
-        out << "| | | bit " << hex(mask) << " | | " << code(key) << " | | |\n";
+        out << "| | | bit " << hex(mask) << " | | " << code(key) << " | | | |\n";
     }
 }
 
 void write_head(std::ostream& out) {
-    out << "\n| Offset | Size | Field | Type | Java key | Java constant | Meaning |\n|---|---|---|---|---|---|---|\n";
+    out << "\n| Offset | Size | Field | Type | Java key | Java constant | Unit | Meaning |\n"
+        << "|---|---|---|---|---|---|---|---|\n";
 }
 
 void write_record(std::ostream& out, const Record& record) {
@@ -114,14 +115,14 @@ void write_record(std::ostream& out, const Record& record) {
     bool shared = false;
     for (const RecordField& field : record.fields) {
         if (field.views.empty()) {
-            write_row(out, field, keys);
+            write_row(out, record, field, keys);
         } else if (!shared) {
             shared = true;
             unsigned end = 0;
             for (const RecordField& other : record.fields) {
                 end = other.views.empty() ? end : std::max(end, other.end());
             }
-            out << "| " << field.offset << " | " << end - field.offset << " | one of the views below | | | | by "
+            out << "| " << field.offset << " | " << end - field.offset << " | one of the views below | | | | | by "
                 << code(record.selector) << " |\n";
         }
     }
@@ -131,14 +132,22 @@ void write_record(std::ostream& out, const Record& record) {
         write_head(out);
         for (const RecordField& field : record.of(view)) {
             if (!field.views.empty()) {
-                write_row(out, field, keys);
+                write_row(out, record, field, keys);
             }
         }
     }
 }
 
 void write_codes(std::ostream& out, const CodeNames& codes) {
-    out << "\n## " << heading_of(codes) << "\n\n| Java value | Stored code | Meaning |\n|---|---|---|\n";
+    out << "\n## " << heading_of(codes) << '\n';
+    if (codes.table == nullptr) {
+        out << "\nFrom " << codes.source << ".\n\n| Value | Meaning |\n|---|---|\n";
+        for (const NamedCode* named = codes.first; named != codes.last; ++named) {
+            out << "| " << named->code << " | " << named->name << " |\n";
+        }
+        return;
+    }
+    out << "\n| Java value | Stored code | Meaning |\n|---|---|---|\n";
     for (const NamedCode* named = codes.first; named != codes.last; ++named) {
         out << "| " << named->value << " | " << named->code << " | " << named->name << " |\n";
     }
@@ -154,6 +163,9 @@ EN 300 468. The value of a key goes to every field with that key, except fields 
 
 Every byte is in these tables. Reserved bytes belong to the middleware: the library zeroes them in a new record and
 otherwise leaves them as they are.
+
+Units are those in which `./tavro import` stores values. The library passes these numbers on unchanged, so that a TV may
+count in others.
 )";
 
 } // namespace
@@ -163,7 +175,7 @@ void write_markdown(std::ostream& out, const std::vector<Record>& records) {
     for (const Record& record : records) {
         write_record(out, record);
     }
-    for (const CodeNames& codes : all_code_names()) {
+    for (const CodeNames& codes : all_codes()) {
         write_codes(out, codes);
     }
 }

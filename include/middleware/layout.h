@@ -37,7 +37,8 @@ struct Field {
     std::size_t member_count;
     const char* java;    // name of the Java constant; of a structure, what its fields' names begin with
     const char* label;   // short name for people; of a structure, what its fields' labels begin with
-    const char* meaning; // more about it: unit, range, term of the standard
+    const char* meaning; // more about it: range, term of the standard
+    const char* unit;    // of a number, as the workstation's importer stores it; empty where none is known
     std::uint32_t view;  // of a view: the value of the field that selects it
 };
 
@@ -69,7 +70,7 @@ constexpr FieldType field_type() {
 
 template <class Member>
 constexpr Field make_field(const char* name, std::uint16_t offset, FieldUse use, const char* java, const char* label,
-                           const char* meaning, std::uint32_t view) {
+                           const char* meaning, const char* unit, std::uint32_t view) {
     using Element = std::remove_extent_t<Member>;
     Field field = {};
     field.name = name;
@@ -81,6 +82,7 @@ constexpr Field make_field(const char* name, std::uint16_t offset, FieldUse use,
     field.java = java;
     field.label = label;
     field.meaning = meaning;
+    field.unit = unit;
     field.view = view;
     if constexpr (field_type<Element>() == FieldType::kStructure) {
         field.members = Layout<Element>::fields;
@@ -107,19 +109,22 @@ constexpr bool complete(const Field (&fields)[N], std::size_t size) {
 } // namespace tavro
 
 // Rows of a table; `Type` is the structure there. The function around each is called by the compiler alone.
-#define TAVRO_ROW(OFFSET, MEMBER, USE, JAVA, LABEL, MEANING, VIEW)                                                     \
+#define TAVRO_ROW(OFFSET, MEMBER, USE, JAVA, LABEL, MEANING, UNIT, VIEW)                                               \
     [] {                                                                                                               \
         static_assert(offsetof(Type, MEMBER) == (OFFSET), #MEMBER " is not at offset " #OFFSET);                       \
         return tavro::make_field<decltype(Type::MEMBER)>(#MEMBER, OFFSET, tavro::FieldUse::USE, JAVA, LABEL, MEANING,  \
-                                                         VIEW);                                                        \
+                                                         UNIT, VIEW);                                                  \
     }()
-#define TAVRO_FIELD(OFFSET, MEMBER, JAVA, LABEL, MEANING) TAVRO_ROW(OFFSET, MEMBER, kValue, JAVA, LABEL, MEANING, 0)
-#define TAVRO_FLAGS(OFFSET, MEMBER, JAVA, LABEL, MEANING) TAVRO_ROW(OFFSET, MEMBER, kFlags, JAVA, LABEL, MEANING, 0)
+#define TAVRO_FIELD(OFFSET, MEMBER, JAVA, LABEL, MEANING) TAVRO_ROW(OFFSET, MEMBER, kValue, JAVA, LABEL, MEANING, "", 0)
+#define TAVRO_FLAGS(OFFSET, MEMBER, JAVA, LABEL, MEANING) TAVRO_ROW(OFFSET, MEMBER, kFlags, JAVA, LABEL, MEANING, "", 0)
+// A number with a unit. The library passes the number on unchanged: a TV may count in another unit.
+#define TAVRO_AMOUNT(OFFSET, MEMBER, JAVA, LABEL, UNIT, MEANING)                                                       \
+    TAVRO_ROW(OFFSET, MEMBER, kValue, JAVA, LABEL, MEANING, UNIT, 0)
 // A structure inside: what the names and labels of its fields begin with, if anything.
-#define TAVRO_PART(OFFSET, MEMBER, JAVA, LABEL) TAVRO_ROW(OFFSET, MEMBER, kValue, JAVA, LABEL, "", 0)
+#define TAVRO_PART(OFFSET, MEMBER, JAVA, LABEL) TAVRO_ROW(OFFSET, MEMBER, kValue, JAVA, LABEL, "", "", 0)
 // A member of a union: its name, and the value that selects it.
-#define TAVRO_VIEW(OFFSET, MEMBER, LABEL, VALUE) TAVRO_ROW(OFFSET, MEMBER, kView, "", LABEL, "", VALUE)
-#define TAVRO_RESERVED(OFFSET, MEMBER) TAVRO_ROW(OFFSET, MEMBER, kReserved, "", "", "", 0)
+#define TAVRO_VIEW(OFFSET, MEMBER, LABEL, VALUE) TAVRO_ROW(OFFSET, MEMBER, kView, "", LABEL, "", "", VALUE)
+#define TAVRO_RESERVED(OFFSET, MEMBER) TAVRO_ROW(OFFSET, MEMBER, kReserved, "", "", "", "", 0)
 
 // The size of a structure, and the proof that its table is complete. A structure without padding can be zeroed,
 // compared and handed to Java as the bytes that it is.

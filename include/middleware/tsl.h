@@ -94,7 +94,7 @@ struct _TSL_CAB_T {
 template <>
 struct tavro::Layout<_TSL_CAB_T> : LayoutOf<_TSL_CAB_T> {
     static constexpr Field fields[] = {
-        TAVRO_FIELD(0, ui4_sym_rate, "CAB_SYMBOL_RATE", "symbol rate", ""),
+        TAVRO_AMOUNT(0, ui4_sym_rate, "CAB_SYMBOL_RATE", "symbol rate", "Bd", ""),
         TAVRO_FIELD(4, e_fec_outer, "CAB_FEC_OUTER", "outer FEC code", ""),
         TAVRO_FIELD(8, e_fec_inner, "CAB_FEC_INNER", "inner FEC code", ""),
         TAVRO_FIELD(12, e_mod, "CAB_MODULATION", "modulation", "1 to 28, the tuner's own"),
@@ -136,7 +136,7 @@ template <>
 struct tavro::Layout<_TSL_SAT_T> : LayoutOf<_TSL_SAT_T> {
     static constexpr Field fields[] = {
         TAVRO_RESERVED(0, aui1_reserved_0),
-        TAVRO_FIELD(8, ui4_sym_rate, "SAT_SYMBOL_RATE", "symbol rate", ""),
+        TAVRO_AMOUNT(8, ui4_sym_rate, "SAT_SYMBOL_RATE", "symbol rate", "Bd", ""),
         TAVRO_FIELD(12, e_mod_copy, "SAT_MODULATION_COPY", "modulation copy", "receives the modulation too"),
         TAVRO_RESERVED(16, aui1_reserved_16),
         TAVRO_FIELD(20, e_fec_inner, "SAT_FEC_INNER", "inner FEC code", ""),
@@ -167,7 +167,8 @@ struct _TSL_ALT_FREQ_T {
 template <>
 struct tavro::Layout<_TSL_ALT_FREQ_T> : LayoutOf<_TSL_ALT_FREQ_T> {
     static constexpr Field fields[] = {
-        TAVRO_FIELD(0, ui4_freq, "FREQUENCY", "frequency", "in the unit of the frequency of the stream (6.2.17)"),
+        TAVRO_AMOUNT(0, ui4_freq, "FREQUENCY", "frequency", "kHz",
+                     "in the unit of the frequency of the stream (6.2.17)"),
         TAVRO_FIELD(4, e_bandwidth, "BANDWIDTH", "bandwidth code", ""),
     };
 };
@@ -224,7 +225,7 @@ struct tavro::Layout<_TSL_REC_T> : LayoutOf<_TSL_REC_T> {
         TAVRO_FIELD(18, ui2_nwl_rec_id, "NWL_RECORD_ID", "network record", "record id of the network of the stream"),
         TAVRO_FIELD(20, ui1_nwl_id, "NWL_ID", "network list", "list of that network, cut to 8 bits"),
         TAVRO_RESERVED(21, aui1_reserved_21),
-        TAVRO_FIELD(44, ui4_freq, "FREQUENCY", "frequency", "in the unit that the lists of the TV use"),
+        TAVRO_AMOUNT(44, ui4_freq, "FREQUENCY", "frequency", "kHz", ""),
         TAVRO_VIEW(48, u_tuner.t_ter, "terrestrial", kMediumTerrestrial),
         TAVRO_VIEW(48, u_tuner.t_cab, "cable", kMediumCable),
         TAVRO_VIEW(48, u_tuner.t_sat, "satellite", kMediumSatellite),

@@ -1,3 +1,4 @@
+#include "layouts/codes.h"
 #include "layouts/keys.h"
 #include "layouts/writers.h"
 
@@ -179,6 +180,120 @@ TEST(RecordKeys, ARowWithTwoPossibleFieldsMustSayWhichItMeans) {
     record.fields.push_back(hierarchy);
     EXPECT_EQ(why_not(record), "transport stream key Hierarchy: the 4 bytes at 64 can be u_tuner.t_ter.e_hierarchy or "
                                "u_tuner.t_cab.e_other; name the one meant in kMeant");
+}
+
+std::vector<std::pair<std::uint32_t, std::string>> codes_of(const std::string& kind, const std::string& java) {
+    const Record record = record_of(kind);
+    const std::vector<Key> keys = keys_of(record);
+    for (const RecordField& field : record.fields) {
+        if (field.java == java) {
+            std::vector<std::pair<std::uint32_t, std::string>> codes;
+            const tavro::layouts::CodeNames* names = tavro::layouts::codes_of(record, keys, field);
+            for (const tavro::NamedCode* code = names == nullptr ? nullptr : names->first;
+                 code != nullptr && code != names->last; ++code) {
+                codes.emplace_back(code->code, code->name);
+            }
+            return codes;
+        }
+    }
+    throw std::invalid_argument(java);
+}
+
+using NamedNumbers = std::vector<std::pair<std::uint32_t, std::string>>;
+
+TEST(FieldCodes, AreThoseOfTheTableThatConvertsItsKey) {
+    EXPECT_EQ(codes_of("transport stream", "ALT_BANDWIDTH_5"), codes_of("transport stream", "TER_BANDWIDTH"));
+    EXPECT_EQ(codes_of("transport stream", "CAB_MODE"), (NamedNumbers{{1, "DVB-C"}, {2, "DVB-C2"}}));
+    EXPECT_EQ(codes_of("transport stream", "FREQUENCY"), NamedNumbers{});
+}
+
+TEST(FieldCodes, OfSelectingFieldsAreTheViews) {
+    for (const std::string kind : {"service", "transport stream"}) {
+        NamedNumbers views;
+        for (const View& view : record_of(kind).views) {
+            views.emplace_back(view.value, view.label);
+        }
+        EXPECT_EQ(codes_of(kind, kind == "service" ? "BROADCAST_TYPE" : "MEDIUM"), views);
+    }
+    EXPECT_EQ(codes_of("transport stream", "BROADCAST_TYPE"), codes_of("service", "BROADCAST_TYPE"));
+}
+
+TEST(FieldCodes, OfEachTableBelongToAField) {
+    std::set<std::string> used;
+    for (const Record& record : all_records()) {
+        const std::vector<Key> keys = keys_of(record);
+        for (const RecordField& field : record.fields) {
+            if (const tavro::layouts::CodeNames* names = tavro::layouts::codes_of(record, keys, field)) {
+                used.insert(names->name);
+            }
+        }
+    }
+    for (const tavro::layouts::CodeNames& names : tavro::layouts::all_codes()) {
+        EXPECT_EQ(used.count(names.name), 1U) << names.name;
+    }
+}
+
+TEST(ToolTables, HaveOneLinePerFieldFlagCodeAndReservedRange) {
+    std::ostringstream out;
+    tavro::layouts::write_tables(out, {record_of("network")});
+    EXPECT_EQ(out.str(),
+              "package com.velotra.tv.tavro.tool.records;\n"
+              "\n"
+              "/** The layouts of the records, for LayoutReader. Made by the program record_layouts. */\n"
+              "final class LayoutTables {\n"
+              "    static final String NWL = \"\"\"\n"
+              "record|_NWL_REC_T|304|-1\n"
+              "field|flags|flags|0|4|HEX|0||ui4_nwl_flags|||favorite network, and candidate for it\n"
+              "flag|2|NwlFavNetworkCandidate\n"
+              "flag|4|NwlFavNetwork\n"
+              "field|record_id|record id|4|2|NUMBER|0||ui2_nwl_rec_id||NwlIdNwlRecId=record id|unique within "
+              "its list\n"
+              "field|nwl_id|list|6|2|NUMBER|0||ui2_nwl_id|||the list that holds the record\n"
+              "reserved|8|2||aui1_reserved_8\n"
+              "field|network_id|network id|10|2|NUMBER|0||ui2_nw_id||NwlNetworkId=number|network_id (5.2.1)\n"
+              "field|version|version|12|1|NUMBER|0||ui1_nw_version||NetworkVersion=number|version_number of "
+              "the NIT (5.2.1)\n"
+              "field|name|name|13|32|TEXT|31||ac_nw_name||NetworkName=text|at most 31 bytes of modified UTF-8 "
+              "and a NUL\n"
+              "reserved|45|259||aui1_reserved_45\n"
+              "\"\"\";\n"
+              "\n"
+              "    private LayoutTables() {}\n"
+              "}\n");
+}
+
+std::string tables() {
+    std::ostringstream out;
+    tavro::layouts::write_tables(out, all_records());
+    return out.str();
+}
+
+TEST(ToolTables, NumberTheElementsOfAnArray) {
+    EXPECT_NE(tables().find("\nfield|region_code_3|target region code 3|366|2|NUMBER|0|2|aui2_code[2]||"
+                            "TargetRegionCode=rule|\n"),
+              std::string::npos);
+}
+
+TEST(ToolTables, LeaveNoRoomForATerminatorThatHasAFieldOfItsOwn) {
+    EXPECT_NE(tables().find("\nfield|name|name|282|64|TEXT|64||ac_sat_name||Name=text|"), std::string::npos);
+}
+
+TEST(ToolTables, NameTheViewsOfAField) {
+    EXPECT_NE(tables().find("\nview|7|DTMB|u_specific.t_dtmb\n"), std::string::npos);
+    EXPECT_NE(tables().find("\nfield|short_name|short name|156|17|TEXT|16|2,7|t_common.s_svc_name||"),
+              std::string::npos);
+    EXPECT_NE(tables().find("\nfield|sat_symbol_rate|symbol rate|56|4|NUMBER|0|3|ui4_sym_rate|Bd|SymbolRate=rule|\n"),
+              std::string::npos);
+    EXPECT_NE(tables().find("\nreserved|64|16|2|aui1_reserved_16\n"), std::string::npos);
+}
+
+TEST(ToolTables, HaveNoSeparatorInAText) {
+    for (const Record& record : all_records()) {
+        for (const RecordField& field : record.fields) {
+            EXPECT_EQ((field.label + field.meaning + field.unit).find_first_of("|\"\\"), std::string::npos)
+                << field.path;
+        }
+    }
 }
 
 TEST(JavaFields, AreOnlyThoseThatAreNamed) {

@@ -148,7 +148,8 @@ public final class ServiceRecord extends RecordView<ServiceField> {
     @Override
     String format(ServiceField field) {
         if (field == ServiceField.CHANNEL_ID) {
-            return String.format("0x%08x", channelId()) + channelNumbers();
+            String numbers = channelNumbers();
+            return String.format("0x%08x", channelId()) + (numbers.isEmpty() ? "" : " (" + numbers + ")");
         }
         if (FLAG_WORDS.contains(field)) {
             return String.format("0x%08x %s", value(field), keysOfFlags(field));
@@ -162,12 +163,12 @@ public final class ServiceRecord extends RecordView<ServiceField> {
                 .collect(Collectors.joining(" "));
     }
 
-    /** The channel numbers inside the channel id, where its layout is known. */
-    private String channelNumbers() {
+    /** Returns the channel numbers inside the channel id, as in "major 7"; empty where its bits are not known. */
+    public String channelNumbers() {
         return switch (broadcastType()) {
-            case BroadcastType.DVB, BroadcastType.DTMB -> " (major " + majorChannelNumber() + ')';
+            case BroadcastType.DVB, BroadcastType.DTMB -> "major " + majorChannelNumber();
             case BroadcastType.TYPE_5 ->
-                    " (major " + (channelId() >>> 18 & 0xFF) + ", minor " + (channelId() >>> 8 & 0xFF) + ')';
+                    "major " + (channelId() >>> 18 & 0xFF) + ", minor " + (channelId() >>> 8 & 0xFF);
             default -> "";
         };
     }

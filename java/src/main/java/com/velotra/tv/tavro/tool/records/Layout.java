@@ -1,64 +1,63 @@
 package com.velotra.tv.tavro.tool.records;
 
-import com.velotra.tv.tavro.services.channellist.NetworkField;
-import com.velotra.tv.tavro.services.channellist.RecordField;
-import com.velotra.tv.tavro.services.channellist.SatelliteField;
-import com.velotra.tv.tavro.services.channellist.ServiceField;
-import com.velotra.tv.tavro.services.channellist.TransportStreamField;
-import java.util.Arrays;
-import java.util.EnumMap;
+import java.util.HashMap;
 import java.util.List;
-import java.util.Locale;
 import java.util.Map;
 import java.util.Optional;
-import java.util.function.Function;
-import java.util.function.Predicate;
-import java.util.stream.Stream;
+import java.util.concurrent.ConcurrentHashMap;
 
 /**
- * The fields of a record kind, and the bytes that no field has.
+ * The fields of a record kind, and the bytes that no field has, as the C++ structures have them.
  *
- * <p>The broadcast type of a service and the medium of a transport stream select a view: which fields share bytes that
- * other views use otherwise. What {@link Field#format} prints for all fields of a record, and {@link #rest}, are together
- * the whole record.
+ * <p>The broadcast type of a service and the medium of a transport stream select a view: what is in the bytes that
+ * views share. A record of an unknown one has no fields there. What {@link Field#format} prints for all fields of a
+ * record, and {@link #rest}, are together the whole record.
  */
 public final class Layout {
-    private static final int VIEWS = 1 << 8;
-    private static final Map<Kind, Layout> ALL = new EnumMap<>(Map.of(
-            Kind.SERVICES, new Layout(Kind.SERVICES, ServiceField.BROADCAST_TYPE.offset(),
-                    Stream.of(ServiceField.values()).map(field -> field(field, field.name(),
-                    record -> field.belongsTo((int) record.unsigned(ServiceField.BROADCAST_TYPE.offset(), 1))))),
-            Kind.STREAMS, new Layout(Kind.STREAMS, TransportStreamField.MEDIUM.offset(),
-                    Stream.of(TransportStreamField.values()).map(field -> field(field, field.name(),
-                    record -> field.belongsTo((int) record.unsigned(TransportStreamField.MEDIUM.offset(), 1))))),
-            Kind.NETWORKS, always(Kind.NETWORKS, NetworkField.values(), NetworkField::name),
-            Kind.SATELLITES, always(Kind.SATELLITES, SatelliteField.values(), SatelliteField::name)));
+    /**
+     * One way to read bytes that views share.
+     *
+     * @param value of the field that selects it
+     * @param label its name for people, such as "satellite"
+     * @param member the member of the C++ structure, such as "u_tuner.t_sat"
+     */
+    public record View(int value, String label, String member) {}
+
+    /**
+     * Consecutive bytes of a record that belong together.
+     *
+     * @param field the field that has them; empty for reserved bytes
+     * @param path the member of the C++ structure; empty for the bytes of an unknown view
+     */
+    public record Run(int offset, int width, Optional<Field> field, String path) {}
+
+    private static final int VALUES = 1 << 8; // of the selecting byte
+    private static final Map<Kind, Layout> ALL = new ConcurrentHashMap<>();
 
     private final Kind kind;
     private final int selector; // offset of the byte that selects a view; -1 without views
+    private final List<View> views;
     private final List<Field> fields;
-    private final View[] views = new View[VIEWS]; // by the value of that byte, each made when it is first needed
+    private final List<Reserved> reserved;
+    private final Map<String, Field> byName = new HashMap<>();
+    private final Fields[] byValue = new Fields[VALUES]; // of the selecting byte; each made when it is first needed
 
-    private Layout(Kind kind, int selector, Stream<Field> fields) {
+    /** Reserved bytes of some views, or of all records. */
+    record Reserved(int offset, int width, String member, List<View> views) {}
+
+    Layout(Kind kind, int selector, List<View> views, List<Field> fields, List<Reserved> reserved) {
         this.kind = kind;
         this.selector = selector;
-        this.fields = fields.toList();
-    }
-
-    private static <F extends RecordField> Layout always(Kind kind, F[] fields, Function<F, String> name) {
-        return new Layout(kind, -1, Arrays.stream(fields).map(field -> field(field, name.apply(field), record -> true)));
-    }
-
-    private static Field field(RecordField field, String name, Predicate<Record> in) {
-        // The terminator of a satellite's name has a field of its own.
-        int mostText = field == SatelliteField.NAME ? field.width() : field.width() - 1;
-        return new Field(name.toLowerCase(Locale.ROOT), field.label(), field.offset(), field.width(), field.style(),
-                mostText, in);
+        this.views = views;
+        this.fields = fields;
+        this.reserved = reserved;
+        fields.forEach(field -> byName.put(field.name(), field));
     }
 
     /** Returns the layout of a kind. */
     public static Layout of(Kind kind) {
-        return ALL.get(kind);
+        Layout layout = ALL.get(kind);
+        return layout != null ? layout : ALL.computeIfAbsent(kind, LayoutReader::read);
     }
 
     /** Returns all fields, by view and then by offset. Fields of different views may share bytes. */
@@ -68,53 +67,76 @@ public final class Layout {
 
     /** Returns the fields that a record has, by offset. */
     public List<Field> fields(Record record) {
-        return view(record).fields;
+        return of(record).fields;
     }
 
     /** Returns the field with that name. */
     public Optional<Field> field(String name) {
-        return fields.stream().filter(field -> field.name().equals(name)).findFirst();
+        return Optional.ofNullable(byName.get(name));
+    }
+
+    /** Returns the views of the records; none for networks and satellites. */
+    public List<View> views() {
+        return views;
+    }
+
+    /** Returns the view of a record; empty if it has none or an unknown one. */
+    public Optional<View> view(Record record) {
+        return of(record).view;
+    }
+
+    /** Returns all bytes of a record in runs: fields, reserved bytes, and the bytes of an unknown view. */
+    public List<Run> runs(Record record) {
+        return of(record).runs;
     }
 
     /**
-     * Returns the bytes of a record that are not zero and that no field has: reserved ones, and those of a broadcast type
-     * or medium that is not known. The text has one {@code OFFSET:HEX} for each run of bytes, as in
+     * Returns the bytes of a record that are not zero and that no field has: reserved ones, and those of a broadcast
+     * type or medium that is not known. The text has one {@code OFFSET:HEX} for each run of bytes, as in
      * {@code 105:0a0b 110:ff}; it is empty if there are none.
      */
     public String rest(Record record) {
-        return view(record).unnamed.format(record);
+        return of(record).unnamed.format(record);
     }
 
     /**
-     * Writes the bytes that no field has: those that the text names, and zeros to the others. Which these are depends on
-     * the broadcast type or medium, so write the fields first.
+     * Writes the bytes that no field has: those that the text names, and zeros to the others. Which these are depends
+     * on the broadcast type or medium, so write the fields first.
      *
      * @param text as {@link #rest} returns it
-     * @throws IllegalArgumentException with a message for the user if the text is malformed, or names a byte that a field
-     *     has; then nothing is written
+     * @throws IllegalArgumentException with a message for the user if the text is malformed, or names a byte that a
+     *     field has; then nothing is written
      */
     public void parseRest(String text, byte[] record) {
-        view(Record.of(kind, record)).unnamed.parse(text, record);
+        of(Record.of(kind, record)).unnamed.parse(text, record);
     }
 
-    private View view(Record record) {
+    private Fields of(Record record) {
         int value = selector < 0 ? 0 : (int) record.unsigned(selector, 1);
-        View view = views[value];
-        if (view == null) {
-            view = new View(fields.stream().filter(field -> field.in(record)).toList(), kind.recordBytes());
-            views[value] = view;
+        Fields known = byValue[value];
+        if (known == null) {
+            known = new Fields(record);
+            byValue[value] = known;
         }
-        return view;
+        return known;
     }
 
-    /** What the records with one broadcast type or medium have. */
-    private static final class View {
+    /** What records with the same selecting byte have in common. */
+    private final class Fields {
+        private final Optional<View> view;
         private final List<Field> fields;
+        private final List<Run> runs;
         private final UnnamedBytes unnamed;
 
-        View(List<Field> fields, int recordBytes) {
-            this.fields = fields;
-            unnamed = new UnnamedBytes(fields, recordBytes);
+        Fields(Record record) {
+            view = selector < 0 ? Optional.empty()
+                    : views.stream().filter(one -> one.value() == record.unsigned(selector, 1)).findFirst();
+            fields = Layout.this.fields.stream()
+                    .filter(field -> field.in(record))
+                    .sorted((a, b) -> Integer.compare(a.offset(), b.offset()))
+                    .toList();
+            unnamed = new UnnamedBytes(fields, kind.recordBytes());
+            runs = Runs.of(kind, record, fields, reserved, view);
         }
     }
 }

@@ -131,4 +131,113 @@ class LayoutTest {
                     assertThrows(IllegalArgumentException.class, () -> position.parse(wrong, bytes)).getMessage());
         }
     }
+
+    private static Field field(Kind kind, String name) {
+        return Layout.of(kind).field(name).orElseThrow();
+    }
+
+    /** A record with the values of some fields, each written as NAME=VALUE. */
+    private static Record record(Kind kind, String... values) {
+        byte[] bytes = new byte[kind.recordBytes()];
+        for (String value : values) {
+            int equals = value.indexOf('=');
+            field(kind, value.substring(0, equals)).parse(value.substring(equals + 1), bytes);
+        }
+        return Record.of(kind, bytes);
+    }
+
+    @Test
+    void valuesAreDescribedWithNamesUnitsAndFlags() {
+        for (String[] value : new String[][] {
+                {"medium=3", "3 (satellite)"}, {"medium=9", "9"}, {"frequency=12187000", "12187000 kHz"},
+                {"sat_symbol_rate=22000000", "22000000 Bd"}, {"sat_polarization=2", "2 (left)"},
+                {"ter_bandwidth=3", "3 (8 MHz)"}, {"flags=2", "0x00000002 (BarkerChannel)"},
+                {"flags=0", "0x00000000"}, {"flags=0x13", "0x00000013 (BarkerChannel, 0x11)"},
+                {"name=A\u001bB\"", "\"A·B\"\""}}) {
+            String name = value[0].substring(0, value[0].indexOf('='));
+            assertEquals(value[1], field(Kind.STREAMS, name).describe(record(Kind.STREAMS, value[0])));
+        }
+        Field position = field(Kind.SATELLITES, "orbital_position");
+        assertEquals("-8 (S0.8W)", position.describe(record(Kind.SATELLITES, "orbital_position=-8")));
+        Field channel = field(Kind.SERVICES, "channel_id");
+        assertEquals("0x001c0000 (major 7)",
+                channel.describe(record(Kind.SERVICES, "broadcast_type=2", "channel_id=0x1c0000")));
+        assertEquals("0x001c0300 (major 7, minor 3)",
+                channel.describe(record(Kind.SERVICES, "broadcast_type=5", "channel_id=0x1c0300")));
+        assertEquals("0x001c0000", channel.describe(record(Kind.SERVICES, "channel_id=0x1c0000")));
+    }
+
+    @Test
+    void aNameOfACodeOrItsBeginningIsParsed() {
+        for (String[] name : new String[][] {{"satellite", "3"}, {"SATELLITE", "3"}, {"c", "2"}}) {
+            assertEquals(name[1], field(Kind.STREAMS, "medium").format(record(Kind.STREAMS, "medium=" + name[0])));
+        }
+        assertEquals("1", field(Kind.STREAMS, "cab_mode").format(record(Kind.STREAMS, "cab_mode=DVB-C")));
+        String choice = ": it must be a number from 0 to 255, or one of: ";
+        assertWrong("'x' cannot be the medium" + choice + "terrestrial, cable, satellite", Kind.STREAMS, "medium=x");
+        assertWrong("'' cannot be the medium" + choice + "terrestrial, cable, satellite", Kind.STREAMS, "medium=");
+        assertWrong("'256' cannot be the medium" + choice + "terrestrial, cable, satellite", Kind.STREAMS,
+                "medium=256");
+        assertWrong("'audio' cannot be the service type" + choice + "audio and video, audio", Kind.SERVICES,
+                "service_type=audio");
+    }
+
+    private static void assertWrong(String message, Kind kind, String value) {
+        assertEquals(message,
+                assertThrows(IllegalArgumentException.class, () -> record(kind, value)).getMessage());
+    }
+
+    @Test
+    void flagsAreSetAndClearedByTheirKeys() {
+        assertEquals("0x00000818", field(Kind.SERVICES, "network_mask").format(record(Kind.SERVICES,
+                "network_mask=0x1f", "network_mask=+VnetScrambled -VnetActive,-vnetepg -VnetEpg",
+                "network_mask=-ventchannelblock", "network_mask=+VnetVisible", "network_mask=0x81a",
+                "network_mask=-VnetActive")));
+        assertWrong("'+Vnet' is not a flag with + or - before it; the flags are NwlFavNetworkCandidate, "
+                + "NwlFavNetwork", Kind.NETWORKS, "flags=+Vnet");
+        assertWrong("'NwlFavNetwork' is not a flag with + or - before it; the flags are NwlFavNetworkCandidate, "
+                + "NwlFavNetwork", Kind.NETWORKS, "flags=+NwlFavNetwork NwlFavNetwork");
+        assertWrong("'x' cannot be the flags: it must be a number from 0 to 4294967295; the flags are "
+                + "NwlFavNetworkCandidate, NwlFavNetwork", Kind.NETWORKS, "flags=x");
+    }
+
+    @Test
+    void aFieldHasItsPlaceInTheStructureAndItsJavaKeys() {
+        Field polarization = field(Kind.STREAMS, "sat_polarization");
+        assertEquals("u_tuner.t_sat.e_pol", polarization.path());
+        assertEquals("[TunerPolarizaTion]", polarization.keys().toString());
+        assertEquals(Field.Rule.NUMBER, polarization.keys().get(0).rule());
+        assertEquals(List.of(new Field.Flag(2, "NwlFavNetworkCandidate"), new Field.Flag(4, "NwlFavNetwork")),
+                field(Kind.NETWORKS, "flags").flags());
+        assertEquals(new Field.Code(5, 10000, "10 MHz"), field(Kind.STREAMS, "ter_bandwidth").codes().get(4));
+        assertEquals("u_specific.t_dvb.aui2_code[2]", field(Kind.SERVICES, "region_code_3").path());
+        Field shared = field(Kind.SERVICES, "short_name");
+        assertEquals("u_specific.t_dvb.t_common.s_svc_name", shared.path());
+        assertEquals("u_specific.t_dtmb.t_common.s_svc_name",
+                shared.path(record(Kind.SERVICES, "broadcast_type=DTMB")));
+        assertEquals("[View[value=2, label=DVB, member=u_specific.t_dvb], View[value=7, label=DTMB, "
+                + "member=u_specific.t_dtmb]]", shared.views().toString());
+    }
+
+    @Test
+    void runsAreEveryByteOnce() {
+        records().forEach(record -> {
+            int end = 0;
+            for (Layout.Run run : Layout.of(record.kind()).runs(record)) {
+                assertEquals(end, run.offset());
+                end += run.width();
+            }
+            assertEquals(record.kind().recordBytes(), end);
+        });
+    }
+
+    @Test
+    void runsNameReservedBytesAndThoseOfAnUnknownView() {
+        List<Layout.Run> known = Layout.of(Kind.STREAMS).runs(record(Kind.STREAMS, "medium=cable"));
+        assertEquals("Run[offset=64, width=16, field=Optional.empty, path=u_tuner.t_cab.aui1_reserved_16]",
+                known.stream().filter(run -> run.offset() == 64).findFirst().orElseThrow().toString());
+        List<Layout.Run> unknown = Layout.of(Kind.STREAMS).runs(record(Kind.STREAMS, "medium=9"));
+        assertEquals("Run[offset=48, width=128, field=Optional.empty, path=]",
+                unknown.stream().filter(run -> run.offset() == 48).findFirst().orElseThrow().toString());
+    }
 }
