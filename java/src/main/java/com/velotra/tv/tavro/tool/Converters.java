@@ -1,9 +1,12 @@
 package com.velotra.tv.tavro.tool;
 
+import com.velotra.tv.tavro.services.channellist.OrbitalPosition;
 import com.velotra.tv.tavro.services.channellist.RecordId;
+import com.velotra.tv.tavro.tool.listing.Filter;
 import com.velotra.tv.tavro.tool.records.Kind;
 import com.velotra.tv.tavro.tool.transponders.ListIds;
 import java.util.Arrays;
+import java.util.Locale;
 import picocli.CommandLine.ITypeConverter;
 import picocli.CommandLine.TypeConversionException;
 
@@ -46,6 +49,44 @@ final class Converters {
         @Override
         public Integer convert(String text) {
             return number(text, 1, LAST_LIST - ListIds.COUNT + 1, "a first list id");
+        }
+    }
+
+    /** A transport stream: its record or its transport_stream_id. */
+    static final class StreamFilter implements ITypeConverter<Filter> {
+        @Override
+        public Filter convert(String text) {
+            if (text.indexOf(',') >= 0) {
+                return Filter.byStream(new Record().convert(text));
+            }
+            return Filter.byTransportStreamId(number(text, 0, LAST_LIST, "a transport stream: write LIST,RECORD or a "
+                    + "transport stream id"));
+        }
+    }
+
+    /** A network, by its network_id. */
+    static final class NetworkFilter implements ITypeConverter<Filter> {
+        @Override
+        public Filter convert(String text) {
+            return Filter.byNetwork(number(text, 0, LAST_LIST, "a network id"));
+        }
+    }
+
+    /** A satellite: its record or its orbital position. */
+    static final class SatelliteFilter implements ITypeConverter<Filter> {
+        @Override
+        public Filter convert(String text) {
+            if (text.indexOf(',') >= 0) {
+                return Filter.bySatellite(new Record().convert(text));
+            }
+            String position = text.toUpperCase(Locale.ROOT);
+            try {
+                return Filter.byPosition(OrbitalPosition.parse(position.startsWith("S") ? position : "S" + position)
+                        .tenths());
+            } catch (IllegalArgumentException e) {
+                throw new TypeConversionException(
+                        "'" + text + "' is not a satellite: write LIST,RECORD or a position such as 19.2E");
+            }
         }
     }
 

@@ -5,6 +5,7 @@ import com.velotra.tv.tavro.services.channellist.Printable;
 import com.velotra.tv.tavro.tool.help.HelpTexts;
 import com.velotra.tv.tavro.tool.input.Failure;
 import com.velotra.tv.tavro.tool.input.Source;
+import com.velotra.tv.tavro.tool.listing.MalformedExpression;
 import com.velotra.tv.tavro.tool.storage.Storage;
 import java.io.BufferedOutputStream;
 import java.io.FileDescriptor;
@@ -79,6 +80,9 @@ public final class Main {
                     String name = wrong.getCommandLine().getCommandName();
                     boolean ofCommand = !name.equals(NAME);
                     System.err.println("tavro: " + (ofCommand ? name + ": " : "") + Printable.of(whatIsWrong(wrong)));
+                    if (wrong.getCause() instanceof MalformedExpression expression) {
+                        System.err.println(expression.marked());
+                    }
                     System.err.println("See: " + Shell.command() + (ofCommand ? " " + name : "") + " --help");
                     return ExitCode.WRONG_USAGE;
                 })

@@ -74,8 +74,8 @@ class ImportCommandTest {
                 imported(file("table", CABLE)));
         assertEquals(
                 """
-                record  standard  frequency  symbol rate  stream id  network id  network record  name
-                     1  DVB-C        330000      6900000          0           0  0,0             Uno
+                record  standard  frequency  symbol rate  stream id  original network id  network record  name
+                     1  DVB-C        330000      6900000          0                    0  -               Uno
                 1 transport stream
                 """,
                 ToolProcess.runHere("list", "42", "--kind", "streams").out());
@@ -155,9 +155,9 @@ class ImportCommandTest {
                 imported(channels));
         assertEquals(
                 """
-                record  LCN  name  service id  type  scrambled  shown  transport stream
-                     1    -  Uno            7  TV    no         yes    42,1
-                     2    -  Due            8  TV    no         yes    42,1
+                record  LCN  name  service id  type  scrambled  shown  transport stream  frequency
+                     1    -  Uno            7  TV    no         yes    42,1                 410000
+                     2    -  Due            8  TV    no         yes    42,1                 410000
                 2 services
                 """,
                 ToolProcess.runHere("list", "42").out());

@@ -27,7 +27,9 @@ class MainTest {
             + "See: ./tavro show --help\n";
     private static final String USAGE_LIST =
             """
-            Usage: ./tavro list [-h] [--first=N] [-k=KIND] ID
+            Usage: ./tavro list [-h] [--json] [--by-network=ID] [--by-satellite=SAT]
+                                [--by-stream=STREAM] [--columns=NAMES] [--first=N]
+                                [-k=KIND] [--sort=NAMES] [--where=EXPR] ID
             """;
 
     @TempDir

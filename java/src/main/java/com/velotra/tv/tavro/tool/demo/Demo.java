@@ -15,12 +15,13 @@ import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamList;
 import com.velotra.tv.tavro.tool.importing.Importer;
 import com.velotra.tv.tavro.tool.input.ImportReport;
 import com.velotra.tv.tavro.tool.input.Source;
+import com.velotra.tv.tavro.tool.records.Kind;
+import com.velotra.tv.tavro.tool.records.Record;
 import com.velotra.tv.tavro.tool.services.Service;
 import com.velotra.tv.tavro.tool.services.ServiceImport;
 import com.velotra.tv.tavro.tool.storage.Storage;
+import com.velotra.tv.tavro.tool.storage.StoredLists;
 import com.velotra.tv.tavro.tool.tables.SatelliteTable;
-import com.velotra.tv.tavro.tool.tables.ServiceTable;
-import com.velotra.tv.tavro.tool.tables.StreamTable;
 import com.velotra.tv.tavro.tool.transponders.ListIds;
 import com.velotra.tv.tavro.tool.transponders.StreamImport.Stored;
 import java.io.ByteArrayOutputStream;
@@ -58,7 +59,6 @@ public final class Demo {
     private static final ListIds LISTS = new ListIds(TERRESTRIAL, CABLE, SATELLITE);
 
     private static final int ROWS = 8;
-    private static final int COLUMNS = 110;
 
     private final VltTvChannelList lists;
     private final VltTvTransportStreamList streams = VltTvTransportStreamList.getInstance();
@@ -156,9 +156,10 @@ public final class Demo {
         out.println();
         List<VltTvSatelliteInfo> stored = satelliteLists.getAll(SATELLITE);
         stored.forEach(satellite -> positions.add(satellite.getOrbitPosition()));
-        List<VltTvSatelliteInfo> inUse = stored.stream().filter(satellite -> satellite.has(SatelliteFlag.ENABLED))
-                .toList();
-        SatelliteTable.of(inUse, ROWS, COLUMNS).lines().forEach(line -> out.println("   " + line));
+        Set<Integer> inUse = stored.stream().filter(satellite -> satellite.has(SatelliteFlag.ENABLED))
+                .map(satellite -> satellite.id().recordId()).collect(Collectors.toSet());
+        printTable(StoredLists.read(Kind.SATELLITES, SATELLITE).stream()
+                .filter(satellite -> inUse.contains(satellite.id())).toList());
         List<String> source = satelliteLines();
         List<String> found = stored.stream()
                 .map(satellite -> new OrbitalPosition(satellite.getOrbitPosition()) + " " + satellite.getName())
@@ -231,14 +232,14 @@ public final class Demo {
         heading("List: the first services of each list, read under its read lock");
         for (int listId : new int[] {SATELLITE, CABLE, TERRESTRIAL}) {
             out.println();
-            table(lists.getAll(listId), ROWS).lines().forEach(line -> out.println("   " + line));
+            printTable(StoredLists.read(Kind.SERVICES, listId));
         }
         out.println();
-        StreamTable.of(streams.getAll(SATELLITE), ROWS, COLUMNS).lines().forEach(line -> out.println("   " + line));
+        printTable(StoredLists.read(Kind.STREAMS, SATELLITE));
     }
 
-    private static String table(List<ServiceRecord> services, int most) {
-        return ServiceTable.of(services, most, COLUMNS);
+    private void printTable(List<Record> records) {
+        FirstRecords.lines(records, ROWS).forEach(line -> out.println("   " + line));
     }
 
     private void traceService() {
@@ -294,7 +295,7 @@ public final class Demo {
         lists.update(SATELLITE, VltTvChannelInfoBase.forRecord(hidden).setVnetVisible(false));
 
         List<ServiceRecord> after = lists.getAll(SATELLITE);
-        table(after, 3).lines().limit(4).forEach(line -> out.println("   " + line));
+        FirstRecords.lines(FirstRecords.of(after), 3).stream().limit(4).forEach(line -> out.println("   " + line));
         check(after.get(0).name().equals("My favorite"), "%s is called '%s' instead of '%s'", renamed,
                 after.get(0).name(), before.get(0).name());
         check(after.get(1).logicalChannelNumber() == 7, "%s has the number %d", numbered,
@@ -314,7 +315,7 @@ public final class Demo {
         RecordId first = all.get(0).transportStream();
         List<ServiceRecord> expected = all.stream().filter(service -> service.transportStream().equals(first)).toList();
         List<ServiceRecord> found = lists.byTransportStreamRecord(first);
-        table(found, ROWS).lines().forEach(line -> out.println("   " + line));
+        printTable(FirstRecords.of(found));
         check(found.equals(expected), "%d services are on transport stream %s", found.size(), first);
         Map<RecordId, List<ServiceRecord>> byStream =
                 all.stream().collect(Collectors.groupingBy(ServiceRecord::transportStream));

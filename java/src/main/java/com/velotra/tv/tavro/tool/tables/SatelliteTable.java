@@ -5,11 +5,10 @@ import com.velotra.tv.tavro.services.channellist.Printable;
 import com.velotra.tv.tavro.services.channellist.SatelliteFlag;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfo;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfoBase;
-import com.velotra.tv.tavro.tool.output.Table;
 import java.util.ArrayList;
 import java.util.List;
 
-/** Satellites as a table, one per row. */
+/** Satellites as text. */
 public final class SatelliteTable {
     private static final int BURST_A = 5;
     private static final int BURST_B = 6;
@@ -17,21 +16,6 @@ public final class SatelliteTable {
     private static final String NONE = "-";
 
     private SatelliteTable() {}
-
-    /** Formats the first {@code most} satellites of a list in lines of at most {@code columns}. */
-    public static String of(List<VltTvSatelliteInfo> satellites, int most, int columns) {
-        Table table = new Table(">record", ">position", "name", "in use", "LNB", "DiSEqC");
-        for (VltTvSatelliteInfo satellite : satellites.subList(0, Math.min(most, satellites.size()))) {
-            table.add(
-                    satellite.id().recordId(),
-                    position(satellite),
-                    satellite.getName(),
-                    yesNo(satellite.has(SatelliteFlag.ENABLED)),
-                    lnb(satellite),
-                    switchPosition(satellite.getDiseqcPosition()));
-        }
-        return table.toString(columns) + Table.more(satellites.size() - most);
-    }
 
     /** Formats one satellite in one line. */
     public static String summary(VltTvSatelliteInfo satellite) {
