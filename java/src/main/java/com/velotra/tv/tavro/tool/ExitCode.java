@@ -5,6 +5,8 @@ final class ExitCode {
     static final int DONE = 0;
     /** Wholly or partly. */
     static final int FAILED = 1;
+    /** Of diff: the two sides differ. */
+    static final int DIFFERENT = 1;
     static final int WRONG_USAGE = 2;
 
     private ExitCode() {}

@@ -28,6 +28,7 @@ import picocli.CommandLine.TypeConversionException;
             ListsCommand.class,
             ListCommand.class,
             ShowCommand.class,
+            DiffCommand.class,
             ImportCommand.class,
             DemoCommand.class
         })

@@ -107,14 +107,13 @@ public final class Comparison {
         }
 
         Comparison build() {
+            int[] before = removedBefore();
             for (int i = 0; i < to.size(); i++) {
+                addRemoved(before[i]);
                 int partner = pairing.fromOf(i);
                 if (partner < 0) {
                     differences.add(new Difference(null, to.get(i), 0, i + 1, false, List.of()));
                 } else {
-                    if (kept[i]) {
-                        addRemoved(partner);
-                    }
                     addPair(partner, i);
                 }
             }
@@ -122,7 +121,20 @@ public final class Comparison {
             return new Comparison(differences, equal);
         }
 
-        /** Removed records stand where they were among the records that keep their order. */
+        /**
+         * Removed records stand where they were among the records that keep their order, and before added ones. Returns
+         * by index in the second list which index of the first they end at.
+         */
+        private int[] removedBefore() {
+            int[] before = new int[to.size()];
+            int end = from.size();
+            for (int i = before.length - 1; i >= 0; i--) {
+                end = kept[i] ? pairing.fromOf(i) : end;
+                before[i] = end;
+            }
+            return before;
+        }
+
         private void addRemoved(int end) {
             for (; nextRemoved < end; nextRemoved++) {
                 if (pairing.toOf(nextRemoved) < 0) {

@@ -14,49 +14,49 @@ import java.util.Optional;
 import java.util.Random;
 
 /** Lists for tests: services with their transport streams, networks and satellites, all in lists with one id. */
-final class Sample {
+public final class Sample {
     private final int listId;
     private final Map<Kind, List<Record>> records = new EnumMap<>(Kind.class);
 
-    Sample(int listId) {
+    public Sample(int listId) {
         this.listId = listId;
         Arrays.stream(Kind.values()).forEach(kind -> records.put(kind, new ArrayList<>()));
     }
 
     /** Adds a record with values such as "name=One"; all else is 0. */
-    Sample add(Kind kind, int id, String... values) {
+    public Sample add(Kind kind, int id, String... values) {
         records.get(kind).add(with(record(kind, id), values));
         return this;
     }
 
     /** Adds a DVB service of a transport stream of the same list id. */
-    Sample service(int id, String name, int stream, int serviceId, String... values) {
+    public Sample service(int id, String name, int stream, int serviceId, String... values) {
         return add(Kind.SERVICES, id, concat(values, "broadcast_type=2", "name=" + name, "tsl_id=" + listId,
                 "tsl_record_id=" + stream, "service_id=" + serviceId));
     }
 
     /** Adds a terrestrial stream. */
-    Sample stream(int id, int frequency, int networkId, int streamId) {
+    public Sample stream(int id, int frequency, int networkId, int streamId) {
         return add(Kind.STREAMS, id, "broadcast_type=2", "medium=1", "frequency=" + frequency,
                 "original_network_id=" + networkId, "transport_stream_id=" + streamId, "tsl_id=" + listId);
     }
 
     /** Adds a satellite stream. */
-    Sample stream(int id, int frequency, int polarization, int satellite, int networkId, int streamId) {
+    public Sample stream(int id, int frequency, int polarization, int satellite, int networkId, int streamId) {
         return add(Kind.STREAMS, id, "broadcast_type=2", "medium=3", "frequency=" + frequency,
                 "sat_polarization=" + polarization, "satl_id=" + listId, "satl_record_id=" + satellite,
                 "original_network_id=" + networkId, "transport_stream_id=" + streamId, "tsl_id=" + listId);
     }
 
-    Sample satellite(int id, String name, int position) {
+    public Sample satellite(int id, String name, int position) {
         return add(Kind.SATELLITES, id, "name=" + name, "orbital_position=" + position);
     }
 
-    static Record record(Kind kind, int id) {
+    public static Record record(Kind kind, int id) {
         return with(Record.of(kind, new byte[kind.recordBytes()]), "record_id=" + id);
     }
 
-    static Record with(Record record, String... values) {
+    public static Record with(Record record, String... values) {
         Record changed = record;
         for (String value : values) {
             String[] parts = value.split("=", 2);
@@ -66,7 +66,7 @@ final class Sample {
         return changed;
     }
 
-    RecordList list(Kind kind) {
+    public RecordList list(Kind kind) {
         return RecordList.of(kind, listId, "SAMPLE_" + listId, records.get(kind));
     }
 
