@@ -7,7 +7,11 @@
 #include "storage_error.h"
 
 #include <cstddef>
+#include <cstdlib>
+#include <filesystem>
 #include <new>
+#include <string>
+#include <system_error>
 
 namespace tavro::host {
 
@@ -40,6 +44,19 @@ MwStatus report_exception() {
     }
 }
 
+// The access that TAVRO_READ_ONLY sets.
+Access access_of_environment() {
+    const char* const value = std::getenv("TAVRO_READ_ONLY");
+    const std::string text = value == nullptr ? "" : value;
+    if (text.empty() || text == "0") {
+        return Access::kReadWrite;
+    }
+    if (text != "1") {
+        report_once("TAVRO_READ_ONLY is '" + text + "', but must be 0 or 1; this process only reads lists");
+    }
+    return Access::kReadOnly;
+}
+
 } // namespace
 
 // Runs `body`. Turns an exception into a status and a log line.
@@ -56,6 +73,8 @@ MwStatus Engine::guarded(Body body) noexcept {
     }
 }
 
+Access Engine::access() const { return read_only_ ? Access::kReadOnly : access_of_environment(); }
+
 // Runs `body` with the handle's list while holding the engine's mutex.
 template <class Body>
 MwStatus Engine::on_list(const Kind& kind, MwdbHandle handle, Body body) noexcept {
@@ -66,9 +85,10 @@ MwStatus Engine::on_list(const Kind& kind, MwdbHandle handle, Body body) noexcep
     });
 }
 
-// Runs `body` with the handle's list and the lock file, after unlocking the engine's mutex.
+// Runs `body` with the handle's list and the lock file, after unlocking the engine's mutex. A process that only reads
+// needs no read locks: it sees each list as it was at one moment.
 template <class Body>
-MwStatus Engine::on_list_lock(const Kind& kind, MwdbHandle handle, Body body) noexcept {
+MwStatus Engine::on_list_lock(const Kind& kind, MwdbHandle handle, LockLevel level, Body body) noexcept {
     return guarded([&] {
         std::unique_lock<std::mutex> alone(mutex_);
         const OpenList* const open = find(kind, handle);
@@ -76,6 +96,9 @@ MwStatus Engine::on_list_lock(const Kind& kind, MwdbHandle handle, Body body) no
             return kHostBadHandle;
         }
         const ListKey list = open->list;
+        if (level == LockLevel::kRead && lists().is_read_only()) {
+            return kMwOk;
+        }
         const std::shared_ptr<LockFile> file = lists().lock_file();
         const std::uint64_t round = locks_.round();
         alone.unlock();
@@ -94,7 +117,7 @@ Lists& Engine::lists(Clock::time_point began) {
         throw Failure(failed_opening_->failure);
     }
     try {
-        lists_ = std::make_unique<Lists>(home_directory());
+        lists_ = std::make_unique<Lists>(home_directory(), access());
         return *lists_;
     } catch (const Failure& failure) {
         failed_opening_ = {failure, Clock::now()};
@@ -213,6 +236,7 @@ MwStatus Engine::store_file(const Kind& kind, MwdbHandle handle, const char* pat
         std::string name;
         StoredRecords records;
         const MwStatus status = on_list(kind, handle, [&](const ListKey& list) {
+            lists().need_write_access();
             list_id = list.list_id;
             return lists().load(kind, list, name, records);
         });
@@ -229,14 +253,14 @@ MwStatus Engine::store_file(const Kind& kind, MwdbHandle handle, const char* pat
 }
 
 MwStatus Engine::lock(const Kind& kind, MwdbHandle handle, LockLevel level) {
-    return on_list_lock(kind, handle,
+    return on_list_lock(kind, handle, level,
                         [&](const ListKey& list, const std::shared_ptr<LockFile>& file, std::uint64_t round) {
                             return locks_.lock(file, kind, list, level, round);
                         });
 }
 
 MwStatus Engine::unlock(const Kind& kind, MwdbHandle handle, LockLevel level) {
-    return on_list_lock(kind, handle, [&](const ListKey& list, const std::shared_ptr<LockFile>&, std::uint64_t) {
+    return on_list_lock(kind, handle, level, [&](const ListKey& list, const std::shared_ptr<LockFile>&, std::uint64_t) {
         return locks_.unlock(list, level);
     });
 }
@@ -303,6 +327,30 @@ MwStatus Engine::count(const Kind& kind, MwdbHandle handle, const Filter& filter
             return kHostBadArgument;
         }
         return lists().count(kind, list, filter, count, version);
+    });
+}
+
+void Engine::set_read_only(bool read_only) {
+    std::lock_guard<std::mutex> alone(mutex_);
+    read_only_ = read_only;
+    if (lists_ != nullptr && !lists_->is_read_only()) {
+        if (access() == Access::kReadWrite) {
+            return;
+        }
+        locks_.clear();
+    }
+    failed_opening_.reset();
+    lists_.reset();
+}
+
+void Engine::open_writable(const std::string& directory) {
+    guarded([&] {
+        std::lock_guard<std::mutex> alone(mutex_);
+        std::error_code ignored;
+        if (access() == Access::kReadWrite && std::filesystem::equivalent(directory, home_directory(), ignored)) {
+            lists();
+        }
+        return kMwOk;
     });
 }
 

@@ -13,6 +13,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <string>
 
 namespace tavro::host {
 
@@ -51,6 +52,11 @@ public:
 
     // Releases every handle and lock and closes the storage; the next call reopens it.
     void reset();
+    // Only reads from the next call on, or does again what TAVRO_READ_ONLY says. Handles stay valid; the locks of this
+    // process end if it no longer writes. A call with true also ends the state that this process has read so far.
+    void set_read_only(bool read_only);
+    // Opens the storage if this process may write to it and it is in this directory.
+    void open_writable(const std::string& directory);
     // Number of SQLite virtual machine instructions that the open storage has run: a measure of work.
     std::uint64_t work();
 
@@ -65,12 +71,13 @@ private:
         ListKey list;
     };
 
+    Access access() const;
     template <class Body>
     tavro::MwStatus guarded(Body body) noexcept;
     template <class Body>
     tavro::MwStatus on_list(const Kind& kind, tavro::MwdbHandle handle, Body body) noexcept;
     template <class Body>
-    tavro::MwStatus on_list_lock(const Kind& kind, tavro::MwdbHandle handle, Body body) noexcept;
+    tavro::MwStatus on_list_lock(const Kind& kind, tavro::MwdbHandle handle, LockLevel level, Body body) noexcept;
 
     Lists& lists(Clock::time_point began = Clock::time_point::max());
     template <class Prepare>
@@ -78,7 +85,8 @@ private:
     const OpenList* find(const Kind& kind, tavro::MwdbHandle handle) const;
     void drop_handle(tavro::MwdbHandle handle);
 
-    std::mutex mutex_; // guards the next four members; never held while waiting for a list's lock
+    std::mutex mutex_;       // guards the next five members; never held while waiting for a list's lock
+    bool read_only_ = false; // otherwise TAVRO_READ_ONLY decides
     std::unique_ptr<Lists> lists_;
     std::optional<FailedOpening> failed_opening_; // the last one
     std::map<tavro::MwdbHandle, OpenList> open_lists_;

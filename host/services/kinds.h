@@ -24,6 +24,16 @@ inline constexpr Kind kTsl{2, "tsl", sizeof(_TSL_REC_T), offsetof(_TSL_REC_T, ui
 inline constexpr Kind kNwl{3, "nwl", sizeof(_NWL_REC_T), offsetof(_NWL_REC_T, ui2_nwl_rec_id)};
 inline constexpr Kind kSatl{4, "satl", sizeof(_SATL_REC_T), offsetof(_SATL_REC_T, ui2_satl_rec_id)};
 
+// Returns the kind with that number, or null.
+inline const Kind* find_kind(std::int64_t number) {
+    for (const Kind* const kind : {&kSvl, &kTsl, &kNwl, &kSatl}) {
+        if (kind->number == number) {
+            return kind;
+        }
+    }
+    return nullptr;
+}
+
 inline std::uint16_t record_id_of(const Kind& kind, const void* record) {
     std::uint16_t id = 0;
     std::memcpy(&id, static_cast<const char*>(record) + kind.record_id_offset, sizeof id);

@@ -134,31 +134,95 @@ bool is_sound(Connection& file) {
     return check.step() && check.text(0, "the result") == "ok";
 }
 
-// Throws SqlError if SQLite finds the database damaged.
-bool read_list(Connection& file, std::size_t file_bytes, const Kind& kind, StoredRecords& records) {
+// Reads a list of that kind, or of any kind if it is null; then also its id and name, which loads ignore. Throws
+// SqlError if SQLite finds the database damaged.
+ListFileState read_list(Connection& file, std::size_t file_bytes, const Kind* only, ListFile& found) {
+    if (file.number("PRAGMA application_id") != kListFileApplication) {
+        return ListFileState::kNotAListFile;
+    }
     const std::int64_t version = file.number("PRAGMA user_version");
     const bool old = version == kOldListFileVersion;
+    if (version != kListFileVersion && !old) {
+        return ListFileState::kOtherVersion;
+    }
     // SQLite reads a truncated last page as if it were filled with zeros.
     if (file.number("PRAGMA page_count") * file.number("PRAGMA page_size") != static_cast<std::int64_t>(file_bytes) ||
-        file.number("PRAGMA application_id") != kListFileApplication || (version != kListFileVersion && !old) ||
         !has_tables(file, old ? kOldListTable : kListTable)) {
-        return false;
+        return ListFileState::kDamaged;
     }
-    Statement list =
-        file.prepare(old ? "SELECT kind FROM list LIMIT 2" : "SELECT kind, records, checksum FROM list LIMIT 2");
-    if (!list.step() || list.number(0) != kind.number) {
-        return false;
+    Statement list = file.prepare(old ? "SELECT kind, list_id, name FROM list LIMIT 2"
+                                      : "SELECT kind, list_id, name, records, checksum FROM list LIMIT 2");
+    found.kind = list.step() ? find_kind(list.number(0)) : nullptr;
+    if (found.kind == nullptr || (only != nullptr && found.kind != only)) {
+        return ListFileState::kDamaged;
     }
-    const std::int64_t number = old ? 0 : list.number(1);
-    const std::int64_t sum = old ? 0 : list.number(2);
+    if (only == nullptr) {
+        found.list_id = static_cast<std::uint16_t>(list.number(1, "a list id", 1, 0xFFFF));
+        found.name = list.text(2, "a name");
+    }
+    const std::int64_t number = old ? 0 : list.number(3);
+    const std::int64_t sum = old ? 0 : list.number(4);
     if (list.step()) {
-        return false;
+        return ListFileState::kDamaged;
     }
     limit_steps(file, 0); // read_records is bounded
-    const std::int64_t most = std::min(kMostRecords, static_cast<std::int64_t>(file_bytes / kind.record_bytes));
-    return read_records(file, kind, most, records) &&
-           (old ? is_sound(file)
-                : (static_cast<std::int64_t>(records.ids.size()) == number && checksum(records.bytes) == sum));
+    StoredRecords& records = found.records;
+    const std::int64_t most = std::min(kMostRecords, static_cast<std::int64_t>(file_bytes / found.kind->record_bytes));
+    const bool sound =
+        read_records(file, *found.kind, most, records) &&
+        (old ? is_sound(file)
+             : (static_cast<std::int64_t>(records.ids.size()) == number && checksum(records.bytes) == sum));
+    return sound ? ListFileState::kSound : ListFileState::kDamaged;
+}
+
+// `only` as above.
+ListFileState parse(const void* content, std::size_t bytes, const Kind* only, ListFile& list) {
+    try {
+        ListFile found;
+        Connection file = open_content(content, bytes);
+        const ListFileState state = read_list(file, bytes, only, found);
+        if (state == ListFileState::kSound) {
+            list = std::move(found);
+        }
+        return state;
+    } catch (const SqlError& error) { // the content is in memory, so nothing else can be wrong
+        return error.code() == SQLITE_NOTADB ? ListFileState::kNotAListFile : ListFileState::kDamaged;
+    }
+}
+
+ListFileState read(const std::string& path, const Kind* only, ListFile& list) {
+    constexpr char kAction[] = "read list file";
+    std::uint64_t size = 0;
+    const File file = open_to_read(kAction, path, size);
+    if (!file.is_open()) {
+        return ListFileState::kNoFile;
+    }
+    const Kind& largest = kTsl;
+    static_assert(kTsl.record_bytes >= kSvl.record_bytes && kTsl.record_bytes >= kNwl.record_bytes &&
+                  kTsl.record_bytes >= kSatl.record_bytes);
+    if (size > most_file_bytes(only == nullptr ? largest : *only)) {
+        return ListFileState::kNotAListFile;
+    }
+    auto bytes = static_cast<std::size_t>(size);
+    std::vector<unsigned char> content(bytes);
+    const int error = read_all(file, content.data(), bytes);
+    if (error != 0) {
+        throw file_failure(kHostCannotReadFile, kAction, path, error);
+    }
+    return parse(content.data(), bytes, only, list);
+}
+
+// For a list of one kind, whose records go to `records`.
+MwStatus status_of(ListFileState state, ListFile& list, StoredRecords& records) {
+    switch (state) {
+    case ListFileState::kSound:
+        records = std::move(list.records);
+        return kMwOk;
+    case ListFileState::kNoFile:
+        return kMwNoFile;
+    default:
+        return kMwNotAListFile;
+    }
 }
 
 } // namespace
@@ -179,36 +243,21 @@ void write_list_file(const std::string& path, const Kind& kind, std::uint16_t li
 }
 
 MwStatus read_list_file(const std::string& path, const Kind& kind, StoredRecords& records) {
-    constexpr char kAction[] = "read list file";
-    std::uint64_t size = 0;
-    const File file = open_to_read(kAction, path, size);
-    if (!file.is_open()) {
-        return kMwNoFile;
-    }
-    if (size > most_file_bytes(kind)) {
-        return kMwNotAListFile;
-    }
-    auto bytes = static_cast<std::size_t>(size);
-    std::vector<unsigned char> content(bytes);
-    const int error = read_all(file, content.data(), bytes);
-    if (error != 0) {
-        throw file_failure(kHostCannotReadFile, kAction, path, error);
-    }
-    return parse_list_file(content.data(), bytes, kind, records);
+    ListFile list;
+    const ListFileState state = read(path, &kind, list);
+    return status_of(state, list, records);
 }
 
 MwStatus parse_list_file(const void* content, std::size_t bytes, const Kind& kind, StoredRecords& records) {
-    try {
-        StoredRecords found;
-        Connection file = open_content(content, bytes);
-        if (!read_list(file, bytes, kind, found)) {
-            return kMwNotAListFile;
-        }
-        records = std::move(found);
-        return kMwOk;
-    } catch (const SqlError&) {
-        return kMwNotAListFile; // the content is in memory, so nothing else can be wrong
-    }
+    ListFile list;
+    const ListFileState state = parse(content, bytes, &kind, list);
+    return status_of(state, list, records);
+}
+
+ListFileState read_list_file(const std::string& path, ListFile& list) { return read(path, nullptr, list); }
+
+ListFileState parse_list_file(const void* content, std::size_t bytes, ListFile& list) {
+    return parse(content, bytes, nullptr, list);
 }
 
 } // namespace tavro::host

@@ -25,6 +25,16 @@ struct StoredRecords {
     std::vector<std::byte> bytes;
 };
 
+// What a list file has about its list.
+struct ListFile {
+    const Kind* kind = nullptr;
+    std::uint16_t list_id = 0;
+    std::string name;
+    StoredRecords records;
+};
+
+enum class ListFileState { kSound, kNoFile, kNotAListFile, kOtherVersion, kDamaged };
+
 // Replaces the file at `path` atomically. Throws Failure(kHostCannotWriteFile).
 void write_list_file(const std::string& path, const Kind& kind, std::uint16_t list_id, const std::string& name,
                      const StoredRecords& records);
@@ -35,5 +45,9 @@ tavro::MwStatus read_list_file(const std::string& path, const Kind& kind, Stored
 
 // Does the same for a file's content. Time and memory are bounded, whatever the content.
 tavro::MwStatus parse_list_file(const void* content, std::size_t bytes, const Kind& kind, StoredRecords& records);
+
+// Read a list file of any kind. `list` is written only if the file is sound. Throw as the functions above.
+ListFileState read_list_file(const std::string& path, ListFile& list);
+ListFileState parse_list_file(const void* content, std::size_t bytes, ListFile& list);
 
 } // namespace tavro::host

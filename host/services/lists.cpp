@@ -1,9 +1,12 @@
 #include "lists.h"
 
+#include "failure.h"
+#include "snapshot.h"
 #include "status.h"
 
 #include <cstring>
 #include <new>
+#include <utility>
 
 namespace tavro::host {
 namespace {
@@ -14,6 +17,26 @@ constexpr std::size_t kMostImageBytes = std::size_t{128} << 20;
 const std::byte* bytes_of(const void* record) { return static_cast<const std::byte*>(record); }
 
 } // namespace
+
+Lists::Lists(const std::string& directory, Access access) {
+    if (access == Access::kReadOnly) {
+        source_ = std::make_unique<Snapshot>(directory);
+        return;
+    }
+    auto storage = std::make_unique<Storage>(directory);
+    storage_ = storage.get();
+    source_ = std::move(storage);
+}
+
+// The storage, for a change.
+Storage& Lists::storage() const {
+    if (storage_ == nullptr) {
+        throw Failure(kHostReadOnly,
+                      "cannot change lists: this process only reads them; unset TAVRO_READ_ONLY, or call "
+                      "tavro_host_set_access");
+    }
+    return *storage_;
+}
 
 Lists::Known& Lists::known(const Kind& kind, const ListKey& list) {
     auto found = known_.find(list);
@@ -60,12 +83,12 @@ void Lists::limit_memory(const Known& in_use) {
 MwStatus Lists::check_exists(const ListKey& list) {
     const auto found = known_.find(list);
     ListState unknown;
-    return storage_.refresh(list, found == known_.end() ? unknown : found->second.state);
+    return source_->refresh(list, found == known_.end() ? unknown : found->second.state);
 }
 
 MwStatus Lists::create(const Kind& kind, const ListKey& list, const std::string& name) {
     Known& known = this->known(kind, list);
-    const MwStatus status = storage_.create(list, name, known.state);
+    const MwStatus status = storage().create(list, name, known.state);
     if (status == kMwOk) {
         apply(known, [](ListImage& image, std::int64_t version) { image.empty(version); });
     }
@@ -74,7 +97,7 @@ MwStatus Lists::create(const Kind& kind, const ListKey& list, const std::string&
 
 MwStatus Lists::remove(const ListKey& list) {
     ListState unknown;
-    const MwStatus status = storage_.remove(list, unknown);
+    const MwStatus status = storage().remove(list, unknown);
     if (status == kMwOk) {
         known_.erase(list);
     }
@@ -83,7 +106,7 @@ MwStatus Lists::remove(const ListKey& list) {
 
 MwStatus Lists::clean(const Kind& kind, const ListKey& list) {
     Known& known = this->known(kind, list);
-    const MwStatus status = storage_.clean(list, known.state);
+    const MwStatus status = storage().clean(list, known.state);
     if (status == kMwOk) {
         apply(known, [](ListImage& image, std::int64_t version) { image.empty(version); });
     }
@@ -91,20 +114,20 @@ MwStatus Lists::clean(const Kind& kind, const ListKey& list) {
 }
 
 MwStatus Lists::copy(const Kind& kind, const ListKey& from, const ListKey& to) {
-    return storage_.copy(kind, from, to, known(kind, to).state);
+    return storage().copy(kind, from, to, known(kind, to).state);
 }
 
 MwStatus Lists::replace(const Kind& kind, const ListKey& list, const StoredRecords& records) {
-    return storage_.replace(list, kind, records, known(kind, list).state);
+    return storage().replace(list, kind, records, known(kind, list).state);
 }
 
 MwStatus Lists::load(const Kind& kind, const ListKey& list, std::string& name, StoredRecords& records) {
-    return storage_.load(list, kind, name, records);
+    return source_->load(list, kind, name, records);
 }
 
 MwStatus Lists::add(const Kind& kind, const ListKey& list, const void* record) {
     Known& known = this->known(kind, list);
-    const MwStatus status = storage_.add(list, kind, record, known.state);
+    const MwStatus status = storage().add(list, kind, record, known.state);
     if (status == kMwOk) {
         apply(known, [&](ListImage& image, std::int64_t version) {
             image.added(record_id_of(kind, record), bytes_of(record), version);
@@ -115,7 +138,7 @@ MwStatus Lists::add(const Kind& kind, const ListKey& list, const void* record) {
 
 MwStatus Lists::update(const Kind& kind, const ListKey& list, const void* record) {
     Known& known = this->known(kind, list);
-    const MwStatus status = storage_.update(list, kind, record, known.state);
+    const MwStatus status = storage().update(list, kind, record, known.state);
     if (status == kMwOk) {
         apply(known, [&](ListImage& image, std::int64_t version) {
             image.updated(record_id_of(kind, record), bytes_of(record), version);
@@ -126,7 +149,7 @@ MwStatus Lists::update(const Kind& kind, const ListKey& list, const void* record
 
 MwStatus Lists::remove_record(const Kind& kind, const ListKey& list, std::uint16_t record_id) {
     Known& known = this->known(kind, list);
-    const MwStatus status = storage_.remove_record(list, record_id, known.state);
+    const MwStatus status = storage().remove_record(list, record_id, known.state);
     if (status == kMwOk) {
         apply(known, [&](ListImage& image, std::int64_t version) { image.removed(record_id, version); });
     }
@@ -138,7 +161,7 @@ MwStatus Lists::get(const Kind& kind, const ListKey& list, std::uint16_t record_
     Known& known = this->known(kind, list);
     const bool current = is_current(known);
     if (!current || (known.image.find(record_id) == nullptr && !known.image.is_whole())) {
-        const MwStatus status = storage_.read(list, kind, record_id, known.state, known.image);
+        const MwStatus status = source_->read(list, kind, record_id, known.state, known.image);
         if (status != kMwOk) {
             return status;
         }
@@ -155,11 +178,11 @@ MwStatus Lists::get(const Kind& kind, const ListKey& list, std::uint16_t record_
 
 // Loads all records of the list's current version into the image.
 MwStatus Lists::make_whole(const ListKey& list, const Kind& kind, Known& known) {
-    const MwStatus status = storage_.refresh(list, known.state);
+    const MwStatus status = source_->refresh(list, known.state);
     if (status != kMwOk || (known.image.is_whole() && known.image.version() == known.state.version)) {
         return status;
     }
-    const MwStatus read = storage_.read_all(list, kind, known.state, known.image);
+    const MwStatus read = source_->read_all(list, kind, known.state, known.image);
     limit_memory(known);
     return read;
 }
@@ -194,7 +217,7 @@ MwStatus Lists::count(const Kind& kind, const ListKey& list, const Filter& filte
 MwStatus Lists::highest_record_id(const Kind& kind, const ListKey& list, std::uint16_t* record_id) {
     Known& known = this->known(kind, list);
     if (!is_current(known) || known.image.highest_id() == ListImage::kUnknown) {
-        const MwStatus status = storage_.read_highest_id(list, known.state, known.image);
+        const MwStatus status = source_->read_highest_id(list, known.state, known.image);
         if (status != kMwOk) {
             return status;
         }

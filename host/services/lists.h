@@ -13,6 +13,8 @@
 
 namespace tavro::host {
 
+enum class Access { kReadWrite, kReadOnly };
+
 // Functions return kHostNoSuchList if the list does not exist, and pass on the storage's exceptions. Output parameters
 // are written only on success; highest_record_id also writes 0 with kMwEmpty. Not thread-safe.
 //
@@ -21,19 +23,22 @@ namespace tavro::host {
 // detect commits by other processes; then the list's version shows whether the list itself has changed.
 class Lists {
 public:
-    explicit Lists(const std::string& directory) : storage_(directory) {}
+    Lists(const std::string& directory, Access access);
 
-    const std::shared_ptr<LockFile>& lock_file() const { return storage_.lock_file(); }
-    std::uint64_t work() const { return storage_.work(); }
+    // If true, changes and the next two functions throw Failure(kHostReadOnly).
+    bool is_read_only() const { return storage_ == nullptr; }
+    void need_write_access() const { storage(); }
+    std::shared_ptr<LockFile> lock_file() const { return storage().lock_file(); }
+    std::uint64_t work() const { return source_->work(); }
 
     tavro::MwStatus check_exists(const ListKey& list);
+    tavro::MwStatus load(const Kind& kind, const ListKey& list, std::string& name, StoredRecords& records);
+
     tavro::MwStatus create(const Kind& kind, const ListKey& list, const std::string& name);
     tavro::MwStatus remove(const ListKey& list);
     tavro::MwStatus clean(const Kind& kind, const ListKey& list);
     tavro::MwStatus copy(const Kind& kind, const ListKey& from, const ListKey& to);
     tavro::MwStatus replace(const Kind& kind, const ListKey& list, const StoredRecords& records);
-    tavro::MwStatus load(const Kind& kind, const ListKey& list, std::string& name, StoredRecords& records);
-
     tavro::MwStatus add(const Kind& kind, const ListKey& list, const void* record);
     tavro::MwStatus update(const Kind& kind, const ListKey& list, const void* record);
     tavro::MwStatus remove_record(const Kind& kind, const ListKey& list, std::uint16_t record_id);
@@ -57,14 +62,17 @@ private:
 
     Known& known(const Kind& kind, const ListKey& list);
     bool is_current(const Known& list) {
-        return list.state.epoch == storage_.epoch() && list.image.version() == list.state.version;
+        return list.state.epoch == source_->epoch() && list.image.version() == list.state.version;
     }
     tavro::MwStatus make_whole(const ListKey& list, const Kind& kind, Known& known);
     template <class Change>
     void apply(Known& list, Change change) noexcept;
     void limit_memory(const Known& in_use);
 
-    Storage storage_;
+    Storage& storage() const;
+
+    std::unique_ptr<ListSource> source_;
+    Storage* storage_ = nullptr; // the source, unless the access is read-only
     std::map<ListKey, Known> known_;
     std::uint64_t uses_ = 0;
 };

@@ -127,5 +127,9 @@ MwStatus x_satl_get_num_recs(MwdbHandle handle, std::uint16_t* count, std::int32
 
 void tavro_host_reset(void) { engine().reset(); }
 
+void tavro_host_set_read_only(int read_only) { engine().set_read_only(read_only != 0); }
+
+void tavro_host_open_writable(const char* directory) { engine().open_writable(directory); }
+
 std::uint64_t tavro_host_work(void) { return engine().work(); }
 }

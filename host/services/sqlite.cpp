@@ -1,9 +1,28 @@
 #include "sqlite.h"
 
+#include <cctype>
 #include <cerrno>
 #include <new>
 
 namespace tavro::host {
+namespace {
+
+// The path as SQLite reads it with SQLITE_OPEN_URI.
+std::string uri_of(const std::string& path) {
+    static constexpr char kDigits[] = "0123456789ABCDEF";
+    std::string uri = "file:";
+    for (const char letter : path) {
+        if (std::isalnum(static_cast<unsigned char>(letter)) != 0 || letter == '/') {
+            uri += letter;
+        } else {
+            const auto byte = static_cast<unsigned char>(letter);
+            uri += {'%', kDigits[byte >> 4], kDigits[byte & 15]};
+        }
+    }
+    return uri;
+}
+
+} // namespace
 
 Statement::~Statement() {
     sqlite3_reset(statement_);
@@ -80,14 +99,19 @@ void Statement::run() {
     }
 }
 
-Connection::Connection(const std::string& path, int flags) : path_(path) {
+Connection::Connection(const std::string& path, const std::string& file_name, int flags, const char* file_system)
+    : path_(path) {
     sqlite3* database = nullptr;
-    const int code = sqlite3_open_v2(path.c_str(), &database, flags | SQLITE_OPEN_NOMUTEX, nullptr);
+    const int code = sqlite3_open_v2(file_name.c_str(), &database, flags | SQLITE_OPEN_NOMUTEX, file_system);
     database_.reset(database); // even a failed open returns a connection, which has the error message
     if (code != SQLITE_OK) {
         fail(code);
     }
     sqlite3_extended_result_codes(database, 0);
+}
+
+Connection Connection::to_read(const std::string& path, const char* file_system) {
+    return {path, uri_of(path) + "?readonly_shm=1", SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, file_system};
 }
 
 void Connection::fail(int code) const {

@@ -78,7 +78,9 @@ private:
 class Connection {
 public:
     // `flags` are the flags of sqlite3_open_v2.
-    Connection(const std::string& path, int flags);
+    Connection(const std::string& path, int flags) : Connection(path, path, flags, nullptr) {}
+    // Opens a database only for reading, through the file system (VFS) of that name, and its shared memory as well.
+    static Connection to_read(const std::string& path, const char* file_system);
 
     // Prepares `sql` on first use and caches it by pointer. `sql` must be a literal or outlive the connection.
     Statement prepare(const char* sql);
@@ -113,6 +115,7 @@ private:
         void operator()(sqlite3* database) const { sqlite3_close_v2(database); }
         void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
     };
+    Connection(const std::string& path, const std::string& file_name, int flags, const char* file_system);
     [[noreturn]] void fail(int code) const;
 
     std::string path_;

@@ -19,3 +19,4 @@ inline constexpr tavro::MwStatus kHostCannotReadFile = -111;  // the file exists
 inline constexpr tavro::MwStatus kHostCannotWriteFile = -112; // the file cannot be written: see the log
 inline constexpr tavro::MwStatus kHostStorageFull = -113;     // no space left on the file system: see the log
 inline constexpr tavro::MwStatus kHostOutOfMemory = -114;
+inline constexpr tavro::MwStatus kHostReadOnly = -115; // a change by a process that only reads

@@ -1,26 +1,14 @@
 #include "storage.h"
 
+#include "list_queries.h"
 #include "status.h"
 #include "storage_error.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <system_error>
-#include <tuple>
-#include <utility>
 
 namespace tavro::host {
 namespace {
-
-constexpr std::int32_t kApplication = 0x5476'4442; // "TvDB"
-constexpr std::int32_t kVersion = 1;
-
-// A database up to this size is checked when it is opened, which takes 1 ms for each MB. Larger ones are checked row by
-// row as they are read, which does not notice missing rows.
-constexpr std::int64_t kMostCheckedBytes = std::int64_t{4} << 20;
-
-// How long a write waits for a write by another process. The largest copy takes far less.
-constexpr int kBusyMilliseconds = 10'000;
 
 // With WAL, a killed process loses no committed transaction. Commits are not synced, so a power failure can lose the
 // latest ones. The log is checkpointed every 4 MB; adds were slower with a log of 16 MB or more. A longer log is cut to
@@ -62,32 +50,6 @@ constexpr int kMostInAStep = 256;
 
 constexpr char kDeleteRecords[] = "DELETE FROM records WHERE number BETWEEN ? AND ?";
 
-std::int64_t first_record(const ListKey& list) { return list.record(0); }
-std::int64_t last_record(const ListKey& list) { return list.record(kMwNoRecordId); }
-
-// Versions and positions grow by 1 with each change.
-constexpr std::int64_t kMostChanges = std::int64_t{1} << 48;
-
-ListState state_of(const Statement& row, std::uint64_t epoch) {
-    return {epoch, row.number(0, "the version of a list", 0, kMostChanges),
-            row.number(1, "the next position of a list", 0, kMostChanges)};
-}
-
-// Reads the id of one of the list's records from the column with its number.
-std::uint16_t record_id(const Statement& row, int column, const ListKey& list) {
-    return static_cast<std::uint16_t>(
-        row.number(column, "the id of a record", first_record(list), last_record(list) - 1) - first_record(list));
-}
-
-const std::byte* record_bytes(Connection& database, const Statement& row, int column, const Kind& kind,
-                              std::uint16_t id) {
-    const std::byte* const bytes = row.blob(column, "a record", kind.record_bytes);
-    if (record_id_of(kind, bytes) != id) {
-        database.damaged("the id in a record is invalid");
-    }
-    return bytes;
-}
-
 std::string prepare_directory(const std::string& directory) {
     std::error_code error;
     std::filesystem::create_directories(directory, error);
@@ -105,24 +67,13 @@ std::string prepare_directory(const std::string& directory) {
 void prepare_database(Connection& database, const std::string& path) {
     sqlite3_int64 application = database.number("PRAGMA application_id");
     if (application == 0 && database.number("SELECT count(*) FROM sqlite_master") == 0) {
-        database.execute("BEGIN IMMEDIATE; PRAGMA application_id = " + std::to_string(kApplication) +
-                         "; PRAGMA user_version = " + std::to_string(kVersion) + ";" + kTables + "COMMIT");
+        database.execute("BEGIN IMMEDIATE; PRAGMA application_id = " + std::to_string(kListDatabaseApplication) +
+                         "; PRAGMA user_version = " + std::to_string(kListDatabaseVersion) + ";" + kTables + "COMMIT");
         return;
     }
-    if (application != kApplication || database.number("PRAGMA user_version") != kVersion) {
+    if (application != kListDatabaseApplication || database.number("PRAGMA user_version") != kListDatabaseVersion) {
         throw Failure(kHostStorageUnavailable, path + " is not a list database of this version; move it away to "
                                                       "start without lists, or set TAVRO_HOME to another directory");
-    }
-}
-
-// Throws SqlError(SQLITE_CORRUPT) if pages or rows are damaged.
-void check_database(Connection& database) {
-    if (database.number("PRAGMA page_count") * database.number("PRAGMA page_size") > kMostCheckedBytes) {
-        return;
-    }
-    Statement check = database.prepare("PRAGMA quick_check(1)");
-    if (!check.step() || check.text(0, "the result of a check") != "ok") {
-        database.damaged(sqlite3_errstr(SQLITE_CORRUPT));
     }
 }
 
@@ -341,24 +292,6 @@ MwStatus Storage::clean(const ListKey& list, ListState& state) {
     return delete_all(list, state, [] {});
 }
 
-// Calls `visit` with the position, the id and the bytes of every record, in ascending order of their ids.
-template <class Visit>
-void Storage::scan(const ListKey& list, const Kind& kind, Visit visit) {
-    Statement rows =
-        database_.prepare("SELECT number, position, bytes FROM records WHERE number BETWEEN ? AND ? ORDER BY number");
-    rows.bind(first_record(list)).bind(last_record(list));
-    std::int32_t previous = -1;
-    while (rows.step()) {
-        const std::uint16_t id = record_id(rows, 0, list);
-        if (id <= previous) { // also ends the scan of a damaged tree that has a cycle
-            database_.damaged("the ids of records are not in order");
-        }
-        previous = id;
-        visit(rows.number(1, "the position of a record", 0, kMostChanges), id,
-              record_bytes(database_, rows, 2, kind, id));
-    }
-}
-
 MwStatus Storage::copy(const Kind& kind, const ListKey& from, const ListKey& to, ListState& state) {
     return with_space([&]() -> MwStatus {
         Change change(*this, to, state);
@@ -366,7 +299,7 @@ MwStatus Storage::copy(const Kind& kind, const ListKey& from, const ListKey& to,
         if (!change.list_is_there() || refresh(from, source) != kMwOk) {
             return kHostNoSuchList;
         }
-        scan(from, kind, [](auto&&...) {}); // throws if a record is damaged
+        check_records(database_, from, kind);
         change.delete_records();
         database_
             .prepare("INSERT INTO records (number, position, bytes) "
@@ -442,91 +375,29 @@ MwStatus Storage::remove_record(const ListKey& list, std::uint16_t record_id, Li
 
 MwStatus Storage::refresh(const ListKey& list, ListState& state) {
     const std::uint64_t epoch = watch_.epoch(); // before the query, whose result may be newer
-    if (state.epoch == epoch) {
-        return kMwOk;
-    }
-    Statement row = database_.prepare("SELECT version, next_position FROM lists WHERE number = ? AND name IS NOT NULL");
-    if (!row.bind(list.number()).step()) {
-        return kHostNoSuchList;
-    }
-    state = state_of(row, epoch);
-    return kMwOk;
+    return state.epoch == epoch ? kMwOk : query_state(database_, list, epoch, state);
 }
 
 MwStatus Storage::read(const ListKey& list, const Kind& kind, std::uint16_t record_id, ListState& state,
                        ListImage& image) {
     const std::uint64_t epoch = watch_.epoch();
-    Statement row =
-        database_.prepare("SELECT version, next_position, records.number, bytes FROM lists LEFT JOIN records "
-                          "ON records.number = ? WHERE lists.number = ? AND name IS NOT NULL");
-    if (!row.bind(list.record(record_id)).bind(list.number()).step()) {
-        return kHostNoSuchList;
-    }
-    state = state_of(row, epoch);
-    if (row.is_null(2)) {
-        return kHostNoSuchRecord;
-    }
-    image.keep(record_id, record_bytes(database_, row, 3, kind, record_id), state.version);
-    return kMwOk;
+    return query_record(database_, list, kind, record_id, epoch, state, image);
 }
 
 MwStatus Storage::read_highest_id(const ListKey& list, ListState& state, ListImage& image) {
     const std::uint64_t epoch = watch_.epoch();
-    Statement row =
-        database_.prepare("SELECT version, next_position, (SELECT number FROM records WHERE number BETWEEN ? AND ? "
-                          "ORDER BY number DESC LIMIT 1) FROM lists WHERE number = ? AND name IS NOT NULL");
-    if (!row.bind(first_record(list)).bind(last_record(list)).bind(list.number()).step()) {
-        return kHostNoSuchList;
-    }
-    state = state_of(row, epoch);
-    image.keep_highest_id(row.is_null(2) ? ListImage::kNone : record_id(row, 2, list), state.version);
-    return kMwOk;
+    return query_highest_id(database_, list, epoch, state, image);
 }
 
 MwStatus Storage::read_all(const ListKey& list, const Kind& kind, ListState& state, ListImage& image) {
     const Transaction one_state(database_, Transaction::Kind::kRead);
-    state.epoch = 0; // forces refresh to read the version inside the transaction
-    const MwStatus status = refresh(list, state);
-    if (status != kMwOk) {
-        return status;
-    }
-    std::vector<std::pair<std::int64_t, std::uint16_t>> order; // position and id
-    scan(list, kind, [&](std::int64_t position, std::uint16_t id, const std::byte* bytes) {
-        image.keep(id, bytes, state.version);
-        order.emplace_back(position, id);
-    });
-    std::sort(order.begin(), order.end());
-    std::vector<std::uint16_t> ids;
-    ids.reserve(order.size());
-    for (const auto& [position, id] : order) {
-        ids.push_back(id);
-    }
-    image.complete(std::move(ids), state.version);
-    return kMwOk;
+    const std::uint64_t epoch = watch_.epoch();
+    return query_all(database_, list, kind, epoch, state, image);
 }
 
 MwStatus Storage::load(const ListKey& list, const Kind& kind, std::string& name, StoredRecords& records) {
     const Transaction one_state(database_, Transaction::Kind::kRead);
-    Statement row = database_.prepare("SELECT name FROM lists WHERE number = ? AND name IS NOT NULL");
-    if (!row.bind(list.number()).step()) {
-        return kHostNoSuchList;
-    }
-    name = row.text(0, "the name of a list");
-    std::vector<std::tuple<std::int64_t, std::uint16_t, std::size_t>> order; // position, id, offset in by_id
-    std::vector<std::byte> by_id;
-    scan(list, kind, [&](std::int64_t position, std::uint16_t id, const std::byte* bytes) {
-        order.emplace_back(position, id, by_id.size());
-        by_id.insert(by_id.end(), bytes, bytes + kind.record_bytes);
-    });
-    std::sort(order.begin(), order.end());
-    records.ids.reserve(order.size());
-    records.bytes.reserve(by_id.size());
-    for (const auto& [position, id, offset] : order) {
-        const auto bytes = by_id.begin() + static_cast<std::ptrdiff_t>(offset);
-        records.ids.push_back(id);
-        records.bytes.insert(records.bytes.end(), bytes, bytes + static_cast<std::ptrdiff_t>(kind.record_bytes));
-    }
-    return kMwOk;
+    return query_records(database_, list, kind, name, records);
 }
 
 } // namespace tavro::host

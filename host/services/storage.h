@@ -3,8 +3,7 @@
 
 #include "commit_watch.h"
 #include "kinds.h"
-#include "list_file.h"
-#include "list_image.h"
+#include "list_source.h"
 #include "lock_file.h"
 #include "sqlite.h"
 
@@ -14,31 +13,18 @@
 
 namespace tavro::host {
 
-// A list's row in the database, as read in an epoch of the storage.
-struct ListState {
-    std::uint64_t epoch = 0;
-    std::int64_t version = ListImage::kNoVersion;
-    std::int64_t next_position = 0;
-};
-
 // Every change is one transaction: once the function has returned, killing the process loses nothing. Only a file
 // system without space makes remove() and clean() take several; if they then fail, some of the records may be gone.
 // Several processes may use one directory. Not thread-safe.
 //
-// Functions with a list return kHostNoSuchList if it does not exist. Functions with a state update it: after a change
-// it has the list's new version. They throw Failure if the directory cannot be used and SqlError if the database fails.
-// Every value read is checked first: a row that no change can have written throws SqlError(SQLITE_CORRUPT).
-class Storage {
+// After a change, the state has the list's new version.
+class Storage : public ListSource {
 public:
     explicit Storage(const std::string& directory);
-    Storage(const Storage&) = delete;
-    Storage& operator=(const Storage&) = delete;
 
     const std::shared_ptr<LockFile>& lock_file() const { return lock_file_; }
-    std::uint64_t work() const { return database_.work(); }
-
-    // A state of this epoch is current.
-    std::uint64_t epoch() { return watch_.epoch(); }
+    std::uint64_t work() const override { return database_.work(); }
+    std::uint64_t epoch() override { return watch_.epoch(); }
 
     // Returns kHostListExists if the list exists. Versions continue after those of a deleted list with the same id.
     tavro::MwStatus create(const ListKey& list, const std::string& name, ListState& state);
@@ -53,15 +39,12 @@ public:
     tavro::MwStatus update(const ListKey& list, const Kind& kind, const void* record, ListState& state);
     tavro::MwStatus remove_record(const ListKey& list, std::uint16_t record_id, ListState& state);
 
-    // Updates the state.
-    tavro::MwStatus refresh(const ListKey& list, ListState& state);
-    // Read into `image`: one record, the highest record id, or all records and their order. `read` returns
-    // kHostNoSuchRecord if the record does not exist.
+    tavro::MwStatus refresh(const ListKey& list, ListState& state) override;
     tavro::MwStatus read(const ListKey& list, const Kind& kind, std::uint16_t record_id, ListState& state,
-                         ListImage& image);
-    tavro::MwStatus read_highest_id(const ListKey& list, ListState& state, ListImage& image);
-    tavro::MwStatus read_all(const ListKey& list, const Kind& kind, ListState& state, ListImage& image);
-    tavro::MwStatus load(const ListKey& list, const Kind& kind, std::string& name, StoredRecords& records);
+                         ListImage& image) override;
+    tavro::MwStatus read_highest_id(const ListKey& list, ListState& state, ListImage& image) override;
+    tavro::MwStatus read_all(const ListKey& list, const Kind& kind, ListState& state, ListImage& image) override;
+    tavro::MwStatus load(const ListKey& list, const Kind& kind, std::string& name, StoredRecords& records) override;
 
 private:
     class Change;
@@ -75,8 +58,6 @@ private:
     void delete_in_steps(const ListKey& list, ListState& state);
     void take_space();
     void commit(Transaction& transaction);
-    template <class Visit>
-    void scan(const ListKey& list, const Kind& kind, Visit visit);
 
     std::string path_;
     std::shared_ptr<LockFile> lock_file_;

@@ -14,4 +14,8 @@ Failure storage_failure(const std::string& action, const std::string& path, int 
 // For an error of the list database. The same cause always gets the same message, whichever code SQLite returned.
 Failure storage_failure(const SqlError& error);
 
+// The same for a connection that only reads.
+Failure read_failure(const std::string& path, int error);
+Failure read_failure(const SqlError& error);
+
 } // namespace tavro::host

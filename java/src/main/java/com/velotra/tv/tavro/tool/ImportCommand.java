@@ -3,7 +3,8 @@ package com.velotra.tv.tavro.tool;
 import com.velotra.tv.tavro.tool.importing.Importer;
 import com.velotra.tv.tavro.tool.input.Failure;
 import com.velotra.tv.tavro.tool.input.ImportReport;
-import com.velotra.tv.tavro.tool.storage.Database;
+import com.velotra.tv.tavro.tool.storage.Access;
+import com.velotra.tv.tavro.tool.storage.Snapshot;
 import com.velotra.tv.tavro.tool.storage.Storage;
 import com.velotra.tv.tavro.tool.transponders.ListIds;
 import java.nio.file.Files;
@@ -50,8 +51,10 @@ final class ImportCommand implements Callable<Integer> {
             Preconditions.needDirectory(directory);
         }
         if (Storage.hasLists(directory)) {
-            Database.check(directory);
+            Access.readOnly();
+            Snapshot.open(directory).close(); // throws if it cannot be read or is damaged
         }
+        Access.readWrite();
         ImportReport report = new ImportReport(System.err);
         Importer importer = Preconditions.withLibrary(() -> new Importer(ListIds.from(firstList), report));
         paths.forEach(importer::read);

@@ -14,6 +14,7 @@ import com.velotra.tv.tavro.tool.output.Table;
 import com.velotra.tv.tavro.tool.output.Terminal;
 import com.velotra.tv.tavro.tool.records.Kind;
 import com.velotra.tv.tavro.tool.records.Record;
+import com.velotra.tv.tavro.tool.storage.Access;
 import java.util.ArrayList;
 import java.util.List;
 import java.util.Locale;
@@ -81,6 +82,7 @@ final class ListCommand implements Callable<Integer> {
         List<Column> chosen = columnNames == null ? null : columns(columnNames);
         List<Order.Key> keys = sortNames == null ? List.of() : keys();
         Condition condition = expression == null ? null : condition();
+        Access.readOnly();
         filters.check(of.kind(), spec);
         try (References references = References.inStorage()) {
             Preconditions.needList(of.kind(), listId);

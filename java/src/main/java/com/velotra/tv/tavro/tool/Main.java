@@ -6,6 +6,7 @@ import com.velotra.tv.tavro.tool.help.HelpTexts;
 import com.velotra.tv.tavro.tool.input.Failure;
 import com.velotra.tv.tavro.tool.input.Source;
 import com.velotra.tv.tavro.tool.listing.MalformedExpression;
+import com.velotra.tv.tavro.tool.storage.Access;
 import com.velotra.tv.tavro.tool.storage.Storage;
 import java.io.BufferedOutputStream;
 import java.io.FileDescriptor;
@@ -67,6 +68,8 @@ public final class Main {
         } catch (Error e) { // such as OutOfMemoryError, which picocli does not catch
             System.err.println("tavro: internal error, please report it: " + e);
             return ExitCode.FAILED;
+        } finally {
+            Access.end();
         }
     }
 

@@ -2,7 +2,8 @@ package com.velotra.tv.tavro.tool;
 
 import com.velotra.tv.tavro.tool.input.Failure;
 import com.velotra.tv.tavro.tool.records.Kind;
-import com.velotra.tv.tavro.tool.storage.Database;
+import com.velotra.tv.tavro.tool.storage.ListEntry;
+import com.velotra.tv.tavro.tool.storage.Snapshot;
 import com.velotra.tv.tavro.tool.storage.Storage;
 import java.nio.file.Path;
 import java.util.List;
@@ -35,22 +36,22 @@ final class Preconditions {
     static void needList(Kind kind, int listId) {
         Path directory = Storage.directory();
         needDirectory(directory);
-        // Without a database, the library is not loaded: it would create an empty one.
-        boolean hasLists = Storage.hasLists(directory);
-        if (hasLists && withLibrary(kind::lists).exists(listId)) {
-            return;
+        try (Snapshot snapshot = Snapshot.open(directory)) {
+            if (snapshot.entry(kind, listId).isEmpty()) {
+                throw new Failure("no " + kind.noun() + " list " + listId + " in " + directory + "; it has "
+                        + named(kind, snapshot.lists()));
+            }
         }
-        List<Integer> lists = hasLists ? Database.lists(directory, kind.number()) : List.of();
-        if (lists.contains(listId)) {
+        if (!withLibrary(kind::lists).exists(listId)) {
             throw new Failure(kind.noun() + " list " + listId + " in " + directory
                     + " cannot be opened; see the log line of TavroHost");
         }
-        throw new Failure(
-                "no " + kind.noun() + " list " + listId + " in " + directory + "; it has " + named(kind, lists));
     }
 
     /** The lists of a kind, as in "service lists 11, 13". */
-    private static String named(Kind kind, List<Integer> lists) {
+    private static String named(Kind kind, List<ListEntry> entries) {
+        List<Integer> lists =
+                entries.stream().filter(list -> list.kind() == kind).map(ListEntry::listId).toList();
         if (lists.isEmpty()) {
             return "none; " + Shell.command() + " import makes some";
         }
@@ -62,10 +63,19 @@ final class Preconditions {
     /** Checks that a list which the natives return without records is empty. They also do so if it cannot be read. */
     static void needEmpty(Kind kind, int listId) {
         Path directory = Storage.directory();
-        int records = Database.records(directory, kind.number(), listId);
-        if (records > 0) {
-            throw new Failure(kind.noun() + " list " + listId + " in " + directory + " has " + records
-                    + " records that cannot be read; see the log line of TavroHost");
+        try (Snapshot snapshot = Snapshot.open(directory)) {
+            int records = snapshot.entry(kind, listId).map(ListEntry::records).orElse(0);
+            if (records > 0) {
+                throw new Failure(kind.noun() + " list " + listId + " in " + directory + " has " + records
+                        + " records that cannot be read; see the log line of TavroHost");
+            }
+        }
+    }
+
+    /** Checks that the records of a list can be read. The natives report a record that cannot be read as missing. */
+    static void needReadable(Kind kind, int listId) {
+        try (Snapshot snapshot = Snapshot.open(Storage.directory())) {
+            snapshot.list(kind, listId);
         }
     }
 }

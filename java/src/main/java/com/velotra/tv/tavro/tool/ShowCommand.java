@@ -3,8 +3,7 @@ package com.velotra.tv.tavro.tool;
 import com.velotra.tv.tavro.services.channellist.Printable;
 import com.velotra.tv.tavro.services.channellist.RecordId;
 import com.velotra.tv.tavro.tool.input.Failure;
-import com.velotra.tv.tavro.tool.storage.Database;
-import com.velotra.tv.tavro.tool.storage.Storage;
+import com.velotra.tv.tavro.tool.storage.Access;
 import com.velotra.tv.tavro.tool.tables.Listing;
 import java.util.concurrent.Callable;
 import picocli.CommandLine.Command;
@@ -33,9 +32,10 @@ final class ShowCommand implements Callable<Integer> {
 
     @Override
     public Integer call() {
+        Access.readOnly();
         Preconditions.needList(of.kind(), id.listId());
         String record = Listing.show(of.kind(), id, hex).orElseThrow(() -> {
-            Database.check(Storage.directory());
+            Preconditions.needReadable(of.kind(), id.listId());
             return new Failure(of.kind().noun() + " list " + id.listId() + " has no record " + id.recordId());
         });
         record.lines().map(Printable::of).forEach(System.out::println);

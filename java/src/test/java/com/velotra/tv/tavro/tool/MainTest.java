@@ -94,7 +94,7 @@ class MainTest {
         Map<String, String> environment = Map.of("TAVRO_HOME", storage().toString());
         Result list = ToolProcess.runWithLibraryPath(folder.toString(), folder, environment, "list", "2");
         assertEquals(1, list.exit());
-        assertTrue(list.err().startsWith("tavro: cannot load libvelotra_tavro_channellist.so from java.library.path "
+        assertTrue(list.err().startsWith("tavro: cannot load libtavro_tool.so from java.library.path "
                 + folder + "; build it with ./tavro build, and start Java with -Djava.library.path="), list.err());
         assertEquals(1, list.err().lines().count());
     }
@@ -195,14 +195,14 @@ class MainTest {
 
     @Test
     void anInvalidSettingIsReportedOnce() throws Exception {
-        VltTvChannelList.getInstance().open(2);
+        Path satellites = Files.writeString(folder.resolve("satellites"), "S13E Uno\n");
         Map<String, String> settings = Map.of(
                 "TAVRO_LOG_FILE", "/nonexistent/log", "TAVRO_LOCK_TIMEOUT_MS", "abc", "TAVRO_PROPERTIES",
                 "/nonexistent/properties");
         for (Map.Entry<String, String> setting : settings.entrySet()) {
             Result result = ToolProcess.run(
-                    folder, Map.of("TAVRO_HOME", storage().toString(), setting.getKey(), setting.getValue()), "list",
-                    "2");
+                    folder, Map.of("TAVRO_HOME", storage().toString(), setting.getKey(), setting.getValue()), "import",
+                    satellites.toString());
             assertEquals(0, result.exit());
             assertEquals(1, result.err().lines().count(), result.err());
             assertTrue(result.err().startsWith("E/TavroHost(") && result.err().contains(setting.getValue()),

@@ -2,21 +2,22 @@ package com.velotra.tv.tavro.tool.storage;
 
 import com.velotra.tv.tavro.tool.input.Failure;
 import com.velotra.tv.tavro.tool.records.Kind;
-import com.velotra.tv.tavro.tool.records.Record;
 import com.velotra.tv.tavro.tool.records.RecordList;
-import java.io.IOException;
-import java.nio.file.Files;
+import java.nio.charset.StandardCharsets;
 import java.nio.file.Path;
-import java.util.HexFormat;
-import java.util.stream.Collectors;
 
-/** List files, as the natives store and load them. */
+/** List files, as the natives of the channel list library store and load them. */
 public final class ListFile {
     private ListFile() {}
 
-    /** Returns whether a file looks like a list file: a SQLite database with the application id of list files. */
+    /**
+     * Returns whether a file looks like a list file: a SQLite database with the application id of list files. It may be
+     * damaged.
+     *
+     * @throws Failure if it cannot be read
+     */
     public static boolean isOne(Path file) {
-        return Files.isRegularFile(file) && Sqlite3.run(file, "PRAGMA application_id;").equals("1417038918");
+        return ToolLibrary.isListFile(ToolLibrary.bytes(file));
     }
 
     /**
@@ -25,35 +26,41 @@ public final class ListFile {
      * @throws Failure if it cannot be read, is not a list file or is damaged
      */
     public static RecordList read(Path file) {
-        String[] list = Sqlite3.run(file, "SELECT kind, list_id, name FROM list;").split("\\|", 3);
-        Kind kind = Kind.values()[Integer.parseInt(list[0]) - 1];
-        return RecordList.of(kind, Integer.parseInt(list[1]), list[2], HexFormat.of().parseHex(
-                Sqlite3.run(file, "SELECT hex(bytes) FROM records ORDER BY position;")
-                        .lines().collect(Collectors.joining())));
+        return Snapshot.recordList(ToolLibrary.readFile(ToolLibrary.bytes(file)));
     }
 
     /**
-     * Writes a list file and replaces the old one.
+     * Reads a list file of one kind.
      *
-     * @throws Failure if it cannot be written
+     * @throws Failure also if it has a list of another kind
+     */
+    public static RecordList read(Path file, Kind kind) {
+        RecordList list = read(file);
+        if (list.kind() != kind) {
+            throw new Failure("cannot read list file " + file + ": it has a " + list.kind().noun() + " list, not a "
+                    + kind.noun() + " list; use --kind " + list.kind());
+        }
+        return list;
+    }
+
+    /**
+     * Reads the content of a list file, for example from standard input.
+     *
+     * @param name what messages call it
+     * @throws Failure if it is not the content of a list file or is damaged
+     */
+    public static RecordList readBytes(byte[] content, String name) {
+        ToolLibrary.load();
+        return Snapshot.recordList(ToolLibrary.parseFile(content, name.getBytes(StandardCharsets.UTF_8)));
+    }
+
+    /**
+     * Writes a list file. It replaces an old file at once, or not at all.
+     *
+     * @throws Failure if it cannot be written, or if two records have the same id or one has the id 65535
      */
     public static void write(Path file, RecordList list) {
-        try {
-            Files.deleteIfExists(file);
-        } catch (IOException e) {
-            throw new Failure("cannot write " + file);
-        }
-        StringBuilder sql = new StringBuilder("PRAGMA journal_mode = OFF; PRAGMA application_id = 1417038918; "
-                + "PRAGMA user_version = 1; BEGIN; CREATE TABLE list (kind INTEGER NOT NULL, kind_name TEXT NOT NULL, "
-                + "list_id INTEGER NOT NULL, name TEXT NOT NULL); CREATE TABLE records (record_id INTEGER PRIMARY KEY, "
-                + "position INTEGER NOT NULL, bytes BLOB NOT NULL); INSERT INTO list VALUES (")
-                .append(list.kind().number()).append(",'").append(list.kind().code()).append("',")
-                .append(list.listId()).append(",'").append(list.name()).append("');\n");
-        int position = 1;
-        for (Record record : list) {
-            sql.append("INSERT INTO records VALUES (").append(record.id()).append(',').append(position++).append(",X'")
-                    .append(HexFormat.of().formatHex(record.bytes())).append("');\n");
-        }
-        Sqlite3.run(file, sql.append("COMMIT;").toString());
+        ToolLibrary.writeFile(ToolLibrary.bytes(file), list.kind().number(), list.listId(),
+                list.name().getBytes(StandardCharsets.UTF_8), list.bytes());
     }
 }

@@ -23,22 +23,27 @@ public final class StoredLists {
      * Reads a list. The bytes of services and transport streams come from the natives, the bytes of networks and
      * satellites from the storage, because the natives return these as objects.
      *
-     * @throws Failure if there is no such list or it cannot be read; it names the lists that exist
+     * @throws Failure if there is no such list or it cannot be read
      */
     public static RecordList read(Kind kind, int listId) {
         Path directory = Storage.directory();
         try (Snapshot snapshot = Snapshot.open(directory)) {
-            ListEntry entry = snapshot.lists().stream()
-                    .filter(list -> list.kind() == kind && list.listId() == listId)
-                    .findFirst()
-                    .orElseThrow(() -> new Failure("no " + kind.noun() + " list " + listId + " in " + directory));
+            ListEntry entry = snapshot.entry(kind, listId).orElseThrow(() ->
+                    new Failure("no " + kind.noun() + " list " + listId + " in " + directory));
             return switch (kind) {
-                case SERVICES -> RecordList.of(kind, listId, entry.name(),
-                        VltTvChannelList.getInstance().getAllBytes(listId));
-                case STREAMS -> RecordList.of(kind, listId, entry.name(),
-                        VltTvTransportStreamList.getInstance().getAllBytes(listId));
+                case SERVICES -> fromNative(entry, VltTvChannelList.getInstance().getAllBytes(listId));
+                case STREAMS -> fromNative(entry, VltTvTransportStreamList.getInstance().getAllBytes(listId));
                 default -> snapshot.list(kind, listId).orElseThrow();
             };
         }
+    }
+
+    /** The natives return a list that cannot be read without records. */
+    private static RecordList fromNative(ListEntry entry, byte[] records) {
+        if (records.length == 0 && entry.records() > 0) {
+            throw new Failure(entry.kind().noun() + " list " + entry.listId() + " in " + Storage.directory() + " has "
+                    + entry.records() + " records that cannot be read; see the log line of TavroHost");
+        }
+        return RecordList.of(entry.kind(), entry.listId(), entry.name(), records);
     }
 }
