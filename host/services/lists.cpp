@@ -18,7 +18,7 @@ const std::byte* bytes_of(const void* record) { return static_cast<const std::by
 
 } // namespace
 
-Lists::Lists(const std::string& directory, Access access) {
+Lists::Lists(const std::string& directory, Access access) : directory_(directory) {
     if (access == Access::kReadOnly) {
         source_ = std::make_unique<Snapshot>(directory);
         return;
@@ -31,9 +31,9 @@ Lists::Lists(const std::string& directory, Access access) {
 // The storage, for a change.
 Storage& Lists::storage() const {
     if (storage_ == nullptr) {
-        throw Failure(kHostReadOnly,
-                      "cannot change lists: this process only reads them; unset TAVRO_READ_ONLY, or call "
-                      "tavro_host_set_access");
+        throw Failure(kHostReadOnly, "cannot change the lists in " + directory_ +
+                                         ": this process only reads them; unset TAVRO_READ_ONLY, or call "
+                                         "tavro_host_set_read_only(0)");
     }
     return *storage_;
 }

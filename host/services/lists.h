@@ -71,6 +71,7 @@ private:
 
     Storage& storage() const;
 
+    std::string directory_;
     std::unique_ptr<ListSource> source_;
     Storage* storage_ = nullptr; // the source, unless the access is read-only
     std::map<ListKey, Known> known_;

@@ -1,11 +1,13 @@
 #include "file_calls.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <cstdarg>
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <filesystem>
+#include <iterator>
 #include <string>
 #include <sys/file.h>
 #include <sys/syscall.h>
@@ -51,6 +53,13 @@ Calls locks_made;
 Calls changes_made;
 std::atomic<bool> recording{false}; // whether first_path may be set; only one thread works meanwhile
 std::string first_path;
+std::vector<std::string> paths_to_write;
+
+void note_opening(const char* path, int flags) {
+    if (recording && ((flags & O_ACCMODE) != O_RDONLY || (flags & O_CREAT) != 0)) {
+        paths_to_write.emplace_back(path);
+    }
+}
 
 // What to do when a file is opened.
 struct Action {
@@ -79,6 +88,7 @@ void reset() {
         calls->until_failure = 0;
     }
     first_path.clear();
+    paths_to_write.clear();
     before_opening = {};
     after_opening = {};
 }
@@ -115,6 +125,12 @@ void FileCalls::before_open(const std::string& path, const std::function<void()>
 }
 void FileCalls::after_open(const std::string& path, const std::function<void()>& action) {
     after_opening = {path, action};
+}
+std::vector<std::string> FileCalls::opened_to_write(const std::string& directory) {
+    std::vector<std::string> below;
+    std::copy_if(paths_to_write.begin(), paths_to_write.end(), std::back_inserter(below),
+                 [&](const std::string& path) { return path.rfind(directory, 0) == 0; });
+    return below;
 }
 std::string FileCalls::first_synced() { return first_path; }
 int FileCalls::syncs() { return syncs_made.made; }
@@ -153,6 +169,7 @@ int TAVRO_REPLACE(rename, (const char* from, const char* to) noexcept, from, to)
         const int mode = (flags & O_CREAT) != 0 ? va_arg(more, int) : 0;                                               \
         va_end(more);                                                                                                  \
         before_opening.hit(path);                                                                                      \
+        note_opening(path, flags);                                                                                     \
         const int file = changes_made.pass() ? usual(path, flags, mode) : -1;                                          \
         after_opening.hit(path);                                                                                       \
         return file;                                                                                                   \

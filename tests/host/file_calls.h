@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 // While an object exists, counts the calls of this process, and lets one of them fail. The stand-ins' and SQLite's
 // calls go through replacements in the test program.
@@ -27,6 +28,9 @@ public:
     // Calls `action` once, when `path` is opened the next time: before or after the call.
     static void before_open(const std::string& path, const std::function<void()>& action);
     static void after_open(const std::string& path, const std::function<void()>& action);
+
+    // The paths below a directory that were opened for writing or could have been created.
+    static std::vector<std::string> opened_to_write(const std::string& directory);
 
     static int syncs();
     // The path of the file that was synced first.

@@ -5,6 +5,7 @@
 //     remove ID         removes a record
 //     changes KIND      reads changes from standard input, applies them to lists of a kind, and prints the status of
 //                       each
+//     read KIND         opens list 1 of a kind, and prints id and fill of each record
 //     churn             updates record 1 until it is killed; prints a line after the first update
 //     killed_add N ID   adds a record and kills itself before the Nth file operation that SQLite makes for it
 //     lock | read_lock [LIST]
@@ -125,6 +126,27 @@ void apply_changes(const std::string& kind) {
         apply_changes<Networks>();
     } else if (kind == Satellites::kName) {
         apply_changes<Satellites>();
+    }
+}
+
+template <class Kind>
+void read_list() {
+    MwdbHandle list = 0;
+    check(Kind::open(1, 0, 0, &list), "open");
+    for (const auto& [id, fill] : contents<Kind>(list)) {
+        say(std::to_string(id) + " " + std::to_string(fill));
+    }
+}
+
+void read_list(const std::string& kind) {
+    if (kind == Services::kName) {
+        read_list<Services>();
+    } else if (kind == TransportStreams::kName) {
+        read_list<TransportStreams>();
+    } else if (kind == Networks::kName) {
+        read_list<Networks>();
+    } else if (kind == Satellites::kName) {
+        read_list<Satellites>();
     }
 }
 
@@ -486,6 +508,8 @@ int main(int count, char** arguments) {
         check(x_nwl_del_rec(opened(1), static_cast<std::uint16_t>(std::atoi(arguments[2]))), "remove");
     } else if (command == "changes") {
         apply_changes(arguments[2]);
+    } else if (command == "read") {
+        read_list(arguments[2]);
     } else if (command == "churn") {
         churn();
     } else if (command == "killed_add") {

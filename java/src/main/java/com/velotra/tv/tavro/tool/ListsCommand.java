@@ -4,6 +4,7 @@ import com.velotra.tv.tavro.tool.input.Text;
 import com.velotra.tv.tavro.tool.output.JsonOutput;
 import com.velotra.tv.tavro.tool.output.Table;
 import com.velotra.tv.tavro.tool.output.Terminal;
+import com.velotra.tv.tavro.tool.storage.Access;
 import com.velotra.tv.tavro.tool.storage.ListEntry;
 import com.velotra.tv.tavro.tool.storage.Storage;
 import com.velotra.tv.tavro.tool.storage.StoredLists;
@@ -38,6 +39,7 @@ final class ListsCommand implements Callable<Integer> {
 
     @Override
     public Integer call() {
+        Access.readOnly();
         List<ListEntry> lists = StoredLists.all().stream().filter(list -> kind.includes(list.kind())).toList();
         if (json) {
             JsonOutput.printEach(lists.stream().map(ListsCommand::object));

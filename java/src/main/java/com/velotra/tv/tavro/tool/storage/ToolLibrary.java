@@ -6,9 +6,9 @@ import java.nio.charset.StandardCharsets;
 import java.nio.file.Path;
 
 /**
- * The natives of the tool itself, in {@code libtavro_tool.so}, which must be loaded first. They read storage directories
- * and list files without the channel list library, and throw {@link Failure} with a message for the user. Kinds are given
- * by their numbers.
+ * The natives of the tool itself, in {@code libtavro_tool.so}, which must be loaded first. They read storage
+ * directories and list files without the channel list library, and throw {@link Failure} with a message for the user.
+ * Kinds are given by their numbers.
  */
 final class ToolLibrary {
     private static final String NAME = "tavro_tool";
