@@ -5,6 +5,8 @@ import com.velotra.tv.tavro.tool.comparing.DifferenceText;
 import com.velotra.tv.tavro.tool.comparing.Differences;
 import com.velotra.tv.tavro.tool.comparing.Operand;
 import com.velotra.tv.tavro.tool.comparing.OperandReader;
+import com.velotra.tv.tavro.tool.listing.Column;
+import com.velotra.tv.tavro.tool.listing.Columns;
 import com.velotra.tv.tavro.tool.matching.Comparison;
 import com.velotra.tv.tavro.tool.output.JsonOutput;
 import com.velotra.tv.tavro.tool.records.Kind;
@@ -14,10 +16,10 @@ import java.io.PrintWriter;
 import java.nio.charset.StandardCharsets;
 import java.util.Arrays;
 import java.util.HashSet;
-import java.util.Locale;
 import java.util.Optional;
 import java.util.Set;
 import java.util.concurrent.Callable;
+import java.util.stream.Collectors;
 import java.util.stream.Stream;
 import picocli.CommandLine.Command;
 import picocli.CommandLine.Mixin;
@@ -90,20 +92,27 @@ final class DiffCommand implements Callable<Integer> {
         return differences.isEmpty() ? ExitCode.DONE : ExitCode.DIFFERENT;
     }
 
-    /** Field names may be written with - and in capital letters. */
     private Set<String> ignored() {
-        Set<String> known = new HashSet<>(Set.of(Comparison.UNNAMED_BYTES, Comparison.ORDER));
-        Stream<Kind> kinds = kind == null ? Arrays.stream(Kind.values()) : Stream.of(kind);
-        kinds.flatMap(of -> Layout.of(of).fields().stream()).forEach(field -> known.add(field.name()));
         Set<String> ignored = new HashSet<>();
-        for (String field : ignore.isEmpty() ? new String[0] : ignore.split(",", -1)) {
-            String name = field.strip().replace('-', '_').toLowerCase(Locale.ROOT);
-            if (!known.contains(name)) {
-                throw new ParameterException(spec.commandLine(), "unknown field '" + field + "' in --ignore; write the "
-                        + "Java constants of docs/record-layouts.md, as in service_id, or order or unnamed_bytes");
-            }
-            ignored.add(name);
+        for (String name : ignore.isEmpty() ? new String[0] : ignore.split(",", -1)) {
+            ignored.addAll(fields(name.strip()));
         }
         return ignored;
+    }
+
+    /** The fields with that name or short name, in all kinds that may be compared. */
+    private Set<String> fields(String name) {
+        if (name.equals(Comparison.ORDER) || name.equals(Comparison.UNNAMED_BYTES)) {
+            return Set.of(name);
+        }
+        Set<String> fields = (kind == null ? Arrays.stream(Kind.values()) : Stream.of(kind))
+                .flatMap(of -> Columns.of(of).get(name).stream()
+                        .filter(column -> Layout.of(of).field(column.name()).isPresent()))
+                .map(Column::name).collect(Collectors.toSet());
+        if (fields.isEmpty()) {
+            throw new ParameterException(spec.commandLine(), "unknown field '" + name + "' in --ignore: use a constant "
+                    + "of docs/record-layouts.md, as in service_id, or order or unnamed_bytes");
+        }
+        return fields;
     }
 }

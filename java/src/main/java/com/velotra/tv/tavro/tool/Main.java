@@ -30,6 +30,8 @@ import picocli.CommandLine.TypeConversionException;
             ListCommand.class,
             ShowCommand.class,
             DiffCommand.class,
+            MergeCommand.class,
+            OrderCommand.class,
             ImportCommand.class,
             DemoCommand.class
         })

@@ -3,6 +3,7 @@ package com.velotra.tv.tavro.tool.comparing;
 import com.velotra.tv.tavro.tool.matching.Comparison;
 import com.velotra.tv.tavro.tool.matching.Difference;
 import com.velotra.tv.tavro.tool.matching.FieldChange;
+import com.velotra.tv.tavro.tool.records.RecordList;
 import com.velotra.tv.tavro.tool.storage.ListEntry;
 import java.util.LinkedHashMap;
 import java.util.Map;
@@ -23,6 +24,11 @@ public final class DifferenceJson {
         }
         json.put("lists", differences.lists().stream().map(list -> of(list, counts)).toList());
         return json;
+    }
+
+    /** Returns what a command changes in a list, as an object. */
+    public static Map<String, Object> ofChanges(RecordList before, RecordList after) {
+        return of(new ListDifference(before, after, Comparison.ofStates(before, after)), false);
     }
 
     private static Map<String, Object> of(ListEntry list) {

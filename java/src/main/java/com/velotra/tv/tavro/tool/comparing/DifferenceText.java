@@ -6,11 +6,11 @@ import com.velotra.tv.tavro.tool.matching.Comparison;
 import com.velotra.tv.tavro.tool.matching.Difference;
 import com.velotra.tv.tavro.tool.matching.FieldChange;
 import com.velotra.tv.tavro.tool.output.Ansi;
+import com.velotra.tv.tavro.tool.records.RecordList;
 import com.velotra.tv.tavro.tool.storage.ListEntry;
 import java.io.PrintWriter;
 import java.util.ArrayList;
 import java.util.List;
-import java.util.function.ToIntFunction;
 
 /** Prints differences for people: removed, added and changed records, each with the values that differ. */
 public final class DifferenceText {
@@ -48,13 +48,22 @@ public final class DifferenceText {
             return;
         }
         if (oneOfSeveral) {
-            out.println(Ansi.BOLD.paint(list.title() + ": " + summary(List.of(list))));
+            out.println(Ansi.BOLD.paint(list.title() + ": " + summary(list.comparison())));
         }
         if (counts) {
             list.comparison().byField().forEach((field, number) -> out.printf("  %-30s %d%n", field, number));
         } else {
-            list.comparison().differences().forEach(difference -> print(list, difference));
+            printRecords(list);
         }
+    }
+
+    private void printRecords(ListDifference list) {
+        list.comparison().differences().forEach(difference -> print(list, difference));
+    }
+
+    /** Prints what a command changes in a list. */
+    public void printChanges(RecordList before, RecordList after) {
+        printRecords(new ListDifference(before, after, Comparison.ofStates(before, after)));
     }
 
     private void print(ListDifference list, Difference difference) {
@@ -81,7 +90,7 @@ public final class DifferenceText {
     private static String summary(Differences differences) {
         List<ListDifference> lists = differences.lists();
         if (!differences.directories()) {
-            return summary(lists);
+            return summary(lists.get(0).comparison());
         }
         long different = lists.stream().filter(list -> !list.comparison().isEmpty()).count();
         List<String> parts = new ArrayList<>();
@@ -92,18 +101,15 @@ public final class DifferenceText {
         return (different == 0 ? "lists: " : "") + join(parts);
     }
 
-    private static String summary(List<ListDifference> lists) {
+    /** Returns how many records differ, in words. */
+    public static String summary(Comparison comparison) {
         List<String> parts = new ArrayList<>();
-        add(parts, sum(lists, Comparison::removed), "removed");
-        add(parts, sum(lists, Comparison::added), "added");
-        add(parts, sum(lists, Comparison::changed), "changed");
-        add(parts, sum(lists, Comparison::moved), "moved");
-        add(parts, sum(lists, Comparison::equal), "equal");
+        add(parts, comparison.removed(), "removed");
+        add(parts, comparison.added(), "added");
+        add(parts, comparison.changed(), "changed");
+        add(parts, comparison.moved(), "moved");
+        add(parts, comparison.equal(), "equal");
         return join(parts);
-    }
-
-    private static long sum(List<ListDifference> lists, ToIntFunction<Comparison> number) {
-        return lists.stream().map(ListDifference::comparison).mapToInt(number).sum();
     }
 
     private static void add(List<String> parts, long number, String what) {

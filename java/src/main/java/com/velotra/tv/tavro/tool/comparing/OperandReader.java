@@ -12,6 +12,7 @@ import com.velotra.tv.tavro.tool.storage.ListFile;
 import com.velotra.tv.tavro.tool.storage.Snapshot;
 import com.velotra.tv.tavro.tool.storage.Storage;
 import com.velotra.tv.tavro.tool.storage.StoredLists;
+import java.io.IOException;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.HashMap;
@@ -86,6 +87,18 @@ public final class OperandReader {
         throw new Failure("'" + text + "' is not a list; name a list id, DIR:ID or a list file");
     }
 
+    /** Returns whether the user named a text file, or standard input. */
+    public static boolean isText(String text) {
+        Path path = Path.of(text);
+        boolean stored = STORED.matcher(text).matches() && !Files.exists(path) || text.matches("[0-9,]+");
+        return !stored && !Files.isDirectory(path) && !(Files.isRegularFile(path) && RawFile.isDatabase(path));
+    }
+
+    /** Returns a list of the storage directory in use, and the lists to which it refers. */
+    public Side inUse(RecordList list) {
+        return new Side(list, companions(Storage.directory()));
+    }
+
     private Records stored(Path directory, boolean inUse, Matcher text) {
         int listId = Integer.parseInt(text.group(2));
         Kind of = kind.orElse(Kind.SERVICES);
@@ -116,7 +129,7 @@ public final class OperandReader {
 
     /** Returns the lists of a directory, for references. */
     Companions companions(Path directory) {
-        return companions.computeIfAbsent(directory, from -> new Companions((of, listId) -> {
+        return companions.computeIfAbsent(real(directory), from -> new Companions((of, listId) -> {
             if (!Storage.hasLists(from)) {
                 return Optional.empty();
             }
@@ -124,6 +137,15 @@ public final class OperandReader {
                 return snapshot.list(of, listId);
             }
         }));
+    }
+
+    /** One path for each directory, so that the same one has the same companions. */
+    private static Path real(Path directory) {
+        try {
+            return directory.toRealPath();
+        } catch (IOException e) {
+            return directory.toAbsolutePath();
+        }
     }
 
     /** A list file or raw records. They refer to lists of the storage directory in use. */

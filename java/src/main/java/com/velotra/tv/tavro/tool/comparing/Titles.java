@@ -1,7 +1,6 @@
 package com.velotra.tv.tavro.tool.comparing;
 
 import com.velotra.tv.tavro.services.channellist.Printable;
-import com.velotra.tv.tavro.tool.records.Kind;
 import com.velotra.tv.tavro.tool.records.Layout;
 import com.velotra.tv.tavro.tool.records.Record;
 import com.velotra.tv.tavro.tool.records.RecordList;
@@ -15,21 +14,18 @@ public final class Titles {
         return (list.listId() == 0 ? "" : list.listId() + ",") + record.id();
     }
 
-    /** Returns the identifier of a record and its name, which is the frequency for a stream without a name. */
+    /** Returns the identifier of a record and its name, or what stands for the name. */
     public static String of(RecordList list, Record record) {
         String name = name(record);
-        String text = name.isEmpty() && record.kind() == Kind.STREAMS
-                ? "at " + value(record, "frequency")
-                : '"' + Printable.of(name) + '"';
-        return id(list, record) + " " + text;
+        return id(list, record) + " " + (name.isEmpty() ? of(record) : '"' + Printable.of(name) + '"');
+    }
+
+    private static String of(Record record) {
+        return com.velotra.tv.tavro.tool.listing.Titles.of(record);
     }
 
     /** Returns the name of a record as it is stored. */
     public static String name(Record record) {
-        return value(record, "name");
-    }
-
-    private static String value(Record record, String field) {
-        return Layout.of(record.kind()).field(field).orElseThrow().format(record);
+        return Layout.of(record.kind()).field("name").orElseThrow().format(record);
     }
 }

@@ -1,6 +1,7 @@
 package com.velotra.tv.tavro.tool.matching;
 
 import com.velotra.tv.tavro.tool.records.Record;
+import com.velotra.tv.tavro.tool.records.RecordList;
 import java.util.ArrayList;
 import java.util.LinkedHashMap;
 import java.util.List;
@@ -37,6 +38,14 @@ public final class Comparison {
         Pairing one = new Pairing(1, 1);
         one.put(0, 0);
         return new Builder(from, to, ignored, one).build();
+    }
+
+    /** Compares two states of one list, whose records have kept their record ids. */
+    public static Comparison ofStates(RecordList before, RecordList after) {
+        Pairing byId = new Pairing(before.size(), after.size());
+        byId.pair(i -> before.get(i).id(), i -> after.get(i).id());
+        return new Builder(
+                new Side(before, Companions.none()), new Side(after, Companions.none()), Set.of(), byId).build();
     }
 
     public List<Difference> differences() {

@@ -1,6 +1,5 @@
 package com.velotra.tv.tavro.tool.matching;
 
-import com.velotra.tv.tavro.services.channellist.RecordField.Style;
 import com.velotra.tv.tavro.tool.records.Field;
 import com.velotra.tv.tavro.tool.records.Record;
 
@@ -20,11 +19,6 @@ public record FieldChange(String name, String label, String from, String to, Str
         boolean inTo = field.in(to);
         return new FieldChange(field.name(), field.label(),
                 inFrom ? field.format(from) : null, inTo ? field.format(to) : null,
-                inFrom ? describe(field, from) : null, inTo ? describe(field, to) : null);
-    }
-
-    private static String describe(Field field, Record record) {
-        String text = field.format(record);
-        return field.style() == Style.TEXT ? '"' + text + '"' : text;
+                inFrom ? field.describe(from) : null, inTo ? field.describe(to) : null);
     }
 }

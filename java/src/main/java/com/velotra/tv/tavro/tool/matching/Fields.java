@@ -1,5 +1,6 @@
 package com.velotra.tv.tavro.tool.matching;
 
+import com.velotra.tv.tavro.services.channellist.ServiceFlag;
 import com.velotra.tv.tavro.tool.records.Field;
 import com.velotra.tv.tavro.tool.records.Kind;
 import com.velotra.tv.tavro.tool.records.Layout;
@@ -18,6 +19,12 @@ final class Fields {
     /** Returns the field of a kind with that name, which exists. */
     static Field of(Kind kind, String name) {
         return Layout.of(kind).field(name).orElseThrow();
+    }
+
+    /** Returns the bit of a flag in a flag word of services. */
+    static long bit(String word, ServiceFlag flag) {
+        return of(Kind.SERVICES, word).flags().stream().filter(bit -> bit.key().equals(flag.key())).findFirst()
+                .orElseThrow().mask();
     }
 
     private static Map<Kind, Field> ofEach(String name) {

@@ -6,7 +6,7 @@ import java.util.Map;
 import java.util.function.IntFunction;
 
 /** Pairs of indices into two lists. Each index is in at most one pair. */
-final class Pairing {
+public final class Pairing {
     private static final int NONE = -1;
 
     private final int[] toOfFrom;

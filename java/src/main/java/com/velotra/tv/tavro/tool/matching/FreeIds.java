@@ -1,0 +1,41 @@
+package com.velotra.tv.tavro.tool.matching;
+
+import com.velotra.tv.tavro.tool.input.Failure;
+import com.velotra.tv.tavro.tool.records.Record;
+import com.velotra.tv.tavro.tool.records.RecordList;
+import java.util.BitSet;
+
+/** Record ids that a list does not have yet. */
+final class FreeIds {
+    private static final int LEAST = 1;
+    private static final int MOST = 65_534;
+
+    private final RecordList list;
+    private final BitSet used = new BitSet(MOST + 2);
+    private int next = LEAST;
+
+    FreeIds(RecordList list) {
+        this.list = list;
+        for (Record record : list) {
+            used.set(record.id());
+        }
+    }
+
+    /**
+     * Returns {@code wanted} if it is free, otherwise the lowest id after all that are used, otherwise the lowest one.
+     *
+     * @throws Failure if the list is full
+     */
+    int take(int wanted) {
+        int id = wanted >= LEAST && wanted <= MOST && !used.get(wanted) ? wanted : Math.max(LEAST, used.length());
+        if (id > MOST) {
+            next = used.nextClearBit(next);
+            id = next;
+        }
+        if (id > MOST) {
+            throw new Failure(list.kind().noun() + " list " + list.listId() + " is full: no record id is free");
+        }
+        used.set(id);
+        return id;
+    }
+}
