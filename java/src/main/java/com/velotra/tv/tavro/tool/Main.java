@@ -33,6 +33,7 @@ import picocli.CommandLine.TypeConversionException;
             MergeCommand.class,
             OrderCommand.class,
             ImportCommand.class,
+            ShellCommand.class,
             DemoCommand.class
         })
 public final class Main {
