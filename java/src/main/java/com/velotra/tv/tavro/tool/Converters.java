@@ -2,6 +2,7 @@ package com.velotra.tv.tavro.tool;
 
 import com.velotra.tv.tavro.services.channellist.OrbitalPosition;
 import com.velotra.tv.tavro.services.channellist.RecordId;
+import com.velotra.tv.tavro.tool.editing.RecordRange;
 import com.velotra.tv.tavro.tool.listing.Filter;
 import com.velotra.tv.tavro.tool.records.Kind;
 import com.velotra.tv.tavro.tool.transponders.ListIds;
@@ -33,6 +34,26 @@ final class Converters {
             }
             throw new TypeConversionException("'" + text + "' is not a record: write LIST,RECORD, a list id from 1 to "
                     + LAST_LIST + " and a record id from 0 to " + (LAST_LIST - 1));
+        }
+    }
+
+    /** LIST,RECORD or LIST,FIRST-LAST. */
+    static final class Records implements ITypeConverter<RecordRange> {
+        @Override
+        public RecordRange convert(String text) {
+            try {
+                return RecordRange.parse(text);
+            } catch (IllegalArgumentException e) {
+                throw new TypeConversionException(e.getMessage());
+            }
+        }
+    }
+
+    /** The number of a command that can be undone. */
+    static final class ChangeNumber implements ITypeConverter<Integer> {
+        @Override
+        public Integer convert(String text) {
+            return number(text, 1, Integer.MAX_VALUE, "the number of a change");
         }
     }
 

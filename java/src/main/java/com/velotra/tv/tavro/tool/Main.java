@@ -34,6 +34,13 @@ import picocli.CommandLine.TypeConversionException;
             OrderCommand.class,
             ImportCommand.class,
             ShellCommand.class,
+            RemoveCommand.class,
+            CopyCommand.class,
+            StoreCommand.class,
+            LoadCommand.class,
+            CleanCommand.class,
+            DeleteCommand.class,
+            UndoCommand.class,
             DemoCommand.class
         })
 public final class Main {

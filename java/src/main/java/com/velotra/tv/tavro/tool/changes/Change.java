@@ -5,11 +5,13 @@ import com.velotra.tv.tavro.services.channellist.Printable;
 import com.velotra.tv.tavro.tool.input.Failure;
 import com.velotra.tv.tavro.tool.records.Kind;
 import com.velotra.tv.tavro.tool.records.RecordList;
-import com.velotra.tv.tavro.tool.storage.ListFile;
 import com.velotra.tv.tavro.tool.storage.Storage;
+import com.velotra.tv.tavro.tool.storage.StoredLists;
 import java.util.ArrayList;
 import java.util.List;
+import java.util.Optional;
 import java.util.function.Function;
+import java.util.function.Supplier;
 
 /**
  * A command that changes lists of the storage directory, wholly or not at all. Other commands that change lists wait
@@ -21,11 +23,11 @@ public final class Change {
     private static Change current; // guarded by ChangeLock
 
     private final UndoHistory history;
+    private final Supplier<String> command;
+    private final List<SavedList> read = new ArrayList<>(); // with the versions that were read
     private UndoEntry entry; // null until the first list is saved
-    private final String command;
-    private final List<SavedList> touched = new ArrayList<>(); // the lists that may have been changed
 
-    private Change(UndoHistory history, String command) {
+    private Change(UndoHistory history, Supplier<String> command) {
         this.history = history;
         this.command = command;
     }
@@ -37,6 +39,11 @@ public final class Change {
      * @param command what the user called, for the list of changes that can be undone
      */
     public static <T> T make(String command, Function<Change, T> body) {
+        return make(() -> command, body);
+    }
+
+    /** The same with a command that {@code body} knows when it saves the first list. */
+    static <T> T make(Supplier<String> command, Function<Change, T> body) {
         Runnable waiting = () -> System.err.println("  waiting for another command that changes lists …");
         ChangeLock lock = ChangeLock.take(Storage.directory(), waiting);
         try {
@@ -46,7 +53,7 @@ public final class Change {
         }
     }
 
-    private static <T> T makeLocked(String command, Function<Change, T> body) {
+    private static <T> T makeLocked(Supplier<String> command, Function<Change, T> body) {
         UndoHistory history = UndoHistory.of(Storage.directory());
         history.unfinished().ifPresent(entry -> System.err.println("  '" + Printable.of(entry.command())
                 + "' did not finish; ./tavro undo " + entry.number() + " restores the lists that it changed"));
@@ -64,64 +71,62 @@ public final class Change {
         }
     }
 
-    /** Saves a list, or that there is none, before a native changes it. Call it before each native that changes. */
+    /**
+     * Saves a list, or that there is none, before a native changes it. Call it before each native that changes.
+     *
+     * @throws Failure if it cannot be saved, or if another program has changed the list since {@link #read}
+     */
     public void save(Kind kind, int listId) {
-        touch(saved(kind, listId));
+        saved(kind, listId);
     }
 
     /**
-     * Saves a list and returns its records. {@link #replace} then fails if another program has changed the list since.
+     * Returns the records of a list that is about to be changed. {@link #save} and {@link #replace} then fail if
+     * another program has changed it in the meantime.
      *
      * @throws Failure if there is no such list
      */
     public RecordList read(Kind kind, int listId) {
-        SavedList list = saved(kind, listId);
-        if (!list.existed()) {
-            throw new Failure("no " + list + " in " + Storage.directory());
+        if (find(read, kind, listId).isEmpty()) {
+            read.add(NativeLists.version(kind, listId));
         }
-        return touched.contains(list) ? NativeLists.read(list) : ListFile.read(entry.file(list));
+        return StoredLists.read(kind, listId);
     }
 
     /**
      * Replaces the records of a list, and creates the list if there is none: saves it, has the native load a list file,
      * and compares every byte afterwards.
      *
-     * @throws Failure if it fails, or if another program has changed the list since it was saved
+     * @throws Failure if it fails, or if another program has changed the list since {@link #read}
      */
     public void replace(RecordList list) {
         SavedList saved = saved(list.kind(), list.listId());
-        if (!touched.contains(saved) && !NativeLists.version(saved).equals(saved.before())) {
-            throw new Failure("another program has changed " + saved + " in the meantime; try again");
-        }
-        touch(saved);
         NativeLists.load(saved, list, entry.directory());
     }
 
-    /** Makes a list what it was before the command of {@code from}. */
-    void restore(UndoEntry from, SavedList list) {
+    /** Makes a list what it was before the command of {@code from}. Returns whether it was something else. */
+    boolean restore(UndoEntry from, SavedList list) {
+        if (NativeLists.version(list).equals(list.before())) {
+            return false;
+        }
         save(list.kind(), list.listId());
         NativeLists.restore(from, list, entry.directory());
-    }
-
-    private void touch(SavedList list) {
-        if (!touched.contains(list)) {
-            touched.add(list);
-        }
+        return true;
     }
 
     /** Saves a list unless it was saved before. */
     private SavedList saved(Kind kind, int listId) {
-        if (entry != null) {
-            for (SavedList list : entry.lists()) {
-                if (list.is(kind, listId)) {
-                    return list;
-                }
-            }
+        Optional<SavedList> before = entry == null ? Optional.empty() : find(entry.lists(), kind, listId);
+        if (before.isPresent()) {
+            return before.get();
         }
         if (entry == null) {
-            entry = history.create(command);
+            entry = history.create(command.get());
         }
         SavedList list = NativeLists.save(kind, listId, entry.directory());
+        find(read, kind, listId).filter(seen -> !seen.before().equals(list.before())).ifPresent(seen -> {
+            throw new Failure("another program has changed " + list + " in the meantime; try again");
+        });
         List<SavedList> lists = new ArrayList<>(entry.lists());
         lists.add(list);
         entry = entry.withLists(false, lists);
@@ -129,16 +134,17 @@ public final class Change {
         return list;
     }
 
+    private static Optional<SavedList> find(List<SavedList> lists, Kind kind, int listId) {
+        return lists.stream().filter(list -> list.kind() == kind && list.listId() == listId).findFirst();
+    }
+
     /** Keeps the entry if something has changed. */
     private void finish() {
         if (entry == null) {
             return;
         }
-        List<SavedList> lists = entry.lists().stream()
-                .map(list -> list.withAfter(NativeLists.version(list)))
-                .filter(list -> touched.stream().anyMatch(other -> other.is(list.kind(), list.listId())))
-                .filter(SavedList::changed)
-                .toList();
+        List<SavedList> lists = entry.lists().stream().map(list -> list.withAfter(NativeLists.version(list)))
+                .filter(SavedList::changed).toList();
         if (lists.isEmpty()) {
             entry.delete();
             return;
@@ -147,13 +153,13 @@ public final class Change {
         history.prune();
     }
 
-    /** Restores the lists that were changed. If one cannot be restored, the entry stays, and {@code cause} says so. */
+    /** Restores the lists that were changed. If one cannot be restored, the entry stays, and a message says so. */
     private void rollBack(Throwable cause) {
         if (entry == null) {
             return;
         }
         try {
-            for (SavedList list : touched) {
+            for (SavedList list : entry.lists()) {
                 if (!NativeLists.version(list).equals(list.before())) {
                     NativeLists.restore(entry, list, entry.directory());
                 }

@@ -6,6 +6,7 @@ import com.velotra.tv.tavro.tool.input.Failure;
 import com.velotra.tv.tavro.tool.input.Source;
 import com.velotra.tv.tavro.tool.records.Kind;
 import com.velotra.tv.tavro.tool.records.RecordList;
+import com.velotra.tv.tavro.tool.storage.ListEntry;
 import com.velotra.tv.tavro.tool.storage.ListFile;
 import com.velotra.tv.tavro.tool.storage.Storage;
 import com.velotra.tv.tavro.tool.storage.StoredLists;
@@ -21,16 +22,14 @@ final class NativeLists {
 
     /** Returns the version of a list; empty if there is no such list. */
     static OptionalLong version(SavedList list) {
-        return version(list.kind(), list.listId());
+        return StoredLists.all().stream().filter(now -> now.kind() == list.kind() && now.listId() == list.listId())
+                .mapToLong(ListEntry::version).findFirst();
     }
 
-    private static OptionalLong version(Kind kind, int listId) {
-        return StoredLists.all().stream().filter(list -> list.kind() == kind && list.listId() == listId)
-                .mapToLong(list -> list.version()).findFirst();
-    }
-
-    static RecordList read(SavedList list) {
-        return StoredLists.read(list.kind(), list.listId());
+    /** Returns a list with its version, without storing it. */
+    static SavedList version(Kind kind, int listId) {
+        SavedList list = new SavedList(kind, listId, OptionalLong.empty(), OptionalLong.empty());
+        return new SavedList(kind, listId, version(list), OptionalLong.empty());
     }
 
     /**
@@ -40,7 +39,7 @@ final class NativeLists {
      */
     static SavedList save(Kind kind, int listId, Path directory) {
         // The version is read first: if another program changes the list now, the later comparison notices it.
-        SavedList list = new SavedList(kind, listId, version(kind, listId), OptionalLong.empty());
+        SavedList list = version(kind, listId);
         if (list.existed()) {
             try {
                 kind.lists().store(listId, directory.resolve(list.fileName()).toString());
@@ -99,7 +98,9 @@ final class NativeLists {
         TvList lists = list.kind().lists();
         lists.exists(list.listId()); // closes it: the natives load files into closed lists
         lists.open(list.listId(), file.toString());
-        if (!lists.exists(list.listId()) || !Arrays.equals(read(list).bytes(), content.bytes())) {
+        boolean loaded = lists.exists(list.listId())
+                && Arrays.equals(StoredLists.read(list.kind(), list.listId()).bytes(), content.bytes());
+        if (!loaded) {
             throw new Failure("cannot replace the records of " + list + "; " + Storage.whyItFails());
         }
         lists.close(list.listId());

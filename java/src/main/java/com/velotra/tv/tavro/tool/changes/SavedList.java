@@ -22,10 +22,6 @@ public record SavedList(Kind kind, int listId, OptionalLong before, OptionalLong
         return !before.equals(after);
     }
 
-    boolean is(Kind otherKind, int otherId) {
-        return kind == otherKind && listId == otherId;
-    }
-
     SavedList withAfter(OptionalLong version) {
         return new SavedList(kind, listId, before, version);
     }

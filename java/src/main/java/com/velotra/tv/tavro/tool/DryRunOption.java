@@ -1,0 +1,18 @@
+package com.velotra.tv.tavro.tool;
+
+import picocli.CommandLine.Option;
+
+/** The option of commands that change lists to only say what they would do. */
+final class DryRunOption {
+    @Option(names = {"-n", "--dry-run"}, description = "Change nothing; only print what would be done.")
+    private boolean dryRun;
+
+    boolean on() {
+        return dryRun;
+    }
+
+    /** Prints the summary of a command. */
+    void done(String summary) {
+        System.out.println((dryRun ? "dry run: " : "") + summary);
+    }
+}

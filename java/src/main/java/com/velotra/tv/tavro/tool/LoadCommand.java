@@ -1,0 +1,45 @@
+package com.velotra.tv.tavro.tool;
+
+import com.velotra.tv.tavro.tool.changes.CalledCommand;
+import com.velotra.tv.tavro.tool.editing.WholeLists;
+import java.nio.file.Path;
+import java.util.concurrent.Callable;
+import picocli.CommandLine.Command;
+import picocli.CommandLine.Mixin;
+import picocli.CommandLine.Model.CommandSpec;
+import picocli.CommandLine.Parameters;
+import picocli.CommandLine.Spec;
+
+/** ./tavro load. */
+@Command(
+        name = "load",
+        description = "Replaces the records of a list by those of a list file, and creates the list if there is none. "
+                + "If the file is damaged or of another kind, the list stays as it is.",
+        footer = {"", "Examples: ./tavro load 5 services.list", "          ./tavro load 5 --kind streams streams.list"})
+final class LoadCommand implements Callable<Integer> {
+    @Spec
+    private CommandSpec spec;
+
+    @Mixin
+    private HelpOption help;
+
+    @Parameters(index = "0", paramLabel = "LIST", converter = Converters.ListId.class,
+            description = "List id, 1 to 65535.")
+    private int listId;
+
+    @Parameters(index = "1", paramLabel = "FILE", description = "List file, as ./tavro store writes it.")
+    private Path file;
+
+    @Mixin
+    private KindOption of;
+
+    @Mixin
+    private DryRunOption dryRun;
+
+    @Override
+    public Integer call() {
+        dryRun.done(Preconditions.withLibrary(
+                () -> WholeLists.load(of.kind(), listId, file, CalledCommand.of(spec), dryRun.on())));
+        return ExitCode.DONE;
+    }
+}
