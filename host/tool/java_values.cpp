@@ -21,6 +21,14 @@ jclass global_class(JNIEnv* env, const char* name) {
     return static_cast<jclass>(checked(env->NewGlobalRef(found.get())));
 }
 
+// Returns what a Java method has returned. Throws JavaException if it has thrown.
+jobject returned(JNIEnv* env, jobject result) {
+    if (env->ExceptionCheck() == JNI_TRUE) {
+        throw JavaException{};
+    }
+    return result;
+}
+
 jbyteArray new_array(JNIEnv* env, const void* bytes, std::size_t count) {
     const auto size = static_cast<jsize>(count);
     const jbyteArray array = checked(env->NewByteArray(size));
@@ -30,7 +38,8 @@ jbyteArray new_array(JNIEnv* env, const void* bytes, std::size_t count) {
 
 void throw_failure(JNIEnv* env, const std::string& message) {
     const Local<jbyteArray> text(env, new_array(env, message.data(), message.size()));
-    const Local<jobject> failure(env, checked(env->CallStaticObjectMethod(library_class, make_failure, text.get())));
+    const Local<jobject> failure(env,
+                                 returned(env, env->CallStaticObjectMethod(library_class, make_failure, text.get())));
     env->Throw(static_cast<jthrowable>(failure.get()));
 }
 
@@ -74,9 +83,9 @@ jobject to_java(JNIEnv* env, const JavaList& list) {
     const Local<jbyteArray> name(env, new_array(env, list.name.data(), list.name.size()));
     const Local<jbyteArray> bytes(env, list.bytes == nullptr ? nullptr
                                                              : new_array(env, list.bytes->data(), list.bytes->size()));
-    return checked(env->NewObject(list_class, make_list, static_cast<jint>(list.kind), static_cast<jint>(list.list_id),
-                                  name.get(), static_cast<jint>(list.records), static_cast<jlong>(list.version),
-                                  bytes.get()));
+    return returned(env, env->NewObject(list_class, make_list, static_cast<jint>(list.kind),
+                                        static_cast<jint>(list.list_id), name.get(), static_cast<jint>(list.records),
+                                        static_cast<jlong>(list.version), bytes.get()));
 }
 
 jobjectArray to_java(JNIEnv* env, const std::vector<host::ListEntry>& lists) {
