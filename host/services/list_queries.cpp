@@ -13,6 +13,9 @@ namespace {
 // row as they are read, which does not notice missing rows.
 constexpr std::int64_t kMostCheckedBytes = std::int64_t{4} << 20;
 
+// In milliseconds since 1970: the year 9999.
+constexpr std::int64_t kLastTime = 253'402'300'799'999;
+
 // Versions and positions grow by 1 with each change.
 constexpr std::int64_t kMostChanges = std::int64_t{1} << 48;
 
@@ -149,11 +152,15 @@ MwStatus query_records(Connection& database, const ListKey& list, const Kind& ki
     return kMwOk;
 }
 
+#define TAVRO_LISTS_QUERY(TIME)                                                                                        \
+    "SELECT number, name, version, (SELECT count(*) FROM records WHERE records.number BETWEEN lists.number << 16 AND " \
+    "lists.number << 16 | 65535), " TIME                                                                               \
+    " FROM lists WHERE name IS NOT NULL AND number BETWEEN ? AND ? ORDER BY number"
+
 std::vector<ListEntry> query_lists(Connection& database, std::int64_t first, std::int64_t last) {
     std::vector<ListEntry> lists;
-    Statement row = database.prepare(
-        "SELECT number, name, version, (SELECT count(*) FROM records WHERE records.number BETWEEN lists.number << 16 "
-        "AND lists.number << 16 | 65535) FROM lists WHERE name IS NOT NULL AND number BETWEEN ? AND ? ORDER BY number");
+    const bool has_times = database.number("PRAGMA user_version") != kOldListDatabaseVersion;
+    Statement row = database.prepare(has_times ? TAVRO_LISTS_QUERY("changed") : TAVRO_LISTS_QUERY("NULL"));
     row.bind(first).bind(last);
     while (row.step()) {
         const std::int64_t number = row.number(0);
@@ -161,8 +168,12 @@ std::vector<ListEntry> query_lists(Connection& database, std::int64_t first, std
         if (find_kind(list.kind) == nullptr) {
             database.damaged("the number of a list is invalid");
         }
-        lists.push_back({list, row.text(1, "the name of a list"), row.number(3),
-                         row.number(2, "the version of a list", 0, kMostChanges)});
+        ListEntry entry{list, row.text(1, "the name of a list"), row.number(3),
+                        row.number(2, "the version of a list", 0, kMostChanges), std::nullopt};
+        if (!row.is_null(4)) {
+            entry.changed = row.number(4, "the time of a change", 0, kLastTime);
+        }
+        lists.push_back(std::move(entry));
     }
     return lists;
 }

@@ -12,7 +12,9 @@
 namespace tavro::host {
 
 inline constexpr std::int32_t kListDatabaseApplication = 0x5476'4442; // "TvDB"
-inline constexpr std::int32_t kListDatabaseVersion = 1;
+inline constexpr std::int32_t kListDatabaseVersion = 2;
+inline constexpr std::int32_t kOldListDatabaseVersion =
+    1; // without the times of changes; read, and upgraded by writers
 
 // How long a step waits for another process. The largest copy takes far less.
 inline constexpr int kBusyMilliseconds = 10'000;

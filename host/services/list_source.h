@@ -6,6 +6,7 @@
 #include "list_image.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,7 @@ struct ListEntry {
     std::string name;
     std::int64_t records;
     std::int64_t version;
+    std::optional<std::int64_t> changed; // in milliseconds since 1970, UTC; unknown before the first change
 };
 
 // Functions with a list return kHostNoSuchList if it does not exist. Functions with a state update it. They throw

@@ -37,7 +37,8 @@ bool has_tables(Connection& database, const std::string& path) {
     if (application != kListDatabaseApplication) {
         throw Failure(kHostStorageUnavailable, "cannot read " + path + ": it is not a list database");
     }
-    if (database.number("PRAGMA user_version") != kListDatabaseVersion) {
+    const std::int64_t version = database.number("PRAGMA user_version");
+    if (version != kListDatabaseVersion && version != kOldListDatabaseVersion) {
         throw Failure(kHostStorageUnavailable, "cannot read the list database " + path +
                                                    ": it was written by another version; use that version");
     }

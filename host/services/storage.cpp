@@ -4,6 +4,8 @@
 #include "status.h"
 #include "storage_error.h"
 
+#include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <system_error>
 
@@ -21,14 +23,16 @@ constexpr char kSettings[] = R"(
 )";
 constexpr int kFramesUntilCheckpoint = 1000;
 
-// A deleted list keeps its row, with a NULL name, so that its versions are never reused. The generated columns are for
-// people who query the tables.
+// A deleted list keeps its row, with a NULL name, so that its versions are never reused. `changed` is the time of the
+// last change, in milliseconds since 1970 (UTC); NULL if that was made by the first version. The generated columns are
+// for people who query the tables.
 constexpr char kTables[] = R"(
     CREATE TABLE lists (
         number INTEGER PRIMARY KEY,
         name TEXT,
         version INTEGER NOT NULL,
         next_position INTEGER NOT NULL,
+        changed INTEGER,
         kind AS (number >> 16),
         list_id AS (number & 65535));
     CREATE TABLE records (
@@ -50,6 +54,12 @@ constexpr int kMostInAStep = 256;
 
 constexpr char kDeleteRecords[] = "DELETE FROM records WHERE number BETWEEN ? AND ?";
 
+// In milliseconds since 1970, UTC. A clock that is not set is at its start.
+std::int64_t present_time() {
+    const auto time = std::chrono::system_clock::now().time_since_epoch();
+    return std::max<std::int64_t>(0, std::chrono::duration_cast<std::chrono::milliseconds>(time).count());
+}
+
 std::string prepare_directory(const std::string& directory) {
     std::error_code error;
     std::filesystem::create_directories(directory, error);
@@ -63,7 +73,8 @@ std::string prepare_directory(const std::string& directory) {
     return directory;
 }
 
-// Creates the tables in a new database. Throws Failure if an existing one is not a list database of this version.
+// Creates the tables in a new database, and upgrades an older one. Throws Failure if an existing one is not a list
+// database of this version.
 void prepare_database(Connection& database, const std::string& path) {
     sqlite3_int64 application = database.number("PRAGMA application_id");
     if (application == 0 && database.number("SELECT count(*) FROM sqlite_master") == 0) {
@@ -71,7 +82,13 @@ void prepare_database(Connection& database, const std::string& path) {
                          "; PRAGMA user_version = " + std::to_string(kListDatabaseVersion) + ";" + kTables + "COMMIT");
         return;
     }
-    if (application != kListDatabaseApplication || database.number("PRAGMA user_version") != kListDatabaseVersion) {
+    const std::int64_t version = database.number("PRAGMA user_version");
+    if (application == kListDatabaseApplication && version == kOldListDatabaseVersion) {
+        database.execute("BEGIN IMMEDIATE; ALTER TABLE lists ADD COLUMN changed INTEGER; PRAGMA user_version = " +
+                         std::to_string(kListDatabaseVersion) + "; COMMIT");
+        return;
+    }
+    if (application != kListDatabaseApplication || version != kListDatabaseVersion) {
         throw Failure(kHostStorageUnavailable, path + " is not a list database of this version; move it away to "
                                                       "start without lists, or set TAVRO_HOME to another directory");
     }
@@ -130,9 +147,10 @@ public:
 
     // Commits, and updates the state to the list's new version.
     void commit() {
-        storage_.database_.prepare("UPDATE lists SET version = ?, next_position = ? WHERE number = ?")
+        storage_.database_.prepare("UPDATE lists SET version = ?, next_position = ?, changed = ? WHERE number = ?")
             .bind(state_.version + 1)
             .bind(position_)
+            .bind(present_time())
             .bind(list_.number())
             .run();
         storage_.commit(transaction_);
@@ -243,10 +261,10 @@ MwStatus Storage::create(const ListKey& list, const std::string& name, ListState
         ListState made;
         {
             Statement row = database_.prepare(
-                "INSERT INTO lists (number, name, version, next_position) VALUES (?, ?, 0, 0) ON CONFLICT (number) DO "
-                "UPDATE "
-                "SET name = excluded.name, version = version + 1 WHERE name IS NULL RETURNING version, next_position");
-            if (!row.bind(list.number()).bind(name).step()) {
+                "INSERT INTO lists (number, name, version, next_position, changed) VALUES (?, ?, 0, 0, ?) ON CONFLICT "
+                "(number) DO UPDATE SET name = excluded.name, version = version + 1, changed = excluded.changed WHERE "
+                "name IS NULL RETURNING version, next_position");
+            if (!row.bind(list.number()).bind(name).bind(present_time()).step()) {
                 return kHostListExists;
             }
             made = state_of(row, watch_.epoch());

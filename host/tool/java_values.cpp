@@ -57,7 +57,7 @@ void look_up_classes(JNIEnv* env) {
     list_class = global_class(env, STORAGE_PACKAGE "RawList");
     make_failure =
         checked(env->GetStaticMethodID(library_class, "failure", "([B)Lcom/velotra/tv/tavro/tool/input/Failure;"));
-    make_list = checked(env->GetMethodID(list_class, "<init>", "(II[BIJ[B)V"));
+    make_list = checked(env->GetMethodID(list_class, "<init>", "(II[BIJJ[B)V"));
 }
 
 void forget_classes(JNIEnv* env) {
@@ -83,16 +83,18 @@ jobject to_java(JNIEnv* env, const JavaList& list) {
     const Local<jbyteArray> name(env, new_array(env, list.name.data(), list.name.size()));
     const Local<jbyteArray> bytes(env, list.bytes == nullptr ? nullptr
                                                              : new_array(env, list.bytes->data(), list.bytes->size()));
-    return returned(env, env->NewObject(list_class, make_list, static_cast<jint>(list.kind),
-                                        static_cast<jint>(list.list_id), name.get(), static_cast<jint>(list.records),
-                                        static_cast<jlong>(list.version), bytes.get()));
+    return returned(env,
+                    env->NewObject(list_class, make_list, static_cast<jint>(list.kind), static_cast<jint>(list.list_id),
+                                   name.get(), static_cast<jint>(list.records), static_cast<jlong>(list.version),
+                                   static_cast<jlong>(list.changed), bytes.get()));
 }
 
 jobjectArray to_java(JNIEnv* env, const std::vector<host::ListEntry>& lists) {
     const jobjectArray array = checked(env->NewObjectArray(static_cast<jsize>(lists.size()), list_class, nullptr));
     jsize index = 0;
     for (const host::ListEntry& list : lists) {
-        const JavaList row{list.list.kind, list.list.list_id, list.name, list.records, list.version};
+        const JavaList row{list.list.kind, list.list.list_id, list.name,
+                           list.records,   list.version,      list.changed.value_or(-1)};
         const Local<jobject> element(env, to_java(env, row));
         env->SetObjectArrayElement(array, index++, element.get());
     }

@@ -50,6 +50,7 @@ struct JavaList {
     const std::string& name;
     std::int64_t records = 0;
     std::int64_t version = 0;
+    std::int64_t changed = -1;                     // in milliseconds since 1970, UTC; negative if unknown
     const std::vector<std::byte>* bytes = nullptr; // of the records; null becomes a Java null
 };
 

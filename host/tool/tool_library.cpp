@@ -64,7 +64,7 @@ jobject list(JNIEnv* env, jclass, jlong handle, jint kind_number, jint list_id) 
             return nullptr;
         }
         const auto count = static_cast<std::int64_t>(records.ids.size());
-        return to_java(env, JavaList{kind.number, list_id, name, count, 0, &records.bytes});
+        return to_java(env, JavaList{kind.number, list_id, name, count, 0, -1, &records.bytes});
     });
 }
 
@@ -89,7 +89,7 @@ void check_state(ListFileState state, const std::string& name) {
 
 jobject to_java(JNIEnv* env, const ListFile& file) {
     return to_java(env, JavaList{file.kind->number, file.list_id, file.name,
-                                 static_cast<std::int64_t>(file.records.ids.size()), 0, &file.records.bytes});
+                                 static_cast<std::int64_t>(file.records.ids.size()), 0, -1, &file.records.bytes});
 }
 
 jobject read_file(JNIEnv* env, jclass, jbyteArray path) {

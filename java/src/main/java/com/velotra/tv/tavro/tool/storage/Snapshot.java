@@ -7,6 +7,7 @@ import java.io.IOException;
 import java.nio.charset.StandardCharsets;
 import java.nio.file.Files;
 import java.nio.file.Path;
+import java.time.Instant;
 import java.util.Arrays;
 import java.util.List;
 import java.util.Optional;
@@ -96,7 +97,7 @@ public final class Snapshot implements AutoCloseable {
     private List<ListEntry> entries(int first, int last) {
         return Arrays.stream(ToolLibrary.lists(handle(), first, last))
                 .map(list -> new ListEntry(kind(list), list.listId(), name(list), list.records(), list.version(),
-                        Optional.empty()))
+                        list.changed() < 0 ? Optional.empty() : Optional.of(Instant.ofEpochMilli(list.changed()))))
                 .toList();
     }
 

@@ -14,6 +14,8 @@ import java.io.IOException;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.nio.file.attribute.PosixFilePermissions;
+import java.time.Instant;
+import java.time.temporal.ChronoUnit;
 import java.util.Arrays;
 import java.util.List;
 import java.util.Map;
@@ -139,6 +141,20 @@ class SnapshotTest {
                 }
             }
             Access.readWrite();
+        }
+    }
+
+    @Test
+    void theTimeOfTheLastChangeIsKnownUnlessTheDatabaseIsOld() throws Exception {
+        Instant before = Instant.now().truncatedTo(ChronoUnit.MILLIS);
+        storeOwn(Kind.NETWORKS, 44, ListFileTest.list(Kind.NETWORKS, 44, "n", 1), folder.resolve("list"));
+        try (Snapshot snapshot = Snapshot.open(Storage.directory())) {
+            Instant changed = snapshot.entry(Kind.NETWORKS, 44).orElseThrow().changed().orElseThrow();
+            assertFalse(changed.isBefore(before) || changed.isAfter(Instant.now()), changed.toString());
+        }
+        sql("ALTER TABLE lists DROP COLUMN changed; PRAGMA user_version = 1");
+        try (Snapshot snapshot = Snapshot.open(home)) {
+            assertEquals(Optional.empty(), snapshot.entry(Kind.SATELLITES, 3).orElseThrow().changed());
         }
     }
 
