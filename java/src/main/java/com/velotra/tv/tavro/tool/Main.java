@@ -29,6 +29,7 @@ import picocli.CommandLine.TypeConversionException;
             ListsCommand.class,
             ListCommand.class,
             ShowCommand.class,
+            DumpCommand.class,
             DiffCommand.class,
             MergeCommand.class,
             OrderCommand.class,

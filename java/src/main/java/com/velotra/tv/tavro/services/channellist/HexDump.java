@@ -1,12 +1,13 @@
 package com.velotra.tv.tavro.services.channellist;
 
-/** Bytes as text, sixteen per line: their offset, the bytes, their characters. */
-final class HexDump {
+/** Bytes as text, sixteen per line: their offset in hexadecimal, the bytes, their characters. */
+public final class HexDump {
     private static final int PER_LINE = 16;
 
     private HexDump() {}
 
-    static void append(StringBuilder out, byte[] bytes) {
+    /** Appends the lines of some bytes. */
+    public static void append(StringBuilder out, byte[] bytes) {
         for (int start = 0; start < bytes.length; start += PER_LINE) {
             StringBuilder hex = new StringBuilder();
             StringBuilder characters = new StringBuilder();

@@ -5,6 +5,7 @@ import com.velotra.tv.tavro.services.channellist.Printable;
 import com.velotra.tv.tavro.services.channellist.RecordField.Style;
 import com.velotra.tv.tavro.services.channellist.ServiceRecord;
 import java.util.List;
+import java.util.Optional;
 
 /**
  * A field of a record: where it is, what it is called, and how its value is written as text.
@@ -165,20 +166,21 @@ public final class Field {
         if (style() == Style.TEXT) {
             return '"' + Printable.of(text) + '"';
         }
-        String more = meaning(record);
         return text + (unit().isEmpty() || unit().equals(TENTHS_OF_A_DEGREE) ? "" : " " + unit())
-                + (more.isEmpty() ? "" : " (" + more + ")");
+                + name(record).map(name -> " (" + name + ")").orElse("");
     }
 
-    /** Returns what the number means: its name, flags, channel numbers or position; empty if that is not known. */
-    private String meaning(Record record) {
+    /** Returns what a number means: its name, flags, channel numbers or position; empty if that is not known. */
+    public Optional<String> name(Record record) {
+        String name = "";
         if (name().equals(CHANNEL_ID)) {
-            return new ServiceRecord(record.bytes()).channelNumbers();
+            name = new ServiceRecord(record.bytes()).channelNumbers();
+        } else if (unit().equals(TENTHS_OF_A_DEGREE)) {
+            name = new OrbitalPosition((int) number(record)).toString();
+        } else if (style() != Style.TEXT) {
+            name = names.of(number(record));
         }
-        if (unit().equals(TENTHS_OF_A_DEGREE)) {
-            return new OrbitalPosition((int) number(record)).toString();
-        }
-        return names.of(number(record));
+        return name.isEmpty() ? Optional.empty() : Optional.of(name);
     }
 
     /**

@@ -80,6 +80,11 @@ public final class Layout {
         return views;
     }
 
+    /** Returns the field that selects a view: the broadcast type or the medium; empty without views. */
+    public Optional<Field> selector() {
+        return fields.stream().filter(field -> field.offset() == selector).findFirst();
+    }
+
     /** Returns the view of a record; empty if it has none or an unknown one. */
     public Optional<View> view(Record record) {
         return of(record).view;
