@@ -36,8 +36,9 @@ public final class Dump {
         String text = note;
         for (int at = 0; at < bytes.length; ) {
             int zeros = zeros(bytes, at);
-            int length = zeros > PER_LINE ? zeros : Math.min(PER_LINE, bytes.length - at);
-            String hex = zeros > PER_LINE ? "00 × " + zeros : HEX.formatHex(bytes, at, at + length);
+            boolean fold = zeros > PER_LINE;
+            int length = fold ? zeros : Math.min(PER_LINE, bytes.length - at);
+            String hex = fold ? "00 × " + zeros : HEX.formatHex(bytes, at, at + length);
             String line = String.format("%4d  %-" + HEX_COLUMNS + "s  %s", offset + at, hex, text).stripTrailing();
             out.append(line).append(System.lineSeparator());
             at += length;

@@ -89,6 +89,13 @@ class DumpTest {
     }
 
     @Test
+    void theNameOfAFileIsSafeForTheTerminal() throws Exception {
+        String file = Files.write(folder.resolve("a\u001bb"), network()).toString();
+        assertTrue(ToolProcess.runHere("dump", file, "-k", "networks").out()
+                .startsWith("file " + folder + "/a·b, 1 network"));
+    }
+
+    @Test
     void aListFileNamesItsListAndKind() {
         Path file = folder.resolve("file.list");
         ListFile.write(file, RecordList.of(Kind.NETWORKS, 12, "nwl_12", network()));

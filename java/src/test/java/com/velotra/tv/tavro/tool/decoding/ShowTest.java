@@ -15,9 +15,14 @@ import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamInfoBase;
 import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamList;
 import com.velotra.tv.tavro.tool.ToolProcess;
 import com.velotra.tv.tavro.tool.ToolProcess.Result;
+import com.velotra.tv.tavro.tool.records.Kind;
+import com.velotra.tv.tavro.tool.records.RecordList;
+import com.velotra.tv.tavro.tool.storage.ListFile;
+import java.nio.file.Path;
 import java.util.List;
 import org.junit.jupiter.api.BeforeAll;
 import org.junit.jupiter.api.Test;
+import org.junit.jupiter.api.io.TempDir;
 
 /** ./tavro show. */
 class ShowTest {
@@ -106,6 +111,26 @@ class ShowTest {
         assertEquals("tone burst                     1 (burst B)", lines.get(9));
         assertEquals("orbital position               -8 (S0.8W)", lines.get(lines.size() - 3));
         assertEquals("name                           \"Uno· Züri\"", lines.get(lines.size() - 2));
+    }
+
+    @Test
+    void theNameOfAReferencedRecordIsSafeForTheTerminal() {
+        String out = show("-k", "streams").out();
+        assertTrue(out.endsWith("\nsatellite record               1 (40,1 \"Uno· Züri\")\n"), out);
+    }
+
+    @Test
+    void bytesThatNoFieldHasArePrinted(@TempDir Path folder) {
+        byte[] bytes = new byte[304];
+        bytes[4] = 1;
+        bytes[300] = 9;
+        Path file = folder.resolve("file");
+        ListFile.write(file, RecordList.of(Kind.NETWORKS, 42, "nwl_42", bytes));
+        VltTvNetworkList.getInstance().load(42, file.toString());
+        assertTrue(ToolProcess.runHere("show", "42,1", "-k", "networks").out()
+                .endsWith("\nname                           \"\"\nunnamed bytes                  300:09\n"));
+        String table = ToolProcess.runHere("show", "42,1", "-k", "networks", "--bytes").out();
+        assertTrue(table.endsWith("\n               unnamed bytes  300:09\n"), table);
     }
 
     @Test

@@ -109,6 +109,23 @@ class LayoutTest {
     }
 
     @Test
+    void aTextThatLooksLikeBytesIsWrittenAsBytes() {
+        Record record = record(Kind.NETWORKS, "name=0x3078");
+        assertEquals("0x3078" + "0".repeat(60), field(Kind.NETWORKS, "name").format(record));
+        assertArrayEquals(new byte[] {'0', 'x', 0}, record.bytes(13, 3));
+    }
+
+    @Test
+    void aTextThatARecordCannotHoldIsRefused() {
+        assertWrong("the name cannot contain a NUL character", Kind.NETWORKS, "name=a\0b");
+        assertWrong("the name cannot contain half of a surrogate pair", Kind.NETWORKS, "name=a\ud83d");
+        assertWrong("'0x0' cannot be the name: 0x is followed by pairs of hexadecimal digits", Kind.NETWORKS,
+                "name=0x0");
+        assertWrong("'0x" + "00".repeat(33) + "' is too long for the name: at most 32 bytes", Kind.NETWORKS,
+                "name=0x" + "00".repeat(33));
+    }
+
+    @Test
     void aSatelliteNameMayFillItsField() {
         byte[] bytes = new byte[412];
         Field name = Layout.of(Kind.SATELLITES).field("name").orElseThrow();
@@ -178,6 +195,8 @@ class LayoutTest {
         assertWrong("'' cannot be the medium" + choice + "terrestrial, cable, satellite", Kind.STREAMS, "medium=");
         assertWrong("'256' cannot be the medium" + choice + "terrestrial, cable, satellite", Kind.STREAMS,
                 "medium=256");
+        assertWrong("'' cannot be the extended DiSEqC type: it must be a number from 0 to 4294967295, or one of: "
+                + "extended switch", Kind.SATELLITES, "diseqc_type_ex=");
         assertWrong("'audio' cannot be the service type" + choice + "audio and video, audio", Kind.SERVICES,
                 "service_type=audio");
     }
@@ -189,10 +208,9 @@ class LayoutTest {
 
     @Test
     void flagsAreSetAndClearedByTheirKeys() {
-        assertEquals("0x00000818", field(Kind.SERVICES, "network_mask").format(record(Kind.SERVICES,
+        assertEquals("0x00000819", field(Kind.SERVICES, "network_mask").format(record(Kind.SERVICES,
                 "network_mask=0x1f", "network_mask=+VnetScrambled -VnetActive,-vnetepg -VnetEpg",
-                "network_mask=-ventchannelblock", "network_mask=+VnetVisible", "network_mask=0x81a",
-                "network_mask=-VnetActive")));
+                "network_mask=-ventchannelblock", "network_mask=+VnetVisible")));
         assertWrong("'+Vnet' is not a flag with + or - before it; the flags are NwlFavNetworkCandidate, "
                 + "NwlFavNetwork", Kind.NETWORKS, "flags=+Vnet");
         assertWrong("'NwlFavNetwork' is not a flag with + or - before it; the flags are NwlFavNetworkCandidate, "
