@@ -8,13 +8,16 @@ import com.velotra.tv.tavro.tool.decoding.RawRecords;
 import com.velotra.tv.tavro.tool.decoding.RecordJson;
 import com.velotra.tv.tavro.tool.input.Text;
 import com.velotra.tv.tavro.tool.output.JsonOutput;
+import com.velotra.tv.tavro.tool.records.Kind;
 import com.velotra.tv.tavro.tool.records.Record;
 import com.velotra.tv.tavro.tool.records.RecordList;
 import com.velotra.tv.tavro.tool.storage.Access;
 import com.velotra.tv.tavro.tool.storage.ListFile;
 import com.velotra.tv.tavro.tool.storage.Snapshot;
+import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.List;
+import java.util.Optional;
 import java.util.concurrent.Callable;
 import picocli.CommandLine.Command;
 import picocli.CommandLine.Mixin;
@@ -48,8 +51,10 @@ final class DumpCommand implements Callable<Integer> {
                     + "for such records from standard input.")
     private String source;
 
-    @Mixin
-    private KindOption of;
+    @Option(names = {"-k", "--kind"}, paramLabel = "KIND", converter = Converters.KindName.class,
+            description = "Kind of record: services, streams, networks or satellites. The default is services for a "
+                    + "stored record, and what the size of the input fits for others.")
+    private Kind kind;
 
     @Option(names = "--first", paramLabel = "N", converter = Converters.Count.class,
             description = "Print at most N records.")
@@ -66,16 +71,16 @@ final class DumpCommand implements Callable<Integer> {
             return ExitCode.DONE;
         }
         if (source.equals(STANDARD_INPUT)) {
-            print("standard input", RawRecords.read(of.kind(), System.in));
+            print("standard input", RawRecords.readStandardInput(Optional.ofNullable(kind)));
             return ExitCode.DONE;
         }
         Path file = Path.of(source);
-        if (ListFile.isOne(file)) {
+        if (Files.isRegularFile(file) && ListFile.isOne(file)) {
             RecordList list = ListFile.read(file);
             print("list file " + file + ": " + list.kind().noun() + " list " + list.listId() + ", stored as \""
                     + list.name() + '"', list);
         } else {
-            print("file " + file, RawRecords.read(of.kind(), file));
+            print("file " + file, RawRecords.read(file, Optional.ofNullable(kind)));
         }
         return ExitCode.DONE;
     }
@@ -89,7 +94,7 @@ final class DumpCommand implements Callable<Integer> {
     }
 
     private void stored(RecordId id) {
-        Record record = StoredRecord.read(of.kind(), id);
+        Record record = StoredRecord.read(kind == null ? Kind.SERVICES : kind, id);
         try (Snapshot lists = StoredRecord.snapshot()) {
             DecodedRecord decoded = StoredRecord.decoded(record, lists);
             if (json) {

@@ -2,6 +2,7 @@ package com.velotra.tv.tavro.tool.comparing;
 
 import com.velotra.tv.tavro.services.channellist.RecordId;
 import com.velotra.tv.tavro.tool.comparing.Operand.Records;
+import com.velotra.tv.tavro.tool.decoding.RawRecords;
 import com.velotra.tv.tavro.tool.input.Failure;
 import com.velotra.tv.tavro.tool.matching.Companions;
 import com.velotra.tv.tavro.tool.matching.Side;
@@ -150,7 +151,9 @@ public final class OperandReader {
 
     /** A list file or raw records. They refer to lists of the storage directory in use. */
     private Records file(Path path) {
-        RecordList list = RawFile.isDatabase(path) && ListFile.isOne(path) ? listFile(path) : RawFile.read(path, kind);
+        RecordList list = RawFile.isDatabase(path) && ListFile.isOne(path)
+                ? listFile(path)
+                : RawRecords.read(path, kind);
         String of = list.listId() == 0
                 ? "file " + path
                 : "list file " + path + " (" + list.kind().noun() + " list " + list.listId() + ")";

@@ -10,6 +10,8 @@ import java.io.InputStream;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.Arrays;
+import java.util.List;
+import java.util.Optional;
 import java.util.stream.Collectors;
 
 /** Records one after the other, without anything around them. */
@@ -20,50 +22,58 @@ public final class RawRecords {
     private RawRecords() {}
 
     /**
-     * Reads the records of a file.
+     * Reads the records of a file, as a list with the id 0. If no kind is given, the size decides.
      *
-     * @throws Failure if the file cannot be read, or is not a whole number of records; it names the kinds that fit
+     * @throws Failure if the file cannot be read, or its size does not fit or fits several kinds
      */
-    public static RecordList read(Kind kind, Path file) {
+    public static RecordList read(Path file, Optional<Kind> kind) {
+        String name = Printable.of(file.toString());
         if (Files.isDirectory(file)) {
-            throw new Failure("cannot read " + Printable.of(file.toString()) + ": it is a directory");
+            throw new Failure("cannot read " + name + ": it is a directory");
         }
         try (InputStream in = Files.newInputStream(file)) {
-            return read(kind, in, file.toString());
+            return read(in, name, kind);
         } catch (IOException e) {
-            throw new Failure("cannot read " + Printable.of(file.toString()) + ": " + Source.reason(e));
+            throw new Failure("cannot read " + name + ": " + Source.reason(e));
         }
     }
 
     /** Reads the records of standard input, to its end. */
-    public static RecordList read(Kind kind, InputStream in) {
+    public static RecordList readStandardInput(Optional<Kind> kind) {
         try {
-            return read(kind, in, "standard input");
+            return read(System.in, "standard input", kind);
         } catch (IOException e) {
             throw new Failure("cannot read standard input: " + Source.reason(e));
         }
     }
 
-    private static RecordList read(Kind kind, InputStream in, String name) throws IOException {
+    private static RecordList read(InputStream in, String name, Optional<Kind> kind) throws IOException {
         byte[] bytes = in.readNBytes(MOST + 1);
         if (bytes.length > MOST) {
-            throw new Failure(Printable.of(name) + " has more than " + MOST + " bytes, and no list is that long");
+            throw new Failure(name + " has more than " + MOST + " bytes, and no list is that long");
         }
         if (bytes.length == 0) {
-            throw new Failure(Printable.of(name) + " is empty");
+            throw new Failure(name + " is empty");
         }
-        if (bytes.length % kind.recordBytes() != 0) {
-            throw new Failure(Printable.of(name) + " has " + bytes.length + " bytes, which is not a whole number of "
-                    + kind.recordBytes() + "-byte " + kind.noun() + " records; " + hint(bytes.length));
+        List<Kind> fitting = Arrays.stream(Kind.values())
+                .filter(one -> bytes.length % one.recordBytes() == 0)
+                .toList();
+        if (kind.isPresent() ? !fitting.contains(kind.get()) : fitting.size() != 1) {
+            throw wrongSize(name, bytes.length, kind, fitting);
         }
-        return RecordList.of(kind, 0, "", bytes);
+        return RecordList.of(kind.orElseGet(() -> fitting.get(0)), 0, "", bytes);
     }
 
-    private static String hint(int bytes) {
-        String fitting = Arrays.stream(Kind.values())
-                .filter(kind -> bytes % kind.recordBytes() == 0)
-                .map(kind -> "--kind " + kind)
-                .collect(Collectors.joining(" or "));
-        return fitting.isEmpty() ? "no kind of record has a size that fits" : "its size fits " + fitting;
+    private static Failure wrongSize(String name, int bytes, Optional<Kind> kind, List<Kind> fitting) {
+        String hint = fitting.stream().map(one -> "--kind " + one).collect(Collectors.joining(" or "));
+        if (kind.isEmpty() && !fitting.isEmpty()) {
+            return new Failure(name + " has " + bytes + " bytes, which several kinds of record fit; choose " + hint);
+        }
+        String sizes = Arrays.stream(Kind.values()).map(one -> one + " " + one.recordBytes())
+                .collect(Collectors.joining(", "));
+        return new Failure(name + " is neither a list file nor a file of "
+                + kind.map(wanted -> wanted.noun() + " ").orElse("") + "records: its " + bytes
+                + " bytes are not a whole number of records (" + sizes + " bytes)"
+                + (hint.isEmpty() ? "" : "; they fit " + hint));
     }
 }

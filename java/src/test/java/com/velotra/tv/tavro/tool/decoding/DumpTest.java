@@ -147,16 +147,23 @@ class DumpTest {
     }
 
     @Test
+    void theSizeTellsTheKindIfNoneIsGiven() throws Exception {
+        assertEquals(new Result(0, "standard input, 1 network of 304 bytes\n\nnetwork 7\n" + NETWORK, ""),
+                withInput(network(), "dump", "-"));
+        String file = file(new byte[412 * 76]);
+        assertEquals(new Result(1, "", "tavro: " + file + " has 31312 bytes, which several kinds of record fit; choose "
+                + "--kind networks or --kind satellites\n"), ToolProcess.runHere("dump", file));
+    }
+
+    @Test
     void aSizeThatDoesNotFitNamesTheKindsThatDo() throws Exception {
+        String sizes = "bytes are not a whole number of records (services 552, streams 724, networks 304, satellites "
+                + "412 bytes)";
         String file = file(new byte[304]);
-        assertEquals(new Result(1, "", "tavro: " + file + " has 304 bytes, which is not a whole number of 552-byte "
-                + "service records; its size fits --kind networks\n"), ToolProcess.runHere("dump", file));
-        String common = file(new byte[412 * 76]);
-        assertEquals(new Result(1, "", "tavro: " + common + " has 31312 bytes, which is not a whole number of 724-byte "
-                + "transport stream records; its size fits --kind networks or --kind satellites\n"),
-                ToolProcess.runHere("dump", common, "-k", "streams"));
-        assertEquals(new Result(1, "", "tavro: standard input has 5 bytes, which is not a whole number of 552-byte "
-                + "service records; no kind of record has a size that fits\n"), withInput(new byte[5], "dump", "-"));
+        assertEquals(new Result(1, "", "tavro: " + file + " is neither a list file nor a file of service records: its "
+                + "304 " + sizes + "; they fit --kind networks\n"), ToolProcess.runHere("dump", file, "-k", "services"));
+        assertEquals(new Result(1, "", "tavro: standard input is neither a list file nor a file of records: its 5 "
+                + sizes + "\n"), withInput(new byte[5], "dump", "-"));
     }
 
     @Test
