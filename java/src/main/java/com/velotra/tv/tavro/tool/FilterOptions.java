@@ -26,7 +26,8 @@ final class FilterOptions {
     private Filter byNetwork;
 
     @Option(names = "--by-satellite", paramLabel = "SAT", converter = Converters.SatelliteFilter.class,
-            description = "Services or transport streams of a satellite, by its LIST,RECORD or a position such as 19.2E.")
+            description = "Services or transport streams of a satellite, by its LIST,RECORD or a position such as "
+                    + "19.2E.")
     private Filter bySatellite;
 
     /** Returns whether one of the options is given. */

@@ -144,10 +144,10 @@ final class ListCommand implements Callable<Integer> {
 
     private void printColumns() {
         Kind kind = of.kind();
-        Table table = new Table("column", "short", "values", "meaning");
+        Table table = new Table("column", "short", "values", "unit", "meaning");
         for (Column column : Columns.of(kind).all()) {
             table.add(column.name(), String.join(" ", Columns.of(kind).shortNames(column)),
-                    column.type().toString().toLowerCase(Locale.ROOT), column.heading());
+                    column.type().toString().toLowerCase(Locale.ROOT), column.unit(), column.heading());
         }
         System.out.print(table.toString(Terminal.columns()));
     }

@@ -27,6 +27,7 @@ import picocli.CommandLine.TypeConversionException;
         versionProvider = Main.Version.class,
         subcommands = {
             ListsCommand.class,
+            FindCommand.class,
             ListCommand.class,
             ShowCommand.class,
             DumpCommand.class,

@@ -14,6 +14,7 @@ import com.velotra.tv.tavro.services.channellist.VltTvSatelliteList;
 import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamInfoBase;
 import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamList;
 import com.velotra.tv.tavro.tool.ToolProcess.Result;
+import java.util.List;
 import org.junit.jupiter.api.BeforeAll;
 import org.junit.jupiter.api.Test;
 
@@ -46,8 +47,8 @@ class ListCommandTest {
         VltTvChannelList services = VltTvChannelList.getInstance();
         services.open(1);
         for (int service = 1; service <= 3; service++) {
-            services.add(1, new VltTvChannelInfoBase().setBroadcastType(2).setServiceType(1).setServiceId(service).setVnetVisible(true)
-                    .setServiceName(new String[] {"Zwölf", "Élan", "sport, \"24\""}[service - 1])
+            services.add(1, new VltTvChannelInfoBase().setBroadcastType(2).setServiceType(1).setServiceId(service)
+                    .setVnetVisible(true).setServiceName(new String[] {"Zwölf", "Élan", "sport, \"24\""}[service - 1])
                     .setLogicalChannelNumber(30 - service).setTslRecId(new RecordId(1, (service + 1) / 2)));
         }
     }
@@ -67,18 +68,25 @@ class ListCommandTest {
     void usualColumnsAreFollowedByWhatServicesReferTo() {
         assertEquals(
                 """
-                record  LCN  name         service id  type  scrambled  shown  transport stream  frequency  polarization  satellite
-                     1   29  Zwölf                 1  TV    no         yes    1,1                12000001  H             Astra
-                     2   28  Élan                  2  TV    no         yes    1,1                12000001  H             Astra
-                     3   27  sport, "24"           3  TV    no         yes    1,2                12000002  V             S5.0W
+                record  LCN  name         service id  type  scrambled  shown  transport stream  \
+                frequency  polarization  satellite
+                     1   29  Zwölf                 1  TV    no         yes    1,1                \
+                12000001  H             Astra
+                     2   28  Élan                  2  TV    no         yes    1,1                \
+                12000001  H             Astra
+                     3   27  sport, "24"           3  TV    no         yes    1,2                \
+                12000002  V             S5.0W
                 3 services
                 """,
                 list());
         assertEquals(
                 """
-                record  standard  frequency  polarization  symbol rate  stream id  original network id  network record  network  satellite  name
-                     1  DVB-S      12000001  H                22000000       1001                    0  1,1             Network  Astra
-                     2  DVB-S2     12000002  V                22000000       1002                    0  1,1             Network  S5.0W
+                record  standard  frequency  polarization  symbol rate  stream id  \
+                original network id  network record  network  satellite  name
+                     1  DVB-S      12000001  H                22000000       1001                    \
+                0  1,1             Network  Astra
+                     2  DVB-S2     12000002  V                22000000       1002                    \
+                0  1,1             Network  S5.0W
                 2 transport streams
                 """,
                 list("-k", "streams"));
@@ -177,11 +185,16 @@ class ListCommandTest {
 
     @Test
     void helpOfColumnsListsThemWithTheirShortNames() {
-        String columns = list("--columns", "help");
-        assertTrue(columns.startsWith("column                   short   values  meaning\n"), columns);
-        assertTrue(columns.contains("\nfrequency                freq    number  frequency\n"), columns);
-        assertTrue(columns.contains("\nlcn                              number  LCN\n"), columns);
-        assertTrue(columns.contains("\npolarization             pol     code    polarization\n"), columns);
+        List<String> columns = list("--columns", "help").lines().toList();
+        assertEquals("column                     short   values  unit  meaning", columns.get(0));
+        for (String column : List.of(
+                "frequency                  freq    number  kHz   frequency",
+                "symbol_rate                sr      number  Bd    symbol rate",
+                "polarization               pol     code          polarization",
+                "lcn                                number        LCN",
+                "VnetScrambled                      flag          VnetScrambled")) {
+            assertTrue(columns.contains(column), column + " is not in " + columns);
+        }
     }
 
     private static void assertWrong(String message, String... words) {
@@ -198,12 +211,13 @@ class ListCommandTest {
         assertWrong("unknown column '' of services: --columns help lists all", "--columns", "name,");
         assertWrong("unknown column 'x' of networks: --columns help lists all", "--sort=-x", "-k", "networks");
         assertWrong("expected a value after '>'\n  freq>\n       ^", "--where", "freq>");
-        assertWrong("'x' is not a transport stream: write LIST,RECORD or a transport stream id: it must be from 0 to 65535",
-                "--by-stream", "x");
+        assertWrong("'x' is not a transport stream: write LIST,RECORD or a transport stream id: it must be from 0 to "
+                + "65535", "--by-stream", "x");
         assertWrong("'65536' is not a network id: it must be from 0 to 65535", "--by-network", "65536");
-        assertWrong("'19.2' is not a satellite: write LIST,RECORD or a position such as 19.2E", "--by-satellite", "19.2");
-        assertWrong("'0,1' is not a record: write LIST,RECORD, a list id from 1 to 65535 and a record id from 0 to 65534",
-                "--by-satellite", "0,1");
+        assertWrong("'19.2' is not a satellite: write LIST,RECORD or a position such as 19.2E",
+                "--by-satellite", "19.2");
+        assertWrong("'0,1' is not a record: write LIST,RECORD, a list id from 1 to 65535 and a record id from 0 to "
+                + "65534", "--by-satellite", "0,1");
         assertWrong("--by-stream does not select streams, but services", "--by-stream", "1", "-k", "streams");
         assertWrong("--by-network does not select satellites, but services and streams", "--by-network", "1", "-k",
                 "satellites");

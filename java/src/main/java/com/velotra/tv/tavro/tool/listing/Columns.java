@@ -11,7 +11,7 @@ import java.util.Locale;
 import java.util.Map;
 import java.util.Optional;
 
-/** The columns of each record kind: computed ones, and one for each field. */
+/** The columns of each record kind: computed ones, and one for each field and each flag. */
 public final class Columns {
     /** Short names of columns, for every kind that has the column. */
     private static final Map<String, String> ALIASES = Map.ofEntries(
@@ -26,14 +26,24 @@ public final class Columns {
     private final List<Column> optional = new ArrayList<>();
 
     private Columns(Kind kind) {
-        List<Column> computed = switch (kind) {
+        computed(kind).forEach(column -> byName.put(column.name(), column));
+        Layout.of(kind).fields().forEach(this::addField);
+    }
+
+    /** Adds the column of a field, and one for each of its flags under the name of its Java key. */
+    private void addField(Field field) {
+        byName.putIfAbsent(field.name(), Column.of(field));
+        field.flags().forEach(flag -> byName.putIfAbsent(flag.key().toLowerCase(Locale.ROOT),
+                Column.flag(flag.key(), flag.key(), field, flag.key())));
+    }
+
+    private static List<Column> computed(Kind kind) {
+        return switch (kind) {
             case SERVICES -> ServiceColumns.ALL;
             case STREAMS -> StreamColumns.ALL;
             case NETWORKS -> NetworkColumns.ALL;
             case SATELLITES -> SatelliteColumns.ALL;
         };
-        computed.forEach(column -> byName.put(column.name(), column));
-        Layout.of(kind).fields().forEach(field -> byName.putIfAbsent(field.name(), Column.of(field)));
     }
 
     // Which columns a list is printed with, by their short names. Those with a question mark are printed only if one of

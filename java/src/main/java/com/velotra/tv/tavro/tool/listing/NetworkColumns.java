@@ -17,8 +17,8 @@ final class NetworkColumns {
 
     static final List<Column> ALL = List.of(
             column(KIND, "record_id", "record"),
-            Column.flag("favorite", "favorite", FLAGS, 0x4),
-            Column.flag("candidate", "candidate", FLAGS, 0x2));
+            Column.flag("favorite", "favorite", FLAGS, "NwlFavNetwork"),
+            Column.flag("candidate", "candidate", FLAGS, "NwlFavNetworkCandidate"));
 
     private NetworkColumns() {}
 

@@ -7,10 +7,12 @@ import com.velotra.tv.tavro.services.channellist.OrbitalPosition;
 import com.velotra.tv.tavro.tool.records.Field;
 import com.velotra.tv.tavro.tool.records.Kind;
 import com.velotra.tv.tavro.tool.records.Record;
-import java.util.ArrayList;
 import java.util.List;
 import java.util.Locale;
+import java.util.Map;
 import java.util.OptionalLong;
+import java.util.TreeMap;
+import java.util.stream.Collectors;
 
 /** The computed columns of satellites. */
 final class SatelliteColumns {
@@ -23,6 +25,8 @@ final class SatelliteColumns {
     private static final Field PORT = field(KIND, "diseqc_port");
     private static final Field BURST = field(KIND, "tone_burst");
     private static final Field ORBITAL_POSITION = field(KIND, "orbital_position");
+    private static final Map<String, String> LNB_KINDS = new TreeMap<>(Map.of("MaskLnbUniver", "universal",
+            "MaskLnbSingcab", "single cable", "MaskLnbSingcabJess", "single cable, second generation"));
     private static final int TONE_BURST_ONLY = 0;
     private static final int COMMITTED_SWITCH = 2;
     private static final int NO_PORT = 255;
@@ -34,7 +38,7 @@ final class SatelliteColumns {
     static final List<Column> ALL = List.of(
             column(KIND, "record_id", "record"),
             POSITION,
-            Column.flag("in_use", "in use", MASK, 0x2000),
+            Column.flag("in_use", "in use", MASK, "MaskStatusOn"),
             Column.text("lnb", "LNB", (satellite, references) -> lnb(satellite)),
             Column.term("diseqc", "DiSEqC", (satellite, references) -> diseqc(satellite)));
 
@@ -65,17 +69,8 @@ final class SatelliteColumns {
     }
 
     private static String lnbKind(long mask) {
-        List<String> kinds = new ArrayList<>();
-        if ((mask & 0x4000) != 0) {
-            kinds.add("universal");
-        }
-        if ((mask & 0x8000) != 0) {
-            kinds.add("single cable");
-        }
-        if ((mask & 0x10000) != 0) {
-            kinds.add("single cable, second generation");
-        }
-        return String.join(", ", kinds);
+        return LNB_KINDS.entrySet().stream().filter(kind -> (mask & Column.mask(MASK, kind.getKey())) != 0)
+                .map(Map.Entry::getValue).collect(Collectors.joining(", "));
     }
 
     // As the library passes it to Java: the type of the switch decides which field counts.

@@ -47,9 +47,9 @@ final class ServiceColumns {
                         (service, references) -> LCN.in(service) ? LCN.number(service) : Column.NONE),
                 Column.number("major", "major channel number", (service, references) -> major(service)),
                 Column.term("type", "type", (service, references) -> type(service)),
-                Column.flag("scrambled", "scrambled", NETWORK_MASK, 0x800),
-                Column.flag("shown", "shown", NETWORK_MASK, 0x8),
-                Column.flag("blocked", "blocked", NETWORK_MASK, 0x100),
+                Column.flag("scrambled", "scrambled", NETWORK_MASK, "VnetScrambled"),
+                Column.flag("shown", "shown", NETWORK_MASK, "VnetVisible"),
+                Column.flag("blocked", "blocked", NETWORK_MASK, "ventChannelBlock"),
                 Column.text("stream_record", "transport stream",
                         (service, references) -> reference(TSL_ID, TSL_RECORD_ID, service)),
                 Column.text("stream", "stream name", (service, references) -> {

@@ -8,7 +8,8 @@ import com.velotra.tv.tavro.tool.records.Field;
 import com.velotra.tv.tavro.tool.records.Kind;
 import com.velotra.tv.tavro.tool.records.Record;
 import java.util.List;
-import java.util.Map;
+import java.util.Locale;
+import java.util.OptionalLong;
 
 /** The computed columns of transport streams. They unite the fields of the three media. */
 final class StreamColumns {
@@ -16,23 +17,6 @@ final class StreamColumns {
     private static final int TERRESTRIAL = 1;
     private static final int CABLE = 2;
     private static final int SATELLITE = 3;
-    private static final String[][] STANDARDS =
-            {{null, "DVB-T", "DVB-T2"}, {null, "DVB-C", "DVB-C2"}, {null, "DVB-S", "DVB-S2"}};
-
-    /** The polarizations of the satellite delivery system descriptor (ETSI EN 300 468, 6.2.13.2). */
-    private static final Map<Long, String> POLARIZATIONS = Map.of(0L, "H", 1L, "V", 2L, "L", 3L, "R");
-
-    /** The codes that the library stores for the inner FEC. */
-    private static final Map<Long, String> FEC = Map.of(2L, "1/2", 3L, "2/3", 4L, "3/4", 6L, "5/6", 7L, "7/8",
-            8L, "8/9", 9L, "3/5", 10L, "4/5", 11L, "9/10");
-
-    /** The modulations as the imports number them. */
-    private static final Map<Long, String> MODULATIONS = Map.of(1L, "QPSK", 2L, "8PSK", 3L, "16QAM", 4L, "32QAM",
-            5L, "64QAM", 6L, "128QAM", 7L, "256QAM", 8L, "16APSK", 9L, "32APSK");
-
-    /** The codes that the library stores for the bandwidth, in MHz. */
-    private static final Map<Long, String> BANDWIDTHS =
-            Map.of(1L, "6", 2L, "7", 3L, "8", 4L, "5", 5L, "10", 6L, "1.712");
 
     private static final Field MEDIUM = field(KIND, "medium");
     private static final Field NAME = field(KIND, "name");
@@ -40,22 +24,26 @@ final class StreamColumns {
     private static final Field NWL_RECORD_ID = field(KIND, "nwl_record_id");
     private static final Field SATL_ID = field(KIND, "satl_id");
     private static final Field SATL_RECORD_ID = field(KIND, "satl_record_id");
+    private static final Field SAT_POLARIZATION = field(KIND, "sat_polarization");
+    private static final Field[] MODES =
+            {null, field(KIND, "ter_mode"), field(KIND, "cab_mode"), field(KIND, "sat_mode")};
 
     private static final Column FREQUENCY = column(KIND, "frequency", "frequency");
-    private static final Column POLARIZATION =
-            Column.code("polarization", "polarization", POLARIZATIONS, ofMedium(null, null, "sat_polarization"));
-    private static final Column.Numbers MODE = ofMedium("ter_mode", "cab_mode", "sat_mode");
+    private static final Column POLARIZATION = Column.code("polarization", "polarization", false,
+            ofMedium(null, null, "sat_polarization"), StreamColumns::polarization, StreamColumns::polarization);
 
     static final List<Column> ALL = List.of(
             column(KIND, "record_id", "record"),
             Column.term("standard", "standard", (stream, references) -> standard(stream)),
             FREQUENCY,
             POLARIZATION,
-            Column.number("symbol_rate", "symbol rate", ofMedium(null, "cab_symbol_rate", "sat_symbol_rate")),
-            Column.code("fec", "inner FEC", FEC, ofMedium("ter_fec_inner", "cab_fec_inner", "sat_fec_inner")),
-            Column.code("modulation", "modulation", MODULATIONS,
+            Column.number("symbol_rate", "symbol rate", ofMedium(null, "cab_symbol_rate", "sat_symbol_rate"))
+                    .in(field(KIND, "sat_symbol_rate").unit()),
+            Column.code("fec", "inner FEC", field(KIND, "sat_fec_inner"),
+                    ofMedium("ter_fec_inner", "cab_fec_inner", "sat_fec_inner")),
+            Column.code("modulation", "modulation", field(KIND, "sat_modulation"),
                     ofMedium("ter_modulation", "cab_modulation", "sat_modulation")),
-            Column.code("bandwidth", "bandwidth, MHz", BANDWIDTHS, ofMedium("ter_bandwidth", null, null)),
+            Column.code("bandwidth", "bandwidth", field(KIND, "ter_bandwidth"), ofMedium("ter_bandwidth", null, null)),
             column(KIND, "transport_stream_id", "stream id"),
             column(KIND, "original_network_id", "original network id"),
             Column.text("network_record", "network record",
@@ -74,7 +62,6 @@ final class StreamColumns {
 
     private StreamColumns() {}
 
-
     /** The number in the field of the record's medium; null stands for a medium without the field. */
     private static Column.Numbers ofMedium(String terrestrial, String cable, String satellite) {
         Field[] fields = new Field[SATELLITE + 1];
@@ -88,14 +75,30 @@ final class StreamColumns {
         };
     }
 
+    /** The name of the mode of the medium; null if the mode is not known. */
     private static String standard(Record stream) {
         long medium = MEDIUM.number(stream);
-        long mode = MODE.of(stream, null);
-        if (mode == Column.NONE) {
+        if (medium < TERRESTRIAL || medium > SATELLITE) {
             return "medium " + medium;
         }
-        String[] modes = STANDARDS[(int) medium - 1];
-        return mode < modes.length ? modes[(int) mode] : null;
+        Field mode = MODES[(int) medium];
+        long number = mode.number(stream);
+        return mode.codes().stream().filter(code -> code.number() == number).map(Field.Code::name).findFirst()
+                .orElse(null);
+    }
+
+    /** The first letter of the name: horizontal, vertical, left or right. */
+    private static String polarization(long number) {
+        return SAT_POLARIZATION.codes().stream().filter(code -> code.number() == number)
+                .map(code -> code.name().substring(0, 1).toUpperCase(Locale.ROOT)).findFirst()
+                .orElse(Long.toString(number));
+    }
+
+    private static OptionalLong polarization(String text) {
+        return SAT_POLARIZATION.codes().stream()
+                .filter(code -> text.equalsIgnoreCase(code.name())
+                        || text.equalsIgnoreCase(code.name().substring(0, 1)))
+                .mapToLong(Field.Code::number).findFirst();
     }
 
     /** The network record of a stream; null if there is none. */

@@ -15,10 +15,10 @@ import java.util.function.IntPredicate;
  * comparison = COLUMN [ OPERATOR VALUE ]
  * </pre>
  *
- * <p>Operators are = (or ==), !=, &lt;, &lt;=, &gt;, &gt;=, ~ (contains, whatever the case and the accents) and !~. Values
- * are numbers (decimal, or hexadecimal after 0x), names of codes such as H, words, and texts in quotes (as the words and, or and not must be). A
- * column alone
- * is fulfilled if its value is neither missing nor 0 nor empty. A missing value fulfils only != and !~.
+ * <p>Operators are = (or ==), !=, &lt;, &lt;=, &gt;, &gt;=, ~ (contains, whatever the case and the accents) and !~.
+ * Values are numbers (decimal, or hexadecimal after 0x), names of codes such as H, words, and texts in quotes; and, or
+ * and not need quotes. A column alone is fulfilled if its value is neither missing nor 0 nor empty. A missing value
+ * fulfils only != and !~.
  */
 public final class Where {
     private static final int DEEPEST = 100;

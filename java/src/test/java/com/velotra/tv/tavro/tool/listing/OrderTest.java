@@ -17,7 +17,8 @@ class OrderTest {
 
     private static List<Integer> sorted(String... names) {
         List<Order.Key> keys = Arrays.stream(names).map(name -> new Order.Key(
-                Columns.of(Kind.SERVICES).get(name.replaceFirst("^-", "")).orElseThrow(), name.startsWith("-"))).toList();
+                Columns.of(Kind.SERVICES).get(name.replaceFirst("^-", "")).orElseThrow(), name.startsWith("-")))
+                .toList();
         return Order.sort(SERVICES, keys, null).stream().map(Record::id).toList();
     }
 

@@ -14,6 +14,7 @@ import org.junit.jupiter.api.Test;
 
 /** The expressions of --where, over services that refer to two transport streams and a satellite. */
 class WhereTest {
+    private static final String NAME = "use a number, or a name as the column shows it";
     private static final References REFERENCES = References.in(WhereTest::list);
 
     private static final RecordList SERVICES = RecordList.of(Kind.SERVICES, 1, "services", List.of(
@@ -64,10 +65,11 @@ class WhereTest {
     @Test
     void namesOfCodesAreComparedInAnyCase() {
         assertSelected(new String[][] {
-            {"pol=H", "1"}, {"pol=h", "1"}, {"pol=0", "1"}, {"fec=3/4", "1"}, {"fec=4", "1"},
+            {"pol=H", "1"}, {"pol=h", "1"}, {"pol=horizontal", "1"}, {"pol=0", "1"}, {"fec=3/4", "1"}, {"fec=4", "1"},
             {"position=19.2E", "1"}, {"pos=s19.2e", "1"}, {"pos=192", "1"}, {"pos>5W", "1"}, {"pos<5W", ""},
             {"type=tv", "1"}, {"type=RADIO", "2"}, {"standard='dvb-s2'", "1"},
-            {"scrambled=yes", "1"}, {"scrambled=no", "2 3"}, {"shown=true", "1 2"}});
+            {"scrambled=yes", "1"}, {"scrambled=no", "2 3"}, {"shown=true", "1 2"},
+            {"vnetscrambled=yes", "1"}, {"broadcast_type=dvb", "1 2 3"}, {"service_type=1", "1"}});
     }
 
     @Test
@@ -114,7 +116,8 @@ class WhereTest {
             {"name~ü and fre", "unknown column 'fre'", "           ^"},
             {"sid=abc", "'abc' is not a value of service_id: use a number", "    ^"},
             {"sid=99999999999999999999", "'99999999999999999999' is not a value of service_id: use a number", "    ^"},
-            {"pol=X", "'X' is not a value of polarization: use a number, or a name as the column shows it", "    ^"},
+            {"pol=X", "'X' is not a value of polarization: " + NAME, "    ^"},
+            {"type=1 or service_type=audio", "'audio' is not a value of service_type: " + NAME, " ".repeat(23) + "^"},
             {"scrambled=maybe", "'maybe' is not a value of scrambled: use yes or no", "          ^"},
             {"sid=<1", "unknown operator '=<': use = != < <= > >= ~ or !~", "   ^"},
             {"name~\"x", "a quote is not closed", "     ^"},
