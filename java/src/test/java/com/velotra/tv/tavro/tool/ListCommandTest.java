@@ -174,12 +174,18 @@ class ListCommandTest {
     }
 
     @Test
-    void filteringCreatesNoListThatServicesReferTo() {
+    void recordsOfOtherListsAreFilteredAndNoListIsCreated() {
         VltTvChannelList services = VltTvChannelList.getInstance();
         services.open(2);
         services.clean(2);
+        services.add(2, new VltTvChannelInfoBase().setTslRecId(new RecordId(1, 2)));
         services.add(2, new VltTvChannelInfoBase().setTslRecId(new RecordId(77, 1)));
-        assertTrue(ToolProcess.runHere("list", "2", "--by-stream", "5").out().endsWith("0 services\n"));
+        for (String stream : new String[] {"1,2", "1002"}) {
+            assertEquals("record\n     1\n1 service\n",
+                    ToolProcess.runHere("list", "2", "--columns", "record", "--by-stream", stream).out());
+        }
+        assertEquals("record\n     2\n1 service\n",
+                ToolProcess.runHere("list", "2", "--columns", "record", "--by-stream", "77,1").out());
         assertFalse(VltTvTransportStreamList.getInstance().exists(77));
     }
 

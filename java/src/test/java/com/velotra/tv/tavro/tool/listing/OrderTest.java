@@ -10,7 +10,7 @@ import org.junit.jupiter.api.Test;
 
 class OrderTest {
     private static final List<Record> SERVICES = List.of(
-            Records.of(Kind.SERVICES, "record_id=1", "name=beta", "lcn=10", "service_id=5"),
+            Records.of(Kind.SERVICES, "record_id=1", "name=beta", "lcn=10", "service_id=5", "tsl_id=2"),
             Records.of(Kind.SERVICES, "record_id=2", "name=Älpha", "lcn=9", "service_id=5"),
             Records.of(Kind.SERVICES, "record_id=3", "name=Gamma", "lcn=100", "service_id=4"),
             Records.of(Kind.SERVICES, "record_id=4", "name=beta", "broadcast_type=7", "service_id=4"));
@@ -32,6 +32,8 @@ class OrderTest {
     @Test
     void missingValuesComeLastInBothDirections() {
         assertEquals(List.of(3, 1, 2, 4), sorted("-lcn"));
+        assertEquals(List.of(1, 2, 3, 4), sorted("stream_record"));
+        assertEquals(List.of(1, 4, 3, 2), sorted("-stream_record", "-record"));
     }
 
     @Test

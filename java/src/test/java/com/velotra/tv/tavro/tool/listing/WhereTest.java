@@ -143,6 +143,7 @@ class WhereTest {
 
     @Test
     void deepNestingIsRefused() {
+        assertEquals("1", selected("sid=9 or ".repeat(1000) + "sid=101"));
         assertEquals("1", selected("(".repeat(99) + "sid=101" + ")".repeat(99)));
         assertEquals("more than 100 parentheses and 'not' within each other",
                 assertThrows(MalformedExpression.class, () -> selected("not ".repeat(100_000) + "sid")).getMessage());
