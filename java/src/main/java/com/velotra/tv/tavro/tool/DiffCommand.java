@@ -11,6 +11,7 @@ import com.velotra.tv.tavro.tool.matching.Comparison;
 import com.velotra.tv.tavro.tool.output.JsonOutput;
 import com.velotra.tv.tavro.tool.records.Kind;
 import com.velotra.tv.tavro.tool.records.Layout;
+import com.velotra.tv.tavro.tool.storage.Access;
 import java.io.OutputStreamWriter;
 import java.io.PrintWriter;
 import java.nio.charset.StandardCharsets;
@@ -76,6 +77,7 @@ final class DiffCommand implements Callable<Integer> {
     @Override
     public Integer call() {
         Set<String> ignored = ignored();
+        Access.readOnly();
         OperandReader reader = new OperandReader(Optional.ofNullable(kind));
         Differences differences = Preconditions.withLibrary(() -> {
             Operand one = reader.read(from);

@@ -9,6 +9,7 @@ import com.velotra.tv.tavro.tool.matching.Side;
 import com.velotra.tv.tavro.tool.output.JsonOutput;
 import com.velotra.tv.tavro.tool.records.Kind;
 import com.velotra.tv.tavro.tool.records.RecordList;
+import com.velotra.tv.tavro.tool.storage.Access;
 import com.velotra.tv.tavro.tool.storage.StoredLists;
 import java.io.OutputStreamWriter;
 import java.io.PrintWriter;
@@ -35,8 +36,8 @@ final class ListUpdate {
     @Mixin
     private KindOption of;
 
-    @Option(names = "--dry-run", description = "Change nothing; print what would change.")
-    private boolean dryRun;
+    @Mixin
+    private DryRunOption dryRun;
 
     @Option(names = "--json", description = "Print JSON.")
     private boolean json;
@@ -62,9 +63,14 @@ final class ListUpdate {
 
     /** Has {@code body} make a new list of the list, and stores it. */
     int run(BiFunction<Side, OperandReader, Outcome> body) {
+        if (dryRun.on()) {
+            Access.readOnly();
+        } else {
+            Access.readWrite();
+        }
         OperandReader reader = new OperandReader(Optional.of(kind()));
         String command = spec.name() + " " + String.join(" ", spec.commandLine().getParseResult().originalArgs());
-        Done done = Preconditions.withLibrary(() -> dryRun
+        Done done = Preconditions.withLibrary(() -> dryRun.on()
                 ? make(StoredLists.read(kind(), listId), reader, body)
                 : Change.make(command, change -> {
                     Done made = make(change.read(kind(), listId), reader, body);
@@ -84,22 +90,21 @@ final class ListUpdate {
     private void print(Done done) {
         if (json) {
             Map<String, Object> values = new LinkedHashMap<>();
-            values.put("dry_run", dryRun);
+            values.put("dry_run", dryRun.on());
             values.putAll(DifferenceJson.ofChanges(done.before, done.outcome.list));
             values.putAll(done.outcome.values);
             JsonOutput.print(values);
             return;
         }
         PrintWriter out = new PrintWriter(new OutputStreamWriter(System.out, StandardCharsets.UTF_8));
-        if (dryRun) {
+        if (dryRun.on()) {
             new DifferenceText(out, false).printChanges(done.before, done.outcome.list);
         }
         done.outcome.remarks.forEach((title, lines) -> {
             out.println(title);
             lines.forEach(line -> out.println("  " + line));
         });
-        out.println((dryRun ? "would be: " : "")
-                + DifferenceText.summary(Comparison.ofStates(done.before, done.outcome.list)));
         out.flush();
+        dryRun.done(DifferenceText.summary(Comparison.ofStates(done.before, done.outcome.list)));
     }
 }

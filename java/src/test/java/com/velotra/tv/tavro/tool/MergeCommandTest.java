@@ -91,7 +91,7 @@ class MergeCommandTest {
                 + 1,4 "New"
                 missing from the rescan, removed:
                   1,2 "Gone"
-                would be: 1 removed, 1 added, 1 changed, 1 equal
+                dry run: 1 removed, 1 added, 1 changed, 1 equal
                 """, ""), tool("merge", "1", "--from", "2", "--remove-missing", "--take", "names", "--dry-run"));
         assertEquals(before, list());
         assertEquals(0, tool("merge", "1", "--from", "2", "--remove-missing").exit());
@@ -184,7 +184,7 @@ class MergeCommandTest {
                     logical channel number: 0 -> 5
                 not in service list 1:
                   FILE:3: 7;Nowhere;1-2-3
-                would be: 1 changed, 1 moved, 2 equal
+                dry run: 1 changed, 1 moved, 2 equal
                 """.replace("FILE", reference), ""), tool("order", "1", "--dry-run", "--from", reference));
         assertEquals(before, list());
         assertEquals(0, tool("order", "1", "--only", "numbers", "--from", reference).exit());

@@ -92,7 +92,7 @@ public final class OperandReader {
     public static boolean isText(String text) {
         Path path = Path.of(text);
         boolean stored = STORED.matcher(text).matches() && !Files.exists(path) || text.matches("[0-9,]+");
-        return !stored && !Files.isDirectory(path) && !(Files.isRegularFile(path) && RawFile.isDatabase(path));
+        return !stored && !Files.isDirectory(path) && !isListFile(path);
     }
 
     /** Returns a list of the storage directory in use, and the lists to which it refers. */
@@ -151,20 +151,18 @@ public final class OperandReader {
 
     /** A list file or raw records. They refer to lists of the storage directory in use. */
     private Records file(Path path) {
-        RecordList list = RawFile.isDatabase(path) && ListFile.isOne(path)
-                ? listFile(path)
-                : RawRecords.read(path, kind);
+        RecordList list = isListFile(path) ? listFile(path) : RawRecords.read(path, kind);
         String of = list.listId() == 0
                 ? "file " + path
                 : "list file " + path + " (" + list.kind().noun() + " list " + list.listId() + ")";
         return new Records(of, new Side(list, companions(Storage.directory())), list.listId() == 0 && list.size() == 1);
     }
 
+    private static boolean isListFile(Path path) {
+        return Files.isRegularFile(path) && ListFile.isOne(path); // a pipe can be read only once
+    }
+
     private RecordList listFile(Path path) {
-        RecordList list = ListFile.read(path);
-        if (kind.isPresent() && kind.get() != list.kind()) {
-            throw new Failure(path + " is a " + list.kind().noun() + " list, but --kind is " + kind.get());
-        }
-        return list;
+        return kind.isPresent() ? ListFile.read(path, kind.get()) : ListFile.read(path);
     }
 }

@@ -155,6 +155,15 @@ class MergeTest {
     }
 
     @Test
+    void aListWithoutReferencesUsesTheStreamsWithItsId() {
+        Sample edited = new Sample(1).stream(4, 474, 1, 1).service(1, "A", 0, 1, "tsl_id=0");
+        Sample rescan = new Sample(2).stream(7, 474, 1, 1).service(2, "B", 7, 2);
+        RecordList merged = merge(edited.side(Kind.SERVICES), rescan.side(Kind.SERVICES)).list();
+        assertEquals(List.of("1=0", "2=1"), values(merged, "tsl_id"));
+        assertEquals(List.of("1=0", "2=4"), values(merged, "tsl_record_id"));
+    }
+
+    @Test
     void aReferenceThatTheRescanDoesNotHaveStays() {
         Sample edited = new Sample(1).stream(1, 474, 1, 1).service(1, "A", 1, 1, "nwl_id=3", "nwl_record_id=4");
         Sample rescan = new Sample(2).stream(1, 474, 1, 1).service(1, "A", 1, 1);
