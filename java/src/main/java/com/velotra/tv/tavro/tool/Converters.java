@@ -2,6 +2,7 @@ package com.velotra.tv.tavro.tool;
 
 import com.velotra.tv.tavro.services.channellist.OrbitalPosition;
 import com.velotra.tv.tavro.services.channellist.RecordId;
+import com.velotra.tv.tavro.tool.editing.Assignment;
 import com.velotra.tv.tavro.tool.editing.RecordRange;
 import com.velotra.tv.tavro.tool.listing.Filter;
 import com.velotra.tv.tavro.tool.records.Kind;
@@ -46,6 +47,34 @@ final class Converters {
             } catch (IllegalArgumentException e) {
                 throw new TypeConversionException(e.getMessage());
             }
+        }
+    }
+
+    /** KEY=VALUE. */
+    static final class KeyAndValue implements ITypeConverter<Assignment> {
+        @Override
+        public Assignment convert(String text) {
+            try {
+                return Assignment.parse(text);
+            } catch (IllegalArgumentException e) {
+                throw new TypeConversionException(e.getMessage());
+            }
+        }
+    }
+
+    /** A channel number: as many bits as the channel id has for it. */
+    static final class ChannelNumber implements ITypeConverter<Integer> {
+        @Override
+        public Integer convert(String text) {
+            return number(text, 1, (1 << 14) - 1, "a channel number");
+        }
+    }
+
+    /** A position in a list. */
+    static final class Position implements ITypeConverter<Integer> {
+        @Override
+        public Integer convert(String text) {
+            return number(text, 1, LAST_LIST, "a position");
         }
     }
 

@@ -36,7 +36,10 @@ import picocli.CommandLine.TypeConversionException;
             OrderCommand.class,
             ImportCommand.class,
             ShellCommand.class,
+            SetCommand.class,
+            AddCommand.class,
             RemoveCommand.class,
+            MoveCommand.class,
             CopyCommand.class,
             StoreCommand.class,
             LoadCommand.class,
@@ -111,7 +114,8 @@ public final class Main {
 
     /** The message of a converter alone, without the words that picocli puts before it. */
     private static String whatIsWrong(ParameterException wrong) {
-        return wrong.getCause() instanceof TypeConversionException value ? value.getMessage() : wrong.getMessage();
+        return wrong.getCause() instanceof TypeConversionException value ? value.getMessage()
+                : wrong.getMessage().replaceFirst("^Error: ", "");
     }
 
     private static String reason(Exception failure) {
