@@ -44,6 +44,32 @@ load support
     [ ! -e "$clone/build/host/of-the-other" ] || show "the folder was kept"
 }
 
+@test "the tool starts at once if it is newer than its sources" {
+    mkdir -p "$clone"/{channellist,cmake,host,include,java/src/main,jni,layouts,text}
+    : >"$clone/java/CMakeLists.txt"
+    touch -d '1 hour ago' "$area/before"
+    find "$clone" -exec touch -r "$area/before" {} +
+    builds() { : >"$FAKE_CALLS"; tavro 0 list 1; called "^java .* list -- 1$"; called '^cmake --build '; }
+    builds
+    builds # there is no jar
+    mkdir -p "$clone/build/host/lib"
+    : >"$clone/build/host/lib/tavro.jar"
+    : >"$FAKE_CALLS"
+    flock "$clone/build/.lock" "$clone/tavro" list 1 # while another command holds the lock
+    [ "$(sed 's/ .*//' "$FAKE_CALLS")" = java ] || show "more than java was called"
+    touch "$clone/jni"
+    builds
+    touch -d '1 minute' "$clone/java/CMakeLists.txt"
+    builds
+    touch -r "$area/before" "$clone/java/CMakeLists.txt"
+    rmdir "$clone/text"
+    builds
+    mkdir "$clone/text"
+    touch -r "$area/before" "$clone/text"
+    cp -rp "$clone" "$area/copy"
+    clone=$area/copy builds
+}
+
 @test "nothing is printed when everything is up to date" {
     tavro 0 list 1
     printf '[0/2] Re-checking globbed directories...\nninja: no work to do.\n' >"$FAKE_NINJA"
