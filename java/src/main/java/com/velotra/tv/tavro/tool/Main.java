@@ -46,6 +46,8 @@ import picocli.CommandLine.TypeConversionException;
             CleanCommand.class,
             DeleteCommand.class,
             UndoCommand.class,
+            CompletionCommand.class,
+            ManPagesCommand.class,
             DemoCommand.class
         })
 public final class Main {

@@ -5,6 +5,8 @@ import java.io.InputStream;
 import java.io.UncheckedIOException;
 import java.nio.charset.StandardCharsets;
 import java.util.List;
+import java.util.Map;
+import java.util.TreeMap;
 import java.util.regex.Pattern;
 import picocli.CommandLine;
 import picocli.CommandLine.Model.CommandSpec;
@@ -53,6 +55,15 @@ public final class HelpTexts {
             }
         }
         return uniform(tool);
+    }
+
+    /** Returns the man pages of the tool and of its commands, by file name. */
+    public static Map<String, String> manPages(String version) {
+        Map<String, String> pages = new TreeMap<>(Map.of("tavro.1", ManPage.ofTool(of(OVERVIEW), version)));
+        for (String name : commands()) {
+            pages.put("tavro-" + name + ".1", ManPage.of(HelpText.parse(name, of(name)), version));
+        }
+        return pages;
     }
 
     /** Puts an empty line before the parameters and options of all commands. */
