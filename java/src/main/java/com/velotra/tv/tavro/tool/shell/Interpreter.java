@@ -133,8 +133,7 @@ public final class Interpreter {
         String groups = HelpTexts.of(HelpTexts.OVERVIEW).lines()
                 .dropWhile(line -> !line.isEmpty()).skip(1)
                 .dropWhile(line -> !line.isEmpty()).skip(1)
-                .takeWhile(line -> !line.startsWith("Build"))
-                .filter(line -> !line.startsWith("  shell "))
+                .takeWhile(line -> !line.startsWith("In the terminal"))
                 .collect(Collectors.joining("\n"));
         return groups + "\n  help [COMMAND]        print this text, or the help of a command\n"
                 + "  exit                  end the shell, as Ctrl-D does\n";

@@ -146,7 +146,7 @@ final class Suggestions {
             case "ID", "FROM", "TO" -> stored.lists();
             case "LIST" -> label.contains("RECORD") ? stored.records(current) : stored.lists();
             case "KEY" -> stored.keys(current);
-            case "FIELD", "COLUMN" -> stored.fields(current);
+            case "FIELD", "FIELDS", "COLUMN", "COLUMNS", "NAMES" -> stored.fields(current);
             default -> Stream.of();
         };
     }
