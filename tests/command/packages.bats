@@ -19,7 +19,7 @@ line='apt-get update && apt-get install -y --no-install-recommends'
 }
 
 @test "only test and bench need the packages of tests and benchmarks" {
-    bench='googletest junit5 libbenchmark-dev libgoogle-gson-java libxerial-sqlite-jdbc-java libxerial-sqlite-jdbc-jni'
+    bench='googletest junit5 libbenchmark-dev libxerial-sqlite-jdbc-java libxerial-sqlite-jdbc-jni'
     printf '%s\n' $bench bats checkstyle clang-14 g++-arm-linux-gnueabihf qemu-user >"$FAKE_MISSING"
     for words in demo 'list 1' 'show 1,2' 'import f' build 'build debug' 'build asan'; do tavro 0 $words; done
     not_called '^apt-get .*install'
@@ -60,6 +60,22 @@ line='apt-get update && apt-get install -y --no-install-recommends'
     says "$line golang-go lld-14"
     says "Tests that need them will be skipped."
     called '^ctest'
+}
+
+@test "only the full test and setup install a browser" {
+    printf '%s\n' chromium chromium-driver fonts-dejavu-core >"$FAKE_MISSING"
+    for words in demo 'list 1' bench 'test --quick'; do tavro 0 $words; done
+    not_called '^apt-get .*install'
+    for words in test setup; do
+        printf '%s\n' chromium chromium-driver fonts-dejavu-core >"$FAKE_MISSING"
+        : >"$FAKE_CALLS"
+        tavro 0 $words
+        called '--no-install-recommends chromium chromium-driver fonts-dejavu-core$'
+    done
+    as_user
+    echo chromium >"$FAKE_MISSING"
+    tavro 0 test
+    says "Tests that need them will be skipped."
 }
 
 @test "if packages of device checks cannot be installed, the others are" {
