@@ -32,6 +32,7 @@ import picocli.CommandLine.TypeConversionException;
             ShowCommand.class,
             DumpCommand.class,
             DiffCommand.class,
+            ViewCommand.class,
             MergeCommand.class,
             OrderCommand.class,
             ImportCommand.class,

@@ -15,7 +15,7 @@ import java.util.function.BiFunction;
  * <p>Of several records with the same identity, those that have more in common are paired first, and then in list
  * order.
  */
-final class Matching {
+public final class Matching {
     private final RecordList from;
     private final RecordList to;
     private final Identity fromIdentity;
@@ -33,7 +33,7 @@ final class Matching {
     }
 
     /** Pairs the records of two lists of the same kind. */
-    static Pairing of(Side from, Side to) {
+    public static Pairing of(Side from, Side to) {
         return new Matching(from, to).run();
     }
 

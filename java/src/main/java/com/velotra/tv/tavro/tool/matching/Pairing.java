@@ -49,12 +49,12 @@ public final class Pairing {
     }
 
     /** Returns the partner of an index of the first list, or a negative number. */
-    int toOf(int from) {
+    public int toOf(int from) {
         return toOfFrom[from];
     }
 
     /** Returns the partner of an index of the second list, or a negative number. */
-    int fromOf(int to) {
+    public int fromOf(int to) {
         return fromOfTo[to];
     }
 }
