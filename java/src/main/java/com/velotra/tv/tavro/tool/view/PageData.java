@@ -26,10 +26,10 @@ import java.util.Optional;
  */
 public final class PageData {
     /** A list with the entry under which its storage has it. */
-    private record Stored(ListEntry entry, RecordList records) {}
+    record Stored(ListEntry entry, RecordList records) {}
 
     /** The lists of one directory, by kind and id. */
-    private record Lists(Path directory, List<Stored> lists) {
+    record Lists(Path directory, List<Stored> lists) {
         Optional<RecordList> list(Kind kind, int listId) {
             return lists.stream().map(Stored::records)
                     .filter(list -> list.kind() == kind && list.listId() == listId).findFirst();
@@ -38,7 +38,7 @@ public final class PageData {
 
     private final List<Lists> sides;
 
-    private PageData(List<Lists> sides) {
+    PageData(List<Lists> sides) {
         this.sides = sides;
     }
 

@@ -18,7 +18,8 @@ function arc(rows, selected, width) {
     // A parabola: close to an ellipse seen from below, and even in longitude.
     const x = degree => side + (degree - west) / (east - west) * (width - 2 * side);
     const levels = stack(placed, selected, i => x(degrees[i]));
-    const top = 58 + Math.max(...levels.values()) * 9;
+    const labelled = row => row === selected || !narrow && referring(row.record, STREAMS).length > 0;
+    const top = 14 + 15 * Math.min(3, placed.filter(labelled).length) + Math.max(...levels.values()) * 9;
     const height = top + depth + 28;
     const y = degree => top + depth * (2 * (degree - west) / (east - west) - 1) ** 2;
 
@@ -44,10 +45,11 @@ function arc(rows, selected, width) {
             href: row.href, class: `dot ${row.state} ${streams ? 'used' : ''}`, 'aria-current': current ? 'true' : null,
             'aria-label': `${title(row.record)}, ${position(row.record)}, ${plural(streams, 'transport stream')}`
                 + (row.state === SAME ? '' : `, ${STATES[row.state].label}`),
-        }, svg('circle', {class: 'target', cx, cy, r: 9}), svg('circle', {cx, cy, r: current ? 6.5 : streams ? 5 : 3.2}));
+        }, svg('circle', {class: 'target', cx, cy, r: 9}),
+        svg('circle', {cx, cy, r: current ? 6.5 : streams ? 5 : 3.2}));
         link.row = row;
         links.push(link);
-        if (current || streams && !narrow) {
+        if (labelled(row)) {
             labels.push({cx, cy, current, text: title(row.record), streams});
         }
     });
@@ -56,14 +58,15 @@ function arc(rows, selected, width) {
         'aria-label': `${plural(placed.length, 'satellite')} on the orbital arc from ${degreeText(degrees[0])} to `
             + `${degreeText(degrees.at(-1))}; arrow keys move from one to the next. The table has the same satellites.`,
     }, svg('path', {class: 'orbit', d: path}), ticks, links, callouts(labels, width));
-    const choose = rove(drawing, links);
+    const box = el('div', null, drawing); // deliberate: an SVG element that listens for the focus would get it itself
+    const choose = rove(box, links);
     choose(Math.max(0, links.findIndex(link => link.row === selected)));
-    tooltip.attach(drawing, 'a.dot', link => {
+    tooltip.attach(box, 'a.dot', link => {
         const {record, state} = link.row;
         return [title(record), position(record), plural(referring(record, STREAMS).length, 'transport stream'),
             plural(referring(record, SERVICES).length, 'service'), ...(state === SAME ? [] : [STATES[state].label])];
     });
-    return drawing;
+    return box;
 }
 
 /** How far above the arc each dot is, so that none hides another. Satellites in use come first. */

@@ -31,7 +31,8 @@ function hexOf(bytes) {
 /** What the tooltip of a field says: value, place, names in the header and in Java. */
 function fieldLines(record, run, before) {
     const bytes = record.bytes().subarray(run.from, run.to);
-    const place = `${run.to - run.from === 1 ? `byte ${run.from}` : `bytes ${run.from} to ${run.to - 1}`}: ${hexOf(bytes)}`;
+    const range = run.to - run.from === 1 ? `byte ${run.from}` : `bytes ${run.from} to ${run.to - 1}`;
+    const place = `${range}: ${hexOf(bytes)}`;
     if (!run.field) {
         return ['reserved', place];
     }
@@ -52,9 +53,7 @@ function fieldLines(record, run, before) {
 const offsets = (size, step, name) => el('div', {class: `offsets ${name}`, 'aria-hidden': 'true'},
     Array.from({length: Math.ceil(size / step)}, (_, i) => el('div', null, hex(i * step, 4))));
 
-/**
- * Makes the grid of bytes. {@code onRun} is called with the field under the pointer or the focus, and with null after it.
- */
+/** Makes the grid of bytes. {@code onRun} gets the field under the pointer or the focus, and null after it. */
 function byteGrid(record, before, onRun) {
     const bytes = record.bytes();
     const old = before?.bytes();
@@ -67,14 +66,15 @@ function byteGrid(record, before, onRun) {
         color += run.field ? 1 : 0;
         for (let i = run.from; i < run.to; i++) {
             const changed = old && old[i] !== bytes[i];
-            element.append(el('span', {class: `${changed ? 'b changed' : 'b'}${bytes[i] ? '' : ' zero'}`}, hex(bytes[i], 2)));
+            element.append(el('span', {class: changed ? 'b changed' : 'b'}, hex(bytes[i], 2)));
         }
         element.run = run;
         return element;
     });
     const grid = el('div', {
         class: 'bytes', role: 'group',
-        'aria-label': `${bytes.length} bytes in ${elements.length} fields and reserved parts; arrow keys move from one to the next.`,
+        'aria-label': `${bytes.length} bytes in ${elements.length} fields and reserved parts; `
+            + 'arrow keys move from one to the next.',
     }, elements);
     const characters = el('div', {class: 'characters', 'aria-hidden': 'true'}, [...bytes].map(byte =>
         el('span', null, byte >= 0x20 && byte < 0x7F ? String.fromCharCode(byte) : '·')));
@@ -84,5 +84,9 @@ function byteGrid(record, before, onRun) {
     });
     const whole = el('div', {class: 'hex'},
         offsets(bytes.length, WIDE, 'wide'), offsets(bytes.length, NARROW, 'small'), grid, characters);
-    return {element: whole, mark: run => elements.forEach(element => element.classList.toggle('marked', element.run.field === run?.field && run !== null && element.run.from === run.from))};
+    return {
+        element: whole,
+        mark: run => elements.forEach(element =>
+            element.classList.toggle('marked', run !== null && element.run.from === run.from)),
+    };
 }

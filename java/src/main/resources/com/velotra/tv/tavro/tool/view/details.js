@@ -16,14 +16,16 @@ function showDetails(row, rows) {
     fields.onField(run => grid.mark(run));
     fill(panel,
         el('header', null,
-            el('button', {type: 'button', class: 'back', onclick: () => byId('heading').focus()}, 'Back to the table'),
+            el('button', {type: 'button', class: 'back', onclick: () => byId('heading').focus()},
+                'Back to the table'),
             el('p', {class: 'kind'}, `${capital(record.kind.noun)} ${record.name}`,
                 row.state === SAME ? null : el('span', {class: `badge ${row.state}`}, STATES[row.state].label)),
             el('h2', {id: 'selected', tabindex: '-1'}, bdi(title(record))),
             el('p', {class: 'hint'}, `List ${list.id}, `, bdi(list.name), `, version ${list.version}`)),
         relations(record),
         streamsOf(row, rows),
-        el('h3', null, 'Fields'), fields.element,
+        changes(record, before),
+        el('h3', {id: 'fieldsHeading'}, 'Fields'), fields.element,
         el('h3', null, 'Bytes'), grid.element);
 }
 
@@ -50,14 +52,16 @@ function back(record, reference) {
     return [el('dt', null, capital(kind.name === 'streams' ? 'transport streams' : kind.name)), el('dd', null,
         el('a', {class: 'all', href: `#${kind.name}?q=${encodeURIComponent(query)}`},
             `${plural(records.length, kind.noun)} in the table`),
-        spectrumInstead ? null : el('ul', {class: 'links'}, records.slice(0, SHOWN_LINKS).map(other => el('li', null, link(other))),
+        spectrumInstead ? null : el('ul', {class: 'links'},
+            records.slice(0, SHOWN_LINKS).map(other => el('li', null, link(other))),
             records.length > SHOWN_LINKS
                 ? el('li', {class: 'hint'}, `and ${records.length - SHOWN_LINKS} more`) : null))];
 }
 
 /** The spectrum of a satellite. */
 function streamsOf(row, rows) {
-    const streams = row.record.kind.number === SATELLITES ? new Set(referring(row.record, STREAMS).map(key)) : new Set();
+    const ofSatellite = row.record.kind.number === SATELLITES ? referring(row.record, STREAMS) : [];
+    const streams = new Set(ofSatellite.map(key));
     if (streams.size === 0) {
         return null;
     }
@@ -71,28 +75,41 @@ function streamsOf(row, rows) {
 
 const key = record => `${record.list.id},${record.id}`;
 
+const valueOf = (record, {field, from, to}) => !field ? hexOf(record.bytes().subarray(from, to))
+    : record.has(field) ? record.text(field) : NONE;
+
+const columnHeads = (...labels) =>
+    el('thead', null, el('tr', null, labels.map(label => el('th', {scope: 'col'}, label))));
+
+/** The fields that differ, with both values; nothing if there is no record before. */
+function changes(record, before) {
+    const different = before ? runs(record).filter(run => !sameRun(record, before, run)) : [];
+    if (different.length === 0) {
+        return null;
+    }
+    const lines = different.map(run => el('tr', null, el('th', {scope: 'row'}, labelOf(run)),
+        el('td', {class: 'old'}, bdi(valueOf(before, run))), el('td', {class: 'new'}, bdi(valueOf(record, run)))));
+    return [el('h3', null, 'Changes'), el('table', {class: 'fields changes'},
+        columnHeads('Field', 'Before', 'After'), el('tbody', null, lines))];
+}
+
+const labelOf = run => run.field?.label ?? `reserved, from byte ${run.from}`;
+
 /** The table of all fields. */
 function fieldTable(record, before) {
-    const lines = runs(record).filter(run => run.field || before && !sameRun(record, before, run)).map(run => {
+    const lines = runs(record).filter(run => run.field).map(run => {
         const {field} = run;
-        const text = field ? record.text(field) : hexOf(record.bytes().subarray(run.from, run.to));
-        const old = !before ? null : !field ? hexOf(before.bytes().subarray(run.from, run.to))
-            : before.has(field) ? before.text(field) : NONE;
+        const text = record.text(field);
         const differs = before && !sameRun(record, before, run);
-        const zero = !differs && (field?.style === 'TEXT' ? text === '' : record.number(field) === 0);
+        const zero = field.style === 'TEXT' ? text === '' : record.number(field) === 0;
         const line = el('tr', {class: `${differs ? 'differs' : ''}${zero ? ' zero' : ''}`},
-            el('td', {class: 'right offset'}, run.from),
-            el('th', {scope: 'row'}, field?.label ?? 'reserved'),
-            before ? el('td', {class: 'old'}, differs ? bdi(old) : '') : null,
-            el('td', null, bdi(text), differs ? el('span', {class: 'unseen'}, ' (changed)') : null));
+            el('td', {class: 'right offset'}, run.from), el('th', {scope: 'row'}, field.label),
+            el('td', null, bdi(text)));
         line.run = run;
         return line;
     });
-    const element = el('div', {class: 'scroll', tabindex: '0', role: 'region', 'aria-label': 'Fields'},
-        el('table', {class: 'fields'},
-            el('thead', null, el('tr', null, el('th', {scope: 'col', class: 'right'}, 'Offset'), el('th', {scope: 'col'}, 'Field'),
-                before ? el('th', {scope: 'col'}, 'Before') : null, el('th', {scope: 'col'}, before ? 'After' : 'Value'))),
-            el('tbody', null, lines)));
+    const element = el('table', {class: 'fields', 'aria-labelledby': 'fieldsHeading'},
+        columnHeads('Offset', 'Field', 'Value'), el('tbody', null, lines));
     return {
         element,
         mark: run => lines.forEach(line => line.classList.toggle('marked', run !== null && line.run.from === run.from)),

@@ -62,7 +62,9 @@ function follow() {
     showDetails(page.selected, page.rows);
     byId('details').scrollTop = 0;
     byId('table').querySelector('[aria-selected=true]')?.scrollIntoView({block: 'nearest'});
-    if (page.selected && (inside || changed || innerWidth <= 1100)) {
+    if (!page.started) {
+        page.started = true; // deliberate: the focus stays at the beginning of a page that was just opened
+    } else if (page.selected && (inside || changed || innerWidth <= 1100)) {
         byId('selected').focus();
     } else if (q !== null || changed) {
         byId('heading').focus();
@@ -112,11 +114,13 @@ function drawPages() {
         byId('pages').querySelector(`[data-to="${to > number ? 'next' : 'previous'}"]:not(:disabled)`)?.focus();
     };
     byId('pages').hidden = pages === 1;
-    byId('pages').replaceChildren(
-        el('button', {type: 'button', 'data-to': 'previous', disabled: number === 0, onclick: () => turn(number - 1)}, '‹ Previous'),
-        el('label', null, 'Page ', el('input', {type: 'number', min: 1, max: pages, value: number + 1, onchange: event =>
-            turn(Math.max(0, Math.min(pages - 1, Number(event.target.value) - 1)))}), ` of ${pages}`),
-        el('button', {type: 'button', 'data-to': 'next', disabled: number === pages - 1, onclick: () => turn(number + 1)}, 'Next ›'));
+    const button = (name, label, to) => el('button',
+        {type: 'button', 'data-to': name, disabled: to < 0 || to >= pages, onclick: () => turn(to)}, label);
+    const choose = event => turn(Math.max(0, Math.min(pages - 1, Number(event.target.value) - 1)));
+    fill(byId('pages'), button('previous', '‹ Previous', number - 1),
+        el('label', null, 'Page ',
+            el('input', {type: 'number', min: 1, max: pages, value: number + 1, onchange: choose}), ` of ${pages}`),
+        button('next', 'Next ›', number + 1));
 }
 
 /** The plot above the table: the arc of the satellites, or the spectrum of streams. */
@@ -133,7 +137,8 @@ function drawPlot() {
         box.append(...[arc(rows, page.selected, width)].filter(drawing => drawing));
     } else if (page.kind === STREAMS) {
         const all = bands(rows);
-        const band = all.find(band => band.key === page.band) ?? (page.selected && bandOf(all, page.selected)) ?? all[0];
+        const band = all.find(band => band.key === page.band)
+            ?? (page.selected && bandOf(all, page.selected)) ?? all[0];
         const choice = el('select', {onchange: event => {
             page.band = event.target.value;
             drawPlot();
@@ -179,8 +184,9 @@ function fillTools() {
     byId('list').replaceChildren(el('option', {value: ''}, 'all'),
         ...lists.map(list => el('option', {value: list.id}, `${list.id} (${list.name})`)));
     byId('list').value = filter.list;
-    byId('state').replaceChildren(...[['', 'all'], ['different', 'all differences'], ['added', 'added'],
-        ['removed', 'removed'], ['changed', 'changed'], [SAME, 'unchanged']].map(([value, label]) => el('option', {value}, label)));
+    const states = [['', 'all'], ['different', 'all differences'], ['added', 'added'], ['removed', 'removed'],
+        ['changed', 'changed'], [SAME, 'unchanged']];
+    fill(byId('state'), states.map(([value, label]) => el('option', {value}, label)));
     byId('state').value = filter.state;
     byId('hint').textContent = {
         [SERVICES]: 'Words, or conditions such as lcn<100 or sid=28106',
@@ -188,8 +194,8 @@ function fillTools() {
         [NETWORKS]: 'Words, or conditions such as nid=1',
         [SATELLITES]: 'Words, or conditions such as pos>=192',
     }[kind.number];
-    const box = ({name, label}) => el('label', null, el('input', {type: 'checkbox', value: name, checked: names.has(name)}),
-        ` ${label}`);
+    const box = ({name, label}) => el('label', null,
+        el('input', {type: 'checkbox', value: name, checked: names.has(name)}), ` ${label}`);
     const more = kind.fields.filter(field => !standard.some(column => column.name === field.name));
     byId('columnBoxes').replaceChildren(...standard.filter(column => !column.main).map(box), ...more.map(box));
 }

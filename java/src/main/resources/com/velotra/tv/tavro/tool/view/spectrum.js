@@ -59,8 +59,8 @@ function spectrum(band, selected, width) {
     const scale = (width - left - right) / (high - low + 2 * margin);
     const x = frequency => left + (frequency - low + margin) * scale;
 
-    const names = band.medium === SATELLITE ? [...new Set(['H', 'V', ...items.map(item => polarization(item.row.record))])]
-        : [''];
+    const names = band.medium === SATELLITE
+        ? [...new Set(['H', 'V', ...items.map(item => polarization(item.row.record))])] : [''];
     const links = [];
     const drawn = [];
     let y = 6;
@@ -85,12 +85,14 @@ function spectrum(band, selected, width) {
     const drawing = svg('svg', {
         role: 'group', width, height, viewBox: `0 0 ${width} ${height}`,
         'aria-label': `${plural(items.length, 'transport stream')} of ${band.label} by frequency, from `
-            + `${decimal(low, 1)} to ${decimal(high, 1)} MHz; arrow keys move from one to the next. The table has the same streams.`,
+            + `${decimal(low, 1)} to ${decimal(high, 1)} MHz; arrow keys move from one to the next. `
+            + 'The table has the same streams.',
     }, drawn, links);
-    const choose = rove(drawing, links);
+    const box = el('div', null, drawing); // deliberate: as for the arc
+    const choose = rove(box, links);
     choose(Math.max(0, links.findIndex(link => link.item.row === selected)));
-    tooltip.attach(drawing, 'a.stream', link => lines(link.item.row));
-    return drawing;
+    tooltip.attach(box, 'a.stream', link => lines(link.item.row));
+    return box;
 }
 
 function mark(item, selected, x, top, scale) {

@@ -124,7 +124,8 @@ function navigate(table) {
     for (const focusable of table.querySelectorAll('a, button, td:not(:has(a)), th:not(:has(a, button))')) {
         focusable.tabIndex = -1;
     }
-    let current = part(table.querySelector('tbody [aria-selected=true] th, tbody th, thead th'));
+    let current = part(table.querySelector('[aria-selected=true] th') ?? table.querySelector('tbody th')
+        ?? table.querySelector('th'));
     current.tabIndex = 0;
     table.addEventListener('focusin', event => {
         current.tabIndex = -1;

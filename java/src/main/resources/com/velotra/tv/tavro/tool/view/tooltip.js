@@ -11,7 +11,12 @@ const tooltip = {
         this.owner = owner;
         tip.replaceChildren(...lines.map((line, i) => el(i === 0 ? 'strong' : 'span', null, bdi(line))));
         tip.hidden = false;
-        const box = owner.getBoundingClientRect();
+        this.place();
+    },
+
+    place() {
+        const tip = byId('tip');
+        const box = this.owner.getBoundingClientRect();
         const {width, height} = tip.getBoundingClientRect();
         const above = box.top - height - 8;
         const left = Math.min(box.left + box.width / 2 - width / 2, document.documentElement.clientWidth - width - 4);
@@ -59,6 +64,6 @@ const tooltip = {
                 this.hide();
             }
         });
-        addEventListener('scroll', () => this.hide(), {passive: true});
+        addEventListener('scroll', () => this.owner && this.place(), {passive: true, capture: true});
     },
 };
