@@ -32,7 +32,7 @@ final class ListData {
     private final int[] shapeOf;
 
     /** A set of fields, and the meanings of the numbers in them, by field. */
-    private record Shape(int number, List<Field> fields, Map<Field, Map<Long, String>> meanings) {}
+    private record Shape(int number, List<Field> fields, Map<Field, Map<Long, String>> meanings, Record example) {}
 
     ListData(RecordList list) {
         this.list = list;
@@ -41,7 +41,7 @@ final class ListData {
         for (int i = 0; i < shapeOf.length; i++) {
             Record record = list.get(i);
             Shape shape = shapes.computeIfAbsent(Layout.of(list.kind()).fields(record),
-                    of -> new Shape(shapes.size(), of, new HashMap<>()));
+                    of -> new Shape(shapes.size(), of, new HashMap<>(), record));
             shapeOf[i] = shape.number;
             addMeanings(shape, record);
         }
@@ -51,7 +51,7 @@ final class ListData {
         for (Field field : shape.fields) {
             if (field.style() != Style.TEXT) {
                 shape.meanings.computeIfAbsent(field, of -> new TreeMap<>())
-                        .computeIfAbsent(field.number(record), number -> field.format(record));
+                        .computeIfAbsent(field.number(record), number -> field.describe(record));
             }
         }
     }
@@ -81,7 +81,14 @@ final class ListData {
         for (Field field : shape.fields) {
             json.value(fields.indexOf(field));
         }
-        json.endArray().name("meanings").beginObject();
+        json.endArray().name("paths").beginObject();
+        for (Field field : shape.fields) {
+            String path = field.path(shape.example);
+            if (!path.equals(field.path())) {
+                json.name(Integer.toString(fields.indexOf(field))).value(path);
+            }
+        }
+        json.endObject().name("meanings").beginObject();
         for (Field field : shape.fields) {
             Map<Long, String> meanings = new TreeMap<>(shape.meanings.getOrDefault(field, Map.of()));
             meanings.entrySet().removeIf(meaning -> meaning.getValue().equals(Long.toString(meaning.getKey())));

@@ -99,7 +99,16 @@ public final class PageData {
         for (Field field : Layout.of(kind).fields()) {
             json.beginObject().name("name").value(field.name()).name("label").value(field.label());
             json.name("offset").value(field.offset()).name("width").value(field.width());
-            json.name("style").value(field.style().name()).endObject();
+            json.name("style").value(field.style().name()).name("path").value(field.path());
+            json.name("meaning").value(field.meaning()).name("keys").beginArray();
+            for (Field.Key key : field.keys()) {
+                json.value(key.name());
+            }
+            json.endArray().name("flags").beginObject();
+            for (Field.Flag flag : field.flags()) {
+                json.name(flag.key()).value(flag.mask());
+            }
+            json.endObject().endObject();
         }
         json.endArray().endObject();
     }

@@ -41,11 +41,13 @@ function fieldLines(record, run, before) {
         lines.push(`before: ${before.text(run.field)}`);
     }
     lines.push(place);
-    if (run.field.path) {
-        lines.push(`header: ${run.field.path}`);
+    const keys = [...run.field.keys, ...Object.keys(run.field.flags)];
+    lines.push(`header: ${record.path(run.field)}`);
+    if (keys.length > 0) {
+        lines.push(`Java ${keys.length === 1 ? 'key' : 'keys'}: ${keys.join(', ')}`);
     }
-    if (run.field.keys?.length) {
-        lines.push(`Java key: ${run.field.keys.join(', ')}`);
+    if (run.field.meaning) {
+        lines.push(run.field.meaning);
     }
     return lines;
 }

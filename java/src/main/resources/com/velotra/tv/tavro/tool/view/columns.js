@@ -3,19 +3,24 @@
 
 const NONE = '–';
 
-function link(record) {
-    return el('a', {href: new Row(record, undefined, record.list.side === page.shownSide ? SAME : 'removed').href},
-        bdi(title(record)));
+function link(record, text = title(record)) {
+    const state = record.list.side === page.shownSide ? SAME : 'removed';
+    return el('a', {href: new Row(record, undefined, state).href}, bdi(text));
 }
 
-function referenceColumn(to, label) {
+/** A column of links to records of another kind. */
+function referenceColumn(to, label, textOf = title) {
     const target = record => referred(record, to);
     return {
         name: `to_${to}`, label,
-        value: record => target(record)?.record ? title(target(record).record) : target(record)?.name ?? '',
+        value: record => {
+            const found = target(record);
+            return found?.record ? [...new Set([textOf(found.record), title(found.record)])].join(' ')
+                : found?.name ?? '';
+        },
         cell: record => {
             const found = target(record);
-            return !found ? NONE : found.record ? link(found.record) : `${found.name} (missing)`;
+            return !found ? NONE : found.record ? link(found.record, textOf(found.record)) : `${found.name} (missing)`;
         },
     };
 }
@@ -49,15 +54,10 @@ const nameColumn = {
     cell: record => bdi(title(record)),
 };
 
-const VISIBLE = 0x8;
-const SCRAMBLED = 0x800;
-const BLOCKED = 0x100;
-const IN_USE = 0x2000;
-
 function serviceFlags(record) {
-    const flag = bit => record.flag('network_mask', bit);
-    return [flag(SCRAMBLED) && 'scrambled', !flag(VISIBLE) && 'hidden', flag(BLOCKED) && 'blocked']
-        .filter(text => text).join(', ');
+    const words = [record.flag('VnetScrambled') && 'scrambled', !record.flag('VnetVisible') && 'hidden',
+        record.flag('ventChannelBlock') && 'blocked', record.flag('VoptDeletedByUser') && 'deleted'];
+    return words.filter(word => word).join(', ');
 }
 
 const derived = (name, label, value, extra = {}) =>
@@ -77,10 +77,11 @@ const COLUMNS = {
         nameColumn,
         recordColumn,
         fieldColumn(kind, 'service_id'),
-        fieldColumn(kind, 'service_type', {label: 'type', right: false}),
+        fieldColumn(kind, 'service_type', {label: 'type', right: false,
+            cell: record => record.describe('service_type').replace(/^\d+ \((.*)\)$/, '$1')}),
         referenceColumn(STREAMS, 'transport stream'),
         referenceColumn(NETWORKS, 'network'),
-        referenceColumn(SATELLITES, 'satellite'),
+        referenceColumn(SATELLITES, 'satellite', position),
         derived('flags', 'flags', serviceFlags),
     ],
     [STREAMS]: kind => [
@@ -94,7 +95,7 @@ const COLUMNS = {
         fieldColumn(kind, 'transport_stream_id', {label: 'stream id'}),
         fieldColumn(kind, 'original_network_id', {label: 'orig. network'}),
         referenceColumn(NETWORKS, 'network'),
-        referenceColumn(SATELLITES, 'satellite'),
+        referenceColumn(SATELLITES, 'satellite', position),
         countColumn(SERVICES, 'services'),
     ],
     [NETWORKS]: kind => [
@@ -111,7 +112,7 @@ const COLUMNS = {
             value: record => record.value('orbital_position')}),
         nameColumn,
         recordColumn,
-        derived('in_use', 'in use', record => record.flag('mask', IN_USE) ? 'yes' : 'no'),
+        derived('in_use', 'in use', record => record.flag('MaskStatusOn') ? 'yes' : 'no'),
         derived('lnb', 'oscillators', oscillators),
         countColumn(STREAMS, 'transport streams'),
         countColumn(SERVICES, 'services'),

@@ -97,10 +97,15 @@ class Rec {
         return this.has(field) ? this.text(field) : undefined;
     }
 
-    /** Whether a bit of a flag word is set; nothing if this record does not have the word. */
-    flag(name, bit) {
-        const word = this.value(name);
-        return word === undefined ? undefined : (word & bit) !== 0;
+    /** Whether the flag of a Java key is set. */
+    flag(key) {
+        const {field, mask} = this.kind.flags.get(key);
+        return this.has(field) && (this.number(field) & mask) !== 0;
+    }
+
+    /** The name of a field's structure member in the header. */
+    path(field) {
+        return this.list.shape(this.index).paths[field.index] ?? field.path;
     }
 }
 
@@ -140,6 +145,8 @@ async function load() {
         kind.fields.forEach((field, index) => {
             field.index = index;
         });
+        kind.flags = new Map(kind.fields.flatMap(field =>
+            Object.entries(field.flags).map(([key, mask]) => [key, {field, mask}])));
         kind.byName = new Map(kind.fields.map(field => [field.name, field]));
     });
     const sides = json.sides.map(side => new Side(side, json.kinds));

@@ -9,6 +9,8 @@ import com.velotra.tv.tavro.tool.view.PageData.Lists;
 import com.velotra.tv.tavro.tool.view.PageData.Stored;
 import java.io.IOException;
 import java.io.Writer;
+import java.nio.ByteBuffer;
+import java.nio.ByteOrder;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.ArrayList;
@@ -44,6 +46,26 @@ final class Fixture {
     static List<Record> services() {
         return IntStream.rangeClosed(1, SERVICES)
                 .mapToObj(i -> service(i, i == 7 ? EVIL : String.format("Service %03d", i))).toList();
+    }
+
+    /** Services with the names "Service 00000", "Service 00001", … */
+    static List<Record> manyServices(int count) {
+        byte[] bytes = service(0, "Service 00000").bytes();
+        int name = offset("name");
+        List<Record> services = new ArrayList<>();
+        for (int i = 0; i < count; i++) {
+            for (int digit = 0, rest = i; digit < 5; digit++, rest /= 10) {
+                bytes[name + 12 - digit] = (byte) ('0' + rest % 10);
+            }
+            ByteBuffer.wrap(bytes).order(ByteOrder.LITTLE_ENDIAN).putShort(offset("record_id"), (short) i)
+                    .putShort(offset("lcn"), (short) i).putShort(offset("tsl_record_id"), (short) (i % STREAMS + 1));
+            services.add(Record.of(Kind.SERVICES, bytes));
+        }
+        return services;
+    }
+
+    private static int offset(String field) {
+        return Layout.of(Kind.SERVICES).field(field).orElseThrow().offset();
     }
 
     private static List<Record> satelliteStreams() {
