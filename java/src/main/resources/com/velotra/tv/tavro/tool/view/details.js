@@ -101,7 +101,7 @@ function fieldTable(record, before) {
         const {field} = run;
         const text = record.text(field);
         const differs = before && !sameRun(record, before, run);
-        const zero = /^(|0|0x0+)$/.test(text);
+        const zero = /^(|0|0x0+)( kHz| MHz| Bd)?$/.test(text);
         const line = el('tr', {class: `${differs ? 'differs' : ''}${zero ? ' zero' : ''}`},
             el('td', {class: 'right offset'}, run.from), el('th', {scope: 'row'}, field.label),
             el('td', null, bdi(text)));

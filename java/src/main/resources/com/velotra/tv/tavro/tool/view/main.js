@@ -1,4 +1,4 @@
-// The page: what is shown follows from the address, #KIND, #KIND/LIST/RECORD or #KIND?q=SEARCH, and from the tools.
+// The page: what is shown follows from the address, #KIND, #KIND/LIST,RECORD or #KIND?q=SEARCH, and from the tools.
 
 const page = {data: null, rows: null, tables: null, kind: 0, selected: null, shownSide: null, band: null};
 
@@ -41,7 +41,7 @@ function follow() {
     tooltip.hide();
     const inside = byId('details').contains(document.activeElement) || byId('plot').contains(document.activeElement);
     const [path, query] = location.hash.slice(1).split('?');
-    const [name, listId, recordId, before] = path.split('/');
+    const [name, id, before] = path.split('/');
     const kind = page.data.kinds.findIndex(kind => kind.name === name);
     const changed = kind >= 0 && kind !== page.kind;
     page.kind = kind >= 0 ? kind : page.kind;
@@ -50,8 +50,8 @@ function follow() {
         table().filter = {text: q, list: '', state: ''};
         table().find();
     }
-    page.selected = page.rows[page.kind].find(row => row.record.list.id === Number(listId)
-        && row.record.id === Number(recordId) && (row.state === 'removed') === (before === 'before')) ?? null;
+    page.selected = page.rows[page.kind].find(row => row.record.name === id
+        && (row.state === 'removed') === (before === 'before')) ?? null;
     if (page.selected && !table().turnTo(page.selected)) {
         table().filter = {text: '', list: '', state: ''};
         table().find();

@@ -18,7 +18,7 @@ class Row {
 
     get href() {
         const {list, id} = this.record;
-        return `#${this.record.kind.name}/${list.id}/${id}${this.state === 'removed' ? '/before' : ''}`;
+        return `#${this.record.kind.name}/${list.id},${id}${this.state === 'removed' ? '/before' : ''}`;
     }
 }
 

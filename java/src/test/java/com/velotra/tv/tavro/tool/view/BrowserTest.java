@@ -121,9 +121,9 @@ class BrowserTest {
 
     @Test
     void aServiceLeadsToItsStreamAndBack() {
-        browser.open(page, "#services/1/31");
+        browser.open(page, "#services/1,31");
         assertEquals("Service 031", browser.visible("#selected"));
-        browser.click("#details a[href='#streams/1/2']");
+        browser.click("#details a[href='#streams/1,2']");
         assertEquals("10778 MHz H", browser.visible("#selected"));
         assertEquals("10778 MHz H", focused());
         assertEquals("Transport streams", browser.visible("#heading"));
@@ -134,11 +134,11 @@ class BrowserTest {
 
     @Test
     void aStreamLeadsToItsNetworkAndSatellite() {
-        browser.open(page, "#streams/1/2");
-        browser.click("#details a[href='#networks/1/1']");
+        browser.open(page, "#streams/1,2");
+        browser.click("#details a[href='#networks/1,1']");
         assertEquals("Net", browser.visible("#selected"));
-        browser.open(page, "#streams/1/2");
-        browser.click("#details a[href='#satellites/1/1']");
+        browser.open(page, "#streams/1,2");
+        browser.click("#details a[href='#satellites/1,1']");
         assertEquals("Uno", browser.visible("#selected"));
         browser.click("#details a.stream:nth-of-type(3)");
         assertEquals("10817 MHz V", browser.visible("#selected"));
@@ -152,7 +152,7 @@ class BrowserTest {
         browser.click("[data-to=next]");
         assertEquals(50, column(2).size());
         assertEquals("Page 3 of 3", browser.visible("#count"));
-        browser.open(page, "#services/1/210");
+        browser.open(page, "#services/1,210");
         assertEquals("Service 210", browser.visible("#table [aria-selected=true] th"));
     }
 
@@ -181,7 +181,7 @@ class BrowserTest {
 
     @Test
     void theFocusIsVisibleEverywhere() {
-        browser.open(page, "#services/1/3");
+        browser.open(page, "#services/1,3");
         for (int stop = 0; stop < 16; stop++) {
             browser.press("Tab");
             assertEquals("visible", browser.text("const e = document.activeElement, s = getComputedStyle(e);"
@@ -192,7 +192,7 @@ class BrowserTest {
 
     @Test
     void aFieldIsDescribedUnderTheFocusInTheBytes() {
-        browser.open(page, "#services/1/3");
+        browser.open(page, "#services/1,3");
         browser.run("document.querySelector('.run[tabindex=\"0\"]').focus()");
         browser.press("Right", "Right");
         assertEquals("channel id: 0x00000000 (major 0)\nbytes 4 to 7: 00 00 00 00\nheader: t_header.ui4_channel_id\n"
@@ -208,7 +208,7 @@ class BrowserTest {
 
     @Test
     void markupInANameIsShownAsText() {
-        browser.open(page, "#services/1/7");
+        browser.open(page, "#services/1,7");
         assertEquals(Fixture.EVIL, browser.visible("#selected"));
         assertTrue(column(2).contains(Fixture.EVIL));
         assertEquals(0, browser.run("return document.querySelectorAll('img, #main script').length").getAsInt());
@@ -240,9 +240,9 @@ class BrowserTest {
         }
         for (String scheme : List.of("light", "dark")) {
             browser.media("screen", scheme);
-            browser.open(comparison, "#services/1/5");
+            browser.open(comparison, "#services/1,5");
             assertEquals(List.of(), browser.texts(contrast), scheme);
-            browser.open(page, "#satellites/1/1");
+            browser.open(page, "#satellites/1,1");
             assertEquals(List.of(), browser.texts(contrast), scheme);
         }
     }
@@ -252,7 +252,7 @@ class BrowserTest {
         for (int width : new int[] {360, 320}) { // 320: 1280 at 400 %
             browser.size(width, 640);
             for (String kind : KINDS) {
-                browser.open(page, "#" + kind + "/1/1");
+                browser.open(page, "#" + kind + "/1,1");
                 assertEquals(0, browser.run("const e = document.documentElement;"
                         + "return e.scrollWidth - e.clientWidth").getAsInt(), kind);
                 assertTrue(browser.visible("#selected").length() > 2, kind);
@@ -279,11 +279,11 @@ class BrowserTest {
         assertEquals(List.of("Cinque", "Nuovo", Fixture.EVIL), column(3));
         assertEquals(List.of("changed", "added", "removed"), browser.texts("return "
                 + "[...document.querySelectorAll('#table tbody .state .unseen')].map(e => e.textContent)"));
-        browser.open(comparison, "#services/1/5");
+        browser.open(comparison, "#services/1,5");
         assertEquals(List.of("name", "Service 005", "Cinque"), browser.texts(
                 "return [...document.querySelector('.changes tbody tr').cells].map(e => e.textContent)"));
         assertEquals("Service 1,5changed", browser.visible("#details .kind"));
-        browser.open(comparison, "#services/1/7/before");
+        browser.open(comparison, "#services/1,7/before");
         assertEquals("Service 1,7removed", browser.visible("#details .kind"));
     }
 
@@ -295,7 +295,7 @@ class BrowserTest {
         assertEquals(List.of("H", "V"),
                 browser.texts(CELLS.replace("innerText", "textContent"), "#plot .strip + text"));
         assertEquals(30, browser.run("return document.querySelectorAll('#plot a').length").getAsInt());
-        browser.open(page, "#streams/2/3");
+        browser.open(page, "#streams/2,3");
         assertEquals("410 MHz, 6.9 MBd, stream id 0, 0 services",
                 browser.text("return document.querySelector('#plot a').getAttribute('aria-label')"));
     }
@@ -315,7 +315,7 @@ class BrowserTest {
         browser.async("document.getElementById('search').dispatchEvent(new Event('input'));"
                 + "new MutationObserver(done).observe(document.getElementById('count'), {childList: true})");
         assertEquals("4 of 65,534 services", browser.visible("#count"));
-        browser.open(large, "#streams/1/4");
+        browser.open(large, "#streams/1,4");
         assertEquals("2,185 services in the table", browser.visible("#details a.all"));
     }
 }
