@@ -1,16 +1,22 @@
 package com.velotra.tv.tavro.tool;
 
+import com.velotra.tv.tavro.tool.changes.Change;
+import com.velotra.tv.tavro.tool.exchange.ListTablesImport;
 import com.velotra.tv.tavro.tool.importing.Importer;
 import com.velotra.tv.tavro.tool.input.Failure;
 import com.velotra.tv.tavro.tool.input.ImportReport;
+import com.velotra.tv.tavro.tool.records.Kind;
 import com.velotra.tv.tavro.tool.storage.Access;
 import com.velotra.tv.tavro.tool.storage.Snapshot;
 import com.velotra.tv.tavro.tool.storage.Storage;
+import com.velotra.tv.tavro.tool.storage.StoredLists;
 import com.velotra.tv.tavro.tool.transponders.ListIds;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.List;
+import java.util.Optional;
+import java.util.OptionalInt;
 import java.util.concurrent.Callable;
 import picocli.CommandLine.Command;
 import picocli.CommandLine.Mixin;
@@ -22,16 +28,21 @@ import picocli.CommandLine.Parameters;
         name = "import",
         description = {
             "Imports services, transport streams, networks and satellites from files into lists. The content of a "
-                + "file decides what it is: a DVBv5 table (transponders or services), a one-line scan table, or "
-                + "one of channels.conf, sources.conf and diseqc.conf in the form of Debian's vdr.",
+                + "file decides what it is: an exported list as CSV or JSON, a DVBv5 table (transponders or "
+                + "services), a one-line scan table, or one of channels.conf, sources.conf and diseqc.conf in the "
+                + "form of Debian's vdr.",
             "",
             "A record that is already in its list is updated, so a file can be imported again. Satellite "
                 + "transponders refer to the satellite at their position, whether imported now or earlier. The "
-                + "position comes from channels.conf or from the end of the file's name, as in Astra-19.2E."},
+                + "position comes from channels.conf or from the end of the file's name, as in Astra-19.2E.",
+            "",
+            "If anything cannot be imported, nothing is, unless --partial is given."},
         footer = {"", "Examples: ./tavro import sources.conf diseqc.conf dvb-s",
             "          ./tavro import --list 1 channels.conf",
-            "          ./tavro list 13 --kind satellites"})
+            "          ./tavro import --dry-run services.csv"})
 final class ImportCommand implements Callable<Integer> {
+    private static final int DEFAULT_FIRST_LIST = 11;
+
     @Mixin
     private HelpOption help;
 
@@ -39,10 +50,25 @@ final class ImportCommand implements Callable<Integer> {
             description = "A file, a folder of files, a pipe, or - for standard input.")
     private List<Path> paths = new ArrayList<>();
 
-    @Option(names = "--list", paramLabel = "ID", defaultValue = "11", converter = Converters.FirstList.class,
-            description = "First list id (default ${DEFAULT-VALUE}): terrestrial services and streams go to ID, "
-                    + "cable to ID+1, satellites with their services and streams to ID+2.")
-    private int firstList;
+    @Option(names = "--list", paramLabel = "ID", converter = Converters.FirstList.class,
+            description = "List id of a CSV or JSON list (default: the one in the file). Of other files, the first "
+                    + "list id (default 11): terrestrial services and streams go to ID, cable to ID+1, satellites "
+                    + "with their services and streams to ID+2.")
+    private Integer listId;
+
+    @Option(names = {"-k", "--kind"}, paramLabel = "KIND", converter = Converters.KindName.class,
+            description = "Kind of list in a CSV file without a column kind: services, streams, networks or "
+                    + "satellites.")
+    private Kind kind;
+
+    @Option(names = "--replace", description = "Remove the records that a CSV or JSON list does not have.")
+    private boolean replace;
+
+    @Option(names = "--partial", description = "Import the rest of malformed files, instead of nothing.")
+    private boolean partial;
+
+    @Option(names = {"-n", "--dry-run"}, description = "Print what would change, and change nothing.")
+    private boolean dryRun;
 
     @Override
     public Integer call() throws Exception {
@@ -56,16 +82,45 @@ final class ImportCommand implements Callable<Integer> {
         }
         Access.readWrite();
         ImportReport report = new ImportReport(System.err);
-        Importer importer = Preconditions.withLibrary(() -> new Importer(ListIds.from(firstList), report));
+        ListIds ids = ListIds.from(listId == null ? DEFAULT_FIRST_LIST : listId);
+        Importer importer = Preconditions.withLibrary(() -> new Importer(ids, report, Optional.ofNullable(kind)));
         paths.forEach(importer::read);
         if (!report.anyFile()) {
             throw new Failure("nothing was imported; " + report.whyNothing());
         }
-        try {
-            importer.store((transponder, id) -> { }, (service, id, stream) -> { });
-        } finally {
-            report.print(System.out);
+        ListTablesImport tables = new ListTablesImport(importer.tables(),
+                listId == null ? OptionalInt.empty() : OptionalInt.of(listId), replace);
+        if (dryRun) {
+            tables.plan(report, StoredLists::read);
+            requireComplete(report);
+        } else {
+            Change.make("import", change -> {
+                store(importer, tables, report, change);
+                return null;
+            });
         }
+        report.print(System.out);
+        tables.summary().forEach(System.out::println);
         return report.complete() ? ExitCode.DONE : ExitCode.FAILED;
+    }
+
+    private void store(Importer importer, ListTablesImport tables, ImportReport report, Change change) {
+        tables.plan(report, change::read);
+        if (!partial) {
+            importer.check((kind, id) -> { }, report::notImported);
+            requireComplete(report);
+        }
+        importer.check(change::save, (place, reason) -> { });
+        tables.store(change);
+        importer.store((transponder, id) -> { }, (service, id, stream) -> { });
+        requireComplete(report);
+    }
+
+    private void requireComplete(ImportReport report) {
+        if (!partial && !report.complete()) {
+            report.printProblems(System.out);
+            throw new Failure("nothing was imported: " + report.problems()
+                    + "; correct the files, or import the rest with --partial");
+        }
     }
 }

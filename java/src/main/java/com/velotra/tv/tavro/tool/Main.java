@@ -35,6 +35,7 @@ import picocli.CommandLine.TypeConversionException;
             ViewCommand.class,
             MergeCommand.class,
             OrderCommand.class,
+            ExportCommand.class,
             ImportCommand.class,
             ShellCommand.class,
             SetCommand.class,

@@ -28,7 +28,10 @@ class ImportCommandTest {
     private static final String CABLE =
             "[Uno]\nDELIVERY_SYSTEM = DVBC/ANNEX_A\nFREQUENCY = 330000000\nSYMBOL_RATE = 6900000\n";
     private static final String FORMATS =
-            "supported: DVBv5 tables, one-line scan tables, and vdr's channels.conf, sources.conf and diseqc.conf";
+            "supported: CSV and JSON of an export, DVBv5 tables, one-line scan tables, and vdr's channels.conf, "
+            + "sources.conf and diseqc.conf";
+
+    private static final String CORRECT = "; correct the files, or import the rest with --partial\n";
 
     @TempDir
     Path folder;
@@ -66,7 +69,7 @@ class ImportCommandTest {
                 new Result(0,
                         """
                         1 file: 1 transponder; 0 malformed lines
-                        Transport streams stored, by delivery system:
+                        Transport streams, by delivery system:
                                1  DVBC/ANNEX_A
                         transport stream list 42: 1 added, 0 changed, 0 unchanged; it holds 1 record
                         """,
@@ -112,7 +115,7 @@ class ImportCommandTest {
                 new Result(0,
                         """
                         3 files: 1 dish setting, 2 satellites, 1 transponder; 0 malformed lines
-                        Transport streams stored, by delivery system:
+                        Transport streams, by delivery system:
                                1  DVBS2
                         Skipped, by reason:
                                1  not a satellite (source C)
@@ -145,7 +148,7 @@ class ImportCommandTest {
                 new Result(0,
                         """
                         1 file: 2 services; 0 malformed lines
-                        Transport streams stored, by delivery system:
+                        Transport streams, by delivery system:
                                1  DVBC/ANNEX_A
                         transport stream list 42: 1 added, 0 changed, 0 unchanged; it holds 1 record
                         network list 42: 1 added, 0 changed, 0 unchanged; it holds 1 record
@@ -237,10 +240,23 @@ class ImportCommandTest {
     }
 
     @Test
-    void aFileThatCannotBeUsedFailsTheImportAndTheOthersAreImported() throws Exception {
+    void aFileThatCannotBeUsedFailsTheImport() throws Exception {
         Path missing = folder.resolve("missing");
         Path image = Files.write(folder.resolve("channels.conf"), new byte[] {(byte) 0x89, 'P', 'N', 'G', 0, 0});
-        Result result = imported(image, file("table", CABLE), missing);
+        assertEquals(
+                new Result(1, "1 file: 1 transponder; 0 malformed lines\n",
+                        "tavro: cannot import " + image + ": it is a PNG image\n"
+                        + "tavro: cannot read " + missing + ": no such file or folder\n"
+                        + "tavro: nothing was imported: 2 unusable files" + CORRECT),
+                imported(image, file("table", CABLE), missing));
+        assertFalse(VltTvTransportStreamList.getInstance().exists(42));
+    }
+
+    @Test
+    void withPartialTheUsableFilesAreImported() throws Exception {
+        Path missing = folder.resolve("missing");
+        Path image = Files.write(folder.resolve("channels.conf"), new byte[] {(byte) 0x89, 'P', 'N', 'G', 0, 0});
+        Result result = imported("--partial", image, file("table", CABLE), missing);
         assertEquals(1, result.exit());
         assertEquals(
                 "tavro: cannot import " + image + ": it is a PNG image\n"
@@ -256,7 +272,8 @@ class ImportCommandTest {
         Files.writeString(data.resolve("table"), CABLE);
         Path unreadable = Files.createSymbolicLink(data.resolve("unreadable"), Path.of("/proc/self/mem"));
         Result result = imported(data);
-        assertEquals("tavro: cannot read " + unreadable + ": Input/output error\n", result.err());
+        assertEquals("tavro: cannot read " + unreadable + ": Input/output error\n"
+                + "tavro: nothing was imported: 1 unusable file" + CORRECT, result.err());
         assertEquals(1, result.exit());
         assertTrue(result.out().startsWith("1 file: 1 transponder; 0 malformed lines\n"), result.out());
     }
@@ -300,13 +317,31 @@ class ImportCommandTest {
     }
 
     @Test
-    void aMalformedLineFailsTheImportPartlyAndTheRestIsStored() throws Exception {
+    void aMalformedLineFailsTheImportAndNothingIsStored() throws Exception {
         Path table = file("table", CABLE + "nonsense\n[Due]\nFREQUENCY = 330000000\n");
         assertEquals(
                 new Result(1,
                         """
                         1 file: 2 transponders; 1 malformed line
-                        Transport streams stored, by delivery system:
+                        Not imported, by reason:
+                               1  no delivery system
+                        """,
+                        "  malformed line " + table
+                                + ":5: 'nonsense' is neither a heading nor of the form KEY = VALUE\n"
+                                + "  not imported " + table + ":6: no delivery system\n"
+                                + "tavro: nothing was imported: 1 malformed line, 1 entry without a record" + CORRECT),
+                imported(table));
+        assertFalse(VltTvTransportStreamList.getInstance().exists(42));
+    }
+
+    @Test
+    void withPartialTheRestOfAMalformedFileIsStored() throws Exception {
+        Path table = file("table", CABLE + "nonsense\n[Due]\nFREQUENCY = 330000000\n");
+        assertEquals(
+                new Result(1,
+                        """
+                        1 file: 2 transponders; 1 malformed line
+                        Transport streams, by delivery system:
                                1  DVBC/ANNEX_A
                         Not imported, by reason:
                                1  no delivery system
@@ -315,17 +350,17 @@ class ImportCommandTest {
                         "  malformed line " + table
                                 + ":5: 'nonsense' is neither a heading nor of the form KEY = VALUE\n"
                                 + "  not imported " + table + ":6: no delivery system\n"),
-                imported(table));
+                imported("--partial", table));
     }
 
     @Test
-    void manyProblemsOfOneKindAreShownTenTimesAndCounted() throws Exception {
+    void manyProblemsOfOneKindAreShownTwentyTimesAndCounted() throws Exception {
         Path table = file("table", CABLE + "[Due]\nFREQUENCY = 330000000\n".repeat(25));
         Result result = imported(table);
         assertEquals(1, result.exit());
-        assertEquals(11, result.err().lines().count(), result.err());
-        assertTrue(result.err().endsWith("  … more of these (no delivery system) are counted in the summary\n"),
-                result.err());
+        assertEquals(22, result.err().lines().count(), result.err());
+        assertTrue(result.err().endsWith("  … more of these (no delivery system) are counted in the summary\n"
+                + "tavro: nothing was imported: 25 entries without a record" + CORRECT), result.err());
         assertTrue(result.out().contains("\n      25  no delivery system\n"), result.out());
     }
 

@@ -7,11 +7,15 @@ import com.velotra.tv.tavro.services.channellist.VltTvNetworkList;
 import com.velotra.tv.tavro.services.channellist.VltTvSatelliteList;
 import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamList;
 import com.velotra.tv.tavro.tool.changes.ChangeLock;
+import com.velotra.tv.tavro.tool.exchange.ListFormats;
+import com.velotra.tv.tavro.tool.exchange.ListTable;
 import com.velotra.tv.tavro.tool.input.Failure;
 import com.velotra.tv.tavro.tool.input.Format;
 import com.velotra.tv.tavro.tool.input.ImportReport;
 import com.velotra.tv.tavro.tool.input.Malformed;
+import com.velotra.tv.tavro.tool.input.Place;
 import com.velotra.tv.tavro.tool.input.Source;
+import com.velotra.tv.tavro.tool.records.Kind;
 import com.velotra.tv.tavro.tool.satellites.SatelliteImport;
 import com.velotra.tv.tavro.tool.satellites.Satellites;
 import com.velotra.tv.tavro.tool.services.ChannelsConf;
@@ -22,6 +26,7 @@ import com.velotra.tv.tavro.tool.storage.Storage;
 import com.velotra.tv.tavro.tool.transponders.DvbV5File;
 import com.velotra.tv.tavro.tool.transponders.LegacyFile;
 import com.velotra.tv.tavro.tool.transponders.ListIds;
+import com.velotra.tv.tavro.tool.transponders.NotImportable;
 import com.velotra.tv.tavro.tool.transponders.StreamImport;
 import com.velotra.tv.tavro.tool.transponders.Transponder;
 import java.io.IOException;
@@ -35,7 +40,10 @@ import java.nio.file.attribute.BasicFileAttributes;
 import java.util.ArrayList;
 import java.util.EnumSet;
 import java.util.List;
+import java.util.Optional;
 import java.util.Set;
+import java.util.TreeSet;
+import java.util.function.BiConsumer;
 import java.util.stream.Stream;
 
 /**
@@ -49,10 +57,18 @@ public final class Importer {
     private boolean satellitesRead;
     private final List<Transponder> transponders = new ArrayList<>();
     private final List<Service> services = new ArrayList<>();
+    private final Optional<Kind> kindOfTables;
+    private final List<ListTable> tables = new ArrayList<>();
 
     /** Reports what happens to each record to {@code report}. */
     public Importer(ListIds ids, ImportReport report) {
+        this(ids, report, Optional.empty());
+    }
+
+    /** @param kindOfTables kind of the list in a CSV file that does not say it */
+    public Importer(ListIds ids, ImportReport report, Optional<Kind> kindOfTables) {
         this.ids = ids;
+        this.kindOfTables = kindOfTables;
         this.report = report;
         satelliteImport = new SatelliteImport(VltTvSatelliteList.getInstance(), ids.satellite(), report);
     }
@@ -124,6 +140,13 @@ public final class Importer {
 
     /** Parses a file of any format. Returns an action that adds its content to this import. */
     private Runnable content(Source source) {
+        if (ListFormats.isOne(source)) {
+            List<ListTable> found = ListFormats.read(source, kindOfTables);
+            return () -> {
+                tables.addAll(found);
+                report.read(0, "", List.of());
+            };
+        }
         return switch (Format.of(source)) {
             case DVBV5 -> {
                 DvbV5File file = DvbV5File.read(source);
@@ -163,11 +186,51 @@ public final class Importer {
         };
     }
 
+    /** Returns the lists that were read from CSV and JSON; {@link #store} does not store them. */
+    public List<ListTable> tables() {
+        return tables;
+    }
+
+    /** Returns whether anything else was read, which {@link #store} stores. */
+    public boolean hasRecords() {
+        return satellitesRead || !transponders.isEmpty() || !services.isEmpty();
+    }
+
     /**
-     * Stores everything that was read. Only one command at a time changes a storage directory, because what is added
-     * depends on what is there.
+     * Calls {@code target} for each list that {@link #store} will change.
      *
-     * @throws Failure if the storage fails; records stored so far are kept
+     * @param problem is called for each transponder or service that cannot be stored
+     */
+    public void check(BiConsumer<Kind, Integer> target, BiConsumer<Place, String> problem) {
+        if (satellitesRead) {
+            target.accept(Kind.SATELLITES, ids.satellite());
+        }
+        Set<Integer> streamLists = new TreeSet<>();
+        transponders.forEach(transponder -> listOf(transponder, problem).ifPresent(streamLists::add));
+        Set<Integer> serviceLists = new TreeSet<>();
+        services.forEach(service -> listOf(service.transponder(), problem).ifPresent(serviceLists::add));
+        streamLists.addAll(serviceLists);
+        streamLists.forEach(id -> target.accept(Kind.STREAMS, id));
+        for (int id : serviceLists) {
+            target.accept(Kind.NETWORKS, id);
+            target.accept(Kind.SERVICES, id);
+        }
+    }
+
+    private Optional<Integer> listOf(Transponder transponder, BiConsumer<Place, String> problem) {
+        try {
+            return Optional.of(StreamImport.listOf(transponder, ids));
+        } catch (NotImportable e) {
+            problem.accept(transponder.place(), e.getMessage());
+            return Optional.empty();
+        }
+    }
+
+    /**
+     * Stores everything that was read, except tables. Only one command at a time changes a storage directory, because
+     * what is added depends on what is there.
+     *
+     * @throws Failure if the storage fails; the change that this is part of then restores the lists
      */
     public void store(StreamImport.Observer streamObserver, ServiceImport.Observer serviceObserver) {
         ChangeLock lock = ChangeLock.take(Storage.directory(), report::waiting);
@@ -182,8 +245,7 @@ public final class Importer {
                     report, serviceObserver)
                     .storeAll(services, Storage.directory());
         } catch (ChannelListException e) {
-            throw new Failure("the import stopped: " + e.problem() + "; " + Storage.whyItFails()
-                    + "; records stored so far are kept");
+            throw new Failure("the import stopped: " + e.problem() + "; " + Storage.whyItFails());
         } finally {
             lock.release();
         }

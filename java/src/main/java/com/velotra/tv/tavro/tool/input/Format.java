@@ -22,7 +22,8 @@ public enum Format {
 
     /** The supported formats, for messages. */
     public static final String KNOWN =
-            "supported: DVBv5 tables, one-line scan tables, and vdr's channels.conf, sources.conf and diseqc.conf";
+            "supported: CSV and JSON of an export, DVBv5 tables, one-line scan tables, and vdr's channels.conf, "
+            + "sources.conf and diseqc.conf";
 
     /** A file is binary if one character in this many is a control character. */
     private static final int BINARY_ONE_IN = 20;

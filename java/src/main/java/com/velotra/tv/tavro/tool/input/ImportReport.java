@@ -11,11 +11,11 @@ import java.util.function.IntSupplier;
 /** Reports problems and progress while an import runs, and prints a summary at the end. */
 public final class ImportReport {
     private static final int PROGRESS_EVERY = 1000;
-    private static final int LINES_PER_REASON = 10;
+    private static final int LINES_PER_REASON = 20;
 
     private final PrintStream progress;
     private final Tally read = new Tally("Read:");
-    private final Tally imported = new Tally("Transport streams stored, by delivery system:");
+    private final Tally imported = new Tally("Transport streams, by delivery system:");
     private final Tally skipped = new Tally("Skipped, by reason:");
     private final Tally notImported = new Tally("Not imported, by reason:");
     private final Tally dropped = new Tally("Imported with values dropped (no field in the record):");
@@ -36,8 +36,13 @@ public final class ImportReport {
     /** A file was read. It has {@code count} items called {@code what}, and malformed {@code lines}. */
     public void read(int count, String what, List<Malformed> lines) {
         files++;
-        malformed += lines.size();
         alsoRead(count, what);
+        malformedLines(lines);
+    }
+
+    /** Further malformed lines of a file that was read. */
+    public void malformedLines(List<Malformed> lines) {
+        malformed += lines.size();
         lines.forEach(line -> print("malformed lines", "  malformed line " + line));
     }
 
@@ -170,13 +175,40 @@ public final class ImportReport {
         return withoutSatellite.counts();
     }
 
-    /** Prints the summary: what was read, what happened to it, and how many records the lists hold now. */
-    public void print(PrintStream out) {
+    /** Returns what cannot be imported, as in "2 malformed lines, 1 entry without a record". */
+    public String problems() {
+        List<String> problems = new ArrayList<>();
+        if (refused > 0) {
+            problems.add(Text.count(refused, "unusable file"));
+        }
+        if (malformed > 0) {
+            problems.add(Text.count(malformed, "malformed line"));
+        }
+        int entries = notImported.counts().values().stream().mapToInt(Integer::intValue).sum();
+        if (entries > 0) {
+            problems.add(entries + (entries == 1 ? " entry" : " entries") + " without a record");
+        }
+        return String.join(", ", problems);
+    }
+
+    /** Prints the summary of an import that stored nothing: what was read, and why it was not imported. */
+    public void printProblems(PrintStream out) {
+        printRead(out);
+        skipped.print(out);
+        notImported.print(out);
+    }
+
+    private void printRead(PrintStream out) {
         List<String> counts = new ArrayList<>();
         read.counts().forEach((what, number) -> counts.add(Text.count(number, what)));
         out.printf("%s: %s; %s%n", Text.count(files, "file"),
                 counts.isEmpty() ? "nothing to import" : String.join(", ", counts),
                 Text.count(malformed, "malformed line"));
+    }
+
+    /** Prints the summary: what was read, what happened to it, and how many records the lists hold now. */
+    public void print(PrintStream out) {
+        printRead(out);
         for (Tally tally : List.of(imported, skipped, notImported, dropped, withoutSatellite)) {
             tally.print(out);
         }

@@ -20,8 +20,8 @@ public record Source(String name, String fileName, byte[] bytes) {
     /** Means standard input on the command line. */
     public static final Path STANDARD_INPUT = Path.of("-");
 
-    /** Limit in bytes. The largest real file, with the transponders of a whole country, is less than 1% of it. */
-    static final int MOST = 64 << 20;
+    /** Limit in bytes, twice the size of a full service list in JSON. */
+    static final int MOST = 256 << 20;
 
     /**
      * Reads a file, a pipe, or standard input.
@@ -57,6 +57,11 @@ public record Source(String name, String fileName, byte[] bytes) {
             return "permission denied";
         }
         return Printable.of(String.valueOf(failure.getMessage()));
+    }
+
+    /** Returns the text of the file, as {@link #lines} decodes it, but a whole file is read as ISO-8859-1. */
+    public String text() {
+        return SourceText.text(bytes);
     }
 
     /** Returns the lines of the file. */

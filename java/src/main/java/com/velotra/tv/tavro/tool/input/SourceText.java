@@ -81,6 +81,12 @@ public final class SourceText {
         return lines;
     }
 
+    /** Returns the text of a file: UTF-16, or UTF-8, or ISO-8859-1 if it is not valid UTF-8. */
+    static String text(byte[] bytes) {
+        Charset wide = wideCharset(bytes);
+        return withoutMark(wide != null ? new String(bytes, wide) : decode(bytes, 0, bytes.length));
+    }
+
     private static String withoutMark(String text) {
         return !text.isEmpty() && text.charAt(0) == BYTE_ORDER_MARK ? text.substring(1) : text;
     }

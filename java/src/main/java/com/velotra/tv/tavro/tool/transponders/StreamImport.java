@@ -67,6 +67,15 @@ public final class StreamImport {
     }
 
     /**
+     * Returns the list that a transponder goes to.
+     *
+     * @throws NotImportable if it cannot become a record
+     */
+    public static int listOf(Transponder transponder, ListIds ids) throws NotImportable {
+        return ids.of(new Mapping(transponder).medium());
+    }
+
+    /**
      * Stores transponders.
      *
      * @throws com.velotra.tv.tavro.services.channellist.ChannelListException if the storage fails; records stored so

@@ -47,7 +47,7 @@ class ImportReportTest {
         assertEquals(
                 """
                 2 files: 3 services, 6 transponders; 1 malformed line
-                Transport streams stored, by delivery system:
+                Transport streams, by delivery system:
                        1  DVBT
                 Skipped, by reason:
                        1  not a satellite (source C)
@@ -85,27 +85,27 @@ class ImportReportTest {
     }
 
     @Test
-    void tenLinesAreLoggedForAReasonAndTheRestIsCounted() {
-        report.read(0, "transponder", malformed(12));
-        for (int line = 1; line <= 12; line++) {
+    void twentyLinesAreLoggedForAReasonAndTheRestIsCounted() {
+        report.read(0, "transponder", malformed(22));
+        for (int line = 1; line <= 22; line++) {
             report.notImported(new Place("table", line), "no frequency");
             report.skippedFile("cannot import " + line);
         }
         StringBuilder expected = new StringBuilder();
-        for (int line = 1; line <= 10; line++) {
+        for (int line = 1; line <= 20; line++) {
             expected.append("  malformed line table:").append(line).append(": nonsense\n");
         }
         expected.append("  … more of these (malformed lines) are counted in the summary\n");
-        for (int line = 1; line <= 10; line++) {
+        for (int line = 1; line <= 20; line++) {
             expected.append("  not imported table:").append(line).append(": no frequency\n  cannot import ")
                     .append(line).append('\n');
         }
         expected.append("  … more of these (no frequency) are counted in the summary\n");
         expected.append("  … more of these (skipped files) are counted in the summary\n");
         assertEquals(expected.toString(), log());
-        assertEquals(12, report.malformed());
-        assertEquals(Map.of("no frequency", 12), report.notImported());
-        assertEquals(Map.of("an unusable file in a folder", 12), report.skipped());
+        assertEquals(22, report.malformed());
+        assertEquals(Map.of("no frequency", 22), report.notImported());
+        assertEquals(Map.of("an unusable file in a folder", 22), report.skipped());
     }
 
     @Test

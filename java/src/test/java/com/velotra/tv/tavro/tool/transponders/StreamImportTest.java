@@ -167,7 +167,7 @@ class StreamImportTest {
         assertEquals(
                 """
                 1 file: 1 transponder; 0 malformed lines
-                Transport streams stored, by delivery system:
+                Transport streams, by delivery system:
                        1  DVBS
                 Imported without a satellite record, by reason:
                        1  'S5..0W' is not an orbital position
@@ -244,7 +244,7 @@ class StreamImportTest {
         assertEquals(
                 """
                 1 file: 2 transponders; 1 malformed line
-                Transport streams stored, by delivery system:
+                Transport streams, by delivery system:
                        1  ATSC
                 Not imported, by reason:
                        1  no delivery system
