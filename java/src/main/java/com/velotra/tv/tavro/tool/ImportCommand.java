@@ -92,6 +92,7 @@ final class ImportCommand implements Callable<Integer> {
                 listId == null ? OptionalInt.empty() : OptionalInt.of(listId), replace);
         if (dryRun) {
             tables.plan(report, StoredLists::read);
+            importer.check((kind, id) -> { }, report::notImported);
             requireComplete(report);
         } else {
             Change.make("import", change -> {
@@ -101,6 +102,9 @@ final class ImportCommand implements Callable<Integer> {
         }
         report.print(System.out);
         tables.summary().forEach(System.out::println);
+        if (dryRun) {
+            System.out.println("dry run: nothing was changed");
+        }
         return report.complete() ? ExitCode.DONE : ExitCode.FAILED;
     }
 

@@ -120,7 +120,7 @@ final class ListUpdate {
         }
         int id = Record.of(kind, bytes).id();
         if (id > LAST_ID) {
-            problem(row, "column " + Columns.RECORD_ID + ": no record can have the id " + id);
+            problem(row, "column " + Columns.RECORD_ID + ": " + id + " cannot be the id of a record");
             return -1;
         }
         if (used.get(id)) {
