@@ -1,5 +1,6 @@
 package com.velotra.tv.tavro.tool;
 
+import com.velotra.tv.tavro.tool.records.Kind;
 import java.util.Arrays;
 import java.util.Locale;
 import java.util.stream.Collectors;
@@ -8,7 +9,16 @@ import picocli.CommandLine.TypeConversionException;
 
 /** The formats of the export command. */
 enum ExportFormat {
-    CSV, JSON;
+    CSV, JSON, VDR, DVBV5, TIF, TIF_JSON;
+
+    /** Returns whether records of a kind can be exported in this format. */
+    boolean has(Kind kind) {
+        return switch (this) {
+            case CSV, JSON -> true;
+            case DVBV5 -> kind == Kind.SERVICES || kind == Kind.STREAMS;
+            default -> kind == Kind.SERVICES;
+        };
+    }
 
     @Override
     public String toString() {

@@ -134,14 +134,16 @@ class ExportCommandTest {
     @Test
     void allBadRowsAreReportedWithLineColumnAndValue() throws Exception {
         assertRefused(rows(7, 7), """
-                  malformed line FILE:2: column network_id: 'x' cannot be the network id: it must be a number from 0 to 65535
+                  malformed line FILE:2: column network_id: 'x' cannot be the network id: it must be a number from 0 to \
+                65535
                   malformed line FILE:2: column unnamed_bytes: '12:00' names byte 12, which belongs to a field of the \
                 record
                   malformed line FILE:3: column record_id: 65535 cannot be the id of a record
                   malformed line FILE:5: column record_id: 3 is also in line 4
                   malformed line FILE:7: 3 cells; the first row has 5 cells
                   malformed line FILE:8: column kind: 'streams' here, and 'networks' above; a file has one list
-                  malformed line FILE:9: column record_id: '-1' cannot be the record id: it must be a number from 0 to 65535
+                  malformed line FILE:9: column record_id: '-1' cannot be the record id: it must be a number from 0 to \
+                65535
                 """ + nothing(7), """
                 kind,record_id,network_id,name,unnamed_bytes
                 networks,1,x,Uno,12:00
@@ -194,7 +196,8 @@ class ExportCommandTest {
                 "tavro: cannot import FILE: no kind of list has all these columns: 'record_id, nme'\n" + UNUSABLE,
                 "record_id,nme\n1,Uno\n", "--list", "5");
         assertRefused("",
-                "tavro: cannot import FILE: the columns do not show which kind of list this is; add a column kind, or use --kind\n" + UNUSABLE, "record_id,name\n1,Uno\n", "--list", "5");
+                "tavro: cannot import FILE: the columns do not show which kind of list this is; add a column "
+                        + "kind, or use --kind\n" + UNUSABLE, "record_id,name\n1,Uno\n", "--list", "5");
         assertRefused("", "tavro: cannot import FILE: it has networks, not services\n" + UNUSABLE,
                 "kind,record_id\nnetworks,1\n", "--list", "5", "--kind", "services");
         assertRefused("",
@@ -220,8 +223,10 @@ class ExportCommandTest {
         assertRefused("", "tavro: cannot import FILE: line 3: a value must be a number or a string\n" + UNUSABLE, begin
                 + "1, \"lists\": [\n{\"kind\": \"networks\", \"list_id\": 5, \"records\": [{\"record_id\": [1]}]}]}");
         assertRefused(rows(1, 1).replace("networks", "network").replace("lines", "line"),
-                "  malformed line FILE:3: column version: '1.5' cannot be the version: it must be a number from 0 to 255\n"
-                + nothing(1).replace("lines", "line"), begin + "1, \"lists\": [{\"kind\": \"networks\", \"list_id\": 5, "
+                "  malformed line FILE:3: column version: '1.5' "
+                        + "cannot be the version: it must be a number from 0 to 255\n"
+                + nothing(1).replace("lines", "line"),
+                begin + "1, \"lists\": [{\"kind\": \"networks\", \"list_id\": 5, "
                 + "\"records\": [\n{\"record_id\": 1, \"version\": 1.5}]}]}");
     }
 
@@ -238,10 +243,18 @@ class ExportCommandTest {
     void wrongUsageIsReported() {
         String see = "\nSee: ./tavro export --help\n";
         assertEquals(new Result(2, "", "tavro: export: give a list id or --all" + see), ToolProcess.runHere("export"));
-        assertEquals(new Result(2, "", "tavro: export: unknown format 'xml': use csv, json" + see),
+        assertEquals(new Result(2, "",
+                "tavro: export: unknown format 'xml': use csv, json, vdr, dvbv5, tif, tif-json" + see),
                 ToolProcess.runHere("export", "1", "-f", "xml"));
-        assertEquals(new Result(2, "", "tavro: export: --all needs --format json: a CSV file has one list" + see),
+        assertEquals(new Result(2, "", "tavro: export: --all needs --format json: other files have one list" + see),
                 ToolProcess.runHere("export", "--all", "-f", "csv"));
+        assertEquals(new Result(2, "", "tavro: export: the format vdr has no streams: export services" + see),
+                ToolProcess.runHere("export", "1", "-f", "vdr", "-k", "streams"));
+        assertEquals(new Result(2, "",
+                "tavro: export: the format dvbv5 has no networks: export services or streams" + see),
+                ToolProcess.runHere("export", "1", "-f", "dvbv5", "-k", "networks"));
+        assertEquals(new Result(2, "", "tavro: export: the format tif has no networks: export services" + see),
+                ToolProcess.runHere("export", "1", "-f", "tif", "-k", "networks"));
         assertEquals(1, ToolProcess.runHere("export", "9", "-k", "networks").exit());
     }
 }

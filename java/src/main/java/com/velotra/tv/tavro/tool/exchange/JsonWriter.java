@@ -19,7 +19,12 @@ public final class JsonWriter {
     private final com.google.gson.stream.JsonWriter json;
 
     private JsonWriter(Writer out) {
-        json = new com.google.gson.stream.JsonWriter(new Escaping(out));
+        json = new com.google.gson.stream.JsonWriter(escaping(out));
+    }
+
+    /** Returns a writer that escapes the control characters that JSON allows in strings. */
+    static Writer escaping(Writer out) {
+        return new Escaping(out);
     }
 
     /** Writes lists. */
@@ -76,7 +81,7 @@ public final class JsonWriter {
         }
     }
 
-    /** Escapes the control characters that JSON allows in strings, and so keeps them from a terminal. */
+    /** Control characters must not reach a terminal. */
     private static final class Escaping extends FilterWriter {
         Escaping(Writer out) {
             super(out);

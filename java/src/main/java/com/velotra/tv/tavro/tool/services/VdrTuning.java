@@ -2,7 +2,9 @@ package com.velotra.tv.tavro.tool.services;
 
 import com.velotra.tv.tavro.tool.input.Text;
 import com.velotra.tv.tavro.tool.transponders.Transponder;
+import java.util.ArrayList;
 import java.util.LinkedHashMap;
+import java.util.List;
 import java.util.Locale;
 import java.util.Map;
 import java.util.regex.Matcher;
@@ -17,6 +19,13 @@ import java.util.regex.Pattern;
  * antennas; Y hierarchy. 999 is "automatic".
  */
 final class VdrTuning {
+    /**
+     * The tuning fields of a line.
+     *
+     * @param lost names of the values that the fields cannot hold
+     */
+    record Fields(String frequency, String parameters, String symbolRate, List<String> lost) {}
+
     private static final Pattern PARAMETER = Pattern.compile("([A-Z])(\\d*)");
     private static final String AUTO = "999";
 
@@ -122,5 +131,57 @@ final class VdrTuning {
     /** Returns a code rate: 2/3 for 23, 9/10 for 910. */
     private static String rate(String number) {
         return number.equals("0") || number.isEmpty() ? "NONE" : number.charAt(0) + "/" + number.substring(1);
+    }
+
+    /**
+     * Returns the tuning fields of a line, the reverse of {@link #values(char, int, String, int)}.
+     *
+     * @param source first letter of the source field: S, C or T
+     * @param values tuning parameters under their DVBv5 names
+     */
+    static Fields fields(char source, Map<String, String> values) {
+        long frequency = Long.parseLong(values.get("FREQUENCY"));
+        long written = source == 'S' ? Math.round(frequency / 1000.0)
+                : frequency >= 1_000_000 && frequency < 1_000_000_000 ? frequency / 1000 : frequency;
+        long symbolRate = Math.round(Long.parseLong(values.getOrDefault("SYMBOL_RATE", "0")) / 1000.0);
+        StringBuilder parameters = new StringBuilder();
+        values.forEach((key, value) -> parameters.append(parameter(source, key, value)));
+        parameters.append(values.get("DELIVERY_SYSTEM").endsWith("2") ? "S1" : source == 'S' ? "S0" : "");
+        List<String> lost = new ArrayList<>();
+        if (written > Integer.MAX_VALUE) {
+            lost.add("FREQUENCY");
+        } else {
+            Map<String, String> read = values(source, (int) written, parameters.toString(), (int) symbolRate);
+            values.forEach((key, value) -> {
+                if (!value.equals(read.get(key))) {
+                    lost.add(key);
+                }
+            });
+        }
+        return new Fields(Long.toString(written), parameters.toString(), Long.toString(symbolRate), lost);
+    }
+
+    private static String parameter(char source, String key, String value) {
+        String digits = value.replaceAll("\\D", "");
+        return switch (key) {
+            case "POLARIZATION" -> value.substring(0, 1);
+            case "BANDWIDTH_HZ" -> "B" + key(BANDWIDTH, value, digits.replaceFirst("000000$", ""));
+            case "CODE_RATE_HP" -> "C" + digits;
+            case "INNER_FEC" -> source == 'T' ? "" : "C" + digits;
+            case "GUARD_INTERVAL" -> "G" + key(GUARD_INTERVAL, value, value.replaceFirst("^1/", ""));
+            case "MODULATION" -> "M" + key(MODULATION, value, digits);
+            case "PILOT" -> "N" + (value.equals("OFF") ? "0" : "1");
+            case "ROLLOFF" -> "O" + digits;
+            case "STREAM_ID" -> "P" + digits;
+            case "TRANSMISSION_MODE" -> "T" + digits;
+            case "HIERARCHY" -> "Y" + (value.equals("NONE") ? "0" : digits);
+            default -> "";
+        };
+    }
+
+    /** Returns the key of a value in a table; {@code otherwise} if it has none. */
+    private static String key(Map<String, String> table, String value, String otherwise) {
+        return table.entrySet().stream().filter(entry -> entry.getValue().equals(value)).map(Map.Entry::getKey)
+                .findFirst().orElse(otherwise);
     }
 }
