@@ -67,7 +67,7 @@ class ComparisonTest {
     @Test
     void fieldsOfOneViewOnlyHaveNoOtherValue() {
         Side dvb = new Sample(1).service(1, "A", 0, 1, "lcn=5").side(Kind.SERVICES);
-        Side unknown = new Sample(1).service(1, "A", 0, 1, "broadcast_type=9").side(Kind.SERVICES);
+        Side unknown = new Sample(1).service(1, "A", 0, 1, "lcn=5", "broadcast_type=9").side(Kind.SERVICES);
         List<FieldChange> changes = Comparison.of(dvb, unknown, NOTHING).differences().get(0).fields();
         assertEquals(new FieldChange("broadcast_type", "broadcast type", "2", "9", "2 (DVB)", "9"), changes.get(0));
         assertTrue(changes.contains(

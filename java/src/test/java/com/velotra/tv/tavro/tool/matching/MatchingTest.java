@@ -80,7 +80,7 @@ class MatchingTest {
                 .stream(1, 11494, 0, 1, 1, 1).stream(2, 11494, 1, 1, 1, 2).stream(3, 11494, 0, 2, 1, 3)
                 .stream(4, 11494, 1, 1);
         Sample now = new Sample(2).satellite(1, "B", 130).satellite(2, "A", 192)
-                .stream(5, 11494, 0, 1, 9, 9).stream(6, 11494, 0, 2, 9, 9).stream(7, 11494, 1, 2, 9, 9)
+                .stream(5, 11494, 0, 1, 9, 9).stream(7, 11494, 1, 2, 9, 9).stream(6, 11494, 0, 2, 9, 9)
                 .stream(8, 11494, 9, 9);
         assertPairs(old.side(Kind.STREAMS), now.side(Kind.STREAMS), "1 6", "2 7", "3 5", "4 8");
     }
