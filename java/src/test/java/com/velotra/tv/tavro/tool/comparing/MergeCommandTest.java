@@ -1,8 +1,9 @@
-package com.velotra.tv.tavro.tool;
+package com.velotra.tv.tavro.tool.comparing;
 
 import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertTrue;
 
+import com.velotra.tv.tavro.tool.ToolProcess;
 import com.velotra.tv.tavro.tool.ToolProcess.Result;
 import com.velotra.tv.tavro.tool.changes.Change;
 import com.velotra.tv.tavro.tool.matching.Sample;
