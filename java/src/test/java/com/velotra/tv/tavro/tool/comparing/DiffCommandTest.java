@@ -16,7 +16,7 @@ import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.List;
 import java.util.Map;
-import org.junit.jupiter.api.BeforeEach;
+import org.junit.jupiter.api.BeforeAll;
 import org.junit.jupiter.api.Test;
 import org.junit.jupiter.api.io.TempDir;
 
@@ -27,19 +27,19 @@ class DiffCommandTest {
     private static final String COMPARABLE =
             ": compare two lists of the same kind, two records or two storage directories\n";
 
-    private final Sample before = new Sample(1)
+    private static final Sample BEFORE = new Sample(1)
             .stream(1, 474000, 8468, 1)
             .service(1, "Das Erste", 1, 101, "lcn=1").service(2, "Arte", 1, 102).service(3, "ZDF", 1, 103);
-    private final Sample after = new Sample(2)
+    private static final Sample AFTER = new Sample(2)
             .stream(1, 474000, 8468, 1)
             .service(1, "ZDF", 1, 103).service(2, "Das Erste HD", 1, 101, "lcn=2").service(3, "Neu\u001b", 1, 104);
 
     @TempDir
     Path folder;
 
-    @BeforeEach
-    void store() {
-        for (Sample sample : List.of(before, after)) {
+    @BeforeAll
+    static void store() {
+        for (Sample sample : List.of(BEFORE, AFTER)) {
             Change.make("test", change -> {
                 change.replace(sample.list(Kind.STREAMS));
                 change.replace(sample.list(Kind.SERVICES));
@@ -100,7 +100,7 @@ class DiffCommandTest {
     void equalListsExitWithZero() {
         assertEquals(new Result(0, "3 equal\n", ""), diff("1", "1"));
         assertEquals(new Result(0, "1 equal\n", ""), diff("1", "2", "-k", "streams", "--ignore", "TSL-ID"));
-        String file = listFile(before.list(Kind.SERVICES));
+        String file = listFile(BEFORE.list(Kind.SERVICES));
         assertEquals(new Result(0, "3 equal\n", ""), diff(file, "1"));
     }
 
@@ -183,6 +183,14 @@ class DiffCommandTest {
                     1 list differs, 1 added, 3 equal
                     """.replace("OTHER", other.toString()).replace("HERE", storage().toString()), ""),
                     diff(other.toString(), storage().toString()));
+            assertEquals(new Result(1, """
+                    --- storage directory HERE
+                    +++ storage directory OTHER
+                    transport stream list 1: 1 removed, 1 added
+                    - satellite list 7: 1 record
+                    1 list differs, 1 removed, 3 equal
+                    """.replace("OTHER", other.toString()).replace("HERE", storage().toString()), ""),
+                    diff(storage().toString(), other.toString(), "--stat"));
             assertEquals(new Result(0, "lists: 2 equal\n", ""),
                     diff(other.toString(), storage().toString(), "-k", "services"));
             assertEquals("""
@@ -194,6 +202,7 @@ class DiffCommandTest {
                     """.replace("OTHER", other.toString()), diff(other + ":1", "1", "-k", "streams").out());
         } finally {
             VltTvSatelliteList.getInstance().delete(7);
+            store();
         }
     }
 
@@ -235,7 +244,7 @@ class DiffCommandTest {
 
     @Test
     void whatCannotBeReadOrComparedIsNamed() throws Exception {
-        String file = listFile(before.list(Kind.SERVICES));
+        String file = listFile(BEFORE.list(Kind.SERVICES));
         Path empty = Files.createDirectory(folder.resolve("empty"));
         String odd = raw("odd", 100);
         String ambiguous = raw("ambiguous", 552 * 304);

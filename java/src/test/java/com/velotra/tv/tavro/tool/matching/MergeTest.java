@@ -10,8 +10,9 @@ import com.velotra.tv.tavro.tool.records.Kind;
 import com.velotra.tv.tavro.tool.records.Layout;
 import com.velotra.tv.tavro.tool.records.Record;
 import com.velotra.tv.tavro.tool.records.RecordList;
+import java.nio.ByteBuffer;
+import java.nio.ByteOrder;
 import java.nio.charset.StandardCharsets;
-import java.util.ArrayList;
 import java.util.EnumSet;
 import java.util.HashSet;
 import java.util.List;
@@ -122,19 +123,15 @@ class MergeTest {
 
     @Test
     void aFullListRefusesNewRecords() {
-        List<Record> records = new ArrayList<>();
-        for (int id = 0; id < 65_535; id++) {
-            if (id != 3) {
-                records.add(Sample.with(Sample.record(Kind.NETWORKS, id), "network_id=" + id));
-            }
+        Kind kind = Kind.NETWORKS;
+        ByteBuffer bytes = ByteBuffer.allocate(65_533 * kind.recordBytes()).order(ByteOrder.LITTLE_ENDIAN);
+        for (int i = 0; i < 65_533; i++) { // all ids from 1 to 65534 but 3
+            bytes.putShort(i * kind.recordBytes() + kind.idOffset(), (short) (i < 2 ? i + 1 : i + 2));
         }
-        Side full = new Side(RecordList.of(Kind.NETWORKS, 1, "", records), Companions.none());
-        Side one = new Sample(2).add(Kind.NETWORKS, 1, "network_id=3").alone(Kind.NETWORKS);
-        Side two = new Sample(2).add(Kind.NETWORKS, 1, "network_id=3").add(Kind.NETWORKS, 2, "network_id=65535")
-                .alone(Kind.NETWORKS);
-        assertEquals(3, merge(full, one).added().get(0).id());
+        FreeIds ids = new FreeIds(RecordList.of(kind, 1, "", bytes.array()));
+        assertEquals(3, ids.take(5));
         assertEquals("network list 1 is full: no record id is free",
-                assertThrows(Failure.class, () -> merge(full, two)).getMessage());
+                assertThrows(Failure.class, () -> ids.take(3)).getMessage());
     }
 
     @Test
