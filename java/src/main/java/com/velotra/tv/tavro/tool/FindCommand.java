@@ -9,6 +9,7 @@ import com.velotra.tv.tavro.tool.output.JsonOutput;
 import com.velotra.tv.tavro.tool.output.Table;
 import com.velotra.tv.tavro.tool.output.Terminal;
 import com.velotra.tv.tavro.tool.records.Record;
+import com.velotra.tv.tavro.tool.storage.Access;
 import com.velotra.tv.tavro.tool.storage.ListEntry;
 import com.velotra.tv.tavro.tool.storage.StoredLists;
 import java.util.ArrayList;
@@ -52,6 +53,7 @@ final class FindCommand implements Callable<Integer> {
 
     @Override
     public Integer call() {
+        Access.readOnly();
         List<Found> found = search();
         List<Found> shown = found.subList(0, Math.min(first, found.size()));
         if (json) {

@@ -14,13 +14,19 @@ import com.velotra.tv.tavro.services.channellist.VltTvSatelliteList;
 import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamInfoBase;
 import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamList;
 import com.velotra.tv.tavro.tool.ToolProcess.Result;
+import java.nio.file.Path;
 import java.util.List;
+import java.util.Map;
 import org.junit.jupiter.api.BeforeAll;
 import org.junit.jupiter.api.Test;
+import org.junit.jupiter.api.io.TempDir;
 
 /** ./tavro list over three services on two transport streams, a network and two satellites. */
 class ListCommandTest {
     private static final String SEE_HELP = "See: ./tavro list --help\n";
+
+    @TempDir
+    Path folder;
 
     @BeforeAll
     static void lists() {
@@ -174,7 +180,7 @@ class ListCommandTest {
     }
 
     @Test
-    void recordsOfOtherListsAreFilteredAndNoListIsCreated() {
+    void recordsOfOtherListsAreFilteredAndNoListIsCreated() throws Exception {
         VltTvChannelList services = VltTvChannelList.getInstance();
         services.open(2);
         services.clean(2);
@@ -186,6 +192,9 @@ class ListCommandTest {
         }
         assertEquals("record\n     2\n1 service\n",
                 ToolProcess.runHere("list", "2", "--columns", "record", "--by-stream", "77,1").out());
+        // In a process of its own, whose standard error has the log lines of the platform.
+        assertEquals(new Result(0, "record\n0 services\n", ""), ToolProcess.run(folder,
+                Map.of("TAVRO_HOME", System.getenv("TAVRO_HOME")), "list", "2", "--columns=record", "--by-stream=5"));
         assertFalse(VltTvTransportStreamList.getInstance().exists(77));
     }
 

@@ -95,13 +95,13 @@ public abstract class Filter {
         };
     }
 
-    /** The natives create lists that services refer to and that do not exist. A command that only reads must not. */
+    /** The natives try to create the lists that services refer to. A command that only reads cannot. */
     private static boolean haveLists(Kind kind, String field, int listId, References references) {
         Column list = Columns.of(Kind.SERVICES).get(field).orElseThrow();
         return StoredLists.read(Kind.SERVICES, listId).stream()
                 .mapToInt(service -> (int) list.number(service, references))
                 .distinct()
-                .allMatch(id -> references.list(kind, id).isPresent());
+                .allMatch(id -> id == 0 || references.list(kind, id).isPresent());
     }
 
     private static Condition equal(Kind kind, String column, RecordId id) {
