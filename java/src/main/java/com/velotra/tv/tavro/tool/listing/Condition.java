@@ -6,9 +6,4 @@ import com.velotra.tv.tavro.tool.records.Record;
 public interface Condition {
     /** Returns whether a record fulfils it. */
     boolean test(Record record, References references);
-
-    /** Returns the condition that both must be fulfilled. */
-    default Condition and(Condition other) {
-        return (record, references) -> test(record, references) && other.test(record, references);
-    }
 }

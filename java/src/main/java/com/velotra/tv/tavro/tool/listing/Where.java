@@ -2,6 +2,8 @@ package com.velotra.tv.tavro.tool.listing;
 
 import com.velotra.tv.tavro.tool.listing.Column.Type;
 import com.velotra.tv.tavro.tool.listing.Tokens.Token;
+import java.util.ArrayList;
+import java.util.List;
 import java.util.OptionalLong;
 import java.util.function.IntPredicate;
 
@@ -47,22 +49,36 @@ public final class Where {
         return condition;
     }
 
+    // Long chains become loops, because evaluating nested conditions would need a deep stack.
+
     private Condition or() {
-        Condition condition = and();
+        List<Condition> any = new ArrayList<>(List.of(and()));
         while (tokens.take("or")) {
-            Condition left = condition;
-            Condition right = and();
-            condition = (record, references) -> left.test(record, references) || right.test(record, references);
+            any.add(and());
         }
-        return condition;
+        return any.size() == 1 ? any.get(0) : (record, references) -> {
+            for (Condition condition : any) {
+                if (condition.test(record, references)) {
+                    return true;
+                }
+            }
+            return false;
+        };
     }
 
     private Condition and() {
-        Condition condition = not();
+        List<Condition> all = new ArrayList<>(List.of(not()));
         while (tokens.take("and")) {
-            condition = condition.and(not());
+            all.add(not());
         }
-        return condition;
+        return all.size() == 1 ? all.get(0) : (record, references) -> {
+            for (Condition condition : all) {
+                if (!condition.test(record, references)) {
+                    return false;
+                }
+            }
+            return true;
+        };
     }
 
     private Condition not() {

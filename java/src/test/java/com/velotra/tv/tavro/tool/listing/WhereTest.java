@@ -2,6 +2,7 @@ package com.velotra.tv.tavro.tool.listing;
 
 import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertThrows;
+import static org.junit.jupiter.api.Assertions.assertTrue;
 
 import com.velotra.tv.tavro.tool.records.Kind;
 import com.velotra.tv.tavro.tool.records.Record;
@@ -9,6 +10,7 @@ import com.velotra.tv.tavro.tool.records.RecordList;
 import java.util.List;
 import java.util.Map;
 import java.util.Optional;
+import java.util.Random;
 import java.util.stream.Collectors;
 import org.junit.jupiter.api.Test;
 
@@ -143,9 +145,31 @@ class WhereTest {
 
     @Test
     void deepNestingIsRefused() {
-        assertEquals("1", selected("sid=9 or ".repeat(1000) + "sid=101"));
+        assertEquals("1", selected("sid=9 or ".repeat(100_000) + "sid=101"));
+        assertEquals("1", selected("sid=101 and ".repeat(100_000) + "sid=101"));
         assertEquals("1", selected("(".repeat(99) + "sid=101" + ")".repeat(99)));
         assertEquals("more than 100 parentheses and 'not' within each other",
                 assertThrows(MalformedExpression.class, () -> selected("not ".repeat(100_000) + "sid")).getMessage());
+    }
+
+    @Test
+    void anyWordsAreAnExpressionOrMarked() {
+        String[] words = {"sid", "name", "pol", "x", "101", "0x65", "H", "=", "!=", "~", "<", "(", ")", "'a'", "\"",
+            "and", "or", "not", " ", "ü", "-", "\\"};
+        Random random = new Random(1);
+        int understood = 0;
+        for (int i = 0; i < 20_000; i++) {
+            StringBuilder expression = new StringBuilder();
+            for (int word = random.nextInt(8); word >= 0; word--) {
+                expression.append(words[random.nextInt(words.length)]).append(random.nextBoolean() ? " " : "");
+            }
+            try {
+                selected(expression.toString());
+                understood++;
+            } catch (MalformedExpression e) {
+                assertTrue(e.marked().startsWith("  " + expression + "\n  "), expression.toString());
+            }
+        }
+        assertTrue(understood > 300, understood + " of 20000");
     }
 }
