@@ -6,10 +6,13 @@ import static org.junit.jupiter.api.Assertions.assertTrue;
 import com.sun.management.ThreadMXBean;
 import com.velotra.tv.tavro.tool.ToolProcess.Result;
 import com.velotra.tv.tavro.tool.listing.Records;
+import com.velotra.tv.tavro.tool.records.Field;
 import com.velotra.tv.tavro.tool.records.Kind;
+import com.velotra.tv.tavro.tool.records.Layout;
 import com.velotra.tv.tavro.tool.records.Record;
 import com.velotra.tv.tavro.tool.records.RecordList;
 import com.velotra.tv.tavro.tool.storage.ListFile;
+import com.velotra.tv.tavro.tool.storage.StoredLists;
 import java.io.IOException;
 import java.lang.management.ManagementFactory;
 import java.nio.file.Files;
@@ -161,5 +164,31 @@ class ScaleTest {
                 run("find", "service 65533"));
         double seconds = (THREAD.getCurrentThreadCpuTime() - start) / 1e9;
         assertTrue(seconds < 3, seconds + " s");
+    }
+
+    /** A list file of the same services in reverse order, half of them with another number. */
+    private static String other(int listId) {
+        List<Record> services = StoredLists.read(Kind.SERVICES, listId);
+        Field lcn = Layout.of(Kind.SERVICES).field("lcn").orElseThrow();
+        String file = folder.resolve("other-" + listId + ".list").toString();
+        ListFile.write(Path.of(file), RecordList.of(Kind.SERVICES, listId, "scale", IntStream
+                .rangeClosed(1, services.size()).mapToObj(i -> services.get(services.size() - i))
+                .map(service -> service.id() % 2 == 0 ? service : service.with(lcn, "0")).toList()));
+        return file;
+    }
+
+    private static void diff(int listId, String other, String summary) {
+        Result result = ToolProcess.runHere("diff", Integer.toString(listId), other);
+        assertEquals("", result.err());
+        assertEquals(1, result.exit());
+        assertTrue(result.out().endsWith("\n" + summary + "\n"), result.out().substring(result.out().length() - 100));
+    }
+
+    @Test
+    void aDiffOfListsInOtherOrdersIsLinear() {
+        String small = other(SMALL);
+        String large = other(LARGE);
+        assertLinear(() -> diff(SMALL, small, "8192 changed, 16382 moved"),
+                () -> diff(LARGE, large, "32767 changed, 65533 moved"));
     }
 }
