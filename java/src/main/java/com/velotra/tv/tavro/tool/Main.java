@@ -16,6 +16,7 @@ import picocli.CommandLine;
 import picocli.CommandLine.Command;
 import picocli.CommandLine.IVersionProvider;
 import picocli.CommandLine.Mixin;
+import picocli.CommandLine.Model.CommandSpec;
 import picocli.CommandLine.Option;
 import picocli.CommandLine.ParameterException;
 import picocli.CommandLine.TypeConversionException;
@@ -97,8 +98,18 @@ public final class Main {
         return new CommandLine(new Main());
     }
 
+    /** Returns the tool with no other command than the called one: to describe all of them takes longer than most run. */
+    private static CommandLine toolFor(String... arguments) {
+        for (Class<?> command : Main.class.getAnnotation(Command.class).subcommands()) {
+            if (arguments.length > 0 && command.getAnnotation(Command.class).name().equals(arguments[0])) {
+                return new CommandLine(CommandSpec.create().name(NAME)).addSubcommand(command);
+            }
+        }
+        return tool();
+    }
+
     private static int execute(String... arguments) {
-        return HelpTexts.uniform(tool()).setExpandAtFiles(false) // a file name may begin with @
+        return HelpTexts.uniform(toolFor(arguments)).setExpandAtFiles(false) // a file name may begin with @
                 .setParameterExceptionHandler((wrong, words) -> {
                     String name = wrong.getCommandLine().getCommandName();
                     boolean ofCommand = !name.equals(NAME);

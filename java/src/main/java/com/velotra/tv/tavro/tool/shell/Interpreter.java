@@ -55,8 +55,8 @@ public final class Interpreter {
     }
 
     /**
-     * Prompts for lines on a terminal that cannot move its cursor, and runs them until they end. Returns the exit code of
-     * the last command.
+     * Prompts for lines on a terminal that cannot move its cursor, and runs them until they end. Returns the exit code
+     * of the last command.
      */
     public int prompt(BufferedReader lines) throws IOException {
         while (!ended) {

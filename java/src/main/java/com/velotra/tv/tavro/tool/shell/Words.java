@@ -5,8 +5,8 @@ import java.util.ArrayList;
 import java.util.List;
 
 /**
- * The words of a line, separated and quoted as in a POSIX shell: single quotes, double quotes, backslashes, and comments
- * after {@code #}. Nothing is expanded.
+ * The words of a line, separated and quoted as in a POSIX shell: single quotes, double quotes, backslashes, and
+ * comments after {@code #}. Nothing is expanded.
  */
 final class Words {
     private final List<String> words = new ArrayList<>();
