@@ -51,9 +51,33 @@ final class StoredWords {
                         name.map(field -> field.format(record)).orElse("")));
     }
 
-    /** KEY=VALUE: the fields. */
+    /** KEY=VALUE: fields and Java keys, and then the names of the codes that the field can have, or yes and no. */
     Stream<Suggestion> keys(String start) {
-        return Layout.of(kind).fields().stream().map(field -> Suggestion.start(field.name() + "=", field.label()));
+        int equals = start.indexOf('=');
+        if (equals >= 0) {
+            String key = start.substring(0, equals);
+            return Layout.of(kind).fields().stream().flatMap(field -> values(field, key))
+                    .map(value -> Suggestion.word(key + "=" + value, ""));
+        }
+        return Layout.of(kind).fields().stream()
+                .flatMap(field -> Stream.concat(names(field), flags(field))
+                        .map(key -> Suggestion.start(key + "=", field.label())));
+    }
+
+    private static Stream<String> names(Field field) {
+        return Stream.concat(Stream.of(field.name()), field.keys().stream().map(Field.Key::name)).distinct();
+    }
+
+    private static Stream<String> flags(Field field) {
+        return field.flags().stream().map(Field.Flag::key).filter(key -> key != null && !key.isEmpty());
+    }
+
+    private static Stream<String> values(Field field, String key) {
+        if (flags(field).anyMatch(key::equals)) {
+            return Stream.of("yes", "no");
+        }
+        return names(field).anyMatch(key::equals) ? field.codes().stream().map(Field.Code::name).distinct()
+                : Stream.of();
     }
 
     /** Fields, separated by commas. */

@@ -112,6 +112,16 @@ class SuggestionsTest {
     void keysAreCompleted() {
         assertEquals(List.of("profile_name=service profile name"), complete("get 12,1 name=x prof"));
         assertEquals(List.of("network_id=network id"), complete("get 5,1 -k networks network_i"));
+        assertEquals(List.of("ServiceName=name"), complete("get 12,1 ServiceNa"));
+        assertEquals(List.of("VnetVisible=network flags"), complete("get 12,1 VnetVis"));
+    }
+
+    @Test
+    void valuesOfKeysAreCompleted() {
+        assertEquals(List.of("VnetVisible=yes|", "VnetVisible=no|"), complete("get 12,1 VnetVisible="));
+        assertEquals(List.of("sat_polarization=horizontal|"), complete("get -k streams 12,1 sat_polarization=h"));
+        assertEquals(List.of(), complete("get 12,1 name="));
+        assertEquals(List.of(), complete("get 12,1 none="));
     }
 
     @Test
