@@ -32,8 +32,9 @@ final class CleanCommand implements Callable<Integer> {
 
     @Override
     public Integer call() {
+        boolean changeNothing = dryRun.on();
         Preconditions.needList(of.kind(), listId);
-        dryRun.done(WholeLists.clean(of.kind(), listId, CalledCommand.of(spec), dryRun.on()));
+        dryRun.done(WholeLists.clean(of.kind(), listId, CalledCommand.of(spec), changeNothing));
         return ExitCode.DONE;
     }
 }

@@ -45,18 +45,19 @@ final class CopyCommand implements Callable<Integer> {
 
     @Override
     public Integer call() {
+        boolean changeNothing = dryRun.on();
         List<String> from = words.subList(0, words.size() - 1);
         try {
             int to = new Converters.ListId().convert(words.get(words.size() - 1));
             if (from.size() == 1 && !from.get(0).contains(",")) {
                 int list = new Converters.ListId().convert(from.get(0));
                 Preconditions.needList(of.kind(), list);
-                dryRun.done(WholeLists.copy(of.kind(), list, to, CalledCommand.of(spec), dryRun.on()));
+                dryRun.done(WholeLists.copy(of.kind(), list, to, CalledCommand.of(spec), changeNothing));
             } else {
                 List<RecordRange> records = from.stream().map(new Converters.Records()::convert).toList();
                 records.forEach(range -> Preconditions.needList(of.kind(), range.listId()));
                 Preconditions.needList(of.kind(), to);
-                dryRun.done(SingleRecords.copy(of.kind(), records, to, replace, CalledCommand.of(spec), dryRun.on()));
+                dryRun.done(SingleRecords.copy(of.kind(), records, to, replace, CalledCommand.of(spec), changeNothing));
             }
         } catch (TypeConversionException e) {
             throw new ParameterException(spec.commandLine(), e.getMessage());

@@ -38,8 +38,9 @@ final class LoadCommand implements Callable<Integer> {
 
     @Override
     public Integer call() {
+        boolean changeNothing = dryRun.on();
         dryRun.done(Preconditions.withLibrary(
-                () -> WholeLists.load(of.kind(), listId, file, CalledCommand.of(spec), dryRun.on())));
+                () -> WholeLists.load(of.kind(), listId, file, CalledCommand.of(spec), changeNothing)));
         return ExitCode.DONE;
     }
 }

@@ -92,10 +92,11 @@ final class MoveCommand implements Callable<Integer> {
             throw new ParameterException(spec.commandLine(),
                     "say where to: one of --to, --before, --after, --first, --last, --number and --renumber");
         }
+        boolean changeNothing = dryRun.on();
         records.forEach(range -> Preconditions.needList(of.kind(), range.listId()));
         Moves moves = new Moves(Optional.ofNullable(where).map(Where::place), Optional.ofNullable(number),
                 Optional.ofNullable(renumber));
-        dryRun.done(moves.move(of.kind(), records, CalledCommand.of(spec), dryRun.on()));
+        dryRun.done(moves.move(of.kind(), records, CalledCommand.of(spec), changeNothing));
         return ExitCode.DONE;
     }
 }

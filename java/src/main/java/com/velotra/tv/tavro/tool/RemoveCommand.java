@@ -35,8 +35,9 @@ final class RemoveCommand implements Callable<Integer> {
 
     @Override
     public Integer call() {
+        boolean changeNothing = dryRun.on();
         records.forEach(range -> Preconditions.needList(of.kind(), range.listId()));
-        SingleRecords.remove(of.kind(), records, CalledCommand.of(spec), dryRun.on()).forEach(dryRun::done);
+        SingleRecords.remove(of.kind(), records, CalledCommand.of(spec), changeNothing).forEach(dryRun::done);
         return ExitCode.DONE;
     }
 }

@@ -5,6 +5,7 @@ import com.velotra.tv.tavro.services.channellist.Printable;
 import com.velotra.tv.tavro.tool.input.Failure;
 import com.velotra.tv.tavro.tool.records.Kind;
 import com.velotra.tv.tavro.tool.records.RecordList;
+import com.velotra.tv.tavro.tool.storage.Access;
 import com.velotra.tv.tavro.tool.storage.Storage;
 import com.velotra.tv.tavro.tool.storage.StoredLists;
 import java.util.ArrayList;
@@ -20,6 +21,8 @@ import java.util.function.Supplier;
  * leaves nothing to undo.
  */
 public final class Change {
+    private static final String READ_ONLY = "TAVRO_READ_ONLY"; // see docs/host-platform.md
+
     private static Change current; // guarded by ChangeLock
 
     private final UndoHistory history;
@@ -44,6 +47,11 @@ public final class Change {
 
     /** The same with a command that {@code body} knows when it saves the first list. */
     static <T> T make(Supplier<String> command, Function<Change, T> body) {
+        Access.readWrite();
+        String readOnly = System.getenv(READ_ONLY);
+        if (readOnly != null && !readOnly.isEmpty() && !readOnly.equals("0")) {
+            throw new Failure("lists cannot be changed while " + READ_ONLY + " is set; unset it");
+        }
         Runnable waiting = () -> System.err.println("  waiting for another command that changes lists …");
         ChangeLock lock = ChangeLock.take(Storage.directory(), waiting);
         try {

@@ -6,8 +6,8 @@ import com.velotra.tv.tavro.tool.input.Failure;
 import com.velotra.tv.tavro.tool.input.Source;
 import com.velotra.tv.tavro.tool.records.Kind;
 import com.velotra.tv.tavro.tool.records.RecordList;
-import com.velotra.tv.tavro.tool.storage.ListEntry;
 import com.velotra.tv.tavro.tool.storage.ListFile;
+import com.velotra.tv.tavro.tool.storage.Snapshot;
 import com.velotra.tv.tavro.tool.storage.Storage;
 import com.velotra.tv.tavro.tool.storage.StoredLists;
 import java.io.IOException;
@@ -22,8 +22,10 @@ final class NativeLists {
 
     /** Returns the version of a list; empty if there is no such list. */
     static OptionalLong version(SavedList list) {
-        return StoredLists.all().stream().filter(now -> now.kind() == list.kind() && now.listId() == list.listId())
-                .mapToLong(ListEntry::version).findFirst();
+        try (Snapshot snapshot = Snapshot.open(Storage.directory())) {
+            return snapshot.entry(list.kind(), list.listId()).map(now -> OptionalLong.of(now.version()))
+                    .orElseGet(OptionalLong::empty);
+        }
     }
 
     /** Returns a list with its version, without storing it. */

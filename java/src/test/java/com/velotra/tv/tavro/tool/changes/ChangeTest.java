@@ -226,6 +226,23 @@ class ChangeTest {
     }
 
     @Test
+    void recordsThatNoListCanHaveChangeNothing() {
+        byte[] before = services(1).bytes();
+        Record noId = services(1).get(0).with(Layout.of(Kind.SERVICES).field("record_id").orElseThrow(), "65535");
+        for (int list = 1; list <= 2; list++) {
+            RecordList refused = RecordList.of(Kind.SERVICES, list, "x", List.of(noId));
+            Failure failure = assertThrows(Failure.class, () -> Change.make("test", change -> {
+                change.replace(refused);
+                return null;
+            }));
+            assertTrue(failure.getMessage().endsWith(": record id 65535 is not valid"), failure.getMessage());
+        }
+        assertArrayEquals(before, services(1).bytes());
+        assertFalse(SERVICES.exists(2));
+        assertEquals(List.of(), entries());
+    }
+
+    @Test
     void aMissingListCannotBeRead() {
         Failure failure = assertThrows(Failure.class,
                 () -> Change.make("test", change -> change.read(Kind.SATELLITES, 9)));

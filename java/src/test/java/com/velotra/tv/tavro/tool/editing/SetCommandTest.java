@@ -143,6 +143,10 @@ class SetCommandTest {
                 satellite 3,1
                   orbital position: 0 (S0.0E) -> -50 (S5.0W)
                 """), runHere("set", "3,1", "-k", "satellites", "OrbitPosition=-50"));
+        assertEquals(done("""
+                satellite 3,1
+                  DiSEqC type: 0 (tone burst only) -> 2 (committed switch)
+                """), runHere("set", "3,1", "-k", "satellites", "diseqc_type=2"));
     }
 
     @Test
