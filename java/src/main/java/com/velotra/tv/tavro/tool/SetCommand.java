@@ -25,9 +25,9 @@ import picocli.CommandLine.Spec;
         description = {
             "Sets values of a record, or of several, and prints the fields that changed. All other values stay. KEY "
                 + "is a Java key, such as ServiceName, or the name of a field, such as service_id; ./tavro show "
-                + "--bytes prints both. VALUE is a number (also hexadecimal with 0x), a text, the name of a code, yes or no "
-                + "for a flag, or LIST,RECORD for a reference. If the library does not accept a value, nothing is "
-                + "changed."},
+                + "--bytes prints both. VALUE is a number (also hexadecimal with 0x), a text, the name of a code, yes "
+                + "or no for a flag, or LIST,RECORD for a reference. If the library does not accept a value, nothing "
+                + "is changed."},
         footer = {"", "Examples: ./tavro set 1,17 'name=RTL 2' lcn=5", "          ./tavro set 1,20-25 VnetVisible=no",
             "          ./tavro set 2,4 --kind streams sat_polarization=2"})
 final class SetCommand implements Callable<Integer> {

@@ -105,7 +105,7 @@ public record UndoEntry(int number, Path directory, String command, Instant time
             file.force(false);
             Files.move(next, manifest, StandardCopyOption.ATOMIC_MOVE);
         } catch (IOException e) {
-            throw new Failure("cannot write " + manifest + ": " + Source.reason(e));
+            throw new Failure("cannot write " + manifest + ": " + Source.reason(e) + "; the lists stay as they were");
         }
     }
 
