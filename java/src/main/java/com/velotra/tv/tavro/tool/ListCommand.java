@@ -60,7 +60,8 @@ final class ListCommand implements Callable<Integer> {
     private String expression;
 
     @Option(names = "--sort", paramLabel = "NAMES",
-            description = "Sort by columns, with commas between them; - before a name reverses.")
+            description = "Sort by columns, with commas between them; - before a name reverses, as in "
+                    + "--sort=-freq.")
     private String sortNames;
 
     @Mixin

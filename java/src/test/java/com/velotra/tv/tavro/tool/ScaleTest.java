@@ -46,6 +46,11 @@ class ScaleTest {
     private static final double MOST_ALLOCATIONS = 4.5;
     private static final long MOST_KILOBYTES = 1 << 20;
 
+    private static final Record SERVICE = Records.of(Kind.SERVICES, "service_type=1", "lcn=1", "tsl_id=1");
+    private static final Field RECORD_ID = field("record_id");
+    private static final Field NAME = field("name");
+    private static final Field TSL_RECORD_ID = field("tsl_record_id");
+
     private static final ThreadMXBean THREAD = (ThreadMXBean) ManagementFactory.getThreadMXBean();
 
     @TempDir
@@ -69,8 +74,15 @@ class ScaleTest {
 
     /** Services in reverse order of their names, each on one of the streams. */
     private static Record service(int id) {
-        return Records.of(Kind.SERVICES, "record_id=" + id, "name=Service " + (MOST - id), "service_id=" + id,
-                "service_type=1", "lcn=" + id, "tsl_id=1", "tsl_record_id=" + (1 + id % STREAMS));
+        byte[] bytes = SERVICE.bytes();
+        RECORD_ID.parse(Integer.toString(id), bytes);
+        NAME.parse("Service " + (MOST - id), bytes);
+        TSL_RECORD_ID.parse(Integer.toString(1 + id % STREAMS), bytes);
+        return Record.of(Kind.SERVICES, bytes);
+    }
+
+    private static Field field(String name) {
+        return Layout.of(Kind.SERVICES).field(name).orElseThrow();
     }
 
     /** Stores a list through the native that loads list files. */

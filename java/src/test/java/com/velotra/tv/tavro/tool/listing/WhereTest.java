@@ -158,7 +158,7 @@ class WhereTest {
             "and", "or", "not", " ", "ü", "-", "\\"};
         Random random = new Random(1);
         int understood = 0;
-        for (int i = 0; i < 20_000; i++) {
+        for (int i = 0; i < 3_000; i++) {
             StringBuilder expression = new StringBuilder();
             for (int word = random.nextInt(8); word >= 0; word--) {
                 expression.append(words[random.nextInt(words.length)]).append(random.nextBoolean() ? " " : "");
@@ -170,6 +170,6 @@ class WhereTest {
                 assertTrue(e.marked().startsWith("  " + expression + "\n  "), expression.toString());
             }
         }
-        assertTrue(understood > 300, understood + " of 20000");
+        assertTrue(understood > 40, understood + " of 3000");
     }
 }
