@@ -56,7 +56,8 @@ final class Names {
 
     /** Returns whether a text is a list of flags to set or clear. */
     boolean isFlags(String text) {
-        return !flags.isEmpty() && text.matches("[+-]\\p{Alpha}.*");
+        return !flags.isEmpty() && text.length() > 1 && "+-".indexOf(text.charAt(0)) >= 0
+                && Character.isLetter(text.charAt(1));
     }
 
     /**
