@@ -161,7 +161,8 @@ class DumpTest {
                 + "412 bytes)";
         String file = file(new byte[304]);
         assertEquals(new Result(1, "", "tavro: " + file + " is neither a list file nor a file of service records: its "
-                + "304 " + sizes + "; they fit --kind networks\n"), ToolProcess.runHere("dump", file, "-k", "services"));
+                + "304 " + sizes + "; they fit --kind networks\n"),
+                ToolProcess.runHere("dump", file, "-k", "services"));
         assertEquals(new Result(1, "", "tavro: standard input is neither a list file nor a file of records: its 5 "
                 + sizes + "\n"), withInput(new byte[5], "dump", "-"));
     }
