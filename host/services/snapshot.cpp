@@ -84,12 +84,9 @@ bool Snapshot::open() {
         const Files before = files();
         const auto unchanged = [&] { return files() == before; };
         try {
-            std::unique_ptr<Connection> database = open(before);
-            if (unchanged()) {
-                database_ = std::move(database);
-                files_ = before;
-                return database_ != nullptr;
-            }
+            database_ = open(before);
+            files_ = before; // if a writer has come since, the first read finds out
+            return database_ != nullptr;
         } catch (const SqlError& error) {
             if (attempt >= kMostAttempts || (unchanged() && !may_pass(error.code()))) {
                 throw read_failure(error);
