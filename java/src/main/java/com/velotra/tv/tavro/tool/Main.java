@@ -98,7 +98,7 @@ public final class Main {
         return new CommandLine(new Main());
     }
 
-    /** Returns the tool with no other command than the called one: to describe all of them takes longer than most run. */
+    /** Returns the tool with the called command alone: to describe all of them takes longer than most of them run. */
     private static CommandLine toolFor(String... arguments) {
         for (Class<?> command : Main.class.getAnnotation(Command.class).subcommands()) {
             if (arguments.length > 0 && command.getAnnotation(Command.class).name().equals(arguments[0])) {
