@@ -83,7 +83,7 @@ class ImportCommandTest {
                 """,
                 ToolProcess.runHere("list", "42", "--kind", "streams").out());
         Result show = ToolProcess.runHere("show", "42,1", "-k", "streams", "--hex");
-        assertTrue(show.out().contains("\nfrequency                      330000\n"), show.out());
+        assertTrue(show.out().contains("\nfrequency                      330000 kHz\n"), show.out());
         assertTrue(show.out().contains("\n0000  01 00 "), show.out());
         assertEquals(1, ToolProcess.runHere("list", "41", "--kind", "streams").exit());
     }
@@ -134,10 +134,10 @@ class ImportCommandTest {
                 """,
                 ToolProcess.runHere("list", "43", "--kind", "satellites").out());
         String stream = ToolProcess.runHere("show", "43,1", "--kind", "streams").out();
-        assertTrue(stream.contains("\nsatellite list                 43\nsatellite record               2\n"), stream);
+        assertTrue(stream.contains("\nsatellite list                 43\nsatellite record               2 (43,2 \"Due\")\n"), stream);
         assertEquals(0, imported(file("Due-13.0E", transponder)).exit());
         assertTrue(ToolProcess.runHere("show", "43,2", "--kind", "streams").out()
-                .contains("\nsatellite record               1\n"));
+                .contains("\nsatellite record               1 (43,1 \"Uno\")\n"));
     }
 
     @Test
