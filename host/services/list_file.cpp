@@ -26,7 +26,8 @@ constexpr std::int64_t kMostRecords = kMwNoRecordId; // their ids are 0 to 65534
 
 // Limits for content that is not checked yet.
 constexpr int kMostRowBytes = 4096; // of a record, the list's row or a CREATE statement
-constexpr int kSchemaSteps = 1000;  // of SQLite's virtual machine, for the two tables
+constexpr int kMostNameBytes = 1 << 16;
+constexpr int kSchemaSteps = 1000; // of SQLite's virtual machine, for the two tables
 
 // Twice what a full list takes: SQLite's pages are at least half full.
 std::size_t most_file_bytes(const Kind& kind) {
@@ -150,20 +151,25 @@ ListFileState read_list(Connection& file, std::size_t file_bytes, const Kind* on
         !has_tables(file, old ? kOldListTable : kListTable)) {
         return ListFileState::kDamaged;
     }
-    Statement list = file.prepare(old ? "SELECT kind, list_id, name FROM list LIMIT 2"
-                                      : "SELECT kind, list_id, name, records, checksum FROM list LIMIT 2");
+    Statement list = file.prepare(old ? "SELECT kind, list_id FROM list LIMIT 2"
+                                      : "SELECT kind, list_id, records, checksum FROM list LIMIT 2");
     found.kind = list.step() ? find_kind(list.number(0)) : nullptr;
     if (found.kind == nullptr || (only != nullptr && found.kind != only)) {
         return ListFileState::kDamaged;
     }
     if (only == nullptr) {
         found.list_id = static_cast<std::uint16_t>(list.number(1, "a list id", 1, 0xFFFF));
-        found.name = list.text(2, "a name");
     }
-    const std::int64_t number = old ? 0 : list.number(3);
-    const std::int64_t sum = old ? 0 : list.number(4);
+    const std::int64_t number = old ? 0 : list.number(2);
+    const std::int64_t sum = old ? 0 : list.number(3);
     if (list.step()) {
         return ListFileState::kDamaged;
+    }
+    if (only == nullptr) {
+        sqlite3_limit(file.handle(), SQLITE_LIMIT_LENGTH, kMostNameBytes);
+        Statement name = file.prepare("SELECT name FROM list");
+        found.name = name.step() ? name.text(0, "a name") : "";
+        sqlite3_limit(file.handle(), SQLITE_LIMIT_LENGTH, kMostRowBytes);
     }
     limit_steps(file, 0); // read_records is bounded
     StoredRecords& records = found.records;

@@ -56,7 +56,7 @@ class ListFileTest {
     @EnumSource
     void whatIsWrittenIsReadAgain(Kind kind) throws IOException {
         for (int records : new int[] {0, 1, 300}) {
-            RecordList list = list(kind, 65535, "name ' \" \n\u202E\uD83D\uDCFA", records);
+            RecordList list = list(kind, 65535, "name ' \" \n\u202E\uD83D\uDCFA".repeat(1 + records), records);
             Path file = folder.resolve("list \uD83D\uDCFA");
             ListFile.write(file, list);
             assertTrue(ListFile.isOne(file));
@@ -134,7 +134,7 @@ class ListFileTest {
             assertEquals(List.of(file), files.toList());
         }
         Path missing = folder.resolve("missing/list");
-        assertFails("cannot write list file " + missing + ": No such file or directory; check the path, or choose another"
-                + " path", () -> ListFile.write(missing, old));
+        assertFails("cannot write list file " + missing + ": No such file or directory; check the path, or choose"
+                + " another path", () -> ListFile.write(missing, old));
     }
 }
