@@ -8,6 +8,8 @@ import com.velotra.tv.tavro.tool.exchange.StreamLookup;
 import com.velotra.tv.tavro.tool.exchange.TvInputChannels;
 import com.velotra.tv.tavro.tool.records.Kind;
 import com.velotra.tv.tavro.tool.records.RecordList;
+import com.velotra.tv.tavro.tool.storage.Access;
+import com.velotra.tv.tavro.tool.storage.Storage;
 import com.velotra.tv.tavro.tool.storage.StoredLists;
 import java.io.IOException;
 import java.io.Writer;
@@ -77,6 +79,8 @@ final class ExportCommand implements Callable<Integer> {
             throw wrongUsage("the format " + format + " has no " + of.kind() + ": export "
                     + (format.has(Kind.STREAMS) ? "services or streams" : "services"));
         }
+        Preconditions.needDirectory(Storage.directory());
+        Access.readOnly();
         List<RecordList> lists = all ? allLists() : List.of(list());
         ForeignExport foreign = new ForeignExport(lookup);
         OutputFile.write(output, out -> write(lists, foreign, out));

@@ -11,6 +11,10 @@ import com.velotra.tv.tavro.tool.storage.Snapshot;
 import com.velotra.tv.tavro.tool.storage.Storage;
 import com.velotra.tv.tavro.tool.storage.StoredLists;
 import com.velotra.tv.tavro.tool.transponders.ListIds;
+import java.io.ByteArrayOutputStream;
+import java.io.IOException;
+import java.io.PrintStream;
+import java.nio.charset.StandardCharsets;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.ArrayList;
@@ -80,32 +84,85 @@ final class ImportCommand implements Callable<Integer> {
             Access.readOnly();
             Snapshot.open(directory).close(); // throws if it cannot be read or is damaged
         }
+        if (dryRun) {
+            return printChanges();
+        }
         Access.readWrite();
         ImportReport report = new ImportReport(System.err);
+        Importer importer = read(report);
+        needFiles(report);
+        ListTablesImport tables = tables(importer);
+        Change.make("import", change -> {
+            store(importer, tables, report, change);
+            return null;
+        });
+        return summary(report, tables);
+    }
+
+    private Importer read(ImportReport report) {
         ListIds ids = ListIds.from(listId == null ? DEFAULT_FIRST_LIST : listId);
         Importer importer = Preconditions.withLibrary(() -> new Importer(ids, report, Optional.ofNullable(kind)));
         paths.forEach(importer::read);
+        return importer;
+    }
+
+    private ListTablesImport tables(Importer importer) {
+        return new ListTablesImport(importer.tables(),
+                listId == null ? OptionalInt.empty() : OptionalInt.of(listId), replace);
+    }
+
+    private int summary(ImportReport report, ListTablesImport tables) {
+        report.print(System.out);
+        tables.summary().forEach(System.out::println);
+        return report.complete() ? ExitCode.DONE : ExitCode.FAILED;
+    }
+
+    /** Finds out what an import would change: of CSV and JSON here, of other formats in a copy of the lists. */
+    private int printChanges() throws IOException, InterruptedException {
+        ByteArrayOutputStream messages = new ByteArrayOutputStream();
+        ImportReport report = new ImportReport(new PrintStream(messages, true, StandardCharsets.UTF_8));
+        Importer importer = read(report);
+        int exit;
+        if (importer.hasRecords()) {
+            exit = ImportRehearsal.run(arguments(), importer.standardInput());
+        } else {
+            System.err.print(messages.toString(StandardCharsets.UTF_8));
+            needFiles(report);
+            ListTablesImport tables = tables(importer);
+            messages.reset();
+            tables.plan(report, StoredLists::read);
+            System.err.print(messages.toString(StandardCharsets.UTF_8));
+            requireComplete(report);
+            exit = summary(report, tables);
+        }
+        System.out.println("dry run: nothing was changed");
+        return exit;
+    }
+
+    /** Returns the arguments of this command without the dry run. */
+    private List<String> arguments() {
+        List<String> arguments = new ArrayList<>(List.of("import"));
+        if (listId != null) {
+            arguments.add("--list=" + listId);
+        }
+        if (kind != null) {
+            arguments.add("--kind=" + kind);
+        }
+        if (replace) {
+            arguments.add("--replace");
+        }
+        if (partial) {
+            arguments.add("--partial");
+        }
+        arguments.add("--");
+        paths.forEach(path -> arguments.add(path.toString()));
+        return arguments;
+    }
+
+    private static void needFiles(ImportReport report) {
         if (!report.anyFile()) {
             throw new Failure("nothing was imported; " + report.whyNothing());
         }
-        ListTablesImport tables = new ListTablesImport(importer.tables(),
-                listId == null ? OptionalInt.empty() : OptionalInt.of(listId), replace);
-        if (dryRun) {
-            tables.plan(report, StoredLists::read);
-            importer.check((kind, id) -> { }, report::notImported);
-            requireComplete(report);
-        } else {
-            Change.make("import", change -> {
-                store(importer, tables, report, change);
-                return null;
-            });
-        }
-        report.print(System.out);
-        tables.summary().forEach(System.out::println);
-        if (dryRun) {
-            System.out.println("dry run: nothing was changed");
-        }
-        return report.complete() ? ExitCode.DONE : ExitCode.FAILED;
     }
 
     private void store(Importer importer, ListTablesImport tables, ImportReport report, Change change) {

@@ -134,16 +134,16 @@ class ExportCommandTest {
     @Test
     void allBadRowsAreReportedWithLineColumnAndValue() throws Exception {
         assertRefused(rows(7, 7), """
-                  malformed line FILE:2: column network_id: 'x' cannot be the network id: it must be a number from 0 to \
-                65535
+                  malformed line FILE:2: column network_id: 'x' cannot be the network id: it must be a number from 0 \
+                to 65535
                   malformed line FILE:2: column unnamed_bytes: '12:00' names byte 12, which belongs to a field of the \
                 record
                   malformed line FILE:3: column record_id: 65535 cannot be the id of a record
                   malformed line FILE:5: column record_id: 3 is also in line 4
                   malformed line FILE:7: 3 cells; the first row has 5 cells
                   malformed line FILE:8: column kind: 'streams' here, and 'networks' above; a file has one list
-                  malformed line FILE:9: column record_id: '-1' cannot be the record id: it must be a number from 0 to \
-                65535
+                  malformed line FILE:9: column record_id: '-1' cannot be the record id: it must be a number from 0 \
+                to 65535
                 """ + nothing(7), """
                 kind,record_id,network_id,name,unnamed_bytes
                 networks,1,x,Uno,12:00

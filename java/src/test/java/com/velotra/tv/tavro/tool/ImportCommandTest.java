@@ -335,6 +335,33 @@ class ImportCommandTest {
     }
 
     @Test
+    void aDryRunSaysWhatWouldChangeAndChangesNothing() throws Exception {
+        Path channels = file("channels", "Uno:410:M64:C:6900:101:102:0:0:7:1:1019:0\n");
+        assertEquals(0, imported(channels).exit());
+        file("channels", "Uno HD:410:M64:C:6900:101:102:0:0:7:1:1019:0\nDue:418:M64:C:6900:101:102:0:0:8:1:1020:0\n");
+        String lists = ToolProcess.runHere("lists").out();
+        assertEquals(new Result(0, """
+                1 file: 2 services; 0 malformed lines
+                Transport streams, by delivery system:
+                       2  DVBC/ANNEX_A
+                transport stream list 42: 1 added, 0 changed, 1 unchanged; it holds 2 records
+                network list 42: 0 added, 0 changed, 1 unchanged; it holds 1 record
+                service list 42: 1 added, 1 changed, 0 unchanged; it holds 2 records
+                dry run: nothing was changed
+                """, ""), imported("--dry-run", channels));
+        assertEquals(lists, ToolProcess.runHere("lists").out());
+        InputStream before = System.in;
+        System.setIn(new ByteArrayInputStream((CABLE + "nonsense\n").getBytes(StandardCharsets.UTF_8)));
+        try {
+            assertEquals(new Result(1, "1 file: 1 transponder; 1 malformed line\ndry run: nothing was changed\n",
+                    "  malformed line standard input:5: 'nonsense' is neither a heading nor of the form KEY = VALUE\n"
+                    + "tavro: nothing was imported: 1 malformed line" + CORRECT), imported("-n", "-"));
+        } finally {
+            System.setIn(before);
+        }
+    }
+
+    @Test
     void withPartialTheRestOfAMalformedFileIsStored() throws Exception {
         Path table = file("table", CABLE + "nonsense\n[Due]\nFREQUENCY = 330000000\n");
         assertEquals(

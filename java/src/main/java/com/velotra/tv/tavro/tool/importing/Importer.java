@@ -58,6 +58,7 @@ public final class Importer {
     private final List<Transponder> transponders = new ArrayList<>();
     private final List<Service> services = new ArrayList<>();
     private final Optional<Kind> kindOfTables;
+    private Optional<byte[]> standardInput = Optional.empty();
     private final List<ListTable> tables = new ArrayList<>();
 
     /** Reports what happens to each record to {@code report}. */
@@ -84,7 +85,11 @@ public final class Importer {
         }
         if (path.equals(Source.STANDARD_INPUT) || !Files.isDirectory(path)) {
             try {
-                content(Source.read(path)).run();
+                Source source = Source.read(path);
+                if (path.equals(Source.STANDARD_INPUT)) {
+                    standardInput = Optional.of(source.bytes());
+                }
+                content(source).run();
             } catch (Failure e) {
                 report.refusedFile(e.getMessage());
             }
@@ -184,6 +189,11 @@ public final class Importer {
                 satelliteImport.addSwitches(source);
             };
         };
+    }
+
+    /** Returns what was read from standard input. */
+    public Optional<byte[]> standardInput() {
+        return standardInput;
     }
 
     /** Returns the lists that were read from CSV and JSON; {@link #store} does not store them. */
