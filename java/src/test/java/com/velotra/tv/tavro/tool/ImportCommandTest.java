@@ -134,7 +134,11 @@ class ImportCommandTest {
                 """,
                 ToolProcess.runHere("list", "43", "--kind", "satellites").out());
         String stream = ToolProcess.runHere("show", "43,1", "--kind", "streams").out();
-        assertTrue(stream.contains("\nsatellite list                 43\nsatellite record               2 (43,2 \"Due\")\n"), stream);
+        assertTrue(stream.contains("""
+
+                satellite list                 43
+                satellite record               2 (43,2 "Due")
+                """), stream);
         assertEquals(0, imported(file("Due-13.0E", transponder)).exit());
         assertTrue(ToolProcess.runHere("show", "43,2", "--kind", "streams").out()
                 .contains("\nsatellite record               1 (43,1 \"Uno\")\n"));

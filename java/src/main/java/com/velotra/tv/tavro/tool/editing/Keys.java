@@ -33,13 +33,12 @@ final class Keys {
     }
 
     static Keys of(Kind kind) {
-        Class<? extends KeyedValues> type = switch (kind) {
-            case SERVICES -> VltTvChannelInfoBase.class;
-            case STREAMS -> VltTvTransportStreamInfoBase.class;
-            case NETWORKS -> VltTvNetworkInfoBase.class;
-            case SATELLITES -> VltTvSatelliteInfoBase.class;
+        return switch (kind) {
+            case SERVICES -> new Keys(VltTvChannelInfoBase.class);
+            case STREAMS -> new Keys(VltTvTransportStreamInfoBase.class);
+            case NETWORKS -> new Keys(VltTvNetworkInfoBase.class);
+            case SATELLITES -> new Keys(VltTvSatelliteInfoBase.class);
         };
-        return new Keys(type);
     }
 
     private static String lower(String key) {

@@ -254,8 +254,8 @@ class DiffCommandTest {
         assertFails("cannot compare service 1,1 with service list 1" + COMPARABLE, "1,1", "1");
         assertFails("cannot compare service list 1 with storage directory " + storage() + COMPARABLE,
                 "1", storage().toString());
-        assertFails("cannot read list file " + file + ": it has a service list, not a transport stream list; use --kind "
-                + "services\n", file, "1", "-k", "streams");
+        assertFails("cannot read list file " + file + ": it has a service list, not a transport stream list; use "
+                + "--kind services\n", file, "1", "-k", "streams");
         assertFails("cannot compare service 1,1 with file " + raw("network", 304) + COMPARABLE,
                 "1,1", raw("network", 304));
         assertFails("no lists in " + empty + ": it has no list database; is it a storage directory?\n",
