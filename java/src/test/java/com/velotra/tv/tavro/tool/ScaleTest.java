@@ -203,4 +203,23 @@ class ScaleTest {
         assertLinear(() -> diff(SMALL, small, "8192 changed, 16382 moved"),
                 () -> diff(LARGE, large, "32767 changed, 65533 moved"));
     }
+
+    /** Exports a list, and imports it into another one, so that every record is added and stored. */
+    private static void exchange(int listId, String format, int records) {
+        String file = folder.resolve("exported." + format).toString();
+        assertEquals("", run("export", Integer.toString(listId), "--format", format, "-o", file));
+        assertEquals("1 file: " + records + " services; 0 malformed lines\nservice list 9: " + records
+                + " added, 0 changed, 0 removed, 0 unchanged\n", run("import", "--list", "9", file));
+        Kind.SERVICES.lists().delete(9);
+    }
+
+    @Test
+    void anExportAsCsvAndItsImportAreLinear() {
+        assertLinear(() -> exchange(SMALL, "csv", QUARTER), () -> exchange(LARGE, "csv", MOST));
+    }
+
+    @Test
+    void aWholeListAsJsonAndItsImportFitIntoTheMemory() {
+        exchange(LARGE, "json", MOST);
+    }
 }
