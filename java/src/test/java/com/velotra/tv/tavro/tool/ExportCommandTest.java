@@ -178,6 +178,15 @@ class ExportCommandTest {
     }
 
     @Test
+    void replaceRemovesNothingWhileARowIsBad() throws Exception {
+        String content = "record_id,network_id,version\n1,7\n";
+        assertRefused("1 file: 1 network; 1 malformed line\n"
+                + "network list 5: 0 added, 0 changed, 0 removed, 2 unchanged\n",
+                "  malformed line FILE:2: 2 cells; the first row has 3 cells\n", content, "--list", "5", "--partial",
+                "--replace", "--kind", "networks");
+    }
+
+    @Test
     void aDryRunPrintsWhatWouldChangeAndChangesNothing() throws Exception {
         assertEquals(new Result(0, "1 file: 1 network; 0 malformed lines\n"
                 + "network list 5: 0 added, 1 changed (1 field), 0 removed, 1 unchanged\n"
