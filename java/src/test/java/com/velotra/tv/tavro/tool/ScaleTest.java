@@ -48,6 +48,7 @@ class ScaleTest {
 
     private static final Record SERVICE = Records.of(Kind.SERVICES, "service_type=1", "lcn=1", "tsl_id=1");
     private static final Field RECORD_ID = field("record_id");
+    private static final Field SERVICE_ID = field("service_id");
     private static final Field NAME = field("name");
     private static final Field TSL_RECORD_ID = field("tsl_record_id");
 
@@ -76,6 +77,7 @@ class ScaleTest {
     private static Record service(int id) {
         byte[] bytes = SERVICE.bytes();
         RECORD_ID.parse(Integer.toString(id), bytes);
+        SERVICE_ID.parse(Integer.toString(id), bytes);
         NAME.parse("Service " + (MOST - id), bytes);
         TSL_RECORD_ID.parse(Integer.toString(1 + id % STREAMS), bytes);
         return Record.of(Kind.SERVICES, bytes);
