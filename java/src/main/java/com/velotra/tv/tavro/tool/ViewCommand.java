@@ -2,6 +2,7 @@ package com.velotra.tv.tavro.tool;
 
 import com.velotra.tv.tavro.tool.input.Failure;
 import com.velotra.tv.tavro.tool.input.Text;
+import com.velotra.tv.tavro.tool.storage.Access;
 import com.velotra.tv.tavro.tool.storage.Storage;
 import com.velotra.tv.tavro.tool.view.PageData;
 import com.velotra.tv.tavro.tool.view.PageFile;
@@ -40,6 +41,7 @@ final class ViewCommand implements Callable<Integer> {
 
     @Override
     public Integer call() throws IOException {
+        Access.readOnly();
         Path shown = directory == null ? Storage.directory() : directory;
         List<Path> directories = other == null ? List.of(shown) : List.of(shown, other);
         PageData data = PageData.read(directories);
