@@ -102,10 +102,13 @@ final class ExportCommand implements Callable<Integer> {
     }
 
     private void write(List<RecordList> lists, ForeignExport foreign, Writer out) throws IOException {
+        if (format == ExportFormat.JSON) { // perhaps no list
+            JsonWriter.write(lists, out);
+            return;
+        }
         RecordList list = lists.get(0);
         switch (format) {
             case CSV -> CsvWriter.write(list, out);
-            case JSON -> JsonWriter.write(lists, out);
             case VDR -> foreign.vdr(list, out);
             case DVBV5 -> foreign.dvbV5(list, out);
             case TIF -> TvInputChannels.csv(list, lookup, out);

@@ -99,6 +99,18 @@ class ExportCommandTest {
     }
 
     @Test
+    void allListsOfAnEmptyStorageAreNone() {
+        deleteLists();
+        assertEquals(new Result(0, """
+                {
+                  "format": "tavro lists",
+                  "version": 1,
+                  "lists": []
+                }
+                """, ""), ToolProcess.runHere("export", "--all"));
+    }
+
+    @Test
     void rowsReplaceAddAndReorderAndOthersFollow() throws Exception {
         assertImported("2 networks; 0 malformed lines\n"
                 + "network list 5: 1 added, 1 changed (2 fields), 0 removed, 1 unchanged, in another order",
