@@ -261,6 +261,15 @@ class ExportCommandTest {
     }
 
     @Test
+    void jsonWithAByteOrderMarkAndManyLettersIsRead() throws Exception {
+        for (int blanks = 0; blanks < 2; blanks++) { // of two characters, one has a boundary within
+            assertImported("nothing to import; 0 malformed lines", HEADER + UNO + DUE,
+                    "\uFEFF{\"format\": \"tavro lists\"," + " ".repeat(blanks) + "\"version\": 1, \"text\": \""
+                            + "ä".repeat(4096) + "\", \"lists\": []}");
+        }
+    }
+
+    @Test
     void wrongUsageIsReported() {
         String see = "\nSee: ./tavro export --help\n";
         assertEquals(new Result(2, "", "tavro: export: give a list id or --all" + see), ToolProcess.runHere("export"));

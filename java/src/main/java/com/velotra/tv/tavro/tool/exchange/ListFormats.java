@@ -50,7 +50,10 @@ public final class ListFormats {
 
     private static String beginning(Source source) {
         byte[] bytes = source.bytes();
-        return new Source(source.name(), source.fileName(), Arrays.copyOf(bytes, Math.min(bytes.length, BEGINNING)))
-                .text();
+        int length = Math.min(bytes.length, BEGINNING);
+        while (length > 0 && length < bytes.length && (bytes[length] & 0xC0) == 0x80) {
+            length--; // part of a character, without which the text is not valid UTF-8
+        }
+        return new Source(source.name(), source.fileName(), Arrays.copyOf(bytes, length)).text();
     }
 }
