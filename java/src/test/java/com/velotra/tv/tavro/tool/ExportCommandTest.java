@@ -5,6 +5,7 @@ import static org.junit.jupiter.api.Assertions.assertEquals;
 import com.velotra.tv.tavro.services.channellist.VltTvNetworkInfoBase;
 import com.velotra.tv.tavro.services.channellist.VltTvNetworkList;
 import com.velotra.tv.tavro.tool.ToolProcess.Result;
+import java.nio.charset.StandardCharsets;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.List;
@@ -258,6 +259,19 @@ class ExportCommandTest {
                 HEADER + "networks,5,0x00000000,1,0,101,1,'007,\n" + "networks,5,0x00000000,2,0,102,2,Due,\n",
                 "\uFEFF\"record_id\";Name;VERSION;list-id;KIND\r\n1;\"007\";1;5;networks\r\n2;Due;2;5;networks\r\n"
                         + ";;;;\r\n");
+    }
+
+    @Test
+    void csvInAnotherEncodingIsRefusedWithTheLine() throws Exception {
+        Path file = folder.resolve("list.csv");
+        String csv = "record_id,name,list_id,kind\n1,Grün,5,networks\n2,Größe,5,networks\n";
+        byte[] bytes = csv.getBytes(StandardCharsets.UTF_8);
+        bytes[csv.getBytes(StandardCharsets.UTF_8).length - 16] = (byte) 0xE4; // in the second name
+        Files.write(file, bytes);
+        assertEquals(new Result(1, "", "tavro: cannot import " + file
+                + ": line 3 is not UTF-8; save the file with this encoding\n" + UNUSABLE),
+                ToolProcess.runHere("import", file.toString()));
+        assertEquals(HEADER + UNO + DUE, export().out());
     }
 
     @Test

@@ -33,10 +33,10 @@ final class CsvReader {
      * Reads a list.
      *
      * @param kind of a file that does not say it
-     * @throws Failure if the file is not CSV, or its columns are wrong
+     * @throws Failure if the file is not CSV or not Unicode, or its columns are wrong
      */
     static ListTable read(Source source, Optional<Kind> kind) {
-        String text = source.text();
+        String text = source.unicode();
         char separator = text.lines().findFirst().flatMap(ListFormats::separator).orElse(',');
         CSVFormat format = CSVFormat.Builder.create(CsvWriter.FORMAT).setDelimiter(separator).build();
         CsvReader reader = new CsvReader(source.name());

@@ -64,6 +64,19 @@ public record Source(String name, String fileName, byte[] bytes) {
         return SourceText.text(bytes);
     }
 
+    /**
+     * Returns the text of a file in UTF-8 or UTF-16.
+     *
+     * @throws Failure if it has another encoding, in which its letters would become others
+     */
+    public String unicode() {
+        SourceText.lineNotUnicode(bytes).ifPresent(line -> {
+            throw new Failure("cannot import " + name + ": line " + line
+                    + " is not UTF-8; save the file with this encoding");
+        });
+        return text();
+    }
+
     /** Returns the lines of the file. */
     public List<String> lines() {
         return SourceText.lines(bytes);

@@ -6,6 +6,8 @@ import java.nio.charset.Charset;
 import java.nio.charset.StandardCharsets;
 import java.util.ArrayList;
 import java.util.List;
+import java.util.Optional;
+import java.util.OptionalInt;
 
 /**
  * Reads text files by line. UTF-16 is recognized by its byte order mark or by its zero bytes. Every other file is read
@@ -87,6 +89,25 @@ public final class SourceText {
         return withoutMark(wide != null ? new String(bytes, wide) : decode(bytes, 0, bytes.length));
     }
 
+    /** Returns the first line that is not UTF-8, from 1; empty if there is none, or if the text is UTF-16. */
+    static OptionalInt lineNotUnicode(byte[] bytes) {
+        if (wideCharset(bytes) != null) {
+            return OptionalInt.empty();
+        }
+        int line = 1;
+        int start = 0;
+        for (int end = 0; end <= bytes.length; end++) {
+            if (end == bytes.length || bytes[end] == '\n') {
+                if (utf8(bytes, start, end - start).isEmpty()) {
+                    return OptionalInt.of(line);
+                }
+                line++;
+                start = end + 1;
+            }
+        }
+        return OptionalInt.empty();
+    }
+
     private static String withoutMark(String text) {
         return !text.isEmpty() && text.charAt(0) == BYTE_ORDER_MARK ? text.substring(1) : text;
     }
@@ -107,14 +128,20 @@ public final class SourceText {
     }
 
     private static String decode(byte[] bytes, int start, int length) {
-        String latin = new String(bytes, start, length, StandardCharsets.ISO_8859_1);
-        if (isAscii(bytes, start, length)) { // the common case: the same in both encodings
-            return latin;
+        return utf8(bytes, start, length)
+                .orElseGet(() -> new String(bytes, start, length, StandardCharsets.ISO_8859_1));
+    }
+
+    /** Returns a text; empty if it is not valid UTF-8. */
+    private static Optional<String> utf8(byte[] bytes, int start, int length) {
+        if (isAscii(bytes, start, length)) { // the common case
+            return Optional.of(new String(bytes, start, length, StandardCharsets.ISO_8859_1));
         }
         try {
-            return StandardCharsets.UTF_8.newDecoder().decode(ByteBuffer.wrap(bytes, start, length)).toString();
+            return Optional.of(
+                    StandardCharsets.UTF_8.newDecoder().decode(ByteBuffer.wrap(bytes, start, length)).toString());
         } catch (CharacterCodingException e) {
-            return latin;
+            return Optional.empty();
         }
     }
 
