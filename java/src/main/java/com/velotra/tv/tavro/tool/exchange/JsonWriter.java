@@ -1,10 +1,10 @@
 package com.velotra.tv.tavro.tool.exchange;
 
 import com.velotra.tv.tavro.services.channellist.RecordField.Style;
+import com.velotra.tv.tavro.tool.output.AsciiControls;
 import com.velotra.tv.tavro.tool.records.Field;
 import com.velotra.tv.tavro.tool.records.Record;
 import com.velotra.tv.tavro.tool.records.RecordList;
-import java.io.FilterWriter;
 import java.io.IOException;
 import java.io.Writer;
 import java.util.List;
@@ -19,12 +19,7 @@ public final class JsonWriter {
     private final com.google.gson.stream.JsonWriter json;
 
     private JsonWriter(Writer out) {
-        json = new com.google.gson.stream.JsonWriter(escaping(out));
-    }
-
-    /** Returns a writer that escapes the control characters that JSON allows in strings. */
-    static Writer escaping(Writer out) {
-        return new Escaping(out);
+        json = new com.google.gson.stream.JsonWriter(new AsciiControls(out));
     }
 
     /** Writes lists. */
@@ -78,36 +73,6 @@ public final class JsonWriter {
         @Override
         public void unnamedBytes(String value) throws IOException {
             json.name(Columns.UNNAMED_BYTES).value(value);
-        }
-    }
-
-    /** Control characters must not reach a terminal. */
-    private static final class Escaping extends FilterWriter {
-        Escaping(Writer out) {
-            super(out);
-        }
-
-        @Override
-        public void write(int character) throws IOException {
-            if (character >= 0x7F && character <= 0x9F) {
-                out.write(String.format("\\u%04x", character));
-            } else {
-                out.write(character);
-            }
-        }
-
-        @Override
-        public void write(char[] characters, int offset, int length) throws IOException {
-            for (int i = offset; i < offset + length; i++) {
-                write(characters[i]);
-            }
-        }
-
-        @Override
-        public void write(String text, int offset, int length) throws IOException {
-            for (int i = offset; i < offset + length; i++) {
-                write(text.charAt(i));
-            }
         }
     }
 }

@@ -5,6 +5,7 @@ import com.velotra.tv.tavro.services.channellist.RecordId;
 import com.velotra.tv.tavro.services.channellist.ServiceFlag;
 import com.velotra.tv.tavro.services.channellist.ServiceRecord;
 import com.velotra.tv.tavro.services.channellist.TransportStreamRecord;
+import com.velotra.tv.tavro.tool.output.AsciiControls;
 import com.velotra.tv.tavro.tool.records.Record;
 import com.velotra.tv.tavro.tool.records.RecordList;
 import java.io.IOException;
@@ -71,7 +72,7 @@ public final class TvInputChannels {
 
     /** Writes services as a JSON array of objects, without the columns that have no value. */
     public static void json(RecordList services, StreamLookup lookup, Writer out) throws IOException {
-        var json = new com.google.gson.stream.JsonWriter(JsonWriter.escaping(out));
+        var json = new com.google.gson.stream.JsonWriter(new AsciiControls(out));
         json.setIndent("  ");
         json.beginArray();
         for (Record record : services) {

@@ -4,7 +4,6 @@ import com.google.gson.Gson;
 import com.google.gson.GsonBuilder;
 import com.google.gson.stream.JsonWriter;
 import java.io.BufferedWriter;
-import java.io.FilterWriter;
 import java.io.IOException;
 import java.io.OutputStreamWriter;
 import java.io.UncheckedIOException;
@@ -46,7 +45,7 @@ public final class JsonOutput {
     private static void write(Body body) {
         try {
             Writer out = new BufferedWriter(new OutputStreamWriter(System.out, StandardCharsets.UTF_8));
-            JsonWriter json = new JsonWriter(new Escaping(out));
+            JsonWriter json = new JsonWriter(new AsciiControls(out));
             json.setIndent("  ");
             json.setHtmlSafe(false);
             json.setSerializeNulls(true);
@@ -55,39 +54,6 @@ public final class JsonOutput {
             out.flush();
         } catch (IOException e) { // not from System.out, which keeps its failures for the end
             throw new UncheckedIOException(e);
-        }
-    }
-
-    /**
-     * Escapes DEL and the C1 control characters, which Gson does not escape: the tool's output replaces them by dots,
-     * so that no text controls the terminal.
-     */
-    private static final class Escaping extends FilterWriter {
-        Escaping(Writer out) {
-            super(out);
-        }
-
-        @Override
-        public void write(int character) throws IOException {
-            if (character >= 0x7F && character <= 0x9F) {
-                out.write(String.format("\\u%04x", character));
-            } else {
-                out.write(character);
-            }
-        }
-
-        @Override
-        public void write(char[] characters, int offset, int length) throws IOException {
-            for (int i = offset; i < offset + length; i++) {
-                write(characters[i]);
-            }
-        }
-
-        @Override
-        public void write(String text, int offset, int length) throws IOException {
-            for (int i = offset; i < offset + length; i++) {
-                write(text.charAt(i));
-            }
         }
     }
 }

@@ -5,6 +5,7 @@ import com.velotra.tv.tavro.tool.matching.Companions;
 import com.velotra.tv.tavro.tool.matching.Matching;
 import com.velotra.tv.tavro.tool.matching.Pairing;
 import com.velotra.tv.tavro.tool.matching.Side;
+import com.velotra.tv.tavro.tool.output.AsciiControls;
 import com.velotra.tv.tavro.tool.records.Field;
 import com.velotra.tv.tavro.tool.records.Kind;
 import com.velotra.tv.tavro.tool.records.Layout;

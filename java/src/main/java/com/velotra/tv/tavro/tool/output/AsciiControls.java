@@ -1,15 +1,19 @@
-package com.velotra.tv.tavro.tool.view;
+package com.velotra.tv.tavro.tool.output;
 
 import java.io.FilterWriter;
 import java.io.IOException;
 import java.io.Writer;
 
-/** Writes JSON without DEL and C1 control characters, which occur in texts only: as escapes. */
-final class AsciiControls extends FilterWriter {
+/**
+ * Writes JSON with escapes for DEL and the C1 control characters, which occur in texts only and which Gson does not
+ * escape, so that no text controls a terminal.
+ */
+public final class AsciiControls extends FilterWriter {
     private static final int DELETE = 0x7F;
     private static final int LAST_C1 = 0x9F;
 
-    AsciiControls(Writer out) {
+    /** Writes to another writer. */
+    public AsciiControls(Writer out) {
         super(out);
     }
 
