@@ -163,9 +163,10 @@ function position(satellite) {
     return `${(Math.abs(tenths) / 10).toFixed(1)}° ${tenths < 0 ? 'W' : 'E'}`;
 }
 
-/** What a record is called in headings and links. */
+/** What a record is called in headings and links: its name, unless no character of it can be seen. */
 function title(record) {
-    const name = record.describe('name');
+    const text = record.describe('name');
+    const name = /[^\p{Cc}\p{Cf}\p{Z}]/u.test(text) ? text : '';
     switch (record.kind.number) {
     case STREAMS: return name || tuning(record);
     case SATELLITES: return name || position(record);

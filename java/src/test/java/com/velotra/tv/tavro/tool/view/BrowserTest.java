@@ -217,6 +217,15 @@ class BrowserTest {
     }
 
     @Test
+    void aNameWithoutVisibleCharactersIsReplaced() throws IOException {
+        Path blank = Fixture.page(folder.resolve("blank.html"), Fixture.directory("tv", List.of(
+                Fixture.service(1, " \n"), Fixture.service(2, "\u202E\u200B"), Fixture.service(3, " \u00E9 "))));
+        browser.open(blank, "#services/1,2");
+        assertEquals(List.of("service 1001", "service 1002", "\u00E9"), column(2));
+        assertEquals("service 1002", browser.visible("#selected"));
+    }
+
+    @Test
     void theColorSchemeFollowsTheSystemAndTheButton() {
         String background = "return getComputedStyle(document.documentElement).backgroundColor";
         browser.open(page, "#services");
