@@ -59,25 +59,24 @@ public final class ChannelsConfWriter {
 
     /** Returns the name and the short name. A bar stands for a colon, and the last comma is before the short name. */
     private static String names(Service service, Tally lost) {
-        String name = field(service.name(), "name", lost);
-        String shortName = field(service.shortName(), "short_name", lost).replace(',', ' ');
-        if (name.isEmpty()) {
-            name = "-";
-            lost.count("name");
-        }
-        if (service.shortName().contains(",")) {
-            lost.count("short_name");
-        }
+        String name = field(service.name());
+        name = name.isEmpty() ? "-" : name;
+        String shortName = field(service.shortName()).replace(',', ' ');
+        count(service.name(), name, "name", lost);
+        count(service.shortName(), shortName, "short_name", lost);
         // A line that begins with a number sign is a comment; blanks before a name are ignored.
         String start = name.startsWith("#") ? " " : "";
         return start + name + (shortName.isEmpty() && !name.contains(",") ? "" : "," + shortName);
     }
 
-    private static String field(String text, String field, Tally lost) {
-        String written = text.replaceAll("[;\\p{Cc}]", " ").strip();
-        if (!written.equals(text) || text.contains("|")) {
+    private static String field(String text) {
+        return text.replaceAll("[;\\p{Cc}]", " ").strip().replace(':', '|');
+    }
+
+    /** Counts a text that does not come back; a replacement character stands for bytes that are not a text. */
+    private static void count(String text, String written, String field, Tally lost) {
+        if (!written.replace('|', ':').equals(text) || text.indexOf('\uFFFD') >= 0) {
             lost.count(field);
         }
-        return written.replace(':', '|');
     }
 }

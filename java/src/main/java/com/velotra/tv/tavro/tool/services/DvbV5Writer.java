@@ -24,7 +24,7 @@ public final class DvbV5Writer {
         for (Service service : services) {
             heading(service.name(), "-", out, lost);
             if (service.name().isEmpty()) {
-                lost.count("name");
+                lost.count("name"); // it gets one
             }
             parameter("SERVICE_ID", service.serviceId(), out);
             if (service.networkId() != 0 || service.transportStreamId() != 0) {
@@ -44,7 +44,8 @@ public final class DvbV5Writer {
 
     private static void heading(String name, String unnamed, Appendable out, Tally lost) throws IOException {
         String written = name.replaceAll("\\p{Cc}", " ").replaceAll("\\](?=\\s*#)", ")").strip();
-        if (!written.equals(name) || written.equalsIgnoreCase("CHANNEL")) {
+        // A replacement character stands for bytes that are not a text.
+        if (!written.equals(name) || name.indexOf('\uFFFD') >= 0 || written.equalsIgnoreCase("CHANNEL")) {
             lost.count("name");
         }
         out.append('[').append(written.isEmpty() ? unnamed : written).append("]\n");

@@ -6,10 +6,12 @@ import static org.junit.jupiter.api.Assertions.assertEquals;
 import com.velotra.tv.tavro.tool.input.Malformed;
 import com.velotra.tv.tavro.tool.input.Place;
 import com.velotra.tv.tavro.tool.input.Source;
+import com.velotra.tv.tavro.tool.input.Tally;
 import com.velotra.tv.tavro.tool.transponders.Transponder;
 import java.nio.charset.StandardCharsets;
 import java.util.List;
 import java.util.Map;
+import java.util.stream.Stream;
 import org.junit.jupiter.api.Test;
 
 class ChannelsConfTest {
@@ -157,5 +159,19 @@ class ChannelsConfTest {
                         new Malformed(line(15), "transport stream id 'x' is not a number from 0 to 65535"),
                         new Malformed(line(16), "source '' is not C, T, A or a position as in S19.2E")),
                 conf.malformed());
+    }
+
+    @Test
+    void writtenNamesThatLoseSomethingAreCountedOnce() throws Exception {
+        Transponder transponder = new Transponder(line(1), "", "S19.2E", Map.of("DELIVERY_SYSTEM", "DVBS",
+                "FREQUENCY", "11493000", "POLARIZATION", "HORIZONTAL", "SYMBOL_RATE", "22000000"));
+        Tally lost = new Tally("");
+        StringBuilder out = new StringBuilder();
+        ChannelsConfWriter.write(Stream.of("Uno", "", " ", "a\uFFFDb")
+                .map(name -> new Service(line(1), name, name.isEmpty() ? "" : "a,;b", transponder, false, List.of(), 1,
+                        1, 1, 0)).toList(), out, lost);
+        assertEquals(Map.of("name", 3, "short_name", 3), lost.counts());
+        assertEquals(List.of("Uno,a  b", "-", "-,a  b", "a\uFFFDb,a  b"),
+                out.toString().lines().map(line -> line.split(":")[0]).toList());
     }
 }

@@ -5,10 +5,12 @@ import static org.junit.jupiter.api.Assertions.assertEquals;
 
 import com.velotra.tv.tavro.tool.input.Malformed;
 import com.velotra.tv.tavro.tool.input.Place;
+import com.velotra.tv.tavro.tool.input.Tally;
 import com.velotra.tv.tavro.tool.transponders.DvbV5File;
 import com.velotra.tv.tavro.tool.transponders.Transponder;
 import java.util.List;
 import java.util.Map;
+import java.util.stream.Stream;
 import org.junit.jupiter.api.Test;
 
 class DvbV5ServicesTest {
@@ -89,5 +91,18 @@ class DvbV5ServicesTest {
                         new Malformed(new Place("x", 6), "TRANSPORT_ID '-1' is not a number from 0 to 65535")),
                 services.malformed());
         assertEquals(List.of("D"), services.services().stream().map(Service::name).toList());
+    }
+
+    @Test
+    void writtenNamesThatLoseSomethingAreCountedOnce() throws Exception {
+        Place place = new Place("x", 1);
+        Transponder transponder = new Transponder(place, "", "", Map.of("DELIVERY_SYSTEM", "DVBT"));
+        Tally lost = new Tally("");
+        StringBuilder out = new StringBuilder();
+        DvbV5Writer.writeServices(Stream.of("Uno", "", " ", "a\uFFFDb").map(name ->
+                new Service(place, name, "", transponder, false, List.of(), 1, 1, 1, 0)).toList(), out, lost);
+        assertEquals(Map.of("name", 3), lost.counts());
+        assertEquals(List.of("[Uno]", "[-]", "[-]", "[a\uFFFDb]"),
+                out.toString().lines().filter(line -> line.startsWith("[")).toList());
     }
 }
