@@ -15,11 +15,13 @@ final class SpreadsheetCell {
     private static final String HEX = "0x"; // the bytes of a text field, as Field.parse takes them
     private static final Charset RECORD_TEXT = Charset.forName("CESU-8");
 
-    // Months, alone or with a number, as in MAR1 and 1 May, become dates; so do numbers with signs between them.
+    // Months with a number, as in MAR1 and May 7, become dates. Spreadsheets use the language of the user: months and
+    // truth values are those of English, German and French.
     private static final Pattern LOOKS_DIFFERENT = Pattern.compile(
             "[^\\p{L}].*|(true|false|wahr|falsch|vrai|faux)"
-            + "|(jan|feb|mar|apr|may|jun|jul|aug|sep|oct|nov|dec)\\p{L}*\\W*\\d.*",
-            Pattern.CASE_INSENSITIVE | Pattern.DOTALL);
+            + "|(jan|feb|mar|apr|may|jun|jul|aug|sep|oct|nov|dec|m\u00E4r|mai|okt|dez|f\u00E9v|avr|juin|juil|ao\u00FB"
+            + "|d\u00E9c)\\p{L}*\\W*\\d.*",
+            Pattern.CASE_INSENSITIVE | Pattern.UNICODE_CASE | Pattern.DOTALL);
 
     private SpreadsheetCell() {}
 

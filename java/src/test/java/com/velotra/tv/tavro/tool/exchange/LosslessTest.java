@@ -138,6 +138,17 @@ class LosslessTest {
     }
 
     @Test
+    void textsThatBecomeDatesInAnyOfThreeLanguagesAreMarked() {
+        for (String date : List.of("MAR1", "May 7", "Mai 1", "1. Mai", "Okt 3", "M\u00E4r 1", "M\u00C4RZ 3", "Dez-4",
+                "f\u00E9vr. 2", "Avril 3", "ao\u00FBt 5")) {
+            assertEquals("'" + date, SpreadsheetCell.of(date));
+        }
+        for (String name : List.of("Mai", "Arte 3", "MTV 80", "D\u00E9j\u00E0 vu 1")) {
+            assertEquals(name, SpreadsheetCell.of(name));
+        }
+    }
+
+    @Test
     void aListWithoutRecordsIsRestored() throws IOException {
         assertLossless(list(Kind.NETWORKS, List.of()));
     }
