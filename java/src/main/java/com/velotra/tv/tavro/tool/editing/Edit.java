@@ -218,7 +218,9 @@ final class Edit {
     }
 
     private void expect(Field field, long bits, Record like) {
-        expected.removeIf(one -> one.field() == field && one.bits() == bits);
+        if (expected.stream().anyMatch(one -> one.field() == field && one.bits() == bits)) {
+            throw new IllegalArgumentException("a value of the " + field.label() + " is given twice");
+        }
         expected.add(new Expected(field, bits, like));
     }
 

@@ -201,6 +201,11 @@ class SetCommandTest {
         assertEquals(failed("network_mask: no key sets the bits 0x80 of the network flags"),
                 runHere("set", "1,1", "network_mask=0x81"));
         assertEquals(failed("name is given twice"), runHere("set", "1,1", "name=a", "name=b"));
+        assertEquals(failed("NAME: a value of the name is given twice"), runHere("set", "1,1", "name=a", "NAME=b"));
+        assertEquals(failed("name: a value of the name is given twice"),
+                runHere("set", "1,1", "ServiceName=a", "name=b"));
+        assertEquals(failed("vnetvisible: a value of the network flags is given twice"),
+                runHere("set", "1,1", "VnetVisible=no", "vnetvisible=yes"));
         String name = "x".repeat(65);
         assertEquals(failed("name: '" + name + "' is too long for the name: at most 64 bytes"),
                 runHere("set", "1,1", "name=" + name));
