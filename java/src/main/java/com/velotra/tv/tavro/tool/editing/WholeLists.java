@@ -27,10 +27,23 @@ public final class WholeLists {
             throw new Failure(Printable.of(file.toString()) + " exists and is not a list file; choose another name or "
                     + "remove it first");
         }
+        needWritable(file);
         int records = StoredLists.read(kind, listId).size();
         kind.lists().store(listId, pathForNative(file));
         kind.lists().close(listId);
         return records;
+    }
+
+    /** The native only reports a status. */
+    private static void needWritable(Path file) {
+        Path folder = file.toAbsolutePath().getParent();
+        String problem = Files.isDirectory(file) ? "it is a directory"
+                : folder != null && !Files.isDirectory(folder) ? "no such directory: " + folder
+                : Files.exists(file) && !Files.isRegularFile(file) ? "it is not a regular file"
+                : null;
+        if (problem != null) {
+            throw new Failure("cannot write " + Printable.of(file.toString()) + ": " + Printable.of(problem));
+        }
     }
 
     /**

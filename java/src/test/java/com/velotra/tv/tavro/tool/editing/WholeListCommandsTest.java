@@ -8,7 +8,6 @@ import static com.velotra.tv.tavro.tool.editing.EditedLists.undoable;
 import static org.junit.jupiter.api.Assertions.assertArrayEquals;
 import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertFalse;
-import static org.junit.jupiter.api.Assertions.assertTrue;
 
 import com.velotra.tv.tavro.services.channellist.VltTvChannelInfoBase;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
@@ -77,9 +76,12 @@ class WholeListCommandsTest {
     void storeReportsMissingListsAndFolders() {
         assertEquals(failed("no service list 9 in " + Storage.directory() + "; it has service list 1"),
                 runHere("store", "9", folder.resolve("list").toString()));
-        Result noFolder = runHere("store", "1", folder.resolve("no/list").toString());
-        assertEquals(1, noFolder.exit());
-        assertTrue(noFolder.err().startsWith("tavro: cannot store service list 1 to the file '"), noFolder.err());
+        Path missing = folder.resolve("no/list");
+        assertEquals(failed("cannot write " + missing + ": no such directory: " + missing.getParent()),
+                runHere("store", "1", missing.toString()));
+        assertEquals(failed("cannot write " + folder + ": it is a directory"),
+                runHere("store", "1", folder.toString()));
+        assertEquals(failed("cannot write /dev/full: it is not a regular file"), runHere("store", "1", "/dev/full"));
         assertEquals(2, runHere("store", "0", "x").exit());
         assertEquals(2, runHere("store", "1").exit());
     }
