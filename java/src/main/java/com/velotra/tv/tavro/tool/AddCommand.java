@@ -18,9 +18,9 @@ import picocli.CommandLine.Spec;
 @Command(
         name = "add",
         description = {
-            "Adds a record to the end of a list, and prints its identifier. KEY and VALUE are those of ./tavro set. A "
-                + "service without broadcast_type, and a transport stream without medium, has only the values that "
-                + "all have."},
+            "Adds a record to the end of a list, and prints its identifier. KEY and VALUE are as for ./tavro "
+                + "set. A service without broadcast_type, or a transport stream without medium, has only the "
+                + "fields that all broadcast types or media share."},
         footer = {"", "Examples: ./tavro add 1 broadcast_type=DVB name=Test service_id=101 lcn=900",
             "          ./tavro add 1 --copy 1,17 'name=RTL again'",
             "          ./tavro add 8 --create --kind networks NwlNetworkId=1 NetworkName=Test"})
@@ -36,17 +36,17 @@ final class AddCommand implements Callable<Integer> {
     private int listId;
 
     @Parameters(index = "1..*", arity = "0..*", paramLabel = "KEY=VALUE", converter = Converters.KeyAndValue.class,
-            description = "A value of the record.")
+            description = "A value to set.")
     private List<Assignment> values = List.of();
 
     @Mixin
     private KindOption of;
 
     @Option(names = "--copy", paramLabel = "LIST,RECORD", converter = Converters.Record.class,
-            description = "Start with a copy of this record, byte for byte but for its record id.")
+            description = "Start with a copy of this record: every byte but the record id.")
     private RecordId copyOf;
 
-    @Option(names = "--create", description = "Create the list if there is none.")
+    @Option(names = "--create", description = "Create the list if it does not exist.")
     private boolean create;
 
     @Override

@@ -19,9 +19,9 @@ import picocli.CommandLine.TypeConversionException;
 @Command(
         name = "copy",
         description = {
-            "Copies a list or records to a list. A list replaces the records of TO, which is created if there is no "
-                + "such list. Records keep their ids; if an id is taken in TO, nothing is copied, unless --replace is "
-                + "given."},
+            "Copies a list, or records, to the list TO. A copied list replaces the records of TO, and TO is "
+                + "created if it does not exist. Records keep their ids; if TO already has one of these ids, "
+                + "nothing is copied unless --replace is given."},
         footer = {"", "Examples: ./tavro copy 1 5", "          ./tavro copy 1,17 1,20-25 5"})
 final class CopyCommand implements Callable<Integer> {
     @Spec
@@ -31,7 +31,8 @@ final class CopyCommand implements Callable<Integer> {
     private HelpOption help;
 
     @Parameters(paramLabel = "FROM... TO", hideParamSyntax = true, arity = "2..*",
-            description = "List to copy, such as 1, or records to copy, such as 1,17 or 1,20-25; last the list TO.")
+            description = "The list to copy, such as 1, or the records, such as 1,17 or 1,20-25; then the list "
+                    + "id TO.")
     private List<String> words;
 
     @Mixin

@@ -17,7 +17,8 @@ import picocli.CommandLine.Spec;
 /** ./tavro delete. */
 @Command(
         name = "delete",
-        description = "Deletes a list with its records. Asks before, on a terminal; elsewhere it needs --yes.",
+        description = {
+            "Deletes a list and its records. On a terminal, asks for confirmation; elsewhere, requires --yes."},
         footer = {"", "Examples: ./tavro delete 5", "          ./tavro delete 5 --kind streams --yes"})
 final class DeleteCommand implements Callable<Integer> {
     @Spec
@@ -32,7 +33,7 @@ final class DeleteCommand implements Callable<Integer> {
     @Mixin
     private KindOption of;
 
-    @Option(names = {"-y", "--yes"}, description = "Do not ask.")
+    @Option(names = {"-y", "--yes"}, description = "Do not ask for confirmation.")
     private boolean yes;
 
     @Override

@@ -59,13 +59,13 @@ final class DiffCommand implements Callable<Integer> {
     private String to;
 
     @Option(names = {"-k", "--kind"}, paramLabel = "KIND", converter = Converters.KindName.class,
-            description = "Kind of list: services (the default), streams, networks or satellites. A file has a kind of "
-                    + "its own. Of storage directories, all kinds are compared by default.")
+            description = "Kind of list: services (the default), streams, networks or satellites. A list file "
+                    + "has its own kind. Storage directories are compared in all kinds by default.")
     private Kind kind;
 
     @Option(names = "--ignore", paramLabel = "FIELDS", defaultValue = "",
-            description = "Do not compare these fields, separated by commas, as in lcn,name; also unnamed_bytes (bytes "
-                    + "without a field) and order.")
+            description = "Do not compare these fields, separated by commas, such as lcn,name. Also accepted: "
+                    + "unnamed_bytes (bytes without a field) and order.")
     private String ignore;
 
     @Option(names = "--stat", description = "Print only how many records differ, and in which fields.")

@@ -31,10 +31,12 @@ import picocli.CommandLine.TypeConversionException;
 /** ./tavro dump. */
 @Command(
         name = "dump",
-        description = "Prints the bytes of records in hexadecimal, each run of bytes with its offset, field and value. "
+        description = {
+            "Prints the bytes of records in hexadecimal, each run of bytes with its offset, field and value. "
                 + "Offsets are decimal. Runs of zeros are folded.",
-        footer = {"", "The name of a file like 1,17 is written ./1,17. A list file itself says which kind it has.", "",
-            "Examples: ./tavro dump 1,17",
+            "",
+            "To dump a file with a name such as 1,17, write ./1,17."},
+        footer = {"", "Examples: ./tavro dump 1,17",
             "          ./tavro dump record.bin --kind satellites",
             "          ./tavro dump services.list --first 1"})
 final class DumpCommand implements Callable<Integer> {
@@ -52,8 +54,8 @@ final class DumpCommand implements Callable<Integer> {
     private String source;
 
     @Option(names = {"-k", "--kind"}, paramLabel = "KIND", converter = Converters.KindName.class,
-            description = "Kind of record: services, streams, networks or satellites. The default is services for a "
-                    + "stored record, and what the size of the input fits for others.")
+            description = "Kind of record: services, streams, networks or satellites. The default is services "
+                    + "for a stored record; a list file has its own kind; for other input, the size decides.")
     private Kind kind;
 
     @Option(names = "--first", paramLabel = "N", converter = Converters.Count.class,

@@ -18,16 +18,16 @@ import picocli.CommandLine.ParameterException;
 /** The options that select records through the filters of the natives. */
 final class FilterOptions {
     @Option(names = "--by-stream", paramLabel = "STREAM", converter = Converters.StreamFilter.class,
-            description = "Services of a transport stream, by its LIST,RECORD or its transport stream id.")
+            description = "Only services of this transport stream: LIST,RECORD or a transport stream id.")
     private Filter byStream;
 
     @Option(names = "--by-network", paramLabel = "ID", converter = Converters.NetworkFilter.class,
-            description = "Services or transport streams of a network id.")
+            description = "Only services or transport streams of this network id.")
     private Filter byNetwork;
 
     @Option(names = "--by-satellite", paramLabel = "SAT", converter = Converters.SatelliteFilter.class,
-            description = "Services or transport streams of a satellite, by its LIST,RECORD or a position such as "
-                    + "19.2E.")
+            description = "Only services or transport streams of this satellite: LIST,RECORD or a position such "
+                    + "as 19.2E.")
     private Filter bySatellite;
 
     /** Returns whether one of the options is given. */

@@ -35,15 +35,15 @@ final class FindCommand implements Callable<Integer> {
     @Mixin
     private HelpOption help;
 
-    @Parameters(paramLabel = "TEXT", arity = "1..*", description = "Part of a name, in any case and with or without "
-            + "accents, or a number. Of several texts, all must be found.")
+    @Parameters(paramLabel = "TEXT", arity = "1..*", description = "Part of a name, in any case and with or "
+                    + "without accents, or a number. With several texts, a record must match all of them.")
     private List<String> texts;
 
     @Mixin
     private AnyKindOption kind;
 
     @Option(names = "--first", paramLabel = "N", converter = Converters.Count.class,
-            description = "Show at most N records.")
+            description = "Print at most N records.")
     private int first = Integer.MAX_VALUE;
 
     @Option(names = "--json", description = "Print JSON.")

@@ -55,23 +55,23 @@ final class ImportCommand implements Callable<Integer> {
     private List<Path> paths = new ArrayList<>();
 
     @Option(names = "--list", paramLabel = "ID", converter = Converters.FirstList.class,
-            description = "List id of a CSV or JSON list (default: the one in the file). Of other files, the first "
-                    + "list id (default 11): terrestrial services and streams go to ID, cable to ID+1, satellites "
-                    + "with their services and streams to ID+2.")
+            description = "For CSV and JSON, the list id (default: the one in the file). For other files, the "
+                    + "first list id (default 11): terrestrial services and streams go to ID, cable to ID+1, "
+                    + "satellites with their services and streams to ID+2.")
     private Integer listId;
 
     @Option(names = {"-k", "--kind"}, paramLabel = "KIND", converter = Converters.KindName.class,
-            description = "Kind of list in a CSV file without a column kind: services, streams, networks or "
+            description = "Kind of list, for a CSV file without a kind column: services, streams, networks or "
                     + "satellites.")
     private Kind kind;
 
-    @Option(names = "--replace", description = "Remove the records that a CSV or JSON list does not have.")
+    @Option(names = "--replace", description = "Remove the records that are missing from a CSV or JSON list.")
     private boolean replace;
 
-    @Option(names = "--partial", description = "Import the rest of malformed files, instead of nothing.")
+    @Option(names = "--partial", description = "If files or lines are malformed, import the rest.")
     private boolean partial;
 
-    @Option(names = {"-n", "--dry-run"}, description = "Print what would change, and change nothing.")
+    @Option(names = {"-n", "--dry-run"}, description = "Change nothing; only print what would be done.")
     private boolean dryRun;
 
     @Override

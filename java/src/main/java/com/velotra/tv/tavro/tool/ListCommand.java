@@ -30,11 +30,12 @@ import picocli.CommandLine.Spec;
 /** ./tavro list. */
 @Command(
         name = "list",
-        description = "Prints the services, transport streams, networks or satellites of a list as a table.",
-        footer = {"",
-            "In EXPR, a column is compared with a value by = != < <= > >= or ~ (contains),",
-            "and comparisons are joined by and, or, not and parentheses.",
+        description = {
+            "Prints the services, transport streams, networks or satellites of a list as a table.",
             "",
+            "EXPR compares columns with values by = != < <= > >= or ~ (contains). Comparisons are joined by "
+                + "and, or, not and parentheses."},
+        footer = {"",
             "Examples: ./tavro list 1",
             "          ./tavro list 1 --kind streams --where 'freq>11000000 and pol=H'",
             "          ./tavro list 1 --columns lcn,name,freq --sort lcn,-name",
@@ -53,22 +54,21 @@ final class ListCommand implements Callable<Integer> {
     private KindOption of;
 
     @Option(names = "--columns", paramLabel = "NAMES",
-            description = "Columns to print, with commas between them; help lists all.")
+            description = "Columns to print, separated by commas; --columns help prints all names.")
     private String columnNames;
 
-    @Option(names = "--where", paramLabel = "EXPR", description = "Print only the records that fulfil EXPR.")
+    @Option(names = "--where", paramLabel = "EXPR", description = "Print only the records that match EXPR.")
     private String expression;
 
     @Option(names = "--sort", paramLabel = "NAMES",
-            description = "Sort by columns, with commas between them; - before a name reverses, as in "
-                    + "--sort=-freq.")
+            description = "Sort by columns, separated by commas; - before a name reverses, as in --sort=-freq.")
     private String sortNames;
 
     @Mixin
     private FilterOptions filters;
 
     @Option(names = "--first", paramLabel = "N", converter = Converters.Count.class,
-            description = "Show at most N records.")
+            description = "Print at most N records.")
     private int first = Integer.MAX_VALUE;
 
     @Option(names = "--json", description = "Print JSON.")

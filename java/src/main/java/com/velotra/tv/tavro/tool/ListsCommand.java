@@ -22,8 +22,9 @@ import picocli.CommandLine.Option;
 /** ./tavro lists. */
 @Command(
         name = "lists",
-        description = "Prints which lists the storage directory has, with the number of their records, their version "
-                + "and the time of their last change. The version increases with every change.",
+        description = {
+            "Prints the lists in the storage directory, each with its number of records, its version and the "
+                + "time of its last change. The version increases with every change."},
         footer = {"", "Examples: ./tavro lists", "          ./tavro lists --kind services --json"})
 final class ListsCommand implements Callable<Integer> {
     private static final DateTimeFormatter LOCAL = DateTimeFormatter.ofPattern("yyyy-MM-dd HH:mm:ss");

@@ -13,8 +13,9 @@ import picocli.CommandLine.Spec;
 /** ./tavro load. */
 @Command(
         name = "load",
-        description = "Replaces the records of a list by those of a list file, and creates the list if there is none. "
-                + "If the file is damaged or of another kind, the list stays as it is.",
+        description = {
+            "Replaces the records of a list with the records of a list file. The list is created if it does "
+                + "not exist. If the file is damaged or of another kind, nothing is changed."},
         footer = {"", "Examples: ./tavro load 5 services.list", "          ./tavro load 5 --kind streams streams.list"})
 final class LoadCommand implements Callable<Integer> {
     @Spec
@@ -27,7 +28,7 @@ final class LoadCommand implements Callable<Integer> {
             description = "List id, 1 to 65535.")
     private int listId;
 
-    @Parameters(index = "1", paramLabel = "FILE", description = "List file, as ./tavro store writes it.")
+    @Parameters(index = "1", paramLabel = "FILE", description = "List file, written by ./tavro store.")
     private Path file;
 
     @Mixin

@@ -26,13 +26,13 @@ import picocli.CommandLine.Spec;
 @Command(
         name = "merge",
         description = {
-            "Merges a rescan into an edited list. Records are matched by identity and then by name. New records are "
-                + "added at the end. Matched records take the values of the broadcast from the rescan, and keep their "
-                + "order, names, channel numbers, and hidden, locked and deleted flags. Records that are missing from "
-                + "the rescan are printed and kept.",
+            "Merges a rescan into an edited list. Records are matched by identity and then by name. New "
+                + "records are added at the end. Matched records take the broadcast's values from the rescan, and "
+                + "keep what a user edits: order, names, channel numbers, and hidden, locked and deleted flags. "
+                + "Records that are missing from the rescan are printed and kept.",
             "",
-            "The rescan is a list id, DIR:ID (a list of another storage directory) or a list file. Merge satellites, "
-                + "networks and streams first, so that new services find them."},
+            "The rescan is a list id, DIR:ID (a list of another storage directory) or a list file. Merge "
+                + "satellites, networks and streams before services: new services refer to them."},
         footer = {"", "Examples: ./tavro merge 1 --from 2 --dry-run",
             "          ./tavro merge 1 --from rescan.list --remove-missing"})
 final class MergeCommand implements Callable<Integer> {

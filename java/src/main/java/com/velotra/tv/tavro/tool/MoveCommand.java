@@ -21,9 +21,10 @@ import picocli.CommandLine.Spec;
 @Command(
         name = "move",
         description = {
-            "Changes the order of a list, and channel numbers. The records are put one after the other, in the order "
-                + "in which they are named. A channel number is the logical channel number of a DVB service, and the "
-                + "major channel number; services whose number changes are marked as edited (VoptChNumEdited)."},
+            "Moves records within a list, or changes channel numbers. The records are placed one after the "
+                + "other, in the order given. The channel number of a service is its major channel number and, for "
+                + "DVB, its logical channel number. Services whose number changes are marked as edited "
+                + "(VoptChNumEdited)."},
         footer = {"", "Examples: ./tavro move 1,17 1,20-25 --to 5",
             "          ./tavro move 1,17 --before 1,3 --renumber 1",
             "          ./tavro move 1,17 --number 100"})
@@ -35,7 +36,7 @@ final class MoveCommand implements Callable<Integer> {
     private HelpOption help;
 
     @Parameters(paramLabel = "LIST,RECORD", arity = "1..*", converter = Converters.Records.class,
-            description = "A record, or records of one list, such as 1,17-20.")
+            description = "Records of one list, such as 1,17 or 1,17-20.")
     private List<RecordRange> records;
 
     @Mixin
@@ -45,11 +46,11 @@ final class MoveCommand implements Callable<Integer> {
     private Where where;
 
     @Option(names = "--number", paramLabel = "N", converter = Converters.ChannelNumber.class,
-            description = "Give the first record the channel number N, and the others the following ones.")
+            description = "Number the records N, N+1 and so on.")
     private Integer number;
 
     @Option(names = "--renumber", paramLabel = "N", converter = Converters.ChannelNumber.class,
-            description = "Number the whole list, from N on, in its new order.")
+            description = "Number the whole list in its new order, starting at N.")
     private Integer renumber;
 
     @Mixin
@@ -66,7 +67,7 @@ final class MoveCommand implements Callable<Integer> {
         private RecordId before;
 
         @Option(names = "--after", paramLabel = "LIST,RECORD", converter = Converters.Record.class,
-                description = "Move behind this record.")
+                description = "Move after this record.")
         private RecordId after;
 
         @Option(names = "--first", description = "Move to the beginning of the list.")

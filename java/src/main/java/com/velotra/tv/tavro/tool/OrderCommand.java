@@ -34,14 +34,16 @@ import picocli.CommandLine.Spec;
 @Command(
         name = "order",
         description = {
-            "Takes order, channel numbers, names and flags (hidden, locked, deleted) from another list or from a "
-                + "reference file. Records are matched by identity and then by name; what does not match is printed. "
-                + "No record is dropped: those without a match follow after the others, in their old order.",
+            "Takes order, channel numbers, names and flags (hidden, locked, deleted) from another list or "
+                + "from a reference file. Records are matched by identity and then by name; unmatched records are "
+                + "printed. No record is added or dropped: records without a match follow after the others, in "
+                + "their old order.",
             "",
-            "OTHER is a list id, DIR:ID (a list of another storage directory), a list file, or a reference file (- for "
-                + "standard input) with a line NUMBER;NAME;NETWORK-STREAM-SERVICE for each service. The ids are the "
-                + "original network id, transport stream id and service id, decimal or 0x. An empty number or name "
-                + "leaves what the service has. Lines that begin with # are skipped."},
+            "OTHER is a list id, DIR:ID (a list of another storage directory), a list file, or a reference "
+                + "file (- for standard input). A reference file has one line per service: "
+                + "NUMBER;NAME;NETWORK-STREAM-SERVICE. The ids are the original network id, transport stream id "
+                + "and service id, in decimal or with 0x. If a number or name is empty, the service keeps its own. "
+                + "Lines that begin with # are skipped."},
         footer = {"", "Examples: ./tavro order 1 --from favorites.txt --dry-run",
             "          ./tavro order 1 --from 2 --only order,numbers"})
 final class OrderCommand implements Callable<Integer> {

@@ -14,7 +14,8 @@ import picocli.CommandLine.Spec;
 /** ./tavro remove. */
 @Command(
         name = "remove",
-        description = "Removes records: all that are named, or none if one does not exist.",
+        description = {
+            "Removes records. If one of them does not exist, none is removed."},
         footer = {"", "Examples: ./tavro remove 1,17 1,20-25", "          ./tavro remove 1,3 --kind networks"})
 final class RemoveCommand implements Callable<Integer> {
     @Spec
@@ -24,7 +25,7 @@ final class RemoveCommand implements Callable<Integer> {
     private HelpOption help;
 
     @Parameters(paramLabel = "LIST,RECORD", arity = "1..*", converter = Converters.Records.class,
-            description = "A record, such as 1,17, or several, such as 1,17-20.")
+            description = "A record, such as 1,17, or records, such as 1,17-20.")
     private List<RecordRange> records;
 
     @Mixin

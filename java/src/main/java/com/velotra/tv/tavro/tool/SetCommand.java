@@ -23,11 +23,11 @@ import picocli.CommandLine.Spec;
 @Command(
         name = "set",
         description = {
-            "Sets values of a record, or of several, and prints the fields that changed. All other values stay. KEY "
-                + "is a Java key, such as ServiceName, or the name of a field, such as service_id; ./tavro show "
-                + "--bytes prints both. VALUE is a number (also hexadecimal with 0x), a text, the name of a code, yes "
-                + "or no for a flag, or LIST,RECORD for a reference. If the library does not accept a value, nothing "
-                + "is changed."},
+            "Sets values of one or more records, and prints the fields that changed. All other values stay. "
+                + "KEY is a Java key, such as ServiceName, or a field name, such as service_id; ./tavro show "
+                + "--bytes prints both. VALUE is a number (decimal, or hexadecimal with 0x), a text, the name of a "
+                + "code, yes or no for a flag, or LIST,RECORD for a reference. If the library does not accept a "
+                + "value, nothing is changed."},
         footer = {"", "Examples: ./tavro set 1,17 'name=RTL 2' lcn=5", "          ./tavro set 1,20-25 VnetVisible=no",
             "          ./tavro set 2,4 --kind streams sat_polarization=2"})
 final class SetCommand implements Callable<Integer> {
@@ -38,7 +38,7 @@ final class SetCommand implements Callable<Integer> {
     private HelpOption help;
 
     @Parameters(index = "0", paramLabel = "LIST,RECORD", converter = Converters.Records.class,
-            description = "A record, or records, such as 1,17-20.")
+            description = "A record, such as 1,17, or records, such as 1,17-20.")
     private RecordRange records;
 
     @Parameters(index = "1..*", arity = "1..*", paramLabel = "KEY=VALUE", converter = Converters.KeyAndValue.class,

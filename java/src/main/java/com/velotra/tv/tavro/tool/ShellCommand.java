@@ -18,12 +18,12 @@ import picocli.CommandLine.Mixin;
 @Command(
         name = "shell",
         description = {
-            "Runs commands in one process, so that each takes a few milliseconds. A line is a command without ./tavro, "
-                + "quoted as for a POSIX shell. The Tab key completes commands, options, list and record ids, fields "
-                + "and file names; Ctrl-C drops the line, Ctrl-D ends.",
+            "Runs commands in one process, so that each takes a few milliseconds. A line is a command "
+                + "without ./tavro, quoted as for a POSIX shell. The Tab key completes commands, options, list and "
+                + "record ids, fields and file names. Ctrl-C drops the line, Ctrl-D ends the shell.",
             "",
-            "If standard input is not a terminal, reads commands from it without a prompt, and stops at the first "
-                + "one that does not exit with 0. Exits with the exit code of the last command."},
+            "If standard input is not a terminal, reads commands from it without a prompt, and stops at the "
+                + "first one that does not exit with 0. Exits with the exit code of the last command."},
         footer = {"", "Examples: ./tavro shell", "          printf 'list 1\\nshow 1,17\\n' | ./tavro shell"})
 final class ShellCommand implements Callable<Integer> {
     @Mixin

@@ -21,10 +21,13 @@ import picocli.CommandLine.Parameters;
 /** ./tavro show. */
 @Command(
         name = "show",
-        description = "Prints one service, transport stream, network or satellite, decoded field by field: numbers "
-                + "with their names and units, flag words with the keys of the flags that are set, references with the "
-                + "name of the record that they lead to.",
-        footer = {"", "Units and names are those that ./tavro import uses; docs/record-layouts.md has them all.", "",
+        description = {
+            "Prints one service, transport stream, network or satellite, field by field: numbers with their "
+                + "names and units, flag words with the keys of the flags that are set, references with the name "
+                + "of the record that they refer to.",
+            "",
+            "Units and names are as for ./tavro import; docs/record-layouts.md lists them all."},
+        footer = {"",
             "Examples: ./tavro show 1,17 --bytes", "          ./tavro show 1,3 --kind streams --hex"})
 final class ShowCommand implements Callable<Integer> {
     @Mixin
@@ -38,8 +41,8 @@ final class ShowCommand implements Callable<Integer> {
     private KindOption of;
 
     @Option(names = "--bytes",
-            description = "Also print the offset and the number of bytes of each field, its name in the C++ header and "
-                    + "its Java keys, and each flag on a line of its own.")
+            description = "Also print the offset and size of each field, its name in the C++ header, its Java "
+                    + "keys, and each flag on its own line.")
     private boolean bytes;
 
     @Option(names = "--hex", description = "Also print the record's bytes in hexadecimal.")

@@ -12,8 +12,9 @@ import picocli.CommandLine.Parameters;
 /** ./tavro store. */
 @Command(
         name = "store",
-        description = "Stores a list in a list file. An existing list file is replaced at once or not at all; a file "
-                + "of another format is not replaced.",
+        description = {
+            "Stores a list in a list file. An existing list file is replaced completely or not at all. A "
+                + "file that is not a list file is never replaced."},
         footer = {"", "Examples: ./tavro store 1 services.list",
             "          ./tavro store 1 --kind streams streams.list"})
 final class StoreCommand implements Callable<Integer> {

@@ -27,9 +27,10 @@ import picocli.CommandLine.Parameters;
 @Command(
         name = "undo",
         description = {
-            "Makes lists what they were before the last command that changed some, or before the command N and all "
-                + "later changes of the same lists. The last " + UndoHistory.MOST + " commands can be undone. Undo "
-                + "is a change, too: a second undo restores what the first has undone."},
+            "Restores the lists that the last command changed. With N, restores lists to their state before the "
+                + "command N, which also takes back all later changes of the same lists. The last "
+                + UndoHistory.MOST + " commands can be undone. Undo is itself a change: a second undo takes back "
+                + "the first."},
         footer = {"", "Examples: ./tavro undo", "          ./tavro undo --list"})
 final class UndoCommand implements Callable<Integer> {
     private static final DateTimeFormatter LOCAL = DateTimeFormatter.ofPattern("yyyy-MM-dd HH:mm:ss");
@@ -38,13 +39,13 @@ final class UndoCommand implements Callable<Integer> {
     private HelpOption help;
 
     @Parameters(paramLabel = "N", arity = "0..1", converter = Converters.ChangeNumber.class,
-            description = "Number of the command to undo, from --list. The default is the last one.")
+            description = "Number of the command, as --list prints it (default: the last one).")
     private Integer number;
 
     @Option(names = {"-l", "--list"}, description = "Print the commands that can be undone; change nothing.")
     private boolean list;
 
-    @Option(names = "--json", description = "Print them as JSON; times are in UTC.")
+    @Option(names = "--json", description = "Like --list, but as JSON; times are in UTC.")
     private boolean json;
 
     @Override

@@ -31,8 +31,8 @@ final class ViewCommand implements Callable<Integer> {
     private Path directory;
 
     @Parameters(index = "1", arity = "0..1", paramLabel = "OTHER_DIR",
-            description = "Storage directory to compare it with. The page shows this one, and marks what is new, "
-                    + "changed or gone since DIR.")
+            description = "Storage directory to compare with DIR. The page shows this directory, and marks what "
+                    + "was added, changed or removed since DIR.")
     private Path other;
 
     @Option(names = {"-o", "--output"}, paramLabel = "FILE", defaultValue = "tavro-lists.html",

@@ -35,6 +35,15 @@ class HelpTest {
         }));
     }
 
+    /** A man page has all of it under EXAMPLES. */
+    @Test
+    void afterTheOptionsAreOnlyExamples() {
+        assertEquals(List.of(), Main.tool().getSubcommands().values().stream()
+                .map(command -> String.join("\n", command.getCommandSpec().usageMessage().footer()))
+                .filter(footer -> !footer.isEmpty() && !footer.matches("\nExamples?: [^\n]+(\n          [^\n]+)*"))
+                .toList());
+    }
+
     @Test
     void everyHelpTextDescribesTheHelpOption() {
         assertEquals(List.of(), HelpTexts.commands().stream()
