@@ -65,7 +65,7 @@ final class MergeCommand implements Callable<Integer> {
     private Outcome merge(Side edited, OperandReader reader, Set<Part> taken) {
         Side rescan = reader.readList(from).side();
         if (rescan.list().isEmpty() && removeMissing) {
-            throw new Failure("the rescan is empty: nothing would be left of the list; to empty it, use "
+            throw new Failure("the rescan is empty, so all records would be removed; to empty the list, use "
                     + Shell.command() + " clean");
         }
         Merge merge = Merge.of(edited, rescan, taken, removeMissing);
@@ -88,9 +88,9 @@ final class MergeCommand implements Callable<Integer> {
     private void needIdentities(Kind kind, Map<Kind, Integer> cleared) {
         Kind identifying = kind == Kind.SERVICES ? Kind.STREAMS : Kind.SATELLITES;
         if (cleared.containsKey(identifying)) {
-            throw new Failure(Text.count(cleared.get(identifying), "new " + kind.noun()) + " in " + from
-                    + " would lose " + (kind == Kind.SERVICES ? "the transport stream" : "the satellite")
-                    + ", which the lists here do not have; merge the " + identifying + " first");
+            throw new Failure("no " + identifying.noun() + " here for "
+                    + Text.count(cleared.get(identifying), "new " + kind.noun()) + " in " + from
+                    + "; merge the " + identifying + " first");
         }
     }
 

@@ -121,7 +121,8 @@ final class OrderCommand implements Callable<Integer> {
                     + "; nothing was changed");
         }
         if (file.size() == 0) {
-            throw new Failure(source.name() + " names no service; write lines NUMBER;NAME;NETWORK-STREAM-SERVICE");
+            throw new Failure(source.name()
+                    + " does not name a service; write lines NUMBER;NAME;NETWORK-STREAM-SERVICE");
         }
         return new Named(file, source.name(), i -> Printable.of(file.text(i)));
     }

@@ -53,7 +53,7 @@ public final class Undo {
     private static void needUnchanged(UndoEntry entry, SavedList list) {
         if (entry.finished() && !NativeLists.version(list).equals(list.after())) {
             throw new Failure("another program has changed " + list + " since '" + entry.command()
-                    + "'; ./tavro undo " + entry.number() + " restores it all the same");
+                    + "'; ./tavro undo " + entry.number() + " restores it nevertheless");
         }
     }
 }

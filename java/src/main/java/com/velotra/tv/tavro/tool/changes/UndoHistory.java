@@ -44,7 +44,7 @@ public final class UndoHistory {
             }
         } catch (IOException e) {
             throw new Failure("cannot read the saved lists in " + directory + ": " + Source.reason(e)
-                    + "; move that directory away to go on without them");
+                    + "; move this directory away to continue without them");
         }
         return entries;
     }

@@ -50,7 +50,7 @@ public final class RawRecords {
     private static RecordList read(InputStream in, String name, Optional<Kind> kind) throws IOException {
         byte[] bytes = in.readNBytes(MOST + 1);
         if (bytes.length > MOST) {
-            throw new Failure(name + " has more than " + MOST + " bytes, and no list is that long");
+            throw new Failure(name + " is larger than the longest list (" + MOST + " bytes)");
         }
         if (bytes.length == 0) {
             throw new Failure(name + " is empty");
@@ -67,7 +67,7 @@ public final class RawRecords {
     private static Failure wrongSize(String name, int bytes, Optional<Kind> kind, List<Kind> fitting) {
         String hint = fitting.stream().map(one -> "--kind " + one).collect(Collectors.joining(" or "));
         if (kind.isEmpty() && !fitting.isEmpty()) {
-            return new Failure(name + " has " + bytes + " bytes, which several kinds of record fit; choose " + hint);
+            return new Failure(name + " has " + bytes + " bytes, which fit several kinds of record; choose " + hint);
         }
         String sizes = Arrays.stream(Kind.values()).map(one -> one + " " + one.recordBytes())
                 .collect(Collectors.joining(", "));

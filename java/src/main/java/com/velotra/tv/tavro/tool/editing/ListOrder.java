@@ -32,8 +32,8 @@ public final class ListOrder {
     public static Place position(int position) {
         return (list, others) -> {
             if (position < 1 || position > others.size() + 1) {
-                throw new Failure("there is no position " + position + " in " + of(list)
-                        + " for that: it must be from 1 to " + (others.size() + 1));
+                throw new Failure("position " + position + " is not in " + of(list)
+                        + ": positions are from 1 to " + (others.size() + 1));
             }
             return position - 1;
         };
@@ -57,7 +57,7 @@ public final class ListOrder {
         }
         int index = others.indexOf(anchor.get());
         if (index < 0) {
-            throw new Failure("record " + id + " is one of those to move");
+            throw new Failure("record " + id + " is itself moved; name another record");
         }
         return index;
     }

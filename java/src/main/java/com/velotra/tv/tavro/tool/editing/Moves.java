@@ -27,7 +27,7 @@ public record Moves(Optional<ListOrder.Place> place, Optional<Integer> number, O
     public String move(Kind kind, List<RecordRange> ranges, String command, boolean dryRun) {
         int listId = ranges.get(0).listId();
         if (ranges.stream().anyMatch(range -> range.listId() != listId)) {
-            throw new Failure("the records to move are in several lists; move those of each list by themselves");
+            throw new Failure("the records to move are in several lists; move the records of each list separately");
         }
         if ((number.isPresent() || renumber.isPresent()) && kind != Kind.SERVICES) {
             throw new Failure("only services have channel numbers");

@@ -63,7 +63,7 @@ public final class WholeLists {
     public static String load(Kind kind, int listId, Path file, String command, boolean dryRun) {
         RecordList content = ListFile.read(file);
         if (content.kind() != kind) {
-            throw new Failure(Printable.of(file.toString()) + " is the file of a " + content.kind().noun()
+            throw new Failure(Printable.of(file.toString()) + " contains a " + content.kind().noun()
                     + " list; load it with --kind " + content.kind());
         }
         RecordList list = RecordList.of(kind, listId, content.name(), content.bytes());

@@ -44,7 +44,7 @@ public final class ListTablesImport {
         for (ListTable table : tables) {
             Key key = key(table);
             if (!keys.add(key)) {
-                throw new Failure("there is more than one list for " + key.kind.noun() + " list " + key.listId
+                throw new Failure("the files have more than one list for " + key.kind.noun() + " list " + key.listId
                         + "; import one after the other");
             }
         }

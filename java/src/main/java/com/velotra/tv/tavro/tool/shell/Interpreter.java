@@ -104,7 +104,7 @@ public final class Interpreter {
             needNothing(words.subList(1, words.size()));
             help(words.get(1));
         } else if (first.equals("shell")) {
-            throw new Failure("this is the shell already");
+            throw new Failure("the shell is already running");
         } else if (ofScript) {
             throw new Failure(first + " does not run in the shell; use " + tool.self() + " " + first);
         } else if (!commands.containsKey(first) && !first.startsWith("-")) {

@@ -266,7 +266,7 @@ class DiffCommandTest {
         assertFails(odd + " is neither a list file nor a file of network records: its 100 bytes are not a whole number "
                 + "of records (services 552, streams 724, networks 304, satellites 412 bytes)\n",
                 odd, odd, "-k", "networks");
-        assertFails(ambiguous + " has 167808 bytes, which several kinds of record fit; choose --kind services or "
+        assertFails(ambiguous + " has 167808 bytes, which fit several kinds of record; choose --kind services or "
                 + "--kind networks\n",
                 ambiguous, "1");
         assertTrue(diff("9", "1").err().startsWith("tavro: no service list 9 in "));

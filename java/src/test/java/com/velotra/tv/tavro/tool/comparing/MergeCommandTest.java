@@ -155,8 +155,8 @@ class MergeCommandTest {
         String other = folder.resolve("other").toString();
         List<String> copy = List.of("cp", "-r", System.getenv("TAVRO_HOME"), other);
         assertEquals(0, ToolProcess.run(copy, folder, folder.resolve("out"), Map.of()));
-        assertFails(1, "tavro: 1 new service in " + other + ":2 would lose the transport stream, which the lists here "
-                + "do not have; merge the streams first\n", "merge", "1", "--from", other + ":2");
+        assertFails(1, "tavro: no transport stream here for 1 new service in " + other
+                + ":2; merge the streams first\n", "merge", "1", "--from", other + ":2");
         assertEquals("1 added, 1 equal\n", tool("merge", "1", "-k", "streams", "--from", other + ":2").out());
         assertEquals(0, tool("merge", "1", "--from", other + ":2").exit());
         assertEquals(new Sample(1).service(4, "New", 2, 104, "lcn=2").list(Kind.SERVICES).get(0), list().get(3));
@@ -201,15 +201,15 @@ class MergeCommandTest {
                 + "not number;name;network-stream-service\ntavro: 2 bad lines in " + bad + "; nothing was changed\n",
                 "order", "1", "--from", bad);
         assertFails(1, "tavro: " + file("# none\n")
-                + " names no service; write lines NUMBER;NAME;NETWORK-STREAM-SERVICE\n",
+                + " does not name a service; write lines NUMBER;NAME;NETWORK-STREAM-SERVICE\n",
                 "order", "1", "--from", file("# none\n"));
         assertFails(1, "tavro: cannot read nope: no such file or folder\n", "order", "1", "--from", "nope");
         assertFails(1, "tavro: a reference file names services; to order streams, use --from with a list\n",
                 "order", "1", "-k", "streams", "--from", bad);
         assertFails(1, "tavro: '1,2' is not a list; name a list id, DIR:ID or a list file\n",
                 "merge", "1", "--from", "1,2");
-        assertFails(1, "tavro: the rescan is empty: nothing would be left of the list; "
-                + "to empty it, use ./tavro clean\n",
+        assertFails(1, "tavro: the rescan is empty, so all records would be removed; "
+                + "to empty the list, use ./tavro clean\n",
                 "merge", "1", "--remove-missing", "--from", listFile(new Sample(3).list(Kind.SERVICES)));
         assertFails(2, "tavro: order: unknown part 'lcn': use order, numbers, names, flags\n"
                 + "See: ./tavro order --help\n", "order", "1", "--from", "2", "--only", "names,lcn");

@@ -151,7 +151,7 @@ class DumpTest {
         assertEquals(new Result(0, "standard input, 1 network of 304 bytes\n\nnetwork 7\n" + NETWORK, ""),
                 withInput(network(), "dump", "-"));
         String file = file(new byte[412 * 76]);
-        assertEquals(new Result(1, "", "tavro: " + file + " has 31312 bytes, which several kinds of record fit; choose "
+        assertEquals(new Result(1, "", "tavro: " + file + " has 31312 bytes, which fit several kinds of record; choose "
                 + "--kind networks or --kind satellites\n"), ToolProcess.runHere("dump", file));
     }
 

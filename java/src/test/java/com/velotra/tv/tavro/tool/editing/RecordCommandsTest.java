@@ -126,13 +126,14 @@ class RecordCommandsTest {
 
     @Test
     void moveReportsPlacesThatDoNotExist() {
-        assertEquals(failed("there is no position 5 in service list 1 for that: it must be from 1 to 4"),
+        assertEquals(failed("position 5 is not in service list 1: positions are from 1 to 4"),
                 runHere("move", "1,1", "1,2", "--to", "5"));
-        assertEquals(failed("record 1,2 is one of those to move"), runHere("move", "1,1-3", "--after", "1,2"));
+        assertEquals(failed("record 1,2 is itself moved; name another record"),
+                runHere("move", "1,1-3", "--after", "1,2"));
         assertEquals(failed("service list 1 has no record 8"), runHere("move", "1,1", "--after", "1,8"));
         assertEquals(failed("record 2,1 is in another list than the records to move"),
                 runHere("move", "1,1", "--after", "2,1"));
-        assertEquals(failed("the records to move are in several lists; move those of each list by themselves"),
+        assertEquals(failed("the records to move are in several lists; move the records of each list separately"),
                 runHere("move", "1,1", "2,1", "--first"));
         assertEquals(failed(UNKNOWN_LIST), runHere("move", "9,1", "--first"));
         assertEquals(wrong("move", "say where to: one of --to, --before, --after, --first, --last, --number and "

@@ -96,7 +96,7 @@ class WholeListCommandsTest {
         VltTvNetworkList.getInstance().open(1);
         Path networks = folder.resolve("networks");
         runHere("store", "1", "-k", "networks", networks.toString());
-        assertEquals(failed(networks + " is the file of a network list; load it with --kind networks"),
+        assertEquals(failed(networks + " contains a network list; load it with --kind networks"),
                 runHere("load", "1", networks.toString()));
         assertArrayEquals(before, bytes(Kind.SERVICES, 1));
         assertEquals(List.of(), undoable());
@@ -187,7 +187,7 @@ class WholeListCommandsTest {
         runHere("clean", "1");
         SERVICES.add(1, new VltTvChannelInfoBase().setServiceName("Nuovo"));
         assertEquals(failed("another program has changed service list 1 since 'clean 1'; ./tavro undo 1 restores it "
-                + "all the same"), runHere("undo"));
+                + "nevertheless"), runHere("undo"));
         assertEquals(List.of("1 Nuovo"), names(1));
         runHere("undo", "1");
         assertEquals(List.of("1 Uno", "2 Due", "3 Tre"), names(1));
@@ -233,7 +233,7 @@ class WholeListCommandsTest {
         Result damaged = runHere("undo");
         assertEquals(1, damaged.exit());
         assertEquals("tavro: cannot read the saved lists in " + manifest.getParent().getParent() + ": damaged line in "
-                + manifest + "; move that directory away to go on without them\n", damaged.err());
+                + manifest + "; move this directory away to continue without them\n", damaged.err());
         assertEquals(done("service list 2: 0 services copied from list 1\n"), runHere("copy", "1", "2"));
     }
 

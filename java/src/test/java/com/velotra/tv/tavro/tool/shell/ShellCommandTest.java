@@ -59,7 +59,7 @@ class ShellCommandTest {
         refused("unknown command 'frobnicate'", "frobnicate");
         refused("the quote \" is not closed", "show \"1,1");
         refused("build does not run in the shell; use ./tavro build", "build arm");
-        refused("this is the shell already", "shell");
+        refused("the shell is already running", "shell");
         refused("exit: unexpected argument '3'", "exit 3");
         refused("unknown command 'lsit'; did you mean 'list'?", "help lsit");
         refused("list: unexpected argument 'me'", "help list me");
