@@ -15,7 +15,7 @@ import java.util.function.Function;
 import java.util.function.Supplier;
 
 /**
- * A command that changes lists of the storage directory, wholly or not at all. Other commands that change lists wait
+ * A command that changes lists of the storage directory, all or nothing. Other commands that change lists wait
  * meanwhile. Every list is saved before its first change, so that the command can be undone: when it throws, at once;
  * otherwise by {@code ./tavro undo}, also when the process was killed. A command that leaves all versions as they were
  * leaves nothing to undo.

@@ -6,7 +6,7 @@ import java.nio.file.Path;
 import java.util.List;
 import java.util.OptionalInt;
 
-/** Makes lists what they were before a command. This is a change, too, and can be undone. */
+/** Restores the lists that a command changed. This is itself a change, and can be undone. */
 public final class Undo {
     private Undo() {}
 

@@ -5,7 +5,7 @@ import com.velotra.tv.tavro.tool.records.Layout;
 import com.velotra.tv.tavro.tool.records.Record;
 import com.velotra.tv.tavro.tool.records.RecordList;
 
-/** How records are called in texts for people. */
+/** Names of records in texts for people. */
 public final class Titles {
     private Titles() {}
 

@@ -18,7 +18,7 @@ import java.util.OptionalInt;
 import java.util.Set;
 import java.util.function.BiFunction;
 
-/** Brings lists of the storage to what tables say. */
+/** Changes stored lists to the records in imported tables. */
 public final class ListTablesImport {
     private record Key(Kind kind, int listId) {}
 

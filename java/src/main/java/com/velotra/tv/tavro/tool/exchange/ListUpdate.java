@@ -16,7 +16,7 @@ import java.util.List;
 import java.util.Optional;
 
 /**
- * What the rows of a table make of a list. The records of the rows come first, in the order of the rows; the other
+ * Applies the rows of a table to a list. The records of the rows come first, in the order of the rows; the other
  * records of the list follow, or are removed. Nothing is stored here.
  */
 final class ListUpdate {

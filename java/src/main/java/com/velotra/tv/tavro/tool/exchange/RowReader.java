@@ -8,7 +8,7 @@ import com.velotra.tv.tavro.tool.records.Layout;
 import com.velotra.tv.tavro.tool.records.Record;
 import java.util.List;
 
-/** Makes records of the rows of a table. */
+/** Converts the rows of a table to records. */
 final class RowReader {
     /** Receives what is wrong with the value of a column. */
     interface Problems {

@@ -3,7 +3,7 @@ package com.velotra.tv.tavro.tool.matching;
 import com.velotra.tv.tavro.tool.records.Record;
 import com.velotra.tv.tavro.tool.records.RecordList;
 
-/** What a list takes order, numbers, names and flags from: entries, each for one record. */
+/** The entries, each for one record, from which a list takes order, numbers, names and flags. */
 public interface Guide {
     /** Returns the number of entries. */
     int size();

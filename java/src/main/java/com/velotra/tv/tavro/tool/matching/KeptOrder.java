@@ -1,6 +1,6 @@
 package com.velotra.tv.tavro.tool.matching;
 
-/** The pairs that need not move: the most pairs that have the same order in both lists. */
+/** The pairs that need not move: the largest set of pairs that have the same order in both lists. */
 final class KeptOrder {
     private KeptOrder() {}
 

@@ -18,7 +18,7 @@ import java.util.regex.Pattern;
  * A text file with the order, numbers and names of services, one per line: {@code number;name;network-stream-service}.
  *
  * <p>The ids are the original network id, transport stream id and service id, each decimal or hexadecimal with 0x. An
- * empty number or name leaves that of the service; without ids, the name finds the service. Empty lines and lines that
+ * empty number or name keeps the old value; without ids, the name finds the service. Empty lines and lines that
  * begin with # are skipped. A name may contain semicolons.
  */
 public final class ReferenceFile implements Guide {
