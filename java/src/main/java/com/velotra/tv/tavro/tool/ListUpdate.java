@@ -1,5 +1,6 @@
 package com.velotra.tv.tavro.tool;
 
+import com.velotra.tv.tavro.tool.changes.CalledCommand;
 import com.velotra.tv.tavro.tool.changes.Change;
 import com.velotra.tv.tavro.tool.comparing.DifferenceJson;
 import com.velotra.tv.tavro.tool.comparing.DifferenceText;
@@ -68,8 +69,9 @@ final class ListUpdate {
         } else {
             Access.readWrite();
         }
+        Preconditions.needList(kind(), listId);
         OperandReader reader = new OperandReader(Optional.of(kind()));
-        String command = spec.name() + " " + String.join(" ", spec.commandLine().getParseResult().originalArgs());
+        String command = CalledCommand.of(spec);
         Done done = Preconditions.withLibrary(() -> dryRun.on()
                 ? make(StoredLists.read(kind(), listId), reader, body)
                 : Change.make(command, change -> {

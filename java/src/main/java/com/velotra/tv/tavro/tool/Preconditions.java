@@ -5,15 +5,12 @@ import com.velotra.tv.tavro.tool.records.Kind;
 import com.velotra.tv.tavro.tool.storage.ListEntry;
 import com.velotra.tv.tavro.tool.storage.Snapshot;
 import com.velotra.tv.tavro.tool.storage.Storage;
+import com.velotra.tv.tavro.tool.storage.StoredLists;
 import java.nio.file.Path;
-import java.util.List;
 import java.util.function.Supplier;
-import java.util.stream.Collectors;
 
 /** Checks before a command uses the library. A failed check throws {@link Failure}, whose message says what to do. */
 final class Preconditions {
-    private static final int MOST_NAMED = 10; // lists in a message
-
     private Preconditions() {}
 
     /** Calls the library. A library that cannot be loaded is a failure, not a bug. */
@@ -38,26 +35,13 @@ final class Preconditions {
         needDirectory(directory);
         try (Snapshot snapshot = Snapshot.open(directory)) {
             if (snapshot.entry(kind, listId).isEmpty()) {
-                throw new Failure("no " + kind.noun() + " list " + listId + " in " + directory + "; it has "
-                        + named(kind, snapshot.lists()));
+                throw StoredLists.missing(kind, listId, directory, snapshot.lists());
             }
         }
         if (!withLibrary(kind::lists).exists(listId)) {
             throw new Failure(kind.noun() + " list " + listId + " in " + directory
                     + " cannot be opened; see the log line of TavroHost");
         }
-    }
-
-    /** The lists of a kind, as in "service lists 11, 13". */
-    private static String named(Kind kind, List<ListEntry> entries) {
-        List<Integer> lists =
-                entries.stream().filter(list -> list.kind() == kind).map(ListEntry::listId).toList();
-        if (lists.isEmpty()) {
-            return "none; " + Shell.command() + " import makes some";
-        }
-        return kind.noun() + (lists.size() == 1 ? " list " : " lists ")
-                + lists.stream().limit(MOST_NAMED).map(String::valueOf).collect(Collectors.joining(", "))
-                + (lists.size() > MOST_NAMED ? ", …" : "");
     }
 
     /** Checks that a list which the natives return without records is empty. They also do so if it cannot be read. */

@@ -22,7 +22,6 @@ import java.util.Map;
 import java.util.Optional;
 import java.util.regex.Matcher;
 import java.util.regex.Pattern;
-import java.util.stream.Collectors;
 
 /**
  * Reads what a command is to compare. The user names it in one of these forms:
@@ -39,7 +38,6 @@ public final class OperandReader {
             + "or a storage directory";
 
     private static final Pattern STORED = Pattern.compile("(?:(.*):)?([0-9]{1,5})(?:,([0-9]{1,5}))?", Pattern.DOTALL);
-    private static final int MOST_NAMED = 10; // lists in a message
 
     private final Optional<Kind> kind;
     private final Map<Path, Companions> companions = new HashMap<>();
@@ -118,13 +116,8 @@ public final class OperandReader {
 
     private static RecordList snapshot(Path directory, Kind kind, int listId) {
         try (Snapshot snapshot = Snapshot.open(directory)) {
-            return snapshot.list(kind, listId).orElseThrow(() -> {
-                List<String> ids = snapshot.lists().stream().filter(list -> list.kind() == kind)
-                        .map(list -> String.valueOf(list.listId())).toList();
-                return new Failure("no " + kind.noun() + " list " + listId + " in " + directory + "; it has "
-                        + (ids.isEmpty() ? "none" : ids.stream().limit(MOST_NAMED).collect(Collectors.joining(", "))
-                        + (ids.size() > MOST_NAMED ? ", …" : "")));
-            });
+            return snapshot.list(kind, listId)
+                    .orElseThrow(() -> StoredLists.missing(kind, listId, directory, snapshot.lists()));
         }
     }
 

@@ -10,6 +10,8 @@ import java.util.List;
 
 /** The lists of the storage directory that the library uses. */
 public final class StoredLists {
+    private static final int MOST_NAMED = 10; // lists in a message
+
     private StoredLists() {}
 
     /** Returns all lists, by kind and id. */
@@ -29,13 +31,24 @@ public final class StoredLists {
         Path directory = Storage.directory();
         try (Snapshot snapshot = Snapshot.open(directory)) {
             ListEntry entry = snapshot.entry(kind, listId).orElseThrow(() ->
-                    new Failure("no " + kind.noun() + " list " + listId + " in " + directory));
+                    missing(kind, listId, directory, snapshot.lists()));
             return switch (kind) {
                 case SERVICES -> fromNative(entry, VltTvChannelList.getInstance().getAllBytes(listId));
                 case STREAMS -> fromNative(entry, VltTvTransportStreamList.getInstance().getAllBytes(listId));
                 default -> snapshot.list(kind, listId).orElseThrow();
             };
         }
+    }
+
+    /** A list that a storage directory does not have; the message names those that it has. */
+    public static Failure missing(Kind kind, int listId, Path directory, List<ListEntry> lists) {
+        List<String> ids = lists.stream().filter(list -> list.kind() == kind)
+                .map(list -> String.valueOf(list.listId())).toList();
+        String named = ids.isEmpty() ? "none; " + System.getProperty("tavro.command", "./tavro") + " import makes some"
+                : kind.noun() + (ids.size() == 1 ? " list " : " lists ")
+                        + String.join(", ", ids.subList(0, Math.min(ids.size(), MOST_NAMED)))
+                        + (ids.size() > MOST_NAMED ? ", …" : "");
+        return new Failure("no " + kind.noun() + " list " + listId + " in " + directory + "; it has " + named);
     }
 
     /** The natives return a list that cannot be read without records. */

@@ -246,6 +246,7 @@ class ChangeTest {
     void aMissingListCannotBeRead() {
         Failure failure = assertThrows(Failure.class,
                 () -> Change.make("test", change -> change.read(Kind.SATELLITES, 9)));
-        assertEquals("no satellite list 9 in " + Storage.directory(), failure.getMessage());
+        assertEquals("no satellite list 9 in " + Storage.directory() + "; it has none; ./tavro import makes some",
+                failure.getMessage());
     }
 }

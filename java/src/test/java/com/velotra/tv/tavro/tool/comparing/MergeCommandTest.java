@@ -1,7 +1,7 @@
 package com.velotra.tv.tavro.tool.comparing;
 
 import static org.junit.jupiter.api.Assertions.assertEquals;
-import static org.junit.jupiter.api.Assertions.assertTrue;
+import static org.junit.jupiter.api.Assertions.assertFalse;
 
 import com.velotra.tv.tavro.tool.ToolProcess;
 import com.velotra.tv.tavro.tool.ToolProcess.Result;
@@ -195,6 +195,23 @@ class MergeCommandTest {
     }
 
     @Test
+    void mergeDoesNotCreateAMissingStorageDirectory() throws Exception {
+        Path missing = folder.resolve("missing");
+        assertEquals(new Result(1, "", "tavro: cannot read the storage directory " + missing
+                + ": no such directory; set TAVRO_HOME to the one that holds your lists\n"),
+                ToolProcess.run(folder, Map.of("TAVRO_HOME", missing.toString()), "merge", "1", "--from", "2"));
+        assertFalse(Files.exists(missing));
+    }
+
+    @Test
+    void undoPrintsTheWordsOfMergeAndOrderQuoted() throws Exception {
+        Path file = Files.writeString(folder.resolve("my reference"), "9;ZDF;\n");
+        tool("order", "1", "--from", file.toString());
+        assertEquals(new Result(0, "undone: order 1 --from '" + file + "'\n  service list 1: restored\n", ""),
+                tool("undo"));
+    }
+
+    @Test
     void badInputIsNamedAndChangesNothing() throws Exception {
         String bad = file("1;ZDF;8468-1-103\nx;ZDF;\nZDF\n");
         assertFails(1, "  " + bad + ":2: channel number 'x' is not a number from 0 to 16383\n  " + bad + ":3: 'ZDF' is "
@@ -218,9 +235,10 @@ class MergeCommandTest {
         assertFails(2, "tavro: merge: Missing required option: '--from=OTHER'\nSee: ./tavro merge --help\n",
                 "merge", "1");
         for (String command : List.of("merge", "order")) {
-            assertFails(1, "tavro: no service list 9 in " + System.getenv("TAVRO_HOME") + "\n",
-                    command, "9", "--from", "2");
-            assertTrue(tool(command, "1", "--from", "9").err().startsWith("tavro: no service list 9 in "));
+            String missing = "tavro: no service list 9 in " + System.getenv("TAVRO_HOME")
+                    + "; it has service lists 1, 2\n";
+            assertFails(1, missing, command, "9", "--from", "2");
+            assertFails(1, missing, command, "1", "--from", "9");
         }
     }
 }
