@@ -30,6 +30,9 @@ endfunction()
 function(tavro_compile_together TARGET)
     set_source_files_properties(${ARGN} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
     set_target_properties(${TARGET} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 10)
-    # GCC takes the tests for headers, because the sources that it compiles include them.
-    target_compile_options(${TARGET} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+        # GCC takes the tests for headers, because the sources that it compiles include them.
+        set_target_properties(${TARGET} PROPERTIES
+            UNITY_BUILD_CODE_BEFORE_INCLUDE "#pragma GCC diagnostic ignored \"-Wsubobject-linkage\"")
+    endif()
 endfunction()

@@ -64,7 +64,7 @@ Obstacle find_obstacle(const SqlError& error) {
     if (error.code() == SQLITE_FULL || is_disk_full(error.system_error())) {
         return {error.path(), ENOSPC};
     }
-    const Obstacle refused = find_refused_file(error.path(), R_OK | W_OK);
+    Obstacle refused = find_refused_file(error.path(), R_OK | W_OK);
     if (refused.error != 0) {
         return refused;
     }

@@ -31,7 +31,7 @@ jobject returned(JNIEnv* env, jobject result) {
 
 jbyteArray new_array(JNIEnv* env, const void* bytes, std::size_t count) {
     const auto size = static_cast<jsize>(count);
-    const jbyteArray array = checked(env->NewByteArray(size));
+    jbyteArray array = checked(env->NewByteArray(size));
     env->SetByteArrayRegion(array, 0, size, static_cast<const jbyte*>(bytes));
     return array;
 }
@@ -90,7 +90,7 @@ jobject to_java(JNIEnv* env, const JavaList& list) {
 }
 
 jobjectArray to_java(JNIEnv* env, const std::vector<host::ListEntry>& lists) {
-    const jobjectArray array = checked(env->NewObjectArray(static_cast<jsize>(lists.size()), list_class, nullptr));
+    jobjectArray array = checked(env->NewObjectArray(static_cast<jsize>(lists.size()), list_class, nullptr));
     jsize index = 0;
     for (const host::ListEntry& list : lists) {
         const JavaList row{list.list.kind, list.list.list_id, list.name,

@@ -35,7 +35,9 @@ const Kind& kind_of(jint number) {
     return *kind;
 }
 
-Snapshot& snapshot_of(jlong handle) { return *reinterpret_cast<Snapshot*>(static_cast<std::intptr_t>(handle)); }
+Snapshot& snapshot_of(jlong handle) {
+    return *reinterpret_cast<Snapshot*>(static_cast<std::intptr_t>(handle)); // NOLINT(performance-no-int-to-ptr)
+}
 
 // The handle of a new snapshot; closeSnapshot takes it back.
 jlong open_snapshot(JNIEnv* env, jclass, jbyteArray directory) {
