@@ -180,6 +180,12 @@ class ScaleTest {
         assertTrue(seconds < 3, seconds + " s");
     }
 
+    @Test
+    void anAddToAFullListSaysSo() {
+        assertEquals(new Result(1, "", "tavro: service list " + LARGE + " is full: it has a record with each id\n"),
+                ToolProcess.runHere("add", Integer.toString(LARGE), "name=Last"));
+    }
+
     /** A list file of the same services in reverse order, half of them with another number. */
     private static String other(int listId) {
         List<Record> services = StoredLists.read(Kind.SERVICES, listId);

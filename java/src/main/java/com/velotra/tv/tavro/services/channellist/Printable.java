@@ -4,14 +4,15 @@ import java.util.regex.Pattern;
 
 /** Text that a terminal shows without obeying it. */
 public final class Printable {
-    // C0 with DEL and C1; the separators of lines and paragraphs.
-    private static final Pattern CONTROL = Pattern.compile("[\\p{Cc}\\p{Zl}\\p{Zp}]");
+    // C0 with DEL and C1; the separators of lines and paragraphs; what turns the direction of the rest of a line.
+    private static final Pattern CONTROL =
+            Pattern.compile("[\\p{Cc}\\p{Zl}\\p{Zp}\\x{202A}-\\x{202E}\\x{2066}-\\x{2069}]");
 
     private Printable() {}
 
     /**
-     * Returns the text on one line, with a dot for every control character and line separator. Texts from broadcasts
-     * and files must neither control the terminal nor look like several lines.
+     * Returns the text on one line, with a dot for every control character, line separator and turn of the text's
+     * direction. Texts from broadcasts and files must neither control the terminal nor look like several lines.
      */
     public static String of(String text) {
         for (int i = 0; i < text.length(); i++) {

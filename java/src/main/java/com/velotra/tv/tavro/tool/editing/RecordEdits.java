@@ -97,6 +97,7 @@ public final class RecordEdits {
     private static RecordId addNew(Kind kind, int listId, List<Assignment> values) {
         KeyedValues object = NativeObjects.empty(kind);
         Edit edit = Edit.of("the new " + kind.noun(), Record.of(kind, new byte[kind.recordBytes()]), object, values);
+        freeId(StoredLists.read(kind, listId)); // the natives do not say that a list is full
         RecordId id = NativeObjects.add(listId, object);
         edit.check(StoredLists.read(kind, listId).byId(id.recordId()).orElseThrow());
         return id;

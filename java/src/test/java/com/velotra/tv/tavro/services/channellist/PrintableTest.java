@@ -16,7 +16,8 @@ class PrintableTest {
             StringBuilder text = new StringBuilder("a");
             StringBuilder expected = new StringBuilder("a");
             for (int c = first; c < first + step; c++) {
-                boolean control = c < 0x20 || c >= 0x7F && c <= 0x9F || c == 0x2028 || c == 0x2029;
+                boolean control = c < 0x20 || c >= 0x7F && c <= 0x9F || c == 0x2028 || c == 0x2029
+                        || c >= 0x202A && c <= 0x202E || c >= 0x2066 && c <= 0x2069;
                 text.appendCodePoint(c);
                 expected.appendCodePoint(control ? '·' : c);
             }
