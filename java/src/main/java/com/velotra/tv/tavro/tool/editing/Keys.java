@@ -1,10 +1,6 @@
 package com.velotra.tv.tavro.tool.editing;
 
 import com.velotra.tv.tavro.services.channellist.KeyedValues;
-import com.velotra.tv.tavro.services.channellist.VltTvChannelInfoBase;
-import com.velotra.tv.tavro.services.channellist.VltTvNetworkInfoBase;
-import com.velotra.tv.tavro.services.channellist.VltTvSatelliteInfoBase;
-import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamInfoBase;
 import com.velotra.tv.tavro.tool.records.Kind;
 import java.lang.reflect.Method;
 import java.util.Arrays;
@@ -33,12 +29,7 @@ final class Keys {
     }
 
     static Keys of(Kind kind) {
-        return switch (kind) {
-            case SERVICES -> new Keys(VltTvChannelInfoBase.class);
-            case STREAMS -> new Keys(VltTvTransportStreamInfoBase.class);
-            case NETWORKS -> new Keys(VltTvNetworkInfoBase.class);
-            case SATELLITES -> new Keys(VltTvSatelliteInfoBase.class);
-        };
+        return new Keys(NativeObjects.empty(kind).getClass());
     }
 
     private static String lower(String key) {

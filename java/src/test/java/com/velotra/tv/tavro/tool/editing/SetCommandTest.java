@@ -10,9 +10,11 @@ import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertFalse;
 
 import com.velotra.tv.tavro.tool.ToolProcess.Result;
+import com.velotra.tv.tavro.tool.changes.Change;
 import com.velotra.tv.tavro.tool.records.Field;
 import com.velotra.tv.tavro.tool.records.Kind;
 import com.velotra.tv.tavro.tool.records.Layout;
+import com.velotra.tv.tavro.tool.records.RecordList;
 import com.velotra.tv.tavro.tool.storage.Storage;
 import com.velotra.tv.tavro.tool.storage.StoredLists;
 import java.io.IOException;
@@ -165,6 +167,7 @@ class SetCommandTest {
                 runHere("set", "1,1-4", "lcn=5"));
         assertArrayEquals(before, bytes(Kind.SERVICES, 1));
         assertEquals(2, undoable().size());
+        assertEquals(0, runHere("set", "1,4", "lcn=5", "broadcast_type=DVB").exit());
     }
 
     @Test
@@ -245,6 +248,19 @@ class SetCommandTest {
         assertEquals(List.of("1 Uno", "2 Due", "3 Tre", "4 Due", "5 Due bis"), names(1));
         assertEquals(done("2,1\n"), runHere("add", "2", "--create", "--copy", "1,2"));
         assertEquals(List.of("1 Due"), names(2));
+    }
+
+    @Test
+    void aCopyGetsTheLowestFreeIdIfTheHighestIsTaken() {
+        Field recordId = Layout.of(Kind.SERVICES).field("record_id").orElseThrow();
+        RecordList list = StoredLists.read(Kind.SERVICES, 1);
+        Change.make("test", change -> {
+            change.replace(RecordList.of(Kind.SERVICES, 1, list.name(),
+                    List.of(list.get(0), list.get(2), list.get(1).with(recordId, "65534"))));
+            return null;
+        });
+        assertEquals(done("1,2\n"), runHere("add", "1", "--copy", "1,65534"));
+        assertEquals(List.of("1 Uno", "3 Tre", "65534 Due", "2 Due"), names(1));
     }
 
     @Test

@@ -73,7 +73,7 @@ class WholeListCommandsTest {
     }
 
     @Test
-    void storeReportsMissingListsAndFolders() {
+    void storeReportsMissingListsAndFolders() throws Exception {
         assertEquals(failed("no service list 9 in " + Storage.directory() + "; it has service list 1"),
                 runHere("store", "9", folder.resolve("list").toString()));
         Path missing = folder.resolve("no/list");
@@ -81,7 +81,10 @@ class WholeListCommandsTest {
                 runHere("store", "1", missing.toString()));
         assertEquals(failed("cannot write " + folder + ": it is a directory"),
                 runHere("store", "1", folder.toString()));
-        assertEquals(failed("cannot write /dev/full: it is not a regular file"), runHere("store", "1", "/dev/full"));
+        Path pipe = folder.resolve("pipe");
+        assertEquals(0, new ProcessBuilder("mkfifo", pipe.toString()).start().waitFor());
+        assertEquals(failed("cannot write " + pipe + ": it is not a regular file"),
+                runHere("store", "1", pipe.toString()));
         assertEquals(2, runHere("store", "0", "x").exit());
         assertEquals(2, runHere("store", "1").exit());
     }
