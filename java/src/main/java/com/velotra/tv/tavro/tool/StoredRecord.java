@@ -23,7 +23,7 @@ final class StoredRecord {
      * Reads a record: services and transport streams through the natives, networks and satellites from the storage,
      * because the natives return these as objects.
      *
-     * @throws Failure if there is no such list or record; it says which lists there are
+     * @throws Failure if the list or the record does not exist; it names the lists that exist
      */
     static Record read(Kind kind, RecordId id) {
         Preconditions.needList(kind, id.listId());

@@ -182,7 +182,7 @@ class ScaleTest {
 
     @Test
     void anAddToAFullListSaysSo() {
-        assertEquals(new Result(1, "", "tavro: service list " + LARGE + " is full: it has a record with each id\n"),
+        assertEquals(new Result(1, "", "tavro: service list " + LARGE + " is full: no record id is free\n"),
                 ToolProcess.runHere("add", Integer.toString(LARGE), "name=Last"));
     }
 

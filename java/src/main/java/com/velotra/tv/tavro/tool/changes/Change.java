@@ -92,7 +92,7 @@ public final class Change {
      * Returns the records of a list that is about to be changed. {@link #save} and {@link #replace} then fail if
      * another program has changed it in the meantime.
      *
-     * @throws Failure if there is no such list
+     * @throws Failure if the list does not exist
      */
     public RecordList read(Kind kind, int listId) {
         if (find(read, kind, listId).isEmpty()) {

@@ -20,7 +20,7 @@ import java.util.OptionalLong;
 final class NativeLists {
     private NativeLists() {}
 
-    /** Returns the version of a list; empty if there is no such list. */
+    /** Returns the version of a list; empty if the list does not exist. */
     static OptionalLong version(SavedList list) {
         try (Snapshot snapshot = Snapshot.open(Storage.directory())) {
             return snapshot.entry(list.kind(), list.listId()).map(now -> OptionalLong.of(now.version()))

@@ -9,7 +9,7 @@ import java.util.OptionalLong;
  * @param kind its kind
  * @param listId its id
  * @param before its version when it was saved; empty if there was no such list
- * @param after its version after the command; empty if there is no such list then, or if the command has not finished
+ * @param after its version after the command; empty if the list does not exist then, or if the command has not finished
  */
 public record SavedList(Kind kind, int listId, OptionalLong before, OptionalLong after) {
     /** Returns whether there was such a list. */

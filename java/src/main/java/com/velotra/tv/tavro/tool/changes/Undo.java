@@ -22,8 +22,8 @@ public final class Undo {
      * Undoes a command.
      *
      * @param number of the command; empty for the last one
-     * @throws Failure if there is no such command; if without a number, another program has changed a list since; or if
-     *     a list cannot be restored: then all lists stay as they are
+     * @throws Failure if the command does not exist; if without a number, another program has changed a list since; or
+     *     if a list cannot be restored: then all lists stay as they are
      */
     public static Done undo(OptionalInt number) {
         Path directory = Storage.directory();

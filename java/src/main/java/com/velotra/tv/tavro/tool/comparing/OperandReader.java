@@ -50,7 +50,7 @@ public final class OperandReader {
     /**
      * Reads an operand.
      *
-     * @throws Failure if there is no such thing, or it cannot be read
+     * @throws Failure if it does not exist or cannot be read
      */
     public Operand read(String text) {
         Matcher stored = STORED.matcher(text);

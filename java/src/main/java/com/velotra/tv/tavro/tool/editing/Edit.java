@@ -68,7 +68,7 @@ final class Edit {
      *
      * @param what names the record in messages
      * @param before the record, or zeros for a new one
-     * @throws Failure if there is no such key or field, or the value does not fit
+     * @throws Failure if the key or field does not exist, or the value does not fit
      */
     static Edit of(String what, Record before, KeyedValues object, List<Assignment> assignments) {
         Edit edit = new Edit(what, before, object);

@@ -4,6 +4,7 @@ import com.velotra.tv.tavro.services.channellist.KeyedValues;
 import com.velotra.tv.tavro.services.channellist.RecordId;
 import com.velotra.tv.tavro.tool.changes.Change;
 import com.velotra.tv.tavro.tool.input.Failure;
+import com.velotra.tv.tavro.tool.matching.FreeIds;
 import com.velotra.tv.tavro.tool.records.Field;
 import com.velotra.tv.tavro.tool.records.Kind;
 import com.velotra.tv.tavro.tool.records.Layout;
@@ -18,8 +19,6 @@ import java.util.Optional;
 
 /** Sets values of records, and adds records, through the natives that take Java objects. */
 public final class RecordEdits {
-    private static final int LAST_ID = 65_534;
-
     private RecordEdits() {}
 
     /** A record before and after a command. */
@@ -34,7 +33,7 @@ public final class RecordEdits {
     /**
      * Sets values of records.
      *
-     * @throws Failure if there is no such record, key or field, or the library does not accept a value; then all
+     * @throws Failure if a record, key or field does not exist, or the library does not accept a value; then all
      *     records stay as they are
      */
     public static List<Edited> set(Kind kind, List<RecordRange> ranges, List<Assignment> values, String command) {
@@ -74,8 +73,8 @@ public final class RecordEdits {
      *
      * @param copyOf a record to copy; empty for a new one
      * @param create whether to create the list if there is none
-     * @throws Failure if there is no such list, key or field, if the list is full, or the library does not accept a
-     *     value; then nothing is added
+     * @throws Failure if the list, a key or a field does not exist, if the list is full, or the library does not accept
+     *     a value; then nothing is added
      */
     public static RecordId add(Kind kind, int listId, Optional<RecordId> copyOf, List<Assignment> values,
             boolean create, String command) {
@@ -97,7 +96,7 @@ public final class RecordEdits {
     private static RecordId addNew(Kind kind, int listId, List<Assignment> values) {
         KeyedValues object = NativeObjects.empty(kind);
         Edit edit = Edit.of("the new " + kind.noun(), Record.of(kind, new byte[kind.recordBytes()]), object, values);
-        freeId(StoredLists.read(kind, listId)); // the natives do not say that a list is full
+        new FreeIds(StoredLists.read(kind, listId)).take(); // the natives do not say that a list is full
         RecordId id = NativeObjects.add(listId, object);
         edit.check(StoredLists.read(kind, listId).byId(id.recordId()).orElseThrow());
         return id;
@@ -109,26 +108,12 @@ public final class RecordEdits {
                 .orElseThrow(() -> new Failure(WholeLists.of(kind, copyOf.listId()) + " has no record "
                         + copyOf.recordId()));
         RecordList list = StoredLists.read(kind, listId);
-        int id = freeId(list);
+        int id = new FreeIds(list).take();
         Field recordId = Layout.of(kind).fields().stream().filter(field -> field.offset() == kind.idOffset())
                 .findFirst().orElseThrow();
         List<Record> records = new ArrayList<>(list);
         records.add(record.with(recordId, Integer.toString(id)));
         change.replace(RecordList.of(kind, listId, list.name(), records));
         return new RecordId(listId, id);
-    }
-
-    /** The id after the highest, as the natives give it; else the lowest free one. */
-    private static int freeId(RecordList list) {
-        int highest = list.stream().mapToInt(Record::id).max().orElse(0);
-        if (highest < LAST_ID) {
-            return highest + 1;
-        }
-        for (int id = 1; id < LAST_ID; id++) {
-            if (list.byId(id).isEmpty()) {
-                return id;
-            }
-        }
-        throw new Failure(WholeLists.of(list.kind(), list.listId()) + " is full: it has a record with each id");
     }
 }

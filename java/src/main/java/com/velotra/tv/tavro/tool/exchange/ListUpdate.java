@@ -179,7 +179,7 @@ final class ListUpdate {
             }
             if (id > LAST_ID) {
                 problems.add(new Malformed(new Place(table.source(), 1),
-                        "the list is full: there is no free record id"));
+                        "the list is full: no record id is free"));
                 return;
             }
             used.set(id);

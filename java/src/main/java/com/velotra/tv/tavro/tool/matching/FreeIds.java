@@ -6,7 +6,7 @@ import com.velotra.tv.tavro.tool.records.RecordList;
 import java.util.BitSet;
 
 /** Record ids that a list does not have yet. */
-final class FreeIds {
+public final class FreeIds {
     private static final int LEAST = 1;
     private static final int MOST = 65_534;
 
@@ -14,7 +14,8 @@ final class FreeIds {
     private final BitSet used = new BitSet(MOST + 2);
     private int next = LEAST;
 
-    FreeIds(RecordList list) {
+    /** Looks at the ids of a list. */
+    public FreeIds(RecordList list) {
         this.list = list;
         for (Record record : list) {
             used.set(record.id());
@@ -22,11 +23,20 @@ final class FreeIds {
     }
 
     /**
+     * Returns the lowest id after all that are used, as the natives choose it, otherwise the lowest free one.
+     *
+     * @throws Failure if the list is full
+     */
+    public int take() {
+        return take(0);
+    }
+
+    /**
      * Returns {@code wanted} if it is free, otherwise the lowest id after all that are used, otherwise the lowest one.
      *
      * @throws Failure if the list is full
      */
-    int take(int wanted) {
+    public int take(int wanted) {
         int id = wanted >= LEAST && wanted <= MOST && !used.get(wanted) ? wanted : Math.max(LEAST, used.length());
         if (id > MOST) {
             next = used.nextClearBit(next);

@@ -15,7 +15,7 @@ import java.util.Map;
 public enum Part {
     /** The order of the records. */
     ORDER(Map.of()),
-    /** Channel numbers. The index of a number goes with it; the original number is a value of the broadcast. */
+    /** Channel numbers. The index of a number goes with it; the number before any edit is a value of the broadcast. */
     NUMBERS(Map.of(Kind.SERVICES, List.of(
             whole(Kind.SERVICES, "channel_id"), whole(Kind.SERVICES, "lcn"), whole(Kind.SERVICES, "lcn_index"),
             flags("option_mask", ServiceFlag.NUMBER_EDITED, ServiceFlag.LCN_APPLIED)))),

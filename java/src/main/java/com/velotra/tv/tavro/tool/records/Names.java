@@ -63,7 +63,7 @@ final class Names {
     /**
      * Returns a flag word after setting and clearing flags, as in {@code +VnetVisible -VnetEpg}.
      *
-     * @throws IllegalArgumentException with a message for the user if there is no such flag
+     * @throws IllegalArgumentException with a message for the user if the flag does not exist
      */
     long changed(String text, long word) {
         long changed = word;

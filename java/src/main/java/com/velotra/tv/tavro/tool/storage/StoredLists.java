@@ -25,7 +25,7 @@ public final class StoredLists {
      * Reads a list. The bytes of services and transport streams come from the natives, the bytes of networks and
      * satellites from the storage, because the natives return these as objects.
      *
-     * @throws Failure if there is no such list or it cannot be read
+     * @throws Failure if the list does not exist or cannot be read
      */
     public static RecordList read(Kind kind, int listId) {
         Path directory = Storage.directory();
