@@ -10,7 +10,7 @@ aliases=$(sed -nE 's/^using (\w+) = std::(\w+);$/s,\\b\1\\b,\2,g/p' include/midd
 # functions HEADER NAMES: the prototypes of functions whose names match NAMES.
 functions() {
     c++ -std=c++17 -E -P -Iinclude -Iinclude/platform -include "$1" -x c++ /dev/null |
-        tr -s '\n ' ' ' | tr ';{}' '\n' | sed -E 's/(std|tavro):://g; s/__attribute__.*//' |
+        tr -s '\n ' ' ' | tr ';{}' '\n' | sed -E 's/(std|tavro):://g; s/__attribute__.*//; s,(\w) \(,\1(,' |
         grep -E "^ *\w+ ($2)\w*\(" | sed -E 's/^ *//; s/ *$/;/' | sed -E "$aliases" |
         clang-format-14 --style='{BasedOnStyle: LLVM, ColumnLimit: 100, PointerAlignment: Left}'
 }

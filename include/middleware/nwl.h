@@ -36,7 +36,7 @@ struct tavro::Layout<_NWL_REC_T> : LayoutOf<_NWL_REC_T> {
 TAVRO_COMPLETE(_NWL_REC_T, 304);
 
 extern "C" {
-TAVRO_DECLARE_LIST_CALLS(x_nwl, _NWL_REC_T);
+TAVRO_DECLARE_LIST_CALLS(x_nwl, _NWL_REC_T)
 
 // The record at position `index` (from 0) of the list, and how many there are.
 tavro::MwStatus x_nwl_get_rec_by_rec_idx(tavro::MwdbHandle handle, std::uint16_t index, _NWL_REC_T* record,

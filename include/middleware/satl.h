@@ -106,7 +106,7 @@ struct tavro::Layout<_SATL_REC_T> : LayoutOf<_SATL_REC_T> {
 TAVRO_COMPLETE(_SATL_REC_T, 412);
 
 extern "C" {
-TAVRO_DECLARE_LIST_CALLS(x_satl, _SATL_REC_T);
+TAVRO_DECLARE_LIST_CALLS(x_satl, _SATL_REC_T)
 
 // The record at position `index` (from 0) of the list, and how many there are.
 tavro::MwStatus x_satl_get_rec_by_rec_idx(tavro::MwdbHandle handle, std::int32_t index, _SATL_REC_T* record,

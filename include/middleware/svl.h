@@ -261,7 +261,7 @@ TAVRO_COMPLETE(_SVL_REC_T, 552);
 static_assert(sizeof(_SVL_REC_T::u_specific) == sizeof(_SVL_DVB_T), "zeroing a record zeroes its first alternative");
 
 extern "C" {
-TAVRO_DECLARE_LIST_CALLS(x_svl, _SVL_REC_T);
+TAVRO_DECLARE_LIST_CALLS(x_svl, _SVL_REC_T)
 
 // The record at position `index` (from 0) among those of `broadcast_type` and `network_mask`.
 tavro::MwStatus x_svl_get_rec_by_brdcst_type(tavro::MwdbHandle handle, std::uint32_t broadcast_type,

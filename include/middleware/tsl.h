@@ -249,7 +249,7 @@ TAVRO_COMPLETE(_TSL_REC_T, 724);
 static_assert(sizeof(_TSL_REC_T::u_tuner) == sizeof(_TSL_TER_T), "zeroing a record zeroes its first alternative");
 
 extern "C" {
-TAVRO_DECLARE_LIST_CALLS(x_tsl, _TSL_REC_T);
+TAVRO_DECLARE_LIST_CALLS(x_tsl, _TSL_REC_T)
 
 // The record at position `index` (from 0) of the list, and how many there are.
 tavro::MwStatus x_tsl_get_rec_by_rec_idx(tavro::MwdbHandle handle, std::uint16_t index, _TSL_REC_T* record,
