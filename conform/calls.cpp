@@ -1,7 +1,7 @@
-#include "calls.h"
+#include "conform/calls.h"
 
-#include "check.h"
-#include "shared.h"
+#include "conform/check.h"
+#include "conform/shared.h"
 
 #include <cstring>
 #include <dlfcn.h>

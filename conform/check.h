@@ -5,7 +5,7 @@
 // fails. The functions of the platform are in calls.h, those of one list kind in kinds.h.
 #pragma once
 
-#include "calls.h"
+#include "conform/calls.h"
 
 #include <chrono>
 #include <cstddef>

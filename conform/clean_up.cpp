@@ -1,8 +1,8 @@
-#include "clean_up.h"
+#include "conform/clean_up.h"
 
-#include "kinds.h"
-#include "runner.h"
-#include "shared.h"
+#include "conform/kinds.h"
+#include "conform/runner.h"
+#include "conform/shared.h"
 
 namespace tavro::conform {
 namespace {

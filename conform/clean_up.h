@@ -1,7 +1,7 @@
 // Finds and deletes the checks' own lists. Both functions call the platform, so they need a process that has loaded it.
 #pragma once
 
-#include "check.h"
+#include "conform/check.h"
 
 #include <cstddef>
 #include <vector>

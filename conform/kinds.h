@@ -11,7 +11,7 @@
 //   count, get_at       the calls that the library uses for a whole list
 #pragma once
 
-#include "calls.h"
+#include "conform/calls.h"
 
 namespace tavro::conform {
 

@@ -1,8 +1,8 @@
 // What checks of all kinds do with lists and records.
 #pragma once
 
-#include "check.h"
-#include "kinds.h"
+#include "conform/check.h"
+#include "conform/kinds.h"
 
 #include <cstdio>
 #include <cstring>

@@ -1,4 +1,4 @@
-#include "runner.h"
+#include "conform/runner.h"
 
 #include <cstdio>
 

@@ -1,9 +1,9 @@
-#include "peer.h"
+#include "conform/peer.h"
 
-#include "calls.h"
-#include "check.h"
-#include "shared.h"
-#include "starter.h"
+#include "conform/calls.h"
+#include "conform/check.h"
+#include "conform/shared.h"
+#include "conform/starter.h"
 
 #include <cerrno>
 #include <csignal>

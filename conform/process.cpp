@@ -1,4 +1,4 @@
-#include "process.h"
+#include "conform/process.h"
 
 #include <cerrno>
 #include <csignal>

@@ -1,6 +1,6 @@
-#include "check.h"
-#include "peer.h"
-#include "shared.h"
+#include "conform/check.h"
+#include "conform/peer.h"
+#include "conform/shared.h"
 
 #include <cstdio>
 #include <utility>

@@ -1,9 +1,9 @@
-#include "runner.h"
+#include "conform/runner.h"
 
-#include "clean_up.h"
-#include "peer.h"
-#include "process.h"
-#include "starter.h"
+#include "conform/clean_up.h"
+#include "conform/peer.h"
+#include "conform/process.h"
+#include "conform/starter.h"
 
 #include <cerrno>
 #include <cstdlib>

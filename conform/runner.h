@@ -1,8 +1,8 @@
 // Runs checks, each in a process of its own, and removes what they leave.
 #pragma once
 
-#include "check.h"
-#include "shared.h"
+#include "conform/check.h"
+#include "conform/shared.h"
 
 #include <functional>
 #include <string>

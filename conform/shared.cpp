@@ -1,6 +1,6 @@
-#include "shared.h"
+#include "conform/shared.h"
 
-#include "check.h"
+#include "conform/check.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -1,7 +1,7 @@
 // Starts the other processes of a check.
 #pragma once
 
-#include "peer.h"
+#include "conform/peer.h"
 
 #include <memory>
 #include <vector>

@@ -1,6 +1,6 @@
 // The platform's libraries and their functions.
 
-#include "../check.h"
+#include "conform/check.h"
 
 namespace tavro::conform {
 namespace {

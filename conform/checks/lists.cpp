@@ -1,6 +1,6 @@
 // Opening, creating, cleaning, copying and deleting lists.
 
-#include "../lists.h"
+#include "conform/lists.h"
 
 namespace tavro::conform {
 namespace {
