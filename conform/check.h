@@ -98,6 +98,7 @@ struct Check {
     std::string kind = {};               // "svl", "tsl", "nwl", "satl"; empty for a check that is not of one kind
     bool uses_highest = false;           // also uses list(kHighestList)
     std::vector<std::string> files = {}; // names that it passes to Run::file
+    std::vector<std::string> roles = {}; // set by add_of_kind: the functions as the row names them
 };
 
 // Each file in checks/ adds its rows. The order is the order in which checks run.

@@ -17,6 +17,7 @@ template <class Kind>
 void add_of_kind(std::vector<Check>& checks, Check row) {
     row.kind = Kind::kName;
     row.name = row.kind + "." + row.name;
+    row.roles = row.functions;
     for (std::string& function : row.functions) {
         function = "x_" + row.kind + "_" +
                    (function == "count"    ? Kind::kCount
