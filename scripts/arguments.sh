@@ -73,7 +73,7 @@ help() { # [COMMAND]
 }
 
 # Reads a command's options (names, values, short forms) and number of arguments from its help text. The value of an
-# optional one, as in --color[=WHEN], begins with '?'.
+# optional one, as in --color[=WHEN], begins with '?'. The words after the argument COMMAND are that command's.
 read_usage() { # COMMAND
     local line usage='' in_usage=yes word
     local option='^  (-([A-Za-z]), |    )(--[A-Za-z][A-Za-z0-9_-]*)((\[?)=([^ ]+))?( |$)'
@@ -89,6 +89,7 @@ read_usage() { # COMMAND
         [[ $word = \[* ]] || needed+=("$word")
         [[ $word != *... && $word != *...] ]] || unlimited=yes
         allowed=$((allowed + 1))
+        [ "$word" != COMMAND ] || verbatim=yes
     done < <(usage_words "${usage#*" $1"}" | grep -v '^[[(]*-')
 }
 
@@ -118,12 +119,12 @@ usage_words() { # LINE
 parse() { # WORD...
     local word name value
     local -A takes=([--help]='') short=([-h]=--help)
-    local needed=() allowed=0 unlimited=no
+    local needed=() allowed=0 unlimited=no verbatim=no
     read_usage "$command"
     for word in "$@"; do
         case $word in
         --) break ;;
-        -h | --help) help "$command" ;;
+        -h | --help) [ $verbatim = yes ] || help "$command" ;;
         esac
     done
     while [ $# -gt 0 ]; do
@@ -136,8 +137,10 @@ parse() { # WORD...
             ;;
         - | -[0-9]* | [!-]* | '') # a file or a number
             arguments+=("$word")
+            [ $verbatim = no ] || { arguments+=("$@") && break; }
             continue
             ;;
+        -h | --help) help "$command" ;;
         --*=*)
             name=${word%%=*}
             value=${word#*=}

@@ -1,6 +1,8 @@
 #include "trace/agent.h"
 
+#include "trace/jni_calls.h"
 #include "trace/natives.h"
+#include "trace/settings.h"
 #include "trace/sink.h"
 
 #include <atomic>
@@ -64,6 +66,17 @@ void JNICALL native_bound(jvmtiEnv* jvmti, JNIEnv* env, jthread, jmethodID metho
     }
 }
 
+void start_jni(jvmtiEnv* jvmti, JNIEnv* env) {
+    if (settings().jni && !trace_jni_calls(jvmti, env)) {
+        remark("JNI calls cannot be traced");
+    }
+}
+
+void JNICALL machine_begun(jvmtiEnv* jvmti, JNIEnv* env, jthread) {
+    const Quiet here;
+    start_jni(jvmti, env);
+}
+
 bool observe(JavaVM* vm) {
     void* found = nullptr;
     if (vm->GetEnv(&found, JVMTI_VERSION_1_2) != JNI_OK) {
@@ -74,12 +87,24 @@ bool observe(JavaVM* vm) {
     capabilities.can_generate_native_method_bind_events = 1;
     jvmtiEventCallbacks callbacks{};
     callbacks.NativeMethodBind = native_bound;
+    callbacks.VMInit = machine_begun;
     machine = vm;
     interface = jvmti;
     set_thread_names(java_thread_name);
-    return jvmti->AddCapabilities(&capabilities) == JVMTI_ERROR_NONE &&
-           jvmti->SetEventCallbacks(&callbacks, sizeof(callbacks)) == JVMTI_ERROR_NONE &&
-           jvmti->SetEventNotificationMode(JVMTI_ENABLE, JVMTI_EVENT_NATIVE_METHOD_BIND, nullptr) == JVMTI_ERROR_NONE;
+    if (jvmti->AddCapabilities(&capabilities) != JVMTI_ERROR_NONE ||
+        jvmti->SetEventCallbacks(&callbacks, sizeof(callbacks)) != JVMTI_ERROR_NONE ||
+        jvmti->SetEventNotificationMode(JVMTI_ENABLE, JVMTI_EVENT_NATIVE_METHOD_BIND, nullptr) != JVMTI_ERROR_NONE) {
+        return false;
+    }
+    jvmtiPhase phase = JVMTI_PHASE_ONLOAD;
+    jvmti->GetPhase(&phase);
+    void* env = nullptr;
+    if (phase == JVMTI_PHASE_LIVE && vm->GetEnv(&env, JNI_VERSION_1_4) == JNI_OK) {
+        start_jni(jvmti, static_cast<JNIEnv*>(env));
+    } else {
+        jvmti->SetEventNotificationMode(JVMTI_ENABLE, JVMTI_EVENT_VM_INIT, nullptr);
+    }
+    return true;
 }
 
 std::mutex& attaching() {
