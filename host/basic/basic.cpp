@@ -4,6 +4,7 @@
 #include "common/replacement_file.h"
 #include "common/report.h"
 #include "common/user_file.h"
+#include "faults/faults.h"
 #include "middleware/files.h"
 #include "services/status.h"
 
@@ -79,7 +80,7 @@ MwStatus query(const std::string& path, std::uint32_t& size, std::uint32_t& modi
     return kMwOk;
 }
 
-MwStatus copy(const std::string& from, const char* to) {
+MwStatus copy_file(const std::string& from, const char* to) {
     constexpr char kReading[] = "read";
     constexpr char kWriting[] = "write";
     std::uint64_t ignored = 0;
@@ -108,7 +109,7 @@ MwStatus copy(const std::string& from, const char* to) {
     return kMwOk;
 }
 
-MwStatus remove(const std::string& path) {
+MwStatus remove_file(const std::string& path) {
     constexpr char kAction[] = "delete";
     tavro::host::refuse_storage_file(kHostCannotWriteFile, kAction, path);
     if (::unlink(path.c_str()) == 0) {
@@ -120,30 +121,33 @@ MwStatus remove(const std::string& path) {
     return kMwNoFile;
 }
 
+struct Files {
+    static MwStatus init(std::uint32_t drive, const char* path) {
+        return is_bad(drive, path) ? kHostBadArgument : guarded([&] { return prepare(target_of(path)); });
+    }
+    static MwStatus qry_fpath(std::uint32_t drive, const char* path, std::uint32_t* word1, std::uint32_t* word2,
+                              std::uint32_t* word3) {
+        if (is_bad(drive, path) || word1 == nullptr || word2 == nullptr || word3 == nullptr) {
+            return kHostBadArgument;
+        }
+        return guarded([&] { return query(resolve_path(path), *word1, *word2, *word3); });
+    }
+    static MwStatus copy(std::uint32_t from_drive, const char* from, std::uint32_t to_drive, const char* to) {
+        if (is_bad(from_drive, from) || is_bad(to_drive, to)) {
+            return kHostBadArgument;
+        }
+        return guarded([&] { return copy_file(resolve_path(from), to); });
+    }
+    static MwStatus delete_file(std::uint32_t drive, const char* path) {
+        return is_bad(drive, path) ? kHostBadArgument : guarded([&] { return remove_file(resolve_path(path)); });
+    }
+};
+
 } // namespace
 
 extern "C" {
 
-MwStatus fs_raw_init(std::uint32_t drive, const char* path) {
-    return is_bad(drive, path) ? kHostBadArgument : guarded([&] { return prepare(target_of(path)); });
-}
-
-MwStatus fs_raw_qry_fpath(std::uint32_t drive, const char* path, std::uint32_t* word1, std::uint32_t* word2,
-                          std::uint32_t* word3) {
-    if (is_bad(drive, path) || word1 == nullptr || word2 == nullptr || word3 == nullptr) {
-        return kHostBadArgument;
-    }
-    return guarded([&] { return query(resolve_path(path), *word1, *word2, *word3); });
-}
-
-MwStatus fs_raw_copy(std::uint32_t from_drive, const char* from, std::uint32_t to_drive, const char* to) {
-    if (is_bad(from_drive, from) || is_bad(to_drive, to)) {
-        return kHostBadArgument;
-    }
-    return guarded([&] { return copy(resolve_path(from), to); });
-}
-
-MwStatus x_fm_delete_file(std::uint32_t drive, const char* path) {
-    return is_bad(drive, path) ? kHostBadArgument : guarded([&] { return remove(resolve_path(path)); });
-}
+#define TAVRO_DEFINE_FILE_CALL(RESULT, NAME, METHOD, PARAMETERS, ARGUMENTS)                                            \
+    TAVRO_DEFINE_CALL(Files, RESULT, NAME, METHOD, PARAMETERS, ARGUMENTS)
+TAVRO_BASIC_CALLS(TAVRO_DEFINE_FILE_CALL)
 }

@@ -1,7 +1,7 @@
 // The list calls of all four kinds, forwarded to the engine.
 #include "control.h"
-#include "define_list_calls.h"
 #include "engine.h"
+#include "faults/faults.h"
 #include "status.h"
 
 using namespace tavro;
@@ -55,75 +55,91 @@ struct ListCalls {
     }
 };
 
-using Svl = ListCalls<tavro::host::kSvl, _SVL_REC_T>;
-using Tsl = ListCalls<tavro::host::kTsl, _TSL_REC_T>;
-using Nwl = ListCalls<tavro::host::kNwl, _NWL_REC_T>;
-using Satl = ListCalls<tavro::host::kSatl, _SATL_REC_T>;
-
 const Filter kEverything;
+
+// The calls that only one kind has.
+struct Svl : ListCalls<tavro::host::kSvl, _SVL_REC_T> {
+    static MwStatus get_rec_by_brdcst_type(MwdbHandle handle, std::uint32_t broadcast_type, std::uint32_t network_mask,
+                                           std::uint16_t index, _SVL_REC_T* record, std::int32_t* version) {
+        return engine().get_at(tavro::host::kSvl, handle, Filter::by_broadcast_type(broadcast_type, network_mask),
+                               index, record, version);
+    }
+    static MwStatus get_rec_by_ts(MwdbHandle handle, std::uint16_t tsl_id, std::uint16_t tsl_rec_id,
+                                  std::uint32_t network_mask, std::uint16_t index, _SVL_REC_T* record,
+                                  std::int32_t* version) {
+        return engine().get_at(tavro::host::kSvl, handle, Filter::by_transport_stream(tsl_id, tsl_rec_id, network_mask),
+                               index, record, version);
+    }
+    static MwStatus get_num_rec_by_brdcst_type(MwdbHandle handle, std::uint32_t broadcast_type,
+                                               std::uint32_t network_mask, std::uint16_t* count,
+                                               std::int32_t* version) {
+        return engine().count(tavro::host::kSvl, handle, Filter::by_broadcast_type(broadcast_type, network_mask), count,
+                              version);
+    }
+    static MwStatus get_num_rec_by_ts(MwdbHandle handle, std::uint16_t tsl_id, std::uint16_t tsl_rec_id,
+                                      std::uint32_t network_mask, std::uint16_t* count, std::int32_t* version) {
+        return engine().count(tavro::host::kSvl, handle, Filter::by_transport_stream(tsl_id, tsl_rec_id, network_mask),
+                              count, version);
+    }
+};
+
+struct Tsl : ListCalls<tavro::host::kTsl, _TSL_REC_T> {
+    static MwStatus get_rec_by_rec_idx(MwdbHandle handle, std::uint16_t index, _TSL_REC_T* record,
+                                       std::int32_t* version) {
+        return engine().get_at(tavro::host::kTsl, handle, kEverything, index, record, version);
+    }
+    static MwStatus get_num_recs(MwdbHandle handle, std::uint16_t* count, std::int32_t* version) {
+        return engine().count(tavro::host::kTsl, handle, kEverything, count, version);
+    }
+    static MwStatus get_rec_by_sat(MwdbHandle handle, std::uint16_t network, std::uint16_t satl_id,
+                                   std::uint16_t satl_rec_id, std::uint16_t index, _TSL_REC_T* record,
+                                   std::int32_t* version) {
+        return engine().get_at(tavro::host::kTsl, handle, Filter::by_satellite(network, satl_id, satl_rec_id), index,
+                               record, version);
+    }
+    static MwStatus get_num_rec_by_sat(MwdbHandle handle, std::uint16_t network, std::uint16_t satl_id,
+                                       std::uint16_t satl_rec_id, std::uint16_t* count, std::int32_t* version) {
+        return engine().count(tavro::host::kTsl, handle, Filter::by_satellite(network, satl_id, satl_rec_id), count,
+                              version);
+    }
+};
+
+struct Nwl : ListCalls<tavro::host::kNwl, _NWL_REC_T> {
+    static MwStatus get_rec_by_rec_idx(MwdbHandle handle, std::uint16_t index, _NWL_REC_T* record,
+                                       std::int32_t* version) {
+        return engine().get_at(tavro::host::kNwl, handle, kEverything, index, record, version);
+    }
+    static MwStatus get_num_rec(MwdbHandle handle, std::uint16_t* count, std::int32_t* version) {
+        return engine().count(tavro::host::kNwl, handle, kEverything, count, version);
+    }
+};
+
+struct Satl : ListCalls<tavro::host::kSatl, _SATL_REC_T> {
+    static MwStatus get_rec_by_rec_idx(MwdbHandle handle, std::int32_t index, _SATL_REC_T* record,
+                                       std::int32_t* version) {
+        return engine().get_at(tavro::host::kSatl, handle, kEverything, index, record, version);
+    }
+    static MwStatus get_num_recs(MwdbHandle handle, std::uint16_t* count, std::int32_t* version) {
+        return engine().count(tavro::host::kSatl, handle, kEverything, count, version);
+    }
+};
 
 } // namespace
 
 extern "C" {
 
-TAVRO_DEFINE_LIST_CALLS(x_svl, _SVL_REC_T, Svl)
-TAVRO_DEFINE_LIST_CALLS(x_tsl, _TSL_REC_T, Tsl)
-TAVRO_DEFINE_LIST_CALLS(x_nwl, _NWL_REC_T, Nwl)
-TAVRO_DEFINE_LIST_CALLS(x_satl, _SATL_REC_T, Satl)
-
-MwStatus x_svl_get_rec_by_brdcst_type(MwdbHandle handle, std::uint32_t broadcast_type, std::uint32_t network_mask,
-                                      std::uint16_t index, _SVL_REC_T* record, std::int32_t* version) {
-    return engine().get_at(tavro::host::kSvl, handle, Filter::by_broadcast_type(broadcast_type, network_mask), index,
-                           record, version);
-}
-MwStatus x_svl_get_rec_by_ts(MwdbHandle handle, std::uint16_t tsl_id, std::uint16_t tsl_rec_id,
-                             std::uint32_t network_mask, std::uint16_t index, _SVL_REC_T* record,
-                             std::int32_t* version) {
-    return engine().get_at(tavro::host::kSvl, handle, Filter::by_transport_stream(tsl_id, tsl_rec_id, network_mask),
-                           index, record, version);
-}
-MwStatus x_svl_get_num_rec_by_brdcst_type(MwdbHandle handle, std::uint32_t broadcast_type, std::uint32_t network_mask,
-                                          std::uint16_t* count, std::int32_t* version) {
-    return engine().count(tavro::host::kSvl, handle, Filter::by_broadcast_type(broadcast_type, network_mask), count,
-                          version);
-}
-MwStatus x_svl_get_num_rec_by_ts(MwdbHandle handle, std::uint16_t tsl_id, std::uint16_t tsl_rec_id,
-                                 std::uint32_t network_mask, std::uint16_t* count, std::int32_t* version) {
-    return engine().count(tavro::host::kSvl, handle, Filter::by_transport_stream(tsl_id, tsl_rec_id, network_mask),
-                          count, version);
-}
-
-MwStatus x_tsl_get_rec_by_rec_idx(MwdbHandle handle, std::uint16_t index, _TSL_REC_T* record, std::int32_t* version) {
-    return engine().get_at(tavro::host::kTsl, handle, kEverything, index, record, version);
-}
-MwStatus x_tsl_get_num_recs(MwdbHandle handle, std::uint16_t* count, std::int32_t* version) {
-    return engine().count(tavro::host::kTsl, handle, kEverything, count, version);
-}
-MwStatus x_tsl_get_rec_by_sat(MwdbHandle handle, std::uint16_t network, std::uint16_t satl_id,
-                              std::uint16_t satl_rec_id, std::uint16_t index, _TSL_REC_T* record,
-                              std::int32_t* version) {
-    return engine().get_at(tavro::host::kTsl, handle, Filter::by_satellite(network, satl_id, satl_rec_id), index,
-                           record, version);
-}
-MwStatus x_tsl_get_num_rec_by_sat(MwdbHandle handle, std::uint16_t network, std::uint16_t satl_id,
-                                  std::uint16_t satl_rec_id, std::uint16_t* count, std::int32_t* version) {
-    return engine().count(tavro::host::kTsl, handle, Filter::by_satellite(network, satl_id, satl_rec_id), count,
-                          version);
-}
-
-MwStatus x_nwl_get_rec_by_rec_idx(MwdbHandle handle, std::uint16_t index, _NWL_REC_T* record, std::int32_t* version) {
-    return engine().get_at(tavro::host::kNwl, handle, kEverything, index, record, version);
-}
-MwStatus x_nwl_get_num_rec(MwdbHandle handle, std::uint16_t* count, std::int32_t* version) {
-    return engine().count(tavro::host::kNwl, handle, kEverything, count, version);
-}
-
-MwStatus x_satl_get_rec_by_rec_idx(MwdbHandle handle, std::int32_t index, _SATL_REC_T* record, std::int32_t* version) {
-    return engine().get_at(tavro::host::kSatl, handle, kEverything, index, record, version);
-}
-MwStatus x_satl_get_num_recs(MwdbHandle handle, std::uint16_t* count, std::int32_t* version) {
-    return engine().count(tavro::host::kSatl, handle, kEverything, count, version);
-}
+#define TAVRO_DEFINE_SVL_CALL(RESULT, NAME, METHOD, PARAMETERS, ARGUMENTS)                                             \
+    TAVRO_DEFINE_CALL(Svl, RESULT, NAME, METHOD, PARAMETERS, ARGUMENTS)
+TAVRO_SVL_CALLS(TAVRO_DEFINE_SVL_CALL)
+#define TAVRO_DEFINE_TSL_CALL(RESULT, NAME, METHOD, PARAMETERS, ARGUMENTS)                                             \
+    TAVRO_DEFINE_CALL(Tsl, RESULT, NAME, METHOD, PARAMETERS, ARGUMENTS)
+TAVRO_TSL_CALLS(TAVRO_DEFINE_TSL_CALL)
+#define TAVRO_DEFINE_NWL_CALL(RESULT, NAME, METHOD, PARAMETERS, ARGUMENTS)                                             \
+    TAVRO_DEFINE_CALL(Nwl, RESULT, NAME, METHOD, PARAMETERS, ARGUMENTS)
+TAVRO_NWL_CALLS(TAVRO_DEFINE_NWL_CALL)
+#define TAVRO_DEFINE_SATL_CALL(RESULT, NAME, METHOD, PARAMETERS, ARGUMENTS)                                            \
+    TAVRO_DEFINE_CALL(Satl, RESULT, NAME, METHOD, PARAMETERS, ARGUMENTS)
+TAVRO_SATL_CALLS(TAVRO_DEFINE_SATL_CALL)
 
 void tavro_host_reset(void) { engine().reset(); }
 

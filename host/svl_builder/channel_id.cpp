@@ -3,6 +3,8 @@
 // to 255.
 #include "middleware/channel_id.h"
 
+#include "faults/faults.h"
+
 namespace {
 
 constexpr unsigned kMajorShift = 18;
@@ -11,17 +13,22 @@ constexpr std::uint32_t kMajorMask = 0x3FFF;
 constexpr std::uint32_t kMinorMask = 0x3FF;
 constexpr std::uint32_t kIndexMask = 0xFF;
 
+struct ChannelIds {
+    static std::uint32_t gen_channel_id(std::int32_t major, std::int32_t minor, std::int32_t index) {
+        return (static_cast<std::uint32_t>(major) & kMajorMask) << kMajorShift |
+               (static_cast<std::uint32_t>(minor) & kMinorMask) << kMinorShift |
+               (static_cast<std::uint32_t>(index) & kIndexMask);
+    }
+    static std::int32_t get_channel_index(std::uint32_t channel_id) {
+        return static_cast<std::int32_t>(channel_id & kIndexMask);
+    }
+};
+
 } // namespace
 
 extern "C" {
 
-std::uint32_t x_sb_gen_channel_id(std::int32_t major, std::int32_t minor, std::int32_t index) {
-    return (static_cast<std::uint32_t>(major) & kMajorMask) << kMajorShift |
-           (static_cast<std::uint32_t>(minor) & kMinorMask) << kMinorShift |
-           (static_cast<std::uint32_t>(index) & kIndexMask);
-}
-
-std::int32_t x_sb_get_channel_index(std::uint32_t channel_id) {
-    return static_cast<std::int32_t>(channel_id & kIndexMask);
-}
+#define TAVRO_DEFINE_CHANNEL_ID_CALL(RESULT, NAME, METHOD, PARAMETERS, ARGUMENTS)                                      \
+    TAVRO_DEFINE_CALL(ChannelIds, RESULT, NAME, METHOD, PARAMETERS, ARGUMENTS)
+TAVRO_SVL_BUILDER_CALLS(TAVRO_DEFINE_CHANNEL_ID_CALL)
 }

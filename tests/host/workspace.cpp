@@ -1,5 +1,6 @@
 #include "workspace.h"
 
+#include "faults/faults.h"
 #include "services/control.h"
 
 #include <cstdlib>
@@ -45,6 +46,8 @@ Workspace::Workspace() {
     environment.set("TAVRO_LOG_FILE", path("log"));
     environment.unset("TAVRO_LOCK_TIMEOUT_MS");
     environment.unset("TAVRO_PROPERTIES");
+    environment.unset("TAVRO_FAULTS");
+    tavro_host_set_faults(""); // also reads no properties, which would open files
     restart();
 }
 
