@@ -1,5 +1,4 @@
 # Registers GoogleTest programs with CTest.
-include(GoogleTest)
 
 # The lanes compile faster with line numbers only, and if UndefinedBehaviorSanitizer checks the library and the platforms
 # but not the tests.
@@ -11,17 +10,33 @@ if(TAVRO_SANITIZE MATCHES undefined)
     target_compile_options(tavro_test_flags INTERFACE -fno-sanitize=undefined)
 endif()
 
-# tavro_add_gtests(AREA PROGRAM): adds a CTest entry AREA.SUITE.TEST for each test of the target PROGRAM. In the lanes,
-# which are faster with few processes, adds a single entry AREA.PROGRAM.
+# tavro_add_gtests(AREA PROGRAM): adds a CTest entry AREA.SUITE for each suite of the target PROGRAM, because an entry for
+# each test would take more time than most tests do. In the lanes, which are faster with few processes, adds a single
+# entry AREA.PROGRAM.
 function(tavro_add_gtests AREA PROGRAM)
     target_link_libraries(${PROGRAM} PRIVATE tavro_test_flags) # after tavro_flags
     if(TAVRO_LANE)
         add_test(NAME ${AREA}.${PROGRAM} COMMAND ${PROGRAM})
         set_tests_properties(${AREA}.${PROGRAM} PROPERTIES LABELS quick TIMEOUT 600)
-    else()
-        gtest_discover_tests(${PROGRAM} TEST_PREFIX ${AREA}. DISCOVERY_TIMEOUT 120
-            PROPERTIES LABELS quick TIMEOUT 120)
+        return()
     endif()
+    # The program itself knows its suites, so they are listed whenever it is linked.
+    set(script ${CMAKE_SOURCE_DIR}/cmake/gtest_suites.cmake)
+    set(suites ${CMAKE_CURRENT_BINARY_DIR}/${PROGRAM}_suites.cmake)
+    set_property(TARGET ${PROGRAM} APPEND PROPERTY LINK_DEPENDS ${script})
+    add_custom_command(TARGET ${PROGRAM} POST_BUILD BYPRODUCTS ${suites} VERBATIM
+        COMMAND ${CMAKE_COMMAND} -DPROGRAM=$<TARGET_FILE:${PROGRAM}> -DAREA=${AREA} -DOUTPUT=${suites} -P ${script})
+    # A program that was not built must not pass unnoticed.
+    set(entries ${CMAKE_CURRENT_BINARY_DIR}/${PROGRAM}_entries.cmake)
+    file(CONFIGURE OUTPUT ${entries} @ONLY CONTENT
+"if(EXISTS [=[@suites@]=])
+    include([=[@suites@]=])
+else()
+    add_test([=[@AREA@.@PROGRAM@-is-not-built]=] false)
+    set_tests_properties([=[@AREA@.@PROGRAM@-is-not-built]=] PROPERTIES LABELS quick)
+endif()
+")
+    set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${entries})
 endfunction()
 
 # Compiles several sources of TARGET at a time: tests spend most of their compile time in the same headers and templates.

@@ -6,12 +6,16 @@ setup() {
     build=$BATS_TEST_TMPDIR/build
     mkdir -p "$tree/docs" "$tree/tests" "$build"
     touch "$tree/tests/lanes.sh" "$tree/docs/other.md"
-    printf 'add_test(%s true)\n' unit.Kinds/Suite.Name/one jvm.SomeTest library.size >"$build/CTestTestfile.cmake"
+    printf 'add_test(%s true)\n' unit.Kinds/Suite unit.Typed/One jvm.SomeTest library.size >"$build/CTestTestfile.cmake"
+    mkdir "$build/bin"
+    printf '#!/bin/sh\nprintf "Kinds/Suite.\\n  Name/one  # GetParam() = 1\\nTyped/One.  # TypeParam = int\\n  Holds\\n"\n' \
+        >"$build/bin/unit_tests"
+    chmod +x "$build/bin/unit_tests"
 }
 
 check() { # WORDS
     printf '# A heading\n\n%s\n' "$1" >"$tree/docs/guide.md"
-    run "$BATS_TEST_DIRNAME/doc_references.sh" "$build" "$tree"
+    run "$BATS_TEST_DIRNAME/doc_references.pl" "$build" "$tree"
 }
 
 refused() { # WORDS MESSAGE
@@ -22,7 +26,7 @@ refused() { # WORDS MESSAGE
 
 @test "references to what exists are accepted" {
     check '`tests/` `tests/lanes.sh` `lanes.sh` [other](other.md) [here](#a-heading) `jvm.SomeTest` `library.size`
-`unit.Suite` `Suite.Name` `Suite.Na*` `unit.Suite.` `build/host/lib.so` `./tavro` `FILE…`'
+`unit.Suite` `Suite.Name` `Suite.Na*` `unit.Typed` `Typed.Holds` `unit.Suite.` `build/host/lib.so` `./tavro` `FILE…`'
     [ "$status" -eq 0 ]
     [ "$output" = "everything that 2 documents refer to exists" ]
 }
@@ -58,7 +62,7 @@ refused() { # WORDS MESSAGE
 }
 
 @test "the documents of this tree are in order" {
-    run "$BATS_TEST_DIRNAME/doc_references.sh" "${BUILD:?}"
+    run "$BATS_TEST_DIRNAME/doc_references.pl" "${BUILD:?}"
     echo "$output"
     [ "$status" -eq 0 ]
 }
