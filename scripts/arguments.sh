@@ -73,7 +73,7 @@ help() { # [COMMAND]
 }
 
 # Reads a command's options (names, values, short forms) and number of arguments from its help text. The value of an
-# optional one, as in --color[=WHEN], begins with '?'. The words after the argument COMMAND are that command's.
+# optional one, as in --color[=WHEN], begins with '?'.
 read_usage() { # COMMAND
     local line usage='' in_usage=yes word
     local option='^  (-([A-Za-z]), |    )(--[A-Za-z][A-Za-z0-9_-]*)((\[?)=([^ ]+))?( |$)'
@@ -88,8 +88,8 @@ read_usage() { # COMMAND
     while read -r word; do
         [[ $word = \[* ]] || needed+=("$word")
         [[ $word != *... && $word != *...] ]] || unlimited=yes
+        [ "$word" != '[ARGUMENT...]' ] || passes_on=yes
         allowed=$((allowed + 1))
-        [ "$word" != COMMAND ] || verbatim=yes
     done < <(usage_words "${usage#*" $1"}" | grep -v '^[[(]*-')
 }
 
@@ -115,20 +115,26 @@ usage_words() { # LINE
     [ -z "$word" ] || printf '%s\n' "$word"
 }
 
-# Splits a command's words into "options", each as NAME or NAME=VALUE, and "arguments". Exits on wrong usage.
+# Splits a command's words into "options", each as NAME or NAME=VALUE, and "arguments". Exits on wrong usage. The words
+# after the first argument of a command whose usage ends with [ARGUMENT...] are arguments, whatever they look like.
 parse() { # WORD...
     local word name value
     local -A takes=([--help]='') short=([-h]=--help)
-    local needed=() allowed=0 unlimited=no verbatim=no
+    local needed=() allowed=0 unlimited=no passes_on=no
     read_usage "$command"
     for word in "$@"; do
         case $word in
         --) break ;;
-        -h | --help) [ $verbatim = yes ] || help "$command" ;;
+        -h | --help) help "$command" ;;
+        [!-]*) [ $passes_on = no ] || break ;;
         esac
     done
     while [ $# -gt 0 ]; do
         word=$1 value=
+        if [ $passes_on = yes ] && [ ${#arguments[@]} -gt 0 ]; then
+            arguments+=("$@")
+            break
+        fi
         shift
         case $word in
         --)
@@ -137,7 +143,6 @@ parse() { # WORD...
             ;;
         - | -[0-9]* | [!-]* | '') # a file or a number
             arguments+=("$word")
-            [ $verbatim = no ] || { arguments+=("$@") && break; }
             continue
             ;;
         -h | --help) help "$command" ;;

@@ -83,7 +83,9 @@ nothing_done() {
             [ "$name" != --help ] || continue
             sample=7
             [ "$name" != --kind ] || sample=networks
-            [ "$name" != --tree ] || sample=$area
+            [ "$name" != --tree ] && [ "$name" != --class-path ] || sample=$area
+            [ "$name" != --platform ] || sample=scripted
+            [ "$name" != --java ] || sample=-ea
             long+=("$name${value:+=$sample}")
             [ "$letter" = - ] || short+=("$letter${value:+$sample}")
             [ "$letter" = - ] || expected+=("$name${value:+=$sample}")
@@ -97,6 +99,7 @@ nothing_done() {
             case $command in
             test) called '^ctest .*-L quick' ;;
             bench) called "^run.sh $clone/build/host .*-- java .*tool.Main$" ;;
+            run) called "^java .* -ea -cp $area:.* PROGRAM$" ;;
             mutate) called "^mutate.sh $clone/build/host/tests/mutants/settings.sh $form$" ;;
             *) called "^java .* $command $form --" ;;
             esac

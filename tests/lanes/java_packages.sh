@@ -5,7 +5,7 @@
 # Usage: java_packages.sh SOURCE_ROOT
 set -euo pipefail
 base=com.velotra.tv.tavro
-order="services.channellist tool.help tool.input tool.output tool.records tool.matching tool.storage tool.changes tool.tables
+order="services.channellist scripted tool.help tool.input tool.output tool.records tool.matching tool.storage tool.changes tool.tables
     tool.listing tool.decoding tool.comparing tool.satellites tool.transponders tool.services tool.exchange tool.importing
     tool.editing tool.view tool.demo tool.shell tool"
 

@@ -133,6 +133,15 @@ class RegistrationTest {
         assertDoesNotThrow(() -> load("accepted.so", new Loader("", "")));
     }
 
+    @Test
+    void theScriptedPlatformIsRefusedWhenTheStandInsAreLoaded() {
+        assertEquals(
+                "cannot use the scripted platform: " + library().resolveSibling("libvelotra_tv_services.so")
+                        + " is loaded already; use Script before the first list class, or start with"
+                        + " ./tavro run --platform=scripted",
+                assertThrows(UnsatisfiedLinkError.class, Script::reset).getMessage());
+    }
+
     /** The library's file. */
     private static Path library() {
         return Arrays.stream(System.getProperty("java.library.path").split(File.pathSeparator))

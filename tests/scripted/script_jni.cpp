@@ -1,16 +1,17 @@
-// Makes the control of the scripted platform available to Java tests (class Script).
+// Makes the control of the scripted platform available to Java: the natives of com.velotra.tv.tavro.scripted.Script,
+// which checks their arguments.
 
+#include "middleware/calls.h"
 #include "script.h"
 
 #include <jni.h>
 
-#include <cerrno>
 #include <cstddef>
 #include <cstring>
+#include <dlfcn.h>
+#include <filesystem>
+#include <link.h>
 #include <string>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 #include <vector>
 
 namespace script = tavro::script;
@@ -38,35 +39,56 @@ script::Answer make_answer(JNIEnv* env, jint status, jboolean has_value, jint va
     return answer;
 }
 
-// The part of inACopy that runs in the copy.
-[[noreturn]] void run_in_copy(JNIEnv* env, jobject runnable, int output) {
-    const rlimit no_core = {};
-    ::setrlimit(RLIMIT_CORE, &no_core);
-    ::alarm(10);
-    ::dup2(output, STDOUT_FILENO);
-    ::dup2(output, STDERR_FILENO);
-    env->CallVoidMethod(runnable, env->GetMethodID(env->GetObjectClass(runnable), "run", "()V"));
-    if (env->ExceptionCheck() != JNI_FALSE) {
-        env->ExceptionDescribe();
-        ::_exit(1);
-    }
-    ::_exit(0);
+// The platform's libraries, which all platforms have under the same names.
+constexpr const char* kPlatform[] = {"libvelotra_tv_services.so", "libvelotra_tv_svl_builder.so",
+                                     "libvelotra_tv_basic.so", "liblog.so", "libcutils.so"};
+
+// The path of the library with that file name in the scripted platform: in the folder of this library.
+std::string scripted(const char* library) {
+    Dl_info found = {};
+    const std::string own = ::dladdr(reinterpret_cast<void*>(&script::reset), &found) == 0 ? "" : found.dli_fname;
+    return own.substr(0, own.rfind('/') + 1) + library;
 }
 
-std::string everything_from(int file) {
-    std::string all;
-    char buffer[4096];
-    ssize_t size = 0;
-    while ((size = ::read(file, buffer, sizeof buffer)) > 0 || (size < 0 && errno == EINTR)) {
-        all.append(buffer, static_cast<std::size_t>(size < 0 ? 0 : size));
-    }
-    return all;
+// The path of a library that is loaded, or an empty text.
+std::string loaded_from(const char* library) {
+    void* const handle = ::dlopen(library, RTLD_LAZY | RTLD_NOLOAD);
+    link_map* map = nullptr;
+    return handle == nullptr || ::dlinfo(handle, RTLD_DI_LINKMAP, &map) != 0 ? "" : map->l_name;
 }
+
+#define TAVRO_CALL_NAME(RESULT, NAME, METHOD, PARAMETERS, ARGUMENTS) #NAME,
+constexpr const char* kCalls[] = {TAVRO_MIDDLEWARE_CALLS(TAVRO_CALL_NAME) "__android_log_print"};
+#undef TAVRO_CALL_NAME
 
 } // namespace
 
-#define SCRIPT(RESULT, NAME)                                                                                           \
-    extern "C" JNIEXPORT RESULT JNICALL Java_com_velotra_tv_tavro_services_channellist_Script_##NAME
+#define SCRIPT(RESULT, NAME) extern "C" JNIEXPORT RESULT JNICALL Java_com_velotra_tv_tavro_scripted_Script_##NAME
+
+// Loads the scripted platform, so that it serves every library that is loaded later: the loader does not load a second
+// library of the same name. Returns null, or why it cannot serve them.
+SCRIPT(jstring, select)(JNIEnv* env, jclass) {
+    for (const char* library : kPlatform) {
+        const std::string path = loaded_from(library);
+        std::error_code ignored;
+        if (path.empty() && ::dlopen(scripted(library).c_str(), RTLD_NOW) == nullptr) {
+            return env->NewStringUTF(::dlerror());
+        } else if (!path.empty() && !std::filesystem::equivalent(path, scripted(library), ignored)) {
+            return env->NewStringUTF((path + " is loaded already").c_str());
+        }
+    }
+    return nullptr;
+}
+
+SCRIPT(jboolean, isCall)(JNIEnv* env, jclass, jstring name) {
+    const std::string text = text_of(env, name);
+    for (const char* call : kCalls) {
+        if (text == call) {
+            return JNI_TRUE;
+        }
+    }
+    return JNI_FALSE;
+}
 
 SCRIPT(void, reset)(JNIEnv*, jclass) { script::reset(); }
 
@@ -91,7 +113,7 @@ SCRIPT(jobjectArray, lines)(JNIEnv* env, jclass) {
     return array;
 }
 
-SCRIPT(jbyteArray, record)(JNIEnv* env, jclass, jint index) {
+SCRIPT(jbyteArray, record0)(JNIEnv* env, jclass, jint index) {
     const std::vector<std::byte> record = script::journal().at(static_cast<std::size_t>(index)).record;
     auto* array = env->NewByteArray(static_cast<jsize>(record.size()));
     env->SetByteArrayRegion(array, 0, static_cast<jsize>(record.size()), reinterpret_cast<const jbyte*>(record.data()));
@@ -107,30 +129,6 @@ SCRIPT(jintArray, openHandles)(JNIEnv* env, jclass) {
     return array;
 }
 
-SCRIPT(void, setProperty)(JNIEnv* env, jclass, jstring name, jstring value) {
+SCRIPT(void, setProperty0)(JNIEnv* env, jclass, jstring name, jstring value) {
     script::set_property(text_of(env, name), text_of(env, value));
-}
-
-// Only the calling thread goes on in the copy: what waits for another one, such as a garbage collection, does not
-// return. An alarm ends it after 10 s.
-SCRIPT(jstring, inACopy)(JNIEnv* env, jclass, jobject runnable) {
-    int ends[2] = {};
-    if (::pipe(ends) != 0) {
-        return nullptr;
-    }
-    const pid_t copy = ::fork();
-    if (copy == 0) {
-        ::close(ends[0]);
-        run_in_copy(env, runnable, ends[1]);
-    }
-    ::close(ends[1]);
-    std::string output = copy < 0 ? "" : everything_from(ends[0]);
-    ::close(ends[0]);
-    int status = 0;
-    if (copy < 0 || ::waitpid(copy, &status, 0) != copy) {
-        return nullptr;
-    }
-    output += WIFSIGNALED(status) ? "signal " + std::to_string(WTERMSIG(status))
-                                  : "exit " + std::to_string(WEXITSTATUS(status));
-    return env->NewStringUTF(output.c_str());
 }
