@@ -38,6 +38,7 @@ import picocli.CommandLine.TypeConversionException;
             OrderCommand.class,
             ExportCommand.class,
             ImportCommand.class,
+            DeviceCommand.class,
             ShellCommand.class,
             SetCommand.class,
             AddCommand.class,
