@@ -104,7 +104,9 @@ struct Check {
 // Each file in checks/ adds its rows. The order is the order in which checks run.
 void add_library_checks(std::vector<Check>& checks);
 void add_list_checks(std::vector<Check>& checks);
+void add_content_checks(std::vector<Check>& checks);
 void add_handle_checks(std::vector<Check>& checks);
+void add_adding_checks(std::vector<Check>& checks);
 void add_record_checks(std::vector<Check>& checks);
 void add_query_checks(std::vector<Check>& checks);
 void add_lock_checks(std::vector<Check>& checks);
