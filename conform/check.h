@@ -109,6 +109,8 @@ void add_handle_checks(std::vector<Check>& checks);
 void add_adding_checks(std::vector<Check>& checks);
 void add_record_checks(std::vector<Check>& checks);
 void add_query_checks(std::vector<Check>& checks);
+void add_reading_checks(std::vector<Check>& checks);
+void add_filter_checks(std::vector<Check>& checks);
 void add_lock_checks(std::vector<Check>& checks);
 void add_file_checks(std::vector<Check>& checks);
 void add_helper_checks(std::vector<Check>& checks);

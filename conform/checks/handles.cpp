@@ -165,7 +165,7 @@ void add_rows(std::vector<Check>& checks) {
     row({"handle.closed-twice",
          {"close"},
          "Closing a handle a second time fails.",
-         "needed by native_close of {lists}: its status is what Java gets",
+         "needed by the close native of {lists}: its status is what Java gets",
          kWrong,
          close_twice<Kind>,
          1});
