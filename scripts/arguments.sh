@@ -88,7 +88,7 @@ read_usage() { # COMMAND
     while read -r word; do
         [[ $word = \[* ]] || needed+=("$word")
         [[ $word != *... && $word != *...] ]] || unlimited=yes
-        [ "$word" != '[ARGUMENT...]' ] || passes_on=yes
+        [[ $word != PROGRAM && $word != COMMAND ]] || passes_on=yes
         allowed=$((allowed + 1))
     done < <(usage_words "${usage#*" $1"}" | grep -v '^[[(]*-')
 }
@@ -116,7 +116,7 @@ usage_words() { # LINE
 }
 
 # Splits a command's words into "options", each as NAME or NAME=VALUE, and "arguments". Exits on wrong usage. The words
-# after the first argument of a command whose usage ends with [ARGUMENT...] are arguments, whatever they look like.
+# after the argument PROGRAM or COMMAND are arguments of that program or command, whatever they look like.
 parse() { # WORD...
     local word name value
     local -A takes=([--help]='') short=([-h]=--help)

@@ -85,6 +85,8 @@ nothing_done() {
             [ "$name" != --kind ] || sample=networks
             [ "$name" != --tree ] && [ "$name" != --class-path ] || sample=$area
             [ "$name" != --platform ] || sample=scripted
+            [ "$command$name" != trace--format ] || sample=json
+            [ "$command$name" != trace--output ] || sample=$area/trace
             [ "$name" != --java ] || sample=-ea
             long+=("$name${value:+=$sample}")
             [ "$letter" = - ] || short+=("$letter${value:+$sample}")
@@ -99,6 +101,7 @@ nothing_done() {
             case $command in
             test) called '^ctest .*-L quick' ;;
             bench) called "^run.sh $clone/build/host .*-- java .*tool.Main$" ;;
+            trace) called '^env LD_PRELOAD=.*libtavro_trace.so .*TAVRO_TRACE_JNI=' ;;
             run) called "^java .* -ea -cp $area:.* PROGRAM$" ;;
             mutate) called "^mutate.sh $clone/build/host/tests/mutants/settings.sh $form$" ;;
             *) called "^java .* $command $form --" ;;
