@@ -28,7 +28,7 @@ void scan_cache(Run& run) {
     const std::vector<_SVL_REC_T> scanned = {add<Svl>(run, handle, 1), add<Svl>(run, handle, 2)};
     run.done(Svl::fs_store(handle, cache.c_str(), run.list()));
     run.done(Svl::clean(handle));
-    run.returns(kMwNoFile, load(run, handle, list));
+    run.fails(load(run, handle, list));
     std::uint32_t words[3] = {};
     run.done(mw::fs_raw_qry_fpath(kMwRootDrive, cache.c_str(), &words[0], &words[1], &words[2]));
     mw::fs_raw_init(kMwRootDrive, cache.c_str());
