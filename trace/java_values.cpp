@@ -51,7 +51,7 @@ std::string size_text(JNIEnv* env, jobject object, jclass cls, const std::string
     if (signature.rfind("Ljava/util/", 0) != 0) {
         return "";
     }
-    const jmethodID size = env->GetMethodID(cls, "size", "()I");
+    jmethodID size = env->GetMethodID(cls, "size", "()I");
     if (size == nullptr) {
         env->ExceptionClear();
         return "";

@@ -137,7 +137,9 @@ std::vector<std::string> RecordFormat::differences(const Bytes& before, const By
         const std::string old_value = value_text(named.field, before);
         const std::string value = value_text(named.field, after);
         if (value != old_value) {
-            parts.push_back(named.name + (with_old ? ' ' + old_value + " -> " : "=") + value);
+            std::string part = named.name;
+            part.append(with_old ? " " + old_value + " -> " : "=").append(value);
+            parts.push_back(part);
             std::fill(first, last, false);
         }
     }

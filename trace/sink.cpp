@@ -1,5 +1,6 @@
 #include "trace/sink.h"
 
+#include "trace/json.h"
 #include "trace/output.h"
 #include "trace/settings.h"
 #include "trace/text.h"
@@ -56,6 +57,7 @@ thread_local Thread* this_thread = nullptr;
 thread_local int quiet = 0;
 thread_local int natives = 0;
 thread_local int depth = 0;
+thread_local Event* innermost = nullptr;
 std::atomic<ThreadName> thread_names{nullptr};
 
 std::string name_of_thread() {
@@ -71,25 +73,6 @@ std::string name_of_thread() {
         name = own.data();
     }
     return escaped(name);
-}
-
-std::string json_event(const char* phase, std::int64_t at_ns, const std::string& rest) {
-    std::array<char, 128> head{};
-    std::snprintf(head.data(), head.size(), R"({"ph":"%s","pid":%d,"tid":%ld,"ts":%lld.%03d,)", phase, ::getpid(),
-                  this_thread->id, static_cast<long long>(at_ns / kNanosecondsPerMicrosecond),
-                  static_cast<int>(at_ns % kNanosecondsPerMicrosecond));
-    return head.data() + rest + '}';
-}
-
-std::string json_string(const std::string& text) { return '"' + json_escaped(text) + '"'; }
-
-// Numbers stay numbers, so that they can be summed and compared.
-std::string json_value(const std::string& text) {
-    const std::size_t digits = text.rfind('-', 0) == 0 ? 1 : 0;
-    const bool number = text.size() > digits && text.size() < 16 &&
-                        text.find_first_not_of("0123456789", digits) == std::string::npos &&
-                        (text[digits] != '0' || text.size() == digits + 1);
-    return number ? text : json_string(text);
 }
 
 // The name of the program, as the system has it.
@@ -117,7 +100,8 @@ void write_remark(const std::string& text) {
         state().output.line("# " + text);
         return;
     }
-    state().output.event(json_event("i", now_ns(), R"("s":"p","cat":"trace","name":)" + json_string(text)));
+    state().output.event(
+        json_event(this_thread->id, "i", now_ns(), R"("s":"p","cat":"trace","name":)" + json_string(text)));
 }
 
 // Before the first line of the process and of the thread.
@@ -131,7 +115,8 @@ void prepare() {
         }
         if (settings().json) {
             all.output.event(
-                json_event("M", 0, R"("name":"thread_name","args":{"name":)" + json_string(this_thread->name) + '}'));
+                json_event(this_thread->id, "M", 0,
+                           R"("name":"thread_name","args":{"name":)" + json_string(this_thread->name) + '}'));
         }
     }
     if (all.begun) {
@@ -140,7 +125,8 @@ void prepare() {
     all.begun = true;
     all.output.open();
     if (settings().json) {
-        all.output.event(json_event("M", 0, R"("name":"process_name","args":{"name":)" + json_string(program()) + '}'));
+        all.output.event(json_event(this_thread->id, "M", 0,
+                                    R"("name":"process_name","args":{"name":)" + json_string(program()) + '}'));
     } else {
         all.output.line(first_line());
     }
@@ -227,17 +213,40 @@ bool is_quiet() noexcept { return quiet > 0; }
 
 int natives_running() noexcept { return natives; }
 
-Event::Event(Category category, const char* name) noexcept : category_(category), name_(name), start_ns_(now_ns()) {}
+Event::Event(Category category, const char* name) noexcept
+    : category_(category), name_(name), outer_(innermost), start_ns_(now_ns()) {
+    innermost = this;
+}
+
+void Event::close() noexcept {
+    if (!open_) {
+        return;
+    }
+    open_ = false;
+    innermost = outer_;
+    depth -= begun_ ? 1 : 0;
+    natives -= begun_ && category_ == Category::kNative ? 1 : 0;
+}
 
 void Event::argument(std::string name, std::string text) { arguments_.push_back({std::move(name), std::move(text)}); }
 
-void Event::begin() noexcept {
+void Event::write_begin() {
+    if (begun_) {
+        return;
+    }
+    if (outer_ != nullptr) {
+        outer_->write_begin();
+    }
     if (!settings().json) {
-        locked([this] { write_line(start_ns_, name_ + ('(' + joined(arguments_)) + ')'); });
+        write_line(start_ns_, name_ + ('(' + joined(arguments_)) + ')');
     }
     begun_ = true;
     ++depth;
     natives += category_ == Category::kNative ? 1 : 0;
+}
+
+void Event::begin() noexcept {
+    locked([this] { write_begin(); });
     start_ns_ = now_ns();
 }
 
@@ -253,12 +262,8 @@ void Event::write(const std::string& result, const std::vector<Value>& out) cons
                    call + (call.empty() || end.empty() ? "" : " ") + end + " <" + taken + " us>");
         return;
     }
-    std::array<char, 64> duration{};
-    std::snprintf(duration.data(), duration.size(), R"("dur":%lld.%03d,)",
-                  static_cast<long long>((end_ns_ - start_ns_) / kNanosecondsPerMicrosecond),
-                  static_cast<int>((end_ns_ - start_ns_) % kNanosecondsPerMicrosecond));
-    std::string rest = duration.data() + (R"("cat":")" + std::string(category_name(category_))) + R"(","name":)" +
-                       json_string(name_) + R"(,"args":{)";
+    std::string rest = R"("dur":)" + json_microseconds(end_ns_ - start_ns_) + R"(,"cat":")" + category_name(category_) +
+                       R"(","name":)" + json_string(name_) + R"(,"args":{)";
     std::string separator;
     int number = 0;
     const auto add = [&](const std::string& name, const std::string& text) {
@@ -275,28 +280,33 @@ void Event::write(const std::string& result, const std::vector<Value>& out) cons
     for (const Value& value : out) {
         add(value.name, value.text);
     }
-    state().output.event(json_event("X", start_ns_, rest + '}'));
+    state().output.event(json_event(this_thread->id, "X", start_ns_, rest + '}'));
 }
 
 void Event::finish(const std::string& result, const std::vector<Value>& out) noexcept {
     if (end_ns_ == 0) {
         returned();
     }
-    if (begun_) {
-        --depth;
-        natives -= category_ == Category::kNative ? 1 : 0;
-    }
-    locked([&] { write(result, out); });
+    close();
+    locked([&] {
+        if (outer_ != nullptr) {
+            outer_->write_begin();
+        }
+        write(result, out);
+    });
 }
 
 void log_line(char priority, const std::string& tag, const std::string& text) noexcept {
     locked([&] {
+        if (innermost != nullptr) {
+            innermost->write_begin();
+        }
         const std::string line = priority + ('/' + tag) + ": " + text;
         if (!settings().json) {
             write_line(now_ns(), line);
             return;
         }
-        state().output.event(json_event("i", now_ns(),
+        state().output.event(json_event(this_thread->id, "i", now_ns(),
                                         R"("s":"t","cat":"log","name":)" + json_string(line) +
                                             R"(,"args":{"priority":")" + priority + R"(","tag":)" + json_string(tag) +
                                             R"(,"text":)" + json_string(text) + '}'));

@@ -33,12 +33,15 @@ enum class Category : std::uint8_t {
     kJni,        // a call that a native makes to the virtual machine
 };
 
-// One call in progress on this thread. Written at finish(), as a line such as
-// `NAME(handle=0x1, record_id=5) = 0, version=3 <12 us>`. An event that is never finished is not written.
+// One call in progress on this thread, a local variable of the function that makes it. Written at finish(), as a line
+// such as `NAME(handle=0x1, record_id=5) = 0, version=3 <12 us>`. If something else is written on the thread before,
+// the name and the arguments are written first, and the rest on a line of its own. An event that is never finished is
+// not written.
 class Event {
 public:
     // The text at `name` must stay. The time counts from here.
     Event(Category category, const char* name) noexcept;
+    ~Event() { close(); }
     Event(const Event&) = delete;
     Event& operator=(const Event&) = delete;
 
@@ -52,11 +55,18 @@ public:
     void finish(const std::string& result, const std::vector<Value>& out) noexcept;
     void finish(const std::string& result) noexcept { finish(result, {}); }
 
+    // Writes what begin() writes, for this event and those around it, as far as that is not done. The lock of the sink
+    // is held.
+    void write_begin();
+
 private:
     void write(const std::string& result, const std::vector<Value>& out) const;
+    void close() noexcept;
 
     Category category_;
     const char* name_;
+    Event* outer_; // the event that is in progress around this one
+    bool open_ = true;
     bool begun_ = false;
     std::int64_t start_ns_;
     std::int64_t end_ns_ = 0;
