@@ -68,14 +68,11 @@ sub prose {
 }
 
 # Whether a document has a heading; links have it in small letters with hyphens.
+my %headings; # by document
 sub has_heading {
     my ($document, $wanted) = @_;
-    for my $heading (prose($document) =~ /^#+ (.*)$/mg) {
-        my $link = lc $heading =~ tr/ /-/r;
-        $link =~ s/[^a-z0-9-]//g;
-        return 1 if $link eq $wanted;
-    }
-    return 0;
+    $headings{$document} //= { map { (lc tr/ /-/r) =~ s/[^a-z0-9_-]//gr => 1 } prose($document) =~ /^#+ (.*)$/mg };
+    return $headings{$document}{$wanted};
 }
 
 my @documents = grep { m{^([A-Z]+|docs/[^/]*)\.md$} } sort @files;

@@ -65,12 +65,14 @@ final class Ledger {
         return number;
     }
 
-    private static String callText(Scenario scenario) {
+    /** The call as Java writes it: {@code native_open(2, "/data/list.bin")}. */
+    static String callText(Scenario scenario) {
         return scenario.method().getName() + scenario.arguments().stream().map(Ledger::valueText)
                 .collect(Collectors.joining(", ", "(", ")"));
     }
 
-    private static String outcome(Scenario scenario, JniCalls.Recording recording) {
+    /** What the native returns or throws, indented. */
+    static String outcome(Scenario scenario, JniCalls.Recording recording) {
         if (recording.thrown() != null) {
             return "  throws " + recording.thrown().getClass().getSimpleName();
         }
@@ -88,10 +90,14 @@ final class Ledger {
         } else if (value instanceof List<?> list) {
             return list.stream().map(Ledger::valueText).collect(Collectors.joining(", ", "[", "]"));
         } else if (value instanceof KeyedValues object && !object.getClass().getSimpleName().endsWith("Info")) {
-            String identifier = object.keys().stream().noneMatch(key -> Arrays.stream(ListClass.values())
-                    .anyMatch(kind -> kind.identifierKey().equals(key))) ? "" : " " + valueText(object.identifier());
-            return "object" + identifier;
+            return "object" + (hasIdentifier(object) ? " " + valueText(object.identifier()) : "");
         }
         return value.getClass().getSimpleName();
+    }
+
+    /** Whether a record object's identifier is set, be it null. */
+    static boolean hasIdentifier(KeyedValues object) {
+        return object.keys().stream().anyMatch(key -> Arrays.stream(ListClass.values())
+                .anyMatch(kind -> kind.identifierKey().equals(key)));
     }
 }

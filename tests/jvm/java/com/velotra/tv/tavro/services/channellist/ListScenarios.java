@@ -82,6 +82,7 @@ final class ListScenarios {
         }
         open.path("the list is open and has records", () -> Script.always(COUNT, 0, 3), 1, PATH)
                 .path("the list is open and empty", 1, PATH)
+                .fails("the list is open and empty: the load fails", "fs_sync", 1, PATH)
                 .path("the list is open and empty: not a list file", () -> always("fs_sync", NOT_A_LIST_FILE), 1, PATH)
                 .path("the list is open, but the count fails", () -> Script.always(COUNT, Scenarios.FAILS, 3), 1, PATH);
         scanCache(open);

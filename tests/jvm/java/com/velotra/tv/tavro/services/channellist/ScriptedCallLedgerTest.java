@@ -21,9 +21,6 @@ import org.junit.jupiter.api.Test;
  * native then holds with a document. With the property {@code tavro.ledger.renew} it writes the files instead.
  */
 class ScriptedCallLedgerTest {
-    /** One path as it was recorded. */
-    private record Recorded(Scenario scenario, JniCalls.Recording recording, List<String> held) {}
-
     private static final List<Recorded> ALL = new ArrayList<>();
 
     /** What a test found wrong, so that one failing run shows all. */
@@ -31,13 +28,7 @@ class ScriptedCallLedgerTest {
 
     @BeforeAll
     static void recordEveryPath() {
-        for (Scenario scenario : Scenarios.all()) {
-            scenario.begin();
-            int[] before = Script.openHandles();
-            JniCalls.Recording recording = scenario.record();
-            ALL.add(new Recorded(scenario, recording, HeldThings.of(recording, before, Script.openHandles())));
-        }
-        Script.reset();
+        ALL.addAll(Recorded.all());
     }
 
     @Test
