@@ -7,7 +7,7 @@ program() { : >"$area/Program.java"; }
     program
     tavro 0 run Program.java
     called '^cmake --build .*/build/host --target workstation$'
-    called "^java -XX:.UseSerialGC -Djava.library.path=$clone/build/host/lib:$clone/build/host/lib/scripted -cp .:$clone/build/host/lib/tavro.jar Program.java$"
+    called "^java -XX:TieredStopAtLevel=1 -XX:.UseSerialGC -Djava.library.path=$clone/build/host/lib:$clone/build/host/lib/scripted -cp .:$clone/build/host/lib/tavro.jar Program.java$"
 }
 
 @test "a program over the scripted platform gets it built and selected" {
@@ -21,7 +21,7 @@ program() { : >"$area/Program.java"; }
 @test "words after the program are its own" {
     mkdir -p "$area/classes"
     tavro 0 run --class-path=classes --java=-ea --java=-Xcheck:jni org.example.Main --help -- --platform=x -h 3,17
-    called "^java -XX:.UseSerialGC -Djava.library.path=[^ ]* -ea -Xcheck:jni -cp classes:[^ ]*/tavro.jar org.example.Main --help -- --platform=x -h 3,17$"
+    called "^java -XX:TieredStopAtLevel=1 -XX:.UseSerialGC -Djava.library.path=[^ ]* -ea -Xcheck:jni -cp classes:[^ ]*/tavro.jar org.example.Main --help -- --platform=x -h 3,17$"
 }
 
 @test "a jar file starts its main class" {

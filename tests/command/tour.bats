@@ -66,3 +66,10 @@ y…' '    in the document: y…' '    printed:         x'
     run "$BATS_TEST_DIRNAME/tour.sh" "$BATS_TEST_TMPDIR/doc.md" "$BATS_TEST_TMPDIR" echo
     [ "$status $output" = "1 $BATS_TEST_TMPDIR/doc.md: a block is not closed" ]
 }
+
+@test "a block of Java is saved under the name of its class" {
+    printf '```java\nimport x;\npublic class Some {\n}\n```\n' >"$BATS_TEST_TMPDIR/doc.md"
+    printf '```console\n$ cat Some.java\nimport x;\npublic class Some {\n}\n```\n' >>"$BATS_TEST_TMPDIR/doc.md"
+    run "$BATS_TEST_DIRNAME/tour.sh" "$BATS_TEST_TMPDIR/doc.md" "$BATS_TEST_TMPDIR" echo
+    [ "$status" = 0 ] && [ -z "$output" ] || { echo "$output"; return 1; }
+}

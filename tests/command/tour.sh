@@ -4,9 +4,12 @@
 # In a block that begins with ```console, a line "$ COMMAND" is a command, and the lines up to the next one are its output
 # and errors. A line that is … stands for any lines, and … at the end of a line for the rest of it.
 #
+# A block that begins with ```java is saved under the name of its public class. Files of the clone that TOUR_FILES names
+# are in the folder.
+#
 # Usage: tour.sh DOCUMENT BUILD_FOLDER TOOL...   (TOOL is the command that ./tavro runs; BUILD_FOLDER/sources has the data)
 set -uo pipefail
-document=$(readlink -f "$1") sources=$2/sources
+document=$(readlink -f "$1") build=$(readlink -f "$2") clone=$(readlink -f "$(dirname "$0")/../..")
 shift 2
 if ! grep -q '^\$ ' "$document"; then
     echo "$document has no commands"
@@ -17,7 +20,8 @@ trap 'rm -rf "$folder"' EXIT
 printf '#!/bin/sh\nexec %s "$@"\n' "$*" >"$folder/tavro"
 chmod 755 "$folder/tavro"
 mkdir "$folder/build"
-ln -s "$sources" "$folder/build/sources"
+ln -s "$build/sources" "$build/host" "$folder/build"
+[ -z "${TOUR_FILES:-}" ] || (cd "$clone" && cp -r --parents $TOUR_FILES "$folder") || exit 1
 unset TAVRO_HOME COLUMNS
 export HOME=$folder LC_ALL=C.UTF-8
 
@@ -83,6 +87,15 @@ while IFS= read -r line <&3; do
         : >"$folder/.expected"
         ;;
     'yes:'*) printf '%s\n' "$line" >>"$folder/.expected" ;;
+    'no:```java')
+        block=java
+        : >"$folder/.java"
+        ;;
+    'java:```')
+        block=no
+        cp "$folder/.java" "$folder/$(sed -nE 's/^public class ([A-Za-z]+) .*/\1/p' "$folder/.java").java"
+        ;;
+    'java:'*) printf '%s\n' "$line" >>"$folder/.java" ;;
     esac
 done 3<"$document"
 [ "$block" = no ] || { echo "$document: a block is not closed" && exit 1; }
