@@ -28,11 +28,12 @@ enum DeviceAction {
     /** Returns what is wrong with a number of arguments or with an option, or null. */
     String problem(List<String> arguments, List<String> givenOptions) {
         for (String option : givenOptions) {
-            if (!options.contains(option) && Arrays.stream(values()).anyMatch(other -> other.options.contains(option))) {
-                return "option '" + option + "' is for " + Arrays.stream(values())
-                        .filter(other -> other.options.contains(option))
-                        .map(DeviceAction::toString)
-                        .collect(Collectors.joining(" and ")) + ", not for " + this;
+            String others = Arrays.stream(values())
+                    .filter(other -> other.options.contains(option))
+                    .map(DeviceAction::toString)
+                    .collect(Collectors.joining(", "));
+            if (!others.isEmpty() && !options.contains(option)) {
+                return "option '" + option + "' is for " + others + ", not for " + this;
             }
         }
         if (arguments.size() < least) {

@@ -37,7 +37,7 @@ import picocli.CommandLine.Spec;
             "",
             "Exit codes: 0 done, 1 failed (conform: a check failed; pull --diff: the lists differ), 2 wrong usage."},
         footer = {"", "Examples: ./tavro device push",
-            "          ./tavro device conform --junit results.xml -- --filter 'svl.*'",
+            "          ./tavro device conform --junit results.xml -- --filter='svl.*'",
             "          ./tavro device log-level D && ./tavro device log",
             "          ./tavro device log bugreport.txt",
             "          ./tavro device pull /data/tv/services.list --diff 1"})
@@ -50,7 +50,8 @@ final class DeviceCommand implements Callable<Integer> {
     @Mixin
     private HelpOption help;
 
-    @Parameters(index = "0", paramLabel = "ACTION", converter = DeviceAction.Converter.class, description = "See above.")
+    @Parameters(index = "0", paramLabel = "ACTION", converter = DeviceAction.Converter.class, description = "See "
+            + "above.")
     private DeviceAction action;
 
     @Parameters(index = "1..*", arity = "0..*", paramLabel = "ARGUMENT", description = "Arguments of the action.")
@@ -101,7 +102,8 @@ final class DeviceCommand implements Callable<Integer> {
     @Option(names = "--show", description = "pull: print the records of the file, as ./tavro dump does.")
     private boolean show;
 
-    @Option(names = "--diff", paramLabel = "OTHER", description = "pull: compare OTHER, as in ./tavro diff, with the file.")
+    @Option(names = "--diff", paramLabel = "OTHER", description = "pull: compare OTHER, as in ./tavro diff, with the "
+            + "file.")
     private String diff;
 
     @Option(names = {"-k", "--kind"}, paramLabel = "KIND", converter = Converters.KindName.class,

@@ -149,7 +149,8 @@ public final class Adb {
     /** Returns what adb's message means and what to do. */
     private String explain(String message) {
         if (message.contains("no devices")) {
-            return "no device is connected: connect one by USB and allow USB debugging in its developer options, or run "
+            return "no device is connected: connect one by USB and allow USB debugging in its developer options, or "
+                    + "run "
                     + program + " connect ADDRESS";
         }
         if (message.contains("more than one")) {

@@ -36,7 +36,7 @@ public final class Conform {
         String results = directory + "/conform.xml";
         List<String> words = new ArrayList<>(List.of("./" + Push.PROGRAM));
         if (junit != null) {
-            words.add("--junit=" + results);
+            words.addAll(List.of("--format=tap", "--format=junit", "--output=" + results));
             adb.need("cannot remove the results of an earlier run", "rm", "-f", results);
         }
         words.addAll(arguments);

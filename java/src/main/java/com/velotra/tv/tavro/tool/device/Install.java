@@ -76,7 +76,8 @@ public final class Install {
         }
         try {
             adb.need("cannot put the earlier state back", "sh", "-c",
-                    "if test -e " + BACKUP + "; then mv " + BACKUP + " " + TARGET + "; else rm -f " + TARGET + " " + NOTHING
+                    "if test -e " + BACKUP + "; then mv " + BACKUP + " " + TARGET + "; else rm -f " + TARGET + " "
+                    + "" + NOTHING
                             + "; fi");
             return "the earlier state is back";
         } catch (Failure failure) {

@@ -89,7 +89,8 @@ public final class Log {
 
     private void summarize(String name) {
         if (filter.found() == 0) {
-            throw new Failure("none of the " + filter.lines() + " lines of " + name + " is a line of the library in the "
+            throw new Failure("none of the " + filter.lines() + " lines of " + name + " is a line of the library in "
+                    + "the "
                     + "form of logcat -v threadtime; set the level with log-level D before you save a log");
         }
     }

@@ -64,7 +64,8 @@ public final class LogLevel {
         Adb.Reply reply = adb.shell("setprop", PROPERTY, value);
         String found = get(PROPERTY);
         if (!found.equals(value)) {
-            throw new Failure(PROPERTY + " is " + shown(found) + ", not " + shown(value) + ": the device's shell may not "
+            throw new Failure(PROPERTY + " is " + shown(found) + ", not " + shown(value) + ": the device's shell may "
+                    + "not "
                     + "set it (" + (reply.succeeded() ? "setprop reported no error" : reply.reason())
                     + "); run adb root, or see docs/selinux.md");
         }

@@ -38,9 +38,11 @@ public final class Pull {
     /** Checks that the copy is a list file, which show and diff can read. */
     public static void needListFile(Path file, String self) {
         if (!ListFile.isOne(file)) {
-            throw new Failure(Printable.of(file.toString()) + " is not a list file of the workstation: a TV's middleware "
+            throw new Failure(Printable.of(file.toString()) + " is not a list file of the workstation: a TV's "
+                    + "middleware "
                     + "has a format of its own. If it is records one after the other, use " + self
-                    + " dump FILE --kind KIND; to read its lists otherwise, dump the byte arrays that the natives return");
+                    + " dump FILE --kind KIND; to read its lists otherwise, dump the byte arrays that the natives "
+                    + "return");
         }
     }
 }

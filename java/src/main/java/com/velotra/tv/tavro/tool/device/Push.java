@@ -43,7 +43,8 @@ public final class Push {
         }
         for (Path file : data) {
             if (!Files.isRegularFile(file) || !Files.isReadable(file)) {
-                throw new Failure("cannot read " + Printable.of(file.toString()) + ": no such file, or permission denied");
+                throw new Failure("cannot read " + Printable.of(file.toString()) + ": no such file, or permission "
+                        + "denied");
             }
         }
         adb.needDevice();
@@ -55,7 +56,8 @@ public final class Push {
         for (Path file : data) {
             push(file, file.getFileName().toString(), "644");
             if (ListFile.isOne(file)) {
-                System.out.println("  note: this is a list file of the workstation; a TV's middleware loads only its own");
+                System.out.println("  note: this is a list file of the workstation; a TV's middleware loads only its "
+                        + "own");
             }
         }
         System.out.println(program == null
@@ -66,6 +68,7 @@ public final class Push {
     private void push(Path file, String name, String mode) {
         String remote = directory + "/" + name;
         String checked = files.push(file, remote, mode);
-        System.out.println(Printable.of(remote) + ": " + file.toFile().length() + " bytes, mode " + mode + ", " + checked);
+        System.out.println(Printable.of(remote) + ": " + file.toFile().length() + " bytes, mode " + mode + ", "
+                + "" + checked);
     }
 }

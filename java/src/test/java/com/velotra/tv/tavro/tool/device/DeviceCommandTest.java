@@ -50,13 +50,16 @@ class DeviceCommandTest {
     @Test
     void aDeviceThatIsNotReadyIsExplained() throws IOException {
         adb.file("devices", "List of devices attached\nX1\tdevice\nX2\tunauthorized\n\n");
-        assertEquals(failed("no device is connected: connect one by USB and allow USB debugging in its developer options, "
+        assertEquals(failed("no device is connected: connect one by USB and allow USB debugging in its developer "
+                + "options, "
                 + "or run /adb connect ADDRESS"), logLevelWhen("get-state", "error: no devices/emulators found\n"));
         assertEquals(failed("several devices are connected: choose one with -s or $ANDROID_SERIAL: X1, X2"),
                 logLevelWhen("get-state", "error: more than one device/emulator\n"));
-        assertEquals(failed("the device does not allow this computer to debug it: accept the question on its screen, or "
+        assertEquals(failed("the device does not allow this computer to debug it: accept the question on its screen, "
+                + "or "
                 + "remove and insert the cable if there is none"),
-                logLevelWhen("get-state", "error: device unauthorized.\nThis adb server's $ADB_VENDOR_KEYS is not set\n"));
+                logLevelWhen("get-state", "error: device unauthorized.\nThis adb server's $ADB_VENDOR_KEYS is not "
+                        + "set\n"));
         assertEquals(failed("the device is offline: run /adb reconnect, or restart the device"),
                 logLevelWhen("get-state", "error: device offline\n"));
         adb.fail("-s X3 get-state", 1, "error: device 'X3' not found\n");
@@ -66,10 +69,12 @@ class DeviceCommandTest {
 
     @Test
     void aMissingAdbIsAFailure() throws IOException, InterruptedException {
-        assertEquals(failed("cannot run /no/adb: No such file or directory; install the Debian package adb, or name the "
+        assertEquals(failed("cannot run /no/adb: No such file or directory; install the Debian package adb, or name "
+                + "the "
                 + "program with --adb or $ADB"), ToolProcess.runHere("device", "--adb=/no/adb", "log-level"));
         assertEquals(failed("cannot run /none: No such file or directory; install the Debian package adb, or name the "
-                + "program with --adb or $ADB"), ToolProcess.run(folder, Map.of("ADB", "/none"), "device", "log-level"));
+                + "program with --adb or $ADB"), ToolProcess.run(folder, Map.of("ADB", "/none"), "device",
+                "log-level"));
     }
 
     @Test
@@ -80,7 +85,7 @@ class DeviceCommandTest {
         assertEquals(refused("pull: unexpected argument 'c'"), adb.run("pull", "a", "b", "c"));
         assertEquals(refused("log-level: unexpected argument 'E'"), adb.run("log-level", "D", "E"));
         assertEquals(refused("option '--junit' is for conform, not for push"), adb.run("push", "--junit=x"));
-        assertEquals(refused("option '--directory' is for push and conform and log-level, not for log"),
+        assertEquals(refused("option '--directory' is for push, conform, log-level, not for log"),
                 adb.run("log", "--directory=/data"));
         assertEquals(refused("'tmp' is not a folder of the device: it must begin with /"),
                 adb.run("push", "--directory", "tmp"));
@@ -183,14 +188,20 @@ class DeviceCommandTest {
         Path program = adb.device(TMP + "/tavro-conform");
         Files.writeString(program, "#!/bin/sh\necho \"ok 1 - $*\"; echo '<x/>' >conform.xml; exit 1\n");
         program.toFile().setExecutable(true);
-        assertEquals(new Result(1, "ok 1 - --junit=" + TMP + "/conform.xml --filter svl.*\n", "Results: /r.xml\n"),
-                adb.run("conform", "--junit=" + folder + "/r.xml", "--", "--filter", "svl.*"));
+        String reports = "--format=tap --format=junit --output=" + TMP + "/conform.xml";
+        assertEquals(new Result(1, "ok 1 - " + reports + " --filter=svl.*\n", "Results: /r.xml\n"),
+                adb.run("conform", "--junit=" + folder + "/r.xml", "--", "--filter=svl.*"));
         assertEquals("<x/>\n", Files.readString(folder.resolve("r.xml")));
-        assertEquals("get-state\nshell test -e %1$s/tavro-conform\nshell rm -f %1$s/conform.xml\n"
-                .formatted(TMP) + "shell cd %1$s && ./tavro-conform --junit=%1$s/conform.xml --filter 'svl.*'\n"
-                .formatted(TMP) + "pull %1$s/conform.xml /r.xml\n".formatted(TMP), adb.calls());
+        assertEquals("""
+                get-state
+                shell test -e %1$s/tavro-conform
+                shell rm -f %1$s/conform.xml
+                shell cd %1$s && ./tavro-conform %2$s '--filter=svl.*'
+                pull %1$s/conform.xml /r.xml
+                """.formatted(TMP, reports), adb.calls());
         Files.writeString(program, "#!/bin/sh\nexit 139\n");
-        assertEquals(failed("tavro-conform did not run to its end: exit code 139; look at the last check above and at adb "
+        assertEquals(failed("tavro-conform did not run to its end: exit code 139; look at the last check above and at "
+                + "adb "
                 + "logcat"), adb.run("conform"));
         Files.delete(program);
         assertEquals(failed(TMP + "/tavro-conform is not on the device: run device push first"), adb.run("conform"));
@@ -238,7 +249,8 @@ class DeviceCommandTest {
     @Test
     void aLevelThatDoesNotStickIsAFailure() throws IOException {
         adb.file("fixed", "");
-        assertEquals(failed(PROPERTY + " is (empty), not D: the device's shell may not set it (setprop reported no error); "
+        assertEquals(failed(PROPERTY + " is (empty), not D: the device's shell may not set it (setprop reported no "
+                + "error); "
                 + "run adb root, or see docs/selinux.md"), adb.run("log-level", "D"));
         adb.fail("shell setprop*", 1, "Failed to set property '" + PROPERTY + "' to 'D'.\nSee dmesg\n");
         assertEquals(failed(PROPERTY + " is (empty), not D: the device's shell may not set it (Failed to set property '"
@@ -292,7 +304,8 @@ class DeviceCommandTest {
         assertEquals(failed("'/' is not the path of a file"), adb.run("pull", "/", folder.toString()));
         assertEquals("", adb.calls());
         adb.fail("pull*", 1, "adb: error: failed to stat remote object '/data/b': No such file or directory\n");
-        assertEquals(failed("cannot pull /data/b: adb reports: error: failed to stat remote object '/data/b': No such file or "
+        assertEquals(failed("cannot pull /data/b: adb reports: error: failed to stat remote object '/data/b': No such "
+                + "file or "
                 + "directory"), adb.run("pull", "/data/b", folder.toString()));
     }
 }

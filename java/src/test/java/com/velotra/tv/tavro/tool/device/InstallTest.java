@@ -86,9 +86,11 @@ class InstallTest {
         Path target = adb.device("/vendor/lib/" + LIBRARY);
         Files.writeString(target, "old");
         adb.fail("shell cp *", 1, "cp: No space left on device");
-        assertEquals(failed("cannot save the installed library; nothing was changed: cp: No space left on device"), install());
+        assertEquals(failed("cannot save the installed library; nothing was changed: cp: No space left on device"),
+                install());
         adb.fail("push*", 1, "adb: error: device 'X1' not found\n");
-        assertEquals(failed("cannot push /" + LIBRARY + " to /vendor/lib/" + LIBRARY + ".new: the device is not connected; "
+        assertEquals(failed("cannot push /" + LIBRARY + " to /vendor/lib/" + LIBRARY + ".new: the device is not "
+                + "connected; "
                 + "connected: none; the installed library is unchanged"), install());
         adb.fail("shell mv *.new *", 1, "mv: bad");
         assertEquals(failed("cannot rename the copy: mv: bad; the installed library is unchanged"), install());
@@ -106,11 +108,13 @@ class InstallTest {
     void installNeedsRootAndAWritableVendorPartition() throws IOException {
         adb.file("user", "2000\n");
         adb.fail("root", 0, "adbd cannot run as root in production builds\n");
-        assertEquals(failed("the device's shell is not root: adbd cannot run as root in production builds; installing needs "
+        assertEquals(failed("the device's shell is not root: adbd cannot run as root in production builds; installing "
+                + "needs "
                 + "a userdebug or eng build. push without --install needs no root"), install());
         adb.file("user", "0\n");
         adb.fail("remount", 1, "remount failed\n");
-        assertEquals(failed("cannot make /vendor writable: run adb disable-verity and adb reboot first: remount failed"),
+        assertEquals(failed("cannot make /vendor writable: run adb disable-verity and adb reboot first: remount "
+                + "failed"),
                 install());
         assertEquals(List.of(), adb.files("/vendor/lib"));
     }

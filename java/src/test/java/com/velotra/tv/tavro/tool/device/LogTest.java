@@ -86,9 +86,11 @@ class LogTest {
         assertEquals(
                 TIME + "D         : stdvb.s_svc_name==One\\nTwo\\nThree _set_dvb_info\n"
                         + TIME + "D         : stdvb.s_svc_name==Four _set_dvb_info\n"
-                        + TIME + "D NativeVltTvChannelList_Cpp: [NativeVltTvChannelList][getInfo]:rec_id:1 ui2_prog_id:2 "
+                        + TIME + "D NativeVltTvChannelList_Cpp: [NativeVltTvChannelList][getInfo]:rec_id:1 "
+                        + "ui2_prog_id:2 "
                         + "ac_name:A\\nB\n"
-                        + TIME + "D NativeVltTvChannelList_Cpp: [NativeVltTvChannelList][getInfo]: mwdbId = 1 recId = 1\n",
+                        + TIME + "D NativeVltTvChannelList_Cpp: [NativeVltTvChannelList][getInfo]: mwdbId = 1 recId = "
+                        + "1\n",
                 filtered(
                         TIME + "D         : stdvb.s_svc_name==One",
                         TIME + "D         : Two",
@@ -98,7 +100,8 @@ class LogTest {
                         TIME + "D NativeVltTvChannelList_Cpp: [NativeVltTvChannelList][getInfo]:rec_id:1 ui2_prog_id:2 "
                                 + "ac_name:A",
                         TIME + "D NativeVltTvChannelList_Cpp: B",
-                        TIME + "D NativeVltTvChannelList_Cpp: [NativeVltTvChannelList][getInfo]: mwdbId = 1 recId = 1"));
+                        TIME + "D NativeVltTvChannelList_Cpp: [NativeVltTvChannelList][getInfo]: mwdbId = 1 recId = "
+                                + "1"));
     }
 
     /** Bug reports have the user before the process; other options of logcat add the year and the zone. */
@@ -147,7 +150,8 @@ class LogTest {
         String line = TIME + "E Tavro_onLoad_channellist: channellist JNI_OnLoad OK.\n";
         adb.file("logcat", line + TIME + "I Other: line\n");
         assertEquals(
-                new Result(1, line, "tavro: the log ended: the device was disconnected or restarted; exit code of adb: 0\n"),
+                new Result(1, line, "tavro: the log ended: the device was disconnected or restarted; exit code of "
+                        + "adb: 0\n"),
                 adb.run("-s", "X1", "log", "--since", "11-22 14:55:38.123"));
         assertEquals("-s X1 get-state\n-s X1 logcat -v threadtime -T 11-22 14:55:38.123\n", adb.calls());
         assertEquals(new Result(0, line, ""), adb.run("log", "--dump"));
@@ -160,7 +164,8 @@ class LogTest {
     @Test
     void standardInputIsReadLikeAFile() throws IOException {
         InputStream input = System.in;
-        System.setIn(new ByteArrayInputStream((TIME + "E         : Invalid param.\n").getBytes(StandardCharsets.UTF_8)));
+        System.setIn(new ByteArrayInputStream((TIME + "E         : Invalid "
+                + "param.\n").getBytes(StandardCharsets.UTF_8)));
         try {
             assertEquals(new Result(0, TIME + "E         : Invalid param.\n", ""), adb.run("log", "-"));
         } finally {
@@ -175,7 +180,8 @@ class LogTest {
                 + "D         : [jni_VltTvList_Init] [com_velotra_tv_tavro_satellitelist_open][9] \n" + TIME
                 + "D         : ivalue==1 _set_header_info,\n");
         assertEquals("\u001b[31m" + TIME + "E         : Invalid param.\u001b[0m\n"
-                + "\u001b[1m" + TIME + "D         : [jni_VltTvList_Init] [com_velotra_tv_tavro_satellitelist_open][9]\u001b[0m\n"
+                + "\u001b[1m" + TIME + "D         : [jni_VltTvList_Init] "
+                + "[com_velotra_tv_tavro_satellitelist_open][9]\u001b[0m\n"
                 + TIME + "D         : ivalue==1 _set_header_info,\n", adb.run("log", "--color", log.toString()).out());
     }
 
@@ -183,7 +189,8 @@ class LogTest {
     void aLogWithoutLinesOfTheLibraryIsAFailure() throws IOException {
         Path log = Files.writeString(folder.resolve("empty"), "a\nb\n");
         assertEquals(
-                new Result(1, "", "tavro: none of the 2 lines of /empty is a line of the library in the form of logcat -v "
+                new Result(1, "", "tavro: none of the 2 lines of /empty is a line of the library in the form of "
+                        + "logcat -v "
                         + "threadtime; set the level with log-level D before you save a log\n"),
                 adb.run("log", log.toString()));
         assertEquals(
