@@ -26,6 +26,19 @@ if(NOT TAVRO_JAVA)
 endif()
 set(TAVRO_TEST_JAVA ${TAVRO_JAVA} CACHE INTERNAL "Virtual machine that the tests run on")
 
+# tavro_archive_test_classes(JAR class...): archives the classes that these classes of tests load, JUnit's among them,
+# for the tests of JAR that are added later. Only the plain build has a virtual machine for each class of tests.
+function(tavro_archive_test_classes JAR)
+    get_target_property(jar_file ${JAR} JAR_FILE)
+    get_target_property(tavro_file tavro_jar JAR_FILE)
+    list(TRANSFORM ARGN PREPEND "-c;" OUTPUT_VARIABLE selection)
+    tavro_archive_classes(${JAR}_classes ${JAR} JAVA ${TAVRO_JAVA} ${TAVRO_JVM_OPTIONS}
+        DEPENDS ${JAR} ${jar_file} ${tavro_file}
+        COMMAND -Djava.library.path=${CMAKE_BINARY_DIR}/lib -cp ${jar_file}:${tavro_file}:${TAVRO_JUNIT}
+            org.junit.platform.console.ConsoleLauncher --disable-banner --details=tree ${selection})
+    set_target_properties(${JAR} PROPERTIES TAVRO_ARCHIVE ${CMAKE_LIBRARY_OUTPUT_DIRECTORY}/${JAR}.jsa)
+endfunction()
+
 # tavro_add_junit(AREA GROUP JAR CLASSES class... [ENVIRONMENT name=value...] [JVM_ARGS arg...])
 # Runs the tests of CLASSES from JAR (a target of add_jar), each class in a fresh storage directory, as entries
 # AREA.CLASS. In the lanes, which are faster with few processes, adds a single entry AREA.GROUP.
@@ -46,13 +59,18 @@ endfunction()
 macro(add_junit_entry NAME)
     get_target_property(jar_file ${JAR} JAR_FILE)
     get_target_property(tavro_file tavro_jar JAR_FILE)
+    get_target_property(archive ${JAR} TAVRO_ARCHIVE)
+    set(use_archive "")
+    if(archive)
+        set(use_archive -XX:SharedArchiveFile=${archive})
+    endif()
     set(sanitized "")
     if(TAVRO_SANITIZED)
         set(sanitized ${TAVRO_SANITIZED} ${CMAKE_BINARY_DIR}/reports/${NAME})
     endif()
     add_test(NAME ${NAME} COMMAND ${CMAKE_SOURCE_DIR}/cmake/fresh-home.sh ${CMAKE_BINARY_DIR}/homes/${NAME} ${sanitized}
         ${TAVRO_JAVA} ${TAVRO_JVM_OPTIONS} -ea -Djava.library.path=${CMAKE_BINARY_DIR}/lib:${CMAKE_BINARY_DIR}/lib/scripted
-        ${ARG_JVM_ARGS} -cp ${jar_file}:${tavro_file}:${TAVRO_JUNIT}
+        ${use_archive} ${ARG_JVM_ARGS} -cp ${jar_file}:${tavro_file}:${TAVRO_JUNIT}
         org.junit.platform.console.ConsoleLauncher --disable-banner --disable-ansi-colors --details=tree --details-theme=ascii
         --fail-if-no-tests ${selection})
     set_tests_properties(${NAME} PROPERTIES LABELS quick TIMEOUT 900
