@@ -2,8 +2,9 @@
 # of compiling the same sources again.
 set(TAVRO_JARS_OF "" CACHE PATH "Build folder with tests whose Java archives this build uses; empty: it makes its own")
 if(TAVRO_JARS_OF)
+    # Lanes run side by side, but only one build at a time can use a build folder.
     add_custom_target(made_jars COMMENT "Java archives of ${TAVRO_JARS_OF}" VERBATIM
-        COMMAND ${CMAKE_COMMAND} --build ${TAVRO_JARS_OF} --target tavro_tests_jar tavro_jvm_tests_jar -- --quiet)
+        COMMAND flock ${TAVRO_JARS_OF}/.jars.lock ${CMAKE_COMMAND} --build ${TAVRO_JARS_OF} --target tavro_tests_jar tavro_jvm_tests_jar -- --quiet)
 endif()
 
 # tavro_add_jar(TARGET NAME arguments of add_jar...): NAME.jar in the folder of libraries.

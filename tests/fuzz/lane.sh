@@ -3,7 +3,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 cmake --preset fuzz-tests >/dev/null
-cmake --build --preset fuzz-tests -- --quiet
+cmake --build --preset fuzz-tests -j "$(nproc)" -- --quiet
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 

@@ -20,7 +20,7 @@ if [ "$preset" = tsan ]; then
     targets=(--target unit_tests host_tests host_script_tests)
     select=(-R '^(unit|host)\.')
 fi
-cmake --build --preset "$preset-tests" "${targets[@]}" -- --quiet
+cmake --build --preset "$preset-tests" "${targets[@]}" -j "$(nproc)" -- --quiet
 # Style and layout do not depend on the build. Undefined symbols do: they depend on the compiler's libraries and the
 # sanitizers.
 exclude='^(style|layout|library)\.'
