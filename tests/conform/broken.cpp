@@ -5,6 +5,7 @@
 // active at once. If it matches none, the process ends with status 99 when it loads a library. TAVRO_BROKEN=list prints
 // all names.
 #include "hooks.h"
+#include "past.h"
 
 #include <android/log.h>
 #include <cutils/properties.h>
@@ -33,6 +34,12 @@ constexpr std::size_t kLongestLine = 65536;
 
 Variants all_variants() {
     Variants variants;
+    add_library_variants(variants);
+    add_list_variants(variants);
+    add_handle_variants(variants);
+    add_record_variants(variants);
+    add_query_variants(variants);
+    add_filter_variants(variants);
     add_lock_variants(variants);
     add_file_variants(variants);
     add_helper_variants(variants);
@@ -78,6 +85,14 @@ void find_platform() {
     TAVRO_SATL_CALLS(TAVRO_FIND_SATL)
     TAVRO_SVL_BUILDER_CALLS(TAVRO_FIND_BUILDER)
     TAVRO_BASIC_CALLS(TAVRO_FIND_BASIC)
+    static bool follows = false;
+    if (!follows && Svl::next.open) {
+        follows = true;
+        follow<Svl>();
+        follow<Tsl>();
+        follow<Nwl>();
+        follow<Satl>();
+    }
     find("libcutils.so", "property_get", System::next.property_get);
     if (void* const loaded = real_dlopen("liblog.so", RTLD_LAZY | RTLD_NOLOAD)) {
         const auto log = reinterpret_cast<LogFunction>(real_dlsym(loaded, "__android_log_print"));
@@ -162,9 +177,9 @@ void* dlopen(const char* library, int flags) {
     static std::once_flag once;
     std::call_once(once, break_platform); // not earlier: all objects of this library exist now
     const bool hidden = library != nullptr && Loader::hides_library && Loader::hides_library(library);
-    void* const loaded = real_dlopen(hidden ? "hidden" : library, flags); // a library that is not there sets dlerror
+    void* const loaded = real_dlopen(library, flags);
     find_platform();
-    return loaded;
+    return hidden ? real_dlopen("hidden", flags) : loaded; // a library that is not there sets dlerror
 }
 
 void* dlsym(void* handle, const char* name) {

@@ -1,10 +1,9 @@
 // Platforms with defects of list files and of the file functions.
-#include "hooks.h"
+#include "past.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <map>
-#include <set>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -82,17 +81,8 @@ void keep_records_that_are_not_in_file() {
 // Refuses to load a file into a list that was neither changed nor stored since it was created.
 template <class Kind>
 void refuse_new_lists() {
-    static std::set<MwdbHandle> used;
-    Kind::hooks.add_rec = [](MwdbHandle handle, auto* record) {
-        used.insert(handle);
-        return Kind::next.add_rec(handle, record);
-    };
-    Kind::hooks.fs_store = [](MwdbHandle handle, const char* path, std::uint16_t list) {
-        used.insert(handle);
-        return Kind::next.fs_store(handle, path, list);
-    };
     after_load<Kind>([](MwdbHandle handle, const char*, MwStatus status) {
-        return status == kMwOk && used.count(handle) == 0 ? kFailure : status;
+        return status == kMwOk && Past<Kind>::used.count(handle) == 0 ? kFailure : status;
     });
 }
 

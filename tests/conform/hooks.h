@@ -51,6 +51,25 @@ struct Svl : Group<SvlCalls> {
         return next.get_rec_by_brdcst_type(handle, kMwEveryBroadcastType, kMwEveryNetworkMask, index, record, version);
     }
     static std::uint16_t& id(Record& record) { return record.ui2_svl_rec_id; }
+    // Hooks of these calls. Those that select some records go to the platform.
+    static void hook_count(std::function<MwStatus(MwdbHandle, std::uint16_t*, std::int32_t*)> hook) {
+        hooks.get_num_rec_by_brdcst_type = [hook = std::move(hook)](MwdbHandle handle, std::uint32_t type,
+                                                                    std::uint32_t mask, std::uint16_t* count,
+                                                                    std::int32_t* version) {
+            const bool is_whole = type == kMwEveryBroadcastType && mask == kMwEveryNetworkMask;
+            return is_whole ? hook(handle, count, version)
+                            : next.get_num_rec_by_brdcst_type(handle, type, mask, count, version);
+        };
+    }
+    static void hook_get_at(std::function<MwStatus(MwdbHandle, std::uint16_t, Record*, std::int32_t*)> hook) {
+        hooks.get_rec_by_brdcst_type = [hook = std::move(hook)](MwdbHandle handle, std::uint32_t type,
+                                                                std::uint32_t mask, std::uint16_t index, Record* record,
+                                                                std::int32_t* version) {
+            const bool is_whole = type == kMwEveryBroadcastType && mask == kMwEveryNetworkMask;
+            return is_whole ? hook(handle, index, record, version)
+                            : next.get_rec_by_brdcst_type(handle, type, mask, index, record, version);
+        };
+    }
 };
 struct Tsl : Group<TslCalls> {
     using Record = _TSL_REC_T;
@@ -63,6 +82,13 @@ struct Tsl : Group<TslCalls> {
         return next.get_rec_by_rec_idx(handle, index, record, version);
     }
     static std::uint16_t& id(Record& record) { return record.ui2_tsl_rec_id; }
+    static void hook_count(std::function<MwStatus(MwdbHandle, std::uint16_t*, std::int32_t*)> hook) {
+        hooks.get_num_recs = std::move(hook);
+    }
+    template <class Hook>
+    static void hook_get_at(Hook hook) {
+        hooks.get_rec_by_rec_idx = std::move(hook);
+    }
 };
 struct Nwl : Group<NwlCalls> {
     using Record = _NWL_REC_T;
@@ -75,6 +101,13 @@ struct Nwl : Group<NwlCalls> {
         return next.get_rec_by_rec_idx(handle, index, record, version);
     }
     static std::uint16_t& id(Record& record) { return record.ui2_nwl_rec_id; }
+    static void hook_count(std::function<MwStatus(MwdbHandle, std::uint16_t*, std::int32_t*)> hook) {
+        hooks.get_num_rec = std::move(hook);
+    }
+    template <class Hook>
+    static void hook_get_at(Hook hook) {
+        hooks.get_rec_by_rec_idx = std::move(hook);
+    }
 };
 struct Satl : Group<SatlCalls> {
     using Record = _SATL_REC_T;
@@ -87,6 +120,13 @@ struct Satl : Group<SatlCalls> {
         return next.get_rec_by_rec_idx(handle, index, record, version);
     }
     static std::uint16_t& id(Record& record) { return record.ui2_satl_rec_id; }
+    static void hook_count(std::function<MwStatus(MwdbHandle, std::uint16_t*, std::int32_t*)> hook) {
+        hooks.get_num_recs = std::move(hook);
+    }
+    template <class Hook>
+    static void hook_get_at(Hook hook) {
+        hooks.get_rec_by_rec_idx = std::move(hook);
+    }
 };
 using Builder = Group<BuilderCalls>;
 using Basic = Group<BasicCalls>;
@@ -138,6 +178,13 @@ bool find(MwdbHandle handle, std::uint16_t id, typename Kind::Record& record) {
     return Kind::next.get_rec(handle, id, &record, &version) == kMwOk;
 }
 
+// Writes the byte after a value, which stays as it is: a page that cannot be written ends the process.
+template <class Value>
+void touch_byte_after(Value* value) {
+    volatile unsigned char* const byte = reinterpret_cast<unsigned char*>(value) + sizeof(Value);
+    *byte = *byte;
+}
+
 // Adds a variant of one kind, under the name without the kind.
 template <class Kind>
 void add(Variants& variants, const char* check, std::function<void()> break_it) {
@@ -145,6 +192,12 @@ void add(Variants& variants, const char* check, std::function<void()> break_it) 
 }
 
 // Adds the variants of one file.
+void add_library_variants(Variants& variants);
+void add_list_variants(Variants& variants);
+void add_handle_variants(Variants& variants);
+void add_record_variants(Variants& variants);
+void add_query_variants(Variants& variants);
+void add_filter_variants(Variants& variants);
 void add_lock_variants(Variants& variants);
 void add_file_variants(Variants& variants);
 void add_helper_variants(Variants& variants);
