@@ -14,6 +14,8 @@
 namespace tavro::trace {
 namespace {
 
+constexpr char kNotObserved[] = "natives cannot be observed here; only calls of the platform are traced";
+
 std::atomic<jvmtiEnv*> interface { nullptr };
 JavaVM* machine = nullptr; // set before `interface`
 
@@ -139,7 +141,7 @@ jint start(JavaVM* vm) {
     become_global();
     const std::lock_guard<std::mutex> lock(attaching());
     if (interface == nullptr && !observe(vm)) {
-        remark("the virtual machine does not let natives be observed; only calls of the platform are traced");
+        remark(kNotObserved);
     }
     return JNI_OK;
 }
@@ -153,10 +155,14 @@ void attach_to_java() noexcept {
         return;
     }
     const std::unique_lock<std::mutex> lock(attaching(), std::try_to_lock);
-    JavaVM* const vm = lock && interface == nullptr ? find_machine() : nullptr;
+    static bool failed = false;
+    JavaVM* const vm = lock && interface == nullptr && !failed ? find_machine() : nullptr;
     if (vm != nullptr) {
         const Quiet here;
-        observe(vm);
+        failed = !observe(vm);
+        if (failed) {
+            remark(kNotObserved);
+        }
     }
 }
 

@@ -1,0 +1,32 @@
+#!/usr/bin/env bash
+# Measures what the tracer costs: trace.sh BUILD. Needs the targets workstation and bench_jar. Prints a table: what each
+# call of the middleware and each native takes longer in a trace, and the two operations of TraceBench.
+set -euo pipefail
+here=$(dirname "$(readlink -f "$0")")
+build=$(readlink -f "$1")
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+# Prints the nanoseconds of both operations.
+measure() { # TRACER FORMAT FILE
+    rm -rf "${work:?}/home" "$work/trace"
+    mkdir "$work/home"
+    TAVRO_HOME=$work/home LD_PRELOAD=$1 TAVRO_TRACE_FORMAT=$2 TAVRO_TRACE=$3 "$here/java.sh" "$build" TraceBench |
+        cut -d ' ' -f 2 | xargs
+}
+
+tracer=$build/lib/libtavro_trace.so
+{
+    echo "not traced, $(measure '' text '')"
+    echo "text, $(measure "$tracer" text "$work/trace")"
+    echo "JSON, $(measure "$tracer" json "$work/trace")"
+} | awk -F ', ' '
+BEGIN { print "| Trace | One stream read | 100 streams read | Cost per middleware call | Cost per native |\n|---|---:|---:|---:|---:|" }
+{
+    split($2, ns, " ")
+    if (NR == 1) { one = ns[1]; all = ns[2] }
+    call = ((ns[2] - all) - (ns[1] - one)) / 102
+    native = (ns[1] - one) - call
+    printf "| %s | %.1f µs (%.1fx) | %.0f µs (%.1fx) | %s | %s |\n", $1, ns[1] / 1000, ns[1] / one, ns[2] / 1000, ns[2] / all,
+        NR == 1 ? "" : sprintf("%.1f µs", call / 1000), NR == 1 ? "" : sprintf("%.1f µs", native / 1000)
+}'
