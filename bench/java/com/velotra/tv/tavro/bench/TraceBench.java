@@ -9,8 +9,8 @@ import java.util.Arrays;
 
 /**
  * Times two operations over the stand-ins, for bench/trace.sh: a read of one transport stream (a native that makes one
- * call of the middleware) and of a list of 100 (a native that makes 103 calls). Prints nanoseconds of processor time per
- * operation, one line each: the median of the rounds. Other load on the machine matters little.
+ * call of the middleware) and of a list of 100 (a native that makes 103 calls). Prints nanoseconds of processor time
+ * per operation, one line each: the median of the rounds. Other load on the machine matters little.
  */
 public final class TraceBench {
     private static final ThreadMXBean THREADS = ManagementFactory.getThreadMXBean();
