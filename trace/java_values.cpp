@@ -75,6 +75,8 @@ std::string object_text(JNIEnv* env, jobject object) {
     std::string text;
     if (signature == "Ljava/lang/String;") {
         text = string_text(env, static_cast<jstring>(object));
+    } else if (signature == "Ljava/lang/Class;") {
+        text = "class " + simple_name(signature_of(static_cast<jclass>(object)));
     } else if (!signature.empty() && signature.front() == '[') {
         text = element_name(signature) + '[' + std::to_string(env->GetArrayLength(static_cast<jarray>(object))) + ']';
     } else {

@@ -7,8 +7,9 @@
 
 namespace tavro::trace {
 
-// A string in quotes, an array as byte[552], a list of the class library as ArrayList[3], any other object by its class
-// without the package, or null. No exception may be pending. Calls no method of a class outside of java.util.
+// A string in quotes, an array as byte[552], a class as class VltTvNetworkInfo, a list of the class library as
+// ArrayList[3], any other object by its class, or null. Names are without the package. No exception may be pending.
+// Calls no method of a class outside of java.util.
 std::string object_text(JNIEnv* env, jobject object);
 
 // The class of the pending exception; "" if there is none. It stays pending.

@@ -47,8 +47,9 @@ void record_failure(tavro::MwStatus status) {
 } // namespace
 
 extern "C" JNIEXPORT jint JNICALL JNI_OnLoad(JavaVM* vm, void*) {
-    const bool replaced =
-        vm->GetEnv(reinterpret_cast<void**>(&jvmti), JVMTI_VERSION_1_2) == JNI_OK && replace_jni_functions();
+    void* jvmti = nullptr;
+    const bool replaced = vm->GetEnv(&jvmti, JVMTI_VERSION_1_2) == JNI_OK &&
+                          tavro::trace::replace_jni_functions(static_cast<jvmtiEnv*>(jvmti), Recorder::of_calls);
     return replaced ? JNI_VERSION_1_8 : JNI_ERR;
 }
 

@@ -2,31 +2,22 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 
 namespace tavro::agent {
 
-Table original;
-jvmtiEnv* jvmti = nullptr;
+using trace::class_name;
+using trace::class_signature;
+using trace::Effect;
+using trace::JniCall;
+using trace::original_jni;
 
 namespace {
 
-constexpr char kPackage[] = "com/velotra/tv/tavro/services/channellist/";
-
-// The signature of a class, such as "Ljava/lang/String;".
-std::string signature_of(jclass cls) {
-    char* signature = nullptr;
-    if (cls == nullptr || jvmti->GetClassSignature(cls, &signature, nullptr) != JVMTI_ERROR_NONE) {
-        return "";
-    }
-    std::string copy = signature;
-    jvmti->Deallocate(reinterpret_cast<unsigned char*>(signature));
-    return copy;
-}
-
 std::string signature_of_object(JNIEnv* env, jobject object) {
-    jclass cls = original.GetObjectClass(env, object);
-    std::string signature = signature_of(cls);
-    original.DeleteLocalRef(env, cls);
+    jclass cls = original_jni.GetObjectClass(env, object);
+    std::string signature = class_signature(cls);
+    original_jni.DeleteLocalRef(env, cls);
     return signature;
 }
 
@@ -52,15 +43,11 @@ const char* label_of(const std::string& signature) {
     return signature.front() == '[' ? "array" : "object";
 }
 
-bool is_list_native(jmethodID method) {
-    jboolean native = JNI_FALSE;
-    jclass cls = nullptr;
-    if (jvmti->IsMethodNative(method, &native) != JVMTI_ERROR_NONE || native == JNI_FALSE ||
-        jvmti->GetMethodDeclaringClass(method, &cls) != JVMTI_ERROR_NONE) {
-        return false;
-    }
-    return signature_of(cls).find(std::string("L") + kPackage + "VltTv") == 0;
+const char* memory_word(const JniCall& call) {
+    return call.function.shown.find("String") != std::string::npos ? "characters" : "elements";
 }
+
+bool makes(const JniCall& call) { return call.function.shown.rfind("New", 0) == 0; }
 
 } // namespace
 
@@ -83,37 +70,21 @@ std::string quoted(const char* text) {
     return all + '"';
 }
 
-std::string abbreviated(std::string text) {
-    for (std::size_t at = text.find(kPackage); at != std::string::npos; at = text.find(kPackage, at)) {
-        text.replace(at, sizeof(kPackage) - 1, ".../");
-    }
-    return text;
-}
-
-std::string class_name(jclass cls) {
-    std::string signature = signature_of(cls);
-    if (signature.empty() || signature.front() != 'L') {
-        return signature;
-    }
-    signature.pop_back();
-    return signature.substr(signature.rfind('/') + 1);
-}
-
 std::string description(JNIEnv* env, jobject object) {
     const std::string signature = signature_of_object(env, object);
     if (signature == kClass) {
         return class_name(static_cast<jclass>(object));
     }
     if (signature == kString) {
-        const char* chars = original.GetStringUTFChars(env, static_cast<jstring>(object), nullptr);
+        const char* chars = original_jni.GetStringUTFChars(env, static_cast<jstring>(object), nullptr);
         std::string text = quoted(chars);
-        original.ReleaseStringUTFChars(env, static_cast<jstring>(object), chars);
+        original_jni.ReleaseStringUTFChars(env, static_cast<jstring>(object), chars);
         return text;
     }
     if (signature.front() == '[') {
         const std::string type = element_type(signature);
         return (type.empty() ? "Object" : type) + "[" +
-               std::to_string(original.GetArrayLength(env, static_cast<jarray>(object))) + "]";
+               std::to_string(original_jni.GetArrayLength(env, static_cast<jarray>(object))) + "]";
     }
     return signature.substr(signature.rfind('/') + 1, signature.size() - signature.rfind('/') - 2);
 }
@@ -228,9 +199,89 @@ void Recorder::begin(std::vector<std::string> names, std::vector<jobject> object
 void Recorder::end(JNIEnv* env) {
     on_ = false;
     for (jobject object : objects_) {
-        original.DeleteGlobalRef(env, object);
+        original_jni.DeleteGlobalRef(env, object);
     }
     objects_.clear();
+}
+
+trace::JniObserver* Recorder::of_calls(JNIEnv* env) {
+    Recorder& recorder = of_thread();
+    return recorder.on_ && trace::is_list_native_running(env) ? &recorder : nullptr;
+}
+
+bool Recorder::begin(JniCall& call) {
+    end_references(call);
+    if (!with_lines_) {
+        return false;
+    }
+    give_back(call);
+    return call.function.exception != nullptr && is_to_fail(call.text());
+}
+
+void Recorder::failed(JniCall& call) {
+    line(call.text() + ") fails: " + (std::strrchr(call.function.exception, '/') + 1));
+}
+
+void Recorder::end(JniCall& call, const std::string& result) {
+    line(call.text() + ")" + (result.empty() ? "" : " = " + result));
+}
+
+// Does what a call does to local references, before the call, since that ends them.
+void Recorder::end_references(const JniCall& call) {
+    if (call.function.effect == Effect::kDeletesLocal) {
+        held_.remove(call.first);
+    } else if (call.function.effect == Effect::kPopsFrame) {
+        held_.pop_frame();
+    } else if (call.function.effect == Effect::kPushesFrame) {
+        held_.push_frame();
+    }
+}
+
+// Does what a call does to memory and global references, and notes in its text if these are not held.
+void Recorder::give_back(JniCall& call) {
+    if (call.function.effect == Effect::kDeletesGlobal) {
+        held_.remove_memory(call.first);
+    } else if (call.function.effect == Effect::kGivesBack) {
+        const std::string held = held_.remove_memory(call.memory);
+        if (held != std::string(memory_word(call)) + " of " + origin(call.env, call.first)) {
+            call.arguments.emplace_back("not held");
+        }
+    }
+}
+
+std::string Recorder::reference_result(JniCall& call, jobject result) {
+    const bool is_global = call.function.effect == Effect::kMakesGlobal;
+    if (!with_lines_) {
+        return is_global ? "" : held_.add(nullptr, result, call.function.name, "");
+    }
+    if (result == nullptr) {
+        return "null";
+    }
+    if (is_global) {
+        held_.add_memory(result, "global reference");
+        return "global";
+    }
+    const std::string known = known_name(call.env, result);
+    const std::string& name = call.function.shown;
+    std::string origin = name;
+    if (name == "NewStringUTF") {
+        origin = "string " + description(call.env, result);
+    } else if (name == "GetObjectClass" || name == "FindClass") {
+        origin = "class " + description(call.env, result);
+    } else if (makes(call)) {
+        origin = "new " + description(call.env, result);
+    } else if (!call.member.empty()) {
+        origin = (call.is_field ? "field " : "result of ") + call.member;
+    }
+    const std::string label = held_.add(call.env, result, call.function.name, origin);
+    return makes(call) ? label // the arguments say what it is
+                       : label + " " + (known.empty() ? description(call.env, result) : known);
+}
+
+void Recorder::memory_result(JniCall& call, const void* memory) {
+    if (call.function.effect == Effect::kGets) {
+        held_.add_memory(memory, std::string(memory_word(call)) + " of " + origin(call.env, call.first));
+    }
 }
 
 bool Recorder::is_to_fail(const std::string& text) {
@@ -239,31 +290,31 @@ bool Recorder::is_to_fail(const std::string& text) {
 
 std::string Recorder::known_name(JNIEnv* env, jobject reference) const {
     for (std::size_t i = 0; i < objects_.size(); ++i) {
-        if (original.IsSameObject(env, objects_[i], reference) != JNI_FALSE) {
+        if (original_jni.IsSameObject(env, objects_[i], reference) != JNI_FALSE) {
             return names_[i];
         }
     }
     return "";
 }
 
-std::string Recorder::label(JNIEnv* env, jobject reference) const {
-    if (reference == nullptr) {
+std::string Recorder::reference(JNIEnv* env, jobject object) {
+    if (object == nullptr) {
         return "null";
     }
-    const Reference* found = held_.find(reference);
+    const Reference* found = held_.find(object);
     if (found != nullptr) {
         return found->label;
     }
-    const std::string name = known_name(env, reference);
+    const std::string name = known_name(env, object);
     return name.empty() ? "unknown" : name;
 }
 
-std::string Recorder::origin(JNIEnv* env, jobject reference) const {
-    const Reference* found = held_.find(reference);
-    return found == nullptr ? "argument " + label(env, reference) : found->origin;
+std::string Recorder::origin(JNIEnv* env, jobject object) {
+    const Reference* found = held_.find(object);
+    return found == nullptr ? "argument " + reference(env, object) : found->origin;
 }
 
-std::string Recorder::id_name(const void* id) const {
+std::string Recorder::member_name(const void* id) {
     if (id == nullptr) {
         return "null";
     }
@@ -271,24 +322,9 @@ std::string Recorder::id_name(const void* id) const {
     return found == ids_.end() ? "unknown" : found->second.name;
 }
 
-std::string Recorder::id_signature(const void* id) const {
+std::string Recorder::member_signature(const void* id) {
     const auto found = ids_.find(id);
     return found == ids_.end() ? "" : found->second.signature;
-}
-
-bool Recorder::in_list_native() {
-    jmethodID method = nullptr;
-    jlocation location = 0;
-    if (jvmti->GetFrameLocation(nullptr, 0, &method, &location) != JVMTI_ERROR_NONE) {
-        return false;
-    }
-    thread_local jmethodID last = nullptr;
-    thread_local bool last_is_list_native = false;
-    if (method != last) {
-        last = method;
-        last_is_list_native = is_list_native(method);
-    }
-    return last_is_list_native;
 }
 
 } // namespace tavro::agent

@@ -1,9 +1,10 @@
 // Records the JNI calls that natives of the list classes make on one thread, and what they hold.
 #pragma once
 
+#include "trace/jni_observer.h"
+
 #include <jni.h>
 
-#include <jvmti.h>
 #include <map>
 #include <set>
 #include <string>
@@ -11,20 +12,8 @@
 
 namespace tavro::agent {
 
-using Table = JNINativeInterface_;
-
-// The virtual machine's own JNI functions, which the agent calls.
-extern Table original;
-extern jvmtiEnv* jvmti;
-
 // A text in double quotes; other bytes than printable ASCII are escaped.
 std::string quoted(const char* text);
-
-// The text with the package of the list classes abbreviated to "...".
-std::string abbreviated(std::string text);
-
-// The name of a class without its package: "VltTvNetworkInfo".
-std::string class_name(jclass cls);
 
 // The size of an array as "byte[552]", a string's text, a class's name; the name of any other object's class.
 std::string description(JNIEnv* env, jobject object);
@@ -72,9 +61,12 @@ private:
     int maximum_ = 0;
 };
 
-class Recorder {
+class Recorder final : public trace::JniObserver {
 public:
     static Recorder& of_thread();
+
+    // The recorder of the current thread; null if it is off, or the calling native is not one of a list class.
+    static trace::JniObserver* of_calls(JNIEnv* env);
 
     // Which call fails: of those that can fail and whose text contains `text`, the one with that number, from 1 on.
     struct Failing {
@@ -88,26 +80,27 @@ public:
     // Ends recording; the rest stays until the next begin().
     void end(JNIEnv* env);
 
-    // Whether the caller is a native of a list class on a thread that records.
-    bool records() const { return on_ && in_list_native(); }
     bool with_lines() const { return with_lines_; }
 
     void line(const std::string& text) { lines_.push_back(text); }
     void end_line(const std::string& text) { lines_.back() += text; }
-    // Called for each call that can fail, with its text. Returns whether this is the one to fail.
-    bool is_to_fail(const std::string& text);
 
+    bool describes() const override { return with_lines_; }
     // A reference in a line: its label, the name of a known object, or what it refers to.
-    std::string label(JNIEnv* env, jobject reference) const;
-    // The name of a known object, else "".
-    std::string known_name(JNIEnv* env, jobject reference) const;
-    // What a reference refers to, for the list of what is held.
-    std::string origin(JNIEnv* env, jobject reference) const;
-
+    std::string reference(JNIEnv* env, jobject object) override;
+    std::string quotation(const char* text) override { return quoted(text); }
     // Methods and fields are known by the look-up of the same recording.
-    void add_id(const void* id, const std::string& name, const char* signature) { ids_[id] = {name, signature}; }
-    std::string id_name(const void* id) const;
-    std::string id_signature(const void* id) const;
+    void add_member(const void* id, const std::string& name, const char* signature) override {
+        ids_[id] = {name, signature};
+    }
+    std::string member_name(const void* id) override;
+    std::string member_signature(const void* id) override;
+    bool begin(trace::JniCall& call) override;
+    void failed(trace::JniCall& call) override;
+    void returned(trace::JniCall&) override {}
+    std::string reference_result(trace::JniCall& call, jobject result) override;
+    void memory_result(trace::JniCall& call, const void* memory) override;
+    void end(trace::JniCall& call, const std::string& result) override;
 
     Held& held() { return held_; }
     const std::vector<std::string>& lines() const { return lines_; }
@@ -119,7 +112,14 @@ private:
         std::string signature;
     };
 
-    static bool in_list_native();
+    // The name of a known object, else "".
+    std::string known_name(JNIEnv* env, jobject reference) const;
+    // What a reference refers to, for the list of what is held.
+    std::string origin(JNIEnv* env, jobject reference);
+    void end_references(const trace::JniCall& call);
+    void give_back(trace::JniCall& call);
+    // Called for each call that can fail, with its text. Returns whether this is the one to fail.
+    bool is_to_fail(const std::string& text);
 
     bool on_ = false;
     bool with_lines_ = false;
@@ -131,8 +131,5 @@ private:
     Held held_;
     std::vector<std::string> lines_;
 };
-
-// Replaces the virtual machine's JNI functions by ones that record. Returns false if that is not possible.
-bool replace_jni_functions();
 
 } // namespace tavro::agent
