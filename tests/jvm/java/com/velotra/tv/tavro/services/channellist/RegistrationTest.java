@@ -9,12 +9,9 @@ import static org.junit.jupiter.api.DynamicTest.dynamicTest;
 
 import java.io.File;
 import java.io.IOException;
-import java.io.InputStream;
-import java.io.UncheckedIOException;
 import java.lang.reflect.InvocationTargetException;
 import java.lang.reflect.Method;
 import java.lang.reflect.Modifier;
-import java.nio.charset.StandardCharsets;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.Arrays;
@@ -56,7 +53,7 @@ class RegistrationTest {
             VltTvSatelliteInfoBase.class, new VltTvSatelliteInfoBase());
 
     private static final String LOADED = "loaded.so";
-    private static final Loader KEEPER = new Loader("", "");
+    private static final ClassLoader KEEPER = new ChangedClasses(Map.of());
 
     @TempDir
     static Path folder;
@@ -123,14 +120,14 @@ class RegistrationTest {
                     String called = list.getClass().getName() + "." + name;
                     NoSuchMethodError missing = assertThrows(
                             NoSuchMethodError.class,
-                            () -> load(called + ".so", new Loader(list.getClass().getName(), name)));
+                            () -> load(called + ".so", new ChangedClasses(Map.of(list.getClass().getName(), name))));
                     assertTrue(missing.getMessage().contains(called + "("), missing.getMessage());
                 })));
     }
 
     @Test
     void theLibraryIsLoadedWhenAllNativesAreThere() {
-        assertDoesNotThrow(() -> load("accepted.so", new Loader("", "")));
+        assertDoesNotThrow(() -> load("accepted.so", new ChangedClasses(Map.of())));
     }
 
     @Test
@@ -154,12 +151,12 @@ class RegistrationTest {
      * Loads the library for a loader. A virtual machine loads a file for one loader alone, so that each has a link of
      * its own, called {@code name}, to one copy.
      */
-    private static void load(String name, Loader loader) throws IOException, ReflectiveOperationException {
+    private static void load(String name, ClassLoader loader) throws IOException, ReflectiveOperationException {
         load(Files.createLink(folder.resolve(name), folder.resolve(LOADED)), loader);
     }
 
     @SuppressWarnings("unchecked")
-    private static void load(Path library, Loader loader) throws ReflectiveOperationException {
+    private static void load(Path library, ClassLoader loader) throws ReflectiveOperationException {
         Class<?> loading = Class.forName(Loading.class.getName(), true, loader);
         ((Consumer<String>) loading.getDeclaredConstructor().newInstance()).accept(library.toString());
     }
@@ -169,55 +166,6 @@ class RegistrationTest {
         @Override
         public void accept(String library) {
             System.load(library);
-        }
-    }
-
-    /** Has classes of the package of its own; in one of them the natives of one name are called otherwise. */
-    private static final class Loader extends ClassLoader {
-        private final String changed;
-        private final String missing;
-
-        Loader(String changed, String missing) {
-            super(RegistrationTest.class.getClassLoader());
-            this.changed = changed;
-            this.missing = missing;
-        }
-
-        @Override
-        protected Class<?> loadClass(String name, boolean resolve) throws ClassNotFoundException {
-            synchronized (getClassLoadingLock(name)) {
-                Class<?> known = findLoadedClass(name);
-                if (known != null || !name.startsWith(PACKAGE)) {
-                    return known != null ? known : super.loadClass(name, resolve);
-                }
-                byte[] bytes = bytesOf(name);
-                if (name.equals(changed)) {
-                    rename(bytes, missing);
-                }
-                return defineClass(name, bytes, 0, bytes.length);
-            }
-        }
-
-        private byte[] bytesOf(String name) throws ClassNotFoundException {
-            try (InputStream stream = getParent().getResourceAsStream(name.replace('.', '/') + ".class")) {
-                if (stream == null) {
-                    throw new ClassNotFoundException(name);
-                }
-                return stream.readAllBytes();
-            } catch (IOException e) {
-                throw new UncheckedIOException(e);
-            }
-        }
-
-        /**
-         * Changes the last letter of a name in a class file, where it is a constant: the tag 1, its length in two
-         * bytes, its text.
-         */
-        private static void rename(byte[] bytes, String name) {
-            String constant = "\1\0" + (char) name.length() + name;
-            int at = new String(bytes, StandardCharsets.ISO_8859_1).indexOf(constant);
-            assertTrue(at >= 0, name);
-            bytes[at + constant.length() - 1] = '_';
         }
     }
 }
