@@ -64,7 +64,7 @@ extern "C" int property_get(const char* key, char* value, const char* default_va
     attach_to_java(); // the library reads a property before it registers its natives
     auto* const next = next_of(found, "libcutils.so", "property_get", &property_get);
     errno = callers_errno;
-    if (next == nullptr || is_quiet() || !settings().properties) {
+    if (next == nullptr || is_quiet() || !settings().properties || in_platform_call()) {
         return next == nullptr ? -1 : next(key, value, default_value);
     }
     Event event(Category::kMiddleware, "property_get");

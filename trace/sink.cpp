@@ -213,6 +213,8 @@ bool is_quiet() noexcept { return quiet > 0; }
 
 int natives_running() noexcept { return natives; }
 
+bool in_platform_call() noexcept { return innermost != nullptr && innermost->is_of(Category::kMiddleware); }
+
 Event::Event(Category category, const char* name) noexcept
     : category_(category), name_(name), outer_(innermost), start_ns_(now_ns()) {
     innermost = this;

@@ -21,6 +21,9 @@ bool is_quiet() noexcept;
 // How many natives are running on this thread.
 int natives_running() noexcept;
 
+// Whether this thread is in a call of the platform. What the platform calls then is its own affair.
+bool in_platform_call() noexcept;
+
 // A named value. Texts are ready to show: escaped, in quotes where they are text, see text.h.
 struct Value {
     std::string name; // empty if there is none
@@ -45,6 +48,7 @@ public:
     Event(const Event&) = delete;
     Event& operator=(const Event&) = delete;
 
+    bool is_of(Category category) const noexcept { return category_ == category; }
     void argument(std::string name, std::string text);
     // Writes the name and the arguments now, and indents what this thread writes until finish(). The time counts from
     // here.
