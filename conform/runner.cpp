@@ -55,7 +55,7 @@ std::string describe_end(const Ended& ended, const std::vector<std::string>& cal
         text = signal_name(ended.number);
         break;
     case Ended::How::kTimeout:
-        text = "no end within " + std::to_string(settings().timeout_ms / 1000) + " seconds";
+        text = "no end within " + std::to_string(settings().timeout_ms / 1000) + " s";
         break;
     case Ended::How::kInterrupted:
         text = "interrupted";

@@ -27,6 +27,9 @@ set(abi_flags "-march=armv7-a -mfloat-abi=softfp -nostdlibinc -Qunused-arguments
 set(CMAKE_C_FLAGS_INIT "${abi_flags}")
 set(CMAKE_CXX_FLAGS_INIT "${abi_flags}")
 set(CMAKE_SHARED_LINKER_FLAGS_INIT "-nostdlib -fuse-ld=lld-14")
+# Replaces the NDK's libdl by nothing, like the C library.
+file(WRITE ${CMAKE_BINARY_DIR}/no-libraries/libdl.so "INPUT()\n")
+set(CMAKE_EXE_LINKER_FLAGS_INIT "-nostdlib -fuse-ld=lld-14 -L${CMAKE_BINARY_DIR}/no-libraries -Wl,--entry=main -Wl,--unresolved-symbols=ignore-all")
 set(platform_headers /usr/include/android/nativehelper ${abi_headers} /usr/arm-linux-gnueabihf/include)
 set(CMAKE_C_STANDARD_INCLUDE_DIRECTORIES ${platform_headers})
 # The C++ library's headers include the C headers of the same names, so they must come first.
