@@ -9,16 +9,6 @@ namespace tavro::conform {
 namespace {
 
 template <class Kind>
-void count_empty(Run& run) {
-    const MwdbHandle handle = create<Kind>(run);
-    std::uint16_t number = 0;
-    std::int32_t version = 0;
-    if (Kind::count(handle, &number, &version) == kMwOk) {
-        run.equal("records counted in an empty list", 0, number);
-    }
-}
-
-template <class Kind>
 void count_changes(Run& run) {
     const MwdbHandle handle = create<Kind>(run);
     add<Kind>(run, handle, 4);
@@ -77,13 +67,6 @@ constexpr auto kWrong = Severity::kWrongResult;
 template <class Kind>
 void add_rows(std::vector<Check>& checks) {
     const auto row = [&](Check check) { add_of_kind<Kind>(checks, std::move(check)); };
-    row({"count.empty",
-         {"count"},
-         "The count of an empty list is 0, or fails.",
-         "needed by the natives that read all records of {lists}",
-         kWrong,
-         count_empty<Kind>,
-         1});
     row({"count.changes",
          {"count", "add_rec", "del_rec"},
          "The count follows adds and removals.",

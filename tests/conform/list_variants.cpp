@@ -12,10 +12,11 @@ constexpr MwStatus kFailure = -1;
 constexpr MwdbHandle kFalseHandle = 0x7FFF0001;
 constexpr std::uint16_t kHighestList = 65535;
 
-// True in the first process that asks this. Later processes find its number in a file.
+// True in the first process that asks this. Later processes find a file.
+template <class Kind>
 bool is_first_process() {
     static const bool first = [] {
-        const std::string path = std::string(std::getenv("TAVRO_HOME")) + "/first";
+        const std::string path = std::string(std::getenv("TAVRO_HOME")) + "/first-" + Kind::kName;
         if (std::FILE* const file = std::fopen(path.c_str(), "r")) {
             std::fclose(file);
             return false;
@@ -49,7 +50,7 @@ void after_create(Change change) {
 template <class Kind>
 void open_missing() {
     after_open<Kind>([](std::uint16_t list, MwStatus status, MwdbHandle* handle) {
-        if (status == kMwOk || list == 0 || is_first_process() || !Past<Kind>::created.empty() ||
+        if (status == kMwOk || list == 0 || is_first_process<Kind>() || !Past<Kind>::created.empty() ||
             Past<Kind>::has_deleted) {
             return status;
         }
@@ -136,9 +137,9 @@ void after_copy(Change change) {
 // Moves record 5 to the end of a copy with a record 9.
 template <class Kind>
 void copy_in_other_order() {
-    after_copy<Kind>([](MwdbHandle, MwdbHandle to) {
+    after_copy<Kind>([](MwdbHandle from, MwdbHandle to) {
         typename Kind::Record record;
-        if (find<Kind>(to, 9, record) && find<Kind>(to, 5, record)) {
+        if (from != to && find<Kind>(to, 9, record) && find<Kind>(to, 5, record)) {
             Kind::next.del_rec(to, 5);
             Kind::next.add_rec(to, &record);
         }
@@ -203,7 +204,8 @@ void add_variants(Variants& variants) {
     });
     add("create.handle", [] {
         after_create<Kind>([](std::uint16_t list, MwdbHandle* handle) {
-            *handle = list % 10 == 4 ? 0 : *handle; // the list that only this check uses
+            const bool is_alone = list % 10 == 4 && Past<Kind>::created.size() == 1; // as only in this check
+            *handle = is_alone ? 0 : *handle;
             return kMwOk;
         });
     });
