@@ -75,7 +75,7 @@ public:
     explicit Names(std::string_view list) : rest_(list.substr(1, list.size() - 2)) {}
     std::string next() {
         const std::size_t comma = rest_.find(',');
-        const std::string name(rest_.substr(0, comma));
+        std::string name(rest_.substr(0, comma));
         rest_.remove_prefix(comma == std::string_view::npos ? rest_.size() : comma + 2);
         return name;
     }
