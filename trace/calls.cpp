@@ -3,6 +3,7 @@
 
 #include "trace/next.h"
 #include "trace/records.h"
+#include "trace/settings.h"
 #include "trace/sink.h"
 #include "trace/text.h"
 
@@ -132,6 +133,11 @@ public:
         }
     }
 
+    void begin() {
+        if (settings().early) {
+            event_.begin();
+        }
+    }
     void returned() { event_.returned(); }
 
     // After a successful call.
@@ -230,6 +236,7 @@ private:
             Names names(function.arguments);
             (describe_before(call, names, arguments), ...);
         });
+        call.begin();
         errno = callers_errno;
         const Result result = next(arguments...);
         const int errno_of_call = errno;

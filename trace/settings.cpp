@@ -29,6 +29,7 @@ Settings read() {
     settings.json = is_on(settings, "TAVRO_TRACE_FORMAT", "text", "json");
     settings.jni = is_on(settings, "TAVRO_TRACE_JNI", "0", "1");
     settings.properties = is_on(settings, "TAVRO_TRACE_PROPERTIES", "0", "1");
+    settings.early = is_on(settings, "TAVRO_TRACE_EARLY", "0", "1");
     return settings;
 }
 

@@ -11,6 +11,7 @@ struct Settings {
     bool json = false;              // TAVRO_TRACE_FORMAT is json, not text
     bool jni = false;               // TAVRO_TRACE_JNI is 1: also the JNI calls of the natives
     bool properties = false;        // TAVRO_TRACE_PROPERTIES is 1: also calls of property_get
+    bool early = false;             // TAVRO_TRACE_EARLY is 1: a call is written before it is made, its result after it
     std::vector<std::string> wrong; // one sentence per variable with a bad value; the default is used instead
 };
 

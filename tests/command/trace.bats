@@ -4,7 +4,7 @@ load support
 setup_trace() {
     fake java <<'END'
 printf '%s|' "${LD_PRELOAD#"${0%/bin/java}/clone/"}" "${TAVRO_TRACE-unset}" "${TAVRO_TRACE_FORMAT-}" "${TAVRO_TRACE_JNI-}" \
-    "${TAVRO_TRACE_PROPERTIES-}" 2>/dev/null
+    "${TAVRO_TRACE_PROPERTIES-}" "${TAVRO_TRACE_EARLY-}" 2>/dev/null
 exit $FAKE_STATUS
 END
     library=build/host/lib/libtavro_trace.so
@@ -14,10 +14,10 @@ END
     setup_trace
     tavro 0 trace list 1 --first 3 --kind=streams
     called '^java .* list --first=3 --kind=streams -- 1$'
-    [ "$output" = "$library||text|0|0|" ] || show "other variables"
-    tavro 0 trace --jni --properties --format=json -o out.json -- list -- 1
+    [ "$output" = "$library||text|0|0|0|" ] || show "other variables"
+    tavro 0 trace --early --jni --properties --format=json -o out.json -- list -- 1
     called '^java .* list -- 1$'
-    [ "$output" = "$library|$area/out.json|json|1|1|" ] || show "other variables"
+    [ "$output" = "$library|$area/out.json|json|1|1|1|" ] || show "other variables"
 }
 
 @test "only the traced command is preloaded" {

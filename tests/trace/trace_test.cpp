@@ -124,6 +124,17 @@ TEST_F(Trace, TheErrorNumberOfTheCallerStays) {
 
 TEST_F(Trace, PropertiesAreShownOnRequestOnly) { EXPECT_EQ(std::string::npos, run("logs").find("property_get")); }
 
+TEST_F(Trace, ACallThatCrashesIsTheLastLineOnRequest) {
+    EXPECT_EQ(R"(x_svl_open(list_id=1, tag=0, notify=0)
+= -101
+x_svl_create(name="some list", list_id=1, mode=1, growth=16, tag=0, notify=0)
+= 0, handle=0x1
+x_svl_open(list_id=1, tag=0, notify=0)
+)",
+              calls(run("crashes", "TAVRO_TRACE_EARLY=1")));
+    EXPECT_TRUE(WIFSIGNALED(status())) << status();
+}
+
 TEST_F(Trace, LinesOfSeveralThreadsStayWhole) {
     const std::string text = run("threads");
     std::istringstream lines(text);
@@ -181,15 +192,16 @@ TEST_F(Trace, JsonOnAPipeIsCompletedAtExit) {
 }
 
 TEST_F(Trace, WrongSettingsAreReportedAndReplacedByTheDefaults) {
-    const std::string text =
-        normal(run("is_killed", "TAVRO_TRACE_FORMAT=xml TAVRO_TRACE_JNI=yes TAVRO_TRACE_PROPERTIES=2 "
-                                "TAVRO_TRACE=" +
-                                    file("no/trace")));
+    const std::string text = normal(
+        run("is_killed", "TAVRO_TRACE_FORMAT=xml TAVRO_TRACE_JNI=yes TAVRO_TRACE_PROPERTIES=2 TAVRO_TRACE_EARLY=- "
+                         "TAVRO_TRACE=" +
+                             file("no/trace")));
     EXPECT_EQ("# TAVRO_TRACE is \"" + file("no/trace") +
                   "\": cannot open the file: No such file or directory; using standard error\n"
                   "# TAVRO_TRACE_FORMAT is \"xml\", not text or json; using text\n"
                   "# TAVRO_TRACE_JNI is \"yes\", not 0 or 1; using 0\n"
                   "# TAVRO_TRACE_PROPERTIES is \"2\", not 0 or 1; using 0\n"
+                  "# TAVRO_TRACE_EARLY is \"-\", not 0 or 1; using 0\n"
                   "x_sb_get_channel_index(channel_id=0x1) = 1\n",
               text.substr(text.find('\n') + 1));
 }

@@ -123,6 +123,12 @@ void threads() {
     }
 }
 
+// The middleware crashes at an address that is none.
+void crashes() {
+    opened(1);
+    x_svl_open(1, 0, 0, reinterpret_cast<tavro::MwdbHandle*>(1));
+}
+
 void is_killed() {
     x_sb_get_channel_index(1);
     std::raise(SIGKILL);
@@ -146,6 +152,8 @@ int main(int, char** arguments) {
         logs();
     } else if (scenario == "threads") {
         threads();
+    } else if (scenario == "crashes") {
+        crashes();
     } else if (scenario == "is_killed") {
         is_killed();
     }
