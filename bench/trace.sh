@@ -8,10 +8,10 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
 # Prints the nanoseconds of both operations.
-measure() { # TRACER FORMAT FILE
+measure() { # TRACER FORMAT FILE [JNI]
     rm -rf "${work:?}/home" "$work/trace"
     mkdir "$work/home"
-    TAVRO_HOME=$work/home LD_PRELOAD=$1 TAVRO_TRACE_FORMAT=$2 TAVRO_TRACE=$3 "$here/java.sh" "$build" TraceBench |
+    TAVRO_HOME=$work/home LD_PRELOAD=$1 TAVRO_TRACE_FORMAT=$2 TAVRO_TRACE=$3 TAVRO_TRACE_JNI=${4:-0} "$here/java.sh" "$build" TraceBench |
         cut -d ' ' -f 2 | xargs
 }
 
@@ -20,7 +20,10 @@ tracer=$build/lib/libtavro_trace.so
     echo "not traced, $(measure '' text '')"
     echo "text, $(measure "$tracer" text "$work/trace")"
     echo "JSON, $(measure "$tracer" json "$work/trace")"
+    echo "text with JNI calls, $(measure "$tracer" text "$work/trace" 1)"
 } | awk -F ', ' '
+# The part of a call; with JNI calls, both parts have some of them.
+function part(ns) { return NR == 1 || $1 ~ /JNI/ ? "" : sprintf("%.1f µs", ns / 1000) }
 BEGIN { print "| Trace | One stream read | 100 streams read | Cost per middleware call | Cost per native |\n|---|---:|---:|---:|---:|" }
 {
     split($2, ns, " ")
@@ -28,5 +31,5 @@ BEGIN { print "| Trace | One stream read | 100 streams read | Cost per middlewar
     call = ((ns[2] - all) - (ns[1] - one)) / 102
     native = (ns[1] - one) - call
     printf "| %s | %.1f µs (%.1fx) | %.0f µs (%.1fx) | %s | %s |\n", $1, ns[1] / 1000, ns[1] / one, ns[2] / 1000, ns[2] / all,
-        NR == 1 ? "" : sprintf("%.1f µs", call / 1000), NR == 1 ? "" : sprintf("%.1f µs", native / 1000)
+        part(call), part(native)
 }'

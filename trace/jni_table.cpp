@@ -4,6 +4,8 @@
 
 #include <cstdarg>
 #include <cstddef>
+#include <exception>
+#include <optional>
 #include <string>
 #include <type_traits>
 
@@ -25,6 +27,33 @@ Result fail(JniObserver& observer, JniCall& call) {
     return Result();
 }
 
+// Describes a call and announces it. Returns the observer's wish that it fails; null without memory for that.
+template <class... Given>
+std::optional<bool> begin(JniObserver& observer, JniCall& call, Given... given) noexcept {
+    try {
+        (note(call, given), ...);
+        if (observer.describes()) {
+            (describe(observer, call, given), ...);
+        }
+        return observer.begin(call);
+    } catch (const std::exception&) {
+        return std::nullopt;
+    }
+}
+
+template <class... Result>
+void end(JniObserver& observer, JniCall& call, Result... result) noexcept {
+    try {
+        if (observer.describes()) {
+            observer.end(call, (std::string() + ... + describe_result(observer, call, result)));
+        } else if constexpr ((kIsReference<Result> || ...)) {
+            (observer.reference_result(call, result), ...);
+        }
+    } catch (const std::exception&) {
+        // Out of memory: the call stays undescribed.
+    }
+}
+
 // Passes a call on, and shows it to the observer of the thread.
 template <class Result, class... Arguments, class... Given>
 Result observed(const JniFunction& function, Result (JNICALL* JniTable::*slot)(JNIEnv*, Arguments...), JNIEnv* env,
@@ -34,25 +63,21 @@ Result observed(const JniFunction& function, Result (JNICALL* JniTable::*slot)(J
         return (original_jni.*slot)(env, given...);
     }
     JniCall call{env, function};
-    (note(call, given), ...);
-    if (observer->describes()) {
-        (describe(*observer, call, given), ...);
+    const std::optional<bool> fails = begin(*observer, call, given...);
+    if (!fails) {
+        return (original_jni.*slot)(env, given...);
     }
-    if (observer->begin(call)) {
+    if (*fails) {
         return fail<Result>(*observer, call);
     }
     if constexpr (std::is_void_v<Result>) {
         (original_jni.*slot)(env, given...);
         observer->returned(call);
-        observer->end(call, "");
+        end(*observer, call);
     } else {
         Result result = (original_jni.*slot)(env, given...);
         observer->returned(call);
-        if (observer->describes()) {
-            observer->end(call, describe_result(*observer, call, result));
-        } else if constexpr (kIsReference<Result>) {
-            observer->reference_result(call, result);
-        }
+        end(*observer, call, result);
         return result;
     }
 }
