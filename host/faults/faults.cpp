@@ -10,6 +10,7 @@
 
 #include <array>
 #include <atomic>
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
@@ -81,7 +82,9 @@ public:
     bool any() {
         const std::int64_t now = coarse_now();
         if (now >= next_check_.load(std::memory_order_relaxed)) {
+            const int callers_errno = errno;
             check(now);
+            errno = callers_errno;
         }
         return any_.load(std::memory_order_relaxed);
     }
