@@ -10,7 +10,7 @@ endif()
 # tavro_add_jar(TARGET NAME arguments of add_jar...): NAME.jar in the folder of libraries.
 function(tavro_add_jar TARGET NAME)
     if(NOT TAVRO_JARS_OF)
-        set(CMAKE_JAVA_COMPILE_FLAGS -Xlint:all -Werror --release 17 -encoding UTF-8)
+        set(CMAKE_JAVA_COMPILE_FLAGS -Xlint:all -Werror --release 17 -encoding UTF-8 -parameters)
         set(CMAKE_JAVA_TARGET_OUTPUT_DIR ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
         add_jar(${TARGET} ${ARGN} OUTPUT_NAME ${NAME})
         return()

@@ -2,6 +2,8 @@
 // the channel list library: other directories than TAVRO_HOME, and the reasons of failures.
 #include "common/paths.h"
 #include "common/user_file.h"
+#include "faults/faults.h"
+#include "faults/setting.h"
 #include "services/control.h"
 #include "services/failure.h"
 #include "services/list_file.h"
@@ -164,6 +166,22 @@ jboolean is_list_file(JNIEnv* env, jclass, jbyteArray path) {
 
 void set_read_only(JNIEnv*, jclass, jboolean read_only) { tavro_host_set_read_only(read_only == JNI_TRUE ? 1 : 0); }
 
+// Nothing changes if an entry is invalid.
+void set_faults(JNIEnv* env, jclass, jbyteArray text) {
+    native(env, [&] {
+        if (text == nullptr) {
+            tavro_host_set_faults(nullptr);
+            return;
+        }
+        const std::string faults = to_string(env, text);
+        const std::vector<std::string> errors = host::read_fault_setting(faults).errors;
+        if (!errors.empty()) {
+            throw Failure(kHostBadArgument, errors.front());
+        }
+        tavro_host_set_faults(faults.c_str());
+    });
+}
+
 #define NATIVE(NAME, SIGNATURE, FUNCTION)                                                                              \
     JNINativeMethod { const_cast<char*>(NAME), const_cast<char*>(SIGNATURE), reinterpret_cast<void*>(FUNCTION) }
 #define RAW_LIST "Lcom/velotra/tv/tavro/tool/storage/RawList;"
@@ -173,7 +191,7 @@ const JNINativeMethod kNatives[] = {
     NATIVE("lists", "(JII)[" RAW_LIST, lists),      NATIVE("list", "(JII)" RAW_LIST, list),
     NATIVE("readFile", "([B)" RAW_LIST, read_file), NATIVE("parseFile", "([B[B)" RAW_LIST, parse_file),
     NATIVE("writeFile", "([BII[B[B)V", write_file), NATIVE("isListFile", "([B)Z", is_list_file),
-    NATIVE("setReadOnly", "(Z)V", set_read_only),
+    NATIVE("setReadOnly", "(Z)V", set_read_only),   NATIVE("setFaults", "([B)V", set_faults),
 };
 
 constexpr jint kVersion = JNI_VERSION_1_8;

@@ -50,6 +50,7 @@ import picocli.CommandLine.TypeConversionException;
             CleanCommand.class,
             DeleteCommand.class,
             UndoCommand.class,
+            CallCommand.class,
             CompletionCommand.class,
             ManPagesCommand.class,
             DemoCommand.class

@@ -71,4 +71,7 @@ final class ToolLibrary {
     static native boolean isListFile(byte[] path);
 
     static native void setReadOnly(boolean readOnly);
+
+    /** Replaces the faults of the stand-ins; null returns to the faults of the environment and of the properties. */
+    static native void setFaults(byte[] faults);
 }
