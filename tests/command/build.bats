@@ -228,7 +228,7 @@ hold_lock() {
     not_called '^java'
     rm "$bin/flock"
     FAKE_STATUS=134 tavro 1 list 1
-    says "exit code 134"
+    says "tavro: the process was ended by signal 6 (SIGABRT)"
 }
 
 # killed_during PROGRAM WORD...: kills ./tavro while it runs PROGRAM, and expects PROGRAM to be terminated.

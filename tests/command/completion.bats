@@ -35,6 +35,10 @@ expect() { # COMPLETIONS WORD...
     expect '--json' bench --j
 }
 
+@test "natives are completed" {
+    expect 'networks.native_clean networks.native_close' call networks.native_cl
+}
+
 @test "kinds of list are completed" {
     expect 'networks satellites services streams' list --kind ''
     expect 'satellites services streams' list -k s

@@ -55,7 +55,8 @@ class CallCommandTest {
     @Test
     void aRecordIsPrintedFieldByField() {
         assertPrints("""
-                VltTvChannelList.native_getSvlInfo("1,1"): byte[552], 1 service (T)
+                VltTvChannelList.native_getSvlInfo("1,1")
+                = byte[552], 1 service (T)
                   record id                      1
                   channel id                     0x00000000
                   network flags                  0x00000001 (0x1)
@@ -77,20 +78,27 @@ class CallCommandTest {
     @Test
     void severalCallsShareTheOpenLists() {
         assertPrints("""
-                VltTvSatelliteList.nativeOpen(2): int 0: done (T)
-                VltTvSatelliteList.nativeAdd(2, VltTvSatelliteInfoBase{Name="A\u00b7 b", OrbitPosition=-50}): \
-                String "2,1" (T)
-                VltTvSatelliteList.nativeAdd(2, VltTvSatelliteInfoBase{}): String "2,2" (T)
-                VltTvSatelliteList.nativeGetInfo("2,1", ["Name", "OrbitPosition"]): VltTvSatelliteInfo with 3 values (T)
+                VltTvSatelliteList.nativeOpen(2)
+                = int 0: done (T)
+                VltTvSatelliteList.nativeAdd(2, VltTvSatelliteInfoBase{Name="A\u00b7 b", OrbitPosition=-50})
+                = String "2,1" (T)
+                VltTvSatelliteList.nativeAdd(2, VltTvSatelliteInfoBase{})
+                = String "2,2" (T)
+                VltTvSatelliteList.nativeGetInfo("2,1", ["Name", "OrbitPosition"])
+                = VltTvSatelliteInfo with 3 values (T)
                   RecId                    "2,1"
                   Name                     "A\u00b7 b"
                   OrbitPosition            -50
-                VltTvSatelliteList.nativeGetInfoList(2, ["OrbitPosition"]): ArrayList of 2 objects (T)
+                VltTvSatelliteList.nativeGetInfoList(2, ["OrbitPosition"])
+                = ArrayList of 2 objects (T)
                   VltTvSatelliteInfo{RecId="2,1", OrbitPosition=-50}
                   VltTvSatelliteInfo{RecId="2,2", OrbitPosition=0}
-                VltTvSatelliteList.nativeGetInfo("2,3", null): null (T)
-                VltTvSatelliteList.nativeSetup(): int N: address of the manager's slot, cut to an int (T)
-                VltTvSatelliteList.nativeRemove("2"): int -1: the identifier has no comma (T)
+                VltTvSatelliteList.nativeGetInfo("2,3", null)
+                = null (T)
+                VltTvSatelliteList.nativeSetup()
+                = int N: address of the manager's slot, cut to an int (T)
+                VltTvSatelliteList.nativeRemove("2")
+                = int -1: the identifier has no comma (T)
                 """,
                 "satellites.nativeOpen", "2", "+", "satellites.nativeAdd", "2", "name=A\u0007 b", "OrbitPosition=-50",
                 ",", "VltTvSatelliteList.nativeAdd", "2", "{}",
@@ -105,13 +113,15 @@ class CallCommandTest {
         VltTvTransportStreamList.getInstance().open(1);
         assertPrints("""
                 VltTvTransportStreamList.nativeAdd(1, VltTvTransportStreamInfoBase{Frequency=5, AcTsName=null, \
-                AlternateFrequencyInfoList=[AlternateFrequencyInfoBase[alternateFreq=6, alternateBandwidth=8]]}): \
-                String "1,1" (T)
-                VltTvChannelList.nativeAdd(1, VltTvChannelInfoBase{TargetRegionCode=[1, 2], ServiceName=""}): \
-                String "1,2" (T)
+                AlternateFrequencyInfoList=[AlternateFrequencyInfoBase[alternateFreq=6, alternateBandwidth=8]]})
+                = String "1,1" (T)
+                VltTvChannelList.nativeAdd(1, VltTvChannelInfoBase{TargetRegionCode=[1, 2], ServiceName=""})
+                = String "1,2" (T)
                 VltTvChannelList.native_updateInfoList(1, [VltTvChannelInfoBase{SvlIdSvlRecId="1,1", \
-                ServiceName="{"}, VltTvChannelInfoBase{SvlIdSvlRecId="1,2", ServiceName="null"}]): int 0: done (T)
-                VltTvChannelList.native_getSvlInfoList(1): byte[1104], 2 services (T)
+                ServiceName="{"}, VltTvChannelInfoBase{SvlIdSvlRecId="1,2", ServiceName="null"}])
+                = int 0: done (T)
+                VltTvChannelList.native_getSvlInfoList(1)
+                = byte[1104], 2 services (T)
                   record 1  {
                   record 2  null
                 """,
@@ -127,26 +137,34 @@ class CallCommandTest {
         VltTvSatelliteList.getInstance().open(1);
         VltTvSatelliteList.getInstance().add(1, new VltTvSatelliteInfoBase());
         assertPrints("""
-                VltTvChannelList.native_clean(1): int -22: failed (T)
-                VltTvChannelList.native_getSvlInfo("1,1"): null (T)
-                VltTvChannelList.nativeAdd(1, VltTvChannelInfoBase{ServiceName="B"}): String "": failed (T)
-                VltTvSatelliteList.nativeGetInfoList(1, null): null (T)
-                VltTvChannelList.native_getSvlInfo("1,2"): null (T)
-                VltTvChannelList.native_clean(1): int 0: done (T)
+                VltTvChannelList.native_clean(1)
+                = int -22: failed (T)
+                VltTvChannelList.native_getSvlInfo("1,1")
+                = null (T)
+                VltTvChannelList.nativeAdd(1, VltTvChannelInfoBase{ServiceName="B"})
+                = String "": failed (T)
+                VltTvSatelliteList.nativeGetInfoList(1, null)
+                = null (T)
+                VltTvChannelList.native_getSvlInfo("1,2")
+                = null (T)
+                VltTvChannelList.native_clean(1)
+                = int 0: done (T)
                 """,
                 "--fault", "x_svl_clean:1=-106", "--fault=x_svl_get_rec=-104 x_svl_add_rec=-11",
                 "services.native_clean", "1", "+", "services.native_getSvlInfo", "1,1",
                 "+", "services.nativeAdd", "1", "ServiceName=B", "+", "satellites.nativeGetInfoList", "1", "null",
                 "+", "services.native_getSvlInfo", "1,2", "+", "services.native_clean", "1",
                 "--fault", "x_satl_get_rec_by_rec_idx=-106");
-        assertPrints("VltTvChannelList.native_clean(1): int 0: done (T)\n", "services.native_clean", "1");
+        assertPrints("VltTvChannelList.native_clean(1)\n= int 0: done (T)\n", "services.native_clean", "1");
     }
 
     @Test
     void anExceptionIsPrintedAndTheCallsAfterItAreMade() {
         assertEquals(new Result(1, """
-                VltTvChannelList.native_updateInfoList(1, ["x"]): threw java.lang.NoSuchFieldError: svlIdSvlRecId (T)
-                VltTvChannelList.native_close(1): int 0: done (T)
+                VltTvChannelList.native_updateInfoList(1, ["x"])
+                threw java.lang.NoSuchFieldError: svlIdSvlRecId (T)
+                VltTvChannelList.native_close(1)
+                = int 0: done (T)
                 """, ""),
                 call("services.native_updateInfoList", "1", "[\"x\"]", "+", "services.native_close", "1"));
     }
@@ -211,8 +229,10 @@ class CallCommandTest {
     @Test
     void typesAndQuotesTellNullFromText() {
         assertPrints("""
-                VltTvChannelList.nativeAdd(1, null): String "": failed (T)
-                VltTvChannelList.nativeAdd(1, "null"): String "": failed (T)
+                VltTvChannelList.nativeAdd(1, null)
+                = String "": failed (T)
+                VltTvChannelList.nativeAdd(1, "null")
+                = String "": failed (T)
                 """,
                 "services.nativeAdd", "1", "String:null", "+", "services.nativeAdd", "1", "\"null\"");
     }

@@ -71,15 +71,15 @@ public final class NativeCall {
      */
     public boolean run(PrintStream out) {
         TvList lists = called.kind().lists();
-        out.print(called.className() + "." + called.name() + Arrays.stream(arguments).map(Values::show)
-                .collect(Collectors.joining(", ", "(", ")")) + ": ");
+        out.println(called.className() + "." + called.name() + Arrays.stream(arguments).map(Values::show)
+                .collect(Collectors.joining(", ", "(", ")")));
         out.flush();
         called.method().setAccessible(true);
         long start = System.nanoTime();
         try {
             Object result = called.method().invoke(lists, arguments);
             String time = time(start);
-            out.print(summary(result) + time + details(result));
+            out.print("= " + summary(result) + time + details(result));
             return true;
         } catch (InvocationTargetException e) {
             String time = time(start);
