@@ -96,7 +96,7 @@ public final class Adb {
 
     /** Returns the failure of a run. A device that is no longer there explains it. */
     Failure failed(String problem, Reply reply) {
-        return new Failure(problem + ": " + (reply.err().startsWith("error: ") || reply.err().startsWith("adb: ")
+        return new Failure(problem + ": " + (reply.err().contains("error: ")
                 ? explain(reply.reason()) : reply.reason()));
     }
 

@@ -13,6 +13,7 @@ import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.List;
+import java.util.concurrent.CountDownLatch;
 
 /** Prints the library's lines of a log. */
 public final class Log {
@@ -34,11 +35,20 @@ public final class Log {
             words.addAll(List.of("-T", since));
         }
         Process logcat = adb.stream(words.toArray(String[]::new));
-        Thread stop = new Thread(logcat::destroy);
+        // Ctrl-C ends adb, too, and is no failure: nothing is printed after it.
+        CountDownLatch stopping = new CountDownLatch(1);
+        Thread stop = new Thread(() -> {
+            stopping.countDown();
+            logcat.destroy();
+        });
         Runtime.getRuntime().addShutdownHook(stop);
         try {
             read(logcat.getInputStream(), "the device's log");
             int exit = logcat.waitFor();
+            if (stopping.getCount() == 0) {
+                new CountDownLatch(1).await(); // the virtual machine is ending
+            }
+            Runtime.getRuntime().removeShutdownHook(stop);
             if (follow) {
                 throw new Failure("the log ended: the device was disconnected or restarted; exit code of adb: " + exit);
             }
@@ -51,7 +61,6 @@ public final class Log {
             return false;
         } finally {
             logcat.destroy();
-            Runtime.getRuntime().removeShutdownHook(stop);
         }
     }
 

@@ -13,6 +13,8 @@ import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.List;
+import java.util.Optional;
+import java.util.concurrent.TimeUnit;
 import java.util.regex.Matcher;
 import java.util.regex.Pattern;
 import java.util.stream.Stream;
@@ -159,6 +161,21 @@ class LogTest {
         adb.fail("logcat*", 1, "");
         assertEquals(new Result(1, "", "tavro: the device's log cannot be read: exit code of adb: 1\n"),
                 adb.run("log", "-d"));
+    }
+
+    @Test
+    void stoppingTheToolStopsAdbAndPrintsNothing() throws Exception {
+        adb.file("logcat", TIME + "E         : Invalid param.\n");
+        adb.file("endless", "");
+        Process tool = new ProcessBuilder(ToolProcess.command(System.getProperty("java.library.path"), "device",
+                "--adb=" + adb.program(), "log")).redirectError(folder.resolve("err").toFile()).start();
+        assertEquals(TIME + "E         : Invalid param.", tool.inputReader().readLine());
+        long pid = Long.parseLong(Files.readString(folder.resolve("pid")).strip());
+        Optional<ProcessHandle> logcat = ProcessHandle.of(pid);
+        tool.destroy();
+        assertEquals(143, tool.waitFor());
+        assertEquals("", Files.readString(folder.resolve("err")));
+        logcat.ifPresent(handle -> handle.onExit().orTimeout(20, TimeUnit.SECONDS).join());
     }
 
     @Test
