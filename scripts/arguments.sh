@@ -6,7 +6,13 @@ self=$0
 [[ $self = */* ]] || self=./$self # called as: bash tavro
 [[ $self =~ ^[A-Za-z0-9_./+,:@%=-]+$ ]] || self="'${self//\'/\'\\\'\'}'"
 
-commands() { (cd "$root/help" && printf '%s\n' *.txt) | sed 's/\.txt$//; /^tavro$/d'; }
+commands() {
+    local file
+    for file in "$root"/help/*.txt; do
+        file=${file##*/}
+        [ "$file" = tavro.txt ] || printf '%s\n' "${file%.txt}"
+    done
+}
 # Except the presets that end in -tests, which add tests to the same build folder.
 presets() { sed -n 's/.*"name": "\([a-z]*\)", "configurePreset".*/\1/p' "$root/CMakePresets.json"; }
 
@@ -86,11 +92,12 @@ read_usage() { # COMMAND
         [ $in_usage = no ] || usage+=" $line"
     done <"$root/help/$1.txt"
     while read -r word; do
+        [[ ! $word =~ ^[[\(]*- ]] || continue # an option
         [[ $word = \[* ]] || needed+=("$word")
         [[ $word != *... && $word != *...] ]] || unlimited=yes
         [[ $word != PROGRAM && $word != COMMAND ]] || passes_on=yes
         allowed=$((allowed + 1))
-    done < <(usage_words "${usage#*" $1"}" | grep -v '^[[(]*-')
+    done < <(usage_words "${usage#*" $1"}")
 }
 
 # Prints the words of a usage line, one per line. A group in brackets or parentheses is one word.

@@ -27,4 +27,4 @@ exclude='^(style|layout|library)\.'
 [ "$preset" != arm ] || exclude='^(style\.|layout\.(arm32|refused)$)'
 # The Java side's own tests do not depend on the compiler of the library.
 [ "$preset" != clang ] || exclude='^(style|layout|library|java)\.'
-ctest --test-dir "build/$preset" -L quick -E "$exclude" "${select[@]}" --output-on-failure -j 2
+ctest --test-dir "build/$preset" -L quick -E "$exclude" "${select[@]}" --output-on-failure -j "$(nproc)"
