@@ -143,6 +143,7 @@ final class ListScenarios {
                 .fails("the list cannot be opened", "open", 2, PATH)
                 .path("the list is opened without a handle", () -> always("open", 0), 2, PATH)
                 .fails("the middleware fails", "fs_store", 1, PATH)
+                .path("list 0", 0, PATH)
                 .path("the lock fails", this::locksFail, 1, PATH)
                 .path("the path is null", 1, null)
                 .path("the path is empty", 1, "")
@@ -159,6 +160,8 @@ final class ListScenarios {
                 .path("the destination cannot be opened", () -> always("open", Scenarios.FAILS), 1, 2)
                 .path("the source is opened without a handle", () -> always("open", 0), 2, 1)
                 .fails("the middleware fails", "copy_date", 2, 1)
+                .path("the source is list 0", 0, 1)
+                .path("the destination is list 0", 1, 0)
                 .path("the lock fails", this::locksFail, 2, 1);
     }
 

@@ -154,7 +154,11 @@ final class NativesDocument {
             paths.forEach(path -> addPath(operation, natives, path, blocks, titles));
             blocks.forEach((key, block) -> {
                 text.addAll(titles.get(key));
-                block.forEach(this::addWrapped);
+                boolean isAs = block.get(0).matches("  as: ((?!=>).)*");
+                if (isAs) {
+                    text.set(text.size() - 1, text.get(text.size() - 1) + block.get(0));
+                }
+                block.stream().skip(isAs ? 1 : 0).forEach(this::addWrapped);
             });
             text.add("```");
             text.add("");
@@ -229,7 +233,7 @@ final class NativesDocument {
     /** What blocks have in common that are not repeated: middleware calls, error lines and the result. */
     private static List<String> neutral(List<String> block) {
         return KindWords.neutral(block).stream()
-                .filter(line -> line.matches("[+!] (E|x_|fs_|JNI: .*fails:).*|  (… )?=>.*|\\w.*|none|`.*")).toList();
+                .filter(line -> line.matches("[+!] (E|x_|fs_|JNI: .*fails:).*|  ((…|as: .*) )?=>.*|\\w.*|none|`.*")).toList();
     }
 
     /** What distinguishes a path from the success path, or from the path before it that is much more alike. */
@@ -244,18 +248,19 @@ final class NativesDocument {
                 like = other.scenario().path();
             }
         }
-        List<String> block = new ArrayList<>();
-        if (!like.isEmpty()) {
-            block.add("  as: " + like);
+        List<String> block = new ArrayList<>(least.text());
+        if (!like.isEmpty() && least.different() == 0) {
+            block.set(0, "  as: " + like);
+        } else if (!like.isEmpty()) {
+            block.add(0, "  as: " + like);
         }
-        block.addAll(least.text());
         return withOutcome(block, path.outcome());
     }
 
     /** Adds the outcome, on the same line if the sequence goes on as another one. */
     private static List<String> withOutcome(List<String> lines, List<String> outcome) {
         List<String> all = new ArrayList<>(lines);
-        boolean goesOn = !all.isEmpty() && all.get(all.size() - 1).equals("  …");
+        boolean goesOn = !all.isEmpty() && all.get(all.size() - 1).matches("  (…|as: .*)");
         for (String line : outcome) {
             all.add((goesOn ? all.remove(all.size() - 1) : " ") + " => " + line);
             goesOn = false;

@@ -90,6 +90,7 @@ final class ReadScenarios {
         Object[] arguments = join(list, more);
         paths.path("two records", () -> Script.always(count, 0, 2), arguments)
                 .path("the list is not open", () -> Script.always(count, 0, 1), join(unopened, more))
+                .path("list 0", () -> Script.always(count, 0, 1), join(0, more))
                 .path("no record", arguments)
                 .path("the count fails", () -> Script.always(count, FAILS, 2), arguments)
                 .path("the second record cannot be read", () -> {
@@ -167,6 +168,7 @@ final class ReadScenarios {
         Runnable two = () -> Script.always(kind.call(count), 0, 2);
         paths.path("two records", two, arguments)
                 .path("the list is not open", two, join(unopened, more))
+                .path("list 0", two, join(0, more))
                 .path("no record", arguments)
                 .path("the count fails", () -> Script.always(kind.call(count), FAILS, 2), arguments)
                 .path("the second record cannot be read", () -> {
@@ -215,6 +217,7 @@ final class ReadScenarios {
         paths.path("two records, all values", two, 1, null)
                 .path("two records", two, 1, someKeys())
                 .path("the list is not open", one, 2, someKeys())
+                .path("list 0", one, 0, someKeys())
                 .path("no record", 1, someKeys())
                 .path("the count fails", () -> Script.always(count, FAILS, 2), 1, someKeys())
                 .fails("the list cannot be opened", "open", 2, someKeys())

@@ -59,6 +59,7 @@ final class WriteScenarios {
                 .path("the object is null", to(1, null))
                 .path("the list is not open", this::stored, to(2, kind.named("2,5")))
                 .fails("the list cannot be opened", "open", to(2, kind.named("2,5")))
+                .path("list 0", this::stored, to(0, kind.named("0,5")))
                 .fails("the record does not exist", "get_rec", to(1, kind.named("1,5")))
                 .fails("the write fails", "update_rec", to(1, kind.named("1,5")))
                 .path("the lock fails", this::locksFail, to(1, kind.named("1,5")))
@@ -88,6 +89,7 @@ final class WriteScenarios {
                 .path("the target is not open", this::stored, 2, "1,5")
                 .fails("the source cannot be opened", "open", 1, "3,5")
                 .path("the target cannot be opened", () -> always("open", FAILS), 2, "1,5")
+                .path("the target is list 0", this::stored, 0, "1,5")
                 .fails("the record does not exist", "get_rec", 1, "1,5")
                 .fails("the write fails", "update_rec", 1, "1,5")
                 .path("the lock fails", this::locksFail, 1, "1,5")
@@ -109,6 +111,7 @@ final class WriteScenarios {
                 .path("the list is null", to(1, null))
                 .path("the list is not open", this::stored, to(2, List.of(kind.named("2,5"))))
                 .fails("the list cannot be opened", "open", to(2, List.of(kind.named("2,5"))))
+                .path("list 0", this::stored, to(0, List.of(kind.named("0,5"))))
                 .path("the first element is null", this::stored, to(1, Arrays.asList(null, kind.named("1,5"))))
                 .path("the second element is null", this::stored, to(1, Arrays.asList(kind.named("1,5"), null)))
                 .path("the second record does not exist", () -> {
@@ -168,6 +171,7 @@ final class WriteScenarios {
                     stored();
                     always("open", FAILS);
                 }, 2, record)
+                .path("list 0", this::stored, 0, record)
                 .fails("the add fails", "add_rec", 1, record)
                 .path("the lock fails", this::locksFail, 1, record);
         if (record instanceof KeyedValues) {
