@@ -102,9 +102,9 @@ void expect_selected(Run& run, MwdbHandle handle, std::uint16_t owner,
     run.done(Filter::count(handle, owner, &number, &version));
     run.equal("records selected", expected.size(), number);
     std::vector<bool> seen(expected.size());
-    for (std::uint16_t index = 0; index < expected.size(); ++index) {
+    for (std::size_t index = 0; index < expected.size(); ++index) {
         typename Filter::Kind::Record record = {};
-        run.done(Filter::read(handle, owner, index, &record, &version));
+        run.done(Filter::read(handle, owner, static_cast<std::uint16_t>(index), &record, &version));
         std::size_t match = 0;
         while (match < expected.size() && (seen[match] || std::memcmp(&expected[match], &record, sizeof record) != 0)) {
             ++match;

@@ -120,6 +120,10 @@ constexpr auto kWrong = Severity::kWrongResult;
 template <class Kind>
 void add_rows(std::vector<Check>& checks) {
     const auto row = [&](Check check) { add_of_kind<Kind>(checks, std::move(check)); };
+    const char* const second_reason = Kind::kIsCompanion
+                                          ? "needed by natives of {lists} on two threads: both may open a list at its "
+                                            "first use, and one handle is kept"
+                                          : "needed by the natives that read all services, on a handle of their own";
     row({"handle.distinct",
          {"create"},
          "Two open lists have different handles.",
@@ -130,14 +134,14 @@ void add_rows(std::vector<Check>& checks) {
     row({"handle.second",
          {"open", "add_rec", "get_at"},
          "A list that is open can be opened again, and both handles lead to the same records.",
-         "needed by the natives that read all services, on a handle of their own",
+         second_reason,
          kWrong,
          second_handle<Kind>,
          1});
     row({"handle.first-stays",
          {"open", "close"},
          "Closing one handle of a list leaves its other handle valid.",
-         "needed by the natives that read all services, on a handle of their own",
+         second_reason,
          kWrong,
          close_one_of_two<Kind>,
          1});
@@ -179,8 +183,8 @@ void add_rows(std::vector<Check>& checks) {
     row({"handle.many",
          {"open", "close"},
          "A list can be opened and closed any number of times.",
-         "needed by natives that read all services, on a handle of their own, and by the filters of services, which "
-         "close lists and open them again",
+         Kind::kIsCompanion ? "needed by the open and close natives of {lists}"
+                            : "needed by the natives that read all services, on a handle of their own",
          kWrong,
          open_again<Kind>,
          1});

@@ -150,7 +150,7 @@ void add_rows(std::vector<Check>& checks) {
     row({"open.missing-handle",
          {"open"},
          "A failed open writes no handle.",
-         "needed by the open natives of {lists}: after a failed create they still test for handle 0",
+         "needed by the open natives of {lists}: if the list cannot be created either, they go on with handle 0",
          kWrong,
          open_missing_handle<Kind>,
          1});
