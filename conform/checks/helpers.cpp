@@ -152,6 +152,7 @@ void log_long_line(Run&) { mw::log_print(kDebug, kTag, "path = %s \n", std::stri
 
 void log_threads(Run&) {
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int number = 0; number < 4; ++number) {
         threads.emplace_back([number] {
             for (int line = 0; line < 5; ++line) {
