@@ -228,7 +228,7 @@ void holder_reads(Run& run) {
 }
 
 constexpr char kChanges[] = "needed by all natives that change {lists}";
-constexpr char kReads[] = "needed by the natives that read all of one of the {lists}";
+constexpr char kReads[] = "needed by the natives that read all records of {lists}";
 constexpr char kStays[] = "needed after list updates, which leave a list locked at a refused identifier";
 
 template <class Kind>
