@@ -47,8 +47,9 @@ void attempt(Action action) {
     }
 }
 
+// Not inlined: once per shape is enough.
 template <class Result, class... Arguments>
-Result traced(const Native& native, JNIEnv* env, jobject self, Arguments... arguments) {
+__attribute__((noinline)) Result traced(const Native& native, JNIEnv* env, jobject self, Arguments... arguments) {
     auto* const function = reinterpret_cast<Result (*)(JNIEnv*, jobject, Arguments...)>(native.function);
     Event event(Category::kNative, native.title.c_str());
     attempt([&] {
