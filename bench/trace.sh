@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Measures what the tracer costs: trace.sh BUILD. Needs the targets workstation and bench_jar. Prints a table: what each
-# call of the middleware and each native takes longer in a trace, and the two operations of TraceBench.
+# Measures what the tracer costs: trace.sh BUILD. Needs the targets workstation, bench_jar and tavro_trace. Prints a
+# table: the two operations of TraceBench, and what each call of the middleware and each native takes longer in a trace.
 set -euo pipefail
 here=$(dirname "$(readlink -f "$0")")
 build=$(readlink -f "$1")
