@@ -75,11 +75,11 @@ final class KindWords {
      * The lines of a sequence with letters for list ids: A for the first that the arguments name, and so on. Texts that
      * are arguments and values of records are left out.
      */
-    static List<String> withoutIds(NativeSequence sequence, List<String> lines) {
+    static List<String> withoutIds(NativeSequence sequence) {
         Set<String> ids = new LinkedHashSet<>();
         addIds(ids, sequence.scenario().arguments());
         List<String> order = new ArrayList<>(ids);
-        return lines.stream().map(line -> LIST_ID.matcher(line).replaceAll(id -> {
+        return sequence.lines().stream().map(line -> LIST_ID.matcher(line).replaceAll(id -> {
             int at = order.indexOf(id.group().replaceFirst(".* ", ""));
             return Matcher.quoteReplacement(at < 0 ? id.group() : String.valueOf((char) ('A' + at)));
         })).map(KindWords::withoutValues).toList();

@@ -1,12 +1,14 @@
 package com.velotra.tv.tavro.services.channellist;
 
 import java.util.ArrayList;
+import java.util.IdentityHashMap;
 import java.util.LinkedHashMap;
 import java.util.LinkedHashSet;
 import java.util.List;
 import java.util.Map;
 import java.util.Set;
 import java.util.function.Function;
+import java.util.regex.Pattern;
 import java.util.stream.Collectors;
 
 /** Makes {@code docs/natives.md} from recordings: an introduction, and a section for each operation. */
@@ -16,6 +18,9 @@ final class NativesDocument {
     private static final int WIDTH = 116;
     private static final int MOST_LINES = 12;
     private static final int MOST_LINES_OF_VALUES = 3;
+
+    private static final Pattern SHARED =
+            Pattern.compile("[+!] (E|x_|fs_|JNI: .*fails:).*|  ((…|as: .*) )?=>.*|\\w.*|`.*");
 
     /** A path is compared with another one than the success path if so many fewer lines differ. */
     private static final int LEAST_SAVED = 4;
@@ -27,6 +32,10 @@ final class NativesDocument {
     private final Map<String, String> effects;
     private final Map<NativeOperation, Map<String, List<NativeSequence>>> operations = new LinkedHashMap<>();
     private final List<String> text = new ArrayList<>();
+
+    // What was made of a sequence before: its lines without ids, and its block.
+    private final Map<NativeSequence, List<String>> keys = new IdentityHashMap<>();
+    private final Map<NativeSequence, List<String>> made = new IdentityHashMap<>();
 
     /** The effects are one sentence per native, by its name. */
     NativesDocument(List<Recorded> all, Map<String, String> effects) {
@@ -194,7 +203,7 @@ final class NativesDocument {
             Map<List<String>, List<String>> blocks, Map<List<String>, List<String>> titles) {
         Function<NativeSequence, List<String>> reads = each -> {
             List<NativeSequence> all = natives.get(each.scenario().nativeName());
-            return block(operation.success(all), all, each);
+            return made.computeIfAbsent(each, key -> block(operation.success(all), all, each));
         };
         share(natives, path, reads, (kinds, sequence, block) -> {
             List<String> key = new ArrayList<>(KindWords.neutral(block));
@@ -233,14 +242,15 @@ final class NativesDocument {
     /** What blocks have in common that are not repeated: middleware calls, error lines and the result. */
     private static List<String> neutral(List<String> block) {
         return KindWords.neutral(block).stream()
-                .filter(line -> line.matches("[+!] (E|x_|fs_|JNI: .*fails:).*|  ((…|as: .*) )?=>.*|\\w.*|none|`.*")).toList();
+                .filter(line -> SHARED.matcher(line).matches()).toList();
     }
 
     /** What distinguishes a path from the success path, or from the path before it that is much more alike. */
-    private static List<String> block(NativeSequence success, List<NativeSequence> all, NativeSequence path) {
+    private List<String> block(NativeSequence success, List<NativeSequence> all, NativeSequence path) {
         SequenceDifference least = difference(success, path);
         String like = "";
-        for (NativeSequence other : all.subList(0, all.indexOf(path))) {
+        for (NativeSequence other : least.different() < LEAST_SAVED ? all.subList(0, 0)
+                : all.subList(0, all.indexOf(path))) {
             SequenceDifference difference = difference(other, path);
             if (!other.lacksSomething() && difference.different() + LEAST_SAVED <= least.different()
                     && difference.text().size() < least.text().size()) {
@@ -268,8 +278,9 @@ final class NativesDocument {
         return all;
     }
 
-    private static SequenceDifference difference(NativeSequence other, NativeSequence path) {
-        return new SequenceDifference(other.lines(), KindWords.withoutIds(other, other.lines()), path.lines(),
-                KindWords.withoutIds(path, path.lines()), path.concernsValues() ? MOST_LINES_OF_VALUES : MOST_LINES);
+    private SequenceDifference difference(NativeSequence other, NativeSequence path) {
+        int most = path.concernsValues() ? MOST_LINES_OF_VALUES : MOST_LINES;
+        return new SequenceDifference(other.lines(), keys.computeIfAbsent(other, KindWords::withoutIds), path.lines(),
+                keys.computeIfAbsent(path, KindWords::withoutIds), most);
     }
 }
