@@ -9,20 +9,26 @@ cd "$(dirname "$0")"
 TAVRO=${TAVRO:-../..}
 JUNIT=${JUNIT:-/usr/share/java/junit-platform-console-standalone.jar}
 
-compile() { # FOLDER FILE...
-    folder=$1
-    shift
+compile() { # FOLDER CLASS_PATH FILE...
+    folder=$1 class_path=$2
+    shift 2
     rm -rf "$folder"
     mkdir -p "$folder"
     javac -J-XX:TieredStopAtLevel=1 -J-XX:+UseSerialGC -Xlint:all -Werror --release 17 -encoding UTF-8 -d "$folder" \
-        -cp "build/classes:$TAVRO/build/host/lib/tavro.jar:$JUNIT" "$@"
+        -cp "$class_path" "$@"
 }
 
-compile build/classes src/com/example/channels/*.java
+tavro_jar=$TAVRO/build/host/lib/tavro.jar
+[ -f "$tavro_jar" ] || "$TAVRO/tavro" build >/dev/null
+compile build/classes "$tavro_jar" src/com/example/channels/*.java
 case ${1:-compile} in
 compile) ;;
 test)
-    compile build/tests test/com/example/channels/*.java
+    [ -f "$JUNIT" ] || {
+        echo "build.sh: no such file: $JUNIT; install the package junit5, or set JUNIT to the jar of its console" >&2
+        exit 1
+    }
+    compile build/tests "build/classes:$tavro_jar:$JUNIT" test/com/example/channels/*.java
     exec "$TAVRO/tavro" run --platform=scripted --java=-ea --class-path="build/classes:build/tests:$JUNIT" \
         org.junit.platform.console.ConsoleLauncher --disable-banner --disable-ansi-colors --details=tree \
         --details-theme=ascii -c com.example.channels.ChannelStoreTest
