@@ -43,7 +43,7 @@ program() { : >"$area/Program.java"; }
     done
 }
 
-@test "programs, platforms, class paths and options that cannot be are refused" {
+@test "wrong programs, platforms, class paths and options are refused" {
     program
     refused() { : >"$FAKE_CALLS"; tavro 2 run "${@:2}"; says "$1"; not_called .; }
     refused 'tavro: run: missing argument PROGRAM'
