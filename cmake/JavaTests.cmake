@@ -39,12 +39,12 @@ function(tavro_archive_test_classes JAR)
     set_target_properties(${JAR} PROPERTIES TAVRO_ARCHIVE ${CMAKE_LIBRARY_OUTPUT_DIRECTORY}/${JAR}.jsa)
 endfunction()
 
-# tavro_add_junit(AREA GROUP JAR CLASSES class... [ENVIRONMENT name=value...] [JVM_ARGS arg...])
+# tavro_add_junit(AREA GROUP JAR CLASSES class... [TOGETHER] [ENVIRONMENT name=value...] [JVM_ARGS arg...])
 # Runs the tests of CLASSES from JAR (a target of add_jar), each class in a fresh storage directory, as entries
-# AREA.CLASS. In the lanes, which are faster with few processes, adds a single entry AREA.GROUP.
+# AREA.CLASS. In the lanes, which are faster with few processes, and with TOGETHER, adds a single entry AREA.GROUP.
 function(tavro_add_junit AREA GROUP JAR)
-    cmake_parse_arguments(PARSE_ARGV 3 ARG "" "" "CLASSES;ENVIRONMENT;JVM_ARGS")
-    if(TAVRO_LANE)
+    cmake_parse_arguments(PARSE_ARGV 3 ARG "TOGETHER" "" "CLASSES;ENVIRONMENT;JVM_ARGS")
+    if(TAVRO_LANE OR ARG_TOGETHER)
         list(TRANSFORM ARG_CLASSES PREPEND "-c;" OUTPUT_VARIABLE selection)
         add_junit_entry(${AREA}.${GROUP})
     else()

@@ -251,6 +251,7 @@ END
 @test "the tool receives the command as it was typed, quoted for a shell" {
     tavro 0 list 1
     called "-Dtavro.command=$clone/tavro "
+    called "-Dtavro.root=$clone "
     (cd "$clone" && bash tavro list 1)
     called '-Dtavro.command=./tavro '
     mv "$clone" "$area/my clone's"

@@ -2,34 +2,28 @@ package com.velotra.tv.tavro.tool.device;
 
 import static org.junit.jupiter.api.Assertions.assertEquals;
 
-import com.velotra.tv.tavro.services.channellist.VltTvChannelInfoBase;
 import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
 import com.velotra.tv.tavro.tool.ToolProcess;
 import com.velotra.tv.tavro.tool.ToolProcess.Result;
 import java.io.IOException;
 import java.nio.file.Files;
 import java.nio.file.Path;
-import java.util.Arrays;
-import java.util.Map;
 import org.junit.jupiter.api.BeforeEach;
 import org.junit.jupiter.api.Test;
 import org.junit.jupiter.api.io.TempDir;
 
 /** ./tavro device, except log, over a fake adb. */
 class DeviceCommandTest {
-    private static final String LIBRARY = "libvelotra_tavro_channellist.so";
     private static final String TMP = "/data/local/tmp/tavro";
     private static final String PROPERTY = "vendor.vlt.broadcast.log.level";
 
     @TempDir
     Path folder;
     private FakeAdb adb;
-    private Path library;
 
     @BeforeEach
     void fakeAdb() throws IOException {
         adb = new FakeAdb(folder);
-        library = ElfFile.library(folder.resolve(LIBRARY), "JNI_OnLoad");
     }
 
     private static Result failed(String message) {
@@ -68,13 +62,10 @@ class DeviceCommandTest {
     }
 
     @Test
-    void aMissingAdbIsAFailure() throws IOException, InterruptedException {
+    void aMissingAdbIsAFailure() {
         assertEquals(failed("cannot run /no/adb: No such file or directory; install the Debian package adb, or name "
                 + "the "
                 + "program with --adb or $ADB"), ToolProcess.runHere("device", "--adb=/no/adb", "log-level"));
-        assertEquals(failed("cannot run /none: No such file or directory; install the Debian package adb, or name the "
-                + "program with --adb or $ADB"), ToolProcess.run(folder, Map.of("ADB", "/none"), "device",
-                "log-level"));
     }
 
     @Test
@@ -95,89 +86,6 @@ class DeviceCommandTest {
         assertEquals(refused("log-level: --reset takes no level"), adb.run("log-level", "--reset", "D"));
         assertEquals(refused("log-level: 'X' is not a level: use V or D for all lines, I, W or E for errors, or off"),
                 adb.run("log-level", "X"));
-    }
-
-    // ---- push
-
-    @Test
-    void pushCopiesChecksAndSaysWhatIsNext() throws IOException {
-        Path program = ElfFile.library(folder.resolve("conform"), "main");
-        Path data = Files.writeString(folder.resolve("tv list.bin"), "12345");
-        Result result = adb.run("push", "--library=" + library, "--program", program.toString(), data.toString());
-        assertEquals(new Result(0, """
-                %1$s/libvelotra_tavro_channellist.so: 280 bytes, mode 644, SHA-256 is equal
-                %1$s/tavro-conform: 274 bytes, mode 755, SHA-256 is equal
-                %1$s/tv list.bin: 5 bytes, mode 644, SHA-256 is equal
-                Next: ./tavro device conform, or ./tavro device push --install
-                """.formatted(TMP), ""), result);
-        assertEquals("""
-                get-state
-                shell mkdir -p %1$s
-                push /%2$s %1$s/%2$s
-                shell chmod 644 %1$s/%2$s
-                shell sha256sum %1$s/%2$s
-                push /conform %1$s/tavro-conform
-                shell chmod 755 %1$s/tavro-conform
-                shell sha256sum %1$s/tavro-conform
-                push /tv list.bin %1$s/tv list.bin
-                shell chmod 644 '%1$s/tv list.bin'
-                shell sha256sum '%1$s/tv list.bin'
-                """.formatted(TMP, LIBRARY), adb.calls());
-    }
-
-    @Test
-    void onlyALibraryForTheDeviceIsPushed() throws IOException {
-        String remedy = "; build it with an NDK as docs/porting.md describes, or name another file with --library";
-        assertEquals(failed("cannot read /none.so: no such file or folder" + remedy), push(folder.resolve("none.so")));
-        assertEquals(failed("/text is not an ELF file" + remedy), push(Files.writeString(folder.resolve("text"), "x")));
-        assertEquals(failed("/l is not built for 32-bit ARM: it is for 64 bits and machine 183" + remedy),
-                push(ElfFile.write(folder.resolve("l"), 2, 183, "JNI_OnLoad", "libc.so")));
-        assertEquals(failed("/l is not built for 32-bit ARM: it is for 32 bits and machine 3" + remedy),
-                push(ElfFile.write(folder.resolve("l"), 1, 3, "JNI_OnLoad", "libc.so")));
-        assertEquals(failed("/l is built for Linux, not for Android: it needs libc.so.6" + remedy),
-                push(ElfFile.write(folder.resolve("l"), 1, ElfFile.ARM, "JNI_OnLoad", "libc.so.6")));
-        assertEquals(failed("/l does not export JNI_OnLoad" + remedy),
-                push(ElfFile.library(folder.resolve("l"), "JNI_OnUnload")));
-        byte[] cut = Files.readAllBytes(library);
-        assertEquals(failed("/l is damaged: a table is outside the file" + remedy),
-                push(Files.write(folder.resolve("l"), Arrays.copyOf(cut, cut.length - 20))));
-        assertEquals(failed("/text is not an ELF file" + remedy.replace("--library", "--program")),
-                adb.run("push", "--library=" + library, "--program=" + folder + "/text"));
-        assertEquals(failed("cannot read /no.list: no such file, or permission denied"),
-                adb.run("push", "--library=" + library, folder + "/no.list"));
-        assertEquals("", adb.calls());
-    }
-
-    private Result push(Path file) {
-        return adb.run("push", "--library=" + file);
-    }
-
-    @Test
-    void aCopyThatDiffersIsAFailure() throws IOException {
-        adb.fail("shell sha256sum*", 127, "sh: sha256sum: not found");
-        assertEquals(new Result(0, TMP + "/" + LIBRARY + ": 280 bytes, mode 644, size is equal\n"
-                + "Next: build tavro-conform and push again, or ./tavro device push --install\n", ""), push(library));
-        adb.fail("push*", 1, "adb: error: failed to copy: No space left on device\n");
-        assertEquals(failed("cannot push /" + LIBRARY + " to " + TMP + "/" + LIBRARY
-                + ": adb reports: error: failed to copy: No space left on device"), push(library));
-        adb.fail("shell chmod*", 0, "");
-        Files.writeString(adb.device(TMP + "/" + LIBRARY), "");
-        adb.fail("push*", 0, "");
-        assertEquals(failed("the copy " + TMP + "/" + LIBRARY + " is not equal: the SHA-256 checksum is "
-                + "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855, not " + sha256(library)
-                + "; look for free space with adb shell df, and push again"), push(library));
-    }
-
-    private static String sha256(Path file) throws IOException {
-        Process sum = new ProcessBuilder("sha256sum", file.toString()).start();
-        return new String(sum.getInputStream().readAllBytes()).substring(0, 64);
-    }
-
-    @Test
-    void aListFileOfTheWorkstationIsPushedWithANote() {
-        Path list = storedList(3);
-        assertEquals("  note: this is a list file of the workstation; a TV's middleware loads only its own",
-                adb.run("push", "--library=" + library, list.toString()).out().lines().toList().get(2));
     }
 
     // ---- conform
@@ -259,19 +167,9 @@ class DeviceCommandTest {
 
     // ---- pull
 
-    /** A list file with one service, as the library stores it. */
-    private Path storedList(int id) {
-        VltTvChannelList services = VltTvChannelList.getInstance();
-        services.open(id);
-        services.add(id, new VltTvChannelInfoBase().setBroadcastType(2).setServiceName("One").setServiceId(101));
-        Path file = folder.resolve("stored.list");
-        services.store(id, file.toString());
-        return file;
-    }
-
     @Test
     void aPulledListFileIsShownAndCompared() throws IOException {
-        Files.copy(storedList(4), adb.device("/data/a.list"));
+        Files.copy(adb.storedList(4), adb.device("/data/a.list"));
         Path local = folder.resolve("b.list");
         Result result = adb.run("pull", "/data/a.list", local.toString(), "--show", "--diff=4");
         assertEquals(0, result.exit());

@@ -1,5 +1,7 @@
 package com.velotra.tv.tavro.tool.device;
 
+import com.velotra.tv.tavro.services.channellist.VltTvChannelInfoBase;
+import com.velotra.tv.tavro.services.channellist.VltTvChannelList;
 import com.velotra.tv.tavro.tool.ToolProcess;
 import java.io.IOException;
 import java.io.InputStream;
@@ -77,5 +79,15 @@ final class FakeAdb {
         ToolProcess.Result result = ToolProcess.runHere(all);
         return new ToolProcess.Result(result.exit(), result.out().replace(folder.toString(), ""),
                 result.err().replace(folder.toString(), ""));
+    }
+
+    /** A list file with one service, as the library stores it. */
+    Path storedList(int id) {
+        VltTvChannelList services = VltTvChannelList.getInstance();
+        services.open(id);
+        services.add(id, new VltTvChannelInfoBase().setBroadcastType(2).setServiceName("One").setServiceId(101));
+        Path file = folder.resolve("stored.list");
+        services.store(id, file.toString());
+        return file;
     }
 }

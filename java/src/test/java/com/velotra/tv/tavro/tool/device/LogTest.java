@@ -167,8 +167,11 @@ class LogTest {
     void stoppingTheToolStopsAdbAndPrintsNothing() throws Exception {
         adb.file("logcat", TIME + "E         : Invalid param.\n");
         adb.file("endless", "");
-        Process tool = new ProcessBuilder(ToolProcess.command(System.getProperty("java.library.path"), "device",
-                "--adb=" + adb.program(), "log")).redirectError(folder.resolve("err").toFile()).start();
+        ProcessBuilder builder = new ProcessBuilder(
+                ToolProcess.command(System.getProperty("java.library.path"), "device", "log"))
+                .redirectError(folder.resolve("err").toFile());
+        builder.environment().put("ADB", adb.program().toString());
+        Process tool = builder.start();
         assertEquals(TIME + "E         : Invalid param.", tool.inputReader().readLine());
         long pid = Long.parseLong(Files.readString(folder.resolve("pid")).strip());
         Optional<ProcessHandle> logcat = ProcessHandle.of(pid);
