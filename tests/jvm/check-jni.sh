@@ -7,7 +7,8 @@
 set -euo pipefail
 java=$1
 shift
-"$java" -Xcheck:jni "$@" 2>&1 | awk '
+# Most of the time would go into printing the stacks of the deliberate warnings, of which the first line is checked.
+"$java" -Xcheck:jni -XX:MaxJavaStackTraceDepth=3 "$@" 2>&1 | awk '
     BEGIN {
         unchecked = "WARNING in native method: JNI call made without checking exceptions when required to from "
         deliberate[unchecked "CallBooleanMethodV"]
