@@ -36,13 +36,17 @@ final class DeleteCommand implements Callable<Integer> {
     @Option(names = {"-y", "--yes"}, description = "Do not ask for confirmation.")
     private boolean yes;
 
+    @Mixin
+    private DryRunOption dryRun;
+
     @Override
     public Integer call() {
+        boolean changeNothing = dryRun.on();
         Preconditions.needList(of.kind(), listId);
-        if (!yes) {
+        if (!yes && !changeNothing) {
             confirm();
         }
-        System.out.println(WholeLists.delete(of.kind(), listId, CalledCommand.of(spec)));
+        dryRun.done(WholeLists.delete(of.kind(), listId, CalledCommand.of(spec), changeNothing));
         return ExitCode.DONE;
     }
 

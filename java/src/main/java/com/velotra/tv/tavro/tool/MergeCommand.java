@@ -2,7 +2,7 @@ package com.velotra.tv.tavro.tool;
 
 import com.velotra.tv.tavro.tool.ListUpdate.Outcome;
 import com.velotra.tv.tavro.tool.comparing.OperandReader;
-import com.velotra.tv.tavro.tool.comparing.Titles;
+import com.velotra.tv.tavro.tool.comparing.RecordNames;
 import com.velotra.tv.tavro.tool.input.Failure;
 import com.velotra.tv.tavro.tool.input.Text;
 import com.velotra.tv.tavro.tool.matching.Merge;
@@ -73,11 +73,11 @@ final class MergeCommand implements Callable<Integer> {
         Map<String, List<String>> remarks = new LinkedHashMap<>();
         if (!merge.missing().isEmpty()) {
             remarks.put("missing from the rescan, " + (removeMissing ? "removed:" : "kept:"),
-                    merge.missing().stream().map(record -> Titles.of(edited.list(), record)).toList());
+                    merge.missing().stream().map(record -> RecordNames.of(edited.list(), record)).toList());
         }
         if (!merge.takenNumbers().isEmpty()) {
             remarks.put("new, with a channel number that another service has:",
-                    merge.takenNumbers().stream().map(record -> Titles.of(edited.list(), record)).toList());
+                    merge.takenNumbers().stream().map(record -> RecordNames.of(edited.list(), record)).toList());
         }
         merge.cleared().forEach((kind, number) -> remarks.put(Text.count(number, "new " + edited.list().kind().noun())
                 + " without a " + kind.noun() + ": the " + kind.noun() + " lists here do not have it", List.of()));
@@ -105,6 +105,6 @@ final class MergeCommand implements Callable<Integer> {
     }
 
     private static List<String> ids(Side edited, List<Record> records) {
-        return records.stream().map(record -> Titles.id(edited.list(), record)).toList();
+        return records.stream().map(record -> RecordNames.id(edited.list(), record)).toList();
     }
 }

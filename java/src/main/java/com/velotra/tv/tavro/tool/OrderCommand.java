@@ -4,7 +4,7 @@ import com.velotra.tv.tavro.services.channellist.Printable;
 import com.velotra.tv.tavro.tool.ListUpdate.Outcome;
 import com.velotra.tv.tavro.tool.comparing.Operand.Records;
 import com.velotra.tv.tavro.tool.comparing.OperandReader;
-import com.velotra.tv.tavro.tool.comparing.Titles;
+import com.velotra.tv.tavro.tool.comparing.RecordNames;
 import com.velotra.tv.tavro.tool.input.Failure;
 import com.velotra.tv.tavro.tool.input.Malformed;
 import com.velotra.tv.tavro.tool.input.Source;
@@ -85,7 +85,7 @@ final class OrderCommand implements Callable<Integer> {
             throw new Failure(e.getMessage() + "; nothing was changed");
         }
         List<String> unmatched =
-                reorder.unmatched().stream().map(record -> Titles.of(list.list(), record)).toList();
+                reorder.unmatched().stream().map(record -> RecordNames.of(list.list(), record)).toList();
         List<String> entries = reorder.unmatchedEntries().stream().map(named.entry::apply).toList();
         Map<String, List<String>> remarks = new LinkedHashMap<>();
         if (!unmatched.isEmpty()) {
@@ -96,7 +96,7 @@ final class OrderCommand implements Callable<Integer> {
         }
         Map<String, Object> values = new LinkedHashMap<>();
         values.put("unmatched", reorder.unmatched().stream()
-                .map(record -> Titles.id(list.list(), record)).toList());
+                .map(record -> RecordNames.id(list.list(), record)).toList());
         values.put("unmatched_entries", entries);
         return new Outcome(reorder.list(), remarks, values);
     }
@@ -104,7 +104,7 @@ final class OrderCommand implements Callable<Integer> {
     private Named list(OperandReader reader) {
         Records other = reader.readList(from);
         RecordList records = other.side().list();
-        return new Named(Guide.of(other.side()), other.description(), i -> Titles.of(records, records.get(i)));
+        return new Named(Guide.of(other.side()), other.description(), i -> RecordNames.of(records, records.get(i)));
     }
 
     private Named referenceFile() {

@@ -31,11 +31,15 @@ final class StoreCommand implements Callable<Integer> {
     @Mixin
     private KindOption of;
 
+    @Mixin
+    private DryRunOption dryRun;
+
     @Override
     public Integer call() {
+        boolean changeNothing = dryRun.on();
         Preconditions.needList(of.kind(), listId);
-        int records = WholeLists.store(of.kind(), listId, file);
-        System.out.println(Text.count(records, of.kind().noun()) + " of list " + listId + " stored in "
+        int records = WholeLists.store(of.kind(), listId, file, changeNothing);
+        dryRun.done(Text.count(records, of.kind().noun()) + " of list " + listId + " stored in "
                 + Printable.of(file.toString()));
         return ExitCode.DONE;
     }

@@ -233,8 +233,12 @@ class ExportCommandTest {
 
     @Test
     void filesThatAreNotCsvOrJsonAreRefusedWithTheLine() throws Exception {
-        assertRefused("", "tavro: cannot import FILE: it is not valid CSV: '(line 2) invalid char between encapsulated "
-                + "token and delimi…'\n" + UNUSABLE, "record_id,name\n1,\"Uno\"x\n", "--list", "5");
+        assertRefused("", "tavro: cannot import FILE: line 2: it is not valid CSV: text after the quotation mark that "
+                + "closes a cell; write a \" in a cell as \"\"\n" + UNUSABLE,
+                "record_id,name\n1,\"Uno\"x\n", "--list", "5");
+        assertRefused("", "tavro: cannot import FILE: line 3: it is not valid CSV: the quotation mark of a cell that "
+                + "begins here is not closed; add a \" at the end of the cell\n" + UNUSABLE,
+                "record_id,name\n1,Uno\n2,\"Due\n3,Tre\n", "--list", "5");
         String begin = "{\"format\": \"tavro lists\",\n\"version\": ";
         assertRefused("", "tavro: cannot import FILE: line 2: this version of the tool reads version 1 of the format\n"
                 + UNUSABLE, begin + "2, \"lists\": []}");
@@ -245,11 +249,34 @@ class ExportCommandTest {
         assertRefused("", "tavro: cannot import FILE: line 3: a value must be a number or a string\n" + UNUSABLE, begin
                 + "1, \"lists\": [\n{\"kind\": \"networks\", \"list_id\": 5, \"records\": [{\"record_id\": [1]}]}]}");
         assertRefused(rows(1, 1).replace("networks", "network").replace("lines", "line"),
-                "  malformed line FILE:3: column version: '1.5' "
+                "  malformed line FILE:3: record 1: column version: '1.5' "
                         + "cannot be the version: it must be a number from 0 to 255\n"
                 + nothing(1).replace("lines", "line"),
                 begin + "1, \"lists\": [{\"kind\": \"networks\", \"list_id\": 5, "
                 + "\"records\": [\n{\"record_id\": 1, \"version\": 1.5}]}]}");
+    }
+
+    @Test
+    void badRecordsOfJsonOnOneLineAreNamedByTheirPosition() throws Exception {
+        assertRefused(rows(3, 2), """
+                  malformed line FILE:1: record 2: column version: 'x' cannot be the version: it must be a number \
+                from 0 to 255
+                  malformed line FILE:1: record 3: column record_id: 1 is also in record 1
+                """ + nothing(2), "{\"format\": \"tavro lists\", \"version\": 1, \"lists\": [{\"kind\": \"networks\", "
+                + "\"list_id\": 5, \"records\": [{\"record_id\": 1}, {\"record_id\": 2, \"version\": \"x\"}, "
+                + "{\"record_id\": 1}]}]}");
+    }
+
+    @Test
+    void aFullListHasNoRecordIdForANewRow() throws Exception {
+        StringBuilder rows = new StringBuilder("record_id,network_id\n");
+        for (int id = 1; id <= 0xFFFE; id++) {
+            rows.append(id).append(",1\n");
+        }
+        assertRefused("1 file: 65535 networks; 1 malformed line\n",
+                "  malformed line FILE:1: network list 5 is full: no record id is free\n"
+                + nothing(1).replace("lines;", "line;"), rows.append(",2\n").toString(), "--list", "5",
+                "--kind", "networks");
     }
 
     @Test

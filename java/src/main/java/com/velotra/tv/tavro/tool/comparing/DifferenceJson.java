@@ -63,9 +63,9 @@ public final class DifferenceJson {
         Map<String, Object> json = new LinkedHashMap<>();
         json.put("change", difference.added() ? "added" : difference.removed() ? "removed"
                 : difference.changed() ? "changed" : "moved");
-        json.put("from", difference.added() ? null : Titles.id(list.from(), difference.from()));
-        json.put("to", difference.removed() ? null : Titles.id(list.to(), difference.to()));
-        json.put("name", Titles.name(difference.record()));
+        json.put("from", difference.added() ? null : RecordNames.id(list.from(), difference.from()));
+        json.put("to", difference.removed() ? null : RecordNames.id(list.to(), difference.to()));
+        json.put("name", RecordNames.name(difference.record()));
         if (!difference.added()) {
             json.put("from_place", difference.fromPlace());
         }

@@ -67,7 +67,7 @@ public final class DifferenceText {
     }
 
     private void print(ListDifference list, Difference difference) {
-        String title = Titles.of(difference.added() ? list.to() : list.from(), difference.record());
+        String title = RecordNames.of(difference.added() ? list.to() : list.from(), difference.record());
         if (difference.removed()) {
             out.println(Ansi.RED.paint("- " + title));
         } else if (difference.added()) {

@@ -236,15 +236,15 @@ final class Edit {
         Optional<Field.Flag> flag = field.flags().stream().filter(one -> one.key().equals(key)).findFirst();
         if (flag.isPresent()) {
             long before = field.number(target);
-            long after = Words.isOn(value) ? before | flag.get().mask() : before & ~flag.get().mask();
-            setFlag(key, Words.isOn(value));
+            long after = ValueTexts.isOn(value) ? before | flag.get().mask() : before & ~flag.get().mask();
+            setFlag(key, ValueTexts.isOn(value));
             target = target.with(field, Long.toString(after));
             expect(field, flag.get().mask(), target);
         } else if (type.isArray()) {
-            assignArray(key, type == int[].class ? Words.numbers(value) : Words.frequencies(value),
+            assignArray(key, type == int[].class ? ValueTexts.numbers(value) : ValueTexts.frequencies(value),
                     type == int[].class ? fields.size() : fields.size() / 2);
         } else if (rule(field, key) == Rule.RECORD_ID) {
-            assignReference(key, Words.reference(value));
+            assignReference(key, ValueTexts.reference(value));
         } else if (rule(field, key) == Rule.NUMBER || rule(field, key) == Rule.TEXT) {
             assign(field, value);
         } else {
@@ -282,7 +282,7 @@ final class Edit {
             throw new IllegalArgumentException("'" + value + "' is none of its values: " + field.codes().stream()
                     .map(code -> code.javaValue() + " (" + code.name() + ")").collect(Collectors.joining(", ")));
         }
-        keys.set(object, key, Words.number(value));
+        keys.set(object, key, ValueTexts.number(value));
     }
 
     private void assignReference(String key, RecordId id) {

@@ -22,15 +22,17 @@ public final class WholeLists {
      *
      * @throws Failure if the file exists and is not a list file
      */
-    public static int store(Kind kind, int listId, Path file) {
+    public static int store(Kind kind, int listId, Path file, boolean dryRun) {
         if (Files.isRegularFile(file) && !ListFile.isOne(file)) {
             throw new Failure(Printable.of(file.toString()) + " exists and is not a list file; choose another name or "
                     + "remove it first");
         }
         needWritable(file);
         int records = StoredLists.read(kind, listId).size();
-        kind.lists().store(listId, pathForNative(file));
-        kind.lists().close(listId);
+        if (!dryRun) {
+            kind.lists().store(listId, pathForNative(file));
+            kind.lists().close(listId);
+        }
         return records;
     }
 
@@ -102,11 +104,13 @@ public final class WholeLists {
     }
 
     /** Deletes a list. */
-    public static String delete(Kind kind, int listId, String command) {
+    public static String delete(Kind kind, int listId, String command, boolean dryRun) {
         int records = StoredLists.read(kind, listId).size();
-        change(command, kind, listId, lists -> lists.delete(listId));
+        if (!dryRun) {
+            change(command, kind, listId, lists -> lists.delete(listId));
+        }
         return of(kind, listId) + " deleted, with " + Text.count(records, kind.noun())
-                + "; ./tavro undo restores it";
+                + (dryRun ? "" : "; ./tavro undo restores it");
     }
 
     private interface NativeChange {

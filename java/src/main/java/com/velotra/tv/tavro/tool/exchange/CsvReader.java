@@ -12,12 +12,16 @@ import java.util.ArrayList;
 import java.util.List;
 import java.util.Optional;
 import java.util.OptionalInt;
+import java.util.regex.Matcher;
+import java.util.regex.Pattern;
 import org.apache.commons.csv.CSVFormat;
 import org.apache.commons.csv.CSVParser;
 import org.apache.commons.csv.CSVRecord;
 
 /** Reads a list from CSV: what {@link CsvWriter} wrote, also after a spreadsheet has saved it. */
 final class CsvReader {
+    private static final Pattern LINE = Pattern.compile("^\\((?:start)?line (\\d+)\\)");
+
     private final String source;
     private final SharedTexts texts = new SharedTexts();
     private final List<String> header = new ArrayList<>();
@@ -43,15 +47,22 @@ final class CsvReader {
         try (CSVParser parser = CSVParser.parse(new StringReader(text), format)) {
             reader.readRows(parser);
         } catch (IOException | IllegalStateException | UncheckedIOException e) {
-            throw reader.failure("it is not valid CSV: " + reason(e));
+            throw reader.failure(reason(e));
         }
         return reader.table(kind);
     }
 
-    /** Commons CSV names the line, in an exception that may be wrapped. */
+    /** Commons CSV names the line and the mistake, in an exception that may be wrapped. */
     private static String reason(Exception failure) {
         Throwable cause = failure.getCause() == null ? failure : failure.getCause();
-        return Text.excerpt(String.valueOf(cause.getMessage()));
+        String message = String.valueOf(cause.getMessage());
+        Matcher line = LINE.matcher(message);
+        if (!line.find()) {
+            return "it is not valid CSV: " + Text.excerpt(message);
+        }
+        return "line " + line.group(1) + ": it is not valid CSV: " + (message.contains("EOF reached")
+                ? "the quotation mark of a cell that begins here is not closed; add a \" at the end of the cell"
+                : "text after the quotation mark that closes a cell; write a \" in a cell as \"\"");
     }
 
     private Failure failure(String reason) {
@@ -76,8 +87,8 @@ final class CsvReader {
 
     private Row row(int line, CSVRecord cells) {
         if (cells.size() != header.size()) {
-            return new Row(line, List.of(), Optional.of(Text.count(cells.size(), "cell") + "; the first row has "
-                    + Text.count(header.size(), "cell")));
+            return new Row(line, Optional.empty(), List.of(), Optional.of(Text.count(cells.size(), "cell")
+                    + "; the first row has " + Text.count(header.size(), "cell")));
         }
         List<String> values = new ArrayList<>(header.size());
         Optional<String> problem = Optional.empty();
@@ -95,7 +106,7 @@ final class CsvReader {
                 default -> values.add(cell);
             }
         }
-        return new Row(line, values, problem);
+        return new Row(line, Optional.empty(), values, problem);
     }
 
     private static Optional<String> difference(String column, String cell, String first) {

@@ -105,7 +105,7 @@ final class JsonReader {
                 case "records" -> {
                     json.beginArray();
                     while (json.hasNext()) {
-                        rows.add(row(columns));
+                        rows.add(row(columns, "record " + (rows.size() + 1)));
                     }
                     json.endArray();
                 }
@@ -122,19 +122,19 @@ final class JsonReader {
         lists.add(new ListTable(source, found, listId, names, rows));
     }
 
-    private Row row(Map<String, Integer> columns) throws IOException {
+    private Row row(Map<String, Integer> columns, String name) throws IOException {
         json.beginObject();
         int line = line();
         List<String> values = new ArrayList<>(columns.size());
         while (json.hasNext()) {
-            int column = columns.computeIfAbsent(Columns.normalized(json.nextName()), name -> columns.size());
+            int column = columns.computeIfAbsent(Columns.normalized(json.nextName()), key -> columns.size());
             while (values.size() <= column) {
                 values.add(null);
             }
             values.set(column, value());
         }
         json.endObject();
-        return new Row(line, values, Optional.empty());
+        return new Row(line, Optional.of(name), values, Optional.empty());
     }
 
     private String value() throws IOException {

@@ -19,8 +19,9 @@ public record ListTable(String source, Kind kind, OptionalInt listId, List<Strin
      * One record.
      *
      * @param line number of the line where it begins, from 1
+     * @param name what messages call it besides the line, which may have many; empty if the line is enough
      * @param values one per column; null where the file has none
      * @param problem why the row cannot be read; empty if it can
      */
-    public record Row(int line, List<String> values, Optional<String> problem) {}
+    public record Row(int line, Optional<String> name, List<String> values, Optional<String> problem) {}
 }

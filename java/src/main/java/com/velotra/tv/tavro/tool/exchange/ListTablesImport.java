@@ -27,7 +27,7 @@ public final class ListTablesImport {
     private final boolean removeOthers;
     private final Map<Key, RecordList> after = new LinkedHashMap<>();
     private final Set<Key> toStore = new HashSet<>();
-    private final List<ListUpdate> updates = new ArrayList<>();
+    private final List<TableUpdate> updates = new ArrayList<>();
 
     /**
      * Makes an import.
@@ -69,7 +69,7 @@ public final class ListTablesImport {
             boolean exists = stored.stream().anyMatch(list -> list.kind() == key.kind && list.listId() == key.listId);
             RecordList before = exists ? lists.apply(key.kind, key.listId)
                     : RecordList.of(key.kind, key.listId, "", List.of());
-            ListUpdate update = ListUpdate.of(before, table, removeOthers);
+            TableUpdate update = TableUpdate.of(before, table, removeOthers);
             report.alsoRead(table.rows().size(), key.kind.noun());
             report.malformedLines(update.problems());
             updates.add(update);

@@ -11,15 +11,21 @@ public final class FreeIds {
     private static final int MOST = 65_534;
 
     private final RecordList list;
-    private final BitSet used = new BitSet(MOST + 2);
+    private final BitSet used;
     private int next = LEAST;
 
     /** Looks at the ids of a list. */
     public FreeIds(RecordList list) {
-        this.list = list;
+        this(list, new BitSet(MOST + 2));
         for (Record record : list) {
             used.set(record.id());
         }
+    }
+
+    /** Takes the used ids of a list that is being made; {@code list} is named in messages. */
+    public FreeIds(RecordList list, BitSet used) {
+        this.list = list;
+        this.used = used;
     }
 
     /**

@@ -148,6 +148,21 @@ class WholeListCommandsTest {
     }
 
     @Test
+    void aDryRunOfDeleteAndStoreChangesNothing() throws Exception {
+        byte[] before = bytes(Kind.SERVICES, 1);
+        assertEquals(done("dry run: service list 1 deleted, with 3 services\n"), runHere("delete", "1", "--dry-run"));
+        assertArrayEquals(before, bytes(Kind.SERVICES, 1));
+        Path file = folder.resolve("dry");
+        assertEquals(done("dry run: 3 services of list 1 stored in " + file + "\n"),
+                runHere("store", "-n", "1", file.toString()));
+        assertFalse(Files.exists(file));
+        Files.writeString(file, "text");
+        assertEquals(failed(file + " exists and is not a list file; choose another name or remove it first"),
+                runHere("store", "-n", "1", file.toString()));
+        assertEquals(List.of(), undoable());
+    }
+
+    @Test
     void aListIsDeletedOnlyWithYesIfThereIsNoTerminal() {
         byte[] before = bytes(Kind.SERVICES, 1);
         assertEquals(failed("not deleted: service list 1; there is no terminal to ask on: use --yes"),

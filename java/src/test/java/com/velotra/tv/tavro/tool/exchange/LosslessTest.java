@@ -62,7 +62,7 @@ class LosslessTest {
         List<ListTable> tables = ListFormats.read(source(text), Optional.empty());
         assertEquals(1, tables.size());
         RecordList empty = RecordList.of(list.kind(), LIST, "the name", List.of());
-        ListUpdate update = ListUpdate.of(empty, tables.get(0), false);
+        TableUpdate update = TableUpdate.of(empty, tables.get(0), false);
         assertEquals(List.of(), update.problems());
         for (int i = 0; i < list.size(); i++) {
             assertArrayEquals(list.get(i).bytes(), update.after().get(i).bytes(), "record " + i);

@@ -1,9 +1,11 @@
 package com.velotra.tv.tavro.tool.exchange;
 
 import com.velotra.tv.tavro.tool.exchange.ListTable.Row;
+import com.velotra.tv.tavro.tool.input.Failure;
 import com.velotra.tv.tavro.tool.input.Malformed;
 import com.velotra.tv.tavro.tool.input.Place;
 import com.velotra.tv.tavro.tool.input.Text;
+import com.velotra.tv.tavro.tool.matching.FreeIds;
 import com.velotra.tv.tavro.tool.records.Field;
 import com.velotra.tv.tavro.tool.records.Kind;
 import com.velotra.tv.tavro.tool.records.Layout;
@@ -19,7 +21,7 @@ import java.util.Optional;
  * Applies the rows of a table to a list. The records of the rows come first, in the order of the rows; the other
  * records of the list follow, or are removed. Nothing is stored here.
  */
-final class ListUpdate {
+final class TableUpdate {
     /** The largest record id. */
     private static final int LAST_ID = 0xFFFE;
 
@@ -29,7 +31,7 @@ final class ListUpdate {
     private final Field recordId;
     private final List<Record> records = new ArrayList<>();
     private final List<Malformed> problems = new ArrayList<>();
-    private final int[] lineOfId = new int[LAST_ID + 1];
+    private final String[] rowOfId = new String[LAST_ID + 1];
     private final BitSet used = new BitSet(); // record ids
     private final List<Integer> withoutId = new ArrayList<>(); // places in records
     private int added;
@@ -40,7 +42,7 @@ final class ListUpdate {
     private boolean reordered;
     private RecordList after;
 
-    private ListUpdate(RecordList before, ListTable table) {
+    private TableUpdate(RecordList before, ListTable table) {
         this.before = before;
         this.table = table;
         kind = before.kind();
@@ -53,8 +55,8 @@ final class ListUpdate {
      * @param before the list as it is; without records if there is none
      * @param removeOthers whether records without a row are removed
      */
-    static ListUpdate of(RecordList before, ListTable table, boolean removeOthers) {
-        ListUpdate update = new ListUpdate(before, table);
+    static TableUpdate of(RecordList before, ListTable table, boolean removeOthers) {
+        TableUpdate update = new TableUpdate(before, table);
         update.takeRows();
         update.takeOthers(removeOthers);
         update.giveIds();
@@ -124,16 +126,17 @@ final class ListUpdate {
             return -1;
         }
         if (used.get(id)) {
-            problem(row, "column " + Columns.RECORD_ID + ": " + id + " is also in line " + lineOfId[id]);
+            problem(row, "column " + Columns.RECORD_ID + ": " + id + " is also in " + rowOfId[id]);
             return -1;
         }
         used.set(id);
-        lineOfId[id] = row.line();
+        rowOfId[id] = row.name().orElse("line " + row.line());
         return id;
     }
 
     private void problem(Row row, String problem) {
-        problems.add(new Malformed(new Place(table.source(), row.line()), problem));
+        problems.add(new Malformed(
+                new Place(table.source(), row.line()), row.name().map(name -> name + ": ").orElse("") + problem));
     }
 
     private void keep(Record record) {
@@ -170,20 +173,15 @@ final class ListUpdate {
         }
     }
 
-    /** Gives record ids to new records, as the middleware does: after the highest one, then the lowest free ones. */
+    /** Gives record ids to new records, as the natives do. */
     private void giveIds() {
-        for (int place : withoutId) {
-            int id = used.isEmpty() ? 1 : used.length();
-            if (id > LAST_ID) {
-                id = used.nextClearBit(1);
+        FreeIds ids = new FreeIds(before, used);
+        try {
+            for (int place : withoutId) {
+                records.set(place, records.get(place).with(recordId, Integer.toString(ids.take())));
             }
-            if (id > LAST_ID) {
-                problems.add(new Malformed(new Place(table.source(), 1),
-                        "the list is full: no record id is free"));
-                return;
-            }
-            used.set(id);
-            records.set(place, records.get(place).with(recordId, Integer.toString(id)));
+        } catch (Failure full) {
+            problems.add(new Malformed(new Place(table.source(), 1), full.getMessage()));
         }
     }
 

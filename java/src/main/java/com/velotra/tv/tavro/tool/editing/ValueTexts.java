@@ -6,8 +6,8 @@ import java.util.Arrays;
 import java.util.Locale;
 
 /** Values as the user writes them. */
-final class Words {
-    private Words() {}
+final class ValueTexts {
+    private ValueTexts() {}
 
     static boolean isOn(String value) {
         return switch (value.toLowerCase(Locale.ROOT)) {
@@ -30,7 +30,7 @@ final class Words {
     }
 
     static int[] numbers(String value) {
-        return value.isEmpty() ? new int[0] : Arrays.stream(value.split(",")).mapToInt(Words::number).toArray();
+        return value.isEmpty() ? new int[0] : Arrays.stream(value.split(",")).mapToInt(ValueTexts::number).toArray();
     }
 
     /** Frequencies with bandwidths, such as 506000:8000,514000:8000. */

@@ -1,13 +1,14 @@
 package com.velotra.tv.tavro.tool.comparing;
 
 import com.velotra.tv.tavro.services.channellist.Printable;
+import com.velotra.tv.tavro.tool.listing.Titles;
 import com.velotra.tv.tavro.tool.records.Layout;
 import com.velotra.tv.tavro.tool.records.Record;
 import com.velotra.tv.tavro.tool.records.RecordList;
 
 /** Names of records in texts for people. */
-public final class Titles {
-    private Titles() {}
+public final class RecordNames {
+    private RecordNames() {}
 
     /** Returns the identifier of a record: LIST,RECORD, or the record id alone if it is not of a list. */
     public static String id(RecordList list, Record record) {
@@ -17,11 +18,7 @@ public final class Titles {
     /** Returns the identifier of a record and its name, or what stands for the name. */
     public static String of(RecordList list, Record record) {
         String name = name(record);
-        return id(list, record) + " " + (name.isEmpty() ? of(record) : '"' + Printable.of(name) + '"');
-    }
-
-    private static String of(Record record) {
-        return com.velotra.tv.tavro.tool.listing.Titles.of(record);
+        return id(list, record) + " " + (name.isEmpty() ? Titles.of(record) : '"' + Printable.of(name) + '"');
     }
 
     /** Returns the name of a record as it is stored. */
