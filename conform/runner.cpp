@@ -135,7 +135,7 @@ public:
         for (const std::string& file : check.files) {
             unlink((settings().directory + "/" + file).c_str());
         }
-        const Verdict verdict = delete_lists();
+        Verdict verdict = delete_lists();
         if (ended.how == Ended::How::kInterrupted) {
             return {Verdict::How::kInterrupted, "", ended.number};
         }
