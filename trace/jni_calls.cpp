@@ -2,6 +2,7 @@
 
 #include "trace/java_values.h"
 #include "trace/jni_observer.h"
+#include "trace/settings.h"
 #include "trace/sink.h"
 #include "trace/text.h"
 
@@ -94,6 +95,9 @@ public:
             traced->event.argument("", std::move(argument));
         }
         call.own = traced;
+        if (settings().early) {
+            traced->event.begin();
+        }
         return false;
     }
     void failed(JniCall&) override {}
