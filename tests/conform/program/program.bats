@@ -69,7 +69,7 @@ load support
     "$program" --list | sed -n '/^[^ ]/p' | sort >"$area/names"
     [ "$(uniq -d "$area/names")" = '' ]
     [ "$(grep -E '.{61}' "$area/names")" = '' ]
-    [ "$(grep -vE '^[a-z_]+(\.[a-z0-9-]+)+$' "$area/names")" = '' ]
+    [ "$(grep -vE '^[a-z_]+(\.[a-z0-9_-]+)+$' "$area/names")" = '' ]
 }
 
 @test "--version prints the version" {
