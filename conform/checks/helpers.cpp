@@ -4,6 +4,7 @@
 #include <cutils/properties.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <set>
@@ -11,9 +12,6 @@
 #include <thread>
 #include <utility>
 #include <vector>
-#ifdef __ANDROID__
-#include <sys/system_properties.h>
-#endif
 
 namespace tavro::conform {
 
@@ -61,12 +59,10 @@ constexpr char kProperty[] = "debug.tavro.conform";
 constexpr char kUnsetProperty[] = "debug.tavro.conform.unset";
 constexpr std::size_t kLongestValue = PROPERTY_VALUE_MAX - 1;
 
-// Sets the property to `value`, which is not empty. Skips the check if this process may not do that.
+// Sets the property to `value`: one or more letters. Skips the check if this process may not do that.
 void set_property(Run& run, const std::string& value) {
 #ifdef __ANDROID__
-    char found[PROP_VALUE_MAX] = {};
-    const bool set = __system_property_set(kProperty, value.c_str()) == 0 &&
-                     __system_property_get(kProperty, found) >= 0 && value == found;
+    const bool set = std::system((std::string("setprop ") + kProperty + " " + value).c_str()) == 0;
 #else
     const bool set = ::setenv("TAVRO_PROP_debug_tavro_conform", value.c_str(), 1) == 0;
 #endif
@@ -81,7 +77,9 @@ public:
     PropertyReset() = default;
     ~PropertyReset() {
 #ifdef __ANDROID__
-        __system_property_set(kProperty, "");
+        if (std::system((std::string("setprop ") + kProperty + " ''").c_str()) != 0) {
+            std::fputs("tavro-conform: cannot reset the property debug.tavro.conform\n", stderr);
+        }
 #endif
     }
     PropertyReset(const PropertyReset&) = delete;
