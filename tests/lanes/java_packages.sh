@@ -5,12 +5,9 @@
 # Usage: java_packages.sh SOURCE_ROOT
 set -euo pipefail
 base=com.velotra.tv.tavro
-order="services.channellist tool.help tool.input tool.output tool.records tool.matching tool.storage tool.changes tool.tables
-    tool.listing tool.comparing tool.satellites tool.transponders tool.services tool.importing tool.exchange tool.editing
-    tool.view tool.demo tool.shell tool"
-=======
-    tool.editing tool.call tool.view tool.demo tool.shell tool"
->>>>>>> 92ba9b1 (call: calls natives from the command line, and prints what Java sees)
+order="services.channellist scripted tool.help tool.input tool.output tool.records tool.matching tool.storage tool.changes
+    tool.tables tool.listing tool.decoding tool.comparing tool.satellites tool.transponders tool.services tool.exchange
+    tool.importing tool.editing tool.call tool.view tool.demo tool.device tool.shell tool"
 
 find "$1" -name '*.java' -print0 | xargs -0 awk -v base="$base." -v order="$order" '
 BEGIN {
