@@ -111,6 +111,7 @@ nothing_done() {
             bench) called "^run.sh $clone/build/host .*-- java .*tool.Main$" ;;
             trace) called "^java .* lists --" ;;
             run) called "^java .* -ea -cp $area:.* PROGRAM$" ;;
+            conform) called "^tavro-conform $form$" ;;
             mutate) called "^mutate.sh $clone/build/host/tests/mutants/settings.sh $form$" ;;
             *) called "^java .* $command $form --" ;;
             esac

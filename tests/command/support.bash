@@ -57,11 +57,14 @@ if [ "$1" = -S ]; then
     echo "CMAKE_HOME_DIRECTORY:INTERNAL=$2" >"$build/CMakeCache.txt"
     [[ $4 != *-tests ]] || echo BUILD_TESTING:BOOL=ON >>"$build/CMakeCache.txt"
     : >"$build/build.ninja"
+    mkdir -p "$build/bin"
+    ln -sf "${0%/*}/tavro-conform" "$build/bin"
 else
     cat "$FAKE_NINJA"
 fi
 END
     fake java <<<'exit $FAKE_STATUS'
+    fake tavro-conform <<<'exit $FAKE_STATUS'
     fake ctest <<<'exit $FAKE_STATUS'
     mkdir -p "$clone/cmake" "$clone/tests/lanes" "$clone/tests/mutants" "$clone/bench"
     for script in cmake/armhf-root.sh tests/lanes/same_tests.sh tests/mutants/mutate.sh bench/report.sh bench/run.sh; do

@@ -78,6 +78,12 @@ load support
     prints "tavro-conform $VERSION"
 }
 
+@test "./tavro conform describes the same options" {
+    conform --help
+    diff "$BATS_TEST_DIRNAME/../../../help/conform.txt" \
+        <(sed -E 's,^(Usage:| ) tavro-conform,\1 ./tavro conform,' <<<"$output")
+}
+
 @test "--help describes every option" {
     conform --help
     [ "$status" -eq 0 ]
