@@ -9,7 +9,12 @@ import com.velotra.tv.tavro.services.channellist.VltTvSatelliteList;
 import com.velotra.tv.tavro.services.channellist.VltTvTransportStreamList;
 import com.velotra.tv.tavro.tool.ToolProcess.Result;
 import com.velotra.tv.tavro.tool.records.Kind;
+import java.util.ArrayList;
 import java.util.Arrays;
+import java.util.List;
+import java.util.Map;
+import java.util.regex.Matcher;
+import java.util.regex.Pattern;
 import java.util.stream.Collectors;
 import java.util.stream.Stream;
 import org.junit.jupiter.api.BeforeEach;
@@ -184,6 +189,34 @@ class CallCommandTest {
                         .collect(Collectors.joining("\n", "", "\n")));
     }
 
+    @Test
+    void everyNativeOfTheListCanBeCalled() {
+        Map<String, String> words = Map.of("int", "2", "String", "2,1", "List<String>", "null");
+        Map<String, String> shown = Map.of("int", "2", "String", "\"2,1\"", "List<String>", "null");
+        List<String> calls = new ArrayList<>();
+        List<String> expected = new ArrayList<>();
+        String list = "";
+        for (String line : call("--list").out().lines().toList()) {
+            list = line.startsWith("V") ? line.substring(0, line.indexOf(' ')) : list;
+            Matcher signature = Pattern.compile("  [^ ]\\S* (\\w+)\\((.*)\\)").matcher(line);
+            if (signature.matches()) {
+                List<String> types = signature.group(2).isEmpty() ? List.of()
+                        : Stream.of(signature.group(2).split(", ")).map(each -> each.split(" ")[0]).toList();
+                calls.addAll(List.of("+", list + "." + signature.group(1)));
+                types.forEach(type -> calls.add(words.getOrDefault(type, type.startsWith("List<") ? "[]" : "{}")));
+                expected.add(list + "." + signature.group(1) + types.stream()
+                        .map(type -> shown.getOrDefault(type, type.startsWith("List<") ? "[]" : type + "{}"))
+                        .collect(Collectors.joining(", ", "(", ")")));
+            }
+        }
+        Result result = call(calls.subList(1, calls.size()).toArray(String[]::new));
+        assertEquals(new Result(0, String.join("\n", expected), ""), new Result(result.exit(),
+                result.out().lines().filter(line -> line.startsWith("V")).collect(Collectors.joining("\n")),
+                result.err()));
+        assertPrints("VltTvSatelliteList.nativeUpdateInfo(VltTvSatelliteInfoBase{RecId=\"2,9\", Name=\"A\"})\n"
+                + "= int -22: failed (T)\n", "satellites.nativeUpdateInfo", "RecId=2,9", "Name=A");
+    }
+
     @ParameterizedTest
     @CsvSource(delimiter = '|', quoteCharacter = '`', textBlock = """
             open                          | 'open' is not CLASS.NATIVE, such as services.native_open; --list prints all
@@ -196,6 +229,9 @@ class CallCommandTest {
             services.native_open          | the arguments (none) do not fit int native_open(int mwdbId) or int \
             native_open(int mwdbId, String path)
             services.native_clean 1 2     | the arguments '1' '2' do not fit int native_clean(int mwdbId)
+            streams.native_updateInfo AcTsName=A TslIdTslRecId=1,1 | the arguments 'AcTsName=A' 'TslIdTslRecId=1,1' do \
+            not fit int native_updateInfo(int mwdbId, VltTvTransportStreamInfoBase stream) or int \
+            native_updateInfo(int mwdbId, String identifier)
             services.native_clean one     | mwdbId: 'one' is not an int: write -2147483648 to 2147483647
             services.native_clean null    | mwdbId: 'null' is not an int: write -2147483648 to 2147483647
             services.native_clean 2147483648 | mwdbId: '2147483648' is not an int: write -2147483648 to 2147483647

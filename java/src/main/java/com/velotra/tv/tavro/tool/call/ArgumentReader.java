@@ -56,9 +56,10 @@ final class ArgumentReader {
     }
 
     private Object[] arguments(Native method) {
-        List<Object> arguments = new ArrayList<>();
+        Parameter[] parameters = method.method().getParameters();
+        List<List<String>> wordsOf = new ArrayList<>();
         int next = 0;
-        for (Parameter parameter : method.method().getParameters()) {
+        for (Parameter parameter : parameters) {
             int end = next + 1;
             while (Native.isObject(parameter.getType()) && end < words.size() && isAssignment(words.get(next))
                     && isAssignment(words.get(end))) {
@@ -67,13 +68,17 @@ final class ArgumentReader {
             if (end > words.size()) {
                 throw new OtherForm();
             }
-            arguments.add(argument(parameter, words.subList(next, end)));
+            wordsOf.add(words.subList(next, end));
             next = end;
         }
         if (next < words.size()) {
             throw new OtherForm();
         }
-        return arguments.toArray();
+        Object[] arguments = new Object[parameters.length];
+        for (int i = 0; i < arguments.length; i++) {
+            arguments[i] = argument(parameters[i], wordsOf.get(i));
+        }
+        return arguments;
     }
 
     private Object argument(Parameter parameter, List<String> own) {
@@ -90,7 +95,7 @@ final class ArgumentReader {
             return list(parameter, word);
         }
         boolean isForObject = word.startsWith("{") || isAssignment(word) || word.endsWith(":" + Values.NULL);
-        if (type == String.class && isForObject && isObjectElsewhere()) {
+        if (isForObject && isObjectElsewhere()) {
             throw new OtherForm();
         }
         return Values.read(parameter.getName(), word, type);
