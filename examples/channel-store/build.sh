@@ -18,6 +18,10 @@ compile() { # FOLDER CLASS_PATH FILE...
         -cp "$class_path" "$@"
 }
 
+[ -x "$TAVRO/tavro" ] || {
+    echo "build.sh: no clone with ./tavro in '$TAVRO'; set TAVRO to its folder: TAVRO=~/tavro ./build.sh" >&2
+    exit 1
+}
 tavro_jar=$TAVRO/build/host/lib/tavro.jar
 [ -f "$tavro_jar" ] || "$TAVRO/tavro" build >/dev/null
 compile build/classes "$tavro_jar" src/com/example/channels/*.java

@@ -55,3 +55,12 @@ program() { : >"$area/Program.java"; }
     refused "tavro: run: '1,2' is not a class name, a .java file or a .jar file" 1,2
     refused "tavro: run: unknown option '--platfrom'; did you mean '--platform'?" --platfrom=scripted Main
 }
+
+@test "a copy of the example says that it needs a clone" {
+    cp -r "$top/examples/channel-store" store
+    unset TAVRO
+    run ./store/build.sh run
+    [ "$status" = 1 ]
+    [ "$output" = "build.sh: no clone with ./tavro in '../..'; set TAVRO to its folder: TAVRO=~/tavro ./build.sh" ]
+    [ ! -e store/build/classes ]
+}
