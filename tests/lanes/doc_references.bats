@@ -46,6 +46,13 @@ refused() { # WORDS MESSAGE
     refused '[gone](#gone)' 'the link #gone names no heading'
 }
 
+@test "a section that is there twice is named" {
+    refused '## Twice
+## Once
+## Twice
+## Twice' "the section 'Twice' is there twice"
+}
+
 @test "a missing test, suite or class is named" {
     refused '`unit.Suit`' 'there is no test unit.Suit'
     refused '`Suite.Nam`' 'there is no test Suite.Nam'

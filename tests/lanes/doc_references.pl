@@ -6,7 +6,8 @@
 #   `LEVEL.NAME`  tests of BUILD, such as `unit.LogGate`
 #   `SUITE.NAME`  C++ tests of BUILD, such as `LogGate.Passes*`
 #
-# Other words are not checked, and nothing in code blocks.
+# Other words are not checked, and nothing in code blocks. Sections that a document has twice are found, too, except in
+# the list of changes.
 use strict;
 use warnings;
 use Cwd qw(realpath);
@@ -78,6 +79,10 @@ sub has_heading {
 my @documents = grep { m{^([A-Z]+|docs/[^/]*)\.md$} } sort @files;
 for my $document (@documents) {
     my $prose = prose($document);
+    my %seen;
+    if ($document ne 'CHANGELOG.md') {
+        missing($document, "the section '$_' is there twice") for grep { $seen{$_}++ == 1 } $prose =~ /^#+ (.*)$/mg;
+    }
     for my $target ($prose =~ /\]\(([^):]+)\)/g) {
         my ($file, $heading) = split /#/, $target, 2;
         my $path = $file eq '' ? $document : dirname($document) . "/$file";
