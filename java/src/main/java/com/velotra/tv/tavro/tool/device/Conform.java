@@ -13,6 +13,9 @@ import java.util.List;
 public final class Conform {
     private static final int WRONG_USAGE = 2;
 
+    /** Where the middleware's libraries are: the loader does not look there for programs of other folders. */
+    private static final String LIBRARIES = "LD_LIBRARY_PATH=/vendor/lib";
+
     private final Adb adb;
     private final String directory;
 
@@ -34,7 +37,7 @@ public final class Conform {
             throw new Failure(program + " is not on the device: run device push first");
         }
         String results = directory + "/conform.xml";
-        List<String> words = new ArrayList<>(List.of("./" + Push.PROGRAM));
+        List<String> words = new ArrayList<>(List.of(LIBRARIES, "./" + Push.PROGRAM));
         if (junit != null) {
             words.addAll(List.of("--format=tap", "--format=junit", "--output=" + results));
             adb.need("cannot remove the results of an earlier run", "rm", "-f", results);
@@ -47,6 +50,10 @@ public final class Conform {
                     + "; look at the last check above and at adb logcat");
         }
         if (junit != null && exit < WRONG_USAGE) {
+            if (!new DeviceFiles(adb).exists(results)) {
+                throw new Failure(Push.PROGRAM + " wrote no results to " + results
+                        + "; look at its messages above, and leave --junit out if it was not to run the checks");
+            }
             adb.pull(results, junit);
             System.err.println("Results: " + Printable.of(junit.toString()));
         }

@@ -94,19 +94,23 @@ class DeviceCommandTest {
     void conformRunsTheChecksAndBringsTheResults() throws IOException {
         Files.createDirectories(adb.device(TMP));
         Path program = adb.device(TMP + "/tavro-conform");
-        Files.writeString(program, "#!/bin/sh\necho \"ok 1 - $*\"; echo '<x/>' >conform.xml; exit 1\n");
+        Files.writeString(program, "#!/bin/sh\necho \"ok 1 - $LD_LIBRARY_PATH $*\"; echo '<x/>' >conform.xml; exit 1\n");
         program.toFile().setExecutable(true);
         String reports = "--format=tap --format=junit --output=" + TMP + "/conform.xml";
-        assertEquals(new Result(1, "ok 1 - " + reports + " --filter=svl.*\n", "Results: /r.xml\n"),
+        assertEquals(new Result(1, "ok 1 - /vendor/lib " + reports + " --filter=svl.*\n", "Results: /r.xml\n"),
                 adb.run("conform", "--junit=" + folder + "/r.xml", "--", "--filter=svl.*"));
         assertEquals("<x/>\n", Files.readString(folder.resolve("r.xml")));
         assertEquals("""
                 get-state
                 shell test -e %1$s/tavro-conform
                 shell rm -f %1$s/conform.xml
-                shell cd %1$s && ./tavro-conform %2$s '--filter=svl.*'
+                shell cd %1$s && LD_LIBRARY_PATH=/vendor/lib ./tavro-conform %2$s '--filter=svl.*'
+                shell test -e %1$s/conform.xml
                 pull %1$s/conform.xml /r.xml
                 """.formatted(TMP, reports), adb.calls());
+        Files.writeString(program, "#!/bin/sh\nexit 0\n");
+        assertEquals(failed("tavro-conform wrote no results to " + TMP + "/conform.xml; look at its messages above, and "
+                + "leave --junit out if it was not to run the checks"), adb.run("conform", "--junit=r.xml"));
         Files.writeString(program, "#!/bin/sh\nexit 139\n");
         assertEquals(failed("tavro-conform did not run to its end: exit code 139; look at the last check above and at "
                 + "adb "
