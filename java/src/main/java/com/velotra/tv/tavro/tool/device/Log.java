@@ -97,10 +97,13 @@ public final class Log {
     }
 
     private void summarize(String name) {
+        if (filter.readable() == 0) {
+            throw new Failure("none of the " + filter.lines() + " lines of " + name + " has the form of logcat -v "
+                    + "threadtime; save the log as text with adb logcat -d -v threadtime >FILE");
+        }
         if (filter.found() == 0) {
-            throw new Failure("none of the " + filter.lines() + " lines of " + name + " is a line of the library in "
-                    + "the "
-                    + "form of logcat -v threadtime; set the level with log-level D before you save a log");
+            throw new Failure("none of the " + filter.lines() + " lines of " + name
+                    + " is a line of the library; set the level with log-level D before you save a log");
         }
     }
 

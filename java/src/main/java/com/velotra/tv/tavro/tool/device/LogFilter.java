@@ -24,6 +24,7 @@ final class LogFilter {
     private final Map<String, String> programTags = new HashMap<>(); // by process
     private LogLine last; // the last line of the library, which the next one may continue
     private int lines;
+    private int readable;
     private int found;
 
     LogFilter(Consumer<LogLine> output) {
@@ -37,6 +38,7 @@ final class LogFilter {
         if (line.isEmpty()) {
             return;
         }
+        readable++;
         if (last != null && continuesLast(line.get())) {
             last = last.with(line.get());
             return;
@@ -59,6 +61,11 @@ final class LogFilter {
     /** Returns the number of lines read. */
     int lines() {
         return lines;
+    }
+
+    /** Returns the number of lines in the form that can be read. */
+    int readable() {
+        return readable;
     }
 
     /** Returns the number of lines passed on. */

@@ -207,11 +207,15 @@ class LogTest {
 
     @Test
     void aLogWithoutLinesOfTheLibraryIsAFailure() throws IOException {
-        Path log = Files.writeString(folder.resolve("empty"), "a\nb\n");
+        Path log = Files.writeString(folder.resolve("saved"), "a\n" + TIME + "E Parser: Invalid param.\n");
         assertEquals(
-                new Result(1, "", "tavro: none of the 2 lines of /empty is a line of the library in the form of "
-                        + "logcat -v "
-                        + "threadtime; set the level with log-level D before you save a log\n"),
+                new Result(1, "", "tavro: none of the 2 lines of /saved is a line of the library; set the level with "
+                        + "log-level D before you save a log\n"),
+                adb.run("log", log.toString()));
+        Files.writeString(log, "E/Tavro_onLoad_channellist( 1234): channellist JNI_OnLoad OK.\n");
+        assertEquals(
+                new Result(1, "", "tavro: none of the 1 lines of /saved has the form of logcat -v threadtime; save the "
+                        + "log as text with adb logcat -d -v threadtime >FILE\n"),
                 adb.run("log", log.toString()));
         assertEquals(
                 new Result(1, "", "tavro: cannot read /missing: no such file or folder\n"),
