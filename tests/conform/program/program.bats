@@ -78,10 +78,10 @@ load support
     prints "tavro-conform $VERSION"
 }
 
-@test "./tavro conform describes the same options" {
+@test "./tavro conform has the same options" {
     conform --help
-    diff "$BATS_TEST_DIRNAME/../../../help/conform.txt" \
-        <(sed -E 's,^(Usage:| ) tavro-conform,\1 ./tavro conform,' <<<"$output")
+    diff <(grep -oE '^ .{5}--[a-z-]+(=[A-Z]+)?' "$BATS_TEST_DIRNAME/../../../help/conform.txt" | cut -c7-) \
+        <(grep -oE '^ .{5}--[a-z-]+(=[A-Z]+)?' <<<"$output" | cut -c7-)
 }
 
 @test "--help describes every option" {
