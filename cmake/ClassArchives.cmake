@@ -10,7 +10,8 @@ function(tavro_archive_classes TARGET NAME)
     add_custom_command(OUTPUT ${archive} DEPENDS ${ARG_DEPENDS} VERBATIM
         COMMENT "Archiving the classes of ${NAME}.jsa"
         COMMAND ${CMAKE_SOURCE_DIR}/cmake/fresh-home.sh ${CMAKE_BINARY_DIR}/homes/${TARGET}/home
-            ${ARG_JAVA} -XX:ArchiveClassesAtExit=${archive} ${ARG_COMMAND} > ${archive}.log 2>&1 || true)
+            ${CMAKE_SOURCE_DIR}/cmake/archive-classes.sh ${archive}
+            ${ARG_JAVA} -XX:ArchiveClassesAtExit=${archive}.part ${ARG_COMMAND})
     add_custom_target(${TARGET} ALL DEPENDS ${archive})
     # Only an order: a new library does not change the classes.
     add_dependencies(${TARGET} velotra_tavro_channellist tavro_tool)
