@@ -56,7 +56,7 @@ public:
 
     // Ends the check as failed unless `status` is 0. The message names the last call of this thread.
     void done(MwStatus status) const;
-    // Ends it as failed unless `status` is negative.
+    // Ends it as failed if `status` is 0: the library takes any other status as a failure.
     void fails(MwStatus status) const;
     // Ends it as failed unless the status is exactly `expected`.
     void returns(MwStatus expected, MwStatus status) const;

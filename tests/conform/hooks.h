@@ -201,5 +201,7 @@ void add_filter_variants(Variants& variants);
 void add_lock_variants(Variants& variants);
 void add_file_variants(Variants& variants);
 void add_helper_variants(Variants& variants);
+// Adds platforms that no check may refuse.
+void add_correct_variants(Variants& variants);
 
 } // namespace tavro::broken

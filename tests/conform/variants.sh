@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
-# Shows that every check of tavro-conform can fail: variants.sh names|run PROGRAM LIBRARY [PATTERN]. LIBRARY is
+# Shows that every check of tavro-conform can fail: variants.sh names|run|correct PROGRAM LIBRARY [PATTERN]. LIBRARY is
 # libtavro_broken.so, a platform with the defect that a check must find.
-#   names  there is a defect for each check, and a check for each defect
-#   run    with a defect, its check fails and no other; PATTERN selects defects, by a regular expression
+#   names    there is a defect for each check, and a check for each defect
+#   run      with a defect, its check fails and no other; PATTERN selects defects, by a regular expression
+#   correct  a platform that differs from the stand-in, but does what the library needs, passes the checks
 # A defect runs with all checks of one kind of list that call the functions it changes; the kinds take turns, because
 # their checks and defects come from the same templates. In the other kinds, its check alone runs, and must fail.
 set -euo pipefail
@@ -96,6 +97,10 @@ names)
     ;;
 one)
     one "${@:4}"
+    ;;
+correct)
+    same "with other orders" "" "$(failed correct.order svl.copy.* svl.{update,remove,fs_s*,read_lock.holder}*)"
+    same "with other statuses" "" "$(failed correct.statuses tsl.{open,get,update,remove,handle,delete,fs_store}.*)"
     ;;
 run)
     plan=$(plan "${4:-.}")
