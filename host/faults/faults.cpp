@@ -42,12 +42,14 @@ std::int64_t coarse_now() {
     return std::int64_t{now.tv_sec} * 1'000'000'000 + now.tv_nsec;
 }
 
-// Joins the values of tavro.faults, tavro.faults.2, tavro.faults.3, … up to the first that is not set.
+// Joins the values of tavro.faults, tavro.faults.2, tavro.faults.3, … up to the first that is not set, or the 64th: a
+// property_get that gives every property a value must not keep the loop running.
 std::string property_text() {
+    constexpr int kMostProperties = 64;
     std::string text;
     std::string name = "tavro.faults";
     std::array<char, PROPERTY_VALUE_MAX> value{};
-    for (int number = 2; property_get(name.c_str(), value.data(), "") > 0; ++number) {
+    for (int number = 2; number <= kMostProperties + 1 && property_get(name.c_str(), value.data(), "") > 0; ++number) {
         if (std::strlen(value.data()) == value.size() - 1) {
             tavro::host::report_once("the property " + name + " is ignored: it has more than 90 bytes; continue in " +
                                      "tavro.faults." + std::to_string(number));
