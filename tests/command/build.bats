@@ -229,6 +229,10 @@ hold_lock() {
     rm "$bin/flock"
     FAKE_STATUS=134 tavro 1 list 1
     says "tavro: the process was ended by signal 6 (SIGABRT)"
+    fake java <<<'echo "last words" >&2; kill -9 $$'
+    tavro 1 list 1
+    [ "$stderr" = "last words
+tavro: the process was ended by signal 9 (SIGKILL)" ]
 }
 
 # killed_during PROGRAM WORD...: kills ./tavro while it runs PROGRAM, and expects PROGRAM to be terminated.
