@@ -30,7 +30,7 @@ if [ "$1" = -S ]; then
 fi
 END
     tavro 0 trace lists
-    called '^cmake --build .* --target tavro_trace$'
+    called '^cmake --build .* --target workstation tavro_trace$'
     not_called '^traced'
 }
 
