@@ -18,12 +18,13 @@ Made from the recorded calls of all natives (`tests/jvm/ledger`) by `docs/genera
 keep these rules: all methods of a list class hold one lock per kind. A service layer that calls the natives itself must
 keep them, too.
 
-Three things protect lists from threads, and none of them covers everything:
+Three things decide which natives may run at the same time:
 
 - **List locks** belong to the middleware. They keep other threads and processes away from the records of a list.
-- **The mutex** of the library is held while a service list is opened or deleted.
-- **The handle map** of a kind is not protected at all: it says which lists are open. A native that *opens* adds a list
-  to it if the list is not open yet; one that *closes* takes lists out; one that *looks up* changes nothing.
+- **The mutex** of the library is held by `native_open` and `native_delete` of services, and by no other native, also
+  if it opens a list.
+- **The handle map** of a kind has the handles of the open lists, and nothing protects it. A native that *opens* adds a
+  list to it if the list is not open yet; one that *closes* takes lists out; one that *looks up* changes nothing.
 
 The last column says which natives of the same kind other threads may call during the call:
 
@@ -75,7 +76,7 @@ function end(    lock, map, time, other) {
     if (native == "") return
     # Reads of all services go through a handle of their own.
     if (temporary) { delete opens["svl"]; delete closes["svl"] }
-    lock = write ? (most > 1 ? "write, for each record" : first ? "write; reads first" : "write") : read ? "read" : "none"
+    lock = write ? "write" (most > 1 ? ", for each record" : "") (first ? "; reads first" : "") : read ? "read" : "none"
     map = closes[kind] ? "opens, closes" : opens[kind] ? "opens" : uses || write ? "looks up" : "-"
     time = closes[kind] ? "none" : opens[kind] ? "lookups, if the list is open" : uses || write ? "lookups" : "any"
     for (other in noun) if (other != kind && closes[other]) {
