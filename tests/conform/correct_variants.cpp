@@ -38,10 +38,26 @@ void fail_with_positive_status() {
     positive(Kind::hooks.fs_store, Kind::next.fs_store);
 }
 
+// The lowest id whose next one is free, not the highest.
+template <class Kind>
+void fill_gaps() {
+    Kind::hooks.qry_rec_id = [](MwdbHandle handle, std::uint32_t query, std::uint16_t* id) {
+        const MwStatus status = Kind::next.qry_rec_id(handle, query, id);
+        typename Kind::Record record;
+        if (status == kMwOk) {
+            for (*id = 0; find<Kind>(handle, static_cast<std::uint16_t>(*id + 1), record);) {
+                ++*id;
+            }
+        }
+        return status;
+    };
+}
+
 } // namespace
 
 void add_correct_variants(Variants& variants) {
     variants.push_back({"correct.order", sort_by_id<Svl>});
+    variants.push_back({"correct.ids", fill_gaps<Nwl>});
     variants.push_back({"correct.statuses", fail_with_positive_status<Tsl>});
 }
 

@@ -63,12 +63,12 @@ void add_highest_id_variants(Variants& variants) {
         });
     });
     add("highest-id.adds",
-        [] { offer<Kind>(5, [](MwdbHandle handle) { return has<Kind>(handle, 5) && has<Kind>(handle, 9); }); });
-    add("highest-id.removed", [] { offer<Kind>(3, [](MwdbHandle) { return Past<Kind>::removed.count(5) != 0; }); });
+        [] { offer<Kind>(8, [](MwdbHandle handle) { return has<Kind>(handle, 5) && has<Kind>(handle, 9); }); });
+    add("highest-id.removed", [] { offer<Kind>(8, [](MwdbHandle) { return Past<Kind>::removed.count(5) != 0; }); });
     add("highest-id.clean",
         [] { offer<Kind>(kMwNoRecordId, [](MwdbHandle handle) { return Past<Kind>::cleaned.count(handle) != 0; }); });
     add("highest-id.limit",
-        [] { offer<Kind>(32767, [](MwdbHandle handle) { return has<Kind>(handle, kHighestId); }); });
+        [] { offer<Kind>(kHighestId - 1, [](MwdbHandle handle) { return has<Kind>(handle, kHighestId); }); });
 }
 
 template <class Kind>

@@ -100,6 +100,7 @@ one)
     ;;
 correct)
     same "with other orders" "" "$(failed correct.order svl.copy.* svl.{update,remove,fs_s*,read_lock.holder}*)"
+    same "with other record ids" "" "$(failed correct.ids nwl.highest-id.*)"
     same "with other statuses" "" "$(failed correct.statuses tsl.{open,get,update,remove,handle,delete,fs_store}.*)"
     ;;
 run)
