@@ -117,11 +117,13 @@ void add_add_variants(Variants& variants) {
             return id == kHighestId ? kFailure : status;
         });
     });
-    add("add.id-65535", [] {
-        after_add<Kind>([](MwdbHandle, Record* record, MwStatus status) {
-            return Kind::id(*record) == kMwNoRecordId ? kMwOk : status;
+    if (!std::is_same_v<Kind, Svl>) {
+        add("add.id-65535", [] {
+            after_add<Kind>([](MwdbHandle, Record* record, MwStatus status) {
+                return Kind::id(*record) == kMwNoRecordId ? kMwOk : status;
+            });
         });
-    });
+    }
 }
 
 template <class Kind>
