@@ -140,6 +140,14 @@ void failed_load_keeps_records(Run& run) {
     }
 }
 
+// What the service list manager does with the scan cache if the list can neither be opened nor created.
+void load_without_list(Run& run) {
+    const MwdbHandle handle = create<Svl>(run);
+    add<Svl>(run, handle, 1);
+    store<Svl>(run, handle, run.file(kStored));
+    run.fails(load<Svl>(run, 0, run.file(kStored)));
+}
+
 template <class Kind>
 void store_nowhere(Run& run) {
     const std::string path = run.file(kStored) + "/" + kOther; // the directory does not exist
@@ -208,6 +216,15 @@ void add_rows(std::vector<Check>& checks) {
 
 void add_file_checks(std::vector<Check>& checks) {
     add_rows<Svl>(checks);
+    add_of_kind<Svl>(checks, {"fs_sync.no-list",
+                              {"fs_sync"},
+                              "Loading a file into handle 0 fails.",
+                              "needed by the native that opens {lists} with a path: if the list can neither be opened "
+                              "nor created, it loads the scan cache into handle 0, and a status 0 deletes the cache",
+                              Severity::kDataLoss,
+                              load_without_list,
+                              1});
+    checks.back().files = {kStored};
     add_rows<Tsl>(checks);
     add_rows<Nwl>(checks);
     add_rows<Satl>(checks);

@@ -184,6 +184,9 @@ void add_file_variants(Variants& variants) {
         variants.push_back({check, std::move(break_it)});
     };
     add("svl.fs_sync.scan-cache", clean_list_of_deleted_file);
+    add("svl.fs_sync.no-list", [] {
+        after_load<Svl>([](MwdbHandle handle, const char*, MwStatus status) { return handle == 0 ? kMwOk : status; });
+    });
     add("fs_raw_init.keeps-content", [] {
         Basic::hooks.init = [](std::uint32_t drive, const char* path) {
             set_size(path, size_of(path) / 512 * 512); // list files have whole blocks
