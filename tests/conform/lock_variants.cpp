@@ -64,6 +64,16 @@ public:
         return false;
     }
 
+    // True if another thread has a lock of the list.
+    static bool has_other(MwdbHandle handle) {
+        for (const Holder& holder : holders_of(handle)) {
+            if (!holder.is_mine()) {
+                return true;
+            }
+        }
+        return false;
+    }
+
     static MwStatus ask(MwdbHandle handle, bool writes) {
         return writes ? Kind::next.lock(handle) : Kind::next.read_lock(handle);
     }
@@ -132,8 +142,10 @@ void decide_for_threads(MwStatus status, Conflicts conflicts) {
 // Ends the process if a thread that has the write lock wants a lock.
 template <class Kind>
 void abort_inside(bool wanted) {
-    decide_for_threads<Kind>(kRefused, [wanted](MwdbHandle, bool writes, const Holder& holder) {
-        if (holder.is_mine() && holder.writes && writes == wanted) {
+    decide_for_threads<Kind>(kRefused, [wanted](MwdbHandle handle, bool writes, const Holder& holder) {
+        // The library takes the read lock of services through a handle of its own.
+        const bool is_read_handle = wanted || !std::is_same_v<Kind, Svl> || holder.handle != handle;
+        if (holder.is_mine() && holder.writes && writes == wanted && is_read_handle) {
             std::abort();
         }
         return false;
@@ -273,6 +285,12 @@ void add_variants(Variants& variants) {
         Locks<Kind>::follow();
         Kind::hooks.update_rec = [](MwdbHandle handle, auto* record, std::uint32_t flag) {
             return Locks<Kind>::has_mine(handle, true) ? kRefused : Kind::next.update_rec(handle, record, flag);
+        };
+    });
+    add("lock.lets-others-read", [] {
+        Locks<Kind>::follow();
+        Kind::hooks.get_rec = [](MwdbHandle handle, std::uint16_t id, auto* record, std::int32_t* version) {
+            return Locks<Kind>::has_other(handle) ? kRefused : Kind::next.get_rec(handle, id, record, version);
         };
     });
     add("read_lock.holder-reads", keep_read_handles<Kind>);
