@@ -140,6 +140,20 @@ void failed_load_keeps_records(Run& run) {
     }
 }
 
+// Stores over a damaged file like the library, which has called fs_raw_init for it after the load.
+template <class Kind>
+void store_after_init(Run& run) {
+    const MwdbHandle handle = create<Kind>(run);
+    write_half<Kind>(run, handle, run.file(kOther));
+    const auto stored = contents<Kind>(run, handle);
+    run.fails(load<Kind>(run, handle, run.file(kOther)));
+    mw::fs_raw_init(kMwRootDrive, run.file(kOther).c_str());
+    store<Kind>(run, handle, run.file(kOther));
+    run.done(Kind::clean(handle));
+    run.done(load<Kind>(run, handle, run.file(kOther)));
+    expect_order<Kind>(run, handle, stored);
+}
+
 // What the service list manager does with the scan cache if the list can neither be opened nor created.
 void load_without_list(Run& run) {
     const MwdbHandle handle = create<Svl>(run);
@@ -187,6 +201,10 @@ void add_rows(std::vector<Check>& checks) {
             kLoss, store_keeps_list<Kind>, {kStored});
     add_row("fs_store.replaces-file", {"fs_store", "fs_sync", "count", "get_at"},
             "Storing a list to a file that exists replaces the file.", kStores, kLoss, replaces_file<Kind>, {kStored});
+    add_row("fs_store.damaged-file", {"fs_store", "fs_sync", "count", "get_at"},
+            "After fs_raw_init of a damaged file, a list can be stored there and loaded again.", kStores, kLoss,
+            store_after_init<Kind>, {kStored, kOther});
+    checks.back().functions.emplace_back("fs_raw_init");
     add_row("fs_store.no-directory", {"fs_store"}, "Storing a list in a directory that does not exist fails.", kStores,
             kLoss, store_nowhere<Kind>, {kStored});
     add_row("fs_sync.new-list", {"fs_sync", "create", "count", "get_at"},

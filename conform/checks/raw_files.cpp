@@ -57,10 +57,13 @@ void has_content(Run& run, const char* what, const std::string& path, const std:
 }
 
 void init_keeps_content(Run& run) {
-    const std::string bytes = all_bytes(5000);
-    write_file(run, run.file(kOther), bytes);
-    mw::fs_raw_init(kMwRootDrive, run.file(kOther).c_str());
-    has_content(run, "the file", run.file(kOther), bytes);
+    const MwdbHandle handle = create<Svl>(run);
+    const std::vector<_SVL_REC_T> stored = {add<Svl>(run, handle, 1), add<Svl>(run, handle, 2)};
+    run.done(Svl::fs_store(handle, run.file(kStored).c_str(), run.list()));
+    run.done(Svl::clean(handle));
+    mw::fs_raw_init(kMwRootDrive, run.file(kStored).c_str());
+    run.done(load(run, handle, run.file(kStored)));
+    expect_contents<Svl>(run, handle, stored);
 }
 
 void init_succeeds(Run& run) {
@@ -136,8 +139,9 @@ void add_file_check(std::vector<Check>& checks, const char* function, const char
 } // namespace
 
 void add_raw_file_checks(std::vector<Check>& checks) {
-    add_file_check(checks, "fs_raw_init", "keeps-content", "fs_raw_init keeps the content of a file.",
-                   Severity::kDataLoss, init_keeps_content, {kOther});
+    add_file_check(checks, "fs_raw_init", "keeps-content", "fs_raw_init keeps the records in a list file.",
+                   Severity::kDataLoss, init_keeps_content, {kStored});
+    checks.back().lists = 1;
     add_file_check(checks, "fs_raw_init", "returns-0", "fs_raw_init of a file that exists returns 0.",
                    Severity::kLogLine, init_succeeds, {kOther});
     add_file_check(checks, "fs_raw_qry_fpath", "file", "fs_raw_qry_fpath returns 0 for a file that exists.",

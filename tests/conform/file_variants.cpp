@@ -3,7 +3,9 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <map>
+#include <set>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -33,6 +35,19 @@ Content content_of(const char* path) {
         return Content::kNothing;
     }
     return std::find(bytes, bytes + size, '\0') == bytes + size ? Content::kText : Content::kBytes;
+}
+
+// Paths of fs_raw_init, of all kinds.
+std::set<std::string>& initialized_files() {
+    static std::set<std::string> files;
+    return files;
+}
+
+void note_initialized_files() {
+    Basic::hooks.init = [](std::uint32_t drive, const char* path) {
+        initialized_files().insert(path);
+        return Basic::next.init(drive, path);
+    };
 }
 
 // Calls `then` after a load, with its status; the result is the status.
@@ -109,8 +124,16 @@ void add_variants(Variants& variants) {
     });
     add<Kind>(variants, "fs_store.keeps-list", move_first_record_after_store<Kind>);
     add<Kind>(variants, "fs_store.replaces-file", [] {
+        note_initialized_files();
         Kind::hooks.fs_store = [](MwdbHandle handle, const char* path, std::uint16_t list) {
-            return size_of(path) >= 0 ? kMwOk : Kind::next.fs_store(handle, path, list);
+            const bool is_list = content_of(path) == Content::kBytes && initialized_files().count(path) == 0;
+            return is_list ? kMwOk : Kind::next.fs_store(handle, path, list);
+        };
+    });
+    add<Kind>(variants, "fs_store.damaged-file", [] {
+        note_initialized_files();
+        Kind::hooks.fs_store = [](MwdbHandle handle, const char* path, std::uint16_t list) {
+            return initialized_files().count(path) != 0 ? kFailure : Kind::next.fs_store(handle, path, list);
         };
     });
     add<Kind>(variants, "fs_store.no-directory", [] {
@@ -189,7 +212,9 @@ void add_file_variants(Variants& variants) {
     });
     add("fs_raw_init.keeps-content", [] {
         Basic::hooks.init = [](std::uint32_t drive, const char* path) {
-            set_size(path, size_of(path) / 512 * 512); // list files have whole blocks
+            if (std::strstr(path, "stored.list") != nullptr) { // the scan cache has another name
+                set_size(path, size_of(path) / 2);
+            }
             return Basic::next.init(drive, path);
         };
     });
