@@ -15,9 +15,11 @@ END
     tavro 0 trace list 1 --first 3 --kind=streams
     called '^java .* list --first=3 --kind=streams -- 1$'
     [ "$output" = "$library||text|0|0|0|" ] || show "other variables"
-    tavro 0 trace --early --jni --properties --format=json -o out.json -- list -- 1
+    tavro 0 trace --jni --properties --format=json -o out.json -- list -- 1
     called '^java .* list -- 1$'
-    [ "$output" = "$library|$area/out.json|json|1|1|1|" ] || show "other variables"
+    [ "$output" = "$library|$area/out.json|json|1|1|0|" ] || show "other variables"
+    tavro 0 trace --early list 1
+    [ "$output" = "$library||text|0|0|1|" ] || show "other variables"
 }
 
 @test "only the traced command is preloaded" {
@@ -61,6 +63,7 @@ END
     refuse "trace: missing argument COMMAND" trace --jni
     refuse "trace: unknown format 'xml': use text or json" trace --format=xml -o keep lists
     refuse "trace: option '--output' needs a value: --output=FILE" trace --output= lists
+    refuse "trace: --early is for text; JSON has a call when it has returned" trace --early --format=json -o keep lists
     refuse "trace: unknown option '--jin'; did you mean '--jni'?" trace --jin lists
     refuse "trace: 'nonsuch' is neither a command of $clone/tavro nor a program" trace -o keep nonsuch
     refuse "trace: 'lits' is neither a command of $clone/tavro nor a program; did you mean 'list'?" trace lits 1
