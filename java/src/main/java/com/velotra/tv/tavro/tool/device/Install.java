@@ -12,6 +12,7 @@ public final class Install {
     static final String BACKUP = TARGET + ".before-tavro";
     static final String NOTHING = TARGET + ".before-tavro-none"; // there was no library
     private static final String NEW = TARGET + ".new";
+    private static final String PART = BACKUP + ".new";
 
     private final Adb adb;
     private final DeviceFiles files;
@@ -28,7 +29,10 @@ public final class Install {
         boolean first = !files.exists(BACKUP) && !files.exists(NOTHING);
         boolean replaces = files.exists(TARGET);
         if (first && replaces) {
-            adb.need("cannot save the installed library; nothing was changed", "cp", "-p", TARGET, BACKUP);
+            // Only a whole copy gets the name: one that ended early would be what --restore brings back.
+            shell("cannot save the installed library; nothing was changed",
+                    "cp -p " + TARGET + " " + PART + " && mv " + PART + " " + BACKUP
+                            + " || { rm -f " + PART + "; false; }");
         } else if (first) {
             adb.need("cannot write to /vendor/lib; nothing was changed", "touch", NOTHING);
         }
@@ -58,8 +62,9 @@ public final class Install {
     public void restore() {
         becomeWriter();
         if (files.exists(BACKUP)) {
-            adb.need("cannot put the earlier library back", "mv", BACKUP, TARGET);
-            adb.need("cannot set the SELinux label of " + TARGET, "restorecon", TARGET);
+            // The saved one goes last, so that a restore that failed can be repeated.
+            shell("cannot put the earlier library back; run push --restore again", "cp -p " + BACKUP + " " + NEW
+                    + " && mv " + NEW + " " + TARGET + " && restorecon " + TARGET + " && rm -f " + BACKUP);
             System.out.println(TARGET + ": the earlier library is back");
         } else if (files.exists(NOTHING)) {
             adb.need("cannot remove " + TARGET, "rm", "-f", TARGET, NOTHING);
@@ -68,6 +73,14 @@ public final class Install {
             throw new Failure("nothing to restore: push --install has not changed this device");
         }
         System.out.println("Next: restart the process that loads it, or adb reboot.");
+    }
+
+    /** Runs a line of the device's shell that must succeed. */
+    private void shell(String problem, String line) {
+        Adb.Reply reply = adb.run("shell", line);
+        if (!reply.succeeded()) {
+            throw adb.failed(problem, reply);
+        }
     }
 
     private String putBack(boolean first) {

@@ -154,16 +154,21 @@ class PushTest {
                 shell test -e %1$s.before-tavro
                 shell test -e %1$s.before-tavro-none
                 shell test -e %1$s
-                shell cp -p %1$s %1$s.before-tavro
+                shell cp -p %1$s %3$s.new && mv %3$s.new %3$s || { rm -f %3$s.new; false; }
                 push /%2$s %1$s.new
                 shell chmod 644 %1$s.new
                 shell sha256sum %1$s.new
                 shell chown root:root %1$s.new
                 shell mv %1$s.new %1$s
                 shell restorecon %1$s
-                """.formatted("/vendor/lib/" + LIBRARY, LIBRARY), adb.calls());
+                """.formatted("/vendor/lib/" + LIBRARY, LIBRARY, "/vendor/lib/" + LIBRARY + ".before-tavro"),
+                adb.calls());
         Files.write(library, new byte[] {0}, StandardOpenOption.APPEND);
         assertEquals(0, install().exit()); // again: what was there before the first one stays saved
+        adb.fail("*restorecon*", 1, "SELinux: no label");
+        assertEquals(failed("cannot put the earlier library back; run push --restore again: SELinux: no label"),
+                adb.run("push", "--restore"));
+        adb.file("failing", "");
         assertEquals(new Result(0, "/vendor/lib/" + LIBRARY + ": the earlier library is back\n"
                 + "Next: restart the process that loads it, or adb reboot.\n", ""), adb.run("push", "--restore"));
         assertEquals("old", Files.readString(target));
