@@ -94,7 +94,8 @@ class DeviceCommandTest {
     void conformRunsTheChecksAndBringsTheResults() throws IOException {
         Files.createDirectories(adb.device(TMP));
         Path program = adb.device(TMP + "/tavro-conform");
-        Files.writeString(program, "#!/bin/sh\necho \"ok 1 - $LD_LIBRARY_PATH $*\"; echo '<x/>' >conform.xml; exit 1\n");
+        Files.writeString(program,
+                "#!/bin/sh\necho \"ok 1 - $LD_LIBRARY_PATH $*\"; echo '<x/>' >conform.xml; exit 1\n");
         program.toFile().setExecutable(true);
         String reports = "--format=tap --format=junit --output=" + TMP + "/conform.xml";
         assertEquals(new Result(1, "ok 1 - /vendor/lib " + reports + " --filter=svl.*\n", "Results: /r.xml\n"),
@@ -109,8 +110,8 @@ class DeviceCommandTest {
                 pull %1$s/conform.xml /r.xml
                 """.formatted(TMP, reports), adb.calls());
         Files.writeString(program, "#!/bin/sh\nexit 0\n");
-        assertEquals(failed("tavro-conform wrote no results to " + TMP + "/conform.xml; look at its messages above, and "
-                + "leave --junit out if it was not to run the checks"), adb.run("conform", "--junit=r.xml"));
+        assertEquals(failed("tavro-conform wrote no results to " + TMP + "/conform.xml; look at its messages above, "
+                + "and leave --junit out if it was not to run the checks"), adb.run("conform", "--junit=r.xml"));
         Files.writeString(program, "#!/bin/sh\nexit 139\n");
         assertEquals(failed("tavro-conform did not run to its end: exit code 139; look at the last check above and at "
                 + "adb "
