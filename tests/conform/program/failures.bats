@@ -10,7 +10,8 @@ three=(--filter=nwl.highest-id.adds --filter=nwl.count.changes --filter=satl.cou
 ended_badly() {
     [ "$status" -eq 1 ]
     prints 'TAP version 14' '1..3' 'not ok 1 - nwl.highest-id.adds' '  ---' \
-        '  expectation: "Query 2 gives the highest record id."' '  expected: "the check runs to its end"' \
+        '  expectation: "Query 2 gives an id whose next one is free, such as the highest record id."' \
+        '  expected: "the check runs to its end"' \
         "  found: \"$1 in x_nwl_qry_rec_id(1, 2, out)\"" \
         '  reason: "needed by nativeAdd of network lists: a new record gets the next id"' '  severity: "wrong result"' \
         '  calls:' '    - "x_nwl_create(\"fs_Nwl_65300\", 65301, 1, 16, 0, 0, out) = 0"' \
@@ -52,7 +53,7 @@ lists_are_gone() {
     faulty status --filter=nwl.highest-id.adds
     [ "$status" -eq 1 ]
     prints 'TAP version 14' '1..1' 'not ok 1 - nwl.highest-id.adds' '  ---' \
-        '  expectation: "Query 2 gives the highest record id."' \
+        '  expectation: "Query 2 gives an id whose next one is free, such as the highest record id."' \
         '  expected: "x_nwl_qry_rec_id(1, 2, out) returns 0"' '  found: "-5"' \
         '  reason: "needed by nativeAdd of network lists: a new record gets the next id"' '  severity: "wrong result"' \
         '  calls:' '    - "x_nwl_create(\"fs_Nwl_65300\", 65301, 1, 16, 0, 0, out) = 0"' \
@@ -67,7 +68,7 @@ lists_are_gone() {
     prints '<?xml version="1.0" encoding="UTF-8"?>' '<testsuites>' \
         '  <testsuite name="tavro-conform" tests="1" failures="1" errors="0" skipped="0" time="…">' \
         '    <testcase classname="tavro-conform.nwl" name="nwl.highest-id.adds" time="…">' \
-        '      <failure type="wrong result" message="expected x_nwl_qry_rec_id(1, 2, out) returns 0; found -5">Query 2 gives the highest record id.' \
+        '      <failure type="wrong result" message="expected x_nwl_qry_rec_id(1, 2, out) returns 0; found -5">Query 2 gives an id whose next one is free, such as the highest record id.' \
         'needed by nativeAdd of network lists: a new record gets the next id' \
         'x_nwl_create(&quot;fs_Nwl_65300&quot;, 65301, 1, 16, 0, 0, out) = 0' 'x_nwl_add_rec(1, record) = 0' \
         'x_nwl_add_rec(1, record) = 0' 'x_nwl_add_rec(1, record) = 0' 'x_nwl_qry_rec_id(1, 2, out) = -5</failure>' \
