@@ -141,7 +141,7 @@ public final class Column {
     static Column of(Field field) {
         if (field.style() == Style.TEXT) {
             return text(field.name(), field.label(),
-                    (record, references) -> field.in(record) ? field.format(record) : null);
+                    (record, references) -> field.in(record) ? field.shown(record) : null);
         }
         Numbers numbers = (record, references) -> field.in(record) ? field.number(record) : NONE;
         if (!field.codes().isEmpty()) {

@@ -157,6 +157,12 @@ public final class Field {
         };
     }
 
+    /** Returns the value as {@link #format} does, but a text without the bytes after its NUL. */
+    public String shown(Record record) {
+        return style() == Style.TEXT
+                ? RecordText.shown(record.bytes(offset(), width()), source.longestText()) : format(record);
+    }
+
     /**
      * Returns the value for people, as in {@code 3 (satellite)}, {@code 22000000 Bd} or
      * {@code 0x0000000a (VnetActive, VnetVisible)}. It is printable, and {@link #parse} does not read it.
@@ -164,7 +170,9 @@ public final class Field {
     public String describe(Record record) {
         String text = format(record);
         if (style() == Style.TEXT) {
-            return '"' + Printable.of(text) + '"';
+            String shown = shown(record);
+            String bytes = shown.equals(text) ? "" : " (" + text.replaceFirst("(00)+$", "") + ")";
+            return '"' + Printable.of(shown) + '"' + bytes;
         }
         return text + (unit().isEmpty() || unit().equals(TENTHS_OF_A_DEGREE) ? "" : " " + unit())
                 + name(record).map(name -> " (" + name + ")").orElse("");

@@ -30,6 +30,21 @@ final class RecordText {
         return exact && !text.startsWith(HEX) ? text : HEX + HexFormat.of().formatHex(bytes);
     }
 
+    /**
+     * Returns the text for people: what {@link #of} returns, but without the bytes after the NUL. The library leaves
+     * the end of a longer text there when it writes a shorter one.
+     */
+    static String shown(byte[] bytes, int most) {
+        byte[] text = bytes.clone();
+        int end = 0;
+        while (end < text.length && text[end] != 0) {
+            end++;
+        }
+        Arrays.fill(text, end, text.length, (byte) 0);
+        String shown = of(text, most);
+        return shown.startsWith(HEX) ? of(bytes, most) : shown;
+    }
+
     private static boolean onlyZeros(byte[] bytes, int from) {
         for (int i = from; i < bytes.length; i++) {
             if (bytes[i] != 0) {

@@ -47,6 +47,11 @@ class ColumnsTest {
     }
 
     @Test
+    void aNameEndsAtItsNulAlsoIfOtherBytesFollow() {
+        assertEquals("New", cells(Kind.NETWORKS, Records.of(Kind.NETWORKS, "name=0x4e657700002031"), null, "name"));
+    }
+
+    @Test
     void aListIsReadOnceAndOnlyWhenItIsNeeded() {
         References references = References.in(this::list);
         Record service = Records.of(Kind.SERVICES, "tsl_id=1", "tsl_record_id=1");

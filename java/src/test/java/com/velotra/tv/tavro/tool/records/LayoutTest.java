@@ -109,6 +109,21 @@ class LayoutTest {
     }
 
     @Test
+    void aTextIsShownUpToItsNul() {
+        Field name = Layout.of(Kind.NETWORKS).field("name").orElseThrow();
+        String leftOver = "0x4e65772000203010";
+        byte[] bytes = new byte[Kind.NETWORKS.recordBytes()];
+        name.parse(leftOver, bytes);
+        Record record = Record.of(Kind.NETWORKS, bytes);
+        assertEquals(List.of("New ", "\"New \" (" + leftOver + ")", leftOver + "00".repeat(24)),
+                List.of(name.shown(record), name.describe(record), name.format(record)));
+        String invalid = "0xff00" + "31".repeat(30);
+        name.parse(invalid, bytes);
+        Record other = Record.of(Kind.NETWORKS, bytes);
+        assertEquals(List.of(invalid, '"' + invalid + '"'), List.of(name.shown(other), name.describe(other)));
+    }
+
+    @Test
     void aTextThatLooksLikeBytesIsWrittenAsBytes() {
         Record record = record(Kind.NETWORKS, "name=0x3078");
         assertEquals("0x3078" + "0".repeat(60), field(Kind.NETWORKS, "name").format(record));
