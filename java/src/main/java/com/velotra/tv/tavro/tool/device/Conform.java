@@ -5,6 +5,7 @@ import com.velotra.tv.tavro.tool.input.Failure;
 import java.io.IOException;
 import java.io.UncheckedIOException;
 import java.nio.charset.StandardCharsets;
+import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.List;
@@ -31,6 +32,11 @@ public final class Conform {
      * @return the exit code of the checks: 0 all passed, 1 one failed
      */
     public int run(List<String> arguments, Path junit) {
+        Path folder = junit == null ? null : junit.toAbsolutePath().getParent();
+        if (folder != null && !Files.isDirectory(folder)) {
+            throw new Failure("cannot write " + Printable.of(junit.toString()) + ": there is no folder "
+                    + Printable.of(folder.toString()));
+        }
         adb.needDevice();
         String program = directory + "/" + Push.PROGRAM;
         if (!new DeviceFiles(adb).exists(program)) {

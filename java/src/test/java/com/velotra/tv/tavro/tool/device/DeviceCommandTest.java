@@ -109,6 +109,9 @@ class DeviceCommandTest {
                 shell test -e %1$s/conform.xml
                 pull %1$s/conform.xml /r.xml
                 """.formatted(TMP, reports), adb.calls());
+        assertEquals(failed("cannot write /none/r.xml: there is no folder /none"),
+                adb.run("conform", "--junit=" + folder + "/none/r.xml"));
+        assertEquals("", adb.calls());
         Files.writeString(program, "#!/bin/sh\nexit 0\n");
         assertEquals(failed("tavro-conform wrote no results to " + TMP + "/conform.xml; look at its messages above, "
                 + "and leave --junit out if it was not to run the checks"), adb.run("conform", "--junit=r.xml"));
