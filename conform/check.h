@@ -2,7 +2,7 @@
 //
 // A check is one thing that the library relies on. It runs in a process of its own, which loads the platform's
 // libraries and ends with the check. So a check may crash, hang or leave handles and locks behind; only that check
-// fails. The functions of the platform are in calls.h, those of one list kind in kinds.h.
+// fails. The functions of the platform are in calls.h, the functions of one list kind in kinds.h.
 #pragma once
 
 #include "conform/calls.h"

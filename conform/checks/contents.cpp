@@ -100,7 +100,7 @@ void add_rows(std::vector<Check>& checks) {
          1});
     row({"copy.records",
          {"copy_date", "get_at"},
-         "A copy replaces all records of the destination by those of the source, in their order.",
+         "A copy replaces all records of the destination by the records of the source, in their order.",
          "needed by the copy native of {lists}",
          kLoss,
          copy_replaces<Kind>,

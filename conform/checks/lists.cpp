@@ -12,7 +12,7 @@ template <class Kind>
 void expect_missing(Run& run, std::uint16_t list_id) {
     MwdbHandle handle = 0;
     const MwStatus status = Kind::open(list_id, 0, 0, &handle);
-    run.expect(status != kMwOk || handle == 0, last_call() + " fails: there is no such list",
+    run.expect(status != kMwOk || handle == 0, last_call() + " fails: the list does not exist",
                "status " + std::to_string(status) + ", handle " + std::to_string(handle));
 }
 
