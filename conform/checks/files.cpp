@@ -145,8 +145,9 @@ template <class Kind>
 void store_after_init(Run& run) {
     const MwdbHandle handle = create<Kind>(run);
     write_half<Kind>(run, handle, run.file(kOther));
-    const auto stored = contents<Kind>(run, handle);
     run.fails(load<Kind>(run, handle, run.file(kOther)));
+    add<Kind>(run, handle, 5);
+    const auto stored = contents<Kind>(run, handle);
     mw::fs_raw_init(kMwRootDrive, run.file(kOther).c_str());
     store<Kind>(run, handle, run.file(kOther));
     run.done(Kind::clean(handle));
