@@ -93,7 +93,7 @@ nothing_done() {
             [ "$name" != --kind ] || sample=networks
             [ "$name" != --tree ] && [ "$name" != --class-path ] || sample=$area
             [ "$name" != --platform ] || sample=scripted
-            [ "$command$name" != trace--format ] || sample=json
+            [ "$command$name" != trace--format ] || sample=text
             [ "$command$name" != trace--output ] || sample=$area/trace.json
             [ "$name" != --java ] || sample=-ea
             long+=("$name${value:+=$sample}")
